@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// What the subcommands share: how they are added, how they fail, and how data are named.
+///
+/// A wrong use ends with status 2, everything else that goes wrong with status 1, each with one
+/// line on standard error.
+
+#include <CLI/CLI.hpp>
+#include <stdexcept>
+#include <string>
+
+#include "apps/discoplan/data_file.h"
+
+namespace discoplan::app {
+
+/// The command line asks for something that makes no sense.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Something that can't be done.
+class CommandError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+void AddPlotCommand(CLI::App& program);
+void AddStatsCommand(CLI::App& program);
+void AddAutomateCommand(CLI::App& program);
+
+/// DATA and the options that say how to read it.
+void AddDataOptions(CLI::App& command, DataRequest& request);
+
+/// Reads the data and tells on standard error what was left out.
+DataResult ReadReporting(const DataRequest& request);
+
+/// Diameters in mm of the smallest standard wafer that holds all sites, and of the area that a
+/// plot covers: 6 mm less, unless a site lies outside that.
+struct WaferSize {
+  float diameter;
+  float test_diameter;
+};
+WaferSize SizeFor(const Wafer& measured);
+
+}  // namespace discoplan::app

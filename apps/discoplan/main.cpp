@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include <exception>
+#include <iostream>
+
+#include "apps/discoplan/command.h"
+
+namespace {
+
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+int Complain(const std::exception& error, int status) {
+  std::cerr << "discoplan: " << error.what() << '\n';
+  return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using namespace discoplan::app;
+  CLI::App program("Plots of semiconductor wafers", "discoplan");
+  program.set_version_flag("--version", "discoplan " DISCOPLAN_VERSION);
+  program.require_subcommand(1);
+  AddPlotCommand(program);
+  AddStatsCommand(program);
+  AddAutomateCommand(program);
+  try {
+    program.parse(argc, argv);
+    return 0;
+  } catch (const CLI::Success& done) {  // --help and --version
+    return program.exit(done);
+  } catch (const CLI::Error& error) {
+    return Complain(error, kWrongUsage);
+  } catch (const UsageError& error) {
+    return Complain(error, kWrongUsage);
+  } catch (const std::exception& error) {
+    return Complain(error, kFailed);
+  }
+}

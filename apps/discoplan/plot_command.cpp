@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <cmath>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "apps/discoplan/command.h"
+#include "apps/discoplan/member_text.h"
+#include "discoplan/controls/control_factory.h"
+#include "hosts/headless/headless_host.h"
+
+namespace discoplan::app {
+namespace {
+
+struct PlotRequest {
+  DataRequest data;
+  std::string output;
+  std::string kind = "2D";
+  std::optional<float> diameter;
+  std::optional<float> test_diameter;
+  std::string style = "notch";
+  std::vector<float> limits;
+  std::string size = "800x600";
+  std::vector<std::string> assignments;
+  std::optional<std::string> caption;
+  bool no_legend = false;
+};
+
+struct PixelSize {
+  int width = 0;
+  int height = 0;
+};
+
+PixelSize ParseSize(const std::string& text) {
+  constexpr int kSmallest = 50;
+  constexpr int kLargest = 10000;
+  PixelSize size;
+  int used = 0;
+  if (std::sscanf(text.c_str(), "%5dx%5d%n", &size.width, &size.height, &used) != 2 ||
+      used != static_cast<int>(text.size()) || std::min(size.width, size.height) < kSmallest ||
+      std::max(size.width, size.height) > kLargest) {
+    throw UsageError("--size takes WIDTHxHEIGHT, 50 to 10000 pixels each, not '" + text + "'");
+  }
+  return size;
+}
+
+/// Letters grow with the square root of the picture: large pictures get finer detail and larger
+/// letters at once. Small ones shrink so that the least size of a control fits.
+Screen ScreenFor(const PixelSize& size, bool legend) {
+  constexpr float kTwipsPerPixel = 15;
+  constexpr float kPlainSide = 300;
+  const TwipsBox least = legend ? TwipsBox{0, 0, 4500, 3180} : TwipsBox{0, 0, 750, 750};
+  const auto width = static_cast<float>(size.width);
+  const auto height = static_cast<float>(size.height);
+  const float grown = kTwipsPerPixel / std::sqrt(std::max(1.0F, std::min(width, height) / kPlainSide));
+  const float twips = std::max({grown, least.width / width, least.height / height});
+  return {twips, twips};
+}
+
+void SetUp(PlotControl& control, const PlotRequest& request, const Wafer& measured) {
+  const WaferSize size = SizeFor(measured);
+  const float diameter = request.diameter.value_or(size.diameter);
+  control.WaferDiameter(diameter);
+  control.TestDiameter(request.test_diameter.value_or(
+      request.diameter ? std::max(0.0F, diameter - (size.diameter - size.test_diameter))
+                       : size.test_diameter));
+  control.WaferStyle(request.style == "flat" ? WaferSt::Flat : WaferSt::Notch);
+  control.BackColor(kWhite);
+  control.PlotCaption(request.caption.value_or(measured.name));
+  for (const std::string& assignment : request.assignments) SetMember(control, assignment);
+  if (request.no_legend) control.HideLegend(true);
+}
+
+void Load(PlotControl& control, const PlotRequest& request, const Wafer& measured) {
+  const std::string file = request.data.path.string();
+  if (control.SetWaferData(measured.x, measured.y, measured.value) != LoadResult::Loaded) {
+    throw CommandError(file + ": the sites don't fit a wafer of " +
+                       std::to_string(std::lround(control.WaferDiameter())) +
+                       " mm, or their values a 32-bit sum; give a larger --diameter");
+  }
+  if (request.limits.empty()) return;
+  if (!(request.limits[0] < request.limits[1])) {
+    throw UsageError("--limits takes LOW HIGH with LOW below HIGH");
+  }
+  control.SetPlotLimit(request.limits[0], request.limits[1]);
+}
+
+const Wafer& OnlyWafer(const DataResult& data, const PlotRequest& request) {
+  if (data.wafers.size() == 1) return data.wafers.front();
+  std::string slots;
+  for (const Wafer& measured : data.wafers) {
+    slots += (slots.empty() ? "" : ", ") + std::to_string(measured.slot.value_or(0));
+  }
+  throw CommandError(request.data.path.string() + ": has " + std::to_string(data.wafers.size()) +
+                     " wafers; choose one by --wafer, from slots " + slots);
+}
+
+void Plot(const PlotRequest& request) {
+  const PixelSize size = ParseSize(request.size);
+  const DataResult data = ReadReporting(request.data);
+  const Wafer& measured = OnlyWafer(data, request);
+
+  const Screen screen = ScreenFor(size, !request.no_legend);
+  HeadlessHost host(screen);
+  host.OnMessage([](const Message& message) { std::cerr << message.text << '\n'; });
+  const std::unique_ptr<PlotControl> control = NewControl("Plot" + request.kind, host, nullptr);
+  if (!control) throw UsageError("--kind: there is no kind '" + request.kind + "'");
+  control->InitProperties();
+  SetUp(*control, request, measured);
+  Load(*control, request, measured);
+  control->SetSize(static_cast<float>(size.width) * screen.twips_per_pixel_x,
+                   static_cast<float>(size.height) * screen.twips_per_pixel_y);
+  control->Plot();
+  SavePicture(*control, host, request.output);
+}
+
+}  // namespace
+
+void AddPlotCommand(CLI::App& program) {
+  CLI::App* command = program.add_subcommand("plot", "Draw a wafer into a PNG file");
+  auto request = std::make_shared<PlotRequest>();
+  AddDataOptions(*command, request->data);
+  command->add_option("-o,--output", request->output, "PNG file to write")->required();
+  command->add_option("--diameter", request->diameter,
+                      "Wafer's diameter in mm; the smallest standard one that holds all sites "
+                      "otherwise")
+      ->check(CLI::PositiveNumber);
+  command->add_option("--test-diameter", request->test_diameter,
+                      "Diameter of the measured area in mm; 6 less than the wafer's otherwise")
+      ->check(CLI::PositiveNumber);
+  command->add_option("--style", request->style, "Mark of the orientation")
+      ->check(CLI::IsMember({"notch", "flat"}))
+      ->capture_default_str();
+  command->add_option("--limits", request->limits, "Pin the colour scale")
+      ->expected(2)
+      ->type_name("LOW HIGH");
+  command->add_option("--size", request->size, "Size in pixels")->capture_default_str();
+  command->add_option("--set", request->assignments, "Set any writable member of the plot")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  command->add_option("--caption", request->caption, "Title of the plot");
+  command->add_flag("--no-legend", request->no_legend, "Leave out the legend");
+  command->footer(
+      "Examples:\n"
+      "  discoplan plot sites.csv -o map.png\n"
+      "  discoplan plot lot.csv --wafer 7 -o slot7.png --limits 9.5 10.5\n"
+      "  discoplan plot lot.csv --columns X,Y,slot3 -o map.png --set ShowSites=true\n"
+      "  discoplan plot sites.dat -o map.png --diameter 300 --style flat --size 1600x1200");
+  command->callback([request] { Plot(*request); });
+}
+
+}  // namespace discoplan::app

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/controls/control_factory.h"
+
+#include <algorithm>
+#include <array>
+
+#include "discoplan/controls/plot2d.h"
+
+namespace discoplan {
+namespace {
+
+struct Row {
+  std::string_view class_name;
+  std::unique_ptr<PlotControl> (*make)(Platform&, Container*);
+};
+
+template <class Control>
+std::unique_ptr<PlotControl> Make(Platform& platform, Container* container) {
+  return std::make_unique<Control>(platform, container);
+}
+
+constexpr std::array kControls = {
+    Row{"Plot2D", Make<Plot2D>},
+};
+
+}  // namespace
+
+std::unique_ptr<PlotControl> NewControl(std::string_view class_name, Platform& platform,
+                                        Container* container) {
+  const auto row = std::ranges::find(kControls, class_name, &Row::class_name);
+  return row == kControls.end() ? nullptr : row->make(platform, container);
+}
+
+std::vector<std::string_view> ControlClasses() {
+  std::vector<std::string_view> names;
+  for (const Row& row : kControls) names.push_back(row.class_name);
+  return names;
+}
+
+}  // namespace discoplan

@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/controls/map_control.h"
+
+#include <algorithm>
+
+#include "discoplan/core/numbers.h"
+
+namespace discoplan {
+namespace {
+
+constexpr std::int16_t kHourglass = 11;
+constexpr std::int16_t kDefaultPointer = 0;
+
+// Twips.
+constexpr float kMinimumWidth = 4500;
+constexpr float kMinimumHeight = 3180;
+constexpr float kMinimumWithoutLegend = 750;
+constexpr float kLeastLegendWidth = 1695;
+constexpr float kLegendFrameMargin = 240;
+constexpr float kPanelMargin = 210;
+constexpr double kFrameAspect = 0.97;
+
+// Where the children stand at first, so that the whole panel fits into the minimum height.
+constexpr float kRowPitch = 165;
+constexpr float kChipWidth = 300;
+constexpr float kRowLeft = 375;
+constexpr TwipsBox kFrplot{0, 0, 3855, 3855};
+constexpr TwipsBox kPlota{105, 225, 3645, 3525};
+constexpr TwipsBox kFrmove{3855, 0, 2145, 3180};
+constexpr TwipsBox kFrame1{0, 0, 2145, 2835};
+constexpr TwipsBox kFrleg{105, 0, 1935, 1920};
+constexpr TwipsBox kLegende{120, 210, 1695, wafer::kLegendRows* kRowPitch};
+constexpr TwipsBox kFnlabel{105, 1950, 1935, 885};
+constexpr TwipsBox kFnpic{120, 195, 1695, 645};
+constexpr TwipsBox kCommand1{105, 2865, 1935, 300};
+
+Node& AddFrame(Node& parent, std::string name, const TwipsBox& place, std::string title = {}) {
+  Node& frame = parent.Add(NodeKind::Frame, std::move(name), place);
+  frame.bordered = !title.empty();
+  frame.text = std::move(title);
+  return frame;
+}
+
+std::string Indexed(const char* name, std::size_t index) {
+  return std::string(name) + "(" + std::to_string(index) + ")";
+}
+
+}  // namespace
+
+MapControl::MapControl(Platform& platform, Container* container, const Traits& traits)
+    : PlotControl(platform, container, traits),
+      frplot_(AddFrame(root_, "Frplot", kFrplot, " Wafer ")),
+      plota_(AddPicture(frplot_, "PLOTA", kPlota)),
+      replot_(frplot_.Add(NodeKind::Image, "RePlot", kPlota)),
+      frmove_(AddFrame(root_, "frmove", kFrmove)),
+      frame1_(AddFrame(frmove_, "Frame1", kFrame1)),
+      frleg_(AddFrame(frame1_, "frleg", kFrleg, "Legend")),
+      legende_(AddFrame(frleg_, "legende", kLegende)),
+      fnlabel_(AddFrame(frame1_, "FNLabel", kFnlabel, "Flat")),
+      fnpic_(AddPicture(fnlabel_, "FNPic", kFnpic)),
+      command1_(frmove_.Add(NodeKind::Button, "Command1", kCommand1)) {
+  frplot_.forwards = kForwardsAll;
+  frmove_.forwards = kForwardsAll;
+  replot_.visible = false;
+  command1_.text = "Plot- Options";
+  AddLegendRows();
+}
+
+void MapControl::AddLegendRows() {
+  for (std::size_t i = 0; i < row_nodes_.size(); ++i) {
+    const float top = static_cast<float>(i) * kRowPitch;
+    row_nodes_[i] =
+        &AddLabel(legende_, Indexed("ScaleValue", i + 1), {kRowLeft, top, 0, kRowPitch});
+    row_nodes_[i]->auto_size = true;
+    rows_[i] = row_nodes_[i];
+    chips_[i] = &AddLabel(legende_, Indexed("scalCol", i + 1), {0, top, kChipWidth, kRowPitch});
+  }
+}
+
+const Node* MapControl::Focused() { return command1_.IsShown() ? &command1_ : nullptr; }
+
+void MapControl::ClearSurface() { plota_.picture->Cls(); }
+
+void MapControl::DropSnapshot() {
+  replot_.visible = false;
+  replot_.image.reset();
+}
+
+void MapControl::ApplyBackColor(Colour colour) {
+  for (Node* node :
+       {&frmove_, &legende_, &fnpic_, &fnlabel_, &root_, &frplot_, &frleg_, &frame1_}) {
+    node->BackColor(colour);
+  }
+}
+
+void MapControl::RedrawPlot() {
+  SetPointer(kHourglass);
+  if (wafer_.GetNop() > 0) {
+    if (replot_.visible) {
+      ShowSurface();
+      DropSnapshot();
+    }
+    platform_.RunPendingEvents();
+    CheckBeforeDrawing();
+    float centre_x = 34;
+    float centre_y = 34;
+    const View view = IndicatorView();
+    wafer_.FlatNotchShow(&fnlabel_, *fnpic_.picture, centre_x, centre_y, 30, view.rotation,
+                         view.inclination);
+    container().Repaint();
+    DrawPlot(*plota_.picture);
+    plota_.picture->ForeColor(kBlack);
+    plot_valid_ = true;
+    replot_.image = std::make_shared<Canvas>(plota_.picture->canvas());
+  }
+  SetPointer(kDefaultPointer);
+}
+
+// Each statement stands for itself: one that fails is dropped, and the layout goes on.
+void MapControl::Resize() {
+  Attempt([&] { container().UseTwips(); });
+  Attempt([&] { ShowLegend(); });
+  if (legend_shown_) {
+    if (TakeMinimum(kMinimumWidth, kMinimumHeight)) return;
+    WidenPanel();
+    PlacePanel();
+    PlacePlot(std::min(root_.box.width - frmove_.box.width, root_.box.height));
+  } else {
+    if (TakeMinimum(kMinimumWithoutLegend, kMinimumWithoutLegend)) return;
+    PlacePlot(std::min(root_.box.width, root_.box.height));
+  }
+  if (!plot_valid_) {
+    Attempt([&] { RedrawPlot(); });
+  } else if (!replot_.visible) {
+    ShowSnapshot();
+  }
+}
+
+/// True if the control was too small: the resize that it asked for has done the work.
+bool MapControl::TakeMinimum(float width, float height) {
+  const bool too_narrow = !(root_.box.width >= width);
+  const bool too_low = !(root_.box.height >= height);
+  if (!too_narrow && !too_low) return false;
+  Attempt([&] {
+    RequestSize(too_narrow ? width : root_.box.width, too_low ? height : root_.box.height);
+  });
+  return true;
+}
+
+/// Long legend values widen the whole panel.
+void MapControl::WidenPanel() {
+  float width = kLeastLegendWidth;
+  for (const Node* row : row_nodes_) width = std::max(width, row->Right());
+  legende_.Width(width);
+  frleg_.Width(legende_.box.width + kLegendFrameMargin);
+  frame1_.Width(frleg_.box.width + kPanelMargin);
+  frmove_.Width(frame1_.box.width);
+  command1_.Width(frleg_.box.width);
+  fnlabel_.Width(frleg_.box.width);
+}
+
+void MapControl::PlacePanel() {
+  TwipsBox place = frmove_.box;
+  place.left = root_.box.width - place.width;
+  frmove_.Move(place);
+}
+
+void MapControl::PlacePlot(double side) {
+  TwipsBox frame = frplot_.box;
+  frame.width = static_cast<float>(kFrameAspect * side);
+  frame.height = static_cast<float>(side);
+  frplot_.Move(frame);
+  TwipsBox plot = plota_.box;
+  plot.width = frame.width - 2 * plot.left;
+  plot.height = frame.height - plot.top - plot.left;
+  plota_.Move(plot);
+  replot_.Move(plot);
+}
+
+void MapControl::ShowSnapshot() {
+  plota_.visible = false;
+  replot_.visible = true;
+}
+
+}  // namespace discoplan

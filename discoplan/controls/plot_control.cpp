@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/controls/plot_control.h"
+
+#include <array>
+#include <cmath>
+
+#include "discoplan/core/numbers.h"
+
+namespace discoplan {
+namespace {
+
+constexpr float kDefaultWaferDiameter = 200;
+
+struct EventRow {
+  std::string_view name;
+  unsigned forwarded;
+  bool has_position;
+};
+
+/// By `MouseEvent`.
+constexpr std::array<EventRow, 5> kEvents = {{
+    {"Click", kForwardsClick, false},
+    {"DblClick", kForwardsDblClick, false},
+    {"MouseDown", kForwardsMouse, true},
+    {"MouseMove", kForwardsMouse, true},
+    {"MouseUp", kForwardsMouse, true},
+}};
+
+}  // namespace
+
+PlotControl::PlotControl(Platform& platform, Container* container, const Traits& traits)
+    : platform_(platform),
+      traits_(traits),
+      root_(NodeKind::Control, std::string(traits.class_name), {}),
+      container_(container != nullptr ? *container : silence_),
+      printer_(platform.DefaultPrinter()) {
+  root_.forwards = kForwardsAll;
+}
+
+void PlotControl::InitProperties() {
+  TestDiameter(194);
+  WaferDiameter(kDefaultWaferDiameter);
+  WaferStyle(WaferSt::Notch);
+  InitOwnProperties();
+}
+
+void PlotControl::SetSize(float width, float height) {
+  root_.Move({root_.box.left, root_.box.top, width, height});
+  Resize();
+}
+
+void PlotControl::RequestSize(float width, float height) {
+  container_.ResizeRequested(width, height, [this](float w, float h) { SetSize(w, h); });
+}
+
+Node& PlotControl::AddPicture(Node& parent, std::string name, const TwipsBox& place) {
+  Node& node = parent.Add(NodeKind::Picture, std::move(name), place);
+  node.picture = platform_.NewPicture(place.width, place.height);
+  node.back_color = kWhite;
+  return node;
+}
+
+Node& PlotControl::AddLabel(Node& parent, std::string name, const TwipsBox& place) {
+  Node& node = parent.Add(NodeKind::Label, std::move(name), place);
+  node.measure = [this](const Node& label) { return platform_.LabelWidth(label.font, label.text); };
+  return node;
+}
+
+void PlotControl::Mouse(Node& node, const MouseAction& action) {
+  const EventRow& row = kEvents[static_cast<std::size_t>(action.event)];
+  if ((node.forwards & row.forwarded) == 0) return;
+  const std::array<Variant, 4> args = {Variant(action.button), Variant(action.shift),
+                                       Variant(action.x), Variant(action.y)};
+  container_.EventRaised(row.name, std::span(args).first(row.has_position ? args.size() : 0));
+}
+
+void PlotControl::Announce(std::string_view property) {
+  container_.Repaint();
+  container_.PropertyChanged(property);
+}
+
+void PlotControl::AnnounceStale(std::string_view property) {
+  plot_valid_ = false;
+  Announce(property);
+}
+
+void PlotControl::MouseIcon(ObjectRef icon) {
+  mouse_icon_ = std::move(icon);
+  container_.PropertyChanged("MouseIcon");
+}
+
+void PlotControl::SetPointer(std::int16_t pointer) {
+  mouse_pointer_ = pointer;
+  container_.PointerChanged(pointer);
+}
+
+void PlotControl::MousePointer(std::int16_t pointer) {
+  SetPointer(pointer);
+  container_.PropertyChanged("MousePointer");
+}
+
+WaferSt PlotControl::WaferStyle() const {
+  return wafer_.FlatRatio == wafer::kFlatRatio ? WaferSt::Flat : WaferSt::Notch;
+}
+
+void PlotControl::WaferStyle(WaferSt style) {
+  wafer_.FlatRatio = style == WaferSt::Flat ? wafer::kFlatRatio : 1.0F;
+  AnnounceStale("WaferStyle");
+}
+
+void PlotControl::TestDiameter(float diameter) {
+  if (diameter < 0) diameter = wafer_.WaferDiameter;
+  if (wafer_.TestDiameter > diameter && wafer_.GetNop() > 0) {
+    ClipToTestDiameter(wafer_, limit_flag_, diameter);
+  }
+  wafer_.TestDiameter = diameter;
+  AnnounceStale("TestDiameter");
+}
+
+void PlotControl::WaferDiameter(float diameter) {
+  wafer_.reset();
+  ClearSurface();
+  DropSnapshot();
+  plot_requested_ = false;
+  if (diameter <= 0) diameter = kDefaultWaferDiameter;
+  wafer_.WaferDiameter = diameter;
+  wafer_.WaferRadius = diameter / 2;
+  Announce("WaferDiameter");
+}
+
+float PlotControl::StdDevPercent() const {
+  if (!(wafer_.mean > 0)) return 0;
+  return ToFloat(std::abs(wafer_.StdDev / wafer_.mean) * 100);
+}
+
+float PlotControl::range() const {
+  return ToFloat(static_cast<double>(wafer_.Maximum) - wafer_.Minimum);
+}
+
+float PlotControl::HiLo() const {
+  const double sum = static_cast<double>(wafer_.Minimum) + wafer_.Maximum;
+  if (sum == 0) return 0;
+  return ToFloat(std::abs((static_cast<double>(wafer_.Maximum) - wafer_.Minimum) / sum) * 100);
+}
+
+Colour PlotControl::TableColour(const ColourSlot& slot) const {
+  const float held =
+      slot.auxiliary ? wafer_.AuxColor.at(slot.index) : wafer_.IntervalColor.at(slot.index);
+  return static_cast<Colour>(ToInt32(held));
+}
+
+void PlotControl::TableColour(const ColourSlot& slot, Colour colour) {
+  float& held =
+      slot.auxiliary ? wafer_.AuxColor.at(slot.index) : wafer_.IntervalColor.at(slot.index);
+  held = static_cast<float>(static_cast<std::int32_t>(colour));
+  AnnounceStale(slot.property);
+}
+
+void PlotControl::BackColor(Colour colour) {
+  ApplyBackColor(colour);
+  container_.PropertyChanged("BackColor");
+}
+
+void PlotControl::HideLegend(bool hidden) {
+  ShowLegendPanel(!hidden);
+  legend_shown_ = !hidden;
+  container_.Repaint();
+  Resize();
+  container_.PropertyChanged("HideLegend");
+}
+
+std::string PlotControl::PlotCaption() const {
+  return const_cast<PlotControl*>(this)->TitledFrame().text;
+}
+
+void PlotControl::PlotCaption(const std::string& caption) {
+  TitledFrame().caption(caption);
+  Announce("PlotCaption");
+}
+
+PlotResult PlotControl::Plot() {
+  if (wafer_.GetNop() == 0) return PlotResult::NoData;
+  plot_requested_ = true;
+  if (wafer_.FlatRatio == 0) WaferStyle(WaferSt::Notch);
+  if (wafer_.WaferDiameter == 0) WaferDiameter(kDefaultWaferDiameter);
+  if (wafer_.TestDiameter == 0 || wafer_.TestDiameter > wafer_.WaferDiameter) {
+    TestDiameter(wafer_.WaferDiameter);
+  }
+  FillDefaults();
+  PresentPlot();
+  return PlotResult::Done;
+}
+
+void PlotControl::clear() {
+  ClearSurface();
+  plot_requested_ = false;
+  plot_valid_ = false;
+}
+
+void PlotControl::AfterLoad() {
+  if (traits_.changes_grid) wafer_.GridChanged = true;
+  clear();
+  DropSnapshot();
+  ShowSurface();
+}
+
+LoadResult PlotControl::SetWaferData(const ArrayView& x, const ArrayView& y, const ArrayView& z) {
+  LoadResult result = LoadResult::Failed;
+  const bool went_through = Attempt([&] {
+    result = LoadArrays(wafer_, limit_flag_, x, y, z);
+    AfterLoad();
+  });
+  return went_through ? result : LoadResult::Failed;
+}
+
+LoadResult PlotControl::SetWaferData_Variant(const Variant& x, const Variant& y, const Variant& z) {
+  return SetWaferData(x.AsArray(), y.AsArray(), z.AsArray());
+}
+
+LoadResult PlotControl::SetDataFile(const std::string& datafile, float nops) {
+  LoadResult result = LoadResult::Failed;
+  const bool went_through = Attempt([&] {
+    result = LoadFile(wafer_, limit_flag_, datafile, nops);
+    AfterLoad();
+  });
+  return went_through ? result : LoadResult::Failed;
+}
+
+float PlotControl::GetWaferData(FloatArray& x, FloatArray& y, FloatArray& z) {
+  const std::span<const Site> sites = wafer_.Sites();
+  if (wafer_.GetNop() <= 0) return wafer_.GetNop();
+  for (FloatArray* array : {&x, &y, &z}) {
+    *array = {.lower = 1, .values = std::vector<float>(sites.size()), .dimensioned = true};
+  }
+  for (std::size_t i = 0; i < sites.size(); ++i) {
+    x.values[i] = sites[i].x;
+    y.values[i] = sites[i].y;
+    z.values[i] = sites[i].z;
+  }
+  return wafer_.GetNop();
+}
+
+float PlotControl::Interpolation(const Variant& x, const Variant& y) {
+  return wafer_.Interpolation(x.AsFloat(), y.AsFloat());
+}
+
+void PlotControl::ReplotIfRequested() {
+  if (!plot_requested_) return;
+  plot_valid_ = false;
+  Plot();
+}
+
+bool PlotControl::SetPlotLimit(float LPL, float UPL) {
+  if (traits_.ignores_same_limits && LPL == wafer_.PlotMinimum && UPL == wafer_.PlotMaximum) {
+    return false;
+  }
+  limit_flag_ = ApplyPlotLimit(wafer_, LPL, UPL);
+  const bool applied = limit_flag_;
+  ReplotIfRequested();
+  return applied;
+}
+
+void PlotControl::ReleasePlotLimit() {
+  limit_flag_ = false;
+  wafer_.setMaximalMinial(wafer_.Maximum, wafer_.Minimum);
+  ReplotIfRequested();
+}
+
+}  // namespace discoplan

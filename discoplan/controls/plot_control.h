@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// The shape that all nine plot controls share: one wafer, data in and out, limits, statistics,
+/// state flags and events.
+///
+///     Plot2D plot(host);
+///     plot.WaferDiameter(300);
+///     plot.TestDiameter(294);
+///     if (plot.SetWaferData(x, y, z) == LoadResult::Loaded) plot.Plot();
+///
+/// Properties never draw: they mark the picture as stale and wait for `Plot` or a new size.
+/// `WaferDiameter` drops all data, so it comes first. Failures are result codes; `RunTimeError`
+/// leaves a control only where a value doesn't fit its type. One thread uses a control.
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "discoplan/core/loading.h"
+#include "discoplan/core/wafer.h"
+#include "discoplan/forms/node.h"
+#include "discoplan/platform/member_list.h"
+#include "discoplan/platform/object.h"
+#include "discoplan/platform/platform.h"
+
+namespace discoplan {
+
+enum class WaferSt : std::int16_t { Notch = 1, Flat = 2 };
+enum class Sites : std::int16_t { ShowSite = -1, HideSite = 0 };
+enum class PlotResult : std::int16_t { Done = 0, NoData = 1 };
+
+template <>
+inline constexpr std::string_view EnumName<WaferSt> = "WaferSt";
+template <>
+inline constexpr std::string_view EnumName<Sites> = "Sites";
+template <>
+inline constexpr std::string_view EnumName<PlotResult> = "int16";
+template <>
+inline constexpr std::string_view EnumName<LoadResult> = "int16";
+
+enum class MouseEvent { Click, DblClick, MouseDown, MouseMove, MouseUp };
+
+struct MouseAction {
+  MouseEvent event = MouseEvent::Click;
+  std::int16_t button = 0;
+  std::int16_t shift = 0;
+  float x = 0;  ///< In the units of the child surface.
+  float y = 0;
+};
+
+class DISCOPLAN_EXPORT PlotControl : public Object {
+ public:
+  /// Gives the properties the values of a new control. Size in twips.
+  void InitProperties();
+  /// The container has placed the control or given it a new size.
+  void SetSize(float width, float height);
+  /// The control has got the focus; gives the child that it moved on to, or nothing.
+  virtual const Node* Focused() { return nullptr; }
+  /// The control has become visible.
+  virtual void Shown() {}
+  /// The user acts with the mouse on a child or on the control itself.
+  virtual void Mouse(Node& node, const MouseAction& action);
+
+  Node& root() { return root_; }
+  const Node& root() const { return root_; }
+  const wafer& Wafer() const { return wafer_; }
+
+  // Members of the interface, common to all nine.
+  ObjectRef PrinterObj() const { return printer_; }
+  void PrinterObj(ObjectRef printer) { printer_ = std::move(printer); }
+  std::int32_t hdc() const { return container_.DeviceHandle(); }
+  std::int32_t hwnd() const { return container_.WindowHandle(); }
+  ObjectRef MouseIcon() const { return mouse_icon_; }
+  void MouseIcon(ObjectRef icon);
+  std::int16_t MousePointer() const { return mouse_pointer_; }
+  void MousePointer(std::int16_t pointer);
+  void About() {}
+
+  WaferSt WaferStyle() const;
+  void WaferStyle(WaferSt style);
+  /// Diameter of the measured area in mm. Negative stands for the wafer's diameter; a smaller one
+  /// than before drops the sites outside for good.
+  float TestDiameter() const { return wafer_.TestDiameter; }
+  void TestDiameter(float diameter);
+  /// In mm; 0 or less becomes 200. Drops all data.
+  float WaferDiameter() const { return wafer_.WaferDiameter; }
+  void WaferDiameter(float diameter);
+
+  float mean() const { return ToFloat(wafer_.mean); }
+  float StdDev() const { return ToFloat(wafer_.StdDev); }
+  /// Of the mean; 0 unless the mean is positive.
+  float StdDevPercent() const;
+  float Maximum() const { return wafer_.Maximum; }
+  float Minimum() const { return wafer_.Minimum; }
+  float range() const;
+  /// Half the spread over the middle, in percent.
+  float HiLo() const;
+
+  Colour BackColor() const { return root_.back_color; }
+  void BackColor(Colour colour);
+  bool HideLegend() const { return !legend_shown_; }
+  void HideLegend(bool hidden);
+  std::string PlotCaption() const;
+  void PlotCaption(const std::string& caption);
+
+  PlotResult Plot();
+  void clear();
+  virtual void SetPlotNotVaild() { plot_valid_ = false; }
+
+  /// Sites in mm from the centre with their values; arrays of any lower bound.
+  LoadResult SetWaferData(const ArrayView& x, const ArrayView& y, const ArrayView& z);
+  /// The same from variants that hold arrays; raises `TypeMismatch` for others.
+  LoadResult SetWaferData_Variant(const Variant& x, const Variant& y, const Variant& z);
+  /// A headerless file of `nops` X, Y and values, 64-bit floats.
+  LoadResult SetDataFile(const std::string& datafile, float nops);
+  /// Gives the arrays the bounds 1 to n and the sites in store order; without data leaves them.
+  /// The result is n.
+  float GetWaferData(FloatArray& x, FloatArray& y, FloatArray& z);
+  /// Value at a point in mm. Needs no earlier `Plot`.
+  float Interpolation(const Variant& x, const Variant& y);
+
+  /// Pins the colour scale; false for a pair out of order, which ends a limit in force.
+  bool SetPlotLimit(float LPL, float UPL);
+  void ReleasePlotLimit();
+
+ protected:
+  /// What tells one control from another, apart from its code.
+  struct Traits {
+    std::string_view class_name;
+    /// Limits equal to those in force are not taken for a change.
+    bool ignores_same_limits = false;
+    /// A load marks the grid as changed.
+    bool changes_grid = false;
+  };
+
+  PlotControl(Platform& platform, Container* container, const Traits& traits);
+
+  // What each control says about itself.
+  virtual void InitOwnProperties() = 0;
+  virtual void FillDefaults() {}
+  /// What `Plot` ends in.
+  virtual void PresentPlot() { Resize(); }
+  virtual void Resize() = 0;
+  /// Empties the drawing, as `clear` does.
+  virtual void ClearSurface() = 0;
+  /// Drops what shows the drawing in place of the surface itself, and brings the surface back.
+  virtual void DropSnapshot() {}
+  virtual void ShowSurface() {}
+  virtual void ShowLegendPanel(bool shown) = 0;
+  virtual void ApplyBackColor(Colour colour) = 0;
+  virtual Node& TitledFrame() = 0;
+
+  /// The last steps of every property let.
+  void Announce(std::string_view property);
+  /// The same, for a property that the picture depends on.
+  void AnnounceStale(std::string_view property);
+  void SetPointer(std::int16_t pointer);
+  void RequestSize(float width, float height);
+  /// Adds a picture surface to the tree.
+  Node& AddPicture(Node& parent, std::string name, const TwipsBox& place);
+  Node& AddLabel(Node& parent, std::string name, const TwipsBox& place);
+
+  /// A colour property on a slot of the wafer's colour table.
+  struct ColourSlot {
+    std::string_view property;
+    bool auxiliary;  ///< `AuxColor` instead of `IntervalColor`.
+    std::size_t index;
+  };
+  Colour TableColour(const ColourSlot& slot) const;
+  void TableColour(const ColourSlot& slot, Colour colour);
+  static std::vector<Member> ColourMembers(std::span<const ColourSlot> slots);
+  /// "IntervalColor1" to "IntervalColor9", then "IntervalColor0".
+  static const std::array<ColourSlot, 10> kIntervalSlots;
+  /// Raises `Subscript` for an interval above 9.
+  static const ColourSlot& IntervalSlot(std::size_t interval);
+
+  /// Rows of the member tables, in interface order.
+  static std::vector<Member> HostMembers();
+  static std::vector<Member> StatisticsMembers();
+  static std::vector<Member> SizeMembers();
+  static std::vector<Member> LimitMembers();
+  static std::vector<Member> VariantLoadMembers();
+  static std::vector<Member> LoadMembers();
+  static std::vector<Member> LegendMembers();
+  static std::vector<Member> ReadBackMembers();
+  static std::vector<Member> StaleMembers();
+
+  Container& container() const { return container_; }
+
+  Platform& platform_;
+  const Traits traits_;
+  Node root_;
+  wafer wafer_;
+  bool limit_flag_ = false;
+  bool plot_requested_ = false;
+  bool plot_valid_ = false;
+  bool legend_shown_ = true;
+
+ private:
+  void AfterLoad();
+  void ReplotIfRequested();
+
+  Container silence_;  // listens in place of a container that isn't there
+
+  Container& container_;
+  ObjectRef printer_;
+  ObjectRef mouse_icon_;
+  std::int16_t mouse_pointer_ = 0;
+};
+
+}  // namespace discoplan

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Rounding, narrowing and run-time errors: the one place for each rule of arithmetic.
+///
+/// Stored numbers are 32-bit floats; what is computed between two stores is 64-bit. A store goes
+/// through `ToFloat`, `ToInt16` or `ToInt32`, which round to nearest with ties to even and raise
+/// `RunTimeError` for what is not finite or doesn't fit. Code that must go on after a failing step
+/// runs it through `Attempt`.
+///
+///     radius = ToFloat(Divide(diameter, 2 * cells));
+///     Attempt([&] { cells = ToInt16(diameter / pitch); });   // keeps its value if it overflows
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <stdexcept>
+#include <string>
+
+#include "discoplan/export.h"
+
+namespace discoplan {
+
+/// What went wrong, with the number by which a host knows it.
+enum class Fault : int {
+  InvalidCall = 5,
+  Overflow = 6,
+  Subscript = 9,
+  DivisionByZero = 11,
+  TypeMismatch = 13,
+  FileNotFound = 53,
+  InputPastEnd = 62,
+  ObjectNotSet = 91,
+  MemberNotOffered = 438,
+};
+
+/// A failing step. Loads turn it into result code 4, renderers and layouts drop the step.
+class DISCOPLAN_EXPORT RunTimeError : public std::runtime_error {
+ public:
+  explicit RunTimeError(Fault fault);
+  RunTimeError(Fault fault, const std::string& what);
+
+  Fault fault() const { return fault_; }
+
+ private:
+  Fault fault_;
+};
+
+namespace numbers_detail {
+[[noreturn]] DISCOPLAN_EXPORT void Raise(Fault fault);
+}
+
+/// Nearest whole number, ties to the even one. Exact for magnitudes below 2^51; beyond, the result
+/// is off by less than one and of the same magnitude. (Adding 1.5 * 2^52 leaves no room for a
+/// fraction, so that the addition itself does the rounding.)
+inline double RoundHalfEven(double value) {
+  constexpr double kNoFraction = 6755399441055744.0;
+  return (value + kNoFraction) - kNoFraction;
+}
+
+/// `value` as an integer of type `Int`; `Overflow` if it doesn't fit or isn't finite.
+template <class Int>
+Int RoundTo(double value) {
+  const double rounded = RoundHalfEven(value);
+  if (!(rounded >= std::numeric_limits<Int>::min() && rounded <= std::numeric_limits<Int>::max())) {
+    numbers_detail::Raise(Fault::Overflow);
+  }
+  return static_cast<Int>(rounded);
+}
+
+inline std::int16_t ToInt16(double value) { return RoundTo<std::int16_t>(value); }
+inline std::int32_t ToInt32(double value) { return RoundTo<std::int32_t>(value); }
+
+/// `value` as a 32-bit float; `Overflow` if it isn't finite there.
+inline float ToFloat(double value) {
+  const float narrowed = static_cast<float>(value);
+  if (!std::isfinite(narrowed)) numbers_detail::Raise(Fault::Overflow);
+  return narrowed;
+}
+
+/// Quotient; `DivisionByZero` for a divisor of zero.
+inline double Divide(double dividend, double divisor) {
+  if (divisor == 0) numbers_detail::Raise(Fault::DivisionByZero);
+  return dividend / divisor;
+}
+
+/// Runs one step and drops its run-time error. True if the step went through.
+template <class Step>
+bool Attempt(Step&& step) {
+  try {
+    step();
+    return true;
+  } catch (const RunTimeError&) {
+    return false;
+  }
+}
+
+}  // namespace discoplan

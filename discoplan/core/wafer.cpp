@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/core/wafer.h"
+
+#include "discoplan/core/numbers.h"
+
+namespace discoplan {
+namespace {
+
+constexpr std::array<float, 10> kIntervalColors = {
+    0x000080, 0x0000FF, 0x00FFFF, 0x00FF00, 0x008080,
+    0x008000, 0x808000, 0xFF0000, 0x800000, 0x800080,
+};
+constexpr std::array<float, 3> kAuxColors = {0x000080, 0x008000, 0x800000};
+
+constexpr float kSmallestValue = 1e-15F;
+
+/// A value that is neither zero nor so small that it is taken for zero.
+bool IsRealValue(float z) { return z != 0 && (z >= kSmallestValue || z <= -kSmallestValue); }
+
+}  // namespace
+
+wafer::wafer() : IntervalColor(kIntervalColors), AuxColor(kAuxColors) {}
+
+void wafer::reset() {
+  HasZeroValue = false;
+  HasNegativeValue = false;
+  write_index_ = 1;
+  nop_ = 0;
+  sites_.clear();
+}
+
+void wafer::SetNop(float count) {
+  const std::int16_t sites = ToInt16(count);
+  nop_ = count;
+  cells_ = {};
+  sites_.clear();
+  if (sites < 1) throw RunTimeError(Fault::Subscript, "a wafer needs at least one site");
+  sites_.resize(static_cast<std::size_t>(sites));
+}
+
+void wafer::SetGridValue(float x, float y, float z) {
+  if (write_index_ > nop_) return;
+  Store(ToInt16(write_index_), x, y, z);
+  write_index_ += 1;
+}
+
+void wafer::SetGridValueD(std::int16_t number, float x, float y, float z) {
+  if (number <= nop_) Store(number, x, y, z);
+}
+
+void wafer::OverwriteGridValue(std::int16_t number, float x, float y, float z) {
+  Store(number, x, y, z);
+}
+
+void wafer::Store(std::int16_t number, float x, float y, float z) {
+  if (number < 1 || static_cast<std::size_t>(number) > sites_.size()) {
+    throw RunTimeError(Fault::Subscript, "site " + std::to_string(number));
+  }
+  Site& site = sites_[static_cast<std::size_t>(number) - 1];
+  site = {x, y, z};
+  if (!IsRealValue(z)) {
+    HasZeroValue = true;
+    site.z = 0;
+  } else if (z < 0) {
+    HasNegativeValue = true;
+  }
+}
+
+Site wafer::GetGridValue(std::int16_t number) const {
+  if (number < 1 || static_cast<std::size_t>(number) > sites_.size()) {
+    throw RunTimeError(Fault::Subscript, "site " + std::to_string(number));
+  }
+  return sites_[static_cast<std::size_t>(number) - 1];
+}
+
+}  // namespace discoplan

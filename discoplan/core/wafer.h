@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// One measured wafer: its sites, geometry, statistics, limits and colours, and the operations
+/// that compute and draw from them.
+///
+///     wafer lot_wafer;
+///     lot_wafer.WaferDiameter = 200;
+///     lot_wafer.WaferRadius = 100;
+///     lot_wafer.TestDiameter = 194;
+///     lot_wafer.reset();
+///     lot_wafer.SetNop(49);
+///     for (const Site& site : measured) lot_wafer.SetGridValue(site.x, site.y, site.z);
+///     lot_wafer.MaxMin();
+///     float value = lot_wafer.Interpolation(12.5F, -40.0F);
+///
+/// Lengths are millimetres from the wafer's centre, Y up; values are plain numbers in the host's
+/// unit. Sites are numbered from 1, at most 32767. No raster is kept: what needs one asks
+/// `Interpolation` at its own pitch. One thread uses a wafer at a time; there are no locks.
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "discoplan/export.h"
+#include "discoplan/platform/variant.h"
+
+namespace discoplan {
+
+class Label;
+class Surface;
+
+struct Site {
+  float x = 0;
+  float y = 0;
+  float z = 0;
+
+  bool operator==(const Site&) const = default;
+};
+
+/// Where a plot goes: in twips where the surface is a printer or the mode is 1, which stands for a
+/// rectangle of a page that holds other things. Any other mode fills the whole picture.
+struct PlotArea {
+  float left = 0;
+  float top = 0;
+  float width = 0;
+  float height = 0;
+  std::int16_t mode = 0;
+};
+
+/// Where the scale of a wafer of one constant value begins: strictly below the value.
+constexpr double FloorUnderConstant(double value, bool negative) {
+  return value * (negative ? 1.1 : 0.9) - 0.001;
+}
+
+class DISCOPLAN_EXPORT wafer {
+ public:
+  /// The only value of pi in use.
+  static constexpr float kPi = 3.14159274F;
+  /// `FlatRatio` of a wafer with a flat; 1.0 is a notch, 0 not yet set.
+  static constexpr float kFlatRatio = 0.98F;
+  /// Ten rows of a legend.
+  static constexpr int kLegendRows = 10;
+
+  // Colours 0x00BBGGRR, held as 32-bit floats: exact up to 24 bits.
+  std::array<float, 10> IntervalColor;  ///< From the highest class to the lowest.
+  std::array<float, 3> AuxColor;        ///< Above, within and below the sigma range.
+
+  bool HasZeroValue = false;      ///< A stored value was zero or clamped to zero.
+  bool HasNegativeValue = false;  ///< A stored value was negative.
+  bool GridChanged = true;
+  std::string SpareText1;
+
+  // Statistics of the data, as `MaxMin` left them.
+  double mean = 0;
+  double StdDev = 0;  ///< Sample standard deviation.
+  float Maximum = 0;
+  float Minimum = 0;
+  float ValueSum = 0;
+
+  // Limits of the colour scale: those of the data unless a host set others.
+  float PlotMaximum = 0;
+  float PlotMinimum = 0;
+  Variant HiLoPercent;   ///< A 32-bit float, or the 16-bit 0 where the limits' sum is zero.
+  float ScaleFloor = 0;  ///< Lower end of value scales, below `PlotMinimum` if the limits coincide.
+  float PlotRange = 0;
+
+  float CountBelowLCL = 0;
+  float CountAboveUCL = 0;
+
+  float WaferDiameter = 0;
+  float WaferRadius = 0;  ///< Half of `WaferDiameter`; the two change together.
+  float TestDiameter = 0;
+  float FlatRatio = 0;
+
+  std::string Units;
+  std::string SpecialRemark;
+  std::string EquipInfo;
+  std::string WaferId;
+  std::string OperatorId;
+  std::string FabName;
+  std::string LotName;
+  std::string MeasEquip;
+
+  std::int16_t HistoPeakCount = 0;  ///< Highest bin count of the last histogram.
+  float GaussPeak = 0;              ///< Height of its Gauss curve in counts.
+
+  wafer();
+
+  // Site store.
+
+  /// Drops all sites; keeps statistics, limits, geometry and colours.
+  void reset();
+  /// Makes room for `count` sites, rounded; old ones are gone. Above 32767 `Overflow` before
+  /// anything is stored; `Subscript` for a count that rounds to 0 or less.
+  void SetNop(float count);
+  float GetNop() const { return nop_; }
+  /// Appends a site; does nothing once all are filled. A value of magnitude below 1e-15 becomes 0.
+  void SetGridValue(float x, float y, float z);
+  /// Writes the site of that number if it isn't above `GetNop`; below 1 raises `Subscript`.
+  void SetGridValueD(std::int16_t number, float x, float y, float z);
+  /// Writes the site of that number; `Subscript` outside the store.
+  void OverwriteGridValue(std::int16_t number, float x, float y, float z);
+  /// The site of that number; `Subscript` outside the store.
+  Site GetGridValue(std::int16_t number) const;
+  /// All sites in store order, without the tests.
+  std::span<const Site> Sites() const { return sites_; }
+
+  // Statistics.
+
+  /// Computes the statistics, resets the limits to the data's extremes and, for ten sites or more,
+  /// builds the site cells. `Subscript` for an empty store and for a site beyond the cells (more
+  /// than about half a cell outside the wafer's radius in X or Y).
+  void MaxMin();
+  /// Sets the plot limits, without a test of their order.
+  void setMaximalMinial(float upper, float lower);
+  /// The limits are not those of the data.
+  bool HasPlotLimit() const { return PlotMaximum != Maximum || PlotMinimum != Minimum; }
+
+  // Interpolation.
+
+  /// Inverse-distance-squared mean of the four nearest sites that the search over the site cells
+  /// finds; 0 for fewer than four sites. Answers for any point, also off the wafer; never fails.
+  float Interpolation(float x, float y) const noexcept;
+
+  // Legends. `chips` are the colour swatches, `rows` the texts, from the top.
+
+  /// Text of a legend value.
+  static std::string FormatLbl(float value);
+  void scale_colored(std::span<Label* const> chips, std::span<Label* const> rows) const;
+  void scale_sigma(std::span<Label* const> chips, std::span<Label* const> rows,
+                   float sigma_range) const;
+
+  // Plots. A failing step of one is dropped and the plot goes on.
+
+  /// Coloured map of cells `resolution` mm wide. Kind 5 takes the interval colours, any other the
+  /// three colours of the band of `sigma_range` standard deviations around the mean.
+  void D2Plot(Surface& surface, double resolution, std::int16_t kind, float sigma_range,
+              bool show_sites, const PlotArea& area);
+  /// Small outline of the wafer with its notch or flat. Angles in degrees: `rotation` 0 is at the
+  /// bottom and grows to the right, `inclination` 90 is seen from straight above. The label may be
+  /// missing.
+  void FlatNotchShow(Label* label, Surface& surface, float& centre_x, float& centre_y, float radius,
+                     float rotation, float inclination) const;
+
+ private:
+  /// Square cells centred on multiples of their size, the sites of each in ascending number.
+  struct SiteCells {
+    std::int32_t side = 0;
+    std::vector<std::int32_t> first;  ///< By cell, and one more: where its sites begin.
+    std::vector<std::int16_t> sites;  ///< Numbers from 0.
+  };
+
+  class CellSearch;
+
+  void Store(std::int16_t number, float x, float y, float z);
+  void SumUp();
+  void BuildSiteCells();
+  float Interpolation_Einfach(float x, float y) const;
+  float InterpolateFromCells(float x, float y) const;
+
+  float nop_ = 0;
+  float write_index_ = 1;
+  std::vector<Site> sites_;
+  SiteCells cells_;
+  float cell_size_ = 0;
+  std::int16_t cell_half_count_ = 0;
+};
+
+}  // namespace discoplan

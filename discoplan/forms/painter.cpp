@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/forms/painter.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "discoplan/core/numbers.h"
+
+namespace discoplan {
+namespace {
+
+constexpr Colour kEdge = 0xA8A8A8;
+constexpr Colour kButtonFill = 0xF4F4F4;
+constexpr double kTwipsPerPoint = 20;
+constexpr double kTitleIndent = 120;  // twips from a frame's corner to its title
+constexpr double kTitleGap = 30;      // twips that the line keeps from the title
+
+/// Both corners belong to it.
+struct Box {
+  int left, top, right, bottom;
+
+  int Width() const { return right - left + 1; }
+  int Height() const { return bottom - top + 1; }
+};
+
+class TreePainter {
+ public:
+  TreePainter(Canvas& canvas, const PaintOptions& options) : canvas_(canvas), options_(options) {}
+
+  void Paint(const Node& node, double left, double top) {
+    if (!node.visible) return;
+    const Box box = Pixels(left, top, node.box);
+    switch (node.kind) {
+      case NodeKind::Control:
+      case NodeKind::Form:
+      case NodeKind::Panel: Fill(box, node.back_color); break;
+      case NodeKind::Frame: PaintFrame(node, box); break;
+      case NodeKind::Label: PaintLabel(node, box); break;
+      case NodeKind::Picture: Copy(node.picture->canvas(), box); break;
+      case NodeKind::Image:
+        if (node.image) Stretch(*node.image, box);
+        break;
+      case NodeKind::Button:
+        if (options_.buttons) PaintButton(node, box);
+        break;
+      case NodeKind::Text: PaintField(node, box); break;
+      case NodeKind::Check:
+      case NodeKind::Options:
+      case NodeKind::Spinner:
+      case NodeKind::Line: break;
+    }
+    for (const auto& child : node.children()) {
+      Paint(*child, left + child->box.left, top + child->box.top);
+    }
+  }
+
+ private:
+  double PixelsAcross(double twips) const { return twips / options_.resolution.twips_per_pixel_x; }
+  double PixelsDown(double twips) const { return twips / options_.resolution.twips_per_pixel_y; }
+  double PixelsPerPoint() const { return PixelsDown(kTwipsPerPoint); }
+  int LineWidth() const { return std::max(1, static_cast<int>(PixelsPerPoint() / 2)); }
+
+  Box Pixels(double left, double top, const TwipsBox& size) const {
+    const auto whole = [](double pixels) { return static_cast<int>(RoundHalfEven(pixels)); };
+    return {whole(PixelsAcross(left)), whole(PixelsDown(top)),
+            whole(PixelsAcross(left + size.width)) - 1, whole(PixelsDown(top + size.height)) - 1};
+  }
+
+  void Fill(const Box& box, Colour colour) {
+    if (box.Width() <= 0 || box.Height() <= 0) return;
+    canvas_.FillBox({box.left, box.top, box.right, box.bottom}, PixelOf(colour));
+  }
+
+  void Outline(const Box& box, Colour colour) {
+    const int w = LineWidth() - 1;
+    Fill({box.left, box.top, box.right, box.top + w}, colour);
+    Fill({box.left, box.bottom - w, box.right, box.bottom}, colour);
+    Fill({box.left, box.top, box.left + w, box.bottom}, colour);
+    Fill({box.right - w, box.top, box.right, box.bottom}, colour);
+  }
+
+  double TextHeight(const Node& node) const {
+    return options_.text.Height(node.font, PixelsPerPoint());
+  }
+  double TextWidth(const Node& node) const {
+    return options_.text.Width(node.font, PixelsPerPoint(), node.text);
+  }
+  void Write(const Node& node, double x, double y) {
+    options_.text.Paint(canvas_, node.font,
+                        {.x = x,
+                         .y = y,
+                         .pixels_per_point = PixelsPerPoint(),
+                         .colour = node.fore_color},
+                        node.text);
+  }
+
+  void PaintFrame(const Node& node, const Box& box) {
+    Fill(box, node.back_color);
+    if (!node.bordered) return;
+    const double height = TextHeight(node);
+    Box line = box;
+    line.top += static_cast<int>(height / 2);
+    Outline(line, kEdge);
+    if (node.text.empty()) return;
+    const double x = box.left + PixelsAcross(kTitleIndent);
+    const double gap = PixelsAcross(kTitleGap);
+    const auto whole = [](double pixels) { return static_cast<int>(std::lround(pixels)); };
+    Fill({whole(x - gap), box.top, whole(x + TextWidth(node) + gap), line.top + LineWidth()},
+         node.back_color);
+    Write(node, x, box.top);
+  }
+
+  /// A label without a text is a colour chip.
+  void PaintLabel(const Node& node, const Box& box) {
+    if (node.text.empty()) return Fill(box, node.back_color);
+    Write(node, box.left, box.top + (box.Height() - TextHeight(node)) / 2);
+  }
+
+  void PaintButton(const Node& node, const Box& box) {
+    Fill(box, kButtonFill);
+    Outline(box, kEdge);
+    Write(node, box.left + (box.Width() - TextWidth(node)) / 2,
+          box.top + (box.Height() - TextHeight(node)) / 2);
+  }
+
+  void PaintField(const Node& node, const Box& box) {
+    Fill(box, kWhite);
+    Outline(box, kEdge);
+    Write(node, box.left + PixelsAcross(60), box.top + (box.Height() - TextHeight(node)) / 2);
+  }
+
+  void Copy(const Canvas& source, const Box& box) {
+    Place(box, source, [](int at) { return at; }, [](int at) { return at; });
+  }
+
+  void Stretch(const Canvas& source, const Box& box) {
+    const auto scaled = [](int at, int from, int to) {
+      return static_cast<int>((at + 0.5) * from / to);
+    };
+    Place(box, source, [&](int x) { return scaled(x, source.Width(), box.Width()); },
+          [&](int y) { return scaled(y, source.Height(), box.Height()); });
+  }
+
+  template <class Column, class Row>
+  void Place(const Box& box, const Canvas& source, Column column, Row row) {
+    for (int y = std::max(box.top, 0); y <= std::min(box.bottom, canvas_.Height() - 1); ++y) {
+      const int from_y = row(y - box.top);
+      if (from_y >= source.Height()) continue;
+      for (int x = std::max(box.left, 0); x <= std::min(box.right, canvas_.Width() - 1); ++x) {
+        const int from_x = column(x - box.left);
+        if (from_x >= source.Width()) continue;
+        At(canvas_, x, y) = At(source, from_x, from_y);
+      }
+    }
+  }
+
+  template <class AnyCanvas>
+  static auto& At(AnyCanvas& canvas, int x, int y) {
+    return canvas.Pixels()[static_cast<std::size_t>(y) * static_cast<std::size_t>(canvas.Width()) +
+                           static_cast<std::size_t>(x)];
+  }
+
+  Canvas& canvas_;
+  const PaintOptions options_;
+};
+
+}  // namespace
+
+void PaintTree(const Node& root, Canvas& canvas, const PaintOptions& options) {
+  TreePainter(canvas, options).Paint(root, 0, 0);
+}
+
+}  // namespace discoplan

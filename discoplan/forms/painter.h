@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Shows a tree of child surfaces on a canvas, for hosts without widgets.
+
+#include "discoplan/forms/node.h"
+#include "discoplan/platform/screen.h"
+#include "discoplan/raster/canvas.h"
+#include "discoplan/raster/text_painter.h"
+
+namespace discoplan {
+
+struct PaintOptions {
+  const Screen& resolution;
+  const TextPainter& text;
+  bool buttons = true;  ///< A picture for paper has nothing to press.
+};
+
+/// Paints the node and all that is visible in it, its upper left corner at that of the canvas.
+DISCOPLAN_EXPORT void PaintTree(const Node& root, Canvas& canvas, const PaintOptions& options);
+
+}  // namespace discoplan

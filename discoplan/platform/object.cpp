@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/platform/object.h"
+
+#include <algorithm>
+
+#include "discoplan/core/numbers.h"
+
+namespace discoplan {
+
+Object::~Object() = default;
+
+MemberTable::MemberTable(std::initializer_list<std::vector<Member>> blocks) {
+  for (const auto& block : blocks) members_.insert(members_.end(), block.begin(), block.end());
+}
+
+const Member* MemberTable::Find(std::string_view name) const {
+  const auto found = std::ranges::find(members_, name, &Member::name);
+  return found == members_.end() ? nullptr : &*found;
+}
+
+const Member& MemberTable::At(std::string_view name) const {
+  if (const Member* member = Find(name)) return *member;
+  throw RunTimeError(Fault::MemberNotOffered, std::string(name));
+}
+
+}  // namespace discoplan

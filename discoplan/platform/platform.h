@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// What a control asks of the program around it. A host fills in `Platform` once, and a `Container`
+/// for each control that it wants to hear from.
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "discoplan/export.h"
+#include "discoplan/platform/screen.h"
+#include "discoplan/platform/variant.h"
+
+namespace discoplan {
+
+class Picture;
+struct Font;
+
+/// A modal box with an OK button.
+struct Message {
+  std::string text;
+  std::string title;
+  bool critical = false;
+  bool system_modal = false;
+};
+
+class DISCOPLAN_EXPORT Platform {
+ public:
+  virtual ~Platform() = default;
+
+  virtual const Screen& screen() const = 0;
+  /// An empty picture surface of that size in twips, with a scale in pixels.
+  virtual std::unique_ptr<Picture> NewPicture(float width, float height) = 0;
+  /// Width in twips of a text on a label.
+  virtual float LabelWidth(const Font& font, std::string_view text) const = 0;
+  /// Shows the box and returns once it is answered.
+  virtual void Show(const Message& message) = 0;
+  /// Lets the user interface catch up.
+  virtual void RunPendingEvents() {}
+  /// What a new control prints on; may be nothing.
+  virtual ObjectRef DefaultPrinter() { return {}; }
+};
+
+class DISCOPLAN_EXPORT Container {
+ public:
+  virtual ~Container() = default;
+
+  /// The property has changed and wants to be stored.
+  virtual void PropertyChanged(std::string_view) {}
+  virtual void EventRaised(std::string_view, std::span<const Variant>) {}
+  /// The control asks for a size in twips. Calls `take` with the size that it gives, or not at all.
+  virtual void ResizeRequested(float width, float height,
+                               const std::function<void(float, float)>& take) {
+    take(width, height);
+  }
+  /// The form around the control is to count in twips.
+  virtual void UseTwips() {}
+  virtual void Repaint() {}
+  /// 11 is the hourglass, 0 the default.
+  virtual void PointerChanged(std::int16_t) {}
+  virtual std::int32_t DeviceHandle() const { return 0; }
+  virtual std::int32_t WindowHandle() const { return 0; }
+};
+
+}  // namespace discoplan

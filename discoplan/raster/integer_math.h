@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Exact integer arithmetic of the raster: wide products, square roots, stepped quotients.
+
+#include <cmath>
+#include <cstdint>
+
+namespace discoplan {
+
+__extension__ typedef __int128 Int128;
+__extension__ typedef unsigned __int128 UInt128;
+
+/// The largest integer whose square is at most `value`.
+inline std::int64_t FloorSqrt(std::uint64_t value) {
+  auto root = static_cast<UInt128>(std::sqrt(static_cast<double>(value)));
+  while (root * root > value) --root;
+  while ((root + 1) * (root + 1) <= value) ++root;
+  return static_cast<std::int64_t>(root);
+}
+
+/// ceil((start + i step) / divisor) for i = first, first + 1, ...; the divisor is positive.
+class CeilSteps {
+ public:
+  CeilSteps() = default;
+  CeilSteps(std::int64_t start, std::int64_t step, std::int64_t divisor, std::int64_t first)
+      : divisor_(divisor),
+        whole_(Floor(step, divisor)),
+        rest_(step - whole_ * divisor),
+        value_(0),
+        excess_(0) {
+    const Int128 numerator = start + static_cast<Int128>(step) * first;
+    if (numerator == 0) return;
+    value_ = -static_cast<std::int64_t>(Floor(-numerator, static_cast<Int128>(divisor)));
+    excess_ = static_cast<std::int64_t>(static_cast<Int128>(value_) * divisor - numerator);
+  }
+
+  std::int64_t Value() const { return value_; }
+
+  void Advance() {
+    value_ += whole_;
+    excess_ -= rest_;
+    if (excess_ < 0) {
+      excess_ += divisor_;
+      ++value_;
+    }
+  }
+
+ private:
+  template <class Int>
+  static Int Floor(Int numerator, Int divisor) {
+    const Int quotient = numerator / divisor;
+    return numerator % divisor < 0 ? quotient - 1 : quotient;
+  }
+
+  std::int64_t divisor_;
+  std::int64_t whole_;
+  std::int64_t rest_;
+  std::int64_t value_;
+  std::int64_t excess_;  // value_ * divisor_ less the numerator
+};
+
+}  // namespace discoplan

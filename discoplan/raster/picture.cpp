@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/raster/picture.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "discoplan/core/numbers.h"
+
+namespace discoplan {
+namespace {
+
+constexpr std::int16_t kTwips = 1;
+constexpr std::int16_t kPixels = 3;
+constexpr double kTwipsPerPoint = 20;
+constexpr int kMostPixels = 32767;  // along one side
+
+/// To the nearest whole pixel; what lies farther away than 32 bits stays on that side.
+std::int32_t Nearest(double pixels) {
+  constexpr double kFarthest = std::numeric_limits<std::int32_t>::max();
+  if (std::isnan(pixels)) return std::numeric_limits<std::int32_t>::min();
+  return static_cast<std::int32_t>(
+      RoundHalfEven(std::clamp<double>(static_cast<float>(pixels), -kFarthest, kFarthest)));
+}
+
+int Side(double pixels) {
+  return pixels > 0 ? static_cast<int>(RoundHalfEven(std::min<double>(pixels, kMostPixels))) : 0;
+}
+
+}  // namespace
+
+Pixel PixelOf(Colour colour) {
+  constexpr Colour kSystem = 0x80000000;
+  constexpr Colour kButtonFace = 0x8000000F;
+  if (colour == kButtonFace) return 0xFFF0F0F0;
+  if (colour & kSystem) return 0xFFC8C8C8;
+  return 0xFF000000 | (colour & 0xFF) << 16 | (colour & 0xFF00) | (colour >> 16 & 0xFF);
+}
+
+Picture::Picture(const Setting& setting, float width, float height)
+    : setting_(setting), canvas_(0, 0, PixelOf(kWhite)) {
+  Resize(width, height);
+}
+
+void Picture::Resize(float width, float height) {
+  state_.width = width;
+  state_.height = height;
+  TakeSize();
+}
+
+void Picture::TakeSize() {
+  canvas_.Resize(Side(PixelsAcross()), Side(PixelsDown()), PixelOf(state_.back_color));
+  TakeScale();
+}
+
+void Picture::TakeScale() {
+  state_.scale_left = 0;
+  state_.scale_top = 0;
+  state_.scale_width = state_.scale_mode == kTwips ? state_.width : static_cast<float>(PixelsAcross());
+  state_.scale_height = state_.scale_mode == kTwips ? state_.height : static_cast<float>(PixelsDown());
+}
+
+void Picture::StateWritten(SurfaceState which) {
+  if (which == SurfaceState::Width || which == SurfaceState::Height) TakeSize();
+  if (which == SurfaceState::ScaleMode &&
+      (state_.scale_mode == kTwips || state_.scale_mode == kPixels)) {
+    TakeScale();
+  }
+}
+
+double Picture::PixelsAcross() const {
+  return state_.width / static_cast<double>(setting_.resolution.twips_per_pixel_x);
+}
+
+double Picture::PixelsDown() const {
+  return state_.height / static_cast<double>(setting_.resolution.twips_per_pixel_y);
+}
+
+double Picture::PixelsPerUnitX() const {
+  return static_cast<float>(PixelsAcross()) / static_cast<double>(state_.scale_width);
+}
+
+double Picture::PixelsPerUnitY() const {
+  return static_cast<float>(PixelsDown()) / static_cast<double>(state_.scale_height);
+}
+
+double Picture::PixelsPerPoint() const {
+  return kTwipsPerPoint / setting_.resolution.twips_per_pixel_y;
+}
+
+Pen Picture::PenOf(std::optional<Colour> colour) const {
+  return {.pixel = PixelOf(colour.value_or(state_.fore_color)),
+          .width = state_.draw_width,
+          .visible = state_.draw_style != 5};
+}
+
+Brush Picture::BrushOf() const {
+  return {.pixel = PixelOf(state_.fill_color), .visible = state_.fill_style == 0};
+}
+
+void Picture::Cls() {
+  canvas_.Clear(PixelOf(state_.back_color));
+  if (background_) {
+    // A resized copy leaves the rest of a grown surface to the background colour.
+    Canvas copy = *background_;
+    copy.Resize(canvas_.Width(), canvas_.Height(), PixelOf(state_.back_color));
+    canvas_ = std::move(copy);
+  }
+  state_.current = {};
+}
+
+void Picture::Refresh() {
+  if (show_) show_();
+}
+
+void Picture::KeepImageAsPicture() { background_ = canvas_; }
+
+void Picture::DrawLine(const LineCall& call) {
+  const SurfacePoint from = call.from.value_or(state_.current);
+  const PixelPoint a{Nearest(PixelX(from.x)), Nearest(PixelY(from.y))};
+  const PixelPoint b{Nearest(PixelX(call.to.x)), Nearest(PixelY(call.to.y))};
+  const Pen pen = PenOf(call.colour);
+  switch (call.shape) {
+    case LineShape::Line: canvas_.Line(a, b, pen); break;
+    case LineShape::Box: {
+      const std::array<PixelPoint, 4> corners = {{a, {b.x, a.y}, b, {a.x, b.y}}};
+      canvas_.Polygon(corners, pen, {.visible = false});
+      break;
+    }
+    case LineShape::FilledBox:
+      canvas_.FillBox({std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x),
+                       std::max(a.y, b.y)},
+                      pen.pixel);
+      break;
+  }
+}
+
+void Picture::Circle(const CircleCall& call) {
+  const double x = PixelX(call.centre.x);
+  const double y = PixelY(call.centre.y);
+  const double across = call.radius * PixelsPerUnitX();
+  const double down = across * call.aspect.value_or(1.0F);
+  if (!(across >= 0) || !(down >= 0)) return;
+  const PixelBox box{Nearest(x - across), Nearest(y - down), Nearest(x + across), Nearest(y + down)};
+  const Pen pen = PenOf(call.colour);
+  if (!call.start || !call.end) return canvas_.Ellipse(box, pen, BrushOf());
+  // Far out along the rays, so that rounding the points doesn't turn them.
+  constexpr double kFarOut = 256;
+  const auto along = [&](double angle) {
+    return PixelPoint{Nearest(x + kFarOut * across * std::cos(angle)),
+                      Nearest(y - kFarOut * down * std::sin(angle))};
+  };
+  canvas_.Arc(box, along(*call.start), along(*call.end), pen);
+}
+
+void Picture::Polygon(std::span<const PixelPoint> points) {
+  canvas_.Polygon(points, PenOf({}), BrushOf());
+}
+
+void Picture::FloodFill(PixelPoint start, Colour boundary) {
+  canvas_.FloodFill(start, PixelOf(boundary), BrushOf());
+}
+
+void Picture::Print(std::string_view text) {
+  setting_.text.Paint(canvas_, state_.font,
+                      {.x = PixelX(state_.current.x),
+                       .y = PixelY(state_.current.y),
+                       .pixels_per_point = PixelsPerPoint(),
+                       .colour = state_.fore_color},
+                      text);
+}
+
+float Picture::TextWidth(std::string_view text) const {
+  return static_cast<float>(setting_.text.Width(state_.font, PixelsPerPoint(), text) /
+                            PixelsPerUnitX());
+}
+
+float Picture::TextHeight(std::string_view) const {
+  return static_cast<float>(setting_.text.Height(state_.font, PixelsPerPoint()) / PixelsPerUnitY());
+}
+
+}  // namespace discoplan

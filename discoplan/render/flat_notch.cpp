@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "discoplan/core/numbers.h"
+#include "discoplan/core/wafer.h"
+#include "discoplan/render/label.h"
+#include "discoplan/render/plot_frame.h"
+#include "discoplan/render/surface.h"
+
+namespace discoplan {
+namespace {
+
+double Radians(double degrees) { return degrees * wafer::kPi / 180; }
+
+/// A wafer's outline seen at a tilt; angle 0 lies at the bottom.
+struct Outline {
+  float x;
+  float y;
+  float radius;
+  double upright_radius;
+
+  SurfacePoint At(double degrees, double factor = 1) const {
+    return {ToFloat(x + factor * radius * std::sin(Radians(degrees))),
+            ToFloat(y + factor * upright_radius * std::cos(Radians(degrees)))};
+  }
+};
+
+PixelPoint Rounded(const SurfacePoint& point) { return {ToInt32(point.x), ToInt32(point.y)}; }
+
+/// Paints over a piece of the outline.
+template <std::size_t N>
+void RubOut(Surface& surface, const std::array<SurfacePoint, N>& corners) {
+  surface.ForeColor(surface.BackColor());
+  surface.FillColor(surface.BackColor());
+  surface.FillStyle(0);
+  std::array<PixelPoint, N> pixels;
+  std::ranges::transform(corners, pixels.begin(), Rounded);
+  surface.Polygon(pixels);
+}
+
+void MarkNotch(Surface& surface, const Outline& outline, double rotation) {
+  const SurfacePoint right = outline.At(rotation + 10);
+  const SurfacePoint left = outline.At(rotation - 10);
+  const SurfacePoint tip = outline.At(rotation, 0.8);
+  const SurfacePoint outside = outline.At(rotation, 1.05);
+  RubOut<5>(surface, {right, tip, left, outside, right});
+  surface.Line({.from = right, .to = tip, .colour = kLightRed});
+  surface.Line({.from = {}, .to = left, .colour = kLightRed});
+}
+
+void MarkFlat(Surface& surface, const Outline& outline, double rotation) {
+  constexpr double kBeyond = 1.0 / 3 + 1;
+  const SurfacePoint right = outline.At(rotation + 35);
+  const SurfacePoint left = outline.At(rotation - 35);
+  RubOut<4>(surface, {right, left, outline.At(rotation - 35, kBeyond),
+                      outline.At(rotation + 35, kBeyond)});
+  surface.Line({.from = right, .to = left, .colour = kLightRed});
+}
+
+}  // namespace
+
+void wafer::FlatNotchShow(Label* label, Surface& surface, float& centre_x, float& centre_y,
+                          float radius, float rotation, float inclination) const {
+  centre_x = surface.ScaleWidth() / 2;
+  centre_y = surface.ScaleHeight() / 2;
+  radius = ToFloat(std::min(centre_x, centre_y) - 7.0);
+  const double flattening = std::sin(Radians(inclination));
+  const Outline outline{centre_x, centre_y, radius, radius * flattening};
+
+  surface.ForeColor(kBlack);
+  surface.FillColor(kWhite);
+  surface.Cls();
+  surface.Circle(
+      {.centre = {centre_x, centre_y}, .radius = radius, .aspect = ToFloat(flattening)});
+  if (FlatRatio == 1.0F) {
+    if (label != nullptr) label->caption("Notch");
+    MarkNotch(surface, outline, rotation);
+  } else {
+    MarkFlat(surface, outline, rotation);
+  }
+  RefreshPicture(surface);
+}
+
+}  // namespace discoplan

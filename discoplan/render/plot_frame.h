@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// What the map plots share: the rectangle in pixels, and the rule that a failing step is dropped.
+///
+///     PlotFrame frame(surface, area);
+///     frame.Open();
+///     frame([&] { cells = ToInt16(diameter / pitch); });
+///     frame.MeasureRectangle();
+///     frame([&] { surface.Circle({.centre = frame.Centre(), .radius = ToFloat(radius)}); });
+
+#include "discoplan/core/numbers.h"
+#include "discoplan/core/wafer.h"
+#include "discoplan/render/surface.h"
+
+namespace discoplan {
+
+/// `Refresh` means something on a picture only.
+inline void RefreshPicture(Surface& surface) {
+  if (surface.IsPicture()) surface.Refresh();
+}
+
+/// A colour that the wafer holds as a float.
+inline Colour ToColour(float colour) { return static_cast<Colour>(ToInt32(colour)); }
+
+class PlotFrame {
+ public:
+  /// Which sides of the rectangle a plot keeps as 16-bit integers.
+  enum class Rounding { None, Height, All };
+
+  PlotFrame(Surface& surface, const PlotArea& area, Rounding rounding = Rounding::None);
+
+  /// Clears a surface that the plot has to itself.
+  void Open();
+  /// Fills the rectangle in pixels: from twips on a printer and in a part of a page, else the
+  /// whole surface.
+  void MeasureRectangle();
+
+  /// Runs one step of the plot. One that fails is dropped after the rectangle fell back to 4.8
+  /// twips per pixel, which is a device of 300 dots to the inch; the plot goes on.
+  template <class Step>
+  void operator()(Step&& step) {
+    if (!Attempt(step)) FallBack();
+  }
+
+  void Refresh() {
+    (*this)([&] { RefreshPicture(surface_); });
+  }
+
+  double CentreX() const { return left + width / 2.0; }
+  double CentreY() const { return top + height / 2.0; }
+
+  float left = 0;
+  float top = 0;
+  float width = 0;
+  float height = 0;
+
+ private:
+  void FallBack();
+  float Side(double pixels, bool rounded) const;
+
+  Surface& surface_;
+  const PlotArea area_;
+  const Rounding rounding_;
+};
+
+}  // namespace discoplan

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/render/site_marks.h"
+
+namespace discoplan {
+namespace {
+
+/// Half sizes in pixels.
+struct MarkSize {
+  std::int16_t arm = 6;     // of the white ground, along the bar
+  std::int16_t breadth = 2;  // of the white ground, across the bar
+  std::int16_t stroke = 3;  // of the black stroke
+};
+
+MarkSize MeasureMark(Surface& surface, PlotFrame& frame) {
+  MarkSize size;
+  if (!surface.IsPrinter()) return size;
+  size = {0, 0, 0};
+  const auto pixels = [](float twips, float twips_per_pixel) {
+    return ToInt16(ToFloat(Divide(twips, twips_per_pixel)));
+  };
+  frame([&] { size.arm = pixels(90, surface.TwipsPerPixelX()); });
+  frame([&] { size.breadth = pixels(30, surface.TwipsPerPixelY()); });
+  frame([&] { size.stroke = pixels(45, surface.TwipsPerPixelX()); });
+  return size;
+}
+
+}  // namespace
+
+void DrawSiteMarks(const wafer& source, Surface& surface, PlotFrame& frame, double scale) {
+  const MarkSize size = MeasureMark(surface, frame);
+  float mean = 0;
+  frame([&] { mean = ToFloat(source.mean); });
+  float x = 0;
+  float y = 0;
+  const auto bar = [&](double half_width, double half_height, Colour colour) {
+    frame([&] {
+      surface.Line({.from = SurfacePoint{ToFloat(x - half_width), ToFloat(y - half_height)},
+                    .to = {ToFloat(x + half_width), ToFloat(y + half_height)},
+                    .colour = colour,
+                    .shape = LineShape::FilledBox});
+    });
+  };
+  for (const Site& site : source.Sites()) {
+    frame([&] { x = ToFloat(frame.CentreX() + scale * site.x); });
+    frame([&] { y = ToFloat(frame.CentreY() - scale * site.y); });
+    const bool above_mean = site.z > mean;
+    bar(size.arm, size.breadth, kWhite);
+    if (above_mean) bar(size.breadth, size.arm, kWhite);
+    bar(size.stroke, 0, kBlack);
+    if (above_mean) bar(0, size.stroke, kBlack);
+    frame.Refresh();
+  }
+}
+
+}  // namespace discoplan

@@ -1,0 +1,302 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/automation/session.h"
+
+#include <array>
+#include <istream>
+#include <ostream>
+
+#include "discoplan/controls/control_factory.h"
+#include "discoplan/core/numbers.h"
+#include "hosts/automation/draw_calls.h"
+#include "hosts/automation/tree_text.h"
+#include "hosts/headless/png_file.h"
+
+namespace discoplan {
+namespace {
+
+using nlohmann::json;
+
+constexpr int kDeepestRequest = 64;
+constexpr float kControlWidth = 6000;
+constexpr float kControlHeight = 4500;
+constexpr float kPrinterTwipsPerPixel = 2.4F;
+constexpr float kPictureTwipsPerPixel = 15;
+
+json Parse(std::string_view line) {
+  const auto check_depth = [](int depth, json::parse_event_t, json&) {
+    if (depth > kDeepestRequest) throw RequestError("The request is nested too deeply.");
+    return true;
+  };
+  try {
+    return json::parse(line, check_depth);
+  } catch (const json::exception&) {
+    throw RequestError("The request is no well-formed JSON in UTF-8.");
+  }
+}
+
+std::string Key(const json& id) {
+  if (!id.is_string() && !id.is_number_integer()) {
+    throw RequestError("An id must be a text or a whole number.");
+  }
+  return id.dump();
+}
+
+MouseEvent ToMouseEvent(const std::string& name) {
+  constexpr std::array<std::string_view, 5> kNames = {"Click", "DblClick", "MouseDown",
+                                                      "MouseMove", "MouseUp"};
+  for (std::size_t i = 0; i < kNames.size(); ++i) {
+    if (name == kNames[i]) return static_cast<MouseEvent>(i);
+  }
+  throw RequestError("There is no event \"" + name + "\".");
+}
+
+}  // namespace
+
+AutomationSession::AutomationSession() {
+  names_.object = [this](const json& id) {
+    const auto entry = entries_.find(Key(id));
+    if (entry == entries_.end()) throw RequestError("There is no object " + id.dump() + ".");
+    return entry->second.object;
+  };
+  names_.id = [this](const Object* object) { return ids_.contains(object) ? ids_[object] : json(); };
+}
+
+const std::map<std::string, AutomationSession::Operation, std::less<>>&
+AutomationSession::Operations() {
+  using S = AutomationSession;
+  static const std::map<std::string, Operation, std::less<>> operations = {
+      {"new", &S::New},     {"drop", &S::Drop},       {"get", &S::Get},
+      {"set", &S::Set},     {"call", &S::Call},       {"size", &S::Size},
+      {"tree", &S::Tree},   {"trace", &S::TakeTrace}, {"draw", &S::Draw},
+      {"save", &S::Save},   {"members", &S::Members}, {"mouse", &S::Mouse},
+      {"focus", &S::Focus}, {"show", &S::Show},       {"screen", &S::SetScreen},
+  };
+  return operations;
+}
+
+std::string AutomationSession::Answer(std::string_view line) {
+  json reply = {{"ok", true}};
+  const auto fail = [&](const std::string& sentence) {
+    reply = {{"ok", false}, {"error", sentence}};
+  };
+  try {
+    Perform(Parse(line), reply);
+  } catch (const RunTimeError& error) {
+    fail(std::string(error.what()) + " (run-time error " +
+         std::to_string(static_cast<int>(error.fault())) + ").");
+  } catch (const std::bad_alloc&) {
+    fail("The request needs more memory than there is.");
+  } catch (const std::exception& error) {
+    fail(error.what());
+  }
+  Report(reply);
+  return reply.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+void AutomationSession::Run(std::istream& requests, std::ostream& replies) {
+  std::string line;
+  while (std::getline(requests, line)) replies << Answer(line) << std::endl;
+}
+
+void AutomationSession::Perform(const json& request, json& reply) {
+  if (!request.is_object()) throw RequestError("A request is a JSON object.");
+  const std::string name = TextField(request, "op");
+  const auto operation = Operations().find(name);
+  if (operation == Operations().end()) {
+    throw RequestError("There is no operation \"" + name + "\".");
+  }
+  (this->*operation->second)(request, reply);
+}
+
+/// What controls told their containers and the user in the meantime.
+void AutomationSession::Report(json& reply) {
+  for (auto& [key, entry] : entries_) {
+    if (!entry.container) continue;
+    for (const std::string& name : entry.container->TakeAnnounced()) {
+      reply["announced"].push_back(name);
+    }
+    for (const auto& [name, args] : entry.container->TakeRaised()) {
+      json event = json::array({name});
+      for (const Variant& arg : args) event.push_back(ToJson(arg, names_));
+      reply["raised"].push_back(std::move(event));
+    }
+  }
+  for (const Message& message : host_.TakeMessages()) {
+    reply["messages"].push_back({{"text", message.text},
+                                 {"title", message.title},
+                                 {"critical", message.critical ? -1 : 0},
+                                 {"system_modal", message.system_modal ? -1 : 0}});
+  }
+}
+
+Object& AutomationSession::ObjectOf(const json& request) {
+  return *names_.object(Field(request, "id"));
+}
+
+PlotControl& AutomationSession::ControlOf(const json& request) {
+  if (auto* control = dynamic_cast<PlotControl*>(&ObjectOf(request))) return *control;
+  throw RequestError("The object " + Field(request, "id").dump() + " is no control.");
+}
+
+Surface& AutomationSession::SurfaceOf(const json& request) {
+  if (!request.contains("surface")) {
+    if (auto* surface = dynamic_cast<Surface*>(&ObjectOf(request))) return *surface;
+    throw RequestError("A control needs a field \"surface\" here.");
+  }
+  const std::string name = TextField(request, "surface");
+  const Node* node = ControlOf(request).root().Find(name);
+  if (node == nullptr || !node->picture) {
+    throw RequestError("There is no picture surface \"" + name + "\".");
+  }
+  return *node->picture;
+}
+
+void AutomationSession::New(const json& request, json&) {
+  const json& id = Field(request, "id");
+  const std::string key = Key(id);
+  if (entries_.contains(key)) throw RequestError("The id " + id.dump() + " is in use.");
+  Entry entry = NewEntry(request, TextField(request, "class"));
+  ids_[entry.object.get()] = id;
+  entries_.emplace(key, std::move(entry));
+}
+
+AutomationSession::Entry AutomationSession::NewEntry(const json& request,
+                                                     const std::string& class_name) {
+  if (class_name == "Printer" || class_name == "Picture") {
+    return {.container = nullptr, .object = NewSurface(request, class_name == "Printer")};
+  }
+  if (request.contains("store")) throw RequestError("Stored properties aren't offered yet.");
+  const float width = NumberField(request, "width", kControlWidth);
+  const float height = NumberField(request, "height", kControlHeight);
+  auto container = std::make_shared<RecordingContainer>();
+  std::shared_ptr<PlotControl> control = NewControl(class_name, host_, container.get());
+  if (!control) throw RequestError("There is no class \"" + class_name + "\".");
+  control->root().Move({0, 0, width, height});
+  control->InitProperties();
+  control->SetSize(width, height);
+  return {.container = std::move(container), .object = std::move(control)};
+}
+
+ObjectRef AutomationSession::NewSurface(const json& request, bool printer) {
+  const float otherwise = printer ? kPrinterTwipsPerPixel : kPictureTwipsPerPixel;
+  const Screen resolution{NumberField(request, "twips_per_pixel_x", otherwise),
+                          NumberField(request, "twips_per_pixel_y", otherwise)};
+  const float width = NumberField(request, "width", kControlWidth);
+  const float height = NumberField(request, "height", kControlHeight);
+  if (printer) {
+    return std::make_shared<Recording<Paper>>(host_.screen(), resolution, width, height);
+  }
+  return std::make_shared<Recording<Picture>>(
+      Picture::Setting{.screen = host_.screen(), .resolution = resolution, .text = host_.text()},
+      width, height);
+}
+
+void AutomationSession::Drop(const json& request, json&) {
+  const json& id = Field(request, "id");
+  names_.object(id);
+  entries_.erase(Key(id));
+}
+
+void AutomationSession::Get(const json& request, json& reply) {
+  Object& object = ObjectOf(request);
+  const std::string name = TextField(request, "name");
+  const Member& member = object.Members().At(name);
+  if (!member.get) throw RequestError("\"" + name + "\" is a method; call it.");
+  reply["value"] = ToJson(member.get(object), names_);
+}
+
+void AutomationSession::Set(const json& request, json&) {
+  Object& object = ObjectOf(request);
+  const std::string name = TextField(request, "name");
+  const Member& member = object.Members().At(name);
+  if (!member.writable()) throw RequestError("\"" + name + "\" can't be written.");
+  member.set(object, ToVariant(Field(request, "value"), member.type, names_));
+}
+
+void AutomationSession::Call(const json& request, json& reply) {
+  Object& object = ObjectOf(request);
+  const std::string name = TextField(request, "name");
+  const Member& member = object.Members().At(name);
+  if (!member.call) throw RequestError("\"" + name + "\" is a property; get or set it.");
+  const json args = request.value("args", json::array());
+  if (!args.is_array() || args.size() != member.parameters.size()) {
+    throw RequestError("\"" + name + "\" takes a list of " +
+                       std::to_string(member.parameters.size()) + " arguments.");
+  }
+  std::vector<Variant> values;
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    values.push_back(ToVariant(args[i], member.parameters[i], names_));
+  }
+  const std::vector<Variant> before = values;
+  const Variant result = member.call(object, values);
+  if (member.type != "none") reply["value"] = ToJson(result, names_);
+  if (values == before) return;
+  for (const Variant& value : values) reply["args"].push_back(ToJson(value, names_));
+}
+
+void AutomationSession::Size(const json& request, json&) {
+  ControlOf(request).SetSize(NumberField(request, "width"), NumberField(request, "height"));
+}
+
+void AutomationSession::Tree(const json& request, json& reply) {
+  reply["value"] = TreeToJson(ControlOf(request).root());
+}
+
+void AutomationSession::TakeTrace(const json& request, json& reply) {
+  reply["value"] = dynamic_cast<Traced&>(SurfaceOf(request)).TakeTrace();
+}
+
+void AutomationSession::Draw(const json& request, json&) {
+  DrawCalls(SurfaceOf(request), Field(request, "calls"));
+}
+
+void AutomationSession::Save(const json& request, json&) {
+  const auto* picture = dynamic_cast<const Picture*>(&SurfaceOf(request));
+  if (picture == nullptr) throw RequestError("A printer has no pixels to save.");
+  const Canvas& canvas = picture->canvas();
+  WritePng(TextField(request, "file"), canvas.Pixels(), canvas.Width(), canvas.Height());
+}
+
+void AutomationSession::Members(const json& request, json& reply) {
+  reply["value"] = json::array();
+  for (const Member& member : ObjectOf(request).Members()) {
+    const bool property = member.kind == Member::Kind::Property;
+    reply["value"].push_back({{"name", member.name},
+                              {"kind", property ? "property" : "method"},
+                              {"type", member.type},
+                              {"writable", member.writable()}});
+  }
+}
+
+void AutomationSession::Mouse(const json& request, json&) {
+  PlotControl& control = ControlOf(request);
+  Node* node = &control.root();
+  if (request.contains("surface")) {
+    const std::string name = TextField(request, "surface");
+    node = control.root().Find(name);
+    if (node == nullptr) throw RequestError("There is no child surface \"" + name + "\".");
+  }
+  control.Mouse(*node, {.event = ToMouseEvent(TextField(request, "event")),
+                        .button = ToInt16(NumberField(request, "button", 0)),
+                        .shift = ToInt16(NumberField(request, "shift", 0)),
+                        .x = NumberField(request, "x", 0),
+                        .y = NumberField(request, "y", 0)});
+}
+
+void AutomationSession::Focus(const json& request, json& reply) {
+  const Node* focused = ControlOf(request).Focused();
+  reply["value"] = focused != nullptr ? json(focused->name) : json();
+}
+
+void AutomationSession::Show(const json& request, json&) { ControlOf(request).Shown(); }
+
+void AutomationSession::SetScreen(const json& request, json&) {
+  const Screen screen{NumberField(request, "twips_per_pixel_x"),
+                      NumberField(request, "twips_per_pixel_y")};
+  if (!(screen.twips_per_pixel_x >= 0) || !(screen.twips_per_pixel_y >= 0)) {
+    throw RequestError("Twips per pixel can't be negative.");
+  }
+  host_.SetScreen(screen);
+}
+
+}  // namespace discoplan

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// A host that needs no display: pictures with the machine's own fonts, and PNG files.
+///
+///     HeadlessHost host;
+///     Plot2D plot(host);
+///     plot.SetSize(6000, 4500);
+///     plot.SetWaferData(x, y, z);
+///     plot.Plot();
+///     SavePicture(plot, host, "map.png");
+
+#include <filesystem>
+#include <functional>
+
+#include "discoplan/controls/plot_control.h"
+#include "discoplan/platform/platform.h"
+#include "discoplan/raster/picture.h"
+#include "hosts/headless/freetype_text.h"
+
+namespace discoplan {
+
+class DISCOPLAN_EXPORT HeadlessHost final : public Platform {
+ public:
+  HeadlessHost() = default;
+  /// Text grows with the resolution: half the twips per pixel are letters of twice the pixels.
+  explicit HeadlessHost(const Screen& screen) : screen_(screen) {}
+
+  const Screen& screen() const override { return screen_; }
+  std::unique_ptr<Picture> NewPicture(float width, float height) override;
+  float LabelWidth(const Font& font, std::string_view text) const override;
+  void Show(const Message& message) override;
+
+  /// Where messages for the user go; they are lost without one.
+  void OnMessage(std::function<void(const Message&)> show) { show_ = std::move(show); }
+  const TextPainter& text() const { return text_; }
+
+ private:
+  Screen screen_;
+  FreeTypeText text_;
+  std::function<void(const Message&)> show_;
+};
+
+/// The control as its user sees it, without its buttons, in pixels of the host's screen.
+DISCOPLAN_EXPORT Canvas PaintPicture(const PlotControl& control, const HeadlessHost& host);
+
+/// The same in a PNG file. Raises `FileError` if it can't be written, and leaves no file then.
+DISCOPLAN_EXPORT void SavePicture(const PlotControl& control, const HeadlessHost& host,
+                                  const std::filesystem::path& file);
+
+}  // namespace discoplan
