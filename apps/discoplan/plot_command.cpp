@@ -27,6 +27,8 @@ struct PlotRequest {
   bool no_legend = false;
 };
 
+constexpr float kFinestCells = 200;
+
 struct PixelSize {
   int width = 0;
   int height = 0;
@@ -58,6 +60,11 @@ Screen ScreenFor(const PixelSize& size, bool legend) {
   return {twips, twips};
 }
 
+void SetIfOffered(PlotControl& control, std::string_view name, float value) {
+  const Member* member = control.Members().Find(name);
+  if (member != nullptr && member->type == "float") member->set(control, Variant(value));
+}
+
 void SetUp(PlotControl& control, const PlotRequest& request, const Wafer& measured) {
   const WaferSize size = SizeFor(measured);
   const float diameter = request.diameter.value_or(size.diameter);
@@ -68,6 +75,8 @@ void SetUp(PlotControl& control, const PlotRequest& request, const Wafer& measur
   control.WaferStyle(request.style == "flat" ? WaferSt::Flat : WaferSt::Notch);
   control.BackColor(kWhite);
   control.PlotCaption(request.caption.value_or(measured.name));
+  // A file is drawn once and looked at long: as fine as a map gets.
+  SetIfOffered(control, "Resolution", control.TestDiameter() / kFinestCells);
   for (const std::string& assignment : request.assignments) SetMember(control, assignment);
   if (request.no_legend) control.HideLegend(true);
 }

@@ -1,0 +1,29 @@
+# A thin front over the CMake presets. `make help` lists what there is.
+.DEFAULT_GOAL := help
+.PHONY: help demo test bench format packages
+
+SOURCES = git ls-files '*.h' '*.cpp'
+
+help: ## Show this list
+	@grep -E '^[a-z]+:.*##' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## /  make \1\t/' | expand -t 16
+
+packages: ## Install the Debian packages that are missing
+	@scripts/install-packages
+
+demo: packages ## Build, and plot the measured wafers of examples/ into out/
+	@cmake --preset release -DDISCOPLAN_TESTS=OFF --log-level=WARNING > /dev/null
+	@cmake --build --preset release --target discoplan-program -- --quiet
+	@scripts/demo build/release/apps/discoplan/discoplan out
+
+test: packages ## Build, and run every test
+	@cmake --preset release -DDISCOPLAN_TESTS=ON --log-level=WARNING > /dev/null
+	@cmake --build --preset release -- --quiet
+	@ctest --preset release -j $$(nproc)
+
+bench: packages ## Build, and run the benchmarks
+	@cmake --preset bench --log-level=WARNING > /dev/null
+	@cmake --build --preset bench --target discoplan-bench -- --quiet
+	@build/bench/bench/discoplan-bench
+
+format: packages ## Format all sources
+	@$(SOURCES) | xargs clang-format-14 -i

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Wafers and a peer to measure against, the same in all benchmarks.
+
+#include <cmath>
+#include <nanoflann.hpp>
+#include <random>
+#include <vector>
+
+#include "discoplan/core/wafer.h"
+
+namespace discoplan::bench {
+
+inline constexpr float kDiameter = 200;
+
+/// Sites spread evenly and at random over the wafer, from a fixed seed.
+inline std::vector<Site> RandomSites(int count) {
+  std::mt19937 random(20260101);
+  std::uniform_real_distribution<float> along(-kDiameter / 2, kDiameter / 2);
+  std::normal_distribution<float> noise(0, 1);
+  std::vector<Site> sites;
+  while (static_cast<int>(sites.size()) < count) {
+    const float x = along(random);
+    const float y = along(random);
+    if (std::hypot(x, y) > kDiameter / 2) continue;
+    sites.push_back({x, y, 100 + 0.1F * x - 0.001F * y * y + noise(random)});
+  }
+  return sites;
+}
+
+inline void Load(wafer& target, const std::vector<Site>& sites) {
+  target.WaferDiameter = kDiameter;
+  target.WaferRadius = kDiameter / 2;
+  target.TestDiameter = kDiameter - 6;
+  target.FlatRatio = 1;
+  target.reset();
+  target.SetNop(static_cast<float>(sites.size()));
+  for (const Site& site : sites) target.SetGridValue(site.x, site.y, site.z);
+  target.MaxMin();
+}
+
+/// A 200 x 200 lattice of points in the test circle.
+inline std::vector<Site> LatticePoints() {
+  std::vector<Site> points;
+  for (int j = 0; j <= 200; ++j) {
+    for (int i = 0; i <= 200; ++i) {
+      const float x = static_cast<float>(i - 100) * 0.97F;
+      const float y = static_cast<float>(j - 100) * 0.97F;
+      if (std::hypot(x, y) <= 97) points.push_back({x, y, 0});
+    }
+  }
+  return points;
+}
+
+/// The four nearest sites by nanoflann with the same weighting.
+class NanoflannWafer {
+ public:
+  explicit NanoflannWafer(const std::vector<Site>& sites)
+      : cloud_{sites}, tree_(2, cloud_, nanoflann::KDTreeSingleIndexAdaptorParams(10)) {
+    tree_.buildIndex();
+  }
+
+  float Interpolation(float x, float y) const {
+    const float query[2] = {x, y};
+    std::uint32_t found[4];
+    float squares[4];
+    const std::size_t count = tree_.knnSearch(query, 4, found, squares);
+    if (squares[0] == 0) return cloud_.sites[found[0]].z;
+    double numerator = 0;
+    double denominator = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      numerator += cloud_.sites[found[i]].z / static_cast<double>(squares[i]);
+      denominator += 1 / static_cast<double>(squares[i]);
+    }
+    return static_cast<float>(numerator / denominator);
+  }
+
+ private:
+  struct Cloud {
+    const std::vector<Site>& sites;
+    std::size_t kdtree_get_point_count() const { return sites.size(); }
+    float kdtree_get_pt(std::size_t i, std::size_t axis) const {
+      return axis == 0 ? sites[i].x : sites[i].y;
+    }
+    template <class Box>
+    bool kdtree_get_bbox(Box&) const {
+      return false;
+    }
+  };
+  using Tree = nanoflann::KDTreeSingleIndexAdaptor<nanoflann::L2_Simple_Adaptor<float, Cloud>,
+                                                   Cloud, 2, std::uint32_t>;
+
+  Cloud cloud_;
+  Tree tree_;
+};
+
+}  // namespace discoplan::bench
