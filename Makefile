@@ -11,12 +11,12 @@ packages: ## Install the Debian packages that are missing
 	@scripts/install-packages
 
 demo: packages ## Build, and plot the measured wafers of examples/ into out/
-	@cmake --preset release -DDISCOPLAN_TESTS=OFF --log-level=WARNING > /dev/null
+	@cmake --preset release --log-level=WARNING > /dev/null
 	@cmake --build --preset release --target discoplan-program -- --quiet
 	@scripts/demo build/release/apps/discoplan/discoplan out
 
 test: packages ## Build, and run every test
-	@cmake --preset release -DDISCOPLAN_TESTS=ON --log-level=WARNING > /dev/null
+	@cmake --preset release --log-level=WARNING > /dev/null
 	@cmake --build --preset release -- --quiet
 	@ctest --preset release -j $$(nproc)
 

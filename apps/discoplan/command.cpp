@@ -11,7 +11,8 @@
 namespace discoplan::app {
 
 void AddDataOptions(CLI::App& command, DataRequest& request) {
-  command.add_option("DATA", request.path, "Measured sites: a table, a lot export or a binary file")
+  command
+      .add_option("DATA", request.path, "Measured sites: a table, a lot export or a binary file")
       ->required();
   command.add_option("--columns", request.columns,
                      "X,Y,VALUE of a table, by name or number from 1");
@@ -29,14 +30,16 @@ DataResult ReadReporting(const DataRequest& request) {
 }
 
 WaferSize SizeFor(const Wafer& measured) {
-  constexpr std::array kStandardDiameters = {50.0F, 75.0F, 100.0F, 125.0F, 150.0F, 200.0F, 300.0F, 450.0F};
+  constexpr std::array kStandardDiameters = {50.0F,  75.0F,  100.0F, 125.0F,
+                                             150.0F, 200.0F, 300.0F, 450.0F};
   constexpr float kEdge = 6;
   double farthest = 0;
   for (std::size_t i = 0; i < measured.x.size(); ++i) {
-    farthest = std::max(farthest, 2 * std::hypot(static_cast<double>(measured.x[i]), measured.y[i]));
+    farthest =
+        std::max(farthest, 2 * std::hypot(static_cast<double>(measured.x[i]), measured.y[i]));
   }
-  const auto fitting = std::ranges::find_if(
-      kStandardDiameters, [&](float diameter) { return farthest <= diameter; });
+  const auto fitting = std::ranges::find_if(kStandardDiameters,
+                                            [&](float diameter) { return farthest <= diameter; });
   const float diameter =
       fitting != kStandardDiameters.end() ? *fitting : static_cast<float>(std::ceil(farthest));
   return {diameter, std::max(diameter - kEdge, std::min(diameter, static_cast<float>(farthest)))};

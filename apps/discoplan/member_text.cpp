@@ -50,7 +50,8 @@ std::string WritableNames(const MemberTable& members) {
 
 void SetMember(Object& object, const std::string& assignment) {
   const std::size_t mark = assignment.find('=');
-  if (mark == std::string::npos) throw UsageError("--set takes NAME=VALUE, not '" + assignment + "'");
+  if (mark == std::string::npos)
+    throw UsageError("--set takes NAME=VALUE, not '" + assignment + "'");
   const std::string name = assignment.substr(0, mark);
   const Member* member = object.Members().Find(name);
   if (member == nullptr || !member->writable() || member->type == "object") {

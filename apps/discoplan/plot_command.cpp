@@ -55,7 +55,8 @@ Screen ScreenFor(const PixelSize& size, bool legend) {
   const TwipsBox least = legend ? TwipsBox{0, 0, 4500, 3180} : TwipsBox{0, 0, 750, 750};
   const auto width = static_cast<float>(size.width);
   const auto height = static_cast<float>(size.height);
-  const float grown = kTwipsPerPixel / std::sqrt(std::max(1.0F, std::min(width, height) / kPlainSide));
+  const float grown =
+      kTwipsPerPixel / std::sqrt(std::max(1.0F, std::min(width, height) / kPlainSide));
   const float twips = std::max({grown, least.width / width, least.height / height});
   return {twips, twips};
 }
@@ -131,12 +132,14 @@ void AddPlotCommand(CLI::App& program) {
   auto request = std::make_shared<PlotRequest>();
   AddDataOptions(*command, request->data);
   command->add_option("-o,--output", request->output, "PNG file to write")->required();
-  command->add_option("--diameter", request->diameter,
-                      "Wafer's diameter in mm; the smallest standard one that holds all sites "
-                      "otherwise")
+  command
+      ->add_option("--diameter", request->diameter,
+                   "Wafer's diameter in mm; the smallest standard one that holds all sites "
+                   "otherwise")
       ->check(CLI::PositiveNumber);
-  command->add_option("--test-diameter", request->test_diameter,
-                      "Diameter of the measured area in mm; 6 less than the wafer's otherwise")
+  command
+      ->add_option("--test-diameter", request->test_diameter,
+                   "Diameter of the measured area in mm; 6 less than the wafer's otherwise")
       ->check(CLI::PositiveNumber);
   command->add_option("--style", request->style, "Mark of the orientation")
       ->check(CLI::IsMember({"notch", "flat"}))

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "discoplan/controls/plot2d.h"
+#include "discoplan/controls/plot2ds.h"
 
 namespace discoplan {
 namespace {
@@ -21,6 +22,7 @@ std::unique_ptr<PlotControl> Make(Platform& platform, Container* container) {
 
 constexpr std::array kControls = {
     Row{"Plot2D", Make<Plot2D>},
+    Row{"Plot2DS", Make<Plot2DS>},
 };
 
 }  // namespace

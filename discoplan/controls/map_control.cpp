@@ -30,6 +30,11 @@ constexpr TwipsBox kFrmove{3855, 0, 2145, 3180};
 constexpr TwipsBox kFrame1{0, 0, 2145, 2835};
 constexpr TwipsBox kFrleg{105, 0, 1935, 1920};
 constexpr TwipsBox kLegende{120, 210, 1695, wafer::kLegendRows* kRowPitch};
+constexpr TwipsBox kFrintBelowRows{120, 1245, 1695, 480};
+constexpr TwipsBox kFrintAlone{105, 0, 1935, 480};
+constexpr TwipsBox kLabel8{120, 195, 690, 195};
+constexpr TwipsBox kLbldist{825, 195, 480, 195};
+constexpr TwipsBox kLabel30{1335, 195, 240, 195};
 constexpr TwipsBox kFnlabel{105, 1950, 1935, 885};
 constexpr TwipsBox kFnpic{120, 195, 1695, 645};
 constexpr TwipsBox kCommand1{105, 2865, 1935, 300};
@@ -47,33 +52,48 @@ std::string Indexed(const char* name, std::size_t index) {
 
 }  // namespace
 
-MapControl::MapControl(Platform& platform, Container* container, const Traits& traits)
+MapControl::MapControl(Platform& platform, Container* container, const Traits& traits,
+                       Legend legend)
     : PlotControl(platform, container, traits),
       frplot_(AddFrame(root_, "Frplot", kFrplot, " Wafer ")),
       plota_(AddPicture(frplot_, "PLOTA", kPlota)),
       replot_(frplot_.Add(NodeKind::Image, "RePlot", kPlota)),
       frmove_(AddFrame(root_, "frmove", kFrmove)),
       frame1_(AddFrame(frmove_, "Frame1", kFrame1)),
-      frleg_(AddFrame(frame1_, "frleg", kFrleg, "Legend")),
-      legende_(AddFrame(frleg_, "legende", kLegende)),
       fnlabel_(AddFrame(frame1_, "FNLabel", kFnlabel, "Flat")),
       fnpic_(AddPicture(fnlabel_, "FNPic", kFnpic)),
-      command1_(frmove_.Add(NodeKind::Button, "Command1", kCommand1)) {
+      command1_(frmove_.Add(NodeKind::Button, "Command1", kCommand1)),
+      legend_(legend) {
   frplot_.forwards = kForwardsAll;
   frmove_.forwards = kForwardsAll;
   replot_.visible = false;
   command1_.text = "Plot- Options";
-  AddLegendRows();
+  if (legend_ == Legend::Interval) {
+    AddInterval(frame1_, kFrintAlone);
+  } else {
+    AddRows();
+  }
+  if (legend_ == Legend::Sigma) AddInterval(*frleg_, kFrintBelowRows);
 }
 
-void MapControl::AddLegendRows() {
+void MapControl::AddInterval(Node& parent, const TwipsBox& place) {
+  frint_ = &AddFrame(parent, "frInt", place);
+  frint_->bordered = true;
+  AddLabel(*frint_, "Label8", kLabel8).caption("Interval:");
+  lbldist_ = &AddLabel(*frint_, "lbldist", kLbldist);
+  AddLabel(*frint_, "Label30", kLabel30).caption("%");
+}
+
+void MapControl::AddRows() {
+  frleg_ = &AddFrame(frame1_, "frleg", kFrleg, "Legend");
+  legende_ = &AddFrame(*frleg_, "legende", kLegende);
   for (std::size_t i = 0; i < row_nodes_.size(); ++i) {
     const float top = static_cast<float>(i) * kRowPitch;
     row_nodes_[i] =
-        &AddLabel(legende_, Indexed("ScaleValue", i + 1), {kRowLeft, top, 0, kRowPitch});
+        &AddLabel(*legende_, Indexed("ScaleValue", i + 1), {kRowLeft, top, 0, kRowPitch});
     row_nodes_[i]->auto_size = true;
     rows_[i] = row_nodes_[i];
-    chips_[i] = &AddLabel(legende_, Indexed("scalCol", i + 1), {0, top, kChipWidth, kRowPitch});
+    chips_[i] = &AddLabel(*legende_, Indexed("scalCol", i + 1), {0, top, kChipWidth, kRowPitch});
   }
 }
 
@@ -88,8 +108,8 @@ void MapControl::DropSnapshot() {
 
 void MapControl::ApplyBackColor(Colour colour) {
   for (Node* node :
-       {&frmove_, &legende_, &fnpic_, &fnlabel_, &root_, &frplot_, &frleg_, &frame1_}) {
-    node->BackColor(colour);
+       {&frmove_, legende_, &fnpic_, &fnlabel_, &root_, &frplot_, frleg_, &frame1_, frint_}) {
+    if (node != nullptr) node->BackColor(colour);
   }
 }
 
@@ -107,6 +127,7 @@ void MapControl::RedrawPlot() {
     const View view = IndicatorView();
     wafer_.FlatNotchShow(&fnlabel_, *fnpic_.picture, centre_x, centre_y, 30, view.rotation,
                          view.inclination);
+    if (legend_ != Legend::Intervals) ShowLegend();
     container().Repaint();
     DrawPlot(*plota_.picture);
     plota_.picture->ForeColor(kBlack);
@@ -119,10 +140,10 @@ void MapControl::RedrawPlot() {
 // Each statement stands for itself: one that fails is dropped, and the layout goes on.
 void MapControl::Resize() {
   Attempt([&] { container().UseTwips(); });
-  Attempt([&] { ShowLegend(); });
+  if (legend_ == Legend::Intervals) Attempt([&] { ShowLegend(); });
   if (legend_shown_) {
     if (TakeMinimum(kMinimumWidth, kMinimumHeight)) return;
-    WidenPanel();
+    if (legend_ == Legend::Intervals) WidenPanel();
     PlacePanel();
     PlacePlot(std::min(root_.box.width - frmove_.box.width, root_.box.height));
   } else {
@@ -151,12 +172,12 @@ bool MapControl::TakeMinimum(float width, float height) {
 void MapControl::WidenPanel() {
   float width = kLeastLegendWidth;
   for (const Node* row : row_nodes_) width = std::max(width, row->Right());
-  legende_.Width(width);
-  frleg_.Width(legende_.box.width + kLegendFrameMargin);
-  frame1_.Width(frleg_.box.width + kPanelMargin);
+  legende_->Width(width);
+  frleg_->Width(legende_->box.width + kLegendFrameMargin);
+  frame1_.Width(frleg_->box.width + kPanelMargin);
   frmove_.Width(frame1_.box.width);
-  command1_.Width(frleg_.box.width);
-  fnlabel_.Width(frleg_.box.width);
+  command1_.Width(frleg_->box.width);
+  fnlabel_.Width(frleg_->box.width);
 }
 
 void MapControl::PlacePanel() {

@@ -18,11 +18,17 @@ class DISCOPLAN_EXPORT MapControl : public PlotControl {
   const Node* Focused() override;
 
  protected:
-  MapControl(Platform& platform, Container* container, const Traits& traits);
+  enum class Legend {
+    Intervals,  ///< Ten rows of values, brought up to date in each resize.
+    Sigma,      ///< Three rows and the range, brought up to date in each redraw.
+    Interval,   ///< The distance of lines alone.
+  };
+
+  MapControl(Platform& platform, Container* container, const Traits& traits, Legend legend);
 
   /// Draws the plot itself on the surface.
   virtual void DrawPlot(Surface& surface) = 0;
-  /// Brings the legend's rows up to date, in each resize.
+  /// Brings the legend up to date.
   virtual void ShowLegend() = 0;
   /// Checked before a redraw: mends what has become impossible and tells the user.
   virtual void CheckBeforeDrawing() {}
@@ -47,23 +53,27 @@ class DISCOPLAN_EXPORT MapControl : public PlotControl {
   Node& replot_;
   Node& frmove_;
   Node& frame1_;
-  Node& frleg_;
-  Node& legende_;
+  Node* frleg_ = nullptr;  // these four as far as the legend has them
+  Node* legende_ = nullptr;
+  Node* frint_ = nullptr;
+  Node* lbldist_ = nullptr;
   Node& fnlabel_;
   Node& fnpic_;
   Node& command1_;
-  std::array<Label*, wafer::kLegendRows> rows_;   // ScaleValue
-  std::array<Label*, wafer::kLegendRows> chips_;  // scalCol
+  std::array<Label*, wafer::kLegendRows> rows_{};   // ScaleValue
+  std::array<Label*, wafer::kLegendRows> chips_{};  // scalCol
+  std::array<Node*, wafer::kLegendRows> row_nodes_{};
 
  private:
-  void AddLegendRows();
+  void AddRows();
+  void AddInterval(Node& parent, const TwipsBox& place);
   bool TakeMinimum(float width, float height);
   void WidenPanel();
   void PlacePanel();
   void PlacePlot(double side);
   void ShowSnapshot();
 
-  std::array<Node*, wafer::kLegendRows> row_nodes_;
+  const Legend legend_;
 };
 
 }  // namespace discoplan

@@ -256,6 +256,7 @@ bool PlotControl::SetPlotLimit(float LPL, float UPL) {
   }
   limit_flag_ = ApplyPlotLimit(wafer_, LPL, UPL);
   const bool applied = limit_flag_;
+  LimitsChanged();
   ReplotIfRequested();
   return applied;
 }
@@ -263,6 +264,7 @@ bool PlotControl::SetPlotLimit(float LPL, float UPL) {
 void PlotControl::ReleasePlotLimit() {
   limit_flag_ = false;
   wafer_.setMaximalMinial(wafer_.Maximum, wafer_.Minimum);
+  LimitsChanged();
   ReplotIfRequested();
 }
 

@@ -153,6 +153,8 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   virtual void ShowLegendPanel(bool shown) = 0;
   virtual void ApplyBackColor(Colour colour) = 0;
   virtual Node& TitledFrame() = 0;
+  /// New plot limits are in force.
+  virtual void LimitsChanged() {}
 
   /// The last steps of every property let.
   void Announce(std::string_view property);

@@ -53,15 +53,16 @@ void wafer::BuildSiteCells() {
   SiteCells cells;
   cells.side = 2 * cell_half_count_ + 1;
   const auto index_along = [&](float position) {
-    const std::int32_t index = ToInt32(position / static_cast<double>(cell_size_) + cell_half_count_);
+    const std::int32_t index =
+        ToInt32(position / static_cast<double>(cell_size_) + cell_half_count_);
     if (index < 0 || index >= cells.side) {
       throw RunTimeError(Fault::Subscript, "a site lies outside the wafer");
     }
     return index;
   };
   std::vector<std::int32_t> cell_of(sites_.size());
-  cells.first.assign(static_cast<std::size_t>(cells.side) * static_cast<std::size_t>(cells.side) + 1,
-                     0);
+  cells.first.assign(
+      static_cast<std::size_t>(cells.side) * static_cast<std::size_t>(cells.side) + 1, 0);
   for (std::size_t i = 0; i < sites_.size(); ++i) {
     const std::int32_t column = index_along(sites_[i].x);
     cell_of[i] = index_along(sites_[i].y) * cells.side + column;

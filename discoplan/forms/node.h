@@ -60,6 +60,8 @@ enum ForwardedEvents : unsigned {
   kForwardsAll = 7,
 };
 
+enum class Alignment { Left, Centre, Right };
+
 inline constexpr Colour kButtonFace = 0x8000000F;
 
 class DISCOPLAN_EXPORT Node final : public discoplan::Label {
@@ -73,8 +75,10 @@ class DISCOPLAN_EXPORT Node final : public discoplan::Label {
   TwipsBox box;
   bool visible = true;
   bool auto_size = false;  ///< A label as wide as its text.
-  bool bordered = false;   ///< A frame with a line around it and its caption in the line.
-  std::string text;  ///< Caption, or the text of a text box.
+  Alignment alignment = Alignment::Left;
+  std::string break_before;  ///< A label's text goes on in a second line from here.
+  bool bordered = false;     ///< A frame with a line around it and its caption in the line.
+  std::string text;          ///< Caption, or the text of a text box.
   std::int32_t value = 0;
   Colour back_color = kButtonFace;
   Colour fore_color = kBlack;
@@ -83,7 +87,11 @@ class DISCOPLAN_EXPORT Node final : public discoplan::Label {
   std::unique_ptr<discoplan::Picture> picture;  ///< Of a picture node.
   std::shared_ptr<const Canvas> image;          ///< What an image node stretches over itself.
 
+  // What the user does. A handler that is missing ignores it.
   std::function<void()> on_click;
+  std::function<void()> on_change;   ///< The text is another one.
+  std::function<void(int)> on_key;   ///< The code of the key.
+  std::function<void(int)> on_spin;  ///< So many steps upward.
   /// Measures the width of a text in twips, for labels that size themselves.
   std::function<float(const Node&)> measure;
 

@@ -34,21 +34,32 @@ class TreePainter {
     switch (node.kind) {
       case NodeKind::Control:
       case NodeKind::Form:
-      case NodeKind::Panel: Fill(box, node.back_color); break;
-      case NodeKind::Frame: PaintFrame(node, box); break;
-      case NodeKind::Label: PaintLabel(node, box); break;
-      case NodeKind::Picture: Copy(node.picture->canvas(), box); break;
+      case NodeKind::Panel:
+        Fill(box, node.back_color);
+        break;
+      case NodeKind::Frame:
+        PaintFrame(node, box);
+        break;
+      case NodeKind::Label:
+        PaintLabel(node, box);
+        break;
+      case NodeKind::Picture:
+        Copy(node.picture->canvas(), box);
+        break;
       case NodeKind::Image:
         if (node.image) Stretch(*node.image, box);
         break;
       case NodeKind::Button:
         if (options_.buttons) PaintButton(node, box);
         break;
-      case NodeKind::Text: PaintField(node, box); break;
+      case NodeKind::Text:
+        PaintField(node, box);
+        break;
       case NodeKind::Check:
       case NodeKind::Options:
       case NodeKind::Spinner:
-      case NodeKind::Line: break;
+      case NodeKind::Line:
+        break;
     }
     for (const auto& child : node.children()) {
       Paint(*child, left + child->box.left, top + child->box.top);
@@ -83,16 +94,15 @@ class TreePainter {
   double TextHeight(const Node& node) const {
     return options_.text.Height(node.font, PixelsPerPoint());
   }
-  double TextWidth(const Node& node) const {
-    return options_.text.Width(node.font, PixelsPerPoint(), node.text);
+  double TextWidth(const Node& node, std::string_view text) const {
+    return options_.text.Width(node.font, PixelsPerPoint(), text);
   }
-  void Write(const Node& node, double x, double y) {
-    options_.text.Paint(canvas_, node.font,
-                        {.x = x,
-                         .y = y,
-                         .pixels_per_point = PixelsPerPoint(),
-                         .colour = node.fore_color},
-                        node.text);
+  double TextWidth(const Node& node) const { return TextWidth(node, node.text); }
+  void Write(const Node& node, double x, double y) { Write(node, node.text, x, y); }
+  void Write(const Node& node, std::string_view text, double x, double y) {
+    options_.text.Paint(
+        canvas_, node.font,
+        {.x = x, .y = y, .pixels_per_point = PixelsPerPoint(), .colour = node.fore_color}, text);
   }
 
   void PaintFrame(const Node& node, const Box& box) {
@@ -114,7 +124,21 @@ class TreePainter {
   /// A label without a text is a colour chip.
   void PaintLabel(const Node& node, const Box& box) {
     if (node.text.empty()) return Fill(box, node.back_color);
-    Write(node, box.left, box.top + (box.Height() - TextHeight(node)) / 2);
+    const std::string_view text = node.text;
+    const std::size_t end = node.break_before.empty()
+                                ? text.size()
+                                : std::min(text.find(node.break_before), text.size());
+    const double height = TextHeight(node);
+    const double lines = end < text.size() ? 2 : 1;
+    const double y = box.top + (box.Height() - lines * height) / 2;
+    WriteAligned(node, text.substr(0, end), box, y);
+    WriteAligned(node, text.substr(end), box, y + height);
+  }
+
+  void WriteAligned(const Node& node, std::string_view text, const Box& box, double y) {
+    constexpr std::array kShares = {0.0, 0.5, 1.0};
+    const double share = kShares[static_cast<std::size_t>(node.alignment)];
+    Write(node, text, box.left + share * (box.Width() - TextWidth(node, text)), y);
   }
 
   void PaintButton(const Node& node, const Box& box) {
@@ -131,15 +155,17 @@ class TreePainter {
   }
 
   void Copy(const Canvas& source, const Box& box) {
-    Place(box, source, [](int at) { return at; }, [](int at) { return at; });
+    Place(
+        box, source, [](int at) { return at; }, [](int at) { return at; });
   }
 
   void Stretch(const Canvas& source, const Box& box) {
     const auto scaled = [](int at, int from, int to) {
       return static_cast<int>((at + 0.5) * from / to);
     };
-    Place(box, source, [&](int x) { return scaled(x, source.Width(), box.Width()); },
-          [&](int y) { return scaled(y, source.Height(), box.Height()); });
+    Place(
+        box, source, [&](int x) { return scaled(x, source.Width(), box.Width()); },
+        [&](int y) { return scaled(y, source.Height(), box.Height()); });
   }
 
   template <class Column, class Row>

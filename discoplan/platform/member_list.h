@@ -86,11 +86,14 @@ decltype(auto) FromVariant(Variant& value) {
 template <class C, class T, class Given = T>
 Member Property(std::string_view name, T (C::*get)() const, void (C::*set)(Given) = nullptr) {
   using Value = std::remove_cvref_t<T>;
-  Member member{.name = name, .kind = Member::Kind::Property, .type = TypeName<Value>(),
-                .get = {}, .set = {}, .parameters = {}, .call = {}};
-  member.get = [get](Object& object) {
-    return ToVariant<Value>((static_cast<C&>(object).*get)());
-  };
+  Member member{.name = name,
+                .kind = Member::Kind::Property,
+                .type = TypeName<Value>(),
+                .get = {},
+                .set = {},
+                .parameters = {},
+                .call = {}};
+  member.get = [get](Object& object) { return ToVariant<Value>((static_cast<C&>(object).*get)()); };
   if (set != nullptr) {
     member.set = [set](Object& object, const Variant& value) {
       Variant copy = value;
@@ -102,8 +105,13 @@ Member Property(std::string_view name, T (C::*get)() const, void (C::*set)(Given
 
 template <class C, class R, class... Args>
 Member Method(std::string_view name, R (C::*method)(Args...)) {
-  Member member{.name = name, .kind = Member::Kind::Method, .type = TypeName<R>(),
-                .get = {}, .set = {}, .parameters = {}, .call = {}};
+  Member member{.name = name,
+                .kind = Member::Kind::Method,
+                .type = TypeName<R>(),
+                .get = {},
+                .set = {},
+                .parameters = {},
+                .call = {}};
   member.parameters = {TypeName<std::remove_cvref_t<Args>>()...};
   member.call = [method](Object& object, std::span<Variant> args) {
     if (args.size() != sizeof...(Args)) {
@@ -117,7 +125,8 @@ Member Method(std::string_view name, R (C::*method)(Args...)) {
       } else {
         return ToVariant<R>((target.*method)(FromVariant<Args>(args[I])...));
       }
-    }(std::index_sequence_for<Args...>());
+    }
+    (std::index_sequence_for<Args...>());
   };
   return member;
 }

@@ -51,9 +51,7 @@ const std::string& Variant::AsString() const {
   numbers_detail::Raise(Fault::TypeMismatch);
 }
 
-ObjectRef Variant::AsObject() const {
-  return IsEmpty() ? ObjectRef() : Held<ObjectRef>(value_);
-}
+ObjectRef Variant::AsObject() const { return IsEmpty() ? ObjectRef() : Held<ObjectRef>(value_); }
 
 const FloatArray& Variant::AsArray() const {
   if (const auto* array = std::get_if<FloatArray>(&value_)) return *array;

@@ -38,8 +38,8 @@ struct ArrayView {
   ArrayView() = default;
   /// Anything contiguous, such as a `std::vector<float>`.
   template <class Range>
-    requires std::is_convertible_v<const Range&, std::span<const float>>
-  ArrayView(const Range& values_in, std::int32_t lower_in = 1)
+  requires std::is_convertible_v<const Range&, std::span<const float>> ArrayView(
+      const Range& values_in, std::int32_t lower_in = 1)
       : values(values_in), lower(lower_in) {}
   ArrayView(const FloatArray& array) : values(array.values), lower(array.lower) {}
 };
@@ -52,7 +52,7 @@ class DISCOPLAN_EXPORT Variant {
 
   Variant() = default;
   template <class T>
-    requires std::is_constructible_v<Value, T>
+  requires std::is_constructible_v<Value, T>
   explicit Variant(T&& value) : value_(std::forward<T>(value)) {}
 
   const Value& value() const { return value_; }

@@ -63,6 +63,22 @@ Offset NextPixel(Offset pixel, const EllipseRun& run, std::int64_t b) {
   return {sign_x * x, sign_y * y};
 }
 
+/// Both ends belong to it.
+struct Range {
+  std::int64_t first, last;
+};
+
+/// The visible pixels among `edges`, on the centre's higher side (`sign` 1) or lower side (-1), as
+/// half pixels from the centre. A middle pixel is on both.
+Range VisibleOffsets(Range edges, Range visible, int sign) {
+  const std::int64_t twice_centre = edges.first + edges.last;
+  const std::int64_t diameter = edges.last - edges.first;
+  const std::int64_t low = 2 * visible.first - twice_centre;
+  const std::int64_t high = 2 * visible.last - twice_centre;
+  return {std::max(sign > 0 ? low : -high, diameter % 2),
+          std::min(sign > 0 ? high : -low, diameter)};
+}
+
 }  // namespace
 
 void Canvas::Ellipse(const PixelBox& box, const Pen& pen, const Brush& brush) {
@@ -94,18 +110,12 @@ template <class Visit>
 void Canvas::VisitEllipseRows(const Box64& box, std::int64_t margin, Visit visit) const {
   const std::int64_t a = box.right - box.left;
   const std::int64_t b = box.bottom - box.top;
-  const std::int64_t twice_centre = box.top + box.bottom;
+  const Range visible = {-margin, height_ - 1 + margin};
   for (const int sign : {1, -1}) {
-    // Rows from the one nearer the equator to the one nearer the pole, in half pixels.
-    const std::int64_t edges[] = {sign * (-2 * margin - twice_centre),
-                                  sign * (2 * (height_ - 1 + margin) - twice_centre)};
-    const auto [near, far] = std::minmax(edges[0], edges[1]);
-    const std::int64_t equator = sign < 0 && b % 2 == 0 ? 2 : b % 2;
-    const std::int64_t first = std::max(near, equator);
-    const std::int64_t last = std::min(far, b);
-    if (first > last) continue;
-    EllipseWalk walk(a, b, first);
-    for (; walk.Run().y < last; walk.Advance()) visit(walk.Run(), sign);
+    const Range rows = VisibleOffsets({box.top, box.bottom}, visible, sign);
+    if (rows.first > rows.last) continue;
+    EllipseWalk walk(a, b, rows.first);
+    for (; walk.Run().y < rows.last; walk.Advance()) visit(walk.Run(), sign);
     visit(walk.Run(), sign);
   }
 }
@@ -130,22 +140,19 @@ void Canvas::ThinEllipse(const Box64& box, Pixel pixel) {
 
 template <class Wanted>
 void Canvas::StrokeEllipse(const Box64& box, const Pen& pen, Wanted wanted) {
-  const std::int64_t a = box.right - box.left;
   const std::int64_t b = box.bottom - box.top;
   const std::int64_t x = box.left + box.right;
   const std::int64_t y = box.top + box.bottom;
   const std::int64_t margin = std::max(pen.width, 1);
+  const Range visible = {-margin, width_ - 1 + margin};
   const auto on_canvas = [&](Offset offset) {
     return Point64{(x + offset.x) / 2, (y - offset.y) / 2};
   };
   VisitEllipseRows(box, margin, [&](const EllipseRun& run, int sign) {
     for (const int side : {1, -1}) {
-      const std::int64_t edges[] = {side * (-2 * margin - x),
-                                    side * (2 * (width_ - 1 + margin) - x)};
-      const auto [near, far] = std::minmax(edges[0], edges[1]);
-      const std::int64_t centre = side < 0 && a % 2 == 0 ? 2 : a % 2;
-      const std::int64_t last = std::min(far, run.outer);
-      for (std::int64_t i = std::max({near, run.inner, centre}); i <= last; i += 2) {
+      const Range columns = VisibleOffsets({box.left, box.right}, visible, side);
+      const std::int64_t last = std::min(columns.last, run.outer);
+      for (std::int64_t i = std::max(columns.first, run.inner); i <= last; i += 2) {
         const Offset pixel = {side * i, -sign * run.y};
         const Offset next = NextPixel(pixel, run, b);
         if (wanted(pixel, next)) StrokeLine(on_canvas(pixel), on_canvas(next), pen);

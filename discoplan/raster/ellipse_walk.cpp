@@ -15,7 +15,7 @@ UInt128 Square(std::int64_t value) {
 
 EllipseWalk::EllipseWalk(std::int64_t a, std::int64_t b, std::int64_t first)
     : a_(a), b_(b), run_{} {
-  // Wherever the walk enters a row, it is back on its track a row later: two rows are ample.
+  // Entered beside its track, the walk is back on it a row later; the second row is to spare.
   const std::int64_t equator = b % 2;
   const std::int64_t y = std::max(equator, first - 4);
   EnterRow(y, y == equator ? a : std::max({NearestInRow(y), NearestInColumns(y), a % 2}));

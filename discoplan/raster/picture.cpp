@@ -14,7 +14,8 @@ namespace {
 constexpr std::int16_t kTwips = 1;
 constexpr std::int16_t kPixels = 3;
 constexpr double kTwipsPerPoint = 20;
-constexpr int kMostPixels = 32767;  // along one side
+constexpr int kMostPixels = 32767;            // along one side
+constexpr int kMostPixelsTogether = 1 << 26;  // what lies below them isn't kept
 
 /// To the nearest whole pixel; what lies farther away than 32 bits stays on that side.
 std::int32_t Nearest(double pixels) {
@@ -50,15 +51,19 @@ void Picture::Resize(float width, float height) {
 }
 
 void Picture::TakeSize() {
-  canvas_.Resize(Side(PixelsAcross()), Side(PixelsDown()), PixelOf(state_.back_color));
+  const int across = Side(PixelsAcross());
+  const int down = std::min(Side(PixelsDown()), kMostPixelsTogether / std::max(across, 1));
+  canvas_.Resize(across, down, PixelOf(state_.back_color));
   TakeScale();
 }
 
 void Picture::TakeScale() {
   state_.scale_left = 0;
   state_.scale_top = 0;
-  state_.scale_width = state_.scale_mode == kTwips ? state_.width : static_cast<float>(PixelsAcross());
-  state_.scale_height = state_.scale_mode == kTwips ? state_.height : static_cast<float>(PixelsDown());
+  state_.scale_width =
+      state_.scale_mode == kTwips ? state_.width : static_cast<float>(PixelsAcross());
+  state_.scale_height =
+      state_.scale_mode == kTwips ? state_.height : static_cast<float>(PixelsDown());
 }
 
 void Picture::StateWritten(SurfaceState which) {
@@ -122,16 +127,18 @@ void Picture::DrawLine(const LineCall& call) {
   const PixelPoint b{Nearest(PixelX(call.to.x)), Nearest(PixelY(call.to.y))};
   const Pen pen = PenOf(call.colour);
   switch (call.shape) {
-    case LineShape::Line: canvas_.Line(a, b, pen); break;
+    case LineShape::Line:
+      canvas_.Line(a, b, pen);
+      break;
     case LineShape::Box: {
       const std::array<PixelPoint, 4> corners = {{a, {b.x, a.y}, b, {a.x, b.y}}};
       canvas_.Polygon(corners, pen, {.visible = false});
       break;
     }
     case LineShape::FilledBox:
-      canvas_.FillBox({std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x),
-                       std::max(a.y, b.y)},
-                      pen.pixel);
+      canvas_.FillBox(
+          {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)},
+          pen.pixel);
       break;
   }
 }
@@ -142,7 +149,8 @@ void Picture::Circle(const CircleCall& call) {
   const double across = call.radius * PixelsPerUnitX();
   const double down = across * call.aspect.value_or(1.0F);
   if (!(across >= 0) || !(down >= 0)) return;
-  const PixelBox box{Nearest(x - across), Nearest(y - down), Nearest(x + across), Nearest(y + down)};
+  const PixelBox box{Nearest(x - across), Nearest(y - down), Nearest(x + across),
+                     Nearest(y + down)};
   const Pen pen = PenOf(call.colour);
   if (!call.start || !call.end) return canvas_.Ellipse(box, pen, BrushOf());
   // Far out along the rays, so that rounding the points doesn't turn them.

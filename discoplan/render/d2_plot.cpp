@@ -101,9 +101,8 @@ class MapPainter {
   void Evaluate(float& height, int i, int j, Inside&& inside) {
     const double x = lattice_.At(i);
     const double y = lattice_.At(j);
-    frame_([&] {
-      height = inside(x * x + y * y) && y > flat_y_ ? InterpolatedHeight(x, y) : 0.0F;
-    });
+    frame_(
+        [&] { height = inside(x * x + y * y) && y > flat_y_ ? InterpolatedHeight(x, y) : 0.0F; });
   }
 
   /// The top line leaves out the test circle itself; all lines below take it in.
@@ -158,8 +157,9 @@ class MapPainter {
     for (std::size_t corner = 0; corner < 4; ++corner) {
       if (cell.heights[corner] != 0) continue;
       frame_([&] {
-        cell.heights[corner] = InterpolatedHeight(lattice_.At(cell.i + static_cast<int>(corner % 2)),
-                                                  lattice_.At(cell.j + static_cast<int>(corner / 2)));
+        cell.heights[corner] =
+            InterpolatedHeight(lattice_.At(cell.i + static_cast<int>(corner % 2)),
+                               lattice_.At(cell.j + static_cast<int>(corner / 2)));
       });
     }
   }

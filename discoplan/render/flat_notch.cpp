@@ -54,8 +54,8 @@ void MarkFlat(Surface& surface, const Outline& outline, double rotation) {
   constexpr double kBeyond = 1.0 / 3 + 1;
   const SurfacePoint right = outline.At(rotation + 35);
   const SurfacePoint left = outline.At(rotation - 35);
-  RubOut<4>(surface, {right, left, outline.At(rotation - 35, kBeyond),
-                      outline.At(rotation + 35, kBeyond)});
+  RubOut<4>(surface,
+            {right, left, outline.At(rotation - 35, kBeyond), outline.At(rotation + 35, kBeyond)});
   surface.Line({.from = right, .to = left, .colour = kLightRed});
 }
 
@@ -72,8 +72,7 @@ void wafer::FlatNotchShow(Label* label, Surface& surface, float& centre_x, float
   surface.ForeColor(kBlack);
   surface.FillColor(kWhite);
   surface.Cls();
-  surface.Circle(
-      {.centre = {centre_x, centre_y}, .radius = radius, .aspect = ToFloat(flattening)});
+  surface.Circle({.centre = {centre_x, centre_y}, .radius = radius, .aspect = ToFloat(flattening)});
   if (FlatRatio == 1.0F) {
     if (label != nullptr) label->caption("Notch");
     MarkNotch(surface, outline, rotation);

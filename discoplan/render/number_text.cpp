@@ -148,9 +148,7 @@ std::string wafer::FormatLbl(float value) {
   if (!(magnitude <= 100000 && magnitude >= 0.0000001F)) {
     return FormatPicture(value, "0.###E+#0");
   }
-  return FormatPicture(value, magnitude < 1        ? "0.0######"
-                              : magnitude <= 10000 ? "0.0###"
-                                                   : "0.0#");
+  return FormatPicture(value, magnitude < 1 ? "0.0######" : magnitude <= 10000 ? "0.0###" : "0.0#");
 }
 
 }  // namespace discoplan

@@ -6,9 +6,9 @@ namespace {
 
 /// Half sizes in pixels.
 struct MarkSize {
-  std::int16_t arm = 6;     // of the white ground, along the bar
+  std::int16_t arm = 6;      // of the white ground, along the bar
   std::int16_t breadth = 2;  // of the white ground, across the bar
-  std::int16_t stroke = 3;  // of the black stroke
+  std::int16_t stroke = 3;   // of the black stroke
 };
 
 MarkSize MeasureMark(Surface& surface, PlotFrame& frame) {

@@ -72,8 +72,8 @@ void Polygon(Surface& surface, const Arguments& args) {
   std::vector<PixelPoint> points;
   for (const json& point : args[0]) {
     if (!point.is_array() || point.size() != 2) throw RequestError("A point is a list [X, Y].");
-    points.push_back({ToInt32(ToNumber(point[0], "A pixel")),
-                      ToInt32(ToNumber(point[1], "A pixel"))});
+    points.push_back(
+        {ToInt32(ToNumber(point[0], "A pixel")), ToInt32(ToNumber(point[1], "A pixel"))});
   }
   surface.Polygon(points);
 }
@@ -99,7 +99,8 @@ const std::map<std::string, Drawing, std::less<>>& Drawings() {
       {"Print", [](Surface& s, const Arguments& args) { s.Print(args.Text(0)); }},
       {"FloodFill",
        [](Surface& s, const Arguments& args) {
-         s.FloodFill({args.Whole(0), args.Whole(1)}, args.OptionalColour(2).value_or(s.ForeColor()));
+         s.FloodFill({args.Whole(0), args.Whole(1)},
+                     args.OptionalColour(2).value_or(s.ForeColor()));
        }},
       {"Line", Line},
       {"Circle", Circle},
@@ -119,7 +120,8 @@ void DrawCall(Surface& surface, const json& call) {
     return drawing->second(surface, args);
   }
   const Member* state = surface.Members().Find(name);
-  if (state == nullptr || !state->writable()) throw RequestError("There is no call \"" + name + "\".");
+  if (state == nullptr || !state->writable())
+    throw RequestError("There is no call \"" + name + "\".");
   state->set(surface, ToVariant(args[0], state->type, {}));
 }
 

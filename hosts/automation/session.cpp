@@ -9,6 +9,7 @@
 #include "discoplan/core/numbers.h"
 #include "hosts/automation/draw_calls.h"
 #include "hosts/automation/tree_text.h"
+#include "hosts/automation/user_input.h"
 #include "hosts/headless/png_file.h"
 
 namespace discoplan {
@@ -42,8 +43,8 @@ std::string Key(const json& id) {
 }
 
 MouseEvent ToMouseEvent(const std::string& name) {
-  constexpr std::array<std::string_view, 5> kNames = {"Click", "DblClick", "MouseDown",
-                                                      "MouseMove", "MouseUp"};
+  constexpr std::array<std::string_view, 5> kNames = {"Click", "DblClick", "MouseDown", "MouseMove",
+                                                      "MouseUp"};
   for (std::size_t i = 0; i < kNames.size(); ++i) {
     if (name == kNames[i]) return static_cast<MouseEvent>(i);
   }
@@ -58,18 +59,19 @@ AutomationSession::AutomationSession() {
     if (entry == entries_.end()) throw RequestError("There is no object " + id.dump() + ".");
     return entry->second.object;
   };
-  names_.id = [this](const Object* object) { return ids_.contains(object) ? ids_[object] : json(); };
+  names_.id = [this](const Object* object) {
+    return ids_.contains(object) ? ids_[object] : json();
+  };
 }
 
 const std::map<std::string, AutomationSession::Operation, std::less<>>&
 AutomationSession::Operations() {
   using S = AutomationSession;
   static const std::map<std::string, Operation, std::less<>> operations = {
-      {"new", &S::New},     {"drop", &S::Drop},       {"get", &S::Get},
-      {"set", &S::Set},     {"call", &S::Call},       {"size", &S::Size},
-      {"tree", &S::Tree},   {"trace", &S::TakeTrace}, {"draw", &S::Draw},
-      {"save", &S::Save},   {"members", &S::Members}, {"mouse", &S::Mouse},
-      {"focus", &S::Focus}, {"show", &S::Show},       {"screen", &S::SetScreen},
+      {"new", &S::New},     {"drop", &S::Drop}, {"get", &S::Get},          {"set", &S::Set},
+      {"call", &S::Call},   {"size", &S::Size}, {"tree", &S::Tree},        {"trace", &S::TakeTrace},
+      {"draw", &S::Draw},   {"save", &S::Save}, {"members", &S::Members},  {"mouse", &S::Mouse},
+      {"focus", &S::Focus}, {"show", &S::Show}, {"screen", &S::SetScreen}, {"input", &S::Input},
   };
   return operations;
 }
@@ -289,6 +291,10 @@ void AutomationSession::Focus(const json& request, json& reply) {
 }
 
 void AutomationSession::Show(const json& request, json&) { ControlOf(request).Shown(); }
+
+void AutomationSession::Input(const json& request, json&) {
+  ActOn(ControlOf(request).root(), Field(request, "action"));
+}
 
 void AutomationSession::SetScreen(const json& request, json&) {
   const Screen screen{NumberField(request, "twips_per_pixel_x"),

@@ -56,6 +56,7 @@ class AutomationSession {
   void Mouse(const json& request, json& reply);
   void Focus(const json& request, json& reply);
   void Show(const json& request, json& reply);
+  void Input(const json& request, json& reply);
   void SetScreen(const json& request, json& reply);
 
   Entry NewEntry(const json& request, const std::string& class_name);
@@ -68,7 +69,7 @@ class AutomationSession {
   Surface& SurfaceOf(const json& request);
 
   RecordingHost host_;
-  std::map<std::string, Entry> entries_;      // by the id's JSON text
+  std::map<std::string, Entry> entries_;  // by the id's JSON text
   std::map<const Object*, json> ids_;
   ObjectNames names_;
 };

@@ -64,14 +64,19 @@ double ToNumber(const json& value, const char* what) {
 
 Variant ToVariant(const json& value, std::string_view type, const ObjectNames& names) {
   switch (value.type()) {
-    case json::value_t::null: return {};
-    case json::value_t::boolean: return BooleanVariant(value.get<bool>());
+    case json::value_t::null:
+      return {};
+    case json::value_t::boolean:
+      return BooleanVariant(value.get<bool>());
     case json::value_t::string:
       if (!IsText(type) && NotFinite(value)) return Variant(*NotFinite(value));
       return Variant(value.get<std::string>());
-    case json::value_t::array: return Variant(ToArray(value, 1));
-    case json::value_t::object: return FromObject(value, names);
-    default: return Variant(value.get<double>());
+    case json::value_t::array:
+      return Variant(ToArray(value, 1));
+    case json::value_t::object:
+      return FromObject(value, names);
+    default:
+      return Variant(value.get<double>());
   }
 }
 

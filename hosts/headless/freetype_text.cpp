@@ -17,9 +17,9 @@
 namespace discoplan {
 namespace {
 
-constexpr double kSmallest = 1;     // pixels
+constexpr double kSmallest = 1;  // pixels
 constexpr double kLargest = 2000;
-constexpr double kFarthest = 1e6;   // pixels from the canvas's corner
+constexpr double kFarthest = 1e6;  // pixels from the canvas's corner
 constexpr std::size_t kMostGlyphs = 4096;
 constexpr char32_t kMalformed = 0xFFFD;
 
@@ -82,8 +82,8 @@ struct Glyph {
   std::vector<std::uint8_t> coverage;
   int width = 0;
   int rows = 0;
-  int left = 0;     // from the pen to the first column
-  int above = 0;    // from the base line to the first row
+  int left = 0;   // from the pen to the first column
+  int above = 0;  // from the base line to the first row
   double advance = 0;
 };
 
@@ -157,7 +157,8 @@ class FreeTypeText::Library {
 
   FT_Face FaceOf(const Font& font, char32_t needed) {
     // The families that Windows programs name, in the metric equivalent that most machines have.
-    const bool known = font.name == "Arial" || font.name == "MS Sans Serif" || font.name == "Symbol";
+    const bool known =
+        font.name == "Arial" || font.name == "MS Sans Serif" || font.name == "Symbol";
     const std::string family = known ? "Liberation Sans" : font.name;
     const FaceKey key(needed != 0 ? family + '\n' + std::to_string(needed) : family, font.bold);
     if (const auto face = faces_.find(key); face != faces_.end()) return face->second;
@@ -214,8 +215,8 @@ FreeTypeText::FreeTypeText() : library_(std::make_unique<Library>()) {}
 FreeTypeText::~FreeTypeText() = default;
 
 double FreeTypeText::Width(const Font& font, double pixels_per_point, std::string_view text) const {
-  return std::ceil(library_->Walk(font, Sized(font, pixels_per_point), text,
-                                  [](const Glyph&, double) {}));
+  return std::ceil(
+      library_->Walk(font, Sized(font, pixels_per_point), text, [](const Glyph&, double) {}));
 }
 
 double FreeTypeText::Height(const Font& font, double pixels_per_point) const {
@@ -226,8 +227,8 @@ void FreeTypeText::Paint(Canvas& canvas, const Font& font, const TextPlacement& 
                          std::string_view text) const {
   if (!(std::abs(placement.x) < kFarthest) || !(std::abs(placement.y) < kFarthest)) return;
   const double size = Sized(font, placement.pixels_per_point);
-  const Pixel colour = 0xFF000000 | (placement.colour & 0xFF) << 16 |
-                       (placement.colour & 0xFF00) | (placement.colour >> 16 & 0xFF);
+  const Pixel colour = 0xFF000000 | (placement.colour & 0xFF) << 16 | (placement.colour & 0xFF00) |
+                       (placement.colour >> 16 & 0xFF);
   const int base = static_cast<int>(std::lround(placement.y + library_->LineOf(font, size).ascent));
   const double end = library_->Walk(font, size, text, [&](const Glyph& glyph, double pen) {
     if (placement.x + pen > kFarthest) return;

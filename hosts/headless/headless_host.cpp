@@ -33,8 +33,7 @@ Canvas PaintPicture(const PlotControl& control, const HeadlessHost& host) {
   Canvas canvas(static_cast<int>(std::lround(box.width / screen.twips_per_pixel_x)),
                 static_cast<int>(std::lround(box.height / screen.twips_per_pixel_y)),
                 PixelOf(kWhite));
-  PaintTree(control.root(), canvas,
-            {.resolution = screen, .text = host.text(), .buttons = false});
+  PaintTree(control.root(), canvas, {.resolution = screen, .text = host.text(), .buttons = false});
   return canvas;
 }
 

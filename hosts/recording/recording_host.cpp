@@ -50,8 +50,7 @@ float Paper::TextWidth(std::string_view text) const {
 }
 
 float Paper::TextHeight(std::string_view) const {
-  return FixedText::kLineHeight *
-         (state_.scale_mode == kTwips ? resolution_.twips_per_pixel_y : 1);
+  return FixedText::kLineHeight * (state_.scale_mode == kTwips ? resolution_.twips_per_pixel_y : 1);
 }
 
 std::unique_ptr<Picture> RecordingHost::NewPicture(float width, float height) {

@@ -16,7 +16,8 @@ json Shortest(Real value) {
   if (std::isinf(value)) return value < 0 ? "-Infinity" : "Infinity";
   constexpr double kExactIntegers = 9007199254740992.0;
   const double wide = value;
-  if (wide == std::trunc(wide) && std::abs(wide) < kExactIntegers && !(wide == 0 && std::signbit(wide))) {
+  if (wide == std::trunc(wide) && std::abs(wide) < kExactIntegers &&
+      !(wide == 0 && std::signbit(wide))) {
     return static_cast<std::int64_t>(wide);
   }
   // A short decimal reads back as the 64-bit float that is written with the same digits.

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/controls/plot2ds.h"
+
+namespace discoplan {
+
+Plot2DS::Plot2DS(Platform& platform, Container* container)
+    : SigmaControl(platform, container, "Plot2DS") {}
+
+void Plot2DS::InitOwnProperties() {
+  Resolution(5);
+  SigmaRange(0.5F);
+  ShowSites(Sites::HideSite);
+  HideLegend(false);
+  PlotCaption("Wafer");
+}
+
+const MemberTable& Plot2DS::Members() const {
+  static const MemberTable table({
+      HostMembers(),
+      StatisticsMembers(),
+      SizeMembers(),
+      LatticeMembers(),
+      SigmaMembers(),
+      LimitMembers(),
+      VariantLoadMembers(),
+      LoadMembers(),
+      LegendMembers(),
+      ReadBackMembers(),
+      ColourMembers(kSlots),
+      StaleMembers(),
+  });
+  return table;
+}
+
+void Plot2DS::DrawPlot(Surface& surface) {
+  constexpr std::int16_t kSigmaColours = 4;
+  wafer_.D2Plot(surface, resolution_, kSigmaColours, SigmaRange(), show_sites_, {});
+}
+
+}  // namespace discoplan

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "discoplan/controls/lattice_control.h"
+#include "discoplan/controls/sigma_control.h"
+
+namespace discoplan {
+
+/// Map of a wafer in three colours: within, above and below a band around the mean.
+class DISCOPLAN_EXPORT Plot2DS final : public SigmaControl<LatticeControl> {
+ public:
+  explicit Plot2DS(Platform& platform, Container* container = nullptr);
+
+  const MemberTable& Members() const override;
+
+ private:
+  void InitOwnProperties() override;
+  void DrawPlot(Surface& surface) override;
+};
+
+}  // namespace discoplan

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "discoplan/controls/map_control.h"
+#include "discoplan/render/number_text.h"
+
+namespace discoplan {
+
+/// What makes a map of type `Base` a sigma-range plot: the range, its three colours and a legend
+/// of three rows. `Plot` always draws, whatever the picture's state, and does no layout.
+template <class Base>
+class SigmaControl : public Base {
+ public:
+  /// Half width of the band around the mean, in standard deviations; 0 or less becomes 0.5.
+  float SigmaRange() const { return sigma_range_; }
+  void SigmaRange(float range) {
+    sigma_range_ = range <= 0 ? kDefaultRange : range;
+    this->AnnounceStale("SigmaRange");
+  }
+  /// 0 above the band, 1 within it, 2 below it.
+  Colour IntervalColor(std::size_t range) const { return this->TableColour(Slot(range)); }
+  void IntervalColor(std::size_t range, Colour colour) { this->TableColour(Slot(range), colour); }
+
+ protected:
+  using ColourSlot = PlotControl::ColourSlot;
+  static constexpr std::array<ColourSlot, 3> kSlots = {{
+      {"IntervalColor0", true, 0},
+      {"IntervalColor1", true, 1},
+      {"IntervalColor2", true, 2},
+  }};
+
+  SigmaControl(Platform& platform, Container* container, std::string_view class_name)
+      : Base(platform, container, {.class_name = class_name}, MapControl::Legend::Sigma) {
+    Node& unit = *this->root_.Find("Label30");
+    unit.font.name = "Symbol";
+    unit.caption("s");
+    for (std::size_t row = 0; row < kSlots.size(); ++row) {
+      const TwipsBox& beside = this->row_nodes_[2 * row]->box;
+      Node& sign = this->AddLabel(*this->legende_, "sigma(" + std::to_string(row) + ")",
+                                  {beside.left, beside.top, 150, beside.height});
+      sign.font.name = "Symbol";
+      sign.caption("s");
+    }
+  }
+
+  void FillDefaults() override {
+    Base::FillDefaults();
+    if (sigma_range_ == 0) SigmaRange(kDefaultRange);
+  }
+  void PresentPlot() override { this->RedrawPlot(); }
+  void ShowLegend() override {
+    this->wafer_.scale_sigma(this->chips_, this->rows_, sigma_range_);
+    this->lbldist_->caption(PlainNumber(sigma_range_));
+    for (std::size_t row = 0; row < kSlots.size(); ++row) {
+      Node& sign = *this->root_.Find("sigma(" + std::to_string(row) + ")");
+      sign.box.left = this->row_nodes_[2 * row]->Right() + kGapToSign;
+    }
+  }
+
+  static std::vector<Member> SigmaMembers() {
+    return {Property<SigmaControl, float>("SigmaRange", &SigmaControl::SigmaRange,
+                                          &SigmaControl::SigmaRange)};
+  }
+
+ private:
+  static constexpr float kDefaultRange = 0.5F;
+  static constexpr float kGapToSign = 60;  // twips
+
+  static const ColourSlot& Slot(std::size_t range) {
+    if (range >= kSlots.size()) numbers_detail::Raise(Fault::Subscript);
+    return kSlots[range];
+  }
+
+  float sigma_range_ = 0;
+};
+
+}  // namespace discoplan

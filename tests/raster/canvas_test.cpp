@@ -1,0 +1,460 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/raster/canvas.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <random>
+#include <utility>
+#include <vector>
+
+#include "tests/raster/canvas_pictures.h"
+
+namespace discoplan {
+namespace {
+
+TEST(CanvasTest, StartsFilledAndClears) {
+  Canvas canvas(3, 2, kRedPixel);
+  EXPECT_EQ(Show(canvas), (Rows{"rrr", "rrr"}));
+  canvas.Clear(kBlackPixel);
+  EXPECT_EQ(Show(canvas), (Rows{"###", "###"}));
+}
+
+TEST(CanvasTest, ResizeKeepsTheUpperLeft) {
+  Canvas canvas(3, 3, kWhitePixel);
+  canvas.Line({0, 0}, {3, 3}, kPen);
+  canvas.Resize(5, 2, kRedPixel);
+  EXPECT_EQ(Show(canvas), (Rows{"#..rr", ".#.rr"}));
+  canvas.Resize(2, 3, kBlackPixel);
+  EXPECT_EQ(Show(canvas), (Rows{"#.", ".#", "##"}));
+  canvas.Resize(-1, 4, kBlackPixel);
+  EXPECT_EQ(canvas.Width(), 0);
+  EXPECT_EQ(canvas.Height(), 4);
+  canvas.Resize(2, 1, kRedPixel);
+  EXPECT_EQ(Show(canvas), (Rows{"rr"}));
+}
+
+TEST(CanvasTest, ZeroSizeTakesEveryCall) {
+  for (const auto& [width, height] :
+       std::vector<std::pair<int, int>>{{0, 0}, {0, 5}, {5, 0}, {-3, 2}}) {
+    Canvas canvas(width, height, kWhitePixel);
+    EXPECT_TRUE(canvas.Pixels().empty());
+    for (const Pen& pen : {kPen, kWidePen}) {
+      canvas.Polygon(std::array<PixelPoint, 3>{{{-5, -5}, {9, 0}, {0, 9}}}, pen, kBrush);
+      canvas.Line({-4, 2}, {4, 3}, pen);
+      canvas.Rectangle({0, 0, 4, 4}, pen, kBrush);
+      canvas.Ellipse({-3, -3, 3, 3}, pen, kBrush);
+      canvas.Arc({-3, -3, 3, 3}, {3, 0}, {0, -3}, pen);
+    }
+    canvas.FillBox({0, 0, 4, 4}, kRedPixel);
+    canvas.FloodFill({0, 0}, kBlackPixel, kBrush);
+    canvas.Clear(kRedPixel);
+    EXPECT_TRUE(canvas.Pixels().empty());
+  }
+}
+
+struct PolygonCase {
+  const char* name;
+  std::vector<PixelPoint> points;
+  Pen pen;
+  Brush brush;
+  Rows expected;
+};
+
+class CanvasPolygonTest : public testing::TestWithParam<PolygonCase> {};
+
+TEST_P(CanvasPolygonTest, GivesThePixels) {
+  const PolygonCase& test = GetParam();
+  EXPECT_EQ(Drawn(7, 5, [&](Canvas& c) { c.Polygon(test.points, test.pen, test.brush); }),
+            test.expected);
+}
+
+const Rows kBlank = Filled(7, 5, '.');
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, CanvasPolygonTest,
+    testing::Values(
+        PolygonCase{"LeavesOutRightAndBottom",
+                    {{1, 1}, {5, 1}, {5, 4}, {1, 4}},
+                    kNoPen,
+                    kBrush,
+                    {".......", ".rrrr..", ".rrrr..", ".rrrr..", "......."}},
+        PolygonCase{"OutlineHasAllEdges",
+                    {{1, 1}, {5, 1}, {5, 4}, {1, 4}},
+                    kPen,
+                    kBrush,
+                    {".......", ".#####.", ".#rrr#.", ".#rrr#.", ".#####."}},
+        PolygonCase{"OutlineAlone",
+                    {{1, 1}, {5, 1}, {5, 4}, {1, 4}},
+                    kPen,
+                    kNoBrush,
+                    {".......", ".#####.", ".#...#.", ".#...#.", ".#####."}},
+        // Crossings of the slanted side x = 6 - 3 y / 2 are 6, 4.5, 3, 1.5: columns 0 to 5, 4,
+        // 2, 1.
+        PolygonCase{"RoundsCrossingsUp",
+                    {{0, 0}, {6, 0}, {0, 4}},
+                    kNoPen,
+                    kBrush,
+                    {"rrrrrr.", "rrrrr..", "rrr....", "rr.....", "......."}},
+        // The two squares overlap in columns 2 and 3 of rows 1 to 2.
+        PolygonCase{"EvenOdd",
+                    {{0, 0}, {4, 0}, {4, 3}, {2, 3}, {2, 1}, {6, 1}, {6, 4}, {0, 4}},
+                    kNoPen,
+                    kBrush,
+                    {"rrrr...", "rr..rr.", "rr..rr.", "rrrrrr.", "......."}},
+        PolygonCase{"AllPointsEqual", {{3, 2}, {3, 2}, {3, 2}}, kPen, kBrush, kBlank},
+        PolygonCase{"AllPointsEqualWide", {{3, 2}, {3, 2}, {3, 2}}, kWidePen, kBrush, kBlank},
+        PolygonCase{"NoPoint", {}, kPen, kBrush, kBlank},
+        PolygonCase{"OnePoint", {{3, 2}}, kPen, kBrush, kBlank},
+        PolygonCase{"TwoPointsAreALine",
+                    {{1, 2}, {5, 2}},
+                    kPen,
+                    kBrush,
+                    {".......", ".......", ".#####.", ".......", "......."}},
+        PolygonCase{"FlatIsALine",
+                    {{1, 2}, {5, 2}, {5, 2}, {1, 2}},
+                    kPen,
+                    kBrush,
+                    {".......", ".......", ".#####.", ".......", "......."}},
+        PolygonCase{"UprightIsALine",
+                    {{3, 1}, {3, 3}, {3, 3}, {3, 1}},
+                    kPen,
+                    kBrush,
+                    {".......", "...#...", "...#...", "...#...", "......."}},
+        PolygonCase{"FlatFillsNothing", {{1, 2}, {5, 2}, {5, 2}, {1, 2}}, kNoPen, kBrush, kBlank},
+        PolygonCase{"UprightFillsNothing", {{3, 0}, {3, 4}, {3, 4}}, kNoPen, kBrush, kBlank},
+        PolygonCase{"AroundEverything",
+                    {{kMin, kMin}, {kMax, kMin}, {kMax, kMax}, {kMin, kMax}},
+                    kPen,
+                    kBrush,
+                    Filled(7, 5, 'r')},
+        PolygonCase{
+            "FarAway", {{kMax - 9, 0}, {kMax, 0}, {kMax, 4}, {kMax - 9, 4}}, kPen, kBrush, kBlank},
+        PolygonCase{"FarAbove", {{0, kMin}, {6, kMin}, {6, kMin + 5}}, kWidePen, kBrush, kBlank},
+        // Below the diagonal x = y, which the outline covers.
+        PolygonCase{"HalfPlane",
+                    {{kMin, kMin}, {kMax, kMax}, {kMin, kMax}},
+                    kPen,
+                    kBrush,
+                    {"#......", "r#.....", "rr#....", "rrr#...", "rrrr#.."}}),
+    [](const auto& test) { return test.param.name; });
+
+/// One canvas pixel of the fill rule: the sides that cross its row at or left of it are odd.
+bool RuleFills(const std::vector<PixelPoint>& points, std::int64_t x, std::int64_t y) {
+  bool inside = false;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    PixelPoint a = points[i];
+    PixelPoint b = points[(i + 1) % points.size()];
+    if (a.y > b.y) std::swap(a, b);
+    if (y < a.y || y >= b.y) continue;
+    const Int128 dx = std::int64_t{b.x} - a.x;
+    const Int128 dy = std::int64_t{b.y} - a.y;
+    if (dx * (y - a.y) <= dy * (x - a.x)) inside = !inside;
+  }
+  return inside;
+}
+
+TEST(CanvasTest, PolygonFillFollowsTheRuleAtEveryMagnitude) {
+  std::mt19937 engine(1);
+  for (int round = 0; round < 2000; ++round) {
+    const std::int32_t reach = kMax >> Random(engine, 0, 27);
+    // Beyond 16 corners the scratch memory is another.
+    const int corners = Random(engine, 3, round % 10 == 0 ? 60 : 8);
+    std::vector<PixelPoint> points;
+    for (int i = 0; i < corners; ++i) {
+      points.push_back({Random(engine, -reach - 1, reach), Random(engine, -reach - 1, reach)});
+    }
+    Rows expected = Filled(23, 17, '.');
+    for (int y = 0; y < 17; ++y) {
+      for (int x = 0; x < 23; ++x) {
+        if (RuleFills(points, x, y)) Set(expected, x, y, 'r');
+      }
+    }
+    ASSERT_EQ(Drawn(23, 17, [&](Canvas& c) { c.Polygon(points, kNoPen, kBrush); }), expected)
+        << "round " << round;
+  }
+}
+
+TEST(CanvasTest, CellsTileWithNeitherGapNorOverlap) {
+  constexpr int kCells = 8;
+  constexpr int kPitch = 9;
+  constexpr int kSize = kCells * kPitch;
+  std::mt19937 engine(2);
+  for (int round = 0; round < 20; ++round) {
+    // Nodes stay on the frame, and inside within a third of the pitch of their place.
+    PixelPoint nodes[kCells + 1][kCells + 1];
+    for (int i = 0; i <= kCells; ++i) {
+      for (int j = 0; j <= kCells; ++j) {
+        const auto shifted = [&](int k) {
+          return k * kPitch + (k % kCells == 0 ? 0 : Random(engine, -3, 3));
+        };
+        nodes[i][j] = {shifted(i), shifted(j)};
+      }
+    }
+    std::vector<int> times(kSize * kSize);
+    for (int i = 0; i < kCells; ++i) {
+      for (int j = 0; j < kCells; ++j) {
+        const std::array<PixelPoint, 4> cell = {nodes[i][j], nodes[i + 1][j], nodes[i + 1][j + 1],
+                                                nodes[i][j + 1]};
+        Canvas canvas(kSize, kSize, kWhitePixel);
+        canvas.Polygon(cell, kNoPen, kBrush);
+        for (std::size_t k = 0; k < times.size(); ++k) times[k] += canvas.Pixels()[k] == kRedPixel;
+      }
+    }
+    EXPECT_EQ(times, std::vector<int>(kSize * kSize, 1)) << "round " << round;
+  }
+}
+
+struct LineCase {
+  const char* name;
+  PixelPoint from;
+  PixelPoint to;
+  Pen pen;
+  Rows expected;
+};
+
+class CanvasLineTest : public testing::TestWithParam<LineCase> {};
+
+TEST_P(CanvasLineTest, GivesThePixels) {
+  const LineCase& test = GetParam();
+  EXPECT_EQ(Drawn(7, 5, [&](Canvas& c) { c.Line(test.from, test.to, test.pen); }), test.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, CanvasLineTest,
+    testing::Values(
+        LineCase{"WithoutItsEnd",
+                 {1, 2},
+                 {5, 2},
+                 kPen,
+                 {".......", ".......", ".####..", ".......", "......."}},
+        LineCase{"BackwardWithoutItsEnd",
+                 {5, 2},
+                 {1, 2},
+                 kPen,
+                 {".......", ".......", "..####.", ".......", "......."}},
+        // y = 1/2, 3/2 at x = 1, 3 are ties.
+        LineCase{"TieGoesUp",
+                 {0, 0},
+                 {6, 3},
+                 kPen,
+                 {"##.....", "..##...", "....##.", ".......", "......."}},
+        LineCase{"TieGoesUpBackward",
+                 {6, 3},
+                 {0, 0},
+                 kPen,
+                 {".#.....", "..##...", "....##.", "......#", "......."}},
+        LineCase{"TieGoesLeft",
+                 {2, 0},
+                 {0, 4},
+                 kPen,
+                 {"..#....", ".#.....", ".#.....", "#......", "......."}},
+        LineCase{"PointIsNothing", {3, 2}, {3, 2}, kPen, kBlank},
+        LineCase{"NoPen", {0, 0}, {6, 4}, kNoPen, kBlank},
+        LineCase{"NoWidthIsWidthOne",
+                 {1, 2},
+                 {5, 2},
+                 {.width = 0},
+                 {".......", ".......", ".####..", ".......", "......."}},
+        LineCase{"FarDiagonal",
+                 {kMin, kMin},
+                 {kMax, kMax},
+                 kPen,
+                 {"#......", ".#.....", "..#....", "...#...", "....#.."}},
+        LineCase{"FarLevel",
+                 {kMax, 3},
+                 {kMin, 3},
+                 kPen,
+                 {".......", ".......", ".......", "#######", "......."}},
+        LineCase{"FarUpright",
+                 {2, kMin},
+                 {2, kMax},
+                 kPen,
+                 {"..#....", "..#....", "..#....", "..#....", "..#...."}},
+        LineCase{"FarAway", {kMax, kMin}, {kMax, kMax}, kPen, kBlank},
+        LineCase{"PassesBy", {kMin, 0}, {kMax, kMax}, kPen, kBlank},
+        LineCase{"WideLevel",
+                 {2, 3},
+                 {5, 3},
+                 kWidePen,
+                 {".......", ".......", ".#####.", ".#####.", "......."}},
+        LineCase{"WideUpright",
+                 {3, 1},
+                 {3, 3},
+                 kWidePen,
+                 {"..##...", "..##...", "..##...", "..##...", "......."}},
+        LineCase{"WidePointIsNothing", {3, 2}, {3, 2}, kWidePen, kBlank},
+        LineCase{"WideFarLevel",
+                 {kMin, 3},
+                 {kMax, 3},
+                 kWidePen,
+                 {".......", ".......", "#######", "#######", "......."}},
+        // A band from (-1, 1) to (1, -1) off the diagonal: columns y - 2 to y + 1 of row y.
+        LineCase{"WideFarDiagonal",
+                 {kMin, kMin},
+                 {kMax, kMax},
+                 kWidePen,
+                 {"##.....", "###....", "####...", ".####..", "..####."}}),
+    [](const auto& test) { return test.param.name; });
+
+/// Whether the line's rule paints the pixel: on a line that is rather horizontal, y - 1/2 < the
+/// exact y <= y + 1/2.
+bool RuleDraws(PixelPoint from, PixelPoint to, std::int64_t x, std::int64_t y) {
+  Int128 dx = std::int64_t{to.x} - from.x, dy = std::int64_t{to.y} - from.y;
+  Int128 i = x - from.x, j = y - from.y;
+  if (std::abs(std::int64_t{to.y} - from.y) > std::abs(std::int64_t{to.x} - from.x)) {
+    std::swap(dx, dy);
+    std::swap(i, j);
+  }
+  const Int128 length = dx < 0 ? -dx : dx;
+  const Int128 along = dx < 0 ? -i : i;
+  const Int128 off = 2 * (dy * along - j * length);
+  return along >= 0 && along < length && -length < off && off <= length;
+}
+
+TEST(CanvasTest, LineFollowsTheRuleAtEveryMagnitude) {
+  std::mt19937 engine(3);
+  for (int round = 0; round < 4000; ++round) {
+    const std::int32_t reach = kMax >> Random(engine, 0, 27);
+    const auto coordinate = [&] { return Random(engine, -reach - 1, reach); };
+    const PixelPoint a = {coordinate(), coordinate()};
+    // Half of the lines end on the canvas.
+    const PixelPoint b = round % 2 == 0 ? PixelPoint{coordinate(), coordinate()}
+                                        : PixelPoint{Random(engine, 0, 22), Random(engine, 0, 16)};
+    Rows expected = Filled(23, 17, '.');
+    for (int y = 0; y < 17; ++y) {
+      for (int x = 0; x < 23; ++x) {
+        if (RuleDraws(a, b, x, y)) Set(expected, x, y, '#');
+      }
+    }
+    ASSERT_EQ(Drawn(23, 17, [&](Canvas& c) { c.Line(a, b, kPen); }), expected) << "round " << round;
+  }
+}
+
+TEST(CanvasTest, LineIsTheSameInBothDirectionsButForTheEnd) {
+  std::mt19937 engine(4);
+  for (int round = 0; round < 500; ++round) {
+    const PixelPoint a = {Random(engine, -9, 40), Random(engine, -9, 40)};
+    const PixelPoint b = {Random(engine, -9, 40), Random(engine, -9, 40)};
+    Rows there = Drawn(32, 32, [&](Canvas& c) { c.Line(a, b, kPen); });
+    Rows back = Drawn(32, 32, [&](Canvas& c) { c.Line(b, a, kPen); });
+    Set(there, b.x, b.y, '#');
+    Set(back, a.x, a.y, '#');
+    EXPECT_EQ(there, back);
+    EXPECT_EQ(Drawn(32, 32, [&](Canvas& c) { c.Line(a, b, kWidePen); }),
+              Drawn(32, 32, [&](Canvas& c) { c.Line(b, a, kWidePen); }));
+  }
+}
+
+TEST(CanvasTest, FilledBoxHasBothCorners) {
+  const Rows expected = {".......", "..rrr..", "..rrr..", "..rrr..", "......."};
+  EXPECT_EQ(Drawn(7, 5, [](Canvas& c) { c.FillBox({2, 1, 4, 3}, kRedPixel); }), expected);
+  EXPECT_EQ(Drawn(7, 5, [](Canvas& c) { c.FillBox({4, 3, 2, 1}, kRedPixel); }), expected);
+}
+
+TEST(CanvasTest, FilledBoxWithEqualSidesIsALine) {
+  EXPECT_EQ(Drawn(5, 3,
+                  [](Canvas& c) {
+                    c.FillBox({1, 1, 3, 1}, kRedPixel);
+                  }),
+            (Rows{".....", ".rrr.", "....."}));
+  EXPECT_EQ(Drawn(5, 3,
+                  [](Canvas& c) {
+                    c.FillBox({3, 0, 3, 2}, kRedPixel);
+                  }),
+            (Rows{"...r.", "...r.", "...r."}));
+  EXPECT_EQ(Drawn(5, 3,
+                  [](Canvas& c) {
+                    c.FillBox({3, 1, 3, 1}, kRedPixel);
+                  }),
+            (Rows{".....", "...r.", "....."}));
+}
+
+TEST(CanvasTest, FilledBoxIsClipped) {
+  EXPECT_EQ(Drawn(5, 3,
+                  [](Canvas& c) {
+                    c.FillBox({kMin, kMin, kMax, kMax}, kRedPixel);
+                  }),
+            Filled(5, 3, 'r'));
+  EXPECT_EQ(Drawn(5, 3,
+                  [](Canvas& c) {
+                    c.FillBox({kMin, 1, 1, kMax}, kRedPixel);
+                  }),
+            (Rows{".....", "rr...", "rr..."}));
+  EXPECT_EQ(Drawn(5, 3,
+                  [](Canvas& c) {
+                    c.FillBox({5, 0, kMax, 2}, kRedPixel);
+                  }),
+            Filled(5, 3, '.'));
+}
+
+TEST(CanvasTest, RectangleHasBothCorners) {
+  EXPECT_EQ(Drawn(5, 4,
+                  [](Canvas& c) {
+                    c.Rectangle({1, 0, 4, 3}, kPen, kBrush);
+                  }),
+            (Rows{".####", ".#rr#", ".#rr#", ".####"}));
+  EXPECT_EQ(Drawn(5, 4,
+                  [](Canvas& c) {
+                    c.Rectangle({4, 3, 1, 0}, kPen, kNoBrush);
+                  }),
+            (Rows{".####", ".#..#", ".#..#", ".####"}));
+}
+
+TEST(CanvasTest, FloodFillStopsAtTheBoundary) {
+  Canvas canvas(6, 5, kWhitePixel);
+  canvas.Rectangle({1, 0, 5, 4}, kPen, kNoBrush);
+  canvas.FloodFill({3, 2}, kBlackPixel, kBrush);
+  const Rows inside = {".#####", ".#rrr#", ".#rrr#", ".#rrr#", ".#####"};
+  EXPECT_EQ(Show(canvas), inside);
+  canvas.FloodFill({1, 1}, kBlackPixel, kBrush);
+  EXPECT_EQ(Show(canvas), inside);
+  for (const PixelPoint outside : {PixelPoint{-1, 0}, {6, 0}, {0, -1}, {0, 5}, {kMax, kMin}}) {
+    canvas.FloodFill(outside, kBlackPixel, kBrush);
+  }
+  canvas.FloodFill({0, 0}, kBlackPixel, kNoBrush);
+  EXPECT_EQ(Show(canvas), inside);
+  canvas.FloodFill({0, 0}, kBlackPixel, kBrush);
+  EXPECT_EQ(Show(canvas), (Rows{"r#####", "r#rrr#", "r#rrr#", "r#rrr#", "r#####"}));
+}
+
+TEST(CanvasTest, FloodFillPassesNoDiagonal) {
+  Canvas canvas(5, 5, kWhitePixel);
+  canvas.Line({0, 0}, {5, 5}, kPen);
+  canvas.FloodFill({0, 4}, kBlackPixel, kBrush);
+  EXPECT_EQ(Show(canvas), (Rows{"#....", "r#...", "rr#..", "rrr#.", "rrrr#"}));
+}
+
+TEST(CanvasTest, FloodFillPassesPixelsOfItsOwnColour) {
+  Canvas canvas(5, 3, kWhitePixel);
+  canvas.FillBox({2, 0, 2, 2}, kRedPixel);
+  canvas.FloodFill({0, 1}, kBlackPixel, kBrush);
+  EXPECT_EQ(Show(canvas), Filled(5, 3, 'r'));
+}
+
+TEST(CanvasTest, FloodFillWithTheBoundaryColour) {
+  Canvas canvas(5, 3, kWhitePixel);
+  canvas.FillBox({2, 0, 2, 2}, kRedPixel);
+  canvas.FloodFill({0, 1}, kRedPixel, kBrush);
+  EXPECT_EQ(Show(canvas), (Rows{"rrr..", "rrr..", "rrr.."}));
+}
+
+TEST(CanvasTest, FloodFillGoesRoundALongMaze) {
+  // Walls in every second row with a gap at alternating ends: one path through all of it.
+  constexpr int kSize = 1001;
+  Canvas canvas(kSize, kSize, kWhitePixel);
+  Canvas expected(kSize, kSize, kRedPixel);
+  for (int y = 1; y < kSize; y += 2) {
+    const int gap = y % 4 == 1 ? 1 : 0;
+    for (Canvas* c : {&canvas, &expected})
+      c->FillBox({1 - gap, y, kSize - 1 - gap, y}, kBlackPixel);
+  }
+  canvas.FloodFill({500, 0}, kBlackPixel, kBrush);
+  EXPECT_TRUE(std::ranges::equal(canvas.Pixels(), expected.Pixels()));
+}
+
+}  // namespace
+}  // namespace discoplan
