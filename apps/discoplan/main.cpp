@@ -25,6 +25,11 @@ int main(int argc, char** argv) {
   AddStatsCommand(program);
   AddAutomateCommand(program);
   try {
+    const auto is_named = [&](const CLI::App* command) { return command->get_name() == argv[1]; };
+    if (argc > 1 && argv[1][0] != '-' && program.get_subcommands(is_named).empty()) {
+      throw UsageError("there is no command '" + std::string(argv[1]) +
+                       "'; discoplan --help lists them");
+    }
     program.parse(argc, argv);
     return 0;
   } catch (const CLI::Success& done) {  // --help and --version

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iostream>
 #include <memory>
@@ -29,6 +30,32 @@ struct PlotRequest {
 
 constexpr float kFinestCells = 200;
 
+/// The kinds of plot, with the least size that each control takes.
+struct Kind {
+  std::string_view name;
+  std::string_view class_name;
+  TwipsBox least;
+  bool scales;  ///< Letters may grow; a kind whose margins are in pixels keeps them small.
+};
+
+constexpr TwipsBox kMapLeast{0, 0, 4500, 3180};
+constexpr std::array kKinds = {
+    Kind{"2D", "Plot2D", kMapLeast, true},
+    Kind{"2DS", "Plot2DS", kMapLeast, true},
+};
+
+std::string KindNames() {
+  std::string names;
+  for (const Kind& kind : kKinds) names += (names.empty() ? "" : ", ") + std::string(kind.name);
+  return names;
+}
+
+const Kind& KindOf(const std::string& name) {
+  const auto kind = std::ranges::find(kKinds, name, &Kind::name);
+  if (kind != kKinds.end()) return *kind;
+  throw UsageError("--kind: '" + name + "' is none of " + KindNames());
+}
+
 struct PixelSize {
   int width = 0;
   int height = 0;
@@ -49,15 +76,15 @@ PixelSize ParseSize(const std::string& text) {
 
 /// Letters grow with the square root of the picture: large pictures get finer detail and larger
 /// letters at once. Small ones shrink so that the least size of a control fits.
-Screen ScreenFor(const PixelSize& size, bool legend) {
+Screen ScreenFor(const PixelSize& size, const Kind& kind) {
   constexpr float kTwipsPerPixel = 15;
   constexpr float kPlainSide = 300;
-  const TwipsBox least = legend ? TwipsBox{0, 0, 4500, 3180} : TwipsBox{0, 0, 750, 750};
   const auto width = static_cast<float>(size.width);
   const auto height = static_cast<float>(size.height);
   const float grown =
       kTwipsPerPixel / std::sqrt(std::max(1.0F, std::min(width, height) / kPlainSide));
-  const float twips = std::max({grown, least.width / width, least.height / height});
+  const float twips = std::max({kind.scales ? grown : kTwipsPerPixel, kind.least.width / width,
+                                kind.least.height / height});
   return {twips, twips};
 }
 
@@ -107,15 +134,15 @@ const Wafer& OnlyWafer(const DataResult& data, const PlotRequest& request) {
 }
 
 void Plot(const PlotRequest& request) {
+  const Kind& kind = KindOf(request.kind);
   const PixelSize size = ParseSize(request.size);
   const DataResult data = ReadReporting(request.data);
   const Wafer& measured = OnlyWafer(data, request);
 
-  const Screen screen = ScreenFor(size, !request.no_legend);
+  const Screen screen = ScreenFor(size, kind);
   HeadlessHost host(screen);
   host.OnMessage([](const Message& message) { std::cerr << message.text << '\n'; });
-  const std::unique_ptr<PlotControl> control = NewControl("Plot" + request.kind, host, nullptr);
-  if (!control) throw UsageError("--kind: there is no kind '" + request.kind + "'");
+  const std::unique_ptr<PlotControl> control = NewControl(kind.class_name, host, nullptr);
   control->InitProperties();
   SetUp(*control, request, measured);
   Load(*control, request, measured);
@@ -132,6 +159,8 @@ void AddPlotCommand(CLI::App& program) {
   auto request = std::make_shared<PlotRequest>();
   AddDataOptions(*command, request->data);
   command->add_option("-o,--output", request->output, "PNG file to write")->required();
+  command->add_option("--kind", request->kind, "Kind of plot: " + KindNames())
+      ->capture_default_str();
   command
       ->add_option("--diameter", request->diameter,
                    "Wafer's diameter in mm; the smallest standard one that holds all sites "

@@ -154,6 +154,12 @@ class TreePainter {
     Write(node, box.left + PixelsAcross(60), box.top + (box.Height() - TextHeight(node)) / 2);
   }
 
+  template <class AnyCanvas>
+  static auto& At(AnyCanvas& canvas, int x, int y) {
+    return canvas.Pixels()[static_cast<std::size_t>(y) * static_cast<std::size_t>(canvas.Width()) +
+                           static_cast<std::size_t>(x)];
+  }
+
   void Copy(const Canvas& source, const Box& box) {
     Place(
         box, source, [](int at) { return at; }, [](int at) { return at; });
@@ -179,12 +185,6 @@ class TreePainter {
         At(canvas_, x, y) = At(source, from_x, from_y);
       }
     }
-  }
-
-  template <class AnyCanvas>
-  static auto& At(AnyCanvas& canvas, int x, int y) {
-    return canvas.Pixels()[static_cast<std::size_t>(y) * static_cast<std::size_t>(canvas.Width()) +
-                           static_cast<std::size_t>(x)];
   }
 
   Canvas& canvas_;

@@ -105,7 +105,10 @@ void AutomationSession::Perform(const json& request, json& reply) {
   const std::string name = TextField(request, "op");
   const auto operation = Operations().find(name);
   if (operation == Operations().end()) {
-    throw RequestError("There is no operation \"" + name + "\".");
+    const bool planned = name == "store" || name == "dialog";
+    throw RequestError((planned ? "This version doesn't offer the operation \""
+                                : "There is no operation \"") +
+                       name + "\".");
   }
   (this->*operation->second)(request, reply);
 }
