@@ -21,6 +21,7 @@ int main(int argc, char** argv) {
   CLI::App program("Plots of semiconductor wafers", "discoplan");
   program.set_version_flag("--version", "discoplan " DISCOPLAN_VERSION);
   program.require_subcommand(1);
+  program.footer("Example:\n  discoplan plot sites.csv -o map.png");
   AddPlotCommand(program);
   AddStatsCommand(program);
   AddAutomateCommand(program);

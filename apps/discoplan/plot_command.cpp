@@ -83,8 +83,8 @@ Screen ScreenFor(const PixelSize& size, const Kind& kind) {
   const auto height = static_cast<float>(size.height);
   const float grown =
       kTwipsPerPixel / std::sqrt(std::max(1.0F, std::min(width, height) / kPlainSide));
-  const float twips = std::max({kind.scales ? grown : kTwipsPerPixel, kind.least.width / width,
-                                kind.least.height / height});
+  const float twips = std::max(
+      {kind.scales ? grown : kTwipsPerPixel, kind.least.width / width, kind.least.height / height});
   return {twips, twips};
 }
 

@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace discoplan {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+  int status = 0;
+  std::string output;  // standard output and standard error together
+};
+
+/// Runs the program in a folder of its own.
+class Program : public testing::Test {
+ protected:
+  Program() {
+    std::string name = (fs::temp_directory_path() / "discoplan-program-XXXXXX").string();
+    folder_ = mkdtemp(name.data());
+  }
+  ~Program() override { fs::remove_all(folder_); }
+
+  Outcome Run(const std::string& arguments) const {
+    const std::string command =
+        "cd " + folder_.string() + " && " DISCOPLAN_PROGRAM " " + arguments + " 2>&1";
+    Outcome outcome;
+    FILE* pipe = popen(command.c_str(), "r");
+    char buffer[4096];
+    for (std::size_t got = 0; (got = fread(buffer, 1, sizeof buffer, pipe)) > 0;) {
+      outcome.output.append(buffer, got);
+    }
+    outcome.status = WEXITSTATUS(pclose(pipe));
+    return outcome;
+  }
+
+  void Write(const std::string& name, const std::string& text) const {
+    std::ofstream(folder_ / name, std::ios::binary) << text;
+  }
+
+  bool IsPng(const std::string& name) const {
+    std::ifstream file(folder_ / name, std::ios::binary);
+    std::string head(4, '\0');
+    file.read(head.data(), 4);
+    return head == "\x89PNG";
+  }
+
+  fs::path folder_;
+};
+
+const std::string kLot = DISCOPLAN_EXAMPLES "/native_oxide_lot.csv";
+const std::string kFilm = DISCOPLAN_EXAMPLES "/thick_film_lot.csv";
+
+TEST_F(Program, PlotsEachFormOfData) {
+  Write("plain.csv", "0,0,1\n10,0,2\n0,10,3\n-10,0,4\n0,-10,5\n");
+  for (const std::string& data :
+       {kLot + " --wafer 7", kFilm + " --columns X,Y,slot3", std::string("plain.csv")}) {
+    fs::remove(folder_ / "map.png");
+    const Outcome outcome = Run("plot " + data + " -o map.png");
+    EXPECT_EQ(outcome.status, 0) << data;
+    EXPECT_EQ(outcome.output, "") << data;
+    EXPECT_TRUE(IsPng("map.png")) << data;
+  }
+}
+
+TEST_F(Program, ReadsWhatABinaryFileHolds) {
+  const double blocks[3][5] = {{0, 10, 0, -10, 0}, {0, 0, 10, 0, -10}, {1, 2, 3, 4, 5}};
+  Write("sites.dat", std::string(reinterpret_cast<const char*>(blocks), sizeof blocks));
+  const Outcome outcome = Run("stats sites.dat --json");
+  ASSERT_EQ(outcome.status, 0) << outcome.output;
+  const auto stats = nlohmann::json::parse(outcome.output).at(0);
+  EXPECT_EQ(stats["sites"], 5);
+  EXPECT_EQ(stats["mean"], 3);
+  EXPECT_EQ(stats["minimum"], 1);
+  EXPECT_EQ(stats["maximum"], 5);
+  EXPECT_EQ(stats["range"], 4);
+}
+
+TEST_F(Program, ListsAllWafersOfALot) {
+  const Outcome outcome = Run("stats " + kLot + " --json");
+  ASSERT_EQ(outcome.status, 0) << outcome.output;
+  const auto stats = nlohmann::json::parse(outcome.output);
+  ASSERT_EQ(stats.size(), 25U);
+  EXPECT_EQ(stats[24]["slot"], 25);
+  EXPECT_NE(Run("stats " + kLot).output.find("Slot25"), std::string::npos);
+}
+
+TEST_F(Program, TakesEveryOptionOfAPlot) {
+  const Outcome outcome =
+      Run("plot " + kLot +
+          " --wafer 7 -o map.png --diameter 300 --test-diameter 290 --style flat --limits 9 11"
+          " --size 500x400 --set Resolution=4 --set ShowSites=true --set IntervalColor3=#FF8000"
+          " --caption Oxide --no-legend");
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.output, "");
+  EXPECT_TRUE(IsPng("map.png"));
+}
+
+TEST_F(Program, SaysHowManyRowsItLeftOut) {
+  Write("holes.csv", "X,Y,V\n0,0,1\n10,0,\n0,10,3\n-10,0,nan\n0,-10,5\n1,1,1\n");
+  const Outcome outcome = Run("plot holes.csv --skip-invalid -o map.png");
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_NE(outcome.output.find("holes.csv: left out 2 rows"), std::string::npos) << outcome.output;
+  EXPECT_TRUE(IsPng("map.png"));
+}
+
+struct Complaint {
+  const char* arguments;
+  int status;
+  const char* says;
+};
+
+class ProgramComplains : public Program, public testing::WithParamInterface<Complaint> {};
+
+TEST_P(ProgramComplains, InOneLineAndLeavesNoFile) {
+  Write("empty.csv", "");
+  Write("short.csv", "X,Y,V\n0,0,1\n1,1\n");
+  Write("text.csv", "X,Y,V\n0,0,1\n1,abc,2\n");
+  Write("nan.csv", "X,Y,V\n0,0,1\n1,1,inf\n");
+  Write("ok.csv", "X,Y,V\n0,0,1\n1,1,2\n2,2,3\n3,1,4\n");
+  Write("far.csv", "0 0 1\n1 1 2\n2 2 3\n3 3 4\n4 4 5\n5 5 6\n6 6 7\n7 7 8\n8 8 9\n90 0 10\n");
+  fs::create_directory(folder_ / "folder");
+  const Complaint& due = GetParam();
+  const Outcome outcome = Run(due.arguments);
+  EXPECT_EQ(outcome.status, due.status);
+  EXPECT_NE(outcome.output.find(due.says), std::string::npos) << outcome.output;
+  EXPECT_EQ(std::ranges::count(outcome.output, '\n'), 1) << outcome.output;
+  for (const auto& entry : fs::recursive_directory_iterator(folder_)) {
+    EXPECT_EQ(entry.path().string().find("map"), std::string::npos) << entry.path();
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Bad, ProgramComplains,
+    testing::Values(
+        Complaint{"", 2, "subcommand"}, Complaint{"bogus", 2, "no command 'bogus'"},
+        Complaint{"plot", 2, "required"}, Complaint{"plot ok.csv", 2, "--output"},
+        Complaint{"plot ok.csv -o map.png --size 10", 2, "--size"},
+        Complaint{"plot ok.csv -o map.png --size 800x600x2", 2, "--size"},
+        Complaint{"plot ok.csv -o map.png --style round", 2, "round"},
+        Complaint{"plot ok.csv -o map.png --limits 5 5", 2, "LOW below HIGH"},
+        Complaint{"plot ok.csv -o map.png --diameter -3", 2, "--diameter"},
+        Complaint{"plot ok.csv -o map.png --set Colour=1", 2, "'Colour' is none of"},
+        Complaint{"plot ok.csv -o map.png --set Resolution=fine", 2, "'fine' is no value"},
+        Complaint{"plot ok.csv -o map.png --set Resolution", 2, "NAME=VALUE"},
+        Complaint{"plot ok.csv -o map.png --kind 4D", 2, "'4D' is none of"},
+        Complaint{"plot missing.csv -o map.png", 1, "missing.csv: "},
+        Complaint{"plot folder -o map.png", 1, "folder: "},
+        Complaint{"plot empty.csv -o map.png", 1, "empty.csv: "},
+        Complaint{"plot short.csv -o map.png", 1, "short.csv:3: "},
+        Complaint{"plot text.csv -o map.png", 1, "text.csv:3:2: "},
+        Complaint{"plot nan.csv -o map.png", 1, "nan.csv:3:3: "},
+        Complaint{"plot ok.csv --columns X,Y,Z -o map.png", 1, "'Z'"},
+        Complaint{"plot far.csv -o map.png --diameter 50", 1, "give a larger --diameter"},
+        Complaint{"plot ok.csv -o none/map.png", 1, "cannot write 'none/map.png'"},
+        Complaint{"plot ok.csv -o folder", 1, "cannot write 'folder'"},
+        Complaint{"stats missing.csv", 1, "missing.csv: "},
+        Complaint{"automate missing.jsonl", 1, "missing.jsonl: "}));
+
+TEST_F(Program, AnswersAutomationRequestsInOrder) {
+  Write("requests.jsonl",
+        "{\"op\":\"new\",\"class\":\"Plot2D\",\"id\":1}\nnonsense\n{\"op\":\"get\",\"id\":1,"
+        "\"name\":\"WaferDiameter\"}");
+  for (const char* how : {"automate requests.jsonl", "automate < requests.jsonl"}) {
+    const Outcome outcome = Run(how);
+    EXPECT_EQ(outcome.status, 0);
+    std::istringstream lines(outcome.output);
+    std::vector<nlohmann::json> replies;
+    for (std::string line; std::getline(lines, line);)
+      replies.push_back(nlohmann::json::parse(line));
+    ASSERT_EQ(replies.size(), 3U);
+    EXPECT_EQ(replies[0]["ok"], true);
+    EXPECT_EQ(replies[1]["ok"], false);
+    EXPECT_EQ(replies[2]["value"], 200);
+  }
+}
+
+TEST_F(Program, ShowsHelpWithExamplesOnEveryLevel) {
+  for (const char* level : {"--help", "plot --help", "stats --help", "automate --help"}) {
+    const Outcome outcome = Run(level);
+    EXPECT_EQ(outcome.status, 0) << level;
+    EXPECT_NE(outcome.output.find("discoplan "), std::string::npos) << level;
+    EXPECT_NE(outcome.output.find("Example"), std::string::npos) << level;
+  }
+}
+
+}  // namespace
+}  // namespace discoplan
