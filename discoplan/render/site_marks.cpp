@@ -11,23 +11,20 @@ struct MarkSize {
   std::int16_t stroke = 3;   // of the black stroke
 };
 
-MarkSize MeasureMark(Surface& surface, PlotFrame& frame) {
-  MarkSize size;
-  if (!surface.IsPrinter()) return size;
-  size = {0, 0, 0};
+/// On a printer a mark has the same size on paper, whatever the resolution.
+void MeasureOnPrinter(Surface& surface, PlotFrame& frame, MarkSize& size) {
   const auto pixels = [](float twips, float twips_per_pixel) {
     return ToInt16(ToFloat(Divide(twips, twips_per_pixel)));
   };
   frame([&] { size.arm = pixels(90, surface.TwipsPerPixelX()); });
   frame([&] { size.breadth = pixels(30, surface.TwipsPerPixelY()); });
   frame([&] { size.stroke = pixels(45, surface.TwipsPerPixelX()); });
-  return size;
 }
 
 }  // namespace
 
 void DrawSiteMarks(const wafer& source, Surface& surface, PlotFrame& frame, double scale) {
-  const MarkSize size = MeasureMark(surface, frame);
+  MarkSize size = surface.IsPrinter() ? MarkSize{0, 0, 0} : MarkSize{};
   float mean = 0;
   frame([&] { mean = ToFloat(source.mean); });
   float x = 0;
@@ -43,6 +40,7 @@ void DrawSiteMarks(const wafer& source, Surface& surface, PlotFrame& frame, doub
   for (const Site& site : source.Sites()) {
     frame([&] { x = ToFloat(frame.CentreX() + scale * site.x); });
     frame([&] { y = ToFloat(frame.CentreY() - scale * site.y); });
+    if (surface.IsPrinter()) MeasureOnPrinter(surface, frame, size);
     const bool above_mean = site.z > mean;
     bar(size.arm, size.breadth, kWhite);
     if (above_mean) bar(size.breadth, size.arm, kWhite);

@@ -106,9 +106,9 @@ void AutomationSession::Perform(const json& request, json& reply) {
   const auto operation = Operations().find(name);
   if (operation == Operations().end()) {
     const bool planned = name == "store" || name == "dialog";
-    throw RequestError((planned ? "This version doesn't offer the operation \""
-                                : "There is no operation \"") +
-                       name + "\".");
+    throw RequestError(
+        (planned ? "This version doesn't offer the operation \"" : "There is no operation \"") +
+        name + "\".");
   }
   (this->*operation->second)(request, reply);
 }

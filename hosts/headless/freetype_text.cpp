@@ -4,40 +4,70 @@
 #include <fontconfig/fontconfig.h>
 #include <ft2build.h>
 #include FT_FREETYPE_H
+#include FT_ADVANCES_H
 #include FT_OUTLINE_H
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <map>
 #include <optional>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
+
+#include "discoplan/core/numbers.h"
+#include "discoplan/raster/picture.h"
 
 namespace discoplan {
 namespace {
 
-constexpr double kSmallest = 1;  // pixels
+constexpr double kSmallest = 1;  // letter sizes in pixels
 constexpr double kLargest = 2000;
-constexpr double kFarthest = 1e6;  // pixels from the canvas's corner
-constexpr std::size_t kMostGlyphs = 4096;
-constexpr char32_t kMalformed = 0xFFFD;
+constexpr double kFarthest = 1e6;                   // pixels from the canvas's corner
+constexpr int kPhases = 4;                          // starts of a glyph within a pixel
+constexpr std::size_t kMostGlyphBytes = 8'000'000;  // of cached coverage
+constexpr std::size_t kMostTypefaces = 4096;        // cached choices
+constexpr char32_t kReplacement = 0xFFFD;
 
-/// One character of UTF-8 text from `at` on, which moves behind it.
+template <auto Destroy>
+struct Destroyer {
+  template <class T>
+  void operator()(T* object) const {
+    Destroy(object);
+  }
+};
+using ConfigPtr = std::unique_ptr<FcConfig, Destroyer<FcConfigDestroy>>;
+using PatternPtr = std::unique_ptr<FcPattern, Destroyer<FcPatternDestroy>>;
+using CharSetPtr = std::unique_ptr<FcCharSet, Destroyer<FcCharSetDestroy>>;
+using LibraryPtr = std::unique_ptr<FT_LibraryRec_, Destroyer<FT_Done_FreeType>>;
+
+/// The character that starts at `at`, which moves behind it.
 char32_t NextCharacter(std::string_view text, std::size_t& at) {
+  struct Form {
+    unsigned mask, lead;
+    int more;
+    char32_t first;  // what is smaller has a shorter form
+  };
+  static constexpr std::array<Form, 4> kForms = {{{0x80, 0x00, 0, 0},
+                                                  {0xE0, 0xC0, 1, 0x80},
+                                                  {0xF0, 0xE0, 2, 0x800},
+                                                  {0xF8, 0xF0, 3, 0x10000}}};
   const auto byte = static_cast<unsigned char>(text[at++]);
-  if (byte < 0x80) return byte;
-  const int more = byte >= 0xF0 ? 3 : byte >= 0xE0 ? 2 : byte >= 0xC2 ? 1 : 0;
-  if (more == 0 || byte > 0xF4) return kMalformed;
-  char32_t character = byte & (0x3Fu >> more);
-  for (int i = 0; i < more; ++i) {
-    if (at >= text.size() || (text[at] & 0xC0) != 0x80) return kMalformed;
+  const auto form = std::find_if(kForms.begin(), kForms.end(),
+                                 [&](const Form& f) { return (byte & f.mask) == f.lead; });
+  if (form == kForms.end()) return kReplacement;
+  char32_t character = byte & ~form->mask;
+  for (int i = 0; i < form->more; ++i) {
+    if (at >= text.size() || (text[at] & 0xC0) != 0x80) return kReplacement;
     character = character << 6 | (static_cast<unsigned char>(text[at++]) & 0x3Fu);
   }
-  return character;
+  const bool surrogate = character >= 0xD800 && character < 0xE000;
+  return character < form->first || surrogate || character > 0x10FFFF ? kReplacement : character;
 }
 
-/// The letters of the Symbol encoding.
+/// What the Symbol encoding has in place of a Latin letter.
 char32_t Greek(char32_t character) {
   static constexpr char32_t kCapitals[] = U"ΑΒΧΔΕΦΓΗΙϑΚΛΜΝΟΠΘΡΣΤΥςΩΞΨΖ";
   static constexpr char32_t kSmall[] = U"αβχδεφγηιϕκλμνοπθρστυϖωξψζ";
@@ -46,202 +76,314 @@ char32_t Greek(char32_t character) {
   return character;
 }
 
+bool IsFigure(char32_t character) { return character >= '0' && character <= '9'; }
+
 struct FontFile {
   std::string path;
   int index = 0;
+  bool bold = false;
 };
 
-std::optional<FontFile> Match(const std::string& family, bool bold, char32_t needed) {
-  FcPattern* pattern = FcPatternCreate();
-  FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
-  FcPatternAddInteger(pattern, FC_WEIGHT, bold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
-  FcPatternAddBool(pattern, FC_SCALABLE, FcTrue);
-  if (needed != 0) {
-    FcCharSet* characters = FcCharSetCreate();
-    FcCharSetAddChar(characters, needed);
-    FcPatternAddCharSet(pattern, FC_CHARSET, characters);
-    FcCharSetDestroy(characters);
+/// Families to try in turn, weight, and a character that the font should hold unless it is 0.
+PatternPtr WantedFont(const std::string& name, bool bold, char32_t needed) {
+  static constexpr std::array kSansNames = {"Arial", "MS Sans Serif", "Symbol"};
+  PatternPtr wanted(FcPatternCreate());
+  const auto add_family = [&](const char* family) {
+    FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
+  };
+  if (std::find(kSansNames.begin(), kSansNames.end(), name) != kSansNames.end()) {
+    add_family("Liberation Sans");
+    add_family("DejaVu Sans");
+  } else {
+    add_family(name.c_str());
   }
-  FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
-  FcDefaultSubstitute(pattern);
+  FcPatternAddInteger(wanted.get(), FC_WEIGHT, bold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
+  FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
+  if (needed != 0) {
+    const CharSetPtr characters(FcCharSetCreate());
+    FcCharSetAddChar(characters.get(), needed);
+    FcPatternAddCharSet(wanted.get(), FC_CHARSET, characters.get());
+  }
+  return wanted;
+}
+
+/// What the machine has that comes nearest.
+std::optional<FontFile> FindFont(FcConfig* config, PatternPtr wanted) {
+  FcConfigSubstitute(config, wanted.get(), FcMatchPattern);
+  FcDefaultSubstitute(wanted.get());
   FcResult result = FcResultNoMatch;
-  FcPattern* found = FcFontMatch(nullptr, pattern, &result);
-  FcPatternDestroy(pattern);
-  if (found == nullptr) return {};
-  FontFile file;
+  const PatternPtr found(FcFontMatch(config, wanted.get(), &result));
   FcChar8* path = nullptr;
-  const bool has_path = FcPatternGetString(found, FC_FILE, 0, &path) == FcResultMatch;
-  if (has_path) file.path = reinterpret_cast<const char*>(path);
-  FcPatternGetInteger(found, FC_INDEX, 0, &file.index);
-  FcPatternDestroy(found);
-  if (!has_path) return {};
+  if (!found || FcPatternGetString(found.get(), FC_FILE, 0, &path) != FcResultMatch) return {};
+  FontFile file{.path = reinterpret_cast<const char*>(path)};
+  int weight = FC_WEIGHT_REGULAR;
+  FcPatternGetInteger(found.get(), FC_INDEX, 0, &file.index);
+  FcPatternGetInteger(found.get(), FC_WEIGHT, 0, &weight);
+  file.bold = weight >= FC_WEIGHT_DEMIBOLD;
   return file;
 }
 
+/// Coverage from 0 to 255, row by row from the top.
 struct Glyph {
   std::vector<std::uint8_t> coverage;
   int width = 0;
   int rows = 0;
   int left = 0;   // from the pen to the first column
-  int above = 0;  // from the base line to the first row
-  double advance = 0;
+  int above = 0;  // from the first row's top to the base line
 };
 
-double Sized(const Font& font, double pixels_per_point) {
+struct Typeface {
+  FT_Face face = nullptr;
+  bool embolden = false;  // a bold one that the family lacks
+
+  auto operator<=>(const Typeface&) const = default;
+};
+
+struct Letter {
+  Typeface typeface;
+  FT_UInt index = 0;
+
+  auto operator<=>(const Letter&) const = default;
+};
+
+/// Pixels for a font unit.
+double Scale(FT_Face face, double size) { return size / face->units_per_EM; }
+
+/// Pixels from the top of the line box to its base line.
+int Ascent(FT_Face face, double size) {
+  return ToInt32(std::ceil(face->ascender * Scale(face, size)));
+}
+
+/// Pixels from the base line to the bottom of the line box.
+int Descent(FT_Face face, double size) {
+  return ToInt32(std::ceil(-face->descender * Scale(face, size)));
+}
+
+double Size(const Font& font, double pixels_per_point) {
   const double size = font.size * pixels_per_point;
   return size > kSmallest ? std::min(size, kLargest) : kSmallest;
+}
+
+/// Pixels that a bold letter is wider than the plain one that it is made from.
+double Emboldening(double size) { return size / 24; }
+
+FT_F26Dot6 To26Dot6(double pixels) { return ToInt32(pixels * 64); }
+
+Glyph DrawGlyph(const Letter& letter, double size, int phase) {
+  Glyph glyph;
+  FT_Face face = letter.typeface.face;
+  FT_GlyphSlot slot = face->glyph;
+  if (FT_Set_Char_Size(face, 0, To26Dot6(size), 72, 72) != 0 ||
+      FT_Load_Glyph(face, letter.index, FT_LOAD_TARGET_LIGHT | FT_LOAD_NO_BITMAP) != 0 ||
+      slot->format != FT_GLYPH_FORMAT_OUTLINE) {
+    return glyph;
+  }
+  // To the sides only: the hinted heights stay.
+  if (letter.typeface.embolden)
+    FT_Outline_EmboldenXY(&slot->outline, To26Dot6(Emboldening(size)), 0);
+  FT_Outline_Translate(&slot->outline, phase * 64 / kPhases, 0);
+  if (FT_Render_Glyph(slot, FT_RENDER_MODE_NORMAL) != 0) return glyph;
+  const FT_Bitmap& bitmap = slot->bitmap;
+  glyph.width = static_cast<int>(bitmap.width);
+  glyph.rows = static_cast<int>(bitmap.rows);
+  glyph.left = slot->bitmap_left;
+  glyph.above = slot->bitmap_top;
+  for (int row = 0; row < glyph.rows; ++row) {
+    const std::uint8_t* from = bitmap.buffer + static_cast<std::ptrdiff_t>(row) * bitmap.pitch;
+    glyph.coverage.insert(glyph.coverage.end(), from, from + glyph.width);
+  }
+  return glyph;
 }
 
 Pixel Blend(Pixel below, Pixel above, unsigned coverage) {
   Pixel blended = 0xFF000000;
   for (const int shift : {0, 8, 16}) {
-    const unsigned b = below >> shift & 0xFF;
-    const unsigned a = above >> shift & 0xFF;
-    blended |= (a * coverage + b * (255 - coverage) + 127) / 255 << shift;
+    const unsigned from = below >> shift & 0xFF;
+    const unsigned to = above >> shift & 0xFF;
+    blended |= (to * coverage + from * (255 - coverage) + 127) / 255 << shift;
   }
   return blended;
 }
 
-void Stamp(Canvas& canvas, const Glyph& glyph, int left, int top, Pixel colour) {
-  for (int row = std::max(0, -top); row < glyph.rows && top + row < canvas.Height(); ++row) {
-    for (int column = std::max(0, -left); column < glyph.width && left + column < canvas.Width();
-         ++column) {
-      Pixel& pixel = canvas.Pixels()[static_cast<std::size_t>(top + row) *
-                                         static_cast<std::size_t>(canvas.Width()) +
-                                     static_cast<std::size_t>(left + column)];
-      pixel = Blend(pixel, colour,
-                    glyph.coverage[static_cast<std::size_t>(row * glyph.width + column)]);
+void Stamp(Canvas& canvas, const Glyph& glyph, PixelPoint corner, Pixel colour) {
+  const int first_row = std::max(0, -corner.y);
+  const int last_row = std::min(glyph.rows, canvas.Height() - corner.y);
+  const int first = std::max(0, -corner.x);
+  const int last = std::min(glyph.width, canvas.Width() - corner.x);
+  for (int row = first_row; row < last_row; ++row) {
+    for (int column = first; column < last; ++column) {
+      const auto from = static_cast<std::size_t>(row) * static_cast<std::size_t>(glyph.width) +
+                        static_cast<std::size_t>(column);
+      const auto to =
+          static_cast<std::size_t>(corner.y + row) * static_cast<std::size_t>(canvas.Width()) +
+          static_cast<std::size_t>(corner.x + column);
+      Pixel& pixel = canvas.Pixels()[to];
+      pixel = Blend(pixel, colour, glyph.coverage[from]);
     }
   }
 }
 
 }  // namespace
 
-class FreeTypeText::Library {
+/// Keeps the fonts and glyphs that were used.
+class FreeTypeText::Typesetter {
  public:
-  ~Library() {
-    for (auto& [key, face] : faces_) FT_Done_Face(face);
-    if (library_ != nullptr) FT_Done_FreeType(library_);
+  /// The one for the font's name; raises `FontError` where there is none.
+  Typeface TypefaceOf(const Font& font) {
+    const Typeface typeface = Choose(font, 0);
+    if (typeface.face == nullptr) {
+      throw FontError(
+          "no scalable font was found; install one, such as the package fonts-liberation");
+    }
+    return typeface;
   }
 
-  /// Calls `place(glyph, pen_x)` for each character and returns the advance of all.
-  template <class Place>
-  double Walk(const Font& font, double size, std::string_view text, Place&& place) {
-    double pen = 0;
+  /// Calls `visit(letter, x)` for each character, with pixels from the text's start,
+  /// and returns the pixels to its end.
+  template <class Visit>
+  double SetType(const Font& font, double size, std::string_view text, Visit&& visit) {
+    const Typeface own = TypefaceOf(font);
+    double x = 0;
+    char32_t previous_character = 0;
+    Letter previous;
     for (std::size_t at = 0; at < text.size();) {
       char32_t character = NextCharacter(text, at);
       if (font.name == "Symbol") character = Greek(character);
-      const Glyph& glyph = GlyphOf(font, size, character);
-      place(glyph, pen);
-      pen += glyph.advance;
+      const Letter letter = LetterFor(font, own, character);
+      const double scale = Scale(letter.typeface.face, size);
+      const bool figures = IsFigure(previous_character) && IsFigure(character);
+      if (!figures) x += Kerning(previous, letter) * scale;
+      visit(letter, x);
+      x += Advance(letter) * scale;
+      if (letter.typeface.embolden) x += Emboldening(size);
+      previous = letter;
+      previous_character = character;
     }
-    return pen;
+    return x;
   }
 
-  /// Pixels from the top of the line box to the base line, and to its bottom.
-  struct LineBox {
-    double ascent;
-    double height;
-  };
-  LineBox LineOf(const Font& font, double size) {
-    FT_Face face = FaceOf(font, 0);
-    SetSize(face, size);
-    const auto& metrics = face->size->metrics;
-    const double ascent = std::ceil(static_cast<double>(metrics.ascender) / 64);
-    return {ascent, ascent + std::ceil(-static_cast<double>(metrics.descender) / 64)};
+  /// Good until the next call.
+  const Glyph& GlyphOf(const Letter& letter, double size, int phase) {
+    const GlyphKey key(letter, To26Dot6(size), phase);
+    if (const auto known = glyphs_.find(key); known != glyphs_.end()) return known->second;
+    Glyph glyph = DrawGlyph(letter, size, phase);
+    const std::size_t bytes = sizeof(GlyphKey) + sizeof(Glyph) + glyph.coverage.size();
+    if (glyph_bytes_ + bytes > kMostGlyphBytes) {
+      glyphs_.clear();
+      glyph_bytes_ = 0;
+    }
+    glyph_bytes_ += bytes;
+    return glyphs_[key] = std::move(glyph);
   }
 
  private:
-  using FaceKey = std::tuple<std::string, bool>;
-  using GlyphKey = std::tuple<FT_Face, FT_F26Dot6, char32_t, bool>;
+  using ChoiceKey = std::tuple<std::string, bool, char32_t>;
+  using GlyphKey = std::tuple<Letter, FT_F26Dot6, int>;
 
-  FT_Face FaceOf(const Font& font, char32_t needed) {
-    // The families that Windows programs name, in the metric equivalent that most machines have.
-    const bool known =
-        font.name == "Arial" || font.name == "MS Sans Serif" || font.name == "Symbol";
-    const std::string family = known ? "Liberation Sans" : font.name;
-    const FaceKey key(needed != 0 ? family + '\n' + std::to_string(needed) : family, font.bold);
-    if (const auto face = faces_.find(key); face != faces_.end()) return face->second;
-    if (library_ == nullptr) FT_Init_FreeType(&library_);
-    const auto file = Match(family, font.bold, needed);
+  /// In font units; 0 between two fonts.
+  static double Kerning(const Letter& left, const Letter& right) {
+    FT_Vector kerning = {};
+    if (left.typeface.face == right.typeface.face) {
+      FT_Get_Kerning(left.typeface.face, left.index, right.index, FT_KERNING_UNSCALED, &kerning);
+    }
+    return static_cast<double>(kerning.x);
+  }
+
+  /// In font units.
+  static double Advance(const Letter& letter) {
+    FT_Fixed advance = 0;
+    FT_Get_Advance(letter.typeface.face, letter.index, FT_LOAD_NO_SCALE, &advance);
+    return static_cast<double>(advance);
+  }
+
+  /// From the font itself, or another that has the character, or else the box of the font itself.
+  Letter LetterFor(const Font& font, const Typeface& own, char32_t character) {
+    const FT_UInt index = FT_Get_Char_Index(own.face, character);
+    if (index != 0) return {own, index};
+    const Typeface other = Choose(font, character);
+    const FT_UInt elsewhere = other.face != nullptr ? FT_Get_Char_Index(other.face, character) : 0;
+    return elsewhere != 0 ? Letter{other, elsewhere} : Letter{own, 0};
+  }
+
+  /// The font, or the one that stands in for it where it lacks `needed`; no face where there is
+  /// none.
+  Typeface Choose(const Font& font, char32_t needed) {
+    const ChoiceKey key(font.name, font.bold, needed);
+    if (const auto known = choices_.find(key); known != choices_.end()) return known->second;
+    if (choices_.size() >= kMostTypefaces) choices_.clear();
+    if (!config_) config_.reset(FcInitLoadConfigAndFonts());
+    Typeface typeface;
+    if (const auto file = FindFont(config_.get(), WantedFont(font.name, font.bold, needed))) {
+      typeface = {.face = Open(*file), .embolden = font.bold && !file->bold};
+    }
+    return choices_[key] = typeface;
+  }
+
+  /// Nothing for a file that can't be read or has no outlines.
+  FT_Face Open(const FontFile& file) {
+    const auto [known, added] = faces_.try_emplace({file.path, file.index}, nullptr);
+    if (!added) return known->second;
+    if (!library_) {
+      FT_Library library = nullptr;
+      if (FT_Init_FreeType(&library) != 0) return nullptr;
+      library_.reset(library);
+    }
     FT_Face face = nullptr;
-    if (!file || FT_New_Face(library_, file->path.c_str(), file->index, &face) != 0) {
-      throw FontError("there is no font on this machine; install one, such as fonts-liberation");
-    }
-    return faces_[key] = face;
+    if (FT_New_Face(library_.get(), file.path.c_str(), file.index, &face) != 0) return nullptr;
+    if (!FT_IS_SCALABLE(face)) return nullptr;
+    return known->second = face;
   }
 
-  static void SetSize(FT_Face face, double size) {
-    FT_Set_Char_Size(face, 0, static_cast<FT_F26Dot6>(std::lround(size * 64)), 72, 72);
-  }
-
-  const Glyph& GlyphOf(const Font& font, double size, char32_t character) {
-    FT_Face face = FaceOf(font, 0);
-    if (FT_Get_Char_Index(face, character) == 0) face = FaceOf(font, character);
-    const GlyphKey key(face, static_cast<FT_F26Dot6>(std::lround(size * 64)), character, font.bold);
-    if (const auto glyph = glyphs_.find(key); glyph != glyphs_.end()) return glyph->second;
-    if (glyphs_.size() >= kMostGlyphs) glyphs_.clear();
-    return glyphs_[key] = Render(face, size, character, font.bold);
-  }
-
-  static Glyph Render(FT_Face face, double size, char32_t character, bool bold) {
-    SetSize(face, size);
-    Glyph glyph;
-    if (FT_Load_Char(face, character, FT_LOAD_TARGET_LIGHT) != 0) return glyph;
-    glyph.advance = static_cast<double>(face->glyph->advance.x) / 64;
-    if (bold && (face->style_flags & FT_STYLE_FLAG_BOLD) == 0) {
-      FT_Outline_Embolden(&face->glyph->outline, static_cast<FT_Pos>(size * 64 / 24));
-    }
-    if (FT_Render_Glyph(face->glyph, FT_RENDER_MODE_NORMAL) != 0) return glyph;
-    const FT_Bitmap& bitmap = face->glyph->bitmap;
-    glyph.width = static_cast<int>(bitmap.width);
-    glyph.rows = static_cast<int>(bitmap.rows);
-    glyph.left = face->glyph->bitmap_left;
-    glyph.above = face->glyph->bitmap_top;
-    for (int row = 0; row < glyph.rows; ++row) {
-      const std::uint8_t* from = bitmap.buffer + static_cast<std::ptrdiff_t>(row) * bitmap.pitch;
-      glyph.coverage.insert(glyph.coverage.end(), from, from + glyph.width);
-    }
-    return glyph;
-  }
-
-  FT_Library library_ = nullptr;
-  std::map<FaceKey, FT_Face> faces_;
+  ConfigPtr config_;
+  LibraryPtr library_;  // owns the faces
+  std::map<std::pair<std::string, int>, FT_Face> faces_;
+  std::map<ChoiceKey, Typeface> choices_;
   std::map<GlyphKey, Glyph> glyphs_;
+  std::size_t glyph_bytes_ = 0;
 };
 
-FreeTypeText::FreeTypeText() : library_(std::make_unique<Library>()) {}
+FreeTypeText::FreeTypeText() : typesetter_(std::make_unique<Typesetter>()) {}
 
 FreeTypeText::~FreeTypeText() = default;
 
 double FreeTypeText::Width(const Font& font, double pixels_per_point, std::string_view text) const {
-  return std::ceil(
-      library_->Walk(font, Sized(font, pixels_per_point), text, [](const Glyph&, double) {}));
+  return typesetter_->SetType(font, Size(font, pixels_per_point), text,
+                              [](const Letter&, double) {});
 }
 
 double FreeTypeText::Height(const Font& font, double pixels_per_point) const {
-  return library_->LineOf(font, Sized(font, pixels_per_point)).height;
+  const FT_Face face = typesetter_->TypefaceOf(font).face;
+  const double size = Size(font, pixels_per_point);
+  return Ascent(face, size) + Descent(face, size);
 }
 
 void FreeTypeText::Paint(Canvas& canvas, const Font& font, const TextPlacement& placement,
                          std::string_view text) const {
-  if (!(std::abs(placement.x) < kFarthest) || !(std::abs(placement.y) < kFarthest)) return;
-  const double size = Sized(font, placement.pixels_per_point);
-  const Pixel colour = 0xFF000000 | (placement.colour & 0xFF) << 16 | (placement.colour & 0xFF00) |
-                       (placement.colour >> 16 & 0xFF);
-  const int base = static_cast<int>(std::lround(placement.y + library_->LineOf(font, size).ascent));
-  const double end = library_->Walk(font, size, text, [&](const Glyph& glyph, double pen) {
-    if (placement.x + pen > kFarthest) return;
-    const int left = static_cast<int>(std::lround(placement.x + pen)) + glyph.left;
-    Stamp(canvas, glyph, left, base - glyph.above, colour);
-  });
+  const bool near = std::abs(placement.x) <= kFarthest && std::abs(placement.y) <= kFarthest;
+  if (text.empty() || !near) return;
+  const double size = Size(font, placement.pixels_per_point);
+  const Pixel colour = PixelOf(placement.colour);
+  const FT_Face face = typesetter_->TypefaceOf(font).face;
+  const int base = ToInt32(placement.y) + Ascent(face, size);
+  const auto paint = [&](const Letter& letter, double x) {
+    const double pen = std::floor((placement.x + x) * kPhases + 0.5);
+    if (std::abs(pen) > kFarthest * kPhases) return;
+    const int steps = ToInt32(pen);
+    const int phase = (steps % kPhases + kPhases) % kPhases;
+    const Glyph& glyph = typesetter_->GlyphOf(letter, size, phase);
+    const int left = (steps - phase) / kPhases + glyph.left;
+    Stamp(canvas, glyph, {left, base - glyph.above}, colour);
+  };
+  const double end = placement.x + typesetter_->SetType(font, size, text, paint);
   if (!font.underline) return;
-  const int thickness = std::max(1, static_cast<int>(size / 14));
-  const int below = base + std::max(1, static_cast<int>(size / 10));
-  canvas.FillBox({static_cast<int>(std::lround(placement.x)), below,
-                  static_cast<int>(std::lround(std::min(placement.x + end, kFarthest))) - 1,
-                  below + thickness - 1},
-                 colour);
+  const double scale = Scale(face, size);
+  const double thickness = std::max(1.0, RoundHalfEven(face->underline_thickness * scale));
+  const double drop =
+      std::max(1.0, RoundHalfEven(-face->underline_position * scale - thickness / 2));
+  const int top = base + ToInt32(drop);
+  const int left = ToInt32(placement.x);
+  const int right = std::max(left, ToInt32(std::min(end, kFarthest)) - 1);
+  canvas.FillBox({left, top, right, top + ToInt32(thickness) - 1}, colour);
 }
 
 }  // namespace discoplan

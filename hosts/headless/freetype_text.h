@@ -3,9 +3,19 @@
 
 /// Smooth text with the machine's own fonts: found through fontconfig, drawn by FreeType.
 ///
-/// "Arial" and "MS Sans Serif" become Liberation Sans, or what the machine has in its place;
-/// "Symbol" gives Greek letters. Fonts are looked up when the first text is measured. One thread
-/// uses an object of this class.
+///     FreeTypeText text;
+///     const double width = text.Width({.name = "Arial", .size = 8}, 96.0 / 72, "7530.693");
+///     text.Paint(canvas, {.name = "Arial", .size = 8}, {.x = 10, .y = 20}, "7530.693");
+///
+/// "Arial" and "MS Sans Serif" are Liberation Sans, or else DejaVu Sans, or else what the machine
+/// puts in their place; "Symbol" is the same with Greek letters for Latin ones. A character that
+/// the font lacks comes from a font that has it. Letters are kerned, figures keep equal widths.
+///
+/// A letter's size is `size * pixels_per_point`, from 1 to 2000 pixels: what lies outside or is
+/// no number counts as the nearer end, or as 1. Malformed UTF-8 shows as U+FFFD.
+///
+/// Fonts are looked up when the first text is measured or painted, which takes milliseconds once.
+/// An object belongs to one thread at a time.
 
 #include <memory>
 #include <stdexcept>
@@ -15,26 +25,29 @@
 
 namespace discoplan {
 
-/// The machine has no font at all.
+/// The machine has no font that can be drawn.
 class DISCOPLAN_EXPORT FontError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
+/// Each operation raises `FontError` on a machine without fonts.
 class DISCOPLAN_EXPORT FreeTypeText final : public TextPainter {
  public:
   FreeTypeText();
   ~FreeTypeText() override;
 
-  /// Each raises `FontError` on a machine without fonts.
+  /// Sum of the advances, not rounded; 0 for an empty text.
   double Width(const Font& font, double pixels_per_point, std::string_view text) const override;
+  /// Whole pixels, from the tallest letter's top to the lowest one's bottom.
   double Height(const Font& font, double pixels_per_point) const override;
+  /// Paints nothing for a placement that is no number or over a million pixels away.
   void Paint(Canvas& canvas, const Font& font, const TextPlacement& placement,
              std::string_view text) const override;
 
  private:
-  class Library;
-  std::unique_ptr<Library> library_;
+  class Typesetter;
+  std::unique_ptr<Typesetter> typesetter_;
 };
 
 }  // namespace discoplan

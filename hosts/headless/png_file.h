@@ -1,25 +1,48 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+/// Pictures as PNG files: with a palette where at most 256 colours occur, else in RGB; never with
+/// alpha, since a canvas is opaque.
+///
+///     WritePng("map.png", canvas.Pixels(), canvas.Width(), canvas.Height());
+
+#include <cstdint>
 #include <filesystem>
 #include <span>
 #include <stdexcept>
+#include <vector>
 
 #include "discoplan/export.h"
 #include "discoplan/raster/canvas.h"
 
 namespace discoplan {
 
-/// A file that can't be written; what() names the file, the reason and what to do.
+/// A file that can't be written; what() names the file, the reason and what to do, in one line.
 class DISCOPLAN_EXPORT FileError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// Writes `width` x `height` pixels, rows from the top, as a PNG file: with a palette where at most
-/// 256 colours occur, else in RGB. The file appears whole or not at all, and one that was there
-/// before stays if this fails. Raises `FileError`, also for an empty picture.
-DISCOPLAN_EXPORT void WritePng(const std::filesystem::path& file, std::span<const Pixel> pixels,
-                               int width, int height);
+/// Rows from top to bottom, `width` pixels each.
+struct PngPicture {
+  std::span<const Pixel> pixels;
+  int width = 0;
+  int height = 0;
+  int pixels_per_metre = 0;  ///< The file tells its resolution if this is positive.
+};
+
+/// The bytes of the file. Raises `std::runtime_error` for a picture without pixels, or with other
+/// than `width` * `height` of them.
+DISCOPLAN_EXPORT std::vector<std::uint8_t> EncodePng(const PngPicture& picture);
+
+/// The file appears whole or not at all, and one that was there before stays if this fails. What
+/// is neither a file nor a folder, such as a pipe, is written to as it is. Raises `FileError`, also
+/// for a picture that `EncodePng` refuses.
+DISCOPLAN_EXPORT void WritePng(const std::filesystem::path& path, const PngPicture& picture);
+
+inline void WritePng(const std::filesystem::path& path, std::span<const Pixel> pixels, int width,
+                     int height) {
+  WritePng(path, {.pixels = pixels, .width = width, .height = height});
+}
 
 }  // namespace discoplan

@@ -1,0 +1,459 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/headless/freetype_text.h"
+
+#include <fontconfig/fontconfig.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "discoplan/raster/canvas.h"
+
+namespace discoplan {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr Pixel kPaper = 0xFFFFFFFF;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kPixelsPerPoint = 96.0 / 72;
+
+std::vector<Pixel> Copy(const Canvas& canvas) {
+  return {canvas.Pixels().begin(), canvas.Pixels().end()};
+}
+
+Pixel At(const Canvas& canvas, int x, int y) {
+  return canvas.Pixels()[static_cast<std::size_t>(y * canvas.Width() + x)];
+}
+
+/// Both corners belong to it.
+std::optional<PixelBox> Ink(const Canvas& canvas) {
+  std::optional<PixelBox> ink;
+  for (int y = 0; y < canvas.Height(); ++y) {
+    for (int x = 0; x < canvas.Width(); ++x) {
+      if (At(canvas, x, y) == kPaper) continue;
+      if (!ink) ink = PixelBox{x, y, x, y};
+      ink = PixelBox{std::min(ink->left, x), ink->top, std::max(ink->right, x), y};
+    }
+  }
+  return ink;
+}
+
+/// Sum of 255 - green: that of black ink.
+double Weight(const Canvas& canvas) {
+  double weight = 0;
+  for (const Pixel pixel : canvas.Pixels()) weight += 255 - (pixel >> 8 & 0xFF);
+  return weight;
+}
+
+Canvas Painted(const Font& font, std::string_view text, const TextPlacement& placement = {5, 5}) {
+  Canvas canvas(200, 60, kPaper);
+  FreeTypeText().Paint(canvas, font, placement, text);
+  return canvas;
+}
+
+/// Makes other fonts the machine's for texts that begin in its lifetime.
+class MachineFonts {
+ public:
+  explicit MachineFonts(const std::vector<std::string>& files) {
+    std::string name = (fs::temp_directory_path() / "machine_fonts_XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    folder_ = name;
+    fs::create_directory(folder_ / "fonts");
+    // fontconfig takes the first of two that serve equally well.
+    for (std::size_t i = 0; i < files.size(); ++i) {
+      fs::copy_file(files[i], folder_ / "fonts" / (std::to_string(i) + ".ttf"));
+    }
+    std::ofstream(folder_ / "fonts.conf") << "<fontconfig><dir>" << name << "/fonts</dir><cachedir>"
+                                          << name << "/cache</cachedir></fontconfig>";
+    if (const char* before = std::getenv(kVariable)) before_ = before;
+    setenv(kVariable, (name + "/fonts.conf").c_str(), 1);
+  }
+  ~MachineFonts() {
+    before_ ? setenv(kVariable, before_->c_str(), 1) : unsetenv(kVariable);
+    fs::remove_all(folder_);
+  }
+  MachineFonts(const MachineFonts&) = delete;
+  MachineFonts& operator=(const MachineFonts&) = delete;
+
+ private:
+  static constexpr const char* kVariable = "FONTCONFIG_FILE";
+
+  fs::path folder_;
+  std::optional<std::string> before_;
+};
+
+/// The file of a family's plain style, or nothing where the machine lacks the family.
+std::string FileOf(const char* family) {
+  FcConfig* config = FcInitLoadConfigAndFonts();
+  FcPattern* wanted = FcPatternBuild(
+      nullptr, FC_FAMILY, FcTypeString, family, FC_WEIGHT, FcTypeInteger, FC_WEIGHT_REGULAR,
+      FC_SLANT, FcTypeInteger, FC_SLANT_ROMAN, FC_WIDTH, FcTypeInteger, FC_WIDTH_NORMAL, nullptr);
+  FcObjectSet* objects = FcObjectSetBuild(FC_FILE, nullptr);
+  FcFontSet* found = FcFontList(config, wanted, objects);
+  FcChar8* path = nullptr;
+  std::string file;
+  if (found->nfont > 0 && FcPatternGetString(found->fonts[0], FC_FILE, 0, &path) == FcResultMatch) {
+    file = reinterpret_cast<const char*>(path);
+  }
+  FcFontSetDestroy(found);
+  FcObjectSetDestroy(objects);
+  FcPatternDestroy(wanted);
+  FcConfigDestroy(config);
+  return file;
+}
+
+TEST(FreeTypeText, InkLiesWithinTheMeasuredBox) {
+  const FreeTypeText text;
+  for (const char* shown :
+       {"0123456789", "7530.693 - 7531.234", "-1.25", "BCDEFGHIJKLMNOPQRSTUZ"}) {
+    for (const double pixels_per_point : {kPixelsPerPoint, 2.0, 4.0}) {
+      for (const double x : {40.0, 40.25, 40.5, 40.9}) {
+        for (const bool bold : {false, true}) {
+          SCOPED_TRACE(std::string(shown) + " at " + std::to_string(x) + ", " +
+                       std::to_string(pixels_per_point));
+          const Font font{.bold = bold};
+          Canvas canvas(900, 120, kPaper);
+          text.Paint(canvas, font, {x, 30, pixels_per_point}, shown);
+          const auto ink = Ink(canvas);
+          ASSERT_TRUE(ink);
+          EXPECT_GE(ink->left, std::floor(x));
+          EXPECT_LE(ink->right + 1, std::ceil(x + text.Width(font, pixels_per_point, shown)));
+          EXPECT_GE(ink->top, 30);
+          EXPECT_LE(ink->bottom + 1, 30 + text.Height(font, pixels_per_point));
+        }
+      }
+    }
+  }
+}
+
+TEST(FreeTypeText, WidthIsTheSumOfAdvancesInProportionToSize) {
+  if (FileOf("Liberation Sans").empty()) GTEST_SKIP() << "needs Liberation Sans";
+  const FreeTypeText text;
+  // A figure is 1139 of 2048 units wide, a blank and a point 569, a minus 682.
+  const struct {
+    const char* text;
+    double units;
+  } kCases[] = {
+      {"", 0}, {"5", 1139}, {"11", 2278}, {"0.25", 3 * 1139 + 569}, {"- 7", 682 + 569 + 1139}};
+  for (const auto& row : kCases) {
+    EXPECT_NEAR(text.Width({.size = 8}, 2, row.text), row.units * 16 / 2048, 1e-9) << row.text;
+    EXPECT_NEAR(text.Width({.size = 8.5F}, 4, row.text), row.units * 34 / 2048, 1e-9) << row.text;
+  }
+  // 0.905 and 0.212 of 16 pixels upward and downward: 14.48 and 3.39, each rounded up.
+  EXPECT_EQ(text.Height({.size = 8}, 2), 15 + 4);
+}
+
+TEST(FreeTypeText, LettersAreKernedAndFiguresAreNot) {
+  const FreeTypeText text;
+  const auto width = [&](const char* shown) { return text.Width({}, 4, shown); };
+  EXPECT_LT(width("AV"), width("A") + width("V") - 0.5);
+  EXPECT_NEAR(width("1111"), 4 * width("0"), 1e-9);
+}
+
+TEST(FreeTypeText, PaintsNothingOutsideTheCanvas) {
+  // The canvas's pixels lie in one array, so that what leaves it sideways comes back a row off.
+  const FreeTypeText text;
+  const Font font{.size = 20, .underline = true};
+  const std::string shown = "8888888888";
+  Canvas whole(300, 120, kPaper);
+  text.Paint(whole, font, {.x = 60, .y = 40}, shown);
+  for (const PixelBox window :
+       {PixelBox{0, 0, 300, 120}, PixelBox{70, 45, 110, 60}, PixelBox{100, 0, 101, 120},
+        PixelBox{0, 50, 300, 51}, PixelBox{250, 70, 290, 110}, PixelBox{0, 0, 62, 44}}) {
+    Canvas part(window.right - window.left, window.bottom - window.top, kPaper);
+    text.Paint(part, font, {.x = 60.0 - window.left, .y = 40.0 - window.top}, shown);
+    for (int y = 0; y < part.Height(); ++y) {
+      for (int x = 0; x < part.Width(); ++x) {
+        ASSERT_EQ(At(part, x, y), At(whole, window.left + x, window.top + y)) << x << ", " << y;
+      }
+    }
+  }
+  for (const auto& [width, height] : {std::pair{0, 0}, {0, 50}, {50, 0}}) {
+    Canvas empty(width, height, kPaper);
+    text.Paint(empty, font, {.x = -20, .y = -10}, shown);
+  }
+}
+
+TEST(FreeTypeText, FullCoverageHasTheColourItself) {
+  const struct {
+    Colour colour;
+    Pixel pixel;
+  } kCases[] = {{0x000000, 0xFF000000},
+                {0x0000FF, 0xFFFF0000},
+                {0xFF0000, 0xFF0000FF},
+                {0x123456, 0xFF563412},
+                {0xFFFFFF, 0xFFFFFFFF}};
+  for (const auto& row : kCases) {
+    Canvas canvas(100, 100, 0xFF00FF00);
+    FreeTypeText().Paint(canvas, {.size = 48}, {.x = 5, .y = 5, .colour = row.colour}, "I");
+    EXPECT_TRUE(std::ranges::count(canvas.Pixels(), row.pixel) > 100) << row.colour;
+  }
+}
+
+TEST(FreeTypeText, EdgesAreSmoothBetweenPaperAndInk) {
+  // Red on white: red stays full, green and blue go down together.
+  const Canvas canvas = Painted({.size = 12}, "S8", {.x = 5, .y = 5, .colour = 0x0000FF});
+  bool smooth = false;
+  for (const Pixel pixel : canvas.Pixels()) {
+    ASSERT_EQ(pixel >> 16, 0xFFFFu);
+    ASSERT_EQ(pixel >> 8 & 0xFF, pixel & 0xFF);
+    smooth = smooth || ((pixel & 0xFF) > 0x40 && (pixel & 0xFF) < 0xC0);
+  }
+  EXPECT_TRUE(smooth);
+}
+
+TEST(FreeTypeText, SameTextHasTheSamePixels) {
+  const FreeTypeText text;
+  Canvas first(200, 60, kPaper), second(200, 60, kPaper), lower(200, 60, kPaper);
+  text.Paint(first, {}, {.x = 5.3, .y = 5}, "7530.693");
+  text.Paint(second, {}, {.x = 5.3, .y = 5}, "7530.693");
+  EXPECT_EQ(Copy(first), Copy(second));
+  EXPECT_EQ(Copy(first), Copy(Painted({}, "7530.693", {.x = 5.3, .y = 5})));
+  // Downward, a text starts at a whole pixel: 9.4 and 8.6 are row 9.
+  text.Paint(lower, {}, {.x = 5.3, .y = 8.6}, "7530.693");
+  EXPECT_EQ(Copy(lower), Copy(Painted({}, "7530.693", {.x = 5.3, .y = 9.4})));
+  EXPECT_EQ(Ink(lower)->top, Ink(first)->top + 4);
+}
+
+TEST(FreeTypeText, ManyGlyphsDontChangeThePixels) {
+  // Twice well over what is kept: 95 characters of about 200 x 250 pixels in four phases.
+  const FreeTypeText text;
+  for (int round = 0; round < 2; ++round) {
+    for (int phase = 0; phase < 4; ++phase) {
+      for (char letter = ' '; letter <= '~'; ++letter) {
+        const TextPlacement placement = {.x = phase / 4.0, .y = -150};
+        Canvas canvas(200, 60, kPaper);
+        text.Paint(canvas, {.size = 300}, placement, std::string(1, letter));
+        if (letter % 16 != 0) continue;
+        ASSERT_EQ(Copy(canvas), Copy(Painted({.size = 300}, std::string(1, letter), placement)));
+      }
+    }
+  }
+}
+
+TEST(FreeTypeText, BoldIsWiderOrHeavier) {
+  const FreeTypeText text;
+  EXPECT_GT(Weight(Painted({.bold = true}, "7530")), 1.2 * Weight(Painted({}, "7530")));
+  EXPECT_GT(text.Width({.bold = true}, 4, "Mean"), text.Width({}, 4, "Mean"));
+}
+
+TEST(FreeTypeText, BoldIsMadeWhereTheFamilyHasNone) {
+  const std::string file = FileOf("Liberation Sans");
+  if (file.empty()) GTEST_SKIP() << "needs Liberation Sans";
+  const MachineFonts fonts({file});
+  const Canvas plain = Painted({}, "HHH"), bold = Painted({.bold = true}, "HHH");
+  EXPECT_GT(Weight(bold), 1.2 * Weight(plain));
+  // To the sides only.
+  EXPECT_EQ(Ink(bold)->top, Ink(plain)->top);
+  EXPECT_EQ(Ink(bold)->bottom, Ink(plain)->bottom);
+  // Each of three letters grows by 1/24 of 24 pixels.
+  const FreeTypeText text;
+  EXPECT_NEAR(text.Width({.bold = true}, 3, "HHH"), text.Width({}, 3, "HHH") + 3, 1e-9);
+}
+
+TEST(FreeTypeText, UnderlineRunsBelowTheBaseLineFromEndToEnd) {
+  const FreeTypeText text;
+  for (const double pixels_per_point : {kPixelsPerPoint, 2.0, 4.0}) {
+    Canvas plain(400, 80, kPaper), lined(400, 80, kPaper);
+    text.Paint(plain, {}, {10, 10, pixels_per_point}, "HEHE");
+    text.Paint(lined, {.underline = true}, {10, 10, pixels_per_point}, "HEHE");
+    const int width =
+        static_cast<int>(std::lround(text.Width({.underline = true}, pixels_per_point, "HEHE")));
+    // H and E stand on the base line.
+    const int base = Ink(plain)->bottom + 1;
+    const PixelBox ink = *Ink(lined);
+    EXPECT_GT(ink.bottom, base);
+    EXPECT_LT(ink.bottom, 10 + text.Height({}, pixels_per_point));
+    for (int x = 0; x < 400; ++x) {
+      EXPECT_EQ(At(lined, x, ink.bottom), x >= 10 && x < 10 + width ? 0xFF000000 : kPaper) << x;
+    }
+    // The row below the base line stays free.
+    for (int x = 0; x < 400; ++x) EXPECT_EQ(At(lined, x, base), kPaper);
+  }
+}
+
+TEST(FreeTypeText, SymbolHasGreekForLatinLetters) {
+  const struct {
+    const char* latin;
+    const char* greek;
+  } kCases[] = {
+      {"s", "\u03C3"},
+      {"ABCDEFGHIJKLM",
+       "\u0391\u0392\u03A7\u0394\u0395\u03A6\u0393\u0397\u0399\u03D1\u039A\u039B\u039C"},
+      {"NOPQRSTUVWXYZ",
+       "\u039D\u039F\u03A0\u0398\u03A1\u03A3\u03A4\u03A5\u03C2\u03A9\u039E\u03A8\u0396"},
+      {"abcdefghijklm",
+       "\u03B1\u03B2\u03C7\u03B4\u03B5\u03C6\u03B3\u03B7\u03B9\u03D5\u03BA\u03BB\u03BC"},
+      {"nopqrstuvwxyz",
+       "\u03BD\u03BF\u03C0\u03B8\u03C1\u03C3\u03C4\u03C5\u03D6\u03C9\u03BE\u03C8\u03B6"},
+      {"1.5 = 3", "1.5 = 3"},
+  };
+  for (const auto& row : kCases) {
+    const auto symbol = Copy(Painted({.name = "Symbol", .size = 12}, row.latin));
+    EXPECT_EQ(symbol, Copy(Painted({.name = "Arial", .size = 12}, row.greek))) << row.latin;
+    EXPECT_EQ(symbol, Copy(Painted({.name = "Liberation Sans", .size = 12}, row.greek)));
+  }
+  EXPECT_NE(Copy(Painted({.name = "Symbol"}, "s")), Copy(Painted({.name = "Arial"}, "s")));
+}
+
+TEST(FreeTypeText, FamiliesStandInForEachOther) {
+  const std::string liberation = FileOf("Liberation Sans"), dejavu = FileOf("DejaVu Sans");
+  const std::string others[] = {FileOf("Liberation Mono"), FileOf("Liberation Serif"),
+                                FileOf("DejaVu Serif"), FileOf("DejaVu Sans Mono")};
+  if (liberation.empty() || dejavu.empty() || std::ranges::count(others, "") > 0)
+    GTEST_SKIP() << "needs Liberation and DejaVu";
+  const auto width = [](const char* name) {
+    return FreeTypeText().Width({.name = name}, 4, "Wafer");
+  };
+  const double of_liberation = width("Liberation Sans"), of_dejavu = width("DejaVu Sans");
+  ASSERT_NE(of_liberation, of_dejavu);
+  for (const char* name : {"Arial", "MS Sans Serif"}) {
+    EXPECT_EQ(width(name), of_liberation) << name;
+    for (const std::string& other : others) {
+      const MachineFonts fonts({other, dejavu});
+      EXPECT_EQ(width(name), of_dejavu) << name << " before " << other;
+    }
+  }
+  const MachineFonts fonts({liberation});
+  EXPECT_EQ(width("No Such Font"), of_liberation);
+  EXPECT_EQ(width(""), of_liberation);
+}
+
+TEST(FreeTypeText, OtherFontsLendTheGlyphsThatAreMissing) {
+  const std::string liberation = FileOf("Liberation Sans"), dejavu = FileOf("DejaVu Sans");
+  if (liberation.empty() || dejavu.empty()) GTEST_SKIP() << "needs Liberation and DejaVu";
+  // A frowning face is in DejaVu Sans only, a private character in none.
+  const std::string face = "\u2639", nowhere = "\U0010FFFD";
+  const auto box = Copy(Painted({}, nowhere));
+  EXPECT_NE(box, Copy(Painted({}, "")));
+  {
+    const MachineFonts fonts({liberation, dejavu});
+    EXPECT_NE(Copy(Painted({}, face)), box);
+    EXPECT_EQ(FreeTypeText().Width({}, 4, face),
+              FreeTypeText().Width({.name = "DejaVu Sans"}, 4, face));
+  }
+  const MachineFonts fonts({liberation});
+  EXPECT_EQ(Copy(Painted({}, face)), box);
+}
+
+TEST(FreeTypeText, EmptyTextHasNoWidthAndPaintsNothing) {
+  const FreeTypeText text;
+  EXPECT_EQ(text.Width({}, kPixelsPerPoint, ""), 0);
+  EXPECT_GT(text.Height({}, kPixelsPerPoint), 0);
+  EXPECT_FALSE(Ink(Painted({.underline = true}, "")));
+}
+
+TEST(FreeTypeText, MalformedUtf8ShowsAsReplacementCharacters) {
+  const std::string bad = "\uFFFD";
+  const struct {
+    std::string_view text;
+    std::string shown;
+  } kCases[] = {
+      {"\x80", bad},  // begins in the middle
+      {"\xFF", bad},  // never occurs
+      {"\xC3", bad},  // ends too early
+      {"\xE2\x82", bad},
+      {"\xF0\x9F\x98", bad},
+      {"\xC3(", bad + "("},  // broken off by another character
+      {"\xE2\x82\x41", bad + "A"},
+      {"A\xC3\xC3\xA4", "A" + bad + "\u00E4"},
+      {"\xC1\xBF", bad},  // longer than need be
+      {"\xE0\x9F\xBF", bad},
+      {"\xF0\x8F\xBF\xBF", bad},
+      {"\xED\xA0\x80", bad},  // half of a surrogate pair
+      {"\xED\xBF\xBF", bad},
+      {"\xF4\x90\x80\x80", bad},  // beyond the last character
+      {"\xC2\x80", "\u0080"},     // the smallest and the largest of each length
+      {"\xDF\xBF\xE0\xA0\x80", "\u07FF\u0800"},
+      {"\xED\x9F\xBF\xEE\x80\x80", "\uD7FF\uE000"},
+      {"\xEF\xBF\xBF\xF0\x90\x80\x80", "\uFFFF\U00010000"},
+      {"\xF4\x8F\xBF\xBF", "\U0010FFFF"},
+  };
+  for (const auto& row : kCases) {
+    EXPECT_EQ(Copy(Painted({}, row.text)), Copy(Painted({}, row.shown)))
+        << ::testing::PrintToString(row.text);
+  }
+  EXPECT_NE(Copy(Painted({}, bad)), Copy(Painted({}, "")));
+}
+
+TEST(FreeTypeText, SizesStayBetweenOneAndTwoThousandPixels) {
+  const FreeTypeText text;
+  const double least = text.Width({.size = 1}, 1, "50"), most = text.Width({.size = 2000}, 1, "50");
+  const struct {
+    float size;
+    double pixels_per_point;
+    double width;
+  } kCases[] = {
+      {0.5F, 1, least},
+      {1, 1, least},
+      {0, 4, least},
+      {-8, 4, least},
+      {8, -1, least},
+      {8, 0, least},
+      {8, kNan, least},
+      {0, kInfinity, least},
+      {2000, 1, most},
+      {2000, 1.1, most},
+      {1e30F, 1, most},
+      {8, kInfinity, most},
+      {8, 1e300, most},
+      {8, -kInfinity, least},
+      {std::numeric_limits<float>::quiet_NaN(), 1, least},
+      {std::numeric_limits<float>::infinity(), 1, most},
+  };
+  for (const auto& row : kCases) {
+    EXPECT_EQ(text.Width({.size = row.size}, row.pixels_per_point, "50"), row.width)
+        << row.size << " * " << row.pixels_per_point;
+    Canvas canvas(50, 50, kPaper);
+    text.Paint(canvas, {.size = row.size, .bold = true, .underline = true},
+               {5, 5, row.pixels_per_point}, "50");
+  }
+  EXPECT_GT(text.Width({.size = 1.5F}, 1, "50"), least);
+  EXPECT_LT(text.Width({.size = 1999}, 1, "50"), most);
+}
+
+TEST(FreeTypeText, PlacementsFarAwayPaintNothing) {
+  const FreeTypeText text;
+  for (const double far : {1e30, -1e30, 1.1e6, -1.1e6, kInfinity, -kInfinity, kNan}) {
+    for (const TextPlacement& placement :
+         {TextPlacement{.x = far, .y = 5}, {.x = 5, .y = far}, {.x = far, .y = far}}) {
+      EXPECT_FALSE(Ink(Painted({.underline = true}, "50", placement))) << far;
+    }
+  }
+  // A text that begins just within reach ends where pixels no longer have 32-bit numbers.
+  Canvas canvas(50, 50, kPaper);
+  text.Paint(canvas, {.size = 2000, .underline = true}, {.x = 999'000, .y = 5},
+             std::string(600'000, '8'));
+  EXPECT_FALSE(Ink(canvas));
+  EXPECT_TRUE(Ink(Painted({}, std::string(3000, '8'), {.x = -2000, .y = 5})));
+}
+
+TEST(FreeTypeText, MachineWithoutFontsIsAnErrorThatSaysWhatToInstall) {
+  const MachineFonts none({});
+  const FreeTypeText text;
+  Canvas canvas(50, 50, kPaper);
+  EXPECT_THROW(text.Height({}, 1), FontError);
+  EXPECT_THROW(text.Paint(canvas, {}, {}, "50"), FontError);
+  try {
+    text.Width({}, 1, "50");
+    FAIL() << "no error";
+  } catch (const FontError& error) {
+    EXPECT_STREQ(error.what(),
+                 "no scalable font was found; install one, such as the package fonts-liberation");
+  }
+}
+
+}  // namespace
+}  // namespace discoplan
