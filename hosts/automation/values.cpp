@@ -37,7 +37,10 @@ FloatArray ToArray(const json& list, std::int32_t lower) {
 }
 
 Variant FromObject(const json& value, const ObjectNames& names) {
-  if (const auto ref = value.find("ref"); ref != value.end()) return Variant(names.object(*ref));
+  if (const auto ref = value.find("ref"); ref != value.end()) {
+    if (!names.object) throw RequestError("An object has no place here.");
+    return Variant(names.object(*ref));
+  }
   const auto values = value.find("values");
   const auto lower = value.find("lower");
   if (values == value.end() || !values->is_array() || lower == value.end() ||
@@ -45,8 +48,9 @@ Variant FromObject(const json& value, const ObjectNames& names) {
     throw RequestError(
         "A value in braces is {\"ref\": ID} or {\"lower\": L, \"values\": [...]} with whole L.");
   }
-  const auto bound = lower->get<std::int64_t>();
-  if (bound != static_cast<std::int32_t>(bound)) {
+  const auto bound = lower->get<double>();  // whole numbers of 64 bits have a sign or none
+  if (bound < std::numeric_limits<std::int32_t>::min() ||
+      bound > std::numeric_limits<std::int32_t>::max()) {
     throw RequestError("The lower bound of an array needs more than 32 bits.");
   }
   return Variant(ToArray(*values, static_cast<std::int32_t>(bound)));

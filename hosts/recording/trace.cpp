@@ -14,17 +14,18 @@ template <class Real>
 json Shortest(Real value) {
   if (std::isnan(value)) return "NaN";
   if (std::isinf(value)) return value < 0 ? "-Infinity" : "Infinity";
-  constexpr double kExactIntegers = 9007199254740992.0;
-  const double wide = value;
-  if (wide == std::trunc(wide) && std::abs(wide) < kExactIntegers &&
-      !(wide == 0 && std::signbit(wide))) {
-    return static_cast<std::int64_t>(wide);
-  }
   // A short decimal reads back as the 64-bit float that is written with the same digits.
   std::array<char, 64> text;
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+  const auto end =
+      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::scientific)
+          .ptr;
   double shortest = 0;
   std::from_chars(text.data(), end, shortest);
+  constexpr double kExactIntegers = 9007199254740992.0;
+  const bool negative_zero = shortest == 0 && std::signbit(shortest);
+  if (shortest == std::trunc(shortest) && std::abs(shortest) < kExactIntegers && !negative_zero) {
+    return static_cast<std::int64_t>(shortest);
+  }
   return shortest;
 }
 
