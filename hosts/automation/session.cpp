@@ -42,6 +42,19 @@ std::string Key(const json& id) {
   return id.dump();
 }
 
+/// A picture of a resolution that is not the screen's.
+struct OwnPicture {
+  OwnPicture(const RecordingHost& host, const Screen& own, float width, float height)
+      : resolution(own),
+        picture(
+            Picture::Setting{
+                .screen = host.screen(), .resolution = resolution, .text = host.text()},
+            width, height) {}
+
+  const Screen resolution;
+  Recording<Picture> picture;
+};
+
 MouseEvent ToMouseEvent(const std::string& name) {
   constexpr std::array<std::string_view, 5> kNames = {"Click", "DblClick", "MouseDown", "MouseMove",
                                                       "MouseUp"};
@@ -86,6 +99,8 @@ std::string AutomationSession::Answer(std::string_view line) {
   } catch (const RunTimeError& error) {
     fail(std::string(error.what()) + " (run-time error " +
          std::to_string(static_cast<int>(error.fault())) + ").");
+  } catch (const FileError& error) {
+    fail(std::string(error.what()) + ".");
   } catch (const std::bad_alloc&) {
     fail("The request needs more memory than there is.");
   } catch (const std::exception& error) {
@@ -191,14 +206,13 @@ ObjectRef AutomationSession::NewSurface(const json& request, bool printer) {
   if (printer) {
     return std::make_shared<Recording<Paper>>(host_.screen(), resolution, width, height);
   }
-  return std::make_shared<Recording<Picture>>(
-      Picture::Setting{.screen = host_.screen(), .resolution = resolution, .text = host_.text()},
-      width, height);
+  const auto own = std::make_shared<OwnPicture>(host_, resolution, width, height);
+  return ObjectRef(own, &own->picture);
 }
 
 void AutomationSession::Drop(const json& request, json&) {
   const json& id = Field(request, "id");
-  names_.object(id);
+  ids_.erase(names_.object(id).get());
   entries_.erase(Key(id));
 }
 
@@ -232,11 +246,16 @@ void AutomationSession::Call(const json& request, json& reply) {
   for (std::size_t i = 0; i < args.size(); ++i) {
     values.push_back(ToVariant(args[i], member.parameters[i], names_));
   }
-  const std::vector<Variant> before = values;
+  const auto in_json = [&] {
+    json list = json::array();
+    for (const Variant& value : values) list.push_back(ToJson(value, names_));
+    return list;
+  };
+  // Compared as they are written: no number equals itself, and what is empty stays null.
+  const json before = in_json();
   const Variant result = member.call(object, values);
   if (member.type != "none") reply["value"] = ToJson(result, names_);
-  if (values == before) return;
-  for (const Variant& value : values) reply["args"].push_back(ToJson(value, names_));
+  if (json after = in_json(); after != before) reply["args"] = std::move(after);
 }
 
 void AutomationSession::Size(const json& request, json&) {
