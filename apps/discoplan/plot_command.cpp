@@ -40,8 +40,9 @@ struct Kind {
 
 constexpr TwipsBox kMapLeast{0, 0, 4500, 3180};
 constexpr std::array kKinds = {
-    Kind{"2D", "Plot2D", kMapLeast, true},
-    Kind{"2DS", "Plot2DS", kMapLeast, true},
+    Kind{"2D", "Plot2D", kMapLeast, true},   Kind{"2DS", "Plot2DS", kMapLeast, true},
+    Kind{"2DC", "Plot2DC", kMapLeast, true}, Kind{"2DN", "Plot2DN", kMapLeast, true},
+    Kind{"3D", "Plot3D", kMapLeast, true},   Kind{"3DS", "Plot3DS", kMapLeast, true},
 };
 
 std::string KindNames() {

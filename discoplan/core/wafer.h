@@ -20,6 +20,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -31,6 +32,7 @@ namespace discoplan {
 
 class Label;
 class Surface;
+struct Message;
 
 struct Site {
   float x = 0;
@@ -48,6 +50,26 @@ struct PlotArea {
   float width = 0;
   float height = 0;
   std::int16_t mode = 0;
+
+  bool IsPartOfPage() const { return mode == 1; }
+};
+
+struct ContourSettings {
+  std::int16_t radius = 0;         ///< Of the wafer's outline, in surface units.
+  float interval = 1;              ///< Distance of the levels, in percent of the mean.
+  std::int16_t mark_sites = 1;     ///< 1 marks the sites, 2 the points of the mesh, 3 nothing.
+  std::int16_t resolution = 0;     ///< 0 for 121 points, 1 for 441, 2 by the number of sites.
+  std::int16_t plot_colored = -1;  ///< -1 colours the curves, 0 leaves them black.
+};
+
+/// How a surface over the wafer is seen. Angles in degrees.
+struct SurfaceView {
+  float x_resolution = 5;       ///< Cell side along the grid's first axis, in mm.
+  float y_resolution = 5;       ///< Cell side along its second axis, in mm.
+  float plot_scale = 40;        ///< Height of the largest value, in mm of the wafer.
+  float grid_rotation = 40;     ///< Of the grid lines on the surface.
+  float wafer_rotation = 40;    ///< Of the wafer, whatever the grid's rotation.
+  float grid_inclination = 35;  ///< 90 is seen from straight above, 0 from the side.
 };
 
 /// Where the scale of a wafer of one constant value begins: strictly below the value.
@@ -159,6 +181,20 @@ class DISCOPLAN_EXPORT wafer {
   /// three colours of the band of `sigma_range` standard deviations around the mean.
   void D2Plot(Surface& surface, double resolution, std::int16_t kind, float sigma_range,
               bool show_sites, const PlotArea& area);
+  /// Each value written at its site, in the interval colour of its class, within the outline of
+  /// the test area. A value that equals `ScaleFloor` is written in white.
+  void D2Number(Surface& surface, const PlotArea& area);
+  /// Contour curves through the mean and at equal distances above and below it. Levels too close
+  /// to each other leave the outline alone, and `show` gets the box that says so. Unlike the other
+  /// plots this one ends at its first failing step, with `RunTimeError`.
+  void D2Contour(Surface& surface, const ContourSettings& settings, const PlotArea& area,
+                 const std::function<void(const Message&)>& show);
+  /// Surface over the wafer, on a plate that carries it. Kind 1 fills the faces with the interval
+  /// colours, 2 not at all and 3 with white; 4 takes the three colours of the band of `sigma_range`
+  /// standard deviations around the mean. Seen from straight above the plate is grey, unless
+  /// `printed`.
+  void D3Plot(Surface& surface, const SurfaceView& view, std::int16_t plot_kind, float sigma_range,
+              bool printed, const PlotArea& area);
   /// Small outline of the wafer with its notch or flat. Angles in degrees: `rotation` 0 is at the
   /// bottom and grows to the right, `inclination` 90 is seen from straight above. The label may be
   /// missing.

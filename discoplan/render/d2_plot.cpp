@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <array>
-#include <vector>
 
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
+#include "discoplan/render/cell_walk.h"
 #include "discoplan/render/plot_frame.h"
 #include "discoplan/render/site_marks.h"
 #include "discoplan/render/surface.h"
+#include "discoplan/render/test_area.h"
 #include "discoplan/render/value_scale.h"
 
 namespace discoplan {
@@ -16,8 +17,6 @@ namespace {
 constexpr std::int16_t kIntervalColours = 5;
 constexpr std::int16_t kFewestCells = 4;
 constexpr std::int16_t kMostCells = 100;
-/// A cell whose colour is this number stays unpainted.
-constexpr float kUnpainted = 15;
 
 /// 2n x 2n square cells around the wafer's centre, `cell` mm wide.
 struct Lattice {
@@ -55,33 +54,23 @@ class MapPainter {
         scale_(scale),
         style_(style),
         values_(ValueScale::Of(source)),
-        test_radius_square_(source.TestDiameter / 2.0 * (source.TestDiameter / 2.0)),
-        row_(static_cast<std::size_t>(2 * lattice.n + 1)) {}
+        area_(source, frame) {}
 
   void Paint() {
     const double floor = source_.ScaleFloor;
     step_ = values_.ClassStep(scale_, floor);
-    frame_([&] {
-      flat_y_ = ToFloat(-(static_cast<double>(source_.FlatRatio) - 0.5) * source_.WaferDiameter);
-    });
     sigma_low_ = HeightOf(source_.mean - style_.sigma_range * source_.StdDev);
     sigma_high_ = HeightOf(source_.mean + style_.sigma_range * source_.StdDev);
     PaintDisc();
-    FillTopLine();
-    for (int j = 0; j < 2 * lattice_.n; ++j) PaintRow(j);
+    WalkCells(
+        2 * lattice_.n, 2 * lattice_.n,
+        [&](float& height, int i, int j) { Evaluate(height, i, j); },
+        [&](const LatticeCell& cell) { PaintCell(cell); }, [&] { frame_.Refresh(); });
     frame_.Refresh();
   }
 
  private:
-  struct Cell {
-    std::array<float, 4> heights;  // A, B, C, D
-    int i;
-    int j;
-  };
-
-  double HeightOf(double value) const {
-    return (value - source_.ScaleFloor) * scale_ / (values_.high - source_.ScaleFloor);
-  }
+  double HeightOf(double value) const { return values_.Height(value, scale_, source_.ScaleFloor); }
 
   float InterpolatedHeight(double x, double y) const {
     return ToFloat(HeightOf(source_.Interpolation(ToFloat(x), ToFloat(y))));
@@ -96,52 +85,21 @@ class MapPainter {
     });
   }
 
-  /// Off the wafer the height is exactly zero, which stands for no data.
-  template <class Inside>
-  void Evaluate(float& height, int i, int j, Inside&& inside) {
+  /// Off the wafer the height is exactly zero, which stands for no data. The top line leaves out
+  /// the test circle itself; all lines below take it in.
+  void Evaluate(float& height, int i, int j) {
     const double x = lattice_.At(i);
     const double y = lattice_.At(j);
-    frame_(
-        [&] { height = inside(x * x + y * y) && y > flat_y_ ? InterpolatedHeight(x, y) : 0.0F; });
-  }
-
-  /// The top line leaves out the test circle itself; all lines below take it in.
-  void FillTopLine() {
-    for (int i = 0; i <= 2 * lattice_.n; ++i) {
-      Evaluate(row_[static_cast<std::size_t>(i)], i, 0,
-               [&](double square) { return square < test_radius_square_; });
-    }
-  }
-
-  void PaintRow(int j) {
-    const auto on_wafer = [&](double square) { return square <= test_radius_square_; };
-    const int last = 2 * lattice_.n - 1;
-    float c = 0;
-    float d = 0;
-    for (int i = 0; i <= last; ++i) {
-      float& above = row_[static_cast<std::size_t>(i)];
-      float& above_next = row_[static_cast<std::size_t>(i) + 1];
-      if (i == 0) {
-        Evaluate(c, i, j + 1, on_wafer);
-      } else {
-        c = d;
-      }
-      Evaluate(d, i + 1, j + 1, on_wafer);
-      const Cell cell{.heights = {above, above_next, c, d}, .i = i, .j = j};
-      above = c;
-      if (i == last) above_next = d;
-      PaintCell(cell);
-    }
-    frame_.Refresh();
-  }
-
-  void PaintCell(Cell cell) {
-    const auto off_wafer = std::ranges::count(cell.heights, 0.0F);
-    if (off_wafer == 1 || off_wafer == 2) Repair(cell);
     frame_([&] {
-      const auto& z = cell.heights;
-      height_ = ToFloat((static_cast<double>(z[0]) + z[1] + z[2] + z[3]) / 4);
+      const bool inside = j == 0 ? area_.Contains(x, y) : area_.ContainsOrTouches(x, y);
+      height = inside ? InterpolatedHeight(x, y) : 0.0F;
     });
+  }
+
+  void PaintCell(LatticeCell cell) {
+    const auto off_wafer = cell.CornersOff();
+    if (off_wafer == 1 || off_wafer == 2) Repair(cell);
+    frame_([&] { height_ = ToFloat(cell.MeanHeight()); });
     PlaceCorners(cell);
     frame_([&] { surface_.DrawStyle(5); });
     if (height_ == 0 || off_wafer > 2) return;
@@ -153,39 +111,31 @@ class MapPainter {
   }
 
   /// Extends a cell at the edge past the circle instead of pulling its mean down.
-  void Repair(Cell& cell) {
-    for (std::size_t corner = 0; corner < 4; ++corner) {
-      if (cell.heights[corner] != 0) continue;
-      frame_([&] {
-        cell.heights[corner] =
-            InterpolatedHeight(lattice_.At(cell.i + static_cast<int>(corner % 2)),
-                               lattice_.At(cell.j + static_cast<int>(corner / 2)));
-      });
+  void Repair(LatticeCell& cell) {
+    for (const LatticeCell::Corner& corner : cell.Outline()) {
+      float& height = cell.heights[corner.height];
+      if (height != 0) continue;
+      frame_([&] { height = InterpolatedHeight(lattice_.At(corner.i), lattice_.At(corner.j)); });
     }
   }
 
-  void PlaceCorners(const Cell& cell) {
-    constexpr std::array<PixelPoint, 4> kAround = {{{0, 0}, {1, 0}, {1, 1}, {0, 1}}};
-    for (std::size_t k = 0; k < kAround.size(); ++k) {
-      frame_([&] {
-        corners_[k].x = ToInt32(frame_.CentreX() + scale_ * lattice_.At(cell.i + kAround[k].x));
-      });
-      frame_([&] {
-        corners_[k].y = ToInt32(frame_.CentreY() - scale_ * lattice_.At(cell.j + kAround[k].y));
-      });
+  void PlaceCorners(const LatticeCell& cell) {
+    PixelPoint* pixel = corners_.data();
+    for (const LatticeCell::Corner& corner : cell.Outline()) {
+      frame_([&] { pixel->x = ToInt32(frame_.CentreX() + scale_ * lattice_.At(corner.i)); });
+      frame_([&] { pixel->y = ToInt32(frame_.CentreY() - scale_ * lattice_.At(corner.j)); });
+      ++pixel;
     }
   }
 
   void ChooseColour() {
     if (style_.kind == kIntervalColours) {
-      if (const auto k = IntervalClass(height_, scale_, step_)) colour_ = source_.IntervalColor[*k];
-      if (values_.IsFlat()) colour_ = source_.IntervalColor[5];
-      return;
+      ChooseIntervalColour(source_, values_.IsFlat(), IntervalClass(height_, scale_, step_),
+                           colour_);
+    } else {
+      colour_ =
+          BandColour(source_, source_.Maximum == source_.Minimum, height_, sigma_low_, sigma_high_);
     }
-    const bool varies = source_.Maximum != source_.Minimum;
-    colour_ = varies && height_ < sigma_low_    ? source_.AuxColor[2]
-              : varies && height_ > sigma_high_ ? source_.AuxColor[0]
-                                                : source_.AuxColor[1];
   }
 
   const wafer& source_;
@@ -195,12 +145,10 @@ class MapPainter {
   const double scale_;  // pixels per mm, and the height of the scale's upper end
   const Style style_;
   const ValueScale values_;
-  const double test_radius_square_;
+  const TestArea area_;
   double step_ = 0;
   double sigma_low_ = 0;
   double sigma_high_ = 0;
-  float flat_y_ = 0;
-  std::vector<float> row_;  // heights along the lattice line above
   // A failing step leaves these as the last cell had them.
   std::array<PixelPoint, 4> corners_{};
   float height_ = 0;

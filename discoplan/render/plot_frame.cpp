@@ -4,7 +4,6 @@
 namespace discoplan {
 namespace {
 
-constexpr std::int16_t kPartOfPage = 1;
 constexpr double kFallBackTwipsPerPixel = 4.8;
 
 }  // namespace
@@ -13,7 +12,7 @@ PlotFrame::PlotFrame(Surface& surface, const PlotArea& area, Rounding rounding)
     : surface_(surface), area_(area), rounding_(rounding) {}
 
 void PlotFrame::Open() {
-  if (area_.mode == kPartOfPage) return;
+  if (area_.IsPartOfPage()) return;
   (*this)([&] { surface_.Cls(); });
   Refresh();
 }
@@ -33,7 +32,7 @@ void PlotFrame::MeasureRectangle() {
   const auto down = [&](float twips) {
     return Divide(twips, printer ? surface_.TwipsPerPixelY() : surface_.ScreenTwipsPerPixelY());
   };
-  if (printer || area_.mode == kPartOfPage) {
+  if (printer || area_.IsPartOfPage()) {
     (*this)([&] { left = Side(across(area_.left), all); });
     (*this)([&] { width = Side(across(area_.width), all); });
     (*this)([&] { top = Side(down(area_.top), all); });

@@ -47,6 +47,13 @@ class PlotFrame {
     (*this)([&] { RefreshPicture(surface_); });
   }
 
+  /// Moves `point` to where a place in mm from the wafer's centre lies, the centre in the middle of
+  /// the rectangle. `scale` is in pixels per mm.
+  void Place(SurfacePoint& point, double scale, double x, double y) {
+    (*this)([&] { point.x = ToFloat(CentreX() + scale * x); });
+    (*this)([&] { point.y = ToFloat(CentreY() - scale * y); });
+  }
+
   double CentreX() const { return left + width / 2.0; }
   double CentreY() const { return top + height / 2.0; }
 

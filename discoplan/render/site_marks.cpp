@@ -27,19 +27,14 @@ void DrawSiteMarks(const wafer& source, Surface& surface, PlotFrame& frame, doub
   MarkSize size = surface.IsPrinter() ? MarkSize{0, 0, 0} : MarkSize{};
   float mean = 0;
   frame([&] { mean = ToFloat(source.mean); });
-  float x = 0;
-  float y = 0;
+  SurfacePoint centre;
   const auto bar = [&](double half_width, double half_height, Colour colour) {
     frame([&] {
-      surface.Line({.from = SurfacePoint{ToFloat(x - half_width), ToFloat(y - half_height)},
-                    .to = {ToFloat(x + half_width), ToFloat(y + half_height)},
-                    .colour = colour,
-                    .shape = LineShape::FilledBox});
+      surface.Line(Stroke(centre, half_width, half_height, colour, LineShape::FilledBox));
     });
   };
   for (const Site& site : source.Sites()) {
-    frame([&] { x = ToFloat(frame.CentreX() + scale * site.x); });
-    frame([&] { y = ToFloat(frame.CentreY() - scale * site.y); });
+    frame.Place(centre, scale, site.x, site.y);
     if (surface.IsPrinter()) MeasureOnPrinter(surface, frame, size);
     const bool above_mean = site.z > mean;
     bar(size.arm, size.breadth, kWhite);

@@ -29,23 +29,51 @@ struct ValueScale {
     return IsFlat() ? FloorUnderConstant(low, low < 0) : low - 0.1 * (high - low);
   }
 
+  /// Height of a value where `high` stands at the height `top` and `floor` at zero.
+  double Height(double value, double top, double floor) const {
+    return (value - floor) * top / (high - floor);
+  }
+
   /// Height of one class where `high` stands at the height `top` and `floor` at zero.
   double ClassStep(double top, double floor) const {
     return top * (1 - 0.1 * (high - low) / (high - floor)) / 10;
   }
 };
 
-/// The class, from 0 for the highest to 9, of a height under `top`; nothing for what is no number.
-/// The first class is open above and the last one below.
-inline std::optional<std::size_t> IntervalClass(double height, double top, double step) {
+/// The class, from 0 for the highest to 9, of a height; nothing for what is no number. Class k lies
+/// between `end(k)` and `end(k + 1)`; the first is open above and the last one below.
+template <class End>
+std::optional<std::size_t> ClassBetween(double height, End&& end) {
   std::optional<std::size_t> found;
-  if (height >= top - step) found = 0;
+  if (height >= end(1)) found = 0;
   for (std::size_t k = 1; k < 9; ++k) {
     const double above = static_cast<double>(k);
-    if (top - (above + 1) * step <= height && height < top - above * step) found = k;
+    if (end(above + 1) <= height && height < end(above)) found = k;
   }
-  if (height < top - 9 * step) found = 9;
+  if (height < end(9)) found = 9;
   return found;
+}
+
+/// The same where the classes are `step` high and the first begins at `top`.
+inline std::optional<std::size_t> IntervalClass(double height, double top, double step) {
+  return ClassBetween(height, [&](double k) { return top - k * step; });
+}
+
+/// A cell whose colour is this number stays unpainted.
+inline constexpr float kUnpainted = 15;
+
+/// Colour of a class. A scale without extent has one colour; what has no class keeps the old one.
+inline void ChooseIntervalColour(const wafer& source, bool flat, std::optional<std::size_t> k,
+                                 float& colour) {
+  if (flat) k = 5;
+  if (k) colour = source.IntervalColor[*k];
+}
+
+/// Colour above, within and below a band of heights; without extent all is within.
+inline float BandColour(const wafer& source, bool flat, float height, double low, double high) {
+  return !flat && height < low    ? source.AuxColor[2]
+         : !flat && height > high ? source.AuxColor[0]
+                                  : source.AuxColor[1];
 }
 
 }  // namespace discoplan

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/controls/plot2dc.h"
+
+#include <algorithm>
+
+#include "discoplan/render/number_text.h"
+
+namespace discoplan {
+namespace {
+
+constexpr float kDefaultInterval = 1;
+constexpr double kMargin = 6;  // pixels that the outline leaves free, as on the other maps
+
+}  // namespace
+
+Plot2DC::Plot2DC(Platform& platform, Container* container)
+    : MapControl(platform, container, {.class_name = "Plot2DC"}, Legend::Interval) {}
+
+void Plot2DC::InitOwnProperties() {
+  Resolution(ResoEnum::LowQuality);
+  markSites(ExconEnum::Exact);
+  Interval(kDefaultInterval);
+  PlotColored(DrawColEnum::ColorPlot);
+  HideLegend(false);
+  PlotCaption("Wafer");
+}
+
+void Plot2DC::Interval(float percent) {
+  interval_ = percent <= 0 ? kDefaultInterval : percent;
+  AnnounceStale("Interval");
+}
+
+void Plot2DC::markSites(ExconEnum marked) {
+  mark_sites_ = marked;
+  AnnounceStale("MarkSites");
+}
+
+void Plot2DC::Resolution(ResoEnum resolution) {
+  resolution_ = resolution;
+  AnnounceStale("Resolution");
+}
+
+void Plot2DC::PlotColored(DrawColEnum coloured) {
+  plot_colored_ =
+      coloured == DrawColEnum::BWhitePlot ? DrawColEnum::BWhitePlot : DrawColEnum::ColorPlot;
+  AnnounceStale("PlotColored");
+}
+
+void Plot2DC::FillDefaults() {
+  if (interval_ == 0) Interval(kDefaultInterval);
+}
+
+void Plot2DC::ShowLegend() { lbldist_->caption(PlainNumber(interval_)); }
+
+void Plot2DC::DrawPlot(Surface& surface) {
+  const double side = std::min(surface.ScaleWidth(), surface.ScaleHeight());
+  wafer_.D2Contour(surface,
+                   {.radius = ToInt16((side - kMargin) / 2),
+                    .interval = interval_,
+                    .mark_sites = static_cast<std::int16_t>(mark_sites_),
+                    .resolution = static_cast<std::int16_t>(resolution_),
+                    .plot_colored = static_cast<std::int16_t>(plot_colored_)},
+                   {}, [this](const Message& message) { platform_.Show(message); });
+}
+
+const MemberTable& Plot2DC::Members() const {
+  using C = Plot2DC;
+  static constexpr std::array kSlots = {kMean, kUpper, kLower};
+  static const MemberTable table = MembersWith({
+      .properties = {{
+          Property<C, float>("Interval", &C::Interval, &C::Interval),
+          Property<C, ExconEnum>("markSites", &C::markSites, &C::markSites),
+          Property<C, ResoEnum>("Resolution", &C::Resolution, &C::Resolution),
+          Property<C, DrawColEnum>("PlotColored", &C::PlotColored, &C::PlotColored),
+      }},
+      .colours = kSlots,
+  });
+  return table;
+}
+
+}  // namespace discoplan

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/controls/plot3d.h"
+
+namespace discoplan {
+
+Plot3D::Plot3D(Platform& platform, Container* container)
+    : SurfaceControl(platform, container, {.class_name = "Plot3D"}, Legend::Intervals) {}
+
+void Plot3D::InitOwnProperties() {
+  XResolution(5);
+  YResolution(5);
+  GridRotation(40);
+  WaferRotation(40);
+  GridInclination(35);
+  PlotType(PlotTypeEnum::PolyEdge);
+  PlotScale(40);
+  HideLegend(false);
+  PlotCaption("Wafer");
+}
+
+void Plot3D::PlotType(PlotTypeEnum type) {
+  plot_type_ = type;
+  AnnounceStale("PlotType");
+}
+
+void Plot3D::FillDefaults() {
+  SurfaceControl::FillDefaults();
+  if (plot_type_ == PlotTypeEnum{}) PlotType(PlotTypeEnum::PolyEdge);
+}
+
+void Plot3D::DrawPlot(Surface& surface) {
+  wafer_.D3Plot(surface, SurfaceSettings(), static_cast<std::int16_t>(plot_type_), 0, false, {});
+}
+
+void Plot3D::Mouse(Node& node, const MouseAction& action) {
+  if (&node != &replot_ || action.event != MouseEvent::MouseDown) {
+    return SurfaceControl::Mouse(node, action);
+  }
+  replot_.visible = false;
+  plota_.visible = true;
+  SurfaceControl::Mouse(plota_, action);
+}
+
+const MemberTable& Plot3D::Members() const {
+  using C = Plot3D;
+  static const MemberTable table = MembersWith({
+      .properties = {SurfaceMembers(),
+                     ViewMembers(),
+                     {Property<C, PlotTypeEnum>("PlotType", &C::PlotType, &C::PlotType)}},
+      .colours = kIntervalSlots,
+  });
+  return table;
+}
+
+}  // namespace discoplan

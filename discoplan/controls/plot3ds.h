@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "discoplan/controls/sigma_control.h"
+#include "discoplan/controls/view_control.h"
+
+namespace discoplan {
+
+/// The surface in three colours: within, above and below a band around the mean.
+class DISCOPLAN_EXPORT Plot3DS final : public SigmaControl<SurfaceControl> {
+ public:
+  explicit Plot3DS(Platform& platform, Container* container = nullptr);
+
+  const MemberTable& Members() const override;
+
+ private:
+  void InitOwnProperties() override;
+  void DrawPlot(Surface& surface) override;
+};
+
+}  // namespace discoplan

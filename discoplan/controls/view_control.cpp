@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/controls/view_control.h"
+
+namespace discoplan {
+namespace {
+
+constexpr float kDefaultResolution = 5;
+
+std::int16_t InRange(std::int16_t value, std::int16_t last, std::int16_t otherwise) {
+  return value < 0 || value > last ? otherwise : value;
+}
+
+}  // namespace
+
+ViewControl::ViewControl(Platform& platform, Container* container, Traits traits, Legend legend)
+    : MapControl(platform, container, {.class_name = traits.class_name, .changes_grid = true},
+                 legend) {
+  plota_.forwards = kForwardsMouse;
+}
+
+void ViewControl::GridRotation(std::int16_t degrees) {
+  grid_rotation_ = InRange(degrees, 91, 40);
+  AnnounceStale("GridRotation");
+}
+
+void ViewControl::WaferRotation(std::int16_t degrees) {
+  wafer_rotation_ = InRange(degrees, 359, 40);
+  Announce("WaferRotation");
+}
+
+void ViewControl::GridInclination(std::int16_t degrees) {
+  grid_inclination_ = InRange(degrees, 91, 35);
+  AnnounceStale("GridInclination");
+}
+
+MapControl::View ViewControl::IndicatorView() const {
+  return {.rotation = static_cast<float>(wafer_rotation_),
+          .inclination = static_cast<float>(grid_inclination_)};
+}
+
+std::vector<Member> ViewControl::ViewMembers() {
+  using C = ViewControl;
+  return {
+      Property<C, std::int16_t>("WaferRotation", &C::WaferRotation, &C::WaferRotation),
+      Property<C, std::int16_t>("GridRotation", &C::GridRotation, &C::GridRotation),
+      Property<C, std::int16_t>("GridInclination", &C::GridInclination, &C::GridInclination),
+  };
+}
+
+void SurfaceControl::TakeResolution(float& field, float resolution, std::string_view property) {
+  if (resolution <= 0) resolution = kDefaultResolution;
+  if (resolution > wafer_.TestDiameter / 4.0) resolution = wafer_.TestDiameter / 4;
+  field = resolution;
+  wafer_.GridChanged = true;
+  AnnounceStale(property);
+}
+
+void SurfaceControl::XResolution(float resolution) {
+  TakeResolution(x_resolution_, resolution, "XResolution");
+}
+
+void SurfaceControl::YResolution(float resolution) {
+  TakeResolution(y_resolution_, resolution, "YResolution");
+}
+
+void SurfaceControl::PlotScale(std::int16_t scale) {
+  plot_scale_ = scale < 1 ? std::int16_t{40} : scale;
+  AnnounceStale("PlotScale");
+}
+
+void SurfaceControl::FillDefaults() {
+  if (x_resolution_ == 0) XResolution(kDefaultResolution);
+  if (y_resolution_ == 0) YResolution(kDefaultResolution);
+}
+
+SurfaceView SurfaceControl::SurfaceSettings() const {
+  return {.x_resolution = x_resolution_,
+          .y_resolution = y_resolution_,
+          .plot_scale = static_cast<float>(plot_scale_),
+          .grid_rotation = static_cast<float>(GridRotation()),
+          .wafer_rotation = static_cast<float>(WaferRotation()),
+          .grid_inclination = static_cast<float>(GridInclination())};
+}
+
+std::vector<Member> SurfaceControl::SurfaceMembers() {
+  using C = SurfaceControl;
+  return {
+      Property<C, float>("XResolution", &C::XResolution, &C::XResolution),
+      Property<C, float>("YResolution", &C::YResolution, &C::YResolution),
+      Property<C, std::int16_t>("PlotScale", &C::PlotScale, &C::PlotScale),
+  };
+}
+
+}  // namespace discoplan
