@@ -42,6 +42,19 @@ std::string Key(const json& id) {
   return id.dump();
 }
 
+/// A picture of a resolution that is not the screen's.
+struct OwnPicture {
+  OwnPicture(const RecordingHost& host, const Screen& own, float width, float height)
+      : resolution(own),
+        picture(
+            Picture::Setting{
+                .screen = host.screen(), .resolution = resolution, .text = host.text()},
+            width, height) {}
+
+  const Screen resolution;
+  Recording<Picture> picture;
+};
+
 MouseEvent ToMouseEvent(const std::string& name) {
   constexpr std::array<std::string_view, 5> kNames = {"Click", "DblClick", "MouseDown", "MouseMove",
                                                       "MouseUp"};
@@ -191,9 +204,8 @@ ObjectRef AutomationSession::NewSurface(const json& request, bool printer) {
   if (printer) {
     return std::make_shared<Recording<Paper>>(host_.screen(), resolution, width, height);
   }
-  return std::make_shared<Recording<Picture>>(
-      Picture::Setting{.screen = host_.screen(), .resolution = resolution, .text = host_.text()},
-      width, height);
+  const auto own = std::make_shared<OwnPicture>(host_, resolution, width, height);
+  return ObjectRef(own, &own->picture);
 }
 
 void AutomationSession::Drop(const json& request, json&) {
