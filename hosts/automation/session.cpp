@@ -210,7 +210,7 @@ ObjectRef AutomationSession::NewSurface(const json& request, bool printer) {
 
 void AutomationSession::Drop(const json& request, json&) {
   const json& id = Field(request, "id");
-  names_.object(id);
+  ids_.erase(names_.object(id).get());
   entries_.erase(Key(id));
 }
 
