@@ -99,6 +99,8 @@ std::string AutomationSession::Answer(std::string_view line) {
   } catch (const RunTimeError& error) {
     fail(std::string(error.what()) + " (run-time error " +
          std::to_string(static_cast<int>(error.fault())) + ").");
+  } catch (const FileError& error) {
+    fail(std::string(error.what()) + ".");
   } catch (const std::bad_alloc&) {
     fail("The request needs more memory than there is.");
   } catch (const std::exception& error) {
