@@ -246,11 +246,16 @@ void AutomationSession::Call(const json& request, json& reply) {
   for (std::size_t i = 0; i < args.size(); ++i) {
     values.push_back(ToVariant(args[i], member.parameters[i], names_));
   }
-  const std::vector<Variant> before = values;
+  const auto in_json = [&] {
+    json list = json::array();
+    for (const Variant& value : values) list.push_back(ToJson(value, names_));
+    return list;
+  };
+  // Compared as they are written: no number equals itself, and what is empty stays null.
+  const json before = in_json();
   const Variant result = member.call(object, values);
   if (member.type != "none") reply["value"] = ToJson(result, names_);
-  if (values == before) return;
-  for (const Variant& value : values) reply["args"].push_back(ToJson(value, names_));
+  if (json after = in_json(); after != before) reply["args"] = std::move(after);
 }
 
 void AutomationSession::Size(const json& request, json&) {
