@@ -1,0 +1,511 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "hosts/automation/session.h"
+
+namespace discoplan {
+namespace {
+
+using nlohmann::json;
+
+class Requests : public testing::Test {
+ protected:
+  json Ask(const std::string& line) { return json::parse(session_.Answer(line)); }
+  json AskFor(const json& request) { return Ask(request.dump()); }
+  json Get(const json& id, const char* name) {
+    return AskFor({{"op", "get"}, {"id", id}, {"name", name}});
+  }
+  json Set(const json& id, const char* name, const json& value) {
+    return AskFor({{"op", "set"}, {"id", id}, {"name", name}, {"value", value}});
+  }
+  json Call(const char* name, const std::string& args) {
+    return AskFor({{"op", "call"}, {"id", "p"}, {"name", name}, {"args", json::parse(args)}});
+  }
+  json Draw(const std::string& calls) {
+    return AskFor({{"op", "draw"}, {"id", "s"}, {"calls", json::parse(calls)}});
+  }
+  void NewPlot() { ASSERT_TRUE(AskFor({{"op", "new"}, {"class", "Plot2D"}, {"id", "p"}})["ok"]); }
+  void NewPicture(float twips = 300) {
+    ASSERT_TRUE(AskFor({{"op", "new"},
+                        {"class", "Picture"},
+                        {"id", "s"},
+                        {"width", twips},
+                        {"height", twips}})["ok"]);
+  }
+
+  AutomationSession session_;
+};
+
+const json kDone = {{"ok", true}};
+
+/// A failure is one sentence, and there is nothing else in the reply.
+void ExpectRefused(const json& reply, const std::string& request) {
+  EXPECT_EQ(reply["ok"], false) << request;
+  ASSERT_EQ(reply.size(), 2U) << request << reply;
+  const std::string error = reply["error"];
+  EXPECT_GT(error.size(), 10U) << request;
+  EXPECT_EQ(error.back(), '.') << request << " -> " << error;
+}
+
+TEST_F(Requests, RefuseWhatIsNoRequest) {
+  NewPlot();
+  NewPicture();
+  std::string deep = R"({"op":"set","id":"p","name":"PlotCaption","value":)";
+  deep += std::string(1000, '[') + std::string(1000, ']') + "}";
+  const std::string begun = R"({"op":"set","id":"p",)";
+  for (const std::string& line : {
+           std::string("{\"op\":\"get\",\"id\":\"p\",\"name\":\"\xC3\x28\"}"),
+           std::string("{\"op\":\"get\",\"id\":\"p\",\"name\":\"\xED\xA0\x80\"}"),
+           std::string("{\"op\":\"tree\",\"id\":\"p\"}x"),
+           std::string("{\"op\":\"tree\",\"id\":\"p\"} {}"),
+           std::string("{\"op\":\"tree\",\"id\":\"p\",}"),
+           std::string("{'op':'tree'}"),
+           std::string(R"({"op":"tree","id":NaN})"),
+           std::string("\0", 1),
+           std::string(" \t"),
+           std::string("\"op\""),
+           deep,
+           std::string(R"({"op":null})"),
+           std::string(R"({"op":"Get","id":"p","name":"mean"})"),
+           std::string(R"({"op":"dialog","actions":[]})"),
+           std::string(R"({"op":"new","id":"x"})"),
+           std::string(R"({"op":"new","class":"plot2d","id":"x"})"),
+           std::string(R"({"op":"new","class":["Plot2D"],"id":"x"})"),
+           std::string(R"({"op":"new","class":"Plot2D","id":1.5})"),
+           std::string(R"({"op":"new","class":"Plot2D","id":null})"),
+           std::string(R"({"op":"new","class":"Plot2D","id":true})"),
+           std::string(R"({"op":"new","class":"Picture","id":"p"})"),
+           std::string(R"({"op":"new","class":"Plot2D","id":"x","width":1e39})"),
+           std::string(R"({"op":"new","class":"Printer","id":"x","twips_per_pixel_x":null})"),
+           std::string(R"({"op":"drop"})"),
+           std::string(R"({"op":"drop","id":"P"})"),
+           std::string(R"({"op":"get","id":["p"],"name":"mean"})"),
+           std::string(R"({"op":"get","id":"p","name":null})"),
+           std::string(R"({"op":"get","id":"p","name":"nonesuch"})"),
+           begun + R"("name":"nonesuch","value":1})",
+           begun + R"("name":"Plot","value":1})",
+           begun + R"("name":"hdc","value":1})",
+           begun + R"("name":"Resolution","value":null})",
+           begun + R"("name":"Resolution","value":[5]})",
+           begun + R"("name":"Resolution","value":{}})",
+           begun + R"("name":"Resolution","value":{"ref":"s"}})",
+           begun + R"("name":"WaferStyle","value":32768})",
+           begun + R"("name":"WaferStyle","value":"NaN"})",
+           begun + R"("name":"ShowSites","value":1e10})",
+           begun + R"("name":"IntervalColor1","value":4294967296})",
+           begun + R"("name":"IntervalColor1","value":"red"})",
+           begun + R"("name":"HideLegend","value":"yes"})",
+           begun + R"("name":"PlotCaption","value":null})",
+           begun + R"("name":"PrinterObj","value":{"ref":[1]}})",
+           begun + R"("name":"PrinterObj","value":"s"})",
+           std::string(R"({"op":"call","id":"p"})"),
+           std::string(R"({"op":"call","id":"p","name":"nonesuch","args":[]})"),
+           std::string(R"({"op":"call","id":"p","name":"Plot","args":[1]})"),
+           std::string(R"({"op":"call","id":"p","name":"Plot","args":null})"),
+           std::string(R"({"op":"call","id":"p","name":"SetPlotLimit"})"),
+           std::string(R"({"op":"call","id":"p","name":"SetPlotLimit","args":["a","b"]})"),
+           std::string(R"({"op":"call","id":"p","name":"SetDataFile","args":[5,5]})"),
+           std::string(R"({"op":"call","id":"p","name":"Interpolation","args":["a",1]})"),
+           std::string(R"({"op":"size","id":"s","width":500,"height":500})"),
+           std::string(R"({"op":"size","id":"p","width":true,"height":500})"),
+           std::string(R"({"op":"tree","id":"s"})"),
+           std::string(R"({"op":"tree"})"),
+           std::string(R"({"op":"focus","id":"s"})"),
+           std::string(R"({"op":"show","id":"s"})"),
+           std::string(R"({"op":"members","id":"q"})"),
+           std::string(R"({"op":"trace","id":"p","surface":"RePlot"})"),
+           std::string(R"({"op":"trace","id":"p","surface":5})"),
+           std::string(R"({"op":"trace","id":"s","surface":"PLOTA"})"),
+           std::string(R"({"op":"save","id":"s"})"),
+           std::string(R"({"op":"save","id":"s","file":7})"),
+           std::string(R"({"op":"save","id":"s","file":""})"),
+           std::string(R"({"op":"draw","id":"s"})"),
+           std::string(R"({"op":"mouse","id":"p"})"),
+           std::string(R"({"op":"mouse","id":"p","event":"Click","button":1e6})"),
+           std::string(R"({"op":"mouse","id":"p","event":"click"})"),
+           std::string(R"({"op":"input","id":"p"})"),
+           std::string(R"({"op":"input","id":"p","action":["click"]})"),
+           std::string(R"({"op":"input","id":"p","action":["jump","Command1"]})"),
+           std::string(R"({"op":"screen"})"),
+           std::string(R"({"op":"screen","twips_per_pixel_x":15,"twips_per_pixel_y":"NaN"})"),
+       }) {
+    ExpectRefused(Ask(line), line.substr(0, 90));
+  }
+  EXPECT_EQ(Get("p", "Resolution"), json({{"ok", true}, {"value", 5}}));
+}
+
+TEST_F(Requests, GoOnLineByLine) {
+  std::istringstream requests(
+      "\n{\"op\":\"new\",\"class\":\"Printer\",\"id\":1}\r\nno\n"
+      "{\"op\":\"get\",\"id\":1,\"name\":\"ScaleMode\"}");
+  std::ostringstream replies;
+  session_.Run(requests, replies);
+  std::istringstream lines(replies.str());
+  std::vector<json> answers;
+  for (std::string line; std::getline(lines, line);) answers.push_back(json::parse(line));
+  ASSERT_EQ(answers.size(), 4U);
+  EXPECT_EQ(answers[0]["ok"], false);
+  EXPECT_EQ(answers[1], kDone);
+  EXPECT_EQ(answers[2]["ok"], false);
+  EXPECT_EQ(answers[3], json({{"ok", true}, {"value", 1}}));
+}
+
+TEST_F(Requests, TellAnIdByItsKind) {
+  for (const json& id : {json("7"), json(7), json(""), json("ä\n"), json(-3)}) {
+    EXPECT_EQ(AskFor({{"op", "new"}, {"class", "Printer"}, {"id", id}}), kDone);
+    ExpectRefused(AskFor({{"op", "new"}, {"class", "Printer"}, {"id", id}}), id.dump());
+  }
+  EXPECT_EQ(AskFor({{"op", "drop"}, {"id", "7"}}), kDone);
+  EXPECT_TRUE(Get(7, "ScaleMode")["ok"]);
+  ExpectRefused(Get("7", "ScaleMode"), "dropped");
+  ExpectRefused(AskFor({{"op", "drop"}, {"id", "7"}}), "dropped twice");
+  EXPECT_EQ(AskFor({{"op", "new"}, {"class", "Picture"}, {"id", "7"}}), kDone);  // free again
+}
+
+TEST_F(Requests, NameTheTypeOfEachMember) {
+  NewPlot();
+  const json members = AskFor({{"op", "members"}, {"id", "p"}})["value"];
+  EXPECT_EQ(members.size(), 41U);
+  for (const char* row : {
+           R"({"name":"PrinterObj","kind":"property","type":"object","writable":true})",
+           R"({"name":"hdc","kind":"property","type":"int32","writable":false})",
+           R"({"name":"MousePointer","kind":"property","type":"int16","writable":true})",
+           R"({"name":"About","kind":"method","type":"none","writable":false})",
+           R"({"name":"WaferStyle","kind":"property","type":"WaferSt","writable":true})",
+           R"({"name":"mean","kind":"property","type":"float","writable":false})",
+           R"({"name":"ShowSites","kind":"property","type":"Sites","writable":true})",
+           R"({"name":"Plot","kind":"method","type":"int16","writable":false})",
+           R"({"name":"BackColor","kind":"property","type":"colour","writable":true})",
+           R"({"name":"SetPlotLimit","kind":"method","type":"boolean","writable":false})",
+           R"({"name":"HideLegend","kind":"property","type":"boolean","writable":true})",
+           R"({"name":"PlotCaption","kind":"property","type":"string","writable":true})",
+           R"({"name":"GetWaferData","kind":"method","type":"float","writable":false})",
+       }) {
+    EXPECT_NE(std::ranges::find(members, json::parse(row)), members.end()) << row;
+  }
+}
+
+struct PropertyRow {
+  const char* name;
+  const char* given;
+  const char* read;
+  bool announced;
+};
+
+TEST_F(Requests, ReadBackWhatWasWritten) {
+  NewPlot();
+  for (const PropertyRow& row : {
+           PropertyRow{"TestDiameter", "0.1", "0.1", true},
+           PropertyRow{"TestDiameter", "\"-Infinity\"", "200", true},  // the wafer's diameter
+           PropertyRow{"TestDiameter", "\"Infinity\"", "\"Infinity\"", true},
+           PropertyRow{"TestDiameter", "194", "194", true},
+           PropertyRow{"WaferStyle", "2.5", "2", true},
+           PropertyRow{"WaferStyle", "3.5", "1", true},
+           PropertyRow{"ShowSites", "true", "-1", true},
+           PropertyRow{"ShowSites", "false", "0", true},
+           PropertyRow{"HideLegend", "true", "-1", true},
+           PropertyRow{"HideLegend", "0", "0", true},
+           PropertyRow{"BackColor", "16711935", "16711935", true},
+           PropertyRow{"BackColor", "-2147483633", "2147483663", true},
+           PropertyRow{"IntervalColor9", "255", "255", true},
+           PropertyRow{"MousePointer", "-1", "-1", true},
+           PropertyRow{"PlotCaption", "\"\\u00b5\\n\\\"\"", "\"\\u00b5\\n\\\"\"", true},
+           PropertyRow{"PlotCaption", "\"NaN\"", "\"NaN\"", true},
+           PropertyRow{"PrinterObj", "null", "null", false},
+       }) {
+    json due = kDone;
+    if (row.announced) due["announced"] = {row.name};
+    EXPECT_EQ(Set("p", row.name, json::parse(row.given)), due) << row.name << row.given;
+    EXPECT_EQ(Get("p", row.name), json({{"ok", true}, {"value", json::parse(row.read)}}))
+        << row.name << row.given;
+  }
+}
+
+TEST_F(Requests, ReportWithTheReplyThatCausedIt) {
+  NewPlot();
+  EXPECT_EQ(Get("p", "mean"), json({{"ok", true}, {"value", 0}}));  // nothing left from the start
+  EXPECT_EQ(Call("Plot", "[]"), json({{"ok", true}, {"value", 1}}));
+  EXPECT_EQ(Call("About", "[]"), kDone);
+  EXPECT_EQ(AskFor({{"op", "call"}, {"id", "p"}, {"name", "clear"}}), kDone);  // no args at all
+  EXPECT_EQ(Call("SetPlotLimit", "[1, 2]"), json({{"ok", true}, {"value", -1}}));
+  EXPECT_EQ(Call("SetPlotLimit", "[2, 1]"), json({{"ok", true}, {"value", 0}}));
+  EXPECT_EQ(Call("SetWaferData", "[[1,2,3],[1,2,3],[4,5,9]]"), json({{"ok", true}, {"value", 0}}));
+  // A test diameter beyond the wafer's is mended by `Plot`, which announces that.
+  Set("p", "TestDiameter", 500);
+  EXPECT_EQ(Call("Plot", "[]"),
+            json({{"ok", true}, {"value", 0}, {"announced", {"TestDiameter"}}}));
+}
+
+TEST_F(Requests, GiveTheArgumentsBackOnlyIfOneChanged) {
+  NewPlot();
+  EXPECT_EQ(Call("GetWaferData", "[null, null, null]"), json({{"ok", true}, {"value", 0}}));
+  EXPECT_EQ(Call("GetWaferData", "[[8], null, [9]]"), json({{"ok", true}, {"value", 0}}));
+  EXPECT_EQ(Call("SetPlotLimit", R"(["NaN", 1])"), json({{"ok", true}, {"value", 0}}));
+  EXPECT_EQ(Call("SetWaferData", R"([[1,2],[1,2],["NaN",4]])"), json({{"ok", true}, {"value", 0}}));
+  EXPECT_EQ(Call("SetWaferData", R"([null,[1,2],["NaN",4]])"), json({{"ok", true}, {"value", 4}}));
+  EXPECT_EQ(Call("GetWaferData", R"([[8],{"lower":5,"values":[]},null])"), json::parse(R"(
+      {"ok": true, "value": 2, "args": [{"lower": 1, "values": [1, 2]},
+       {"lower": 1, "values": [1, 2]}, {"lower": 1, "values": [0, 4]}]})"));
+  EXPECT_EQ(Call("GetWaferData", "[[1, 2], [1, 2], [0, 4]]"), json({{"ok", true}, {"value", 2}}));
+}
+
+struct ArrayRow {
+  const char* args;
+  int result;  // -1 for no such value
+};
+
+TEST_F(Requests, TakeArraysInEveryFormThatIsOne) {
+  for (
+      const ArrayRow& row : {
+          ArrayRow{R"([[1,2],[3,4],[5,6]])", 0},
+          ArrayRow{
+              R"([{"lower":-3,"values":[1,2]},{"lower":-3,"values":[1,2]},{"lower":-3,"values":[1,2]}])",
+              0},
+          ArrayRow{R"([{"lower":0,"values":[1,2]},[1,2,9],[1,2]])", 1},
+          ArrayRow{R"([{"lower":0,"values":[1,2,9]},[1,2],{"lower":0,"values":[1,2,9]}])", 2},
+          ArrayRow{R"([[1,2],[1,2],[1]])", 4},
+          ArrayRow{R"([null,null,null])", 4},
+          ArrayRow{R"([[],[],[]])", 4},
+          ArrayRow{
+              R"([{"lower":40000,"values":[1]},{"lower":40000,"values":[1]},{"lower":40000,"values":[1]}])",
+              4},
+          ArrayRow{
+              R"([{"lower":2147483647,"values":[1,2]},{"lower":2147483647,"values":[1,2]},[1,2]])",
+              4},
+          ArrayRow{R"([["Infinity"],[1],[1]])", 0},
+          ArrayRow{R"([[1],[1],["Infinity"]])", 4},
+          ArrayRow{R"([{"lower":1},[1],[1]])", -1},
+          ArrayRow{R"([{"values":[1]},[1],[1]])", -1},
+          ArrayRow{R"([{"lower":1.5,"values":[1]},[1],[1]])", -1},
+          ArrayRow{R"([{"lower":2147483648,"values":[1]},[1],[1]])", -1},
+          ArrayRow{R"([{"lower":-2147483649,"values":[1]},[1],[1]])", -1},
+          ArrayRow{R"([{"lower":18446744073709551615,"values":[1]},[1],[1]])", -1},
+          ArrayRow{R"([{"lower":1,"values":{}},[1],[1]])", -1},
+          ArrayRow{R"([[[1]],[1],[1]])", -1},
+          ArrayRow{R"([[null],[1],[1]])", -1},
+          ArrayRow{R"([[true],[1],[1]])", -1},
+          ArrayRow{R"([[1e39],[1],[1]])", -1},
+          ArrayRow{R"([5,[1],[1]])", -1},
+          ArrayRow{R"(["x",[1],[1]])", -1},
+      }) {
+    AutomationSession session;
+    session.Answer(R"({"op":"new","class":"Plot2D","id":"p"})");
+    const json reply = json::parse(session.Answer(
+        std::string(R"({"op":"call","id":"p","name":"SetWaferData","args":)") + row.args + "}"));
+    if (row.result < 0) {
+      ExpectRefused(reply, row.args);
+    } else {
+      EXPECT_EQ(reply, json({{"ok", true}, {"value", row.result}})) << row.args;
+    }
+  }
+}
+
+TEST_F(Requests, NameAPrinterByItsId) {
+  NewPlot();
+  EXPECT_EQ(Get("p", "PrinterObj"), json({{"ok", true}, {"value", nullptr}}));
+  for (const json& id : {json(1), json("1")}) {
+    AskFor({{"op", "new"}, {"class", "Printer"}, {"id", id}});
+    EXPECT_EQ(Set("p", "PrinterObj", {{"ref", id}}), kDone);
+    EXPECT_EQ(Get("p", "PrinterObj")["value"], json({{"ref", id}}));
+  }
+  EXPECT_EQ(AskFor({{"op", "drop"}, {"id", 1}}), kDone);
+  EXPECT_EQ(Get("p", "PrinterObj")["value"], json({{"ref", "1"}}));
+}
+
+TEST_F(Requests, NameADroppedPrinterNoMore) {
+  NewPlot();
+  AskFor({{"op", "new"}, {"class", "Printer"}, {"id", 1}});
+  Set("p", "PrinterObj", {{"ref", 1}});
+  EXPECT_EQ(AskFor({{"op", "drop"}, {"id", 1}}), kDone);
+  // The control still holds it, but the id may mean another one from now on.
+  EXPECT_EQ(Get("p", "PrinterObj")["value"], json({{"ref", nullptr}}));
+}
+
+TEST_F(Requests, TakeCallsOfEveryFormUpToTheFirstBadOne) {
+  NewPicture();
+  for (const char* good : {
+           R"(["FillColor", -1])",
+           R"(["FillStyle", 0])",
+           R"(["DrawWidth", 3])",
+           R"(["Line", 1, 2, 3, 4])",
+           R"(["Line", null, null, 3, 4])",
+           R"(["Line", 0, 0, 1e30, -1e30])",
+           R"(["Line", 1, 2, "NaN", "Infinity"])",
+           R"(["Circle", 5, 5, -3])",
+           R"(["Circle", 5, 5, 3, null, 1])",
+           R"(["Circle", 5, 5, "Infinity", null, 1, 2, 0.5])",
+           R"(["Polygon", []])",
+           R"(["Polygon", [[1, 2]]])",
+           R"(["Polygon", [[-2147483648, 2147483647], [0, 0], [2147483647, 5]]])",
+           R"(["FloodFill", 3, 3])",
+           R"(["FloodFill", -3, 300, 255])",
+           R"(["Print", ""])",
+           R"(["Font", {"Name": "", "Size": 0}])",
+           R"(["Font.Bold", true])",
+           R"(["Width", 0])",
+           R"(["ScaleWidth", 0])",
+           R"(["Cls", 1])",
+           R"(["Refresh"])",
+           R"(["ScaleMode", 1])",
+           R"(["Picture"])",
+       }) {
+    EXPECT_EQ(Draw(std::string("[").append(good).append("]")), kDone) << good;
+  }
+  for (const char* bad : {
+           R"([])",
+           R"(null)",
+           R"("Cls")",
+           R"([5])",
+           R"(["cls"])",
+           R"(["TwipsPerPixelX", 5])",
+           R"(["FillColor"])",
+           R"(["FillColor", "red"])",
+           R"(["FillColor", 1e10])",
+           R"(["FillStyle", 70000])",
+           R"(["FillStyle", {"ref": "s"}])",
+           R"(["Font.Name", 5])",
+           R"(["Font", "Arial"])",
+           R"(["Font", {"Name": "Arial"}])",
+           R"(["Font", {"Size": 5}])",
+           R"(["Line"])",
+           R"(["Line", 1, null, 3, 4])",
+           R"(["Line", 1, 2, 3, 4, "red"])",
+           R"(["Line", 1, 2, 3, 4, 0, 5])",
+           R"(["Circle", 1, 2])",
+           R"(["Circle", 1, 2, 3, {}])",
+           R"(["Print"])",
+           R"(["Polygon", 5])",
+           R"(["Polygon", [5]])",
+           R"(["Polygon", [[1, 2, 3]]])",
+           R"(["Polygon", [["a", 1]]])",
+           R"(["FloodFill", 1])",
+           R"(["FloodFill", 1e10, 1])",
+       }) {
+    ExpectRefused(Draw(std::string("[").append(bad).append("]")), bad);
+  }
+  AskFor({{"op", "trace"}, {"id", "s"}});
+  ExpectRefused(Draw(R"([["DrawStyle", 5], ["Fly"], ["DrawStyle", 0]])"), "in the middle");
+  EXPECT_EQ(AskFor({{"op", "trace"}, {"id", "s"}})["value"], json::parse(R"([["DrawStyle", 5]])"));
+}
+
+TEST_F(Requests, AnswerAtOnceHoweverLargeTheNumbers) {
+  NewPicture();
+  EXPECT_EQ(Draw(R"([["DrawWidth", 32767], ["FillStyle", 0],
+      ["Circle", 10, 10, 1e30, null, null, null, 0.5], ["Circle", 10, 10, 1e9],
+      ["Circle", 10, 10, 1e9, 0, 0.1, 6, 0.001], ["Circle", 10, 10, 5], ["Circle", 10, 10, 5000],
+      ["Line", -1e9, -1e9, 1e9, 1e9], ["Line", -1e9, 5, 1e9, 6, 0, "box"],
+      ["Line", -1e9, 5, 1e9, 6, 0, "filled"],
+      ["Polygon", [[-2147483648, -2147483648], [2147483647, 2147483647], [0, 2147483647]]],
+      ["Width", 1e30], ["Height", 1e30], ["Cls"], ["Picture"], ["Cls"]])"),
+            kDone);
+}
+
+TEST_F(Requests, DrawOnPaperWhatPaperOffers) {
+  AskFor({{"op", "new"}, {"class", "Printer"}, {"id", "s"}});
+  EXPECT_EQ(Draw(R"([["ScaleMode", 3], ["Line", 1, 2, 3, 4], ["Print", "x"],
+                     ["Polygon", [[1, 2]]], ["FloodFill", 1, 2, 3], ["Circle", 1, 2, 3]])"),
+            kDone);
+  for (const char* call : {R"([["Cls"]])", R"([["Refresh"]])", R"([["Picture"]])"}) {
+    ExpectRefused(Draw(call), call);
+  }
+}
+
+TEST_F(Requests, SaveASurfaceOfAControlOrAPicture) {
+  const auto file = std::filesystem::temp_directory_path() / "discoplan-requests.png";
+  const auto bytes = [&] {
+    std::ifstream stream(file, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+  };
+  NewPlot();
+  NewPicture();
+  json save = {{"op", "save"}, {"id", "p"}, {"surface", "PLOTA"}, {"file", file.string()}};
+  EXPECT_EQ(AskFor(save), kDone);
+  EXPECT_EQ(bytes().substr(0, 8), "\x89PNG\r\n\x1A\n");
+  const std::string empty_plot = bytes();
+  Call("SetWaferData", "[[0,10,0,-10,0],[0,0,10,0,-10],[1,2,3,4,5]]");
+  Call("Plot", "[]");
+  EXPECT_EQ(AskFor(save), kDone);
+  EXPECT_NE(bytes(), empty_plot);
+  save = {{"op", "save"}, {"id", "s"}, {"file", file.string()}};
+  EXPECT_EQ(AskFor(save), kDone);
+  // 20 pixels across and down, big-endian behind the header of the first chunk.
+  EXPECT_EQ(bytes().substr(16, 8), std::string("\0\0\0\x14\0\0\0\x14", 8));
+  std::filesystem::remove(file);
+
+  Draw(R"([["Width", 0]])");
+  ExpectRefused(AskFor(save), "an empty picture");
+  save["file"] = std::filesystem::temp_directory_path().string();
+  Draw(R"([["Width", 300]])");
+  ExpectRefused(AskFor(save), "a folder");
+  EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST_F(Requests, PassTheMouseOnByteForByte) {
+  NewPlot();
+  for (const char* event : {"MouseDown", "MouseMove", "MouseUp"}) {
+    EXPECT_EQ(AskFor({{"op", "mouse"},
+                      {"id", "p"},
+                      {"surface", "frmove"},
+                      {"event", event},
+                      {"button", -1},
+                      {"shift", 7},
+                      {"x", 0.1},
+                      {"y", "NaN"}}),
+              json({{"ok", true}, {"raised", {{event, -1, 7, 0.1, "NaN"}}}}));
+  }
+  EXPECT_EQ(AskFor({{"op", "mouse"}, {"id", "p"}, {"event", "DblClick"}}),
+            json({{"ok", true}, {"raised", json::array({json::array({"DblClick"})})}}));
+}
+
+TEST_F(Requests, SurviveSizesThatAreNone) {
+  for (const json& size :
+       {json("NaN"), json("Infinity"), json("-Infinity"), json(-1e30), json(1e38)}) {
+    AutomationSession session;
+    const auto ask = [&](json request) {
+      request["id"] = "p";
+      return json::parse(session.Answer(request.dump()));
+    };
+    EXPECT_TRUE(ask({{"op", "new"}, {"class", "Plot2D"}, {"width", size}, {"height", size}})["ok"]);
+    ask({{"op", "call"},
+         {"name", "SetWaferData"},
+         {"args", {{1, 2, 3, 4}, {1, 2, 3, 4}, {1, 2, 3, 4}}}});
+    EXPECT_TRUE(ask({{"op", "size"}, {"width", size}, {"height", 4000}})["ok"]);
+    EXPECT_TRUE(ask({{"op", "size"}, {"width", 5000}, {"height", size}})["ok"]);
+    EXPECT_TRUE(ask({{"op", "set"}, {"name", "HideLegend"}, {"value", -1}})["ok"]);
+    EXPECT_TRUE(ask({{"op", "size"}, {"width", size}, {"height", size}})["ok"]);
+    EXPECT_TRUE(ask({{"op", "call"}, {"name", "Plot"}, {"args", json::array()}})["ok"]);
+    EXPECT_TRUE(ask({{"op", "tree"}})["ok"]);
+    EXPECT_TRUE(ask({{"op", "size"}, {"width", 6000}, {"height", 4500}})["ok"]);
+  }
+}
+
+TEST_F(Requests, MakeSurfacesOfAnyResolution) {
+  for (const json& twips : {json(0), json(-15), json("NaN"), json("Infinity"), json(1e-30)}) {
+    for (const char* kind : {"Printer", "Picture"}) {
+      AutomationSession session;
+      const auto ask = [&](json request) {
+        request["id"] = 1;
+        return json::parse(session.Answer(request.dump()));
+      };
+      EXPECT_EQ(ask({{"op", "new"},
+                     {"class", kind},
+                     {"twips_per_pixel_x", twips},
+                     {"twips_per_pixel_y", twips},
+                     {"width", 300},
+                     {"height", 300}}),
+                kDone);
+      EXPECT_EQ(ask({{"op", "draw"}, {"calls", json::parse(R"([["ScaleMode", 3], ["ForeColor", 255],
+                         ["Line", 1, 2, 30, 40], ["Circle", 3, 3, 3], ["Print", "x"],
+                         ["Polygon", [[1, 2], [3, 4], [9, 9]]], ["FloodFill", 1, 1, 0]])")}}),
+                kDone)
+          << kind << twips;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace discoplan

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/recording/recording_host.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "discoplan/core/numbers.h"
+
+namespace discoplan {
+namespace {
+
+using nlohmann::json;
+
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+
+class RecordingTest : public testing::Test {
+ protected:
+  Picture::Setting Setting() {
+    return {.screen = host_.screen(), .resolution = host_.screen(), .text = host_.text()};
+  }
+
+  RecordingHost host_;
+};
+
+struct NumberCase {
+  float value;
+  const char* text;
+};
+
+TEST(ToJson, WritesAFloatWithTheFewestDigits) {
+  for (const NumberCase& row : {
+           NumberCase{0, "0"},
+           NumberCase{-0.0F, "-0.0"},
+           NumberCase{0.1F, "0.1"},
+           NumberCase{1.0F / 3, "0.33333334"},
+           NumberCase{-2.5F, "-2.5"},
+           NumberCase{150, "150"},
+           NumberCase{16777216, "16777216"},
+           NumberCase{123456792, "123456790"},
+           NumberCase{1e15F, "1000000000000000"},  // the float itself is 999999986991104
+           NumberCase{1e30F, "1e+30"},
+           NumberCase{1.1754944e-38F, "1.1754944e-38"},
+           NumberCase{1e-45F, "1e-45"},
+           NumberCase{3.4028235e38F, "3.4028235e+38"},
+           NumberCase{kInfinity, "\"Infinity\""},
+           NumberCase{-kInfinity, "\"-Infinity\""},
+           NumberCase{std::nanf(""), "\"NaN\""},
+       }) {
+    EXPECT_EQ(ToJson(row.value).dump(), row.text);
+    if (!std::isfinite(row.value)) continue;
+    EXPECT_EQ(json::parse(row.text).get<float>(), row.value) << row.text;
+  }
+}
+
+TEST(ToJson, WritesAWideFloatToItsLastDigit) {
+  EXPECT_EQ(ToJson(0.1).dump(), "0.1");
+  EXPECT_EQ(ToJson(1.0 / 3).dump(), "0.3333333333333333");
+  EXPECT_EQ(ToJson(9007199254740991.0).dump(), "9007199254740991");
+  EXPECT_EQ(ToJson(-std::numeric_limits<double>::infinity()).dump(), "\"-Infinity\"");
+}
+
+TEST_F(RecordingTest, MeasuresEveryCharacterAlike) {
+  const FixedText text;
+  EXPECT_EQ(text.Width({}, 1, ""), 0);
+  EXPECT_EQ(text.Width({}, 1, "0"), 6);
+  EXPECT_EQ(text.Width({.size = 40, .bold = true}, 5, "µm²"), 18);  // characters, not bytes
+  EXPECT_EQ(text.Height({.size = 40}, 5), 13);
+  EXPECT_EQ(host_.LabelWidth({}, "12"), 180);
+  host_.SetScreen({10, 20});
+  EXPECT_EQ(host_.LabelWidth({}, "12"), 120);
+}
+
+TEST_F(RecordingTest, StartsWithTheStateOfANewSurface) {
+  const Recording<Picture> picture(Setting(), 300.0F, 150.0F);
+  EXPECT_EQ(picture.ForeColor(), 0U);
+  EXPECT_EQ(picture.BackColor(), 0xFFFFFFU);
+  EXPECT_EQ(picture.FillColor(), 0U);
+  EXPECT_EQ(picture.FillStyle(), 1);
+  EXPECT_EQ(picture.DrawStyle(), 0);
+  EXPECT_EQ(picture.DrawWidth(), 1);
+  EXPECT_EQ(picture.ScaleMode(), 3);
+  EXPECT_EQ(picture.ScaleLeft(), 0);
+  EXPECT_EQ(picture.ScaleTop(), 0);
+  EXPECT_EQ(picture.ScaleWidth(), 20);
+  EXPECT_EQ(picture.ScaleHeight(), 10);
+  EXPECT_TRUE(picture.IsPicture());
+  const Paper paper(host_.screen(), {2, 4}, 300, 150);
+  EXPECT_EQ(paper.ScaleMode(), 1);
+  EXPECT_EQ(paper.ScaleWidth(), 300);
+  EXPECT_TRUE(paper.IsPrinter());
+}
+
+TEST_F(RecordingTest, KeepsEveryWriteAlsoWhereNothingChanges) {
+  Recording<Picture> picture(Setting(), 300.0F, 150.0F);
+  picture.ForeColor(0);
+  picture.ForeColor(0);
+  picture.FontName("Arial");
+  picture.FontTransparent(false);
+  picture.Font({.name = "Symbol", .size = 7.5F, .bold = true});
+  EXPECT_EQ(picture.TakeTrace(), json::parse(R"([
+      ["ForeColor", 0], ["ForeColor", 0], ["Font.Name", "Arial"], ["FontTransparent", 0],
+      ["Font", {"Name": "Symbol", "Size": 7.5, "Bold": -1, "Underline": 0}]])"));
+  EXPECT_EQ(picture.TakeTrace(), json::array());  // taken
+}
+
+TEST_F(RecordingTest, DoesNotKeepReads) {
+  Recording<Picture> picture(Setting(), 300.0F, 150.0F);
+  (void)picture.TextWidth("0");
+  (void)picture.BackColor();
+  EXPECT_EQ(picture.TakeTrace(), json::array());
+}
+
+TEST_F(RecordingTest, TellsALeftOutArgumentByNull) {
+  Recording<Picture> picture(Setting(), 300.0F, 150.0F);
+  picture.Line({.to = {3, 4.5F}});
+  picture.Line({.from = SurfacePoint{1, 2}, .to = {3, 4}, .colour = 9, .shape = LineShape::Box});
+  picture.Circle({.centre = {1, 2}, .radius = 3});
+  picture.Circle({.centre = {1, 2}, .radius = 3, .colour = 4, .start = 5, .end = 6, .aspect = 0});
+  EXPECT_EQ(picture.TakeTrace(), json::parse(R"([
+      ["Line", null, null, 3, 4.5, null, "line"], ["Line", 1, 2, 3, 4, 9, "box"],
+      ["Circle", 1, 2, 3, null, null, null, null], ["Circle", 1, 2, 3, 4, 5, 6, 0]])"));
+}
+
+TEST_F(RecordingTest, RecordsACallBeforeItFails) {
+  Recording<Paper> paper(host_.screen(), Screen{2, 4}, 300.0F, 150.0F);
+  EXPECT_THROW(paper.Cls(), RunTimeError);
+  EXPECT_THROW(paper.Refresh(), RunTimeError);
+  EXPECT_THROW(paper.KeepImageAsPicture(), RunTimeError);
+  EXPECT_EQ(paper.TakeTrace(), json::parse(R"([["Cls"], ["Refresh"], ["Picture"]])"));
+}
+
+TEST_F(RecordingTest, CountsPaperInTwipsOrPixels) {
+  Recording<Paper> paper(host_.screen(), Screen{2, 4}, 300.0F, 160.0F);
+  EXPECT_EQ(paper.TextWidth("00"), 24);
+  EXPECT_EQ(paper.TextHeight("0"), 52);
+  paper.ScaleMode(3);
+  EXPECT_EQ(paper.ScaleWidth(), 150);
+  EXPECT_EQ(paper.ScaleHeight(), 40);
+  EXPECT_EQ(paper.TextWidth("00"), 12);
+  EXPECT_EQ(paper.TextHeight("0"), 13);
+  paper.Width(400);
+  EXPECT_EQ(paper.ScaleWidth(), 200);
+  EXPECT_EQ(paper.TwipsPerPixelX(), 2);
+  EXPECT_EQ(paper.TwipsPerPixelY(), 4);
+  EXPECT_EQ(paper.ScreenTwipsPerPixelX(), 15);
+  host_.SetScreen({12, 10});
+  EXPECT_EQ(paper.ScreenTwipsPerPixelY(), 10);
+}
+
+TEST_F(RecordingTest, OffersNoResolutionOnAPicture) {
+  const Recording<Picture> picture(Setting(), 300.0F, 150.0F);
+  EXPECT_THROW(picture.TwipsPerPixelX(), RunTimeError);
+  EXPECT_THROW(picture.TwipsPerPixelY(), RunTimeError);
+}
+
+TEST_F(RecordingTest, KeepsMessagesAndAnnouncementsUntilTaken) {
+  host_.Show({.text = "a", .title = "b"});
+  host_.Show({.text = "c", .title = "d"});
+  EXPECT_EQ(host_.TakeMessages().size(), 2U);
+  EXPECT_TRUE(host_.TakeMessages().empty());
+  RecordingContainer container;
+  container.PropertyChanged("x");
+  container.EventRaised("Click", {});
+  EXPECT_EQ(container.TakeAnnounced(), std::vector<std::string>{"x"});
+  EXPECT_EQ(container.TakeRaised().size(), 1U);
+  EXPECT_TRUE(container.TakeAnnounced().empty());
+  EXPECT_TRUE(container.TakeRaised().empty());
+}
+
+}  // namespace
+}  // namespace discoplan
