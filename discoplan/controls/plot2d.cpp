@@ -15,19 +15,8 @@ void Plot2D::InitOwnProperties() {
 }
 
 const MemberTable& Plot2D::Members() const {
-  static const MemberTable table({
-      HostMembers(),
-      StatisticsMembers(),
-      SizeMembers(),
-      LatticeMembers(),
-      LimitMembers(),
-      VariantLoadMembers(),
-      LoadMembers(),
-      LegendMembers(),
-      ReadBackMembers(),
-      ColourMembers(kIntervalSlots),
-      StaleMembers(),
-  });
+  static const MemberTable table =
+      MembersWith({.properties = {LatticeMembers()}, .colours = kIntervalSlots});
   return table;
 }
 

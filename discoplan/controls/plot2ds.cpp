@@ -15,20 +15,8 @@ void Plot2DS::InitOwnProperties() {
 }
 
 const MemberTable& Plot2DS::Members() const {
-  static const MemberTable table({
-      HostMembers(),
-      StatisticsMembers(),
-      SizeMembers(),
-      LatticeMembers(),
-      SigmaMembers(),
-      LimitMembers(),
-      VariantLoadMembers(),
-      LoadMembers(),
-      LegendMembers(),
-      ReadBackMembers(),
-      ColourMembers(kSlots),
-      StaleMembers(),
-  });
+  static const MemberTable table =
+      MembersWith({.properties = {LatticeMembers(), SigmaMembers()}, .colours = kSlots});
   return table;
 }
 

@@ -176,22 +176,20 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   };
   Colour TableColour(const ColourSlot& slot) const;
   void TableColour(const ColourSlot& slot, Colour colour);
-  static std::vector<Member> ColourMembers(std::span<const ColourSlot> slots);
   /// "IntervalColor1" to "IntervalColor9", then "IntervalColor0".
   static const std::array<ColourSlot, 10> kIntervalSlots;
   /// Raises `Subscript` for an interval above 9.
   static const ColourSlot& IntervalSlot(std::size_t interval);
 
-  /// Rows of the member tables, in interface order.
-  static std::vector<Member> HostMembers();
-  static std::vector<Member> StatisticsMembers();
-  static std::vector<Member> SizeMembers();
-  static std::vector<Member> LimitMembers();
-  static std::vector<Member> VariantLoadMembers();
-  static std::vector<Member> LoadMembers();
-  static std::vector<Member> LegendMembers();
-  static std::vector<Member> ReadBackMembers();
-  static std::vector<Member> StaleMembers();
+  /// What a control adds to the members that all share.
+  struct OwnMembers {
+    std::vector<std::vector<Member>> properties;
+    std::span<const ColourSlot> colours = {};
+    std::vector<Member> methods = {};
+    bool loads_variants = true;
+  };
+  /// All of them in interface order.
+  static MemberTable MembersWith(const OwnMembers& own);
 
   Container& container() const { return container_; }
 

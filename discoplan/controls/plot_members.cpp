@@ -12,6 +12,55 @@ Member Row(std::string_view name, T (PlotControl::*get)() const,
   return Property<PlotControl, T, Given>(name, get, set);
 }
 
+using C = PlotControl;
+
+std::vector<Member> HostMembers() {
+  return {
+      Row<ObjectRef>("PrinterObj", &C::PrinterObj, &C::PrinterObj),
+      Row<std::int32_t>("hdc", &C::hdc),
+      Row<std::int32_t>("hwnd", &C::hwnd),
+      Row<ObjectRef>("MouseIcon", &C::MouseIcon, &C::MouseIcon),
+      Row<std::int16_t>("MousePointer", &C::MousePointer, &C::MousePointer),
+      Method("About", &C::About),
+  };
+}
+
+std::vector<Member> WaferMembers() {
+  return {
+      Row<WaferSt>("WaferStyle", &C::WaferStyle, &C::WaferStyle),
+      Row<float>("StdDevPercent", &C::StdDevPercent),
+      Row<float>("StdDev", &C::StdDev),
+      Row<float>("HiLo", &C::HiLo),
+      Row<float>("range", &C::range),
+      Row<float>("Maximum", &C::Maximum),
+      Row<float>("Minimum", &C::Minimum),
+      Row<float>("mean", &C::mean),
+      Row<float>("TestDiameter", &C::TestDiameter, &C::TestDiameter),
+      Row<float>("WaferDiameter", &C::WaferDiameter, &C::WaferDiameter),
+  };
+}
+
+std::vector<Member> PlotMembers() {
+  return {
+      Method("Plot", &C::Plot),
+      Row<Colour>("BackColor", &C::BackColor, &C::BackColor),
+      Method("ReleasePlotLimit", &C::ReleasePlotLimit),
+      Method("SetPlotLimit", &C::SetPlotLimit),
+  };
+}
+
+std::vector<Member> DataMembers() {
+  return {
+      Method("SetWaferData", &C::SetWaferData),
+      Row<bool>("HideLegend", &C::HideLegend, &C::HideLegend),
+      Row<std::string, const std::string&>("PlotCaption", &C::PlotCaption, &C::PlotCaption),
+      Method("clear", &C::clear),
+      Method("GetWaferData", &C::GetWaferData),
+      Method("SetDataFile", &C::SetDataFile),
+      Method("Interpolation", &C::Interpolation),
+  };
+}
+
 }  // namespace
 
 const std::array<PlotControl::ColourSlot, 10> PlotControl::kIntervalSlots = {{
@@ -33,98 +82,35 @@ const PlotControl::ColourSlot& PlotControl::IntervalSlot(std::size_t interval) {
   return *found;
 }
 
-std::vector<Member> PlotControl::ColourMembers(std::span<const ColourSlot> slots) {
+MemberTable PlotControl::MembersWith(const OwnMembers& own) {
   std::vector<Member> members;
-  for (const ColourSlot& slot : slots) {
-    members.push_back({.name = slot.property,
-                       .kind = Member::Kind::Property,
-                       .type = TypeName<Colour>(),
-                       .get =
-                           [slot](Object& object) {
-                             return Variant(static_cast<PlotControl&>(object).TableColour(slot));
-                           },
-                       .set =
-                           [slot](Object& object, const Variant& value) {
-                             static_cast<PlotControl&>(object).TableColour(slot, value.AsColour());
-                           },
-                       .parameters = {},
-                       .call = {}});
+  const auto add = [&](const std::vector<Member>& block) {
+    members.insert(members.end(), block.begin(), block.end());
+  };
+  add(HostMembers());
+  add(WaferMembers());
+  for (const std::vector<Member>& block : own.properties) add(block);
+  add(PlotMembers());
+  if (own.loads_variants) add({Method("SetWaferData_Variant", &C::SetWaferData_Variant)});
+  add(DataMembers());
+  for (const ColourSlot& slot : own.colours) {
+    add({{.name = slot.property,
+          .kind = Member::Kind::Property,
+          .type = TypeName<Colour>(),
+          .get =
+              [slot](Object& object) {
+                return Variant(static_cast<PlotControl&>(object).TableColour(slot));
+              },
+          .set =
+              [slot](Object& object, const Variant& value) {
+                static_cast<PlotControl&>(object).TableColour(slot, value.AsColour());
+              },
+          .parameters = {},
+          .call = {}}});
   }
-  return members;
-}
-
-std::vector<Member> PlotControl::HostMembers() {
-  using C = PlotControl;
-  return {
-      Row<ObjectRef>("PrinterObj", &C::PrinterObj, &C::PrinterObj),
-      Row<std::int32_t>("hdc", &C::hdc),
-      Row<std::int32_t>("hwnd", &C::hwnd),
-      Row<ObjectRef>("MouseIcon", &C::MouseIcon, &C::MouseIcon),
-      Row<std::int16_t>("MousePointer", &C::MousePointer, &C::MousePointer),
-      Method("About", &C::About),
-      Row<WaferSt>("WaferStyle", &C::WaferStyle, &C::WaferStyle),
-  };
-}
-
-std::vector<Member> PlotControl::StatisticsMembers() {
-  using C = PlotControl;
-  return {
-      Row<float>("StdDevPercent", &C::StdDevPercent),
-      Row<float>("StdDev", &C::StdDev),
-      Row<float>("HiLo", &C::HiLo),
-      Row<float>("range", &C::range),
-      Row<float>("Maximum", &C::Maximum),
-      Row<float>("Minimum", &C::Minimum),
-      Row<float>("mean", &C::mean),
-  };
-}
-
-std::vector<Member> PlotControl::SizeMembers() {
-  using C = PlotControl;
-  return {
-      Row<float>("TestDiameter", &C::TestDiameter, &C::TestDiameter),
-      Row<float>("WaferDiameter", &C::WaferDiameter, &C::WaferDiameter),
-  };
-}
-
-std::vector<Member> PlotControl::LimitMembers() {
-  using C = PlotControl;
-  return {
-      Method("Plot", &C::Plot),
-      Row<Colour>("BackColor", &C::BackColor, &C::BackColor),
-      Method("ReleasePlotLimit", &C::ReleasePlotLimit),
-      Method("SetPlotLimit", &C::SetPlotLimit),
-  };
-}
-
-std::vector<Member> PlotControl::VariantLoadMembers() {
-  return {Method("SetWaferData_Variant", &PlotControl::SetWaferData_Variant)};
-}
-
-std::vector<Member> PlotControl::LoadMembers() {
-  return {Method("SetWaferData", &PlotControl::SetWaferData)};
-}
-
-std::vector<Member> PlotControl::LegendMembers() {
-  using C = PlotControl;
-  return {
-      Row<bool>("HideLegend", &C::HideLegend, &C::HideLegend),
-      Row<std::string, const std::string&>("PlotCaption", &C::PlotCaption, &C::PlotCaption),
-  };
-}
-
-std::vector<Member> PlotControl::ReadBackMembers() {
-  using C = PlotControl;
-  return {
-      Method("clear", &C::clear),
-      Method("GetWaferData", &C::GetWaferData),
-      Method("SetDataFile", &C::SetDataFile),
-      Method("Interpolation", &C::Interpolation),
-  };
-}
-
-std::vector<Member> PlotControl::StaleMembers() {
-  return {Method("SetPlotNotVaild", &PlotControl::SetPlotNotVaild)};
+  add(own.methods);
+  add({Method("SetPlotNotVaild", &C::SetPlotNotVaild)});
+  return MemberTable(std::move(members));
 }
 
 }  // namespace discoplan

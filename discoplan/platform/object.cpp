@@ -9,10 +9,6 @@ namespace discoplan {
 
 Object::~Object() = default;
 
-MemberTable::MemberTable(std::initializer_list<std::vector<Member>> blocks) {
-  for (const auto& block : blocks) members_.insert(members_.end(), block.begin(), block.end());
-}
-
 const Member* MemberTable::Find(std::string_view name) const {
   const auto found = std::ranges::find(members_, name, &Member::name);
   return found == members_.end() ? nullptr : &*found;

@@ -11,10 +11,10 @@
 
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "discoplan/export.h"
@@ -56,7 +56,7 @@ struct Member {
 class DISCOPLAN_EXPORT MemberTable {
  public:
   MemberTable() = default;
-  MemberTable(std::initializer_list<std::vector<Member>> blocks);
+  explicit MemberTable(std::vector<Member> members) : members_(std::move(members)) {}
 
   auto begin() const { return members_.begin(); }
   auto end() const { return members_.end(); }

@@ -26,7 +26,7 @@ float Surface::TwipsPerPixelX() const { numbers_detail::Raise(Fault::MemberNotOf
 float Surface::TwipsPerPixelY() const { numbers_detail::Raise(Fault::MemberNotOffered); }
 
 const MemberTable& Surface::Members() const {
-  static const MemberTable table({{
+  static const MemberTable table(std::vector<Member>{
       StateRow<Colour>("ForeColor", &Surface::ForeColor, &Surface::ForeColor),
       StateRow<Colour>("BackColor", &Surface::BackColor, &Surface::BackColor),
       StateRow<Colour>("FillColor", &Surface::FillColor, &Surface::FillColor),
@@ -49,7 +49,7 @@ const MemberTable& Surface::Members() const {
       StateRow<bool>("Font.Underline", &Surface::FontUnderline, &Surface::FontUnderline),
       Property<Surface, float>("TwipsPerPixelX", &Surface::TwipsPerPixelX),
       Property<Surface, float>("TwipsPerPixelY", &Surface::TwipsPerPixelY),
-  }});
+  });
   return table;
 }
 

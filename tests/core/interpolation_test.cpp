@@ -224,7 +224,9 @@ TEST(Interpolation, EqualsThePlainSearchToTheBit) {
   Random random(7);
   std::uniform_real_distribution<float> anywhere(-120, 120);
   std::size_t compared = 0;
-  for (const auto& [name, make] : kinds) {
+  for (const auto& kind : kinds) {
+    const char* name = kind.first;
+    const auto make = kind.second;
     for (int seed = 0; seed < 42; ++seed) {
       const std::vector<Site> sites =
           make(random, name == std::string("dies") ? seed : counts[seed % 7]);

@@ -353,7 +353,7 @@ TEST_F(Requests, TakeCallsOfEveryFormUpToTheFirstBadOne) {
            R"(["ScaleMode", 1])",
            R"(["Picture"])",
        }) {
-    EXPECT_EQ(Draw(std::string("[").append(good).append("]")), kDone) << good;
+    EXPECT_EQ(Draw(std::string("[") + good + "]"), kDone) << good;
   }
   for (const char* bad : {
            R"([])",
@@ -385,7 +385,7 @@ TEST_F(Requests, TakeCallsOfEveryFormUpToTheFirstBadOne) {
            R"(["FloodFill", 1])",
            R"(["FloodFill", 1e10, 1])",
        }) {
-    ExpectRefused(Draw(std::string("[").append(bad).append("]")), bad);
+    ExpectRefused(Draw(std::string("[") + bad + "]"), bad);
   }
   AskFor({{"op", "trace"}, {"id", "s"}});
   ExpectRefused(Draw(R"([["DrawStyle", 5], ["Fly"], ["DrawStyle", 0]])"), "in the middle");

@@ -83,7 +83,8 @@ TEST_F(FlatNotch, TurnsAndTilts) {
   EXPECT_EQ(Calls(once, "Polygon"), Calls(Show(source, nullptr, 370, 35), "Polygon"));
   const json flat = Show(source, nullptr, 0, 0);
   EXPECT_EQ(Calls(flat, "Circle")[0][7], 0);
-  for (const json& corner : Calls(flat, "Polygon")[0][1]) EXPECT_EQ(corner[1], 34);
+  const json line = Calls(flat, "Polygon")[0][1];
+  for (const json& corner : line) EXPECT_EQ(corner[1], 34);
 }
 
 TEST_F(FlatNotch, DrawsEvenWithoutRoom) {
