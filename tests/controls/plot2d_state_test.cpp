@@ -438,7 +438,7 @@ TEST_F(Plot2DState, SurvivesSitesAndLimitsOfEveryNumber) {
       }
     }
     for (const auto& [lower, upper] : {std::pair{value, 5.0F}, {1.0F, value}, {value, value}}) {
-      Attempt([&] { (void)plot_.SetPlotLimit(lower, upper); });
+      Attempt([&, low = lower, high = upper] { (void)plot_.SetPlotLimit(low, high); });
       EXPECT_NO_THROW((void)plot_.Plot());
       EXPECT_NO_THROW(plot_.SetSize(6000, 4500));
     }
