@@ -162,9 +162,7 @@ bool MapControl::TakeMinimum(float width, float height) {
   const bool too_narrow = !(root_.box.width >= width);
   const bool too_low = !(root_.box.height >= height);
   if (!too_narrow && !too_low) return false;
-  Attempt([&] {
-    RequestSize(too_narrow ? width : root_.box.width, too_low ? height : root_.box.height);
-  });
+  RequestSize(too_narrow ? width : root_.box.width, too_low ? height : root_.box.height);
   return true;
 }
 

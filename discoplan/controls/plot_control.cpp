@@ -50,7 +50,12 @@ void PlotControl::SetSize(float width, float height) {
 }
 
 void PlotControl::RequestSize(float width, float height) {
-  container_.ResizeRequested(width, height, [this](float w, float h) { SetSize(w, h); });
+  if (requesting_size_) return;  // the container gives less than that
+  requesting_size_ = true;
+  Attempt([&] {
+    container_.ResizeRequested(width, height, [this](float w, float h) { SetSize(w, h); });
+  });
+  requesting_size_ = false;
 }
 
 Node& PlotControl::AddPicture(Node& parent, std::string name, const TwipsBox& place) {

@@ -161,6 +161,8 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   /// The same, for a property that the picture depends on.
   void AnnounceStale(std::string_view property);
   void SetPointer(std::int16_t pointer);
+  /// Asks the container for a size in twips, which it may refuse. What it gives isn't asked about
+  /// again.
   void RequestSize(float width, float height);
   /// Adds a picture surface to the tree.
   Node& AddPicture(Node& parent, std::string name, const TwipsBox& place);
@@ -210,6 +212,7 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   ObjectRef printer_;
   ObjectRef mouse_icon_;
   std::int16_t mouse_pointer_ = 0;
+  bool requesting_size_ = false;
 };
 
 }  // namespace discoplan

@@ -16,6 +16,12 @@ constexpr double kTwipsPerPoint = 20;
 constexpr double kTitleIndent = 120;  // twips from a frame's corner to its title
 constexpr double kTitleGap = 30;      // twips that the line keeps from the title
 
+/// To a whole pixel; what lies too far away, or nowhere, is as good as that far away.
+int Whole(double pixels) {
+  constexpr double kFarthest = 1 << 29;  // so that the difference of two is an integer too
+  return static_cast<int>(RoundHalfEven(std::fmin(std::fmax(pixels, -kFarthest), kFarthest)));
+}
+
 /// Both corners belong to it.
 struct Box {
   int left, top, right, bottom;
@@ -70,12 +76,11 @@ class TreePainter {
   double PixelsAcross(double twips) const { return twips / options_.resolution.twips_per_pixel_x; }
   double PixelsDown(double twips) const { return twips / options_.resolution.twips_per_pixel_y; }
   double PixelsPerPoint() const { return PixelsDown(kTwipsPerPoint); }
-  int LineWidth() const { return std::max(1, static_cast<int>(PixelsPerPoint() / 2)); }
+  int LineWidth() const { return std::max(1, Whole(std::floor(PixelsPerPoint() / 2))); }
 
   Box Pixels(double left, double top, const TwipsBox& size) const {
-    const auto whole = [](double pixels) { return static_cast<int>(RoundHalfEven(pixels)); };
-    return {whole(PixelsAcross(left)), whole(PixelsDown(top)),
-            whole(PixelsAcross(left + size.width)) - 1, whole(PixelsDown(top + size.height)) - 1};
+    return {Whole(PixelsAcross(left)), Whole(PixelsDown(top)),
+            Whole(PixelsAcross(left + size.width)) - 1, Whole(PixelsDown(top + size.height)) - 1};
   }
 
   void Fill(const Box& box, Colour colour) {
@@ -110,13 +115,12 @@ class TreePainter {
     if (!node.bordered) return;
     const double height = TextHeight(node);
     Box line = box;
-    line.top += static_cast<int>(height / 2);
+    line.top += Whole(std::floor(height / 2));
     Outline(line, kEdge);
     if (node.text.empty()) return;
     const double x = box.left + PixelsAcross(kTitleIndent);
     const double gap = PixelsAcross(kTitleGap);
-    const auto whole = [](double pixels) { return static_cast<int>(std::lround(pixels)); };
-    Fill({whole(x - gap), box.top, whole(x + TextWidth(node) + gap), line.top + LineWidth()},
+    Fill({Whole(x - gap), box.top, Whole(x + TextWidth(node) + gap), line.top + LineWidth()},
          node.back_color);
     Write(node, x, box.top);
   }

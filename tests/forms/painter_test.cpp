@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/forms/painter.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "tests/raster/canvas_pictures.h"
+
+namespace discoplan {
+namespace {
+
+/// Each character is 2 pixels wide and 4 high; texts are kept with their upper left corners.
+class Notes final : public TextPainter {
+ public:
+  struct Note {
+    std::string text;
+    double x, y;
+    Colour colour;
+
+    bool operator==(const Note&) const = default;
+  };
+
+  double Width(const Font&, double, std::string_view text) const override {
+    return 2 * static_cast<double>(text.size());
+  }
+  double Height(const Font&, double) const override { return 4; }
+  void Paint(Canvas&, const Font&, const TextPlacement& at, std::string_view text) const override {
+    if (!text.empty()) notes.push_back({std::string(text), at.x, at.y, at.colour});
+  }
+
+  mutable std::vector<Note> notes;
+};
+
+constexpr Colour kRedColour = 0x0000FF;
+
+class Painter : public testing::Test {
+ protected:
+  /// The root covers so many pixels at 15 twips each.
+  Node& Root(float across, float down, NodeKind kind = NodeKind::Control) {
+    root_ = std::make_unique<Node>(kind, "root", TwipsBox{0, 0, across * 15, down * 15});
+    root_->back_color = kWhite;
+    return *root_;
+  }
+  /// Place in pixels.
+  static TwipsBox At(float left, float top, float width, float height) {
+    return {left * 15, top * 15, width * 15, height * 15};
+  }
+  Rows Painted(int width, int height, bool buttons = true) {
+    Canvas canvas(width, height, kWhitePixel);
+    notes_.notes.clear();
+    PaintTree(*root_, canvas, {.resolution = screen_, .text = notes_, .buttons = buttons});
+    return Show(canvas);
+  }
+
+  Screen screen_;
+  Notes notes_;
+  std::unique_ptr<Node> root_;
+};
+
+using Note = Notes::Note;
+
+TEST_F(Painter, FillsTheGroundOfItsKindsWithTheirColour) {
+  for (const NodeKind kind :
+       {NodeKind::Control, NodeKind::Form, NodeKind::Panel, NodeKind::Frame, NodeKind::Label}) {
+    Root(3, 2, kind).back_color = kRedColour;
+    EXPECT_EQ(Painted(4, 3), (Rows{"rrr.", "rrr.", "...."})) << NameOf(kind);
+  }
+}
+
+TEST_F(Painter, PlacesChildrenWithinTheirParents) {
+  Node& panel = Root(6, 4).Add(NodeKind::Panel, "panel", At(1, 1, 4, 3));
+  panel.back_color = kRedColour;
+  Node& inner = panel.Add(NodeKind::Label, "chip", At(1, 1, 2, 1));
+  inner.back_color = kBlack;
+  EXPECT_EQ(Painted(6, 4), (Rows{"......", ".rrrr.", ".r##r.", ".rrrr."}));
+  inner.visible = false;
+  EXPECT_EQ(Painted(6, 4), (Rows{"......", ".rrrr.", ".rrrr.", ".rrrr."}));
+  inner.visible = true;
+  panel.visible = false;  // takes its children with it
+  EXPECT_EQ(Painted(6, 4), Filled(6, 4, '.'));
+}
+
+TEST_F(Painter, LaterChildrenLieOnTop) {
+  Root(3, 1).Add(NodeKind::Label, "below", At(0, 0, 2, 1)).back_color = kRedColour;
+  root_->Add(NodeKind::Label, "above", At(1, 0, 2, 1)).back_color = kBlack;
+  EXPECT_EQ(Painted(3, 1), (Rows{"r##"}));
+}
+
+TEST_F(Painter, AbuttingBoxesShareNoPixel) {
+  // 22 twips are 1.47 pixels, 52 are 3.47, 68 are 4.53.
+  Root(6, 1).Add(NodeKind::Label, "a", {22, 0, 30, 15}).back_color = kRedColour;
+  root_->Add(NodeKind::Label, "b", {52, 0, 16, 15}).back_color = kBlack;
+  EXPECT_EQ(Painted(6, 1), (Rows{".rr##."}));
+}
+
+TEST_F(Painter, CountsByTheResolutionOfTheTarget) {
+  screen_ = {30, 7.5F};
+  Root(4, 1).back_color = kRedColour;
+  EXPECT_EQ(Painted(3, 3), (Rows{"rr.", "rr.", "..."}));
+}
+
+TEST_F(Painter, ClipsAtTheCanvas) {
+  Root(2, 2).Add(NodeKind::Label, "wide", At(-5, 1, 50, 50)).back_color = kRedColour;
+  root_->Add(NodeKind::Label, "gone", At(-5, -5, 3, 3)).back_color = kBlack;
+  root_->Add(NodeKind::Label, "empty", At(0, 0, 0, 0)).back_color = kBlack;
+  root_->Add(NodeKind::Label, "negative", At(1, 1, -1, -1)).back_color = kBlack;
+  EXPECT_EQ(Painted(2, 2), (Rows{"..", "rr"}));
+}
+
+TEST_F(Painter, CopiesAPictureAndStretchesAnImage) {
+  Screen screen;
+  Node& copied = Root(6, 4).Add(NodeKind::Picture, "picture", At(0, 0, 2, 2));
+  copied.picture = std::make_unique<Picture>(
+      Picture::Setting{.screen = screen, .resolution = screen, .text = notes_}, 30.0F, 30.0F);
+  copied.picture->Line(
+      {.from = SurfacePoint{0, 0}, .to = {0, 0}, .colour = 0, .shape = LineShape::FilledBox});
+  Node& stretched = root_->Add(NodeKind::Image, "image", At(2, 0, 4, 4));
+  EXPECT_EQ(Painted(6, 4)[0], "#.....");  // no image yet
+  stretched.image = std::make_shared<Canvas>(copied.picture->canvas());
+  EXPECT_EQ(Painted(6, 4), (Rows{"#.##..", "..##..", "......", "......"}));
+  copied.box.width = 75;  // a picture isn't stretched
+  stretched.visible = false;
+  EXPECT_EQ(Painted(6, 4)[0], "#.....");
+  stretched.visible = true;
+  stretched.image = std::make_shared<Canvas>(0, 0, kBlackPixel);
+  EXPECT_EQ(Painted(6, 4)[0], "#.....");
+}
+
+TEST_F(Painter, AFrameHasItsTitleInItsLine) {
+  Node& frame = Root(40, 20, NodeKind::Frame);
+  frame.text = "ab";
+  Painted(40, 20);
+  EXPECT_TRUE(notes_.notes.empty());  // no line, no title
+  frame.bordered = true;
+  const Rows rows = Painted(40, 20);
+  EXPECT_EQ(notes_.notes, (std::vector<Note>{{"ab", 8, 0, 0}}));  // 120 twips from the corner
+  EXPECT_EQ(rows[1], std::string(40, '.'));
+  // The line runs half a text below the top and leaves 30 twips around the title.
+  EXPECT_EQ(rows[2], "??????.........?????????????????????????");
+  EXPECT_EQ(rows[3], std::string(1, '?').append(38, '.').append(1, '?'));
+  EXPECT_EQ(rows[19], std::string(40, '?'));
+  frame.text.clear();
+  EXPECT_EQ(Painted(40, 20)[2], std::string(40, '?'));
+  EXPECT_TRUE(notes_.notes.empty());
+}
+
+struct AlignCase {
+  Alignment alignment;
+  double x;
+};
+
+TEST_F(Painter, AlignsTheTextOfALabel) {
+  Node& label = Root(20, 12, NodeKind::Label);
+  label.text = "abc";  // 6 pixels of 20, 4 of 12
+  label.fore_color = 7;
+  label.back_color = kRedColour;
+  for (const AlignCase& row : {AlignCase{Alignment::Left, 0}, AlignCase{Alignment::Centre, 7},
+                               AlignCase{Alignment::Right, 14}}) {
+    label.alignment = row.alignment;
+    EXPECT_EQ(Painted(20, 12), Filled(20, 12, '.'));  // a text has no ground
+    EXPECT_EQ(notes_.notes, (std::vector<Note>{{"abc", row.x, 4, 7}}));
+  }
+  label.break_before = "c";
+  Painted(20, 12);
+  EXPECT_EQ(notes_.notes, (std::vector<Note>{{"ab", 16, 2, 7}, {"c", 18, 6, 7}}));
+  label.break_before = "x";
+  Painted(20, 12);
+  EXPECT_EQ(notes_.notes.size(), 1U);
+}
+
+TEST_F(Painter, PaintsButtonsUnlessTheyAreLeftOut) {
+  Node& button = Root(20, 10).Add(NodeKind::Button, "button", At(2, 2, 12, 6));
+  button.text = "abc";
+  const Rows rows = Painted(20, 10);
+  EXPECT_EQ(notes_.notes, (std::vector<Note>{{"abc", 5, 3, 0}}));
+  EXPECT_EQ(rows[1], std::string(20, '.'));
+  EXPECT_EQ(rows[5], "..????????????......");
+  EXPECT_EQ(Painted(20, 10, false), Filled(20, 10, '.'));
+  EXPECT_TRUE(notes_.notes.empty());
+}
+
+TEST_F(Painter, PaintsTheTextOfAField) {
+  Node& field = Root(20, 10).Add(NodeKind::Text, "field", At(2, 2, 12, 6));
+  field.text = "5";
+  const Rows rows = Painted(20, 10);
+  EXPECT_EQ(notes_.notes, (std::vector<Note>{{"5", 6, 3, 0}}));  // 60 twips from the edge
+  EXPECT_EQ(rows[2], "..????????????......");
+  EXPECT_EQ(rows[3], "..?..........?......");
+}
+
+TEST_F(Painter, TakesPlacesOfAnySize) {
+  const float infinity = std::numeric_limits<float>::infinity();
+  for (const float value : {std::nanf(""), infinity, -infinity, 3e38F, -3e38F, 3e10F, -3e10F}) {
+    for (const NodeKind kind : {NodeKind::Control, NodeKind::Frame, NodeKind::Label,
+                                NodeKind::Image, NodeKind::Button, NodeKind::Text}) {
+      for (const TwipsBox& box : {TwipsBox{value, 0, 90, 90}, TwipsBox{0, 0, value, value},
+                                  TwipsBox{value, value, value, value}}) {
+        Node& node = Root(8, 8).Add(kind, "node", box);
+        node.bordered = true;
+        node.text.assign(1, 'x');
+        node.image = std::make_shared<Canvas>(3, 3, kRedPixel);
+        Painted(8, 8);
+      }
+    }
+  }
+  for (const float value : {0.0F, -15.0F, std::nanf(""), infinity, 1e-30F}) {
+    screen_ = {value, value};
+    Root(8, 8, NodeKind::Frame).bordered = true;
+    root_->text.assign(1, 'x');
+    Painted(8, 8);
+  }
+}
+
+TEST_F(Painter, AnEndlessBoxCoversTheCanvas) {
+  Root(4, 2).Add(NodeKind::Label, "sky", {-3e38F, -3e38F, 3e38F, 3e38F}).back_color = kRedColour;
+  EXPECT_EQ(Painted(4, 2), Filled(4, 2, '.'));  // ends at the corner
+  Root(4, 2).Add(NodeKind::Label, "sky", {15, 0, 3e38F, 3e38F}).back_color = kRedColour;
+  EXPECT_EQ(Painted(4, 2), (Rows{".rrr", ".rrr"}));
+}
+
+}  // namespace
+}  // namespace discoplan
