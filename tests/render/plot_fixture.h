@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <nlohmann/json.hpp>
+#include <random>
 
 #include "discoplan/core/wafer.h"
 #include "hosts/recording/recording_host.h"
@@ -28,6 +30,19 @@ inline wafer LoadedWafer(const std::vector<Site>& sites, float diameter = 200,
 
 inline std::vector<Site> FiveSites() {
   return {{0, 0, 10}, {50, 0, 12}, {0, 50, 14}, {-50, 0, 16}, {0, -50, 18}};
+}
+
+/// Within 97 mm of the centre, with values around 50.
+inline std::vector<Site> RandomSites(unsigned seed, std::size_t count) {
+  std::mt19937 random(seed);
+  std::uniform_real_distribution<float> along(-95, 95);
+  std::normal_distribution<float> value(50, 7);
+  std::vector<Site> sites;
+  while (sites.size() < count) {
+    const Site site{along(random), along(random), value(random)};
+    if (std::hypot(site.x, site.y) < 97) sites.push_back(site);
+  }
+  return sites;
 }
 
 /// A picture that is so many pixels wide and high, and a printer of so many twips.
