@@ -95,6 +95,10 @@ class HistogramPainter {
     axis_surface_.Print(text);
   }
 
+  HistogramLayout::TextSize Measure() const {
+    return {axis_surface_.TextHeight("0"), axis_surface_.TextWidth("UCL")};
+  }
+
   void Refresh(Surface& surface) {
     if (!layout_.printing()) Attempt([&] { RefreshPicture(surface); });
   }
@@ -186,7 +190,7 @@ class HistogramPainter {
     if (k == 0) axis_surface_.Font({.name = kFontName, .size = kept.size});
     Attempt([&] {
       const std::string text = kSigmaLabels[static_cast<std::size_t>(kMean + k)];
-      Label(layout_.SigmaLabel(along, axis_surface_.TextHeight("0")), text, text);
+      Label(layout_.SigmaLabel(along, Measure()), text, text);
     });
     if (k == 0) axis_surface_.Font(kept);
   }
@@ -219,9 +223,9 @@ class HistogramPainter {
     count_label(source_.HistoPeakCount, zero == End::Lower ? End::Upper : End::Lower);
     count_label(0, zero);
     const auto value_label = [&](float value, End end) {
-      Attempt([&] {
-        Label(layout_.ValueLabel(end), FormatToDigits(value, "0.0"), wafer::FormatLbl(value));
-      });
+      const std::string text = wafer::FormatLbl(value);
+      const std::string measured = layout_.turned() ? text : FormatToDigits(value, "0.0");
+      Attempt([&] { Label(layout_.ValueLabel(end, Measure()), measured, text); });
     };
     value_label(bins_.lower, End::Lower);
     value_label(source_.PlotMaximum, End::Upper);

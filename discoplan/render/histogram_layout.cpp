@@ -16,8 +16,10 @@ constexpr double kCountLabelGap = 6;
 /// From the height of the bars' surface to the labels below it.
 constexpr double kLabelDrop = 30;
 constexpr double kPrintedLabelDrop = 20;
-/// From the gap of a turned chart to its labels.
+/// From the ticks of a turned chart, in print from the labels of its limits, to its labels.
 constexpr double kTurnedLabelGap = 4;
+/// Widths of its own text that the label of a limit begins before the printed chart.
+constexpr double kPrintedLimitWidths = 1.5;
 
 }  // namespace
 
@@ -96,7 +98,7 @@ double HistogramLayout::AxisEdge() const {
 
 HistogramLayout::Segment HistogramLayout::CountTick(double reach) const {
   if (!turned()) return {{kTickStart, bottom_ - reach}, {tick_end_, bottom_ - reach}};
-  const double x = chart_.left + reach;
+  const double x = base_ + chart_.left - sign_ * (depth_ - reach);
   return {{x, bottom_ + chart_.gap}, {x, bottom_ + chart_.gap + overhang_}};
 }
 
@@ -109,23 +111,26 @@ HistogramLayout::Segment HistogramLayout::ValueTick(double along, End end) const
   return {Turned(AxisAlong(along), start), Turned(AxisAlong(along), AxisEdge())};
 }
 
-double HistogramLayout::LabelEdge() const { return AxisEdge() - chart_.gap - kTurnedLabelGap; }
-
-HistogramLayout::Anchor HistogramLayout::SigmaLabel(double along, double text_height) const {
-  if (turned()) {
-    // The labels of the values stand right beyond both ends of the axis.
-    const double room = text_height / 2;
-    const double inside = std::min(std::max(along, room), length_ - room);
-    return {{LabelEdge(), AxisAlong(inside)}, 1, 0.5};
-  }
-  if (!printing_) return {{AxisAlong(along), surface_height_ + kLabelDrop}, 0.5, 0};
-  const double lines = std::ceil(Divide(kPrintedLabelDrop, text_height)) + 1;
-  return {{AxisAlong(along), AxisEdge() + lines * text_height}, 0.5, 0};
+double HistogramLayout::LabelEdge(const TextSize& text) const {
+  const double taken = printing_ ? kPrintedLimitWidths * text.limit_width : chart_.gap;
+  return AxisEdge() - taken - kTurnedLabelGap;
 }
 
-HistogramLayout::Anchor HistogramLayout::ValueLabel(End end) const {
+HistogramLayout::Anchor HistogramLayout::SigmaLabel(double along, const TextSize& text) const {
+  if (turned()) {
+    // The labels of the values stand right beyond both ends of the axis.
+    const double room = text.height / 2;
+    const double inside = std::min(std::max(along, room), length_ - room);
+    return {{LabelEdge(text), AxisAlong(inside)}, 1, 0.5};
+  }
+  if (!printing_) return {{AxisAlong(along), surface_height_ + kLabelDrop}, 0.5, 0};
+  const double lines = std::ceil(Divide(kPrintedLabelDrop, text.height)) + 1;
+  return {{AxisAlong(along), AxisEdge() + lines * text.height}, 0.5, 0};
+}
+
+HistogramLayout::Anchor HistogramLayout::ValueLabel(End end, const TextSize& text) const {
   const double along = AxisAlong(end == End::Lower ? 0 : length_);
-  if (turned()) return {{LabelEdge(), along}, 1, end == End::Lower ? 0.0 : 1.0};
+  if (turned()) return {{LabelEdge(text), along}, 1, end == End::Lower ? 0.0 : 1.0};
   const double y = printing_ ? AxisEdge() + kPrintedLabelDrop : surface_height_ + kLabelDrop;
   return {{along, y}, 0.5, 0};
 }
@@ -142,7 +147,7 @@ HistogramLayout::Anchor HistogramLayout::CountLabel(End end) const {
 }
 
 HistogramLayout::Anchor HistogramLayout::LimitLabel(double along) const {
-  if (printing_) return {{chart_.plot_left, BarAlong(along)}, 1.5, 0.5};
+  if (printing_) return {{chart_.plot_left, BarAlong(along)}, kPrintedLimitWidths, 0.5};
   return {{2, BarAlong(along) + chart_.top}, 0, 0.5};
 }
 

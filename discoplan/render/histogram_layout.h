@@ -38,6 +38,12 @@ class HistogramLayout {
 
   enum class End { Lower, Upper };
 
+  /// Of the texts as they will be printed.
+  struct TextSize {
+    double height;
+    double limit_width;  ///< Of the label of a control limit.
+  };
+
   /// Takes the chart's lengths from twips in print.
   HistogramLayout(const HistogramChart& chart, Orientation orientation, const Surface& bars);
 
@@ -60,8 +66,8 @@ class HistogramLayout {
   Segment CountTick(double reach) const;
   /// The tick at the low or the high end of a bin.
   Segment ValueTick(double along, End end) const;
-  Anchor SigmaLabel(double along, double text_height) const;
-  Anchor ValueLabel(End end) const;
+  Anchor SigmaLabel(double along, const TextSize& text) const;
+  Anchor ValueLabel(End end, const TextSize& text) const;
   /// At the lower or left end of the count axis, or at the other one.
   Anchor CountLabel(End end) const;
   /// The end at which the bars stand.
@@ -75,7 +81,7 @@ class HistogramLayout {
   Point AxisOrigin() const;
   double AxisAlong(double along) const;
   double AxisEdge() const;
-  double LabelEdge() const;
+  double LabelEdge(const TextSize& text) const;
 
   HistogramChart chart_;
   const Orientation orientation_;
