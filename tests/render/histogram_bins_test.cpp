@@ -82,11 +82,5 @@ TEST(HistogramBins, ImpossibleNumberOfBinsCountsNothing) {
   EXPECT_EQ(HistogramBins::Of(ZeroToTen(), 32767).counts.size(), 32768U);
 }
 
-TEST(HistogramBins, ValueThatIsNoNumberIsNotCounted) {
-  wafer source = WaferOf({0, 5, 10});
-  source.OverwriteGridValue(2, 0, 0, std::numeric_limits<float>::quiet_NaN());
-  EXPECT_EQ(HistogramBins::Of(source, 2).counts, (Counts{0, 1, 1}));
-}
-
 }  // namespace
 }  // namespace discoplan

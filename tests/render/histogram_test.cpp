@@ -196,7 +196,7 @@ TEST_F(Histogram, ValueLabelOfALyingChartIsCentredByItsShorterText) {
 }
 
 TEST_F(Histogram, UprightSigmaLabelsKeepClearOfTheValues) {
-  // Five values of 9.9 around 10 leave the first sigma less than half a line from the lower end.
+  // The mean is 3 pixels above the lower end.
   wafer source = WaferOf({9, 9, 9, 9, 9, 9, 9, 9, 10});
   source.setMaximalMinial(10, 9.1F);
   const std::vector<Text> texts = TextsOf(Draw(source, kLeft).axes);
@@ -227,26 +227,26 @@ TEST_F(Histogram, CurveFollowsTheBellPixelByPixel) {
   const struct {
     std::int16_t type;
     int length, depth;
-    int along, across;  // which coordinates
+    std::size_t along, across;  // which coordinates
   } kCases[] = {{kBottom, 300, 240, 0, 1},
                 {kTop, 300, 240, 0, 1},
                 {kLeft, 240, 300, 1, 0},
                 {kRight, 240, 300, 1, 0}};
-  for (const auto& [type, length, depth, along, across] : kCases) {
-    std::vector<json> lines = Lines(Draw(source, type).bars, "line", kCurve);
-    ASSERT_EQ(lines.size(), static_cast<std::size_t>(length + 3));
+  for (const auto& c : kCases) {
+    std::vector<json> lines = Lines(Draw(source, c.type).bars, "line", kCurve);
+    ASSERT_EQ(lines.size(), static_cast<std::size_t>(c.length + 3));
     lines.erase(lines.begin(), lines.begin() + 3);  // the marks of sigma
     const auto expected_across = [&](int i) {
       const double share =
-          source.GaussPeak / 3 * Bell((i * 10.0 / length - source.mean) / source.StdDev);
-      return type == kTop || type == kLeft ? share * depth : depth - share * depth;
+          source.GaussPeak / 3 * Bell((i * 10.0 / c.length - source.mean) / source.StdDev);
+      return c.type == kTop || c.type == kLeft ? share * c.depth : c.depth - share * c.depth;
     };
-    for (int i = 1; i <= length; ++i) {
+    for (int i = 1; i <= c.length; ++i) {
       const json& line = lines[static_cast<std::size_t>(i) - 1];
-      EXPECT_EQ(line[static_cast<std::size_t>(along)], type <= kTop ? i - 1 : length - i + 1);
-      EXPECT_EQ(line[static_cast<std::size_t>(along) + 2], type <= kTop ? i : length - i);
-      EXPECT_NEAR(line[static_cast<std::size_t>(across)], expected_across(i - 1), 1e-3);
-      EXPECT_NEAR(line[static_cast<std::size_t>(across) + 2], expected_across(i), 1e-3);
+      EXPECT_EQ(line[c.along], c.type <= kTop ? i - 1 : c.length - i + 1);
+      EXPECT_EQ(line[c.along + 2], c.type <= kTop ? i : c.length - i);
+      EXPECT_NEAR(line[c.across], expected_across(i - 1), 1e-3);
+      EXPECT_NEAR(line[c.across + 2], expected_across(i), 1e-3);
     }
   }
 }
