@@ -72,6 +72,19 @@ struct SurfaceView {
   float grid_inclination = 35;  ///< 90 is seen from straight above, 0 from the side.
 };
 
+/// How a histogram lies on its two surfaces, in pixels, or in twips in mode 1, which is print.
+struct HistogramChart {
+  float left = 0;  ///< Of the bars' surface on the surface around it, as is `top`.
+  float top = 0;
+  float width = 0;  ///< Of the chart, as is `height`.
+  float height = 0;
+  float bins = 10;
+  std::int16_t gap = 4;  ///< Between chart and ticks.
+  float plot_left = 0;   ///< Of the chart on the bars' surface, as is `plot_top`.
+  float plot_top = 0;
+  std::int16_t mode = 0;
+};
+
 /// Where the scale of a wafer of one constant value begins: strictly below the value.
 constexpr double FloorUnderConstant(double value, bool negative) {
   return value * (negative ? 1.1 : 0.9) - 0.001;
@@ -195,6 +208,13 @@ class DISCOPLAN_EXPORT wafer {
   /// `printed`.
   void D3Plot(Surface& surface, const SurfaceView& view, std::int16_t plot_kind, float sigma_range,
               bool printed, const PlotArea& area);
+  /// Histogram of the values between the plot limits, with a Gauss curve, onto the surface `bars`,
+  /// with ticks and labels on the surface `axes` around it. The value axis is at the bottom (1), at
+  /// the top (2), on the left (3) or on the right (4). Rewrites `HistoPeakCount` and `GaussPeak`.
+  void Statistic(std::int16_t plot_type, Surface& bars, Surface& axes, const HistogramChart& chart);
+  /// The same with an upright value axis, on the left or on the right, and the thread's control
+  /// limits.
+  void Statistic_Quer(bool right, Surface& bars, Surface& axes, const HistogramChart& chart);
   /// Small outline of the wafer with its notch or flat. Angles in degrees: `rotation` 0 is at the
   /// bottom and grows to the right, `inclination` 90 is seen from straight above. The label may be
   /// missing.
