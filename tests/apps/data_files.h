@@ -3,12 +3,8 @@
 
 /// Files for the tests of data reading, and what comes of them as one text.
 
-#include <stdlib.h>
-
 #include <bit>
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
 #include <iomanip>
 #include <limits>
 #include <locale>
@@ -18,29 +14,9 @@
 #include <vector>
 
 #include "apps/discoplan/data_file.h"
+#include "tests/temporary_folder.h"
 
 namespace discoplan::app {
-
-/// A folder of its own, removed with all that is in it.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "discoplan-XXXXXX").string();
-    path_ = ::mkdtemp(pattern.data());
-  }
-  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  std::filesystem::path Write(const std::string& name, std::string_view content) const {
-    std::ofstream(path_ / name, std::ios::binary) << content;
-    return path_ / name;
-  }
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
 
 /// The numbers as little-endian 64-bit floats.
 inline std::string Binary(const std::vector<double>& numbers) {

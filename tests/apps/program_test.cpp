@@ -9,6 +9,8 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "tests/temporary_folder.h"
+
 namespace discoplan {
 namespace {
 
@@ -22,12 +24,6 @@ struct Outcome {
 /// Runs the program in a folder of its own.
 class Program : public testing::Test {
  protected:
-  Program() {
-    std::string name = (fs::temp_directory_path() / "discoplan-program-XXXXXX").string();
-    folder_ = mkdtemp(name.data());
-  }
-  ~Program() override { fs::remove_all(folder_); }
-
   Outcome Run(const std::string& arguments) const {
     const std::string command =
         "cd " + folder_.string() + " && " DISCOPLAN_PROGRAM " " + arguments + " 2>&1";
@@ -52,7 +48,8 @@ class Program : public testing::Test {
     return head == "\x89PNG";
   }
 
-  fs::path folder_;
+  const TemporaryFolder temporary_;
+  const fs::path folder_ = temporary_.path();
 };
 
 const std::string kLot = DISCOPLAN_EXAMPLES "/native_oxide_lot.csv";

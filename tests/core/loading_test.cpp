@@ -8,6 +8,7 @@
 #include <numeric>
 
 #include "discoplan/core/numbers.h"
+#include "tests/temporary_folder.h"
 
 namespace discoplan {
 namespace {
@@ -175,16 +176,14 @@ TEST(Loading, ClippingAwayAllSitesEmptiesTheStore) {
 
 class DataFile : public testing::Test {
  protected:
-  DataFile() : path_(std::filesystem::temp_directory_path() / "discoplan-data-file.dat") {}
-  ~DataFile() override { std::filesystem::remove(path_); }
-
   void Write(const std::vector<double>& blocks) const {
     std::ofstream file(path_, std::ios::binary);
     file.write(reinterpret_cast<const char*>(blocks.data()),
                static_cast<std::streamsize>(blocks.size() * sizeof(double)));
   }
 
-  std::filesystem::path path_;
+  const TemporaryFolder folder_;
+  const std::filesystem::path path_ = folder_.path() / "wafer.dat";
 };
 
 TEST_F(DataFile, HoldsThreeBlocks) {
@@ -198,7 +197,7 @@ TEST_F(DataFile, HoldsThreeBlocks) {
 TEST_F(DataFile, ThatFailsLeavesTheStoreSized) {
   Write({1, 2, 3, 4, 5, 6, 7, 8});
   const std::pair<std::string, float> rows[] = {
-      {path_.string(), 3}, {"/nowhere/at-all.dat", 3}, {std::filesystem::temp_directory_path(), 3}};
+      {path_.string(), 3}, {"/nowhere/at-all.dat", 3}, {folder_.path().string(), 3}};
   for (const auto& [path, count] : rows) {
     wafer target = NewWafer();
     EXPECT_EQ(LoadFile(target, false, path, count), LoadResult::Failed) << path;

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "discoplan/raster/canvas.h"
+#include "tests/temporary_folder.h"
 
 namespace discoplan {
 namespace {
@@ -67,30 +68,26 @@ Canvas Painted(const Font& font, std::string_view text, const TextPlacement& pla
 class MachineFonts {
  public:
   explicit MachineFonts(const std::vector<std::string>& files) {
-    std::string name = (fs::temp_directory_path() / "machine_fonts_XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    folder_ = name;
     fs::create_directory(folder_ / "fonts");
     // fontconfig takes the first of two that serve equally well.
     for (std::size_t i = 0; i < files.size(); ++i) {
       fs::copy_file(files[i], folder_ / "fonts" / (std::to_string(i) + ".ttf"));
     }
-    std::ofstream(folder_ / "fonts.conf") << "<fontconfig><dir>" << name << "/fonts</dir><cachedir>"
-                                          << name << "/cache</cachedir></fontconfig>";
+    std::ofstream(folder_ / "fonts.conf")
+        << "<fontconfig><dir>" << folder_.string() << "/fonts</dir><cachedir>" << folder_.string()
+        << "/cache</cachedir></fontconfig>";
     if (const char* before = std::getenv(kVariable)) before_ = before;
-    setenv(kVariable, (name + "/fonts.conf").c_str(), 1);
+    setenv(kVariable, (folder_ / "fonts.conf").c_str(), 1);
   }
-  ~MachineFonts() {
-    before_ ? setenv(kVariable, before_->c_str(), 1) : unsetenv(kVariable);
-    fs::remove_all(folder_);
-  }
+  ~MachineFonts() { before_ ? setenv(kVariable, before_->c_str(), 1) : unsetenv(kVariable); }
   MachineFonts(const MachineFonts&) = delete;
   MachineFonts& operator=(const MachineFonts&) = delete;
 
  private:
   static constexpr const char* kVariable = "FONTCONFIG_FILE";
 
-  fs::path folder_;
+  const TemporaryFolder temporary_;
+  const fs::path folder_ = temporary_.path();
   std::optional<std::string> before_;
 };
 

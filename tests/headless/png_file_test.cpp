@@ -16,6 +16,8 @@
 #include <thread>
 #include <vector>
 
+#include "tests/temporary_folder.h"
+
 namespace discoplan {
 namespace {
 
@@ -71,13 +73,6 @@ Bytes Read(const fs::path& path) {
 /// A folder of its own for each test.
 class PngFile : public ::testing::Test {
  protected:
-  void SetUp() override {
-    std::string name = (fs::temp_directory_path() / "png_file_test_XXXXXX").string();
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    folder_ = name;
-  }
-  void TearDown() override { fs::remove_all(folder_); }
-
   std::vector<std::string> Names() const {
     std::vector<std::string> names;
     for (const auto& entry : fs::directory_iterator(folder_)) {
@@ -97,7 +92,8 @@ class PngFile : public ::testing::Test {
 
   const std::vector<Pixel> pixels_ = Noise(12, 3, 7);
   const PngPicture picture_ = {.pixels = pixels_, .width = 4, .height = 3};
-  fs::path folder_;
+  const TemporaryFolder temporary_;
+  const fs::path folder_ = temporary_.path();
 };
 
 TEST_F(PngFile, ColoursDecideOnTypeAndDepth) {

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "hosts/automation/session.h"
+#include "tests/temporary_folder.h"
 
 namespace discoplan {
 namespace {
@@ -415,7 +416,8 @@ TEST_F(Requests, DrawOnPaperWhatPaperOffers) {
 }
 
 TEST_F(Requests, SaveASurfaceOfAControlOrAPicture) {
-  const auto file = std::filesystem::temp_directory_path() / "discoplan-requests.png";
+  const TemporaryFolder folder;
+  const auto file = folder.path() / "map.png";
   const auto bytes = [&] {
     std::ifstream stream(file, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(stream), {});
@@ -438,7 +440,7 @@ TEST_F(Requests, SaveASurfaceOfAControlOrAPicture) {
 
   Draw(R"([["Width", 0]])");
   ExpectRefused(AskFor(save), "an empty picture");
-  save["file"] = std::filesystem::temp_directory_path().string();
+  save["file"] = folder.path().string();
   Draw(R"([["Width", 300]])");
   ExpectRefused(AskFor(save), "a folder");
   EXPECT_FALSE(std::filesystem::exists(file));

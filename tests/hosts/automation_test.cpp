@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "hosts/automation/session.h"
+#include "tests/temporary_folder.h"
 
 namespace discoplan {
 namespace {
@@ -186,12 +187,12 @@ TEST_F(Automation, DrawsEveryCallOnASurface) {
 }
 
 TEST_F(Automation, SavesThePixels) {
-  const auto file = std::filesystem::temp_directory_path() / "discoplan-automation.png";
+  const TemporaryFolder folder;
+  const auto file = folder.path() / "map.png";
   Ask(R"({"op":"new","class":"Picture","id":"s","width":300,"height":150})");
   const json save = {{"op", "save"}, {"id", "s"}, {"file", file.string()}};
   EXPECT_EQ(AskFor(save), json::parse(R"({"ok":true})"));
   EXPECT_GT(std::filesystem::file_size(file), 50U);
-  std::filesystem::remove(file);
   Ask(R"({"op":"new","class":"Printer","id":"q"})");
   EXPECT_EQ(AskFor(json{{"op", "save"}, {"id", "q"}, {"file", file.string()}})["ok"], false);
 }
