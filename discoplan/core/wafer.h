@@ -31,6 +31,7 @@
 namespace discoplan {
 
 class Label;
+class Marker;
 class Surface;
 struct Message;
 
@@ -70,6 +71,35 @@ struct SurfaceView {
   float grid_rotation = 40;     ///< Of the grid lines on the surface.
   float wafer_rotation = 40;    ///< Of the wafer, whatever the grid's rotation.
   float grid_inclination = 35;  ///< 90 is seen from straight above, 0 from the side.
+};
+
+/// How bars over the sites are seen. Angles in degrees.
+struct BeamView {
+  float beam_width = 5;         ///< Half a side of a bar's foot along the grid's first axis, in mm.
+  float beam_height = 5;        ///< The same along its second axis.
+  float beam_scale = 1;         ///< Millimetres of the wafer for a height of one unit.
+  float grid_rotation = 40;     ///< Of the bars, 0 to 360.
+  float wafer_rotation = 40;    ///< Of the sites around the wafer's centre.
+  float grid_inclination = 35;  ///< 90 is seen from straight above, 0 from the side.
+};
+
+/// A straight cut across the test area: through the first point at an angle, or from the first
+/// point to the second. Lengths in mm.
+struct ScanLine {
+  bool at_angle = true;
+  float x1 = 0;
+  float y1 = 0;
+  float x2 = 0;
+  float y2 = 0;
+  std::int16_t angle = 0;  ///< In degrees; 0 is parallel to the Y axis.
+};
+
+/// Where a cut meets the circle of the test diameter, in the direction of the cut. In mm.
+struct CutEnds {
+  float ax;
+  float ay;
+  float bx;
+  float by;
 };
 
 /// How a histogram lies on its two surfaces, in pixels, or in twips in mode 1, which is print.
@@ -180,6 +210,34 @@ class DISCOPLAN_EXPORT wafer {
   /// finds; 0 for fewer than four sites. Answers for any point, also off the wafer; never fails.
   float Interpolation(float x, float y) const noexcept;
 
+  // Further statistics. They read the sites and change none of those that `MaxMin` left.
+
+  /// Normal curve over the data's mean and deviation, without the factor 1 / `StdDev`: about 0.4 at
+  /// the mean. `DivisionByZero` for a `StdDev` of 0.
+  float Gauss(float x) const;
+  static float StandardNormal(float z);
+  /// Counts the values strictly beyond the limits in `CountBelowLCL` and `CountAboveUCL`.
+  void Points_OutCL(float lower, float upper);
+  /// Sum of the squared distances of all values from `m`, accumulated in 32 bits.
+  float Globlal_Value_Sub_Mean(float m) const;
+  /// Replaces each value by the mean of its ring; the rings are equally wide and as many as half
+  /// the square root of the number of sites. Three sites or less stay as they are.
+  void radial_zone_average();
+
+  // Transforms of the sites' positions. The site cells become stale: `MaxMin` builds new ones.
+
+  /// True if all sites were moved; false, and none is, if one would leave the test circle.
+  bool MoveGrid(float dx, float dy);
+  /// Moves the middle of the sites' bounding box to the wafer's centre, as `MoveGrid` does.
+  /// `Subscript` for an empty store.
+  bool CenterGrid();
+  /// Turns all sites clockwise around the wafer's centre, in degrees.
+  void rotate(float angle);
+  /// About the X axis.
+  void mirror_X();
+  /// About the Y axis.
+  void mirror_Y();
+
   // Legends. `chips` are the colour swatches, `rows` the texts, from the top.
 
   /// Text of a legend value.
@@ -208,6 +266,24 @@ class DISCOPLAN_EXPORT wafer {
   /// `printed`.
   void D3Plot(Surface& surface, const SurfaceView& view, std::int16_t plot_kind, float sigma_range,
               bool printed, const PlotArea& area);
+  /// Each site as a bar that stands on the tilted wafer, the hidden ones behind the others. The
+  /// class colours go by the values, whatever the height. The flag has no effect.
+  void D2BeamPlot(Surface& surface, const BeamView& view, bool printed, const PlotArea& area);
+  /// Values along a cut as a curve of `steps` pieces over the whole surface or, in mode 1, over the
+  /// rectangle in the surface's units. Nothing for three sites or less. `InvalidCall` for a cut
+  /// beside the test circle, here and in the next three.
+  void D1Plot(Surface& surface, std::int16_t steps, const ScanLine& cut, Colour colour,
+              const PlotArea& area);
+  CutEnds EndsOf(const ScanLine& cut) const;
+  /// Five values from `ScaleFloor` to `PlotMaximum` and five positions along the cut.
+  void D1Plot_Show_lblXY(std::span<Label* const> x, std::span<Label* const> y,
+                         const ScanLine& cut) const;
+  /// Gives the picture of a wafer a scale in mm around the wafer's centre, Y downward, and shows
+  /// the cut with the marker, from edge to edge and a little beyond.
+  void draw_indicator(Surface& picture, Marker& marker, const ScanLine& cut);
+  /// Grid of four by four fields over the rectangle, kept as the background of a picture.
+  static void D1Plot_AdjustLines(Surface& surface, float left, float top, float width,
+                                 float height);
   /// Histogram of the values between the plot limits, with a Gauss curve, onto the surface `bars`,
   /// with ticks and labels on the surface `axes` around it. The value axis is at the bottom (1), at
   /// the top (2), on the left (3) or on the right (4). Rewrites `HistoPeakCount` and `GaussPeak`.
@@ -220,6 +296,10 @@ class DISCOPLAN_EXPORT wafer {
   /// missing.
   void FlatNotchShow(Label* label, Surface& surface, float& centre_x, float& centre_y, float radius,
                      float rotation, float inclination) const;
+  /// The same with an open outline at the centre and radius given, filled with the surface's
+  /// current fill; it leaves no trace on a coloured background.
+  void FlatNotchShow1(Label* label, Surface& surface, float centre_x, float centre_y, float radius,
+                      float rotation, float inclination) const;
 
  private:
   /// Square cells centred on multiples of their size, the sites of each in ascending number.
@@ -235,6 +315,8 @@ class DISCOPLAN_EXPORT wafer {
   void SumUp();
   void BuildSiteCells();
   float Interpolation_Einfach(float x, float y) const;
+  CutEnds CutThroughPoints(const ScanLine& cut) const;
+  CutEnds CutAtAngle(const ScanLine& cut) const;
   float InterpolateFromCells(float x, float y) const;
 
   float nop_ = 0;

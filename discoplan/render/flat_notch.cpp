@@ -2,6 +2,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
+#include <span>
+#include <vector>
 
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
@@ -40,14 +43,21 @@ void RubOut(Surface& surface, const std::array<SurfacePoint, N>& corners) {
   surface.Polygon(pixels);
 }
 
+void DrawConnected(Surface& surface, std::span<const SurfacePoint> points,
+                   std::optional<Colour> colour) {
+  surface.Line({.from = points[0], .to = points[1], .colour = colour});
+  for (const SurfacePoint& point : points.subspan(2)) {
+    surface.Line({.from = {}, .to = point, .colour = colour});
+  }
+}
+
 void MarkNotch(Surface& surface, const Outline& outline, double rotation) {
   const SurfacePoint right = outline.At(rotation + 10);
   const SurfacePoint left = outline.At(rotation - 10);
   const SurfacePoint tip = outline.At(rotation, 0.8);
   const SurfacePoint outside = outline.At(rotation, 1.05);
   RubOut<5>(surface, {right, tip, left, outside, right});
-  surface.Line({.from = right, .to = tip, .colour = kLightRed});
-  surface.Line({.from = {}, .to = left, .colour = kLightRed});
+  DrawConnected(surface, std::array{right, tip, left}, kLightRed);
 }
 
 void MarkFlat(Surface& surface, const Outline& outline, double rotation) {
@@ -59,7 +69,45 @@ void MarkFlat(Surface& surface, const Outline& outline, double rotation) {
   surface.Line({.from = right, .to = left, .colour = kLightRed});
 }
 
+/// The outline but for the gap of a mark that reaches so many degrees to each side.
+void DrawOpenOutline(Surface& surface, const Outline& outline, double rotation, double reach,
+                     double flattening) {
+  const auto within_one_turn = [](double degrees) {
+    return degrees > 360 ? degrees - 360 : degrees;
+  };
+  const double start = within_one_turn(ToInt16(rotation + reach + 270));
+  const double end = within_one_turn(ToFloat(rotation - reach + 270));
+  surface.Circle({.centre = {outline.x, outline.y},
+                  .radius = outline.radius,
+                  .colour = kBlack,
+                  .start = ToFloat(Radians(start)),
+                  .end = ToFloat(Radians(end)),
+                  .aspect = ToFloat(flattening)});
+}
+
 }  // namespace
+
+void wafer::FlatNotchShow1(Label* label, Surface& surface, float centre_x, float centre_y,
+                           float radius, float rotation, float inclination) const {
+  const double flattening = std::sin(Radians(inclination));
+  const Outline outline{centre_x, centre_y, radius, radius * flattening};
+  const bool notch = FlatRatio == 1.0F;
+  // The mark's ends lie a degree farther out than those of the arc and so close the outline.
+  const double reach = notch ? 10 : 34;
+  std::vector<SurfacePoint> mark = {outline.At(rotation + reach + 1)};
+  if (notch) mark.push_back(outline.At(rotation, 0.8));
+  mark.push_back(outline.At(rotation - reach - 1));
+
+  surface.Cls();
+  surface.DrawWidth(1);
+  if (label != nullptr) label->caption(notch ? "Notch" : "Flat");
+  DrawOpenOutline(surface, outline, rotation, reach, flattening);
+  surface.DrawWidth(1);
+  DrawConnected(surface, mark, {});
+  surface.FloodFill(Rounded({centre_x, centre_y}), surface.ForeColor());
+  DrawConnected(surface, mark, kLightRed);
+  RefreshPicture(surface);
+}
 
 void wafer::FlatNotchShow(Label* label, Surface& surface, float& centre_x, float& centre_y,
                           float radius, float rotation, float inclination) const {

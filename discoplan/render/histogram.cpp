@@ -27,23 +27,13 @@ constexpr const char* kFontName = "MS Sans Serif";
 constexpr int kMean = 3;
 constexpr std::array<const char*, 7> kSigmaLabels = {"-3s", "-2s", "-1s", "Mean", "1s", "2s", "3s"};
 
-double Bell(double z) {
-  return 1 / std::sqrt(2.0 * wafer::kPi) * std::exp(-0.5 * std::pow(z, 2.0));
-}
-
-float StandardNormal(float z) { return ToFloat(Bell(z)); }
-
-float Gauss(const wafer& source, float x) {
-  return ToFloat(Bell(Divide(x - source.mean, source.StdDev)));
-}
-
 /// Scales the curve to the number of sites that a normal distribution has in the bin around its
 /// mean, and the count axis to reach up to it.
 void ScaleGauss(wafer& target, double bin_width) {
   Attempt([&] {
     const double step = Divide(bin_width, target.StdDev) / 2 / 10;
     double sum = 0;
-    for (int k = 0; k <= 10; ++k) sum += StandardNormal(ToFloat(k * step));
+    for (int k = 0; k <= 10; ++k) sum += wafer::StandardNormal(ToFloat(k * step));
     target.GaussPeak = ToFloat(sum * 2 * step * target.GetNop());
   });
   if (target.HistoPeakCount < target.GaussPeak) {
@@ -114,7 +104,7 @@ class HistogramPainter {
 
   /// Share of the chart's depth that the curve has at a value.
   double CurveShare(double value) const {
-    return Divide(source_.GaussPeak, source_.HistoPeakCount) * Gauss(source_, ToFloat(value));
+    return Divide(source_.GaussPeak, source_.HistoPeakCount) * source_.Gauss(ToFloat(value));
   }
 
   void DrawCountTicks() {

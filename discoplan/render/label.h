@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// What the legends write to: a child of a control that shows a text or a colour.
+/// What plots write to beside a surface: children of a control that show a text, a colour or a
+/// place.
 
 #include <string>
 
 #include "discoplan/export.h"
 #include "discoplan/platform/variant.h"
+#include "discoplan/render/surface.h"
 
 namespace discoplan {
 
@@ -17,6 +19,16 @@ class DISCOPLAN_EXPORT Label {
   virtual void caption(const std::string& text) = 0;
   virtual void Visible(bool visible) = 0;
   virtual void BackColor(Colour colour) = 0;
+};
+
+/// Shows a cut on the picture of a wafer.
+class DISCOPLAN_EXPORT Marker {
+ public:
+  virtual ~Marker() = default;
+
+  /// In the picture's units. The marker's middle comes to lie on the end of the cut.
+  virtual void Move(const SurfacePoint& begin, const SurfacePoint& end) = 0;
+  virtual void Visible(bool visible) = 0;
 };
 
 }  // namespace discoplan

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "discoplan/core/numbers.h"
+#include "discoplan/core/wafer.h"
+#include "discoplan/render/label.h"
+#include "discoplan/render/number_text.h"
+#include "discoplan/render/surface.h"
+
+namespace discoplan {
+namespace {
+
+constexpr Colour kGridColour = kPalette[7];
+constexpr int kFields = 4;
+/// Cells of the raster that the picture of a wafer is laid out in.
+constexpr double kCellsPerDiameter = 50;
+
+double SquareRoot(double value) {
+  if (value < 0) throw RunTimeError(Fault::InvalidCall, "the cut lies beside the test circle");
+  return std::sqrt(value);
+}
+
+/// Crossings of the line y = slope * x + offset with the circle. `ascending` runs towards larger X.
+CutEnds CutAlong(float slope, float offset, double radius, bool ascending) {
+  const double m = slope;
+  const double c = offset;
+  const double e = ToFloat(m * m + 1);
+  const double half = ToFloat(SquareRoot(e * (radius * radius) - c * c) / e);
+  const double middle = ToFloat(c * m / e);
+  const float low = ToFloat(-middle - half);
+  const float high = ToFloat(-middle + half);
+  const float ax = ascending ? low : high;
+  const float bx = ascending ? high : low;
+  return {ax, ToFloat(m * ax + c), bx, ToFloat(m * bx + c)};
+}
+
+/// Crossings of a line parallel to the Y axis.
+CutEnds CutUpright(float x, double radius, bool ascending) {
+  const float half = ToFloat(SquareRoot(radius * radius - static_cast<double>(x) * x));
+  return ascending ? CutEnds{x, -half, x, half} : CutEnds{x, half, x, -half};
+}
+
+/// Puts another value in place of a field for as long as it lives.
+class Replaced {
+ public:
+  Replaced(float& field, float value) : field_(field), before_(field) { field = value; }
+  ~Replaced() { field_ = before_; }
+  Replaced(const Replaced&) = delete;
+  Replaced& operator=(const Replaced&) = delete;
+
+ private:
+  float& field_;
+  const float before_;
+};
+
+}  // namespace
+
+CutEnds wafer::CutThroughPoints(const ScanLine& cut) const {
+  const double radius = TestDiameter / 2.0;
+  if (cut.x1 == cut.x2) return CutUpright(cut.x1, radius, cut.y1 < cut.y2);
+  const float slope =
+      ToFloat((static_cast<double>(cut.y2) - cut.y1) / (static_cast<double>(cut.x2) - cut.x1));
+  const float offset = ToFloat(cut.y1 - static_cast<double>(slope) * cut.x1);
+  return CutAlong(slope, offset, radius, cut.x1 < cut.x2);
+}
+
+CutEnds wafer::CutAtAngle(const ScanLine& cut) const {
+  const double radius = TestDiameter / 2.0;
+  if (cut.angle % 180 == 0 && cut.angle >= 0 && cut.angle <= 360) {
+    return CutUpright(cut.x1, radius, cut.angle != 180);
+  }
+  const double direction = ToFloat((cut.angle + 90.0) * kPi / 180);
+  const float slope = ToFloat(Divide(std::sin(direction), std::cos(direction)));
+  const float offset = ToFloat(cut.y1 - static_cast<double>(slope) * cut.x1);
+  return CutAlong(slope, offset, radius, cut.angle >= 180);
+}
+
+CutEnds wafer::EndsOf(const ScanLine& cut) const {
+  return cut.at_angle ? CutAtAngle(cut) : CutThroughPoints(cut);
+}
+
+void wafer::D1Plot(Surface& surface, std::int16_t steps, const ScanLine& cut, Colour colour,
+                   const PlotArea& area) {
+  const bool on_page = area.IsPartOfPage();
+  const double left = on_page ? area.left : 0;
+  const double height = on_page ? area.height : surface.ScaleHeight();
+  const double base =
+      on_page ? ToFloat(static_cast<double>(area.top) + area.height) : surface.ScaleHeight();
+  const double width = on_page ? area.width : surface.ScaleWidth();
+  if (nop_ <= 3) return;
+  ScaleFloor = PlotMaximum == PlotMinimum ? ToFloat(FloorUnderConstant(PlotMinimum, Minimum < 0))
+                                          : PlotMinimum;
+  const CutEnds ends = EndsOf(cut);
+  const double dx = ToFloat(Divide(static_cast<double>(ends.bx) - ends.ax, steps));
+  const double dy = ToFloat(Divide(static_cast<double>(ends.by) - ends.ay, steps));
+  const double pitch = ToFloat(Divide(width, steps));
+  const auto place = [&](int i, float value) {
+    const double above = (static_cast<double>(value) - ScaleFloor) * height;
+    return SurfacePoint{
+        ToFloat(i * pitch + left),
+        ToFloat(base - Divide(above, static_cast<double>(PlotMaximum) - ScaleFloor))};
+  };
+  float x = ends.ax;
+  float y = ends.ay;
+  float previous = Interpolation(x, y);
+  for (int i = 1; i <= steps; ++i) {
+    x = ToFloat(x + dx);
+    y = ToFloat(y + dy);
+    const float value = Interpolation(x, y);
+    surface.Line({.from = place(i - 1, previous), .to = place(i, value), .colour = colour});
+    previous = value;
+  }
+}
+
+void wafer::D1Plot_AdjustLines(Surface& surface, float left, float top, float width, float height) {
+  const bool printer = surface.IsPrinter();
+  const double across = (width - (printer ? surface.TwipsPerPixelX() : 0.0)) / kFields;
+  const double down = (height - (printer ? surface.TwipsPerPixelY() : 0.0)) / kFields;
+  const float right = ToFloat(static_cast<double>(left) + width);
+  const float bottom = ToFloat(static_cast<double>(top) + height);
+  for (int i = 0; i <= kFields; ++i) {
+    const float x = ToFloat(left + i * across);
+    surface.Line({.from = SurfacePoint{x, top}, .to = {x, bottom}, .colour = kGridColour});
+  }
+  for (int i = 0; i <= kFields; ++i) {
+    const float y = ToFloat(top + i * down);
+    surface.Line({.from = SurfacePoint{left, y}, .to = {right, y}, .colour = kGridColour});
+  }
+  if (!printer) surface.KeepImageAsPicture();
+}
+
+void wafer::D1Plot_Show_lblXY(std::span<Label* const> x, std::span<Label* const> y,
+                              const ScanLine& cut) const {
+  const CutEnds ends = EndsOf(cut);
+  const double low = ScaleFloor;
+  const double high = PlotMaximum;
+  const double middle = (low + high) / 2;
+  const std::array<double, 5> values = {low, (middle + low) / 2, middle, (middle + high) / 2, high};
+  for (std::size_t i = 0; i < y.size() && i < values.size(); ++i) {
+    y[i]->caption(FormatLbl(ToFloat(values[i])));
+  }
+  const double dx = ToFloat((static_cast<double>(ends.bx) - ends.ax) / kFields);
+  const double dy = ToFloat((static_cast<double>(ends.by) - ends.ay) / kFields);
+  for (std::size_t i = 0; i < x.size() && i <= kFields; ++i) {
+    const double steps = static_cast<double>(i);
+    const float at_x = i == kFields ? ends.bx : ToFloat(ends.ax + steps * dx);
+    const float at_y = i == kFields ? ends.by : ToFloat(ends.ay + steps * dy);
+    x[i]->caption(std::string("X=") + FormatPicture(at_x, "0.00") +
+                  "Y=" + FormatPicture(at_y, "0.00"));
+  }
+}
+
+void wafer::draw_indicator(Surface& picture, Marker& marker, const ScanLine& cut) {
+  EndsOf(cut);
+  if (WaferDiameter == 0) WaferDiameter = 200;
+  const float quotient = ToFloat(WaferDiameter / kCellsPerDiameter);
+  const double cell = quotient == 0 ? 1.0 : quotient;
+  const double extent = 2 * (ToInt16(WaferDiameter / 2 / cell + 2) * cell);
+  const double scale = std::min(picture.ScaleWidth() / extent, picture.ScaleHeight() / extent);
+  const double width = Divide(picture.ScaleWidth(), scale);
+  const double height = Divide(picture.ScaleHeight(), scale);
+  picture.ScaleLeft(ToFloat(-width / 2));
+  picture.ScaleTop(ToFloat(-height / 2));
+  picture.ScaleWidth(ToFloat(width));
+  picture.ScaleHeight(ToFloat(height));
+  const Replaced longer(TestDiameter, ToFloat(WaferDiameter / 10.0 + WaferDiameter));
+  const CutEnds ends = EndsOf(cut);
+  marker.Move({ends.ax, -ends.ay}, {ends.bx, -ends.by});
+  marker.Visible(true);
+}
+
+}  // namespace discoplan
