@@ -95,5 +95,83 @@ TEST_F(FlatNotch, DrawsEvenWithoutRoom) {
   }
 }
 
+class OpenOutline : public PlotFixture {
+ protected:
+  json Show(float flat_ratio, float rotation, Label* label = nullptr) {
+    wafer source = LoadedWafer({});
+    source.FlatRatio = flat_ratio;
+    source.FlatNotchShow1(label, *picture_, 34, 34, 27, rotation, 90);
+    return picture_->TakeTrace();
+  }
+
+  std::unique_ptr<Recording<Picture>> picture_ = NewPicture(68, 68);
+};
+
+TEST_F(OpenOutline, LeavesTheNotchOutAndFillsTheInside) {
+  Node label(NodeKind::Frame, "FNLabel", {});
+  const json trace = Show(1, 0, &label);
+  EXPECT_EQ(label.text, "Notch");
+  ASSERT_EQ(trace.size(), 10U);
+  EXPECT_EQ(trace[0], json::parse(R"(["Cls"])"));
+  EXPECT_EQ(trace[1], json::parse(R"(["DrawWidth", 1])"));
+  const json circle = trace[2];  // from 280 to 260 degrees
+  EXPECT_EQ(json(circle.begin() + 1, circle.begin() + 5), json::parse("[34, 34, 27, 0]"));
+  EXPECT_NEAR(circle[5].get<double>(), 4.886922, 1e-5);
+  EXPECT_NEAR(circle[6].get<double>(), 4.537856, 1e-5);
+  EXPECT_EQ(circle[7], 1);
+  EXPECT_EQ(trace[3], json::parse(R"(["DrawWidth", 1])"));
+  // At 11 degrees: 27 sin 11 = 5.152, 27 cos 11 = 26.504; the tip lies at 21.6.
+  for (const std::size_t first : {4U, 7U}) {
+    EXPECT_NEAR(trace[first][1].get<double>(), 39.152, 1e-3);
+    EXPECT_NEAR(trace[first][2].get<double>(), 60.504, 1e-3);
+    EXPECT_NEAR(trace[first][4].get<double>(), 55.6, 1e-3);
+    EXPECT_TRUE(trace[first + 1][1].is_null());
+    EXPECT_NEAR(trace[first + 1][3].get<double>(), 28.848, 1e-3);
+  }
+  EXPECT_TRUE(trace[4][5].is_null());
+  EXPECT_EQ(trace[6], json::parse(R"(["FloodFill", 34, 34, 0])"));
+  EXPECT_EQ(trace[7][5], 255);
+  EXPECT_EQ(trace[9], json::parse(R"(["Refresh"])"));
+}
+
+TEST_F(OpenOutline, NamesTheFlat) {
+  Node label(NodeKind::Frame, "FNLabel", {});
+  const json trace = Show(0.98F, 0, &label);
+  EXPECT_EQ(label.text, "Flat");
+  EXPECT_EQ(Calls(trace, "Line").size(), 2U);
+  EXPECT_NEAR(trace[2][5].get<double>(), 304 * 3.14159265 / 180, 1e-5);
+  EXPECT_NEAR(trace[2][6].get<double>(), 236 * 3.14159265 / 180, 1e-5);
+  EXPECT_NEAR(Calls(trace, "Line")[0][1].get<double>(), 34 + 27 * 0.573576, 1e-3);  // sin 35
+}
+
+TEST_F(OpenOutline, TakesAFullTurnOffBeyond360Degrees) {
+  const struct {
+    float rotation;
+    double start, end;
+  } rows[] = {{80, 360, 340}, {80.4F, 360, 340.4}, {81, 1, 341}, {100, 20, 360}, {101, 21, 1}};
+  for (const auto& row : rows) {
+    const json circle = Calls(Show(1, row.rotation), "Circle")[0];
+    EXPECT_NEAR(circle[5].get<double>(), row.start * 3.14159265 / 180, 1e-5) << row.rotation;
+    EXPECT_NEAR(circle[6].get<double>(), row.end * 3.14159265 / 180, 1e-5) << row.rotation;
+  }
+}
+
+// A degree of this outline is wide enough that mark and arc overlap.
+TEST_F(OpenOutline, LeavesNoTraceOnAColouredBackground) {
+  const auto picture = NewPicture(400, 400);
+  picture->BackColor(0x00FFFF);
+  picture->FillStyle(0);
+  picture->FillColor(0x123456);
+  for (const float flat_ratio : {1.0F, 0.98F}) {
+    wafer source = LoadedWafer({});
+    source.FlatRatio = flat_ratio;
+    source.FlatNotchShow1(nullptr, *picture, 200, 200, 180, 0, 90);
+    EXPECT_EQ(PixelAt(*picture, 1, 1), 0xFFFFFF00) << flat_ratio;
+    EXPECT_EQ(PixelAt(*picture, 200, 200), 0xFF563412) << flat_ratio;
+    EXPECT_EQ(PixelAt(*picture, 200, 340), 0xFF563412) << flat_ratio;
+    EXPECT_EQ(PixelAt(*picture, 200, 375), 0xFFFFFF00) << "in the mark";
+  }
+}
+
 }  // namespace
 }  // namespace discoplan

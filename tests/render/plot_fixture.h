@@ -45,6 +45,11 @@ inline std::vector<Site> RandomSites(unsigned seed, std::size_t count) {
   return sites;
 }
 
+inline Pixel PixelAt(const Picture& picture, int x, int y) {
+  const Canvas& canvas = picture.canvas();
+  return canvas.Pixels()[static_cast<std::size_t>(y * canvas.Width() + x)];
+}
+
 /// A picture that is so many pixels wide and high, and a printer of so many twips.
 class PlotFixture : public testing::Test {
  protected:
