@@ -9,6 +9,8 @@
 #include "apps/discoplan/command.h"
 #include "apps/discoplan/member_text.h"
 #include "discoplan/controls/control_factory.h"
+#include "discoplan/controls/lattice_control.h"
+#include "discoplan/controls/plot3db.h"
 #include "hosts/headless/headless_host.h"
 
 namespace discoplan::app {
@@ -29,20 +31,28 @@ struct PlotRequest {
 };
 
 constexpr float kFinestCells = 200;
+/// Of the bars between the limits, in parts of the wafer's diameter.
+constexpr float kBarHeight = 0.2F;
 
 /// The kinds of plot, with the least size that each control takes.
 struct Kind {
   std::string_view name;
   std::string_view class_name;
   TwipsBox least;
-  bool scales;  ///< Letters may grow; a kind whose margins are in pixels keeps them small.
+  bool scales = true;  ///< Letters may grow; a kind whose margins are in pixels keeps them small.
 };
 
 constexpr TwipsBox kMapLeast{0, 0, 4500, 3180};
 constexpr std::array kKinds = {
-    Kind{"2D", "Plot2D", kMapLeast, true},   Kind{"2DS", "Plot2DS", kMapLeast, true},
-    Kind{"2DC", "Plot2DC", kMapLeast, true}, Kind{"2DN", "Plot2DN", kMapLeast, true},
-    Kind{"3D", "Plot3D", kMapLeast, true},   Kind{"3DS", "Plot3DS", kMapLeast, true},
+    Kind{"2D", "Plot2D", kMapLeast},
+    Kind{"2DS", "Plot2DS", kMapLeast},
+    Kind{"2DC", "Plot2DC", kMapLeast},
+    Kind{"2DN", "Plot2DN", kMapLeast},
+    Kind{"3D", "Plot3D", kMapLeast},
+    Kind{"3DS", "Plot3DS", kMapLeast},
+    Kind{"3DB", "Plot3DB", kMapLeast},
+    Kind{"histo", "Histo", {0, 0, 2000, 2000}, false},
+    Kind{"linescan", "LineScan", {0, 0, 4000, 2850}},
 };
 
 std::string KindNames() {
@@ -89,11 +99,6 @@ Screen ScreenFor(const PixelSize& size, const Kind& kind) {
   return {twips, twips};
 }
 
-void SetIfOffered(PlotControl& control, std::string_view name, float value) {
-  const Member* member = control.Members().Find(name);
-  if (member != nullptr && member->type == "float") member->set(control, Variant(value));
-}
-
 void SetUp(PlotControl& control, const PlotRequest& request, const Wafer& measured) {
   const WaferSize size = SizeFor(measured);
   const float diameter = request.diameter.value_or(size.diameter);
@@ -104,8 +109,15 @@ void SetUp(PlotControl& control, const PlotRequest& request, const Wafer& measur
   control.WaferStyle(request.style == "flat" ? WaferSt::Flat : WaferSt::Notch);
   control.BackColor(kWhite);
   control.PlotCaption(request.caption.value_or(measured.name));
-  // A file is drawn once and looked at long: as fine as a map gets.
-  SetIfOffered(control, "Resolution", control.TestDiameter() / kFinestCells);
+  // A file is drawn once and looked at long: a map as fine as it gets, bars as high as they
+  // can be told apart.
+  if (auto* bars = dynamic_cast<Plot3DB*>(&control)) {
+    const auto [low, high] = std::ranges::minmax(measured.value);
+    if (low < high) bars->BeamScale(kBarHeight * diameter / (high - low));
+  }
+  if (auto* map = dynamic_cast<LatticeControl*>(&control)) {
+    map->Resolution(map->TestDiameter() / kFinestCells);
+  }
   for (const std::string& assignment : request.assignments) SetMember(control, assignment);
   if (request.no_legend) control.HideLegend(true);
 }

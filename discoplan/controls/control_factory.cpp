@@ -4,11 +4,14 @@
 #include <algorithm>
 #include <array>
 
+#include "discoplan/controls/histo.h"
+#include "discoplan/controls/line_scan.h"
 #include "discoplan/controls/plot2d.h"
 #include "discoplan/controls/plot2dc.h"
 #include "discoplan/controls/plot2dn.h"
 #include "discoplan/controls/plot2ds.h"
 #include "discoplan/controls/plot3d.h"
+#include "discoplan/controls/plot3db.h"
 #include "discoplan/controls/plot3ds.h"
 
 namespace discoplan {
@@ -27,6 +30,7 @@ std::unique_ptr<PlotControl> Make(Platform& platform, Container* container) {
 constexpr std::array kControls = {
     Row{"Plot2D", Make<Plot2D>},   Row{"Plot2DS", Make<Plot2DS>}, Row{"Plot2DC", Make<Plot2DC>},
     Row{"Plot2DN", Make<Plot2DN>}, Row{"Plot3D", Make<Plot3D>},   Row{"Plot3DS", Make<Plot3DS>},
+    Row{"Plot3DB", Make<Plot3DB>}, Row{"Histo", Make<Histo>},     Row{"LineScan", Make<LineScan>},
 };
 
 }  // namespace

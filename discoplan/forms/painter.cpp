@@ -64,7 +64,9 @@ class TreePainter {
       case NodeKind::Check:
       case NodeKind::Options:
       case NodeKind::Spinner:
+        break;
       case NodeKind::Line:
+        PaintLine(node, left, top);
         break;
     }
     for (const auto& child : node.children()) {
@@ -156,6 +158,15 @@ class TreePainter {
     Fill(box, kWhite);
     Outline(box, kEdge);
     Write(node, box.left + PixelsAcross(60), box.top + (box.Height() - TextHeight(node)) / 2);
+  }
+
+  /// From the node's corner; its width and height may be negative.
+  void PaintLine(const Node& node, double left, double top) {
+    const auto pixel = [&](double x, double y) {
+      return PixelPoint{Whole(PixelsAcross(x)), Whole(PixelsDown(y))};
+    };
+    canvas_.Line(pixel(left, top), pixel(left + node.box.width, top + node.box.height),
+                 {.pixel = PixelOf(node.fore_color), .width = LineWidth()});
   }
 
   template <class AnyCanvas>

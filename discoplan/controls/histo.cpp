@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/controls/histo.h"
+
+#include "discoplan/render/control_limits.h"
+
+namespace discoplan {
+namespace {
+
+constexpr std::int16_t kHourglass = 11;
+constexpr std::int16_t kDefaultPointer = 0;
+constexpr float kDefaultClasses = 10;
+constexpr std::int16_t kGap = 4;  // pixels between axis and chart
+
+// Twips.
+constexpr float kMinimum = 2000;
+constexpr float kTakenMinimum = 2100;
+constexpr float kSideMargin = 120;
+constexpr float kTopMargin = 240;
+constexpr float kHeightMargin = 360;
+// Pixels around the bars, for labels and ticks: above, and on the other three sides.
+constexpr float kNarrowMargin = 20;
+constexpr float kWideMargin = 40;
+
+constexpr TwipsBox kCommand1{4680, 0, 1200, 240};
+
+}  // namespace
+
+Histo::Histo(Platform& platform, Container* container)
+    : PlotControl(platform, container, {.class_name = "Histo"}),
+      frmhist_(root_.Add(NodeKind::Frame, "frmhist", {})),
+      hist_pic_(AddPicture(frmhist_, "histPic", {})),
+      plota_(AddPicture(hist_pic_, "PLOTA", {})),
+      lbl_x_(AddLabel(frmhist_, "lblX(0)", {})),
+      command1_(root_.Add(NodeKind::Button, "Command1", kCommand1)) {
+  frmhist_.bordered = true;
+  frmhist_.text = " Wafer ";
+  frmhist_.forwards = kForwardsAll;
+  lbl_x_.visible = false;
+  command1_.text = "Plot- Options";
+}
+
+void Histo::InitOwnProperties() {
+  Resolution(kDefaultClasses);
+  HideLegend(false);
+  PlotType(PlotTyEnum::vbbottom);
+}
+
+void Histo::PlotType(PlotTyEnum type) {
+  const bool known = type >= PlotTyEnum::vbbottom && type <= PlotTyEnum::vbRight;
+  plot_type_ = known ? type : PlotTyEnum::vbbottom;
+  AnnounceStale("PlotType");
+}
+
+void Histo::Resolution(float classes) {
+  resolution_ = ToInt16(classes == 0 ? kDefaultClasses : classes);
+  AnnounceStale("Resolution");
+}
+
+void Histo::SetChartDim(float topC, float heightC) {
+  top_c_ = topC;
+  height_c_ = heightC;
+  Resize();
+}
+
+void Histo::Borderstyle(std::int16_t Bstyle) { frmhist_.bordered = Bstyle != 0; }
+
+void Histo::ShowControlLimit(float LCLs, float UCLs) {
+  ThreadControlLimits() = {.shown = true, .lower = LCLs, .upper = UCLs};
+}
+
+void Histo::ResetControlLimit() { ThreadControlLimits().shown = false; }
+
+void Histo::ApplyBackColor(Colour colour) {
+  for (Node* node : {&root_, &frmhist_, &hist_pic_, &lbl_x_}) node->BackColor(colour);
+}
+
+void Histo::RedrawHistogram() {
+  SetPointer(kHourglass);
+  plota_.picture->Cls();
+  hist_pic_.picture->Cls();
+  const Screen& screen = platform_.screen();
+  const TwipsBox& place = plota_.box;
+  wafer_.Statistic(static_cast<std::int16_t>(plot_type_), *plota_.picture, *hist_pic_.picture,
+                   {.left = place.left / screen.twips_per_pixel_x,
+                    .top = place.top / screen.twips_per_pixel_y,
+                    .width = place.width / screen.twips_per_pixel_x - 1,
+                    .height = place.height / screen.twips_per_pixel_y - 1,
+                    .bins = static_cast<float>(resolution_),
+                    .gap = kGap,
+                    .plot_left = 0,
+                    .plot_top = 0,
+                    .mode = 0});
+  plot_valid_ = true;
+  SetPointer(kDefaultPointer);
+}
+
+void Histo::Resize() {
+  const TwipsBox& control = root_.box;
+  const bool too_narrow = !(control.width >= kMinimum);
+  const bool too_low = !(control.height >= kMinimum);
+  if (too_narrow || too_low) {
+    Attempt([&] {
+      RequestSize(too_narrow ? kTakenMinimum : control.width,
+                  too_low ? kTakenMinimum : control.height);
+    });
+    return;
+  }
+  const Screen& screen = platform_.screen();
+  frmhist_.Move({0, 0, control.width, control.height});
+  const TwipsBox axes{kSideMargin, kTopMargin, control.width - 2 * kSideMargin,
+                      control.height - kHeightMargin};
+  hist_pic_.Move(axes);
+  const float margins_x = 2 * kWideMargin * screen.twips_per_pixel_x;
+  const float margins_y = (kWideMargin + kNarrowMargin) * screen.twips_per_pixel_y;
+  TwipsBox bars{kWideMargin * screen.twips_per_pixel_x, kNarrowMargin * screen.twips_per_pixel_y,
+                axes.width - margins_x, axes.height - margins_y};
+  if (top_c_ != 0) {
+    bars.top = top_c_;
+    bars.height = height_c_;
+  }
+  plota_.Move(bars);
+  TwipsBox button = kCommand1;
+  button.left = control.width - button.width - kSideMargin;
+  command1_.Move(button);
+}
+
+const MemberTable& Histo::Members() const {
+  using C = Histo;
+  static constexpr std::array kSlots = {kBeam, kGaussCurve};
+  static const MemberTable table = MembersWith({
+      .properties = {{
+          Property<C, PlotTyEnum>("PlotType", &C::PlotType, &C::PlotType),
+          Property<C, float>("Resolution", &C::Resolution, &C::Resolution),
+      }},
+      .colours = kSlots,
+      .methods =
+          {
+              Method("SetChartDim", &C::SetChartDim),
+              Method("Borderstyle", &C::Borderstyle),
+              Method("ShowControlLimit", &C::ShowControlLimit),
+              Method("ResetControlLimit", &C::ResetControlLimit),
+          },
+  });
+  return table;
+}
+
+}  // namespace discoplan

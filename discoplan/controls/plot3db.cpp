@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/controls/plot3db.h"
+
+namespace discoplan {
+namespace {
+
+constexpr float kDefaultFoot = 5;
+
+}  // namespace
+
+Plot3DB::Plot3DB(Platform& platform, Container* container)
+    : ViewControl(platform, container, {.class_name = "Plot3DB"}, Legend::Intervals) {}
+
+void Plot3DB::InitOwnProperties() {
+  BeamWidth(kDefaultFoot);
+  BeamHeight(kDefaultFoot);
+  GridRotation(40);
+  WaferRotation(40);
+  GridInclination(35);
+  BeamScale(1);
+  HideLegend(false);
+  PlotCaption("Wafer");
+}
+
+void Plot3DB::BeamWidth(float width) {
+  beam_width_ = width;
+  AnnounceStale("BeamWidth");
+}
+
+void Plot3DB::BeamHeight(float height) {
+  beam_height_ = height;
+  AnnounceStale("BeamHeight");
+}
+
+void Plot3DB::BeamScale(float scale) {
+  beam_scale_ = scale;
+  AnnounceStale("BeamScale");
+}
+
+void Plot3DB::FillDefaults() {
+  if (beam_width_ == 0) BeamWidth(kDefaultFoot);
+  if (beam_height_ == 0) BeamHeight(kDefaultFoot);
+}
+
+void Plot3DB::DrawPlot(Surface& surface) {
+  wafer_.D2BeamPlot(surface,
+                    {.beam_width = beam_width_,
+                     .beam_height = beam_height_,
+                     .beam_scale = beam_scale_,
+                     .grid_rotation = static_cast<float>(GridRotation()),
+                     .wafer_rotation = static_cast<float>(WaferRotation()),
+                     .grid_inclination = static_cast<float>(GridInclination())},
+                    false, {});
+}
+
+const MemberTable& Plot3DB::Members() const {
+  using C = Plot3DB;
+  static const MemberTable table = MembersWith({
+      .properties = {{
+                         Property<C, float>("BeamWidth", &C::BeamWidth, &C::BeamWidth),
+                         Property<C, float>("BeamHeight", &C::BeamHeight, &C::BeamHeight),
+                         Property<C, float>("BeamScale", &C::BeamScale, &C::BeamScale),
+                     },
+                     ViewMembers()},
+      .colours = kIntervalSlots,
+  });
+  return table;
+}
+
+}  // namespace discoplan
