@@ -44,6 +44,11 @@ TEST_F(MapKinds, MendPropertiesAsTheyAreWritten) {
            Let{"Plot3DS", "PlotScale", 0, 40},
            Let{"Plot3D", "XResolution", 0, 5},
            Let{"Plot3D", "YResolution", 60, 48.5},
+           Let{"Plot3DB", "WaferRotation", 359, 359},
+           Let{"Plot3DB", "WaferRotation", 360, 40},
+           Let{"Plot3DB", "BeamWidth", -7, -7},
+           Let{"Plot3DB", "BeamHeight", 0, 0},
+           Let{"Plot3DB", "BeamScale", 0, 0},
        }) {
     const auto control = New(row.kind);
     const Member& member = control->Members().At(row.property);
@@ -62,7 +67,8 @@ TEST_F(MapKinds, DrawOnPlot) {
   std::iota(ramp.begin(), ramp.end(), 1.0F);
   for (const Redraw& row :
        {Redraw{"Plot2D", false}, Redraw{"Plot2DS", true}, Redraw{"Plot2DC", false},
-        Redraw{"Plot2DN", false}, Redraw{"Plot3D", false}, Redraw{"Plot3DS", true}}) {
+        Redraw{"Plot2DN", false}, Redraw{"Plot3D", false}, Redraw{"Plot3DS", true},
+        Redraw{"Plot3DB", false}}) {
     const auto control = New(row.kind);
     ASSERT_EQ(control->SetWaferData(ramp, ramp, ramp), LoadResult::Loaded);
     auto& surface = dynamic_cast<Traced&>(*control->root().Find("PLOTA")->picture);
@@ -71,6 +77,39 @@ TEST_F(MapKinds, DrawOnPlot) {
     control->Plot();
     EXPECT_EQ(!surface.TakeTrace().empty(), row.always) << row.kind;
   }
+}
+
+TEST_F(MapKinds, GiveBarsAFootOnPlot) {
+  const auto control = New("Plot3DB");
+  const auto read = [&](const char* name) {
+    return control->Members().At(name).get(*control).AsDouble();
+  };
+  EXPECT_EQ(read("BeamScale"), 1);
+  for (const char* side : {"BeamWidth", "BeamHeight"}) {
+    EXPECT_EQ(read(side), 5);
+    control->Members().At(side).set(*control, Variant(0.0F));
+  }
+  const std::vector<float> ramp = {1, 2, 3};
+  ASSERT_EQ(control->SetWaferData(ramp, ramp, ramp), LoadResult::Loaded);
+  EXPECT_EQ(read("BeamWidth"), 0);
+  control->Plot();
+  EXPECT_EQ(read("BeamWidth"), 5);
+  EXPECT_EQ(read("BeamHeight"), 5);
+}
+
+TEST_F(MapKinds, RedrawATurnedWaferOnDemandOnly) {
+  const auto control = New("Plot3DB");
+  const std::vector<float> ramp = {1, 2, 3};
+  ASSERT_EQ(control->SetWaferData(ramp, ramp, ramp), LoadResult::Loaded);
+  auto& surface = dynamic_cast<Traced&>(*control->root().Find("PLOTA")->picture);
+  control->Plot();
+  surface.TakeTrace();
+  control->Members().At("WaferRotation").set(*control, Variant(77.0F));
+  control->Plot();
+  EXPECT_TRUE(surface.TakeTrace().empty());
+  control->SetPlotNotVaild();
+  control->Plot();
+  EXPECT_FALSE(surface.TakeTrace().empty());
 }
 
 TEST_F(MapKinds, DifferInWhatTheyForward) {
