@@ -8,10 +8,12 @@
 
 #include "apps/discoplan/command.h"
 #include "apps/discoplan/member_text.h"
+#include "apps/discoplan/plot_kinds.h"
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/controls/lattice_control.h"
 #include "discoplan/controls/plot3db.h"
 #include "hosts/headless/headless_host.h"
+#include "hosts/headless/png_file.h"
 
 namespace discoplan::app {
 namespace {
@@ -19,7 +21,7 @@ namespace {
 struct PlotRequest {
   DataRequest data;
   std::string output;
-  std::string kind = "2D";
+  std::vector<std::string> kinds = {"2D"};
   std::optional<float> diameter;
   std::optional<float> test_diameter;
   std::string style = "notch";
@@ -33,39 +35,6 @@ struct PlotRequest {
 constexpr float kFinestCells = 200;
 /// Of the bars between the limits, in parts of the wafer's diameter.
 constexpr float kBarHeight = 0.2F;
-
-/// The kinds of plot, with the least size that each control takes.
-struct Kind {
-  std::string_view name;
-  std::string_view class_name;
-  TwipsBox least;
-  bool scales = true;  ///< Letters may grow; a kind whose margins are in pixels keeps them small.
-};
-
-constexpr TwipsBox kMapLeast{0, 0, 4500, 3180};
-constexpr std::array kKinds = {
-    Kind{"2D", "Plot2D", kMapLeast},
-    Kind{"2DS", "Plot2DS", kMapLeast},
-    Kind{"2DC", "Plot2DC", kMapLeast},
-    Kind{"2DN", "Plot2DN", kMapLeast},
-    Kind{"3D", "Plot3D", kMapLeast},
-    Kind{"3DS", "Plot3DS", kMapLeast},
-    Kind{"3DB", "Plot3DB", kMapLeast},
-    Kind{"histo", "Histo", {0, 0, 2000, 2000}, false},
-    Kind{"linescan", "LineScan", {0, 0, 4000, 2850}},
-};
-
-std::string KindNames() {
-  std::string names;
-  for (const Kind& kind : kKinds) names += (names.empty() ? "" : ", ") + std::string(kind.name);
-  return names;
-}
-
-const Kind& KindOf(const std::string& name) {
-  const auto kind = std::ranges::find(kKinds, name, &Kind::name);
-  if (kind != kKinds.end()) return *kind;
-  throw UsageError("--kind: '" + name + "' is none of " + KindNames());
-}
 
 struct PixelSize {
   int width = 0;
@@ -87,7 +56,7 @@ PixelSize ParseSize(const std::string& text) {
 
 /// Letters grow with the square root of the picture: large pictures get finer detail and larger
 /// letters at once. Small ones shrink so that the least size of a control fits.
-Screen ScreenFor(const PixelSize& size, const Kind& kind) {
+Screen ScreenFor(const PixelSize& size, const PlotKind& kind) {
   constexpr float kTwipsPerPixel = 15;
   constexpr float kPlainSide = 300;
   const auto width = static_cast<float>(size.width);
@@ -146,12 +115,8 @@ const Wafer& OnlyWafer(const DataResult& data, const PlotRequest& request) {
                      " wafers; choose one by --wafer, from slots " + slots);
 }
 
-void Plot(const PlotRequest& request) {
-  const Kind& kind = KindOf(request.kind);
-  const PixelSize size = ParseSize(request.size);
-  const DataResult data = ReadReporting(request.data);
-  const Wafer& measured = OnlyWafer(data, request);
-
+Canvas DrawKind(const PlotKind& kind, const PlotRequest& request, const PixelSize& size,
+                const Wafer& measured) {
   const Screen screen = ScreenFor(size, kind);
   HeadlessHost host(screen);
   host.OnMessage([](const Message& message) { std::cerr << message.text << '\n'; });
@@ -162,7 +127,49 @@ void Plot(const PlotRequest& request) {
   control->SetSize(static_cast<float>(size.width) * screen.twips_per_pixel_x,
                    static_cast<float>(size.height) * screen.twips_per_pixel_y);
   control->Plot();
-  SavePicture(*control, host, request.output);
+  return PaintPicture(*control, host);
+}
+
+/// Pictures of one size in rows and columns, as many of the one as of the other or a row less.
+class Sheet {
+ public:
+  Sheet(const PixelSize& each, std::size_t count)
+      : each_(each),
+        columns_(static_cast<int>(std::ceil(std::sqrt(static_cast<double>(count))))),
+        canvas_(columns_ * each.width,
+                (static_cast<int>(count) + columns_ - 1) / columns_ * each.height,
+                PixelOf(kWhite)) {}
+
+  void Add(const Canvas& picture) {
+    const std::size_t left = static_cast<std::size_t>(number_ % columns_ * each_.width);
+    const std::size_t top = static_cast<std::size_t>(number_ / columns_ * each_.height);
+    const auto width = static_cast<std::size_t>(each_.width);
+    for (std::size_t y = 0; y < static_cast<std::size_t>(each_.height); ++y) {
+      std::ranges::copy(picture.Pixels().subspan(y * width, width),
+                        canvas_.Pixels()
+                            .subspan((top + y) * static_cast<std::size_t>(canvas_.Width()) + left)
+                            .begin());
+    }
+    ++number_;
+  }
+  const Canvas& canvas() const { return canvas_; }
+
+ private:
+  const PixelSize each_;
+  const int columns_;
+  int number_ = 0;
+  Canvas canvas_;
+};
+
+void Plot(const PlotRequest& request) {
+  const std::vector<PlotKind> kinds = PlotKindsOf(request.kinds);
+  const PixelSize size = ParseSize(request.size);
+  const DataResult data = ReadReporting(request.data);
+  const Wafer& measured = OnlyWafer(data, request);
+  Sheet sheet(size, kinds.size());
+  for (const PlotKind& kind : kinds) sheet.Add(DrawKind(kind, request, size, measured));
+  const Canvas& canvas = sheet.canvas();
+  WritePng(request.output, canvas.Pixels(), canvas.Width(), canvas.Height());
 }
 
 }  // namespace
@@ -172,7 +179,12 @@ void AddPlotCommand(CLI::App& program) {
   auto request = std::make_shared<PlotRequest>();
   AddDataOptions(*command, request->data);
   command->add_option("-o,--output", request->output, "PNG file to write")->required();
-  command->add_option("--kind", request->kind, "Kind of plot: " + KindNames())
+  command
+      ->add_option("--kind", request->kinds,
+                   "Kind of plot: " + PlotKindNames() +
+                       "; again for another beside it, or 'all' for a sheet of all")
+      ->type_name("KIND")
+      ->allow_extra_args(false)
       ->capture_default_str();
   command
       ->add_option("--diameter", request->diameter,
@@ -189,7 +201,8 @@ void AddPlotCommand(CLI::App& program) {
   command->add_option("--limits", request->limits, "Pin the colour scale")
       ->expected(2)
       ->type_name("LOW HIGH");
-  command->add_option("--size", request->size, "Size in pixels")->capture_default_str();
+  command->add_option("--size", request->size, "Size of each plot in pixels")
+      ->capture_default_str();
   command->add_option("--set", request->assignments, "Set any writable member of the plot")
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false);
@@ -200,7 +213,8 @@ void AddPlotCommand(CLI::App& program) {
       "  discoplan plot sites.csv -o map.png\n"
       "  discoplan plot lot.csv --wafer 7 -o slot7.png --limits 9.5 10.5\n"
       "  discoplan plot lot.csv --columns X,Y,slot3 -o map.png --set ShowSites=true\n"
-      "  discoplan plot sites.dat -o map.png --diameter 300 --style flat --size 1600x1200");
+      "  discoplan plot sites.dat -o map.png --diameter 300 --style flat --size 1600x1200\n"
+      "  discoplan plot sites.csv -o sheet.png --kind all --size 400x300");
   command->callback([request] { Plot(*request); });
 }
 
