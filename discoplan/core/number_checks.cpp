@@ -135,7 +135,7 @@ bool CheckRangeOk(std::string_view text, double lower, double upper, std::string
 
 bool CheckRangeTyping(std::string_view text, double lower, double upper) {
   const std::optional<double> number = ParseNumber(text);
-  return !number || (*number<upper&& * number> lower);
+  return !number || (lower < *number && *number < upper);
 }
 
 bool CheckIntegerText(std::string_view text) {

@@ -67,6 +67,35 @@ TEST_F(Program, PlotsEachFormOfData) {
   }
 }
 
+// The header of a PNG file tells its size at byte 16, big-endian.
+TEST_F(Program, ArrangesSeveralKindsInASheet) {
+  const auto size = [&] {
+    std::ifstream file(folder_ / "sheet.png", std::ios::binary);
+    std::string head(24, '\0');
+    file.read(head.data(), 24);
+    const auto number = [&](std::size_t at) {
+      int value = 0;
+      for (std::size_t i = at; i < at + 4; ++i)
+        value = value * 256 + static_cast<unsigned char>(head[i]);
+      return value;
+    };
+    return std::pair(number(16), number(20));
+  };
+  const struct {
+    const char* kinds;
+    std::pair<int, int> size;
+  } rows[] = {{"--kind histo", {200, 150}},
+              {"--kind 2D --kind 3DB", {400, 150}},
+              {"--kind 2D --kind 3DB --kind linescan", {400, 300}},
+              {"--kind all", {600, 450}}};
+  for (const auto& row : rows) {
+    const Outcome outcome =
+        Run("plot " + kLot + " --wafer 7 -o sheet.png --size 200x150 " + row.kinds);
+    EXPECT_EQ(outcome.status, 0) << outcome.output;
+    EXPECT_EQ(size(), row.size) << row.kinds;
+  }
+}
+
 TEST_F(Program, ReadsWhatABinaryFileHolds) {
   const double blocks[3][5] = {{0, 10, 0, -10, 0}, {0, 0, 10, 0, -10}, {1, 2, 3, 4, 5}};
   Write("sites.dat", std::string(reinterpret_cast<const char*>(blocks), sizeof blocks));

@@ -236,6 +236,42 @@ TEST_F(Automation, ReportsEventsMessagesAndFocus) {
                 "title":"Standard resolution to high ","critical":-1,"system_modal":-1}])"));
 }
 
+TEST_F(Automation, TurnsALineScanAsItsUserDoes) {
+  ASSERT_EQ(Ask(R"({"op":"new","class":"LineScan","id":"p"})")["ok"], true);
+  const auto act = [&](const json& action) {
+    return AskFor(json{{"op", "input"}, {"id", "p"}, {"action", action}});
+  };
+  const struct {
+    json action;
+    int angle;
+  } rows[] = {{{"type", "AngleValue", "45"}, 45}, {{"key", "AngleValue", 38}, 46},
+              {{"key", "AngleValue", 40}, 45},    {{"spin", "UpDown1", -50}, 355},
+              {{"spin", "UpDown1", 10}, 5},       {{"type", "AngleValue", "abc"}, 0}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(act(row.action)["ok"], true) << row.action;
+    EXPECT_EQ(Value("p", "angle"), row.angle) << row.action;
+  }
+  EXPECT_EQ(act({"type", "AngleValue", 5})["ok"], false);
+  EXPECT_EQ(act({"spin", "UpDown1", "up"})["ok"], false);
+}
+
+TEST_F(Automation, OffersAllNineControls) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"Plot2D", "PLOTA"},  {"Plot2DS", "PLOTA"}, {"Plot2DC", "PLOTA"},
+      {"Plot2DN", "PLOTA"}, {"Plot3D", "PLOTA"},  {"Plot3DS", "PLOTA"},
+      {"Plot3DB", "PLOTA"}, {"Histo", "histPic"}, {"LineScan", "PLOTA"}};
+  for (const auto& [kind, surface] : rows) {
+    ASSERT_EQ(AskFor({{"op", "new"}, {"class", kind}, {"id", "p"}})["ok"], true) << kind;
+    EXPECT_EQ(AskFor({{"op", "tree"}, {"id", "p"}})["value"]["name"], kind);
+    EXPECT_EQ(Load()["value"], 0) << kind;
+    AskFor({{"op", "trace"}, {"id", "p"}, {"surface", surface}});
+    EXPECT_EQ(Call("p", "Plot", json::array())["value"], 0) << kind;
+    EXPECT_GT(AskFor({{"op", "trace"}, {"id", "p"}, {"surface", surface}})["value"].size(), 5U)
+        << kind;
+    AskFor({{"op", "drop"}, {"id", "p"}});
+  }
+}
+
 TEST_F(Automation, MeasuresByTheScreenThatIsSet) {
   NewPlot();
   EXPECT_EQ(Ask(R"({"op":"screen","twips_per_pixel_x":10,"twips_per_pixel_y":10})")["ok"], true);
