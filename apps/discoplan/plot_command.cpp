@@ -14,6 +14,7 @@
 #include "discoplan/controls/plot3db.h"
 #include "hosts/headless/headless_host.h"
 #include "hosts/headless/png_file.h"
+#include "hosts/headless/settings_file.h"
 
 namespace discoplan::app {
 namespace {
@@ -24,12 +25,14 @@ struct PlotRequest {
   std::vector<std::string> kinds = {"2D"};
   std::optional<float> diameter;
   std::optional<float> test_diameter;
-  std::string style = "notch";
+  std::optional<std::string> style;
   std::vector<float> limits;
   std::string size = "800x600";
   std::vector<std::string> assignments;
   std::optional<std::string> caption;
   bool no_legend = false;
+  std::string settings;
+  std::string saved_settings;
 };
 
 constexpr float kFinestCells = 200;
@@ -68,27 +71,44 @@ Screen ScreenFor(const PixelSize& size, const PlotKind& kind) {
   return {twips, twips};
 }
 
-void SetUp(PlotControl& control, const PlotRequest& request, const Wafer& measured) {
+/// What is chosen by the data where nothing else is asked for.
+void FitTo(PlotControl& control, const Wafer& measured) {
   const WaferSize size = SizeFor(measured);
-  const float diameter = request.diameter.value_or(size.diameter);
-  control.WaferDiameter(diameter);
-  control.TestDiameter(request.test_diameter.value_or(
-      request.diameter ? std::max(0.0F, diameter - (size.diameter - size.test_diameter))
-                       : size.test_diameter));
-  control.WaferStyle(request.style == "flat" ? WaferSt::Flat : WaferSt::Notch);
+  control.WaferDiameter(size.diameter);
+  control.TestDiameter(size.test_diameter);
   control.BackColor(kWhite);
-  control.PlotCaption(request.caption.value_or(measured.name));
+  control.PlotCaption(measured.name);
   // A file is drawn once and looked at long: a map as fine as it gets, bars as high as they
   // can be told apart.
   if (auto* bars = dynamic_cast<Plot3DB*>(&control)) {
     const auto [low, high] = std::ranges::minmax(measured.value);
-    if (low < high) bars->BeamScale(kBarHeight * diameter / (high - low));
+    if (low < high) bars->BeamScale(kBarHeight * size.diameter / (high - low));
   }
   if (auto* map = dynamic_cast<LatticeControl*>(&control)) {
     map->Resolution(map->TestDiameter() / kFinestCells);
   }
+}
+
+void SetUp(PlotControl& control, const PlotRequest& request, const Wafer& measured) {
+  if (request.settings.empty()) {
+    control.InitProperties();
+    FitTo(control, measured);
+  } else {
+    ReadSettings(control, request.settings);
+  }
+  if (request.diameter) {
+    const float margin = control.WaferDiameter() - control.TestDiameter();
+    control.WaferDiameter(*request.diameter);
+    control.TestDiameter(std::max(0.0F, *request.diameter - margin));
+  }
+  if (request.test_diameter) control.TestDiameter(*request.test_diameter);
+  if (request.style) {
+    control.WaferStyle(*request.style == "flat" ? WaferSt::Flat : WaferSt::Notch);
+  }
+  if (request.caption) control.PlotCaption(*request.caption);
   for (const std::string& assignment : request.assignments) SetMember(control, assignment);
   if (request.no_legend) control.HideLegend(true);
+  if (!request.saved_settings.empty()) WriteSettings(control, request.saved_settings);
 }
 
 void Load(PlotControl& control, const PlotRequest& request, const Wafer& measured) {
@@ -121,7 +141,6 @@ Canvas DrawKind(const PlotKind& kind, const PlotRequest& request, const PixelSiz
   HeadlessHost host(screen);
   host.OnMessage([](const Message& message) { std::cerr << message.text << '\n'; });
   const std::unique_ptr<PlotControl> control = NewControl(kind.class_name, host, nullptr);
-  control->InitProperties();
   SetUp(*control, request, measured);
   Load(*control, request, measured);
   control->SetSize(static_cast<float>(size.width) * screen.twips_per_pixel_x,
@@ -163,6 +182,9 @@ class Sheet {
 
 void Plot(const PlotRequest& request) {
   const std::vector<PlotKind> kinds = PlotKindsOf(request.kinds);
+  if (kinds.size() > 1 && !(request.settings + request.saved_settings).empty()) {
+    throw UsageError("--settings and --save-settings are for one kind of plot at a time");
+  }
   const PixelSize size = ParseSize(request.size);
   const DataResult data = ReadReporting(request.data);
   const Wafer& measured = OnlyWafer(data, request);
@@ -195,9 +217,8 @@ void AddPlotCommand(CLI::App& program) {
       ->add_option("--test-diameter", request->test_diameter,
                    "Diameter of the measured area in mm; 6 less than the wafer's otherwise")
       ->check(CLI::PositiveNumber);
-  command->add_option("--style", request->style, "Mark of the orientation")
-      ->check(CLI::IsMember({"notch", "flat"}))
-      ->capture_default_str();
+  command->add_option("--style", request->style, "Mark of the orientation; notch otherwise")
+      ->check(CLI::IsMember({"notch", "flat"}));
   command->add_option("--limits", request->limits, "Pin the colour scale")
       ->expected(2)
       ->type_name("LOW HIGH");
@@ -207,6 +228,14 @@ void AddPlotCommand(CLI::App& program) {
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false);
   command->add_option("--caption", request->caption, "Title of the plot");
+  command
+      ->add_option("--settings", request->settings,
+                   "Settings from a JSON file, before those of the other options")
+      ->type_name("FILE");
+  command
+      ->add_option("--save-settings", request->saved_settings,
+                   "Write the plot's settings to a JSON file")
+      ->type_name("FILE");
   command->add_flag("--no-legend", request->no_legend, "Leave out the legend");
   command->footer(
       "Examples:\n"

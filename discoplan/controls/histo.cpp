@@ -144,4 +144,20 @@ const MemberTable& Histo::Members() const {
   return table;
 }
 
+const StoredProperties& Histo::Stored() const {
+  static const StoredProperty beam = StoredColour("StdBeamColor", kPalette[2], "BeamColor");
+  static const StoredProperty curve =
+      StoredColour("StdGaussCurveColor", kPalette[4], "GaussCurveColor");
+  static const StoredProperty classes = StoredInt16("StdStatResol", 10, "Resolution");
+  static const StoredProperty type = StoredInt16("StdPlotType", 1, "PlotType");
+  static const StoredProperties stored = StoredWith({
+      .prefix = "",
+      .last_prefix = "",
+      .own = {type, classes, beam, curve},
+      .own_read = {beam, curve, classes, type},
+      .has_caption = false,
+  });
+  return stored;
+}
+
 }  // namespace discoplan

@@ -37,6 +37,7 @@ class DISCOPLAN_EXPORT Histo final : public PlotControl {
 
   const Node* Focused() override { return command1_.IsShown() ? &command1_ : nullptr; }
   const MemberTable& Members() const override;
+  const StoredProperties& Stored() const override;
 
  private:
   static constexpr ColourSlot kBeam{"BeamColor", true, 1};

@@ -405,4 +405,27 @@ const MemberTable& LineScan::Members() const {
   return table;
 }
 
+const StoredProperties& LineScan::Stored() const {
+  static const StoredProperties stored = [] {
+    std::vector<StoredProperty> own = {
+        StoredInt16("RotAngle", 0, "angle"),
+        StoredInt16("1DPlotType", 1, "PlotType"),
+        StoredInt16("1DRotationX", 0, "RotationPointX"),
+        StoredInt16("1DRotationY", 0, "RotationPointY"),
+        StoredInt16("1DLineStartX", 0, "LineStartPointX"),
+        StoredInt16("1DLineStartY", 0, "LineStartPointY"),
+        StoredInt16("1DLineEndX", 0, "LineEndPointX"),
+        StoredInt16("1DLineEndY", 0, "LineEndPointY"),
+    };
+    std::vector<StoredProperty> own_read = own;
+    own_read.back().property = "LineEndPointX";  // as stores have always been read
+    return StoredWith({.prefix = "",
+                       .last_prefix = "1D",
+                       .own = std::move(own),
+                       .own_read = std::move(own_read),
+                       .caption_read_otherwise = ""});
+  }();
+  return stored;
+}
+
 }  // namespace discoplan

@@ -45,6 +45,7 @@ class DISCOPLAN_EXPORT LineScan final : public PlotControl {
   const Node* Focused() override { return options_.IsShown() ? &options_ : nullptr; }
   void Shown() override;
   const MemberTable& Members() const override;
+  const StoredProperties& Stored() const override;
 
  private:
   /// The indicator of one mode: a small wafer, the cut, and a marker on its end.

@@ -25,4 +25,14 @@ void Plot2D::DrawPlot(Surface& surface) {
   wafer_.D2Plot(surface, resolution_, kIntervalColours, 0, show_sites_, {});
 }
 
+const StoredProperties& Plot2D::Stored() const {
+  static const StoredProperties stored = StoredWith({
+      .prefix = "2D",
+      .last_prefix = "2D",
+      .own = WithIntervals("2D", {StoredInt16("StdResx2D", 5, "Resolution"),
+                                  StoredInt32("StdMark2D", 0, "ShowSites")}),
+  });
+  return stored;
+}
+
 }  // namespace discoplan

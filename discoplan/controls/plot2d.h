@@ -23,6 +23,7 @@ class DISCOPLAN_EXPORT Plot2D final : public LatticeControl {
   }
 
   const MemberTable& Members() const override;
+  const StoredProperties& Stored() const override;
 
  private:
   void InitOwnProperties() override;

@@ -78,4 +78,17 @@ const MemberTable& Plot2DC::Members() const {
   return table;
 }
 
+const StoredProperties& Plot2DC::Stored() const {
+  static const StoredProperties stored = StoredWith({
+      .prefix = "2DC",
+      .last_prefix = "2DC",
+      .own = {StoredColour("2DCMeanCurveCol", kPalette[2], "MeanCurveColor"),
+              StoredColour("2DCUpperCurveCol", kPalette[4], "UpperCurveColor"),
+              StoredColour("2DCLowerCurveCol", kPalette[1], "LowerCurveColor"),
+              StoredInt16("StdReso", 0, "Resolution"), StoredInt16("StdExCon", 1, "markSites"),
+              StoredInt16("StdDist", 1, "Interval"), StoredInt16("StdColor", -1, "PlotColored")},
+  });
+  return stored;
+}
+
 }  // namespace discoplan

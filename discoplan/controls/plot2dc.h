@@ -38,6 +38,7 @@ class DISCOPLAN_EXPORT Plot2DC final : public MapControl {
   void LowerCurveColor(Colour colour) { TableColour(kLower, colour); }
 
   const MemberTable& Members() const override;
+  const StoredProperties& Stored() const override;
 
  private:
   static constexpr ColourSlot kMean{"MeanCurveColor", true, 1};

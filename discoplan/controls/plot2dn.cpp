@@ -19,4 +19,10 @@ const MemberTable& Plot2DN::Members() const {
   return table;
 }
 
+const StoredProperties& Plot2DN::Stored() const {
+  static const StoredProperties stored =
+      StoredWith({.prefix = "2DN", .last_prefix = "2DN", .own = WithIntervals("2DN", {})});
+  return stored;
+}
+
 }  // namespace discoplan

@@ -19,6 +19,7 @@ class DISCOPLAN_EXPORT Plot2DN final : public MapControl {
 
   const Node* Focused() override { return nullptr; }
   const MemberTable& Members() const override;
+  const StoredProperties& Stored() const override;
 
  private:
   void InitOwnProperties() override;

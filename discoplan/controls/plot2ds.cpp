@@ -25,4 +25,15 @@ void Plot2DS::DrawPlot(Surface& surface) {
   wafer_.D2Plot(surface, resolution_, kSigmaColours, SigmaRange(), show_sites_, {});
 }
 
+const StoredProperties& Plot2DS::Stored() const {
+  static const StoredProperties stored = StoredWith({
+      .prefix = "2DS",
+      .last_prefix = "2DS",
+      .own = WithRangeColours("2DS", {StoredInt16("StdResx2DS", 5, "Resolution"),
+                                      StoredInt32("StdMark2DS", 0, "ShowSites"),
+                                      StoredDouble("StdSigRange2DS", 0.5, "SigmaRange")}),
+  });
+  return stored;
+}
+
 }  // namespace discoplan

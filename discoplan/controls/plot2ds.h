@@ -12,6 +12,7 @@ class DISCOPLAN_EXPORT Plot2DS final : public SigmaControl<LatticeControl> {
   explicit Plot2DS(Platform& platform, Container* container = nullptr);
 
   const MemberTable& Members() const override;
+  const StoredProperties& Stored() const override;
 
  private:
   void InitOwnProperties() override;

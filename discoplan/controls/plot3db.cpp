@@ -67,4 +67,25 @@ const MemberTable& Plot3DB::Members() const {
   return table;
 }
 
+const StoredProperties& Plot3DB::Stored() const {
+  // The colours are read under the keys of the coloured map, and a stored scale is another one
+  // than that of a new control.
+  static const std::vector<StoredProperty> own = {
+      StoredInt16("Stdbx2DB", 5, "BeamWidth"),
+      StoredInt16("Stdby2DB", 5, "BeamHeight"),
+      StoredInt16("StdAlp2DB", 40, "GridRotation"),
+      StoredInt16("StdPhi2DB", 40, "WaferRotation"),
+      StoredInt16("StdThet2DB", 35, "GridInclination"),
+      StoredInt16("StdD3Scale2DB", 10, "BeamScale"),
+  };
+  static const StoredProperties stored = StoredWith({
+      .prefix = "2DB",
+      .last_prefix = "2DB",
+      .own = WithIntervals("2DB", own),
+      .own_read = WithIntervals("2D", own),
+      .style_read_as = StoredKind::Int16,
+  });
+  return stored;
+}
+
 }  // namespace discoplan

@@ -24,6 +24,7 @@ class DISCOPLAN_EXPORT Plot3DB final : public ViewControl {
   }
 
   const MemberTable& Members() const override;
+  const StoredProperties& Stored() const override;
 
  private:
   void InitOwnProperties() override;

@@ -29,4 +29,20 @@ const MemberTable& Plot3DS::Members() const {
   return table;
 }
 
+const StoredProperties& Plot3DS::Stored() const {
+  static const StoredProperties stored = StoredWith({
+      .prefix = "3DS",
+      .last_prefix = "3DS",
+      .own = WithRangeColours("3DS", {StoredInt16("StdResx3DS", 5, "XResolution"),
+                                      StoredInt16("StdResy3DS", 5, "YResolution"),
+                                      StoredInt16("StdAlp3DS", 40, "GridRotation"),
+                                      StoredInt16("StdPhi3DS", 40, "WaferRotation"),
+                                      StoredInt16("StdThet3DS", 35, "GridInclination"),
+                                      StoredDouble("StdSigRange3DS", 0.5, "SigmaRange"),
+                                      StoredInt16("StdD3Scale3DS", 40, "PlotScale")}),
+      .style_read_as = StoredKind::Int16,
+  });
+  return stored;
+}
+
 }  // namespace discoplan

@@ -12,6 +12,7 @@ class DISCOPLAN_EXPORT Plot3DS final : public SigmaControl<SurfaceControl> {
   explicit Plot3DS(Platform& platform, Container* container = nullptr);
 
   const MemberTable& Members() const override;
+  const StoredProperties& Stored() const override;
 
  private:
   void InitOwnProperties() override;

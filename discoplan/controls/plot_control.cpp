@@ -44,6 +44,27 @@ void PlotControl::InitProperties() {
   InitOwnProperties();
 }
 
+void PlotControl::WriteProperties(PropertyBag& bag) {
+  for (const StoredProperty& row : Stored().written) {
+    Variant value = Members().At(row.property).get(*this);
+    if (row.kind == StoredKind::Double) value = Variant(value.AsDouble());
+    bag.WriteProperty(row.key, row.kind, value, row.otherwise);
+  }
+}
+
+void PlotControl::ReadProperties(const PropertyBag& bag) {
+  const Variant present_colour(root_.back_color);
+  for (const StoredProperty& row : Stored().read) {
+    const bool is_colour = row.property == "BackColor";
+    const Variant value = bag.ReadProperty(row.key, is_colour ? present_colour : row.otherwise);
+    if (row.property == "MousePointer") {
+      SetPointer(value.AsInt16());  // nothing that a store would have to be told
+    } else {
+      Members().At(row.property).set(*this, value);
+    }
+  }
+}
+
 void PlotControl::SetSize(float width, float height) {
   root_.Move({root_.box.left, root_.box.top, width, height});
   Resize();

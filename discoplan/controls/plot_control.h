@@ -20,12 +20,14 @@
 #include <string>
 #include <vector>
 
+#include "discoplan/controls/stored_properties.h"
 #include "discoplan/core/loading.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/forms/node.h"
 #include "discoplan/platform/member_list.h"
 #include "discoplan/platform/object.h"
 #include "discoplan/platform/platform.h"
+#include "discoplan/platform/property_bag.h"
 
 namespace discoplan {
 
@@ -56,6 +58,12 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
  public:
   /// Gives the properties the values of a new control. Size in twips.
   void InitProperties();
+  /// Hands the settings to the container's store, or takes them from there through the public
+  /// properties. Data aren't stored.
+  void WriteProperties(PropertyBag& bag);
+  void ReadProperties(const PropertyBag& bag);
+  /// Which settings these are.
+  virtual const StoredProperties& Stored() const = 0;
   /// The container has placed the control or given it a new size.
   void SetSize(float width, float height);
   /// The control has got the focus; gives the child that it moved on to, or nothing.

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <ranges>
 #include <vector>
 
 #include "discoplan/core/numbers.h"
@@ -190,7 +189,8 @@ void wafer::D2BeamPlot(Surface& surface, const BeamView& view, bool, const PlotA
                     .aspect = ToFloat(projection.Tilt())});
   });
   float colour = 0;
-  for (const Beam& beam : std::views::reverse(beams)) {
+  for (auto it = beams.rbegin(); it != beams.rend(); ++it) {
+    const Beam& beam = *it;
     const double height = projection.Height(static_cast<double>(beam.value) - ScaleFloor);
     const BeamCorners corners = projection.CornersOf(beam, centre, height);
     ChooseIntervalColour(*this, false, IntervalClass(beam.value, values.high, step), colour);

@@ -8,6 +8,7 @@
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/core/numbers.h"
 #include "hosts/automation/draw_calls.h"
+#include "hosts/automation/store_text.h"
 #include "hosts/automation/tree_text.h"
 #include "hosts/automation/user_input.h"
 #include "hosts/headless/png_file.h"
@@ -85,6 +86,7 @@ AutomationSession::Operations() {
       {"call", &S::Call},   {"size", &S::Size}, {"tree", &S::Tree},        {"trace", &S::TakeTrace},
       {"draw", &S::Draw},   {"save", &S::Save}, {"members", &S::Members},  {"mouse", &S::Mouse},
       {"focus", &S::Focus}, {"show", &S::Show}, {"screen", &S::SetScreen}, {"input", &S::Input},
+      {"store", &S::Store},
   };
   return operations;
 }
@@ -120,7 +122,7 @@ void AutomationSession::Perform(const json& request, json& reply) {
   const std::string name = TextField(request, "op");
   const auto operation = Operations().find(name);
   if (operation == Operations().end()) {
-    const bool planned = name == "store" || name == "dialog";
+    const bool planned = name == "dialog";
     throw RequestError(
         (planned ? "This version doesn't offer the operation \"" : "There is no operation \"") +
         name + "\".");
@@ -185,14 +187,17 @@ AutomationSession::Entry AutomationSession::NewEntry(const json& request,
   if (class_name == "Printer" || class_name == "Picture") {
     return {.container = nullptr, .object = NewSurface(request, class_name == "Printer")};
   }
-  if (request.contains("store")) throw RequestError("Stored properties aren't offered yet.");
   const float width = NumberField(request, "width", kControlWidth);
   const float height = NumberField(request, "height", kControlHeight);
   auto container = std::make_shared<RecordingContainer>();
   std::shared_ptr<PlotControl> control = NewControl(class_name, host_, container.get());
   if (!control) throw RequestError("There is no class \"" + class_name + "\".");
   control->root().Move({0, 0, width, height});
-  control->InitProperties();
+  if (request.contains("store")) {
+    control->ReadProperties(StoreFromJson(request["store"], *control, names_));
+  } else {
+    control->InitProperties();
+  }
   control->SetSize(width, height);
   return {.container = std::move(container), .object = std::move(control)};
 }
@@ -290,6 +295,10 @@ void AutomationSession::Members(const json& request, json& reply) {
                               {"type", member.type},
                               {"writable", member.writable()}});
   }
+}
+
+void AutomationSession::Store(const json& request, json& reply) {
+  reply["value"] = StoreToJson(ControlOf(request), names_);
 }
 
 void AutomationSession::Mouse(const json& request, json&) {

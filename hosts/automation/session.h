@@ -53,6 +53,7 @@ class AutomationSession {
   void Draw(const json& request, json& reply);
   void Save(const json& request, json& reply);
   void Members(const json& request, json& reply);
+  void Store(const json& request, json& reply);
   void Mouse(const json& request, json& reply);
   void Focus(const json& request, json& reply);
   void Show(const json& request, json& reply);

@@ -4,13 +4,11 @@
 #include <png.h>
 
 #include <array>
-#include <cerrno>
 #include <csetjmp>
 #include <cstdio>
 #include <new>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <utility>
 
 namespace discoplan {
@@ -179,80 +177,6 @@ class PngWriter {
   png_infop info_;
 };
 
-[[noreturn]] void Fail(const fs::path& path, const std::string& reason) {
-  throw FileError("cannot write '" + path.string() + "': " + reason);
-}
-
-[[noreturn]] void Fail(const fs::path& path, int error) {
-  struct Advice {
-    int error;
-    const char* text;
-  };
-  static constexpr std::array<Advice, 6> kAdvice = {{
-      {ENOENT, "; create the folder first"},
-      {ENOTDIR, "; choose a folder that exists"},
-      {EISDIR, "; add a file name to the folder"},
-      {EACCES, "; choose a file and folder that you may write to"},
-      {EROFS, "; choose a file and folder that you may write to"},
-      {ENOSPC, "; free some space or choose another disk"},
-  }};
-  std::string reason = std::generic_category().message(error);
-  for (const Advice& advice : kAdvice) {
-    if (advice.error == error) reason += advice.text;
-  }
-  Fail(path, reason);
-}
-
-/// Writes all bytes and closes the file; 0 or the number of the error.
-int WriteAndClose(std::FILE* file, std::span<const std::uint8_t> bytes) {
-  if (std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size()) {
-    return std::fclose(file) == 0 ? 0 : errno;
-  }
-  const int error = errno;
-  std::fclose(file);
-  return error;
-}
-
-/// A new file in the folder of `target`, with its `name`; null for an error, see errno.
-std::FILE* OpenBeside(const fs::path& target, fs::path& name) {
-  constexpr int kMostLeftovers = 1000;  // of programs that were killed
-  std::FILE* file = nullptr;
-  for (int i = 0; i < kMostLeftovers; ++i) {
-    name = target.parent_path() / (".discoplan-" + std::to_string(i) + ".part");
-    file = std::fopen(name.c_str(), "wbx");
-    if (file != nullptr || errno != EEXIST) break;
-  }
-  return file;
-}
-
-/// Puts a new file in the place of `target`; 0 or the number of the error.
-int Replace(const fs::path& target, std::span<const std::uint8_t> bytes, fs::perms permissions) {
-  fs::path name;
-  std::FILE* file = OpenBeside(target, name);
-  if (file == nullptr) return errno;
-  int error = WriteAndClose(file, bytes);
-  std::error_code failure;
-  if (error == 0 && permissions != fs::perms::unknown) fs::permissions(name, permissions, failure);
-  if (error == 0 && !failure) fs::rename(name, target, failure);
-  if (failure) error = failure.value();
-  if (error != 0) std::remove(name.c_str());
-  return error;
-}
-
-/// 0 or the number of the error.
-int WriteBytes(const fs::path& path, std::span<const std::uint8_t> bytes) {
-  std::error_code ignored;
-  const fs::file_status status = fs::status(path, ignored);
-  if (!fs::exists(status)) return Replace(path, bytes, fs::perms::unknown);
-  // A folder or a write-protected file fails here, before anything is replaced.
-  const bool regular = fs::is_regular_file(status);
-  std::FILE* file = std::fopen(path.c_str(), regular ? "r+b" : "wb");
-  if (file == nullptr) return errno;
-  if (!regular) return WriteAndClose(file, bytes);
-  std::fclose(file);
-  return Replace(fs::canonical(path, ignored), bytes, status.permissions());
-}
-
 }  // namespace
 
 std::vector<std::uint8_t> EncodePng(const PngPicture& picture) {
@@ -275,9 +199,9 @@ void WritePng(const fs::path& path, const PngPicture& picture) {
   try {
     bytes = EncodePng(picture);
   } catch (const std::runtime_error& error) {
-    Fail(path, error.what());
+    throw FileError("cannot write '" + path.string() + "': " + error.what());
   }
-  if (const int error = WriteBytes(path, bytes)) Fail(path, error);
+  WriteWholeFile(path, bytes);
 }
 
 }  // namespace discoplan

@@ -14,14 +14,9 @@
 
 #include "discoplan/export.h"
 #include "discoplan/raster/canvas.h"
+#include "hosts/headless/whole_file.h"
 
 namespace discoplan {
-
-/// A file that can't be written; what() names the file, the reason and what to do, in one line.
-class DISCOPLAN_EXPORT FileError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
 
 /// Rows from top to bottom, `width` pixels each.
 struct PngPicture {

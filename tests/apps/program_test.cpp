@@ -96,6 +96,31 @@ TEST_F(Program, ArrangesSeveralKindsInASheet) {
   }
 }
 
+TEST_F(Program, KeepsSettingsInAFile) {
+  const std::string plot = "plot " + kLot + " --wafer 7 -o map.png ";
+  Outcome outcome = Run(plot + "--set Resolution=3.5 --style flat --save-settings a.json");
+  ASSERT_EQ(outcome.status, 0) << outcome.output;
+  outcome = Run(plot + "--settings a.json --set ShowSites=true --save-settings b.json");
+  ASSERT_EQ(outcome.status, 0) << outcome.output;
+  std::ifstream file(folder_ / "b.json");
+  const auto settings = nlohmann::json::parse(file);
+  EXPECT_EQ(settings["StdResx2D"], 3.5);
+  EXPECT_EQ(settings["2DFLAT"], 2);
+  EXPECT_EQ(settings["2DWAFERDM"], 300);
+  EXPECT_EQ(settings["StdMark2D"], -1);
+
+  Write("wrong.json", "{\"StdResx9D\": 3}");
+  fs::remove(folder_ / "map.png");
+  for (const char* name : {"wrong.json", "none.json"}) {
+    outcome = Run(plot + "--settings " + name);
+    EXPECT_EQ(outcome.status, 1) << outcome.output;
+    EXPECT_NE(outcome.output.find(name), std::string::npos) << outcome.output;
+    EXPECT_EQ(std::ranges::count(outcome.output, '\n'), 1) << outcome.output;
+  }
+  EXPECT_FALSE(fs::exists(folder_ / "map.png"));
+  EXPECT_EQ(Run(plot + "--kind all --settings a.json").status, 2);
+}
+
 TEST_F(Program, ReadsWhatABinaryFileHolds) {
   const double blocks[3][5] = {{0, 10, 0, -10, 0}, {0, 0, 10, 0, -10}, {1, 2, 3, 4, 5}};
   Write("sites.dat", std::string(reinterpret_cast<const char*>(blocks), sizeof blocks));

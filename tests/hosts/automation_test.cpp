@@ -50,7 +50,9 @@ TEST_F(Automation, AnswersEveryBrokenRequestAndGoesOn) {
            std::string(R"({})"),
            std::string(R"({"op":7})"),
            std::string(R"({"op":"fly"})"),
-           std::string(R"({"op":"store","id":"p"})"),
+           std::string(R"({"op":"store","id":"none"})"),
+           std::string(R"({"op":"new","class":"Plot2D","id":"x","store":[1]})"),
+           std::string(R"({"op":"new","class":"Plot2D","id":"x","store":{"2DFLAT":"flat"}})"),
            std::string(R"({"op":"new","class":"Plot9D","id":"x"})"),
            std::string(R"({"op":"new","class":"Plot2D"})"),
            std::string(R"({"op":"new","class":"Plot2D","id":"p"})"),
@@ -253,6 +255,27 @@ TEST_F(Automation, TurnsALineScanAsItsUserDoes) {
   }
   EXPECT_EQ(act({"type", "AngleValue", 5})["ok"], false);
   EXPECT_EQ(act({"spin", "UpDown1", "up"})["ok"], false);
+}
+
+TEST_F(Automation, ReadsAndWritesPropertyStores) {
+  EXPECT_EQ(Ask(R"({"op":"new","class":"Plot2DS","id":"p","store":
+                   {"2DSTESTDM":150.5,"StdSigRange2DS":0.1,"2DSLegend":true,"other":[]}})")["ok"],
+            true);
+  EXPECT_EQ(Value("p", "TestDiameter"), 150.5);
+  EXPECT_EQ(Value("p", "WaferDiameter"), 200);
+  EXPECT_EQ(Value("p", "HideLegend"), -1);
+  const json store = AskFor({{"op", "store"}, {"id", "p"}})["value"];
+  ASSERT_EQ(store.size(), 14U);
+  EXPECT_EQ(store[0], json::parse(R"({"key":"2DSBackColor","kind":"int32","value":2147483663,
+                                      "default":2147483663})"));
+  EXPECT_EQ(store[2], json::parse(R"({"key":"2DSTESTDM","kind":"int16","value":150.5,
+                                      "default":194})"));
+  EXPECT_EQ(store[9]["key"], "StdSigRange2DS");
+  EXPECT_EQ(store[9]["kind"], "double");
+  EXPECT_EQ(store[10], json::parse(R"({"key":"2DSLegend","kind":"boolean","value":-1,
+                                       "default":0})"));
+  EXPECT_EQ(store[13], json::parse(R"({"key":"2DSMouseIcon","kind":"object","value":null,
+                                       "default":null})"));
 }
 
 TEST_F(Automation, OffersAllNineControls) {

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/platform/property_bag.h"
+
+#include <algorithm>
+#include <array>
+
+namespace discoplan {
+
+std::string_view NameOf(StoredKind kind) {
+  constexpr std::array<std::string_view, 6> kNames = {"int16",   "int32",  "double",
+                                                      "boolean", "string", "object"};
+  return kNames[static_cast<std::size_t>(kind)];
+}
+
+void MemoryBag::WriteProperty(std::string_view key, StoredKind kind, const Variant& value,
+                              const Variant& otherwise) {
+  const auto entry = std::ranges::find(entries_, key, &Entry::key);
+  if (entry != entries_.end()) entries_.erase(entry);
+  entries_.push_back(
+      {.key = std::string(key), .kind = kind, .value = value, .otherwise = otherwise});
+}
+
+Variant MemoryBag::ReadProperty(std::string_view key, const Variant& otherwise) const {
+  const auto entry = std::ranges::find(entries_, key, &Entry::key);
+  return entry == entries_.end() ? otherwise : entry->value;
+}
+
+}  // namespace discoplan

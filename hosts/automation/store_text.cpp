@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/automation/store_text.h"
+
+namespace discoplan {
+
+using nlohmann::json;
+
+MemoryBag StoreFromJson(const json& store, const PlotControl& control, const ObjectNames& names) {
+  if (!store.is_object()) throw RequestError("A store is an object of keys and values.");
+  MemoryBag bag;
+  for (const StoredProperty& row : control.Stored().read) {
+    const auto found = store.find(row.key);
+    if (found == store.end()) continue;
+    bag.WriteProperty(row.key, row.kind, ToVariant(*found, NameOf(row.kind), names), row.otherwise);
+  }
+  return bag;
+}
+
+json StoreToJson(PlotControl& control, const ObjectNames& names) {
+  MemoryBag bag;
+  control.WriteProperties(bag);
+  json list = json::array();
+  for (const MemoryBag::Entry& entry : bag.entries()) {
+    list.push_back({{"key", entry.key},
+                    {"kind", NameOf(entry.kind)},
+                    {"value", ToJson(entry.value, names)},
+                    {"default", ToJson(entry.otherwise, names)}});
+  }
+  return list;
+}
+
+}  // namespace discoplan

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/headless/settings_file.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+
+#include "discoplan/controls/control_factory.h"
+#include "discoplan/core/numbers.h"
+#include "hosts/headless/headless_host.h"
+
+namespace discoplan {
+namespace {
+
+using nlohmann::ordered_json;
+namespace fs = std::filesystem;
+
+[[noreturn]] void Refuse(const fs::path& file, const std::string& reason) {
+  throw FileError("cannot use '" + file.string() + "': " + reason);
+}
+
+ordered_json Parse(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  const std::string text(std::istreambuf_iterator<char>(stream), {});
+  if (!stream) Refuse(file, "it can't be read; check the path");
+  try {
+    return ordered_json::parse(text);
+  } catch (const ordered_json::parse_error& error) {
+    const auto at = std::min(text.size(), error.byte == 0 ? 0 : error.byte - 1);
+    const auto line = 1 + std::count(text.begin(), text.begin() + static_cast<long>(at), '\n');
+    Refuse(file, "line " + std::to_string(line) + " is no JSON");
+  }
+}
+
+/// The setting of that key, as it is read or else as it is written.
+const StoredProperty* FindStored(const StoredProperties& stored, const std::string& key) {
+  for (const auto* rows : {&stored.read, &stored.written}) {
+    const auto row = std::ranges::find(*rows, key, &StoredProperty::key);
+    if (row != rows->end()) return &*row;
+  }
+  return nullptr;
+}
+
+/// What a value of a kind looks like in the file.
+struct Form {
+  std::string_view name;
+  std::optional<Variant> (*read)(const ordered_json& value);
+};
+
+const Form& FormOf(StoredKind kind) {
+  using Read = std::optional<Variant>;
+  static constexpr Form kNumber = {"a number", [](const ordered_json& value) {
+                                     return value.is_number() ? Read(value.get<double>()) : Read();
+                                   }};
+  static constexpr Form kBoolean = {
+      "true or false", [](const ordered_json& value) {
+        return value.is_boolean() ? Read(BooleanVariant(value.get<bool>())) : Read();
+      }};
+  static constexpr Form kText = {"a text", [](const ordered_json& value) {
+                                   return value.is_string() ? Read(value.get<std::string>())
+                                                            : Read();
+                                 }};
+  static constexpr Form kNothing = {"null", [](const ordered_json& value) {
+                                      return value.is_null() ? Read(ObjectRef()) : Read();
+                                    }};
+  switch (kind) {
+    case StoredKind::Boolean:
+      return kBoolean;
+    case StoredKind::String:
+      return kText;
+    case StoredKind::Object:
+      return kNothing;
+    default:
+      return kNumber;
+  }
+}
+
+ordered_json ToJson(const Variant& value, StoredKind kind) {
+  if (kind == StoredKind::Boolean) return value.AsBoolean();
+  if (kind == StoredKind::String) return value.AsString();
+  const double number = std::holds_alternative<Colour>(value.value())
+                            ? static_cast<double>(value.AsColour())
+                            : value.AsDouble();
+  if (number == std::floor(number)) return static_cast<std::int64_t>(number);
+  return number;
+}
+
+/// What is wrong with the settings, found on another control of the class; empty if nothing is.
+std::string ComplaintOf(const PlotControl& control, const PropertyBag& bag) {
+  std::string complaint;
+  HeadlessHost host;
+  host.OnMessage([&](const Message& message) { complaint = message.text; });
+  const auto trial = NewControl(control.root().name, host, nullptr);
+  try {
+    trial->ReadProperties(bag);
+  } catch (const RunTimeError& error) {
+    complaint = std::string("a value doesn't fit its setting (") + error.what() + ")";
+  }
+  return complaint;
+}
+
+}  // namespace
+
+void ReadSettings(PlotControl& control, const fs::path& file) {
+  const ordered_json settings = Parse(file);
+  if (!settings.is_object()) Refuse(file, "it holds no object of keys and values");
+  MemoryBag bag;
+  for (const auto& [key, value] : settings.items()) {
+    const StoredProperty* row = FindStored(control.Stored(), key);
+    if (row == nullptr) {
+      Refuse(file, "'" + key + "' is no setting of a " + control.root().name + "; remove it");
+    }
+    const Form& form = FormOf(row->kind);
+    const std::optional<Variant> variant = form.read(value);
+    if (!variant) {
+      Refuse(file, "'" + key + "' is " + value.dump() + ", not " + std::string(form.name));
+    }
+    bag.WriteProperty(key, row->kind, *variant, row->otherwise);
+  }
+  if (const std::string complaint = ComplaintOf(control, bag); !complaint.empty()) {
+    Refuse(file, complaint);
+  }
+  control.ReadProperties(bag);
+}
+
+void WriteSettings(PlotControl& control, const fs::path& file) {
+  MemoryBag bag;
+  control.WriteProperties(bag);
+  ordered_json settings;
+  for (const MemoryBag::Entry& entry : bag.entries()) {
+    if (entry.kind == StoredKind::Object) continue;
+    settings[entry.key] = ToJson(entry.value, entry.kind);
+  }
+  const std::string text =
+      settings.dump(2, ' ', false, ordered_json::error_handler_t::replace) + '\n';
+  WriteWholeFile(file, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+}
+
+}  // namespace discoplan

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/headless/settings_file.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "discoplan/controls/control_factory.h"
+#include "discoplan/controls/plot2d.h"
+#include "hosts/headless/headless_host.h"
+#include "tests/temporary_folder.h"
+
+namespace discoplan {
+namespace {
+
+class SettingsFile : public testing::Test {
+ protected:
+  SettingsFile() { plot_.InitProperties(); }
+
+  std::string ErrorOf(const std::string& content) {
+    try {
+      ReadSettings(plot_, folder_.Write("settings.json", content));
+    } catch (const FileError& error) {
+      const std::string text = error.what();
+      const std::string head = "cannot use '" + (folder_.path() / "settings.json").string() + "': ";
+      return text.starts_with(head) ? text.substr(head.size()) : text;
+    }
+    return "none";
+  }
+
+  HeadlessHost host_;
+  Plot2D plot_{host_};
+  const TemporaryFolder folder_;
+};
+
+TEST_F(SettingsFile, ComesBackInAnotherControl) {
+  plot_.WaferDiameter(300);
+  plot_.TestDiameter(290.5F);
+  plot_.Resolution(1.25F);
+  plot_.IntervalColor(4, 0x0080FF);
+  plot_.HideLegend(true);
+  plot_.PlotCaption("Oxide \"A\" \u03BC");
+  WriteSettings(plot_, folder_.path() / "a.json");
+  Plot2D other(host_);
+  ReadSettings(other, folder_.path() / "a.json");
+  EXPECT_EQ(other.WaferDiameter(), 300);
+  EXPECT_EQ(other.TestDiameter(), 290.5F);
+  EXPECT_EQ(other.Resolution(), 1.25F);
+  EXPECT_EQ(other.IntervalColor(4), 0x0080FFU);
+  EXPECT_EQ(other.BackColor(), kButtonFace);
+  EXPECT_TRUE(other.HideLegend());
+  EXPECT_EQ(other.PlotCaption(), "Oxide \"A\" \u03BC");
+}
+
+TEST_F(SettingsFile, IsReadByEachKindOfControlThatWroteIt) {
+  for (const std::string_view name : ControlClasses()) {
+    const auto control = NewControl(name, host_, nullptr);
+    control->InitProperties();
+    WriteSettings(*control, folder_.path() / "a.json");
+    EXPECT_NO_THROW(ReadSettings(*control, folder_.path() / "a.json")) << name;
+  }
+}
+
+TEST_F(SettingsFile, ThatCannotBeUsedLeavesTheControl) {
+  plot_.Resolution(7);
+  const std::pair<const char*, const char*> rows[] = {
+      {"", "line 1 is no JSON"},
+      {"{\n\"2DFLAT\": 2,\n", "line 3 is no JSON"},
+      {"[1]", "it holds no object of keys and values"},
+      {"{\"StdResx2D\": 3, \"StdResx9D\": 3}", "'StdResx9D' is no setting of a Plot2D; remove it"},
+      {"{\"StdResx2D\": 3, \"2DFLAT\": \"flat\"}", "'2DFLAT' is \"flat\", not a number"},
+      {"{\"StdResx2D\": 3, \"2DLegend\": 1}", "'2DLegend' is 1, not true or false"},
+      {"{\"StdResx2D\": 3, \"2DCaption\": null}", "'2DCaption' is null, not a text"},
+      {"{\"StdResx2D\": 3, \"2DMouseIcon\": 4}", "'2DMouseIcon' is 4, not null"},
+      {"{\"StdResx2D\": 3, \"2DMousePointer\": 40000}",
+       "a value doesn't fit its setting (Overflow)"},
+      {"{\"StdResx2D\": 3, \"2DTESTDM\": 1e300}", "a value doesn't fit its setting (Overflow)"},
+  };
+  for (const auto& [content, error] : rows) {
+    EXPECT_EQ(ErrorOf(content), error);
+    EXPECT_EQ(plot_.Resolution(), 7) << content;
+  }
+  EXPECT_THROW(ReadSettings(plot_, folder_.path() / "none.json"), FileError);
+}
+
+TEST_F(SettingsFile, RefusesWhatAPropertyRefusesAloud) {
+  const auto scan = NewControl("LineScan", host_, nullptr);
+  scan->InitProperties();
+  try {
+    ReadSettings(*scan, folder_.Write("a.json", "{\"RotAngle\": 400}"));
+    FAIL() << "no error";
+  } catch (const FileError& error) {
+    EXPECT_NE(std::string(error.what()).find("Angle value must be between 0 and 359"),
+              std::string::npos);
+  }
+}
+
+}  // namespace
+}  // namespace discoplan
