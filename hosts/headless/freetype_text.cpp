@@ -19,6 +19,7 @@
 
 #include "discoplan/core/numbers.h"
 #include "discoplan/raster/picture.h"
+#include "discoplan/raster/symbol_letters.h"
 
 namespace discoplan {
 namespace {
@@ -67,15 +68,6 @@ char32_t NextCharacter(std::string_view text, std::size_t& at) {
   return character < form->first || surrogate || character > 0x10FFFF ? kReplacement : character;
 }
 
-/// What the Symbol encoding has in place of a Latin letter.
-char32_t Greek(char32_t character) {
-  static constexpr char32_t kCapitals[] = U"ΑΒΧΔΕΦΓΗΙϑΚΛΜΝΟΠΘΡΣΤΥςΩΞΨΖ";
-  static constexpr char32_t kSmall[] = U"αβχδεφγηιϕκλμνοπθρστυϖωξψζ";
-  if (character >= 'A' && character <= 'Z') return kCapitals[character - 'A'];
-  if (character >= 'a' && character <= 'z') return kSmall[character - 'a'];
-  return character;
-}
-
 bool IsFigure(char32_t character) { return character >= '0' && character <= '9'; }
 
 struct FontFile {
@@ -86,7 +78,7 @@ struct FontFile {
 
 /// Families to try in turn, weight, and a character that the font should hold unless it is 0.
 PatternPtr WantedFont(const std::string& name, bool bold, char32_t needed) {
-  static constexpr std::array kSansNames = {"Arial", "MS Sans Serif", "Symbol"};
+  static constexpr std::array kSansNames = {"Arial", "MS Sans Serif", kSymbolFont};
   PatternPtr wanted(FcPatternCreate());
   const auto add_family = [&](const char* family) {
     FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
@@ -248,7 +240,7 @@ class FreeTypeText::Typesetter {
     Letter previous;
     for (std::size_t at = 0; at < text.size();) {
       char32_t character = NextCharacter(text, at);
-      if (font.name == "Symbol") character = Greek(character);
+      if (font.name == kSymbolFont) character = SymbolLetter(character);
       const Letter letter = LetterFor(font, own, character);
       const double scale = Scale(letter.typeface.face, size);
       const bool figures = IsFigure(previous_character) && IsFigure(character);
