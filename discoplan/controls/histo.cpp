@@ -26,7 +26,11 @@ constexpr TwipsBox kCommand1{4680, 0, 1200, 240};
 }  // namespace
 
 Histo::Histo(Platform& platform, Container* container)
-    : PlotControl(platform, container, {.class_name = "Histo"}),
+    : PlotControl(platform, container,
+                  {.class_name = "Histo",
+                   .least_print_width = 100,
+                   .least_print_height = 100,
+                   .print_size_first = true}),
       frmhist_(root_.Add(NodeKind::Frame, "frmhist", {})),
       hist_pic_(AddPicture(frmhist_, "histPic", {})),
       plota_(AddPicture(hist_pic_, "PLOTA", {})),
@@ -124,6 +128,20 @@ void Histo::Resize() {
   command1_.Move(button);
 }
 
+HistogramPrint Histo::Printed() const {
+  return {.plot_type = static_cast<std::int16_t>(plot_type_),
+          .bins = static_cast<float>(resolution_),
+          .caption = PlotCaption()};
+}
+
+void Histo::PrintOn(PrintWafer& print, PageArea& area) {
+  print.Print_Histo(wafer_, area, Printed());
+}
+
+void Histo::PrintThinOn(PrintWafer& print, PageArea& area) {
+  print.Print_Histo_THN(wafer_, area, Printed());
+}
+
 const MemberTable& Histo::Members() const {
   using C = Histo;
   static constexpr std::array kSlots = {kBeam, kGaussCurve};
@@ -132,6 +150,7 @@ const MemberTable& Histo::Members() const {
           Property<C, PlotTyEnum>("PlotType", &C::PlotType, &C::PlotType),
           Property<C, float>("Resolution", &C::Resolution, &C::Resolution),
       }},
+      .prints = {Method("PrintPlot", &C::PrintPlot), Method("PrintPlot_THN", &C::PrintPlot_THN)},
       .colours = kSlots,
       .methods =
           {

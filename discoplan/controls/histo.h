@@ -36,6 +36,11 @@ class DISCOPLAN_EXPORT Histo final : public PlotControl {
   void SetPlotNotVaild() override {}
 
   const Node* Focused() override { return command1_.IsShown() ? &command1_ : nullptr; }
+  /// The plot alone, for a small place on a page.
+  PrintResult PrintPlot_THN(float& left, float& top, float& width, float& height) {
+    return PrintPlotAs(true, left, top, width, height);
+  }
+
   const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 
@@ -44,6 +49,9 @@ class DISCOPLAN_EXPORT Histo final : public PlotControl {
   static constexpr ColourSlot kGaussCurve{"GaussCurveColor", true, 0};
 
   void InitOwnProperties() override;
+  void PrintOn(PrintWafer& print, PageArea& area) override;
+  void PrintThinOn(PrintWafer& print, PageArea& area) override;
+  HistogramPrint Printed() const;
   void PresentPlot() override { RedrawHistogram(); }
   void Resize() override;
   void ClearSurface() override { plota_.picture->Cls(); }

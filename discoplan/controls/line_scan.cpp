@@ -103,7 +103,9 @@ void DrawCross(Node& marker, bool upright) {
 }  // namespace
 
 LineScan::LineScan(Platform& platform, Container* container)
-    : PlotControl(platform, container, {.class_name = "LineScan"}),
+    : PlotControl(
+          platform, container,
+          {.class_name = "LineScan", .least_print_width = 4000, .least_print_height = 2850}),
       plot_(AddFrame(root_, "Plot", {}, true)),
       plota_(AddPicture(plot_, "PLOTA", {})),
       panel_(AddFrame(root_, "frmove", {}, false)),
@@ -387,6 +389,10 @@ void LineScan::PlaceReadOuts() {
   }
 }
 
+void LineScan::PrintOn(PrintWafer& print, PageArea& area) {
+  print.Print_1DPlot(wafer_, area, {.cut = Cut(), .caption = PlotCaption()});
+}
+
 const MemberTable& LineScan::Members() const {
   using C = LineScan;
   static const MemberTable table = MembersWith({
@@ -400,6 +406,7 @@ const MemberTable& LineScan::Members() const {
           Property<C, std::int16_t>("LineEndPointX", &C::LineEndPointX, &C::LineEndPointX),
           Property<C, std::int16_t>("LineEndPointY", &C::LineEndPointY, &C::LineEndPointY),
       }},
+      .prints = {Method("PrintPlot", &C::PrintPlot)},
       .loads_variants = false,
   });
   return table;

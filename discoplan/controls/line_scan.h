@@ -57,6 +57,7 @@ class DISCOPLAN_EXPORT LineScan final : public PlotControl {
   };
 
   void InitOwnProperties() override;
+  void PrintOn(PrintWafer& print, PageArea& area) override;
   void PresentPlot() override { RedrawLineScan(); }
   void Resize() override;
   void ClearSurface() override { plota_.picture->Cls(); }

@@ -113,6 +113,10 @@ void MapControl::ApplyBackColor(Colour colour) {
   }
 }
 
+PrintResult MapControl::PrintLegend(float left, float top) {
+  return PrintBlock([&](PrintWafer& print) { PrintLegendOn(print, left, top); });
+}
+
 void MapControl::RedrawPlot() {
   SetPointer(kHourglass);
   if (wafer_.GetNop() > 0) {

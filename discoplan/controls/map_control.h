@@ -16,6 +16,8 @@ namespace discoplan {
 class DISCOPLAN_EXPORT MapControl : public PlotControl {
  public:
   const Node* Focused() override;
+  /// As on the screen, in a frame.
+  PrintResult PrintLegend(float left, float top);
 
  protected:
   enum class Legend {
@@ -30,6 +32,13 @@ class DISCOPLAN_EXPORT MapControl : public PlotControl {
   virtual void DrawPlot(Surface& surface) = 0;
   /// Brings the legend up to date.
   virtual void ShowLegend() = 0;
+  virtual void PrintLegendOn(PrintWafer& print, float left, float top) {
+    print.DrawColoredLegend(wafer_, left, top);
+  }
+  /// For the controls whose interface gives the result as a float.
+  float PrintLegendAsFloat(float left, float top) {
+    return static_cast<float>(PrintLegend(left, top));
+  }
   /// Checked before a redraw: mends what has become impossible and tells the user.
   virtual void CheckBeforeDrawing() {}
   /// The view from which the indicator shows the wafer, in degrees.

@@ -14,9 +14,19 @@ void Plot2D::InitOwnProperties() {
   PlotCaption("Wafer");
 }
 
+void Plot2D::PrintOn(PrintWafer& print, PageArea& area) {
+  print.Print_2DPlot(
+      wafer_, area,
+      {.resolution = resolution_, .caption = PlotCaption(), .show_sites = show_sites_});
+}
+
 const MemberTable& Plot2D::Members() const {
-  static const MemberTable table =
-      MembersWith({.properties = {LatticeMembers()}, .colours = kIntervalSlots});
+  static const MemberTable table = MembersWith({
+      .properties = {LatticeMembers()},
+      .prints = {Method("PrintPlot", &Plot2D::PrintPlot),
+                 Method("PrintLegend", &Plot2D::PrintLegendAsFloat)},
+      .colours = kIntervalSlots,
+  });
   return table;
 }
 

@@ -52,15 +52,33 @@ void Plot2DC::FillDefaults() {
 
 void Plot2DC::ShowLegend() { lbldist_->caption(PlainNumber(interval_)); }
 
+ContourSettings Plot2DC::Lines() const {
+  return {.interval = interval_,
+          .mark_sites = static_cast<std::int16_t>(mark_sites_),
+          .resolution = static_cast<std::int16_t>(resolution_),
+          .plot_colored = static_cast<std::int16_t>(plot_colored_)};
+}
+
 void Plot2DC::DrawPlot(Surface& surface) {
   const double side = std::min(surface.ScaleWidth(), surface.ScaleHeight());
-  wafer_.D2Contour(surface,
-                   {.radius = ToInt16((side - kMargin) / 2),
-                    .interval = interval_,
-                    .mark_sites = static_cast<std::int16_t>(mark_sites_),
-                    .resolution = static_cast<std::int16_t>(resolution_),
-                    .plot_colored = static_cast<std::int16_t>(plot_colored_)},
-                   {}, [this](const Message& message) { platform_.Show(message); });
+  ContourSettings settings = Lines();
+  settings.radius = ToInt16((side - kMargin) / 2);
+  wafer_.D2Contour(surface, settings, {},
+                   [this](const Message& message) { platform_.Show(message); });
+}
+
+ContourPrint Plot2DC::Printed() const {
+  return {.settings = Lines(), .caption = PlotCaption(), .show = [this](const Message& message) {
+            platform_.Show(message);
+          }};
+}
+
+void Plot2DC::PrintOn(PrintWafer& print, PageArea& area) {
+  print.Print_Contour(wafer_, area, Printed());
+}
+
+void Plot2DC::PrintThinOn(PrintWafer& print, PageArea& area) {
+  print.Print_Contour_THN(wafer_, area, Printed());
 }
 
 const MemberTable& Plot2DC::Members() const {
@@ -73,6 +91,7 @@ const MemberTable& Plot2DC::Members() const {
           Property<C, ResoEnum>("Resolution", &C::Resolution, &C::Resolution),
           Property<C, DrawColEnum>("PlotColored", &C::PlotColored, &C::PlotColored),
       }},
+      .prints = {Method("PrintPlot", &C::PrintPlot), Method("PrintPlot_THN", &C::PrintPlot_THN)},
       .colours = kSlots,
   });
   return table;

@@ -37,6 +37,11 @@ class DISCOPLAN_EXPORT Plot2DC final : public MapControl {
   Colour LowerCurveColor() const { return TableColour(kLower); }
   void LowerCurveColor(Colour colour) { TableColour(kLower, colour); }
 
+  /// The plot alone, for a small place on a page.
+  PrintResult PrintPlot_THN(float& left, float& top, float& width, float& height) {
+    return PrintPlotAs(true, left, top, width, height);
+  }
+
   const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 
@@ -46,6 +51,10 @@ class DISCOPLAN_EXPORT Plot2DC final : public MapControl {
   static constexpr ColourSlot kLower{"LowerCurveColor", true, 2};
 
   void InitOwnProperties() override;
+  void PrintOn(PrintWafer& print, PageArea& area) override;
+  void PrintThinOn(PrintWafer& print, PageArea& area) override;
+  ContourSettings Lines() const;
+  ContourPrint Printed() const;
   void FillDefaults() override;
   void ShowLegend() override;
   void DrawPlot(Surface& surface) override;

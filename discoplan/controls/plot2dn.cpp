@@ -14,8 +14,17 @@ void Plot2DN::InitOwnProperties() {
   PlotCaption("Wafer");
 }
 
+void Plot2DN::PrintOn(PrintWafer& print, PageArea& area) {
+  print.Print_2DNPlot(wafer_, area, PlotCaption());
+}
+
 const MemberTable& Plot2DN::Members() const {
-  static const MemberTable table = MembersWith({.properties = {}, .colours = kIntervalSlots});
+  static const MemberTable table = MembersWith({
+      .properties = {},
+      .prints = {Method("PrintPlot", &Plot2DN::PrintPlot),
+                 Method("PrintLegend", &Plot2DN::PrintLegendAsFloat)},
+      .colours = kIntervalSlots,
+  });
   return table;
 }
 

@@ -14,9 +14,24 @@ void Plot2DS::InitOwnProperties() {
   PlotCaption("Wafer");
 }
 
+void Plot2DS::PrintOn(PrintWafer& print, PageArea& area) {
+  print.Print_2DSigmaPlot(wafer_, area,
+                          {.resolution = resolution_,
+                           .sigma_range = SigmaRange(),
+                           .caption = PlotCaption(),
+                           .show_sites = show_sites_});
+}
+
+float Plot2DS::PrintPlot(float& left, float& top, float& width, float& height) {
+  return static_cast<float>(PrintPlotAs(false, left, top, width, height));
+}
+
 const MemberTable& Plot2DS::Members() const {
-  static const MemberTable table =
-      MembersWith({.properties = {LatticeMembers(), SigmaMembers()}, .colours = kSlots});
+  static const MemberTable table = MembersWith({
+      .properties = {LatticeMembers(), SigmaMembers()},
+      .prints = Joined({Method("PrintPlot", &Plot2DS::PrintPlot)}, LegendPrints()),
+      .colours = kSlots,
+  });
   return table;
 }
 

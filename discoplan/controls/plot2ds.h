@@ -11,11 +11,15 @@ class DISCOPLAN_EXPORT Plot2DS final : public SigmaControl<LatticeControl> {
  public:
   explicit Plot2DS(Platform& platform, Container* container = nullptr);
 
+  /// Result codes of `PrintResult`, as numbers.
+  float PrintPlot(float& left, float& top, float& width, float& height);
+
   const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 
  private:
   void InitOwnProperties() override;
+  void PrintOn(PrintWafer& print, PageArea& area) override;
   void DrawPlot(Surface& surface) override;
 };
 

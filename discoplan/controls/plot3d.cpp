@@ -41,12 +41,20 @@ void Plot3D::Mouse(Node& node, const MouseAction& action) {
   SurfaceControl::Mouse(plota_, action);
 }
 
+void Plot3D::PrintOn(PrintWafer& print, PageArea& area) {
+  print.Print_3DPlot(wafer_, area,
+                     {.plot_type = static_cast<std::int16_t>(plot_type_),
+                      .view = SurfaceSettings(),
+                      .caption = PlotCaption()});
+}
+
 const MemberTable& Plot3D::Members() const {
   using C = Plot3D;
   static const MemberTable table = MembersWith({
       .properties = {SurfaceMembers(),
                      ViewMembers(),
                      {Property<C, PlotTypeEnum>("PlotType", &C::PlotType, &C::PlotType)}},
+      .prints = {Method("PrintPlot", &C::PrintPlot), Method("PrintLegend", &C::PrintLegend)},
       .colours = kIntervalSlots,
   });
   return table;

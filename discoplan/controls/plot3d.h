@@ -30,6 +30,7 @@ class DISCOPLAN_EXPORT Plot3D final : public SurfaceControl {
 
  private:
   void InitOwnProperties() override;
+  void PrintOn(PrintWafer& print, PageArea& area) override;
   void FillDefaults() override;
   void ShowLegend() override { wafer_.scale_colored(chips_, rows_); }
   void DrawPlot(Surface& surface) override;

@@ -42,15 +42,19 @@ void Plot3DB::FillDefaults() {
   if (beam_height_ == 0) BeamHeight(kDefaultFoot);
 }
 
-void Plot3DB::DrawPlot(Surface& surface) {
-  wafer_.D2BeamPlot(surface,
-                    {.beam_width = beam_width_,
-                     .beam_height = beam_height_,
-                     .beam_scale = beam_scale_,
-                     .grid_rotation = static_cast<float>(GridRotation()),
-                     .wafer_rotation = static_cast<float>(WaferRotation()),
-                     .grid_inclination = static_cast<float>(GridInclination())},
-                    false, {});
+BeamView Plot3DB::Bars() const {
+  return {.beam_width = beam_width_,
+          .beam_height = beam_height_,
+          .beam_scale = beam_scale_,
+          .grid_rotation = static_cast<float>(GridRotation()),
+          .wafer_rotation = static_cast<float>(WaferRotation()),
+          .grid_inclination = static_cast<float>(GridInclination())};
+}
+
+void Plot3DB::DrawPlot(Surface& surface) { wafer_.D2BeamPlot(surface, Bars(), false, {}); }
+
+void Plot3DB::PrintOn(PrintWafer& print, PageArea& area) {
+  print.Print_2DBPlot(wafer_, area, {.view = Bars(), .caption = PlotCaption()});
 }
 
 const MemberTable& Plot3DB::Members() const {
@@ -62,6 +66,7 @@ const MemberTable& Plot3DB::Members() const {
                          Property<C, float>("BeamScale", &C::BeamScale, &C::BeamScale),
                      },
                      ViewMembers()},
+      .prints = {Method("PrintPlot", &C::PrintPlot), Method("PrintLegend", &C::PrintLegend)},
       .colours = kIntervalSlots,
   });
   return table;

@@ -28,9 +28,12 @@ class DISCOPLAN_EXPORT Plot3DB final : public ViewControl {
 
  private:
   void InitOwnProperties() override;
+  void PrintOn(PrintWafer& print, PageArea& area) override;
   void FillDefaults() override;
   void ShowLegend() override { wafer_.scale_colored(chips_, rows_); }
   void DrawPlot(Surface& surface) override;
+
+  BeamView Bars() const;
 
   float beam_width_ = 0;
   float beam_height_ = 0;

@@ -23,9 +23,18 @@ void Plot3DS::DrawPlot(Surface& surface) {
   wafer_.D3Plot(surface, SurfaceSettings(), kSigmaColours, SigmaRange(), false, {});
 }
 
+void Plot3DS::PrintOn(PrintWafer& print, PageArea& area) {
+  print.Print_3DSigmaPlot(
+      wafer_, area,
+      {.view = SurfaceSettings(), .sigma_range = SigmaRange(), .caption = PlotCaption()});
+}
+
 const MemberTable& Plot3DS::Members() const {
-  static const MemberTable table = MembersWith(
-      {.properties = {SurfaceMembers(), ViewMembers(), SigmaMembers()}, .colours = kSlots});
+  static const MemberTable table = MembersWith({
+      .properties = {SurfaceMembers(), ViewMembers(), SigmaMembers()},
+      .prints = Joined({Method("PrintPlot", &Plot3DS::PrintPlot)}, LegendPrints()),
+      .colours = kSlots,
+  });
   return table;
 }
 

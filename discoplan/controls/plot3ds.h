@@ -16,6 +16,7 @@ class DISCOPLAN_EXPORT Plot3DS final : public SigmaControl<SurfaceControl> {
 
  private:
   void InitOwnProperties() override;
+  void PrintOn(PrintWafer& print, PageArea& area) override;
   void DrawPlot(Surface& surface) override;
 };
 

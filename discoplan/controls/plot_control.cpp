@@ -217,6 +217,46 @@ PlotResult PlotControl::Plot() {
   return PlotResult::Done;
 }
 
+void PlotControl::Print(const std::function<void(PrintWafer&)>& draw) {
+  auto* printer = dynamic_cast<Surface*>(printer_.get());
+  if (printer == nullptr) throw RunTimeError(Fault::MemberNotOffered, "PrinterObj is no printer");
+  PrintWafer print;
+  print.PrinterObj(printer);
+  draw(print);
+}
+
+PrintResult PlotControl::PrintPlotAs(bool thin, float& left, float& top, float& width,
+                                     float& height) {
+  const bool too_small =
+      root_.box.width < traits_.least_print_width || root_.box.height < traits_.least_print_height;
+  if (too_small && (traits_.print_size_first || CanPrint())) return PrintResult::Failed;
+  if (!CanPrint()) return PrintResult::NothingToPrint;
+  PageArea area{left, top, width, height};
+  Print([&](PrintWafer& print) { thin ? PrintThinOn(print, area) : PrintOn(print, area); });
+  left = area.left;
+  top = area.top;
+  width = area.width;
+  height = area.height;
+  return PrintResult::Done;
+}
+
+PrintResult PlotControl::PrintBlock(const std::function<void(PrintWafer&)>& draw) {
+  if (!CanPrint()) return PrintResult::Failed;
+  Print(draw);
+  return PrintResult::Done;
+}
+
+PrintResult PlotControl::PrintWaferStatistic(float left, float top, const std::string& units) {
+  return PrintBlock([&](PrintWafer& print) {
+    wafer_.Units = units;
+    print.DrawWaferStatistics(wafer_, left, top);
+  });
+}
+
+PrintResult PlotControl::PrintWaferSize(float left, float top) {
+  return PrintBlock([&](PrintWafer& print) { print.DrawWaferSize(wafer_, left, top); });
+}
+
 void PlotControl::clear() {
   ClearSurface();
   plot_requested_ = false;

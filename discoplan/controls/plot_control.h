@@ -28,12 +28,18 @@
 #include "discoplan/platform/object.h"
 #include "discoplan/platform/platform.h"
 #include "discoplan/platform/property_bag.h"
+#include "discoplan/print/print_wafer.h"
 
 namespace discoplan {
 
 enum class WaferSt : std::int16_t { Notch = 1, Flat = 2 };
 enum class Sites : std::int16_t { ShowSite = -1, HideSite = 0 };
 enum class PlotResult : std::int16_t { Done = 0, NoData = 1 };
+enum class PrintResult : std::int16_t {
+  Done = 0,
+  Failed = 1,         ///< Of a plot: the control is too small. Of a block: no data or no printer.
+  NothingToPrint = 2  ///< Of a plot: no data or no printer.
+};
 
 template <>
 inline constexpr std::string_view EnumName<WaferSt> = "WaferSt";
@@ -41,6 +47,8 @@ template <>
 inline constexpr std::string_view EnumName<Sites> = "Sites";
 template <>
 inline constexpr std::string_view EnumName<PlotResult> = "int16";
+template <>
+inline constexpr std::string_view EnumName<PrintResult> = "int16";
 template <>
 inline constexpr std::string_view EnumName<LoadResult> = "int16";
 
@@ -116,6 +124,18 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   void PlotCaption(const std::string& caption);
 
   PlotResult Plot();
+
+  // Prints, in twips from the corner of the page that `PrinterObj` is at. Beginning and ending it
+  // is the host's business.
+
+  /// Some controls leave the place of the map in the caller's variables.
+  PrintResult PrintPlot(float& left, float& top, float& width, float& height) {
+    return PrintPlotAs(false, left, top, width, height);
+  }
+  /// The unit stays with the wafer.
+  PrintResult PrintWaferStatistic(float left, float top, const std::string& units);
+  PrintResult PrintWaferSize(float left, float top);
+
   void clear();
   virtual void SetPlotNotVaild() { plot_valid_ = false; }
 
@@ -143,6 +163,11 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
     bool ignores_same_limits = false;
     /// A load marks the grid as changed.
     bool changes_grid = false;
+    /// Below this size in twips the control prints no plot.
+    float least_print_width = 750;
+    float least_print_height = 750;
+    /// The size is looked at before anything else.
+    bool print_size_first = false;
   };
 
   PlotControl(Platform& platform, Container* container, const Traits& traits);
@@ -161,6 +186,9 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   virtual void ShowLegendPanel(bool shown) = 0;
   virtual void ApplyBackColor(Colour colour) = 0;
   virtual Node& TitledFrame() = 0;
+  /// Prints the plot in its full or its thin form.
+  virtual void PrintOn(PrintWafer& print, PageArea& area) = 0;
+  virtual void PrintThinOn(PrintWafer& print, PageArea& area) { PrintOn(print, area); }
   /// New plot limits are in force.
   virtual void LimitsChanged() {}
 
@@ -169,6 +197,9 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   /// The same, for a property that the picture depends on.
   void AnnounceStale(std::string_view property);
   void SetPointer(std::int16_t pointer);
+  PrintResult PrintPlotAs(bool thin, float& left, float& top, float& width, float& height);
+  /// Runs `draw` with a print engine of its own, if there are data and a printer.
+  PrintResult PrintBlock(const std::function<void(PrintWafer&)>& draw);
   /// Asks the container for a size in twips, which it may refuse. What it gives isn't asked about
   /// again.
   void RequestSize(float width, float height);
@@ -192,6 +223,7 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   /// What a control adds to the members that all share.
   struct OwnMembers {
     std::vector<std::vector<Member>> properties;
+    std::vector<Member> prints = {};
     std::span<const ColourSlot> colours = {};
     std::vector<Member> methods = {};
     bool loads_variants = true;
@@ -211,6 +243,8 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   bool legend_shown_ = true;
 
  private:
+  bool CanPrint() const { return wafer_.GetNop() != 0 && printer_ != nullptr; }
+  void Print(const std::function<void(PrintWafer&)>& draw);
   void AfterLoad();
   void ReplotIfRequested();
 

@@ -49,11 +49,18 @@ std::vector<Member> PlotMembers() {
   };
 }
 
-std::vector<Member> DataMembers() {
+std::vector<Member> LoadMembers() {
   return {
       Method("SetWaferData", &C::SetWaferData),
       Row<bool>("HideLegend", &C::HideLegend, &C::HideLegend),
       Row<std::string, const std::string&>("PlotCaption", &C::PlotCaption, &C::PlotCaption),
+  };
+}
+
+std::vector<Member> DataMembers() {
+  return {
+      Method("PrintWaferStatistic", &C::PrintWaferStatistic),
+      Method("PrintWaferSize", &C::PrintWaferSize),
       Method("clear", &C::clear),
       Method("GetWaferData", &C::GetWaferData),
       Method("SetDataFile", &C::SetDataFile),
@@ -92,6 +99,8 @@ MemberTable PlotControl::MembersWith(const OwnMembers& own) {
   for (const std::vector<Member>& block : own.properties) add(block);
   add(PlotMembers());
   if (own.loads_variants) add({Method("SetWaferData_Variant", &C::SetWaferData_Variant)});
+  add(LoadMembers());
+  add(own.prints);
   add(DataMembers());
   for (const ColourSlot& slot : own.colours) {
     add({{.name = slot.property,

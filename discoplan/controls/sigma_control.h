@@ -20,6 +20,12 @@ class SigmaControl : public Base {
   /// 0 above the band, 1 within it, 2 below it.
   Colour IntervalColor(std::size_t range) const { return this->TableColour(Slot(range)); }
   void IntervalColor(std::size_t range, Colour colour) { this->TableColour(Slot(range), colour); }
+  /// Leaves the place in the printer's pixels in the caller's variables.
+  PrintResult PrintLegend_No_Frame(float& left, float& top) {
+    return this->PrintBlock([&](PrintWafer& print) {
+      print.DrawSigmaLegend_No_Frame(this->wafer_, left, top, sigma_range_);
+    });
+  }
 
  protected:
   using ColourSlot = PlotControl::ColourSlot;
@@ -48,6 +54,9 @@ class SigmaControl : public Base {
     if (sigma_range_ == 0) SigmaRange(kDefaultRange);
   }
   void PresentPlot() override { this->RedrawPlot(); }
+  void PrintLegendOn(PrintWafer& print, float left, float top) override {
+    print.DrawSigmaLegend(this->wafer_, left, top, sigma_range_);
+  }
   void ShowLegend() override {
     this->wafer_.scale_sigma(this->chips_, this->rows_, sigma_range_);
     this->lbldist_->caption(PlainNumber(sigma_range_));
@@ -57,6 +66,10 @@ class SigmaControl : public Base {
     }
   }
 
+  static std::vector<Member> LegendPrints() {
+    return {Method("PrintLegend", &SigmaControl::PrintLegend),
+            Method("PrintLegend_No_Frame", &SigmaControl::PrintLegend_No_Frame)};
+  }
   static std::vector<Member> SigmaMembers() {
     return {Property<SigmaControl, float>("SigmaRange", &SigmaControl::SigmaRange,
                                           &SigmaControl::SigmaRange)};

@@ -13,7 +13,11 @@ std::int16_t InRange(std::int16_t value, std::int16_t last, std::int16_t otherwi
 }  // namespace
 
 ViewControl::ViewControl(Platform& platform, Container* container, Traits traits, Legend legend)
-    : MapControl(platform, container, {.class_name = traits.class_name, .changes_grid = true},
+    : MapControl(platform, container,
+                 {.class_name = traits.class_name,
+                  .changes_grid = true,
+                  .least_print_width = 2500,
+                  .least_print_height = 1750},
                  legend) {
   plota_.forwards = kForwardsMouse;
 }

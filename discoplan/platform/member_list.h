@@ -50,12 +50,31 @@ Variant ToVariant(const T& value) {
   }
 }
 
+/// A number that a method may change for its caller.
+class FloatReference {
+ public:
+  explicit FloatReference(Variant& value) : value_(value), number_(value.AsFloat()) {}
+  ~FloatReference() {
+    if (number_ != value_.AsFloat()) value_ = Variant(number_);
+  }
+  FloatReference(const FloatReference&) = delete;
+  FloatReference& operator=(const FloatReference&) = delete;
+
+  operator float&() { return number_; }
+
+ private:
+  Variant& value_;
+  float number_;
+};
+
 /// Gives a `FloatArray&` or a `Variant&` itself, so that a method can change it for its caller.
 template <class T>
 decltype(auto) FromVariant(Variant& value) {
   using Bare = std::remove_cvref_t<T>;
   if constexpr (std::is_same_v<Bare, Variant>) {
     return (value);
+  } else if constexpr (std::is_same_v<T, float&>) {
+    return FloatReference(value);
   } else if constexpr (std::is_same_v<Bare, FloatArray>) {
     if (value.IsEmpty()) value = Variant(FloatArray());
     return (value.AsArray());
@@ -80,6 +99,11 @@ decltype(auto) FromVariant(Variant& value) {
   } else {
     return value.AsObject();
   }
+}
+
+inline std::vector<Member> Joined(std::vector<Member> members, const std::vector<Member>& more) {
+  members.insert(members.end(), more.begin(), more.end());
+  return members;
 }
 
 /// Property of type T through an overloaded pair `T Name() const; void Name(T)`.
