@@ -14,6 +14,10 @@ void AddDataOptions(CLI::App& command, DataRequest& request) {
   command
       .add_option("DATA", request.path, "Measured sites: a table, a lot export or a binary file")
       ->required();
+  AddReadingOptions(command, request);
+}
+
+void AddReadingOptions(CLI::App& command, DataRequest& request) {
   command.add_option("--columns", request.columns,
                      "X,Y,VALUE of a table, by name or number from 1");
   command.add_option("--wafer", request.wafer, "Slot to take from a lot export");

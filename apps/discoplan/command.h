@@ -29,8 +29,11 @@ class CommandError : public std::runtime_error {
 void AddPlotCommand(CLI::App& program);
 void AddStatsCommand(CLI::App& program);
 void AddAutomateCommand(CLI::App& program);
+/// The report itself is made by the program beside this one.
+void AddReportCommand(CLI::App& program);
 
-/// DATA and the options that say how to read it.
+/// The options that say how to read data, and DATA with them.
+void AddReadingOptions(CLI::App& command, DataRequest& request);
 void AddDataOptions(CLI::App& command, DataRequest& request);
 
 /// Reads the data and tells on standard error what was left out.

@@ -11,15 +11,15 @@ namespace {
 
 constexpr TwipsBox kMapLeast{0, 0, 4500, 3180};
 constexpr std::array kKinds = {
-    PlotKind{"2D", "Plot2D", kMapLeast},
-    PlotKind{"2DS", "Plot2DS", kMapLeast},
-    PlotKind{"2DC", "Plot2DC", kMapLeast},
-    PlotKind{"2DN", "Plot2DN", kMapLeast},
-    PlotKind{"3D", "Plot3D", kMapLeast},
-    PlotKind{"3DS", "Plot3DS", kMapLeast},
-    PlotKind{"3DB", "Plot3DB", kMapLeast},
-    PlotKind{"histo", "Histo", {0, 0, 2000, 2000}, false},
-    PlotKind{"linescan", "LineScan", {0, 0, 4000, 2850}},
+    PlotKind{"2D", "Plot2D", "Map", kMapLeast},
+    PlotKind{"2DS", "Plot2DS", "Sigma ranges", kMapLeast},
+    PlotKind{"2DC", "Plot2DC", "Contours", kMapLeast},
+    PlotKind{"2DN", "Plot2DN", "Values", kMapLeast},
+    PlotKind{"3D", "Plot3D", "Surface", kMapLeast},
+    PlotKind{"3DS", "Plot3DS", "Surface of sigma ranges", kMapLeast},
+    PlotKind{"3DB", "Plot3DB", "Bars", kMapLeast},
+    PlotKind{"histo", "Histo", "Histogram", {0, 0, 2000, 2000}, false},
+    PlotKind{"linescan", "LineScan", "Line scan", {0, 0, 4000, 2850}},
 };
 
 }  // namespace

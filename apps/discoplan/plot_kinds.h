@@ -15,6 +15,7 @@ namespace discoplan::app {
 struct PlotKind {
   std::string_view name;
   std::string_view class_name;
+  std::string_view title;
   TwipsBox least;      ///< The least size that the control takes.
   bool scales = true;  ///< Letters may grow; a kind whose margins are in pixels keeps them small.
 };

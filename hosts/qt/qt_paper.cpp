@@ -115,6 +115,15 @@ void QtPaper::Finish() {
   }
 }
 
+void QtPaper::ClipTo(const QRectF& twips) {
+  const double across = 1 / resolution_.twips_per_pixel_x;
+  const double down = 1 / resolution_.twips_per_pixel_y;
+  Painter().setClipRect(
+      QRectF(twips.x() * across, twips.y() * down, twips.width() * across, twips.height() * down));
+}
+
+void QtPaper::Unclip() { Painter().setClipping(false); }
+
 QPainter& QtPaper::Painter() {
   Finish();
   return painter_;

@@ -30,6 +30,9 @@ class DISCOPLAN_EXPORT QtPaper final : public Surface {
 
   /// Paints what is still held back. A new page begins behind it.
   void Finish();
+  /// Keeps what follows within a rectangle in twips, until the next call.
+  void ClipTo(const QRectF& twips);
+  void Unclip();
 
   Kind kind() const override { return Kind::Printer; }
   /// There is no way to clear paper; raises `RunTimeError`, as do `Refresh` and `FloodFill`.

@@ -170,7 +170,7 @@ TEST_F(Requests, TellAnIdByItsKind) {
 TEST_F(Requests, NameTheTypeOfEachMember) {
   NewPlot();
   const json members = AskFor({{"op", "members"}, {"id", "p"}})["value"];
-  EXPECT_EQ(members.size(), 41U);
+  EXPECT_EQ(members.size(), 45U);
   for (const char* row : {
            R"({"name":"PrinterObj","kind":"property","type":"object","writable":true})",
            R"({"name":"hdc","kind":"property","type":"int32","writable":false})",

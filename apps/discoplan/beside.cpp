@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#include "apps/discoplan/beside.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <iostream>
+#include <system_error>
+
+#include "apps/discoplan/command.h"
+
+namespace discoplan::app {
+namespace {
+
+constexpr const char* kProgram = "discoplan-report";
+
+char** kept_arguments = nullptr;
+
+}  // namespace
+
+bool IsVectorFile(const std::string& name) {
+  std::string extension = std::filesystem::path(name).extension().string();
+  std::ranges::transform(extension, extension.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return extension == ".pdf" || extension == ".svg";
+}
+
+void KeepArguments(char** arguments) { kept_arguments = arguments; }
+
+void RunBeside() {
+  std::cout.flush();
+  std::error_code ignored;
+  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", ignored);
+  const std::string beside = (self.parent_path() / kProgram).string();
+  execv(beside.c_str(), kept_arguments);
+  execvp(kProgram, kept_arguments);
+  throw CommandError(std::string(kProgram) +
+                     " is missing; install the part of Discoplan that needs Qt");
+}
+
+}  // namespace discoplan::app

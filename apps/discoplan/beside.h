@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// The program with a toolkit that stands beside this one. A map in a PNG file doesn't wait for it.
+
+#include <string>
+
+namespace discoplan::app {
+
+/// Whether a file of that name holds vectors: PDF or SVG.
+bool IsVectorFile(const std::string& name);
+
+/// Takes the command line that this program was started with.
+void KeepArguments(char** arguments);
+
+/// Goes on as that program with the same arguments. Raises `CommandError` if it isn't installed.
+[[noreturn]] void RunBeside();
+
+}  // namespace discoplan::app

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace discoplan::app {
+
+/// Parses the command line and runs its command: the status that the program ends with.
+int Run(CLI::App& program, int argc, char** argv);
+
+}  // namespace discoplan::app

@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: MIT
+#include <unistd.h>
+
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "apps/discoplan/plot_request.h"
+#include "apps/report/print_plot.h"
+#include "apps/report/report_commands.h"
+#include "apps/report/vector_file.h"
+#include "hosts/headless/headless_host.h"
+
+namespace discoplan::app {
+namespace {
+
+// Twips.
+constexpr PageSize kA4{11906, 16838};
+constexpr PageSize kLetter{12240, 15840};
+constexpr float kMargin = 1000;
+constexpr float kHeadHeight = 900;
+constexpr float kBlockWidth = 2775;
+constexpr float kBlockGap = 300;
+constexpr float kBlocksHeight = 3800;
+constexpr float kStatisticsHeight = 2400;
+constexpr float kControlWidth = 6000;
+constexpr float kControlHeight = 4500;
+
+struct ReportRequest {
+  DataRequest reading;  // how to read, for all files alike
+  std::vector<std::string> files;
+  PlotRequest plot;
+  bool all = false;
+  std::string output;
+  std::string paper = "A4";
+  bool landscape = false;
+  std::string title = "Wafer report";
+  std::string lot;
+  std::string wafer;
+  std::string units;
+};
+
+struct ReportPage {
+  std::string file;
+  DataRequest reading;
+  Wafer measured;
+};
+
+/// All wafers of all files, before anything is drawn.
+std::vector<ReportPage> ReadAll(const ReportRequest& request) {
+  std::vector<ReportPage> pages;
+  for (const std::string& file : request.files) {
+    DataRequest reading = request.reading;
+    reading.path = file;
+    DataResult data = ReadReporting(reading);
+    for (Wafer& measured : data.wafers) pages.push_back({file, reading, std::move(measured)});
+  }
+  return pages;
+}
+
+/// A bar on a terminal, that goes when the work is done.
+class Progress {
+ public:
+  explicit Progress(std::size_t total) : total_(total), shown_(isatty(STDERR_FILENO) != 0) {}
+  ~Progress() {
+    if (shown_) std::cerr << "\r\033[K" << std::flush;
+  }
+
+  void Show(std::size_t done, const std::string& name) const {
+    if (!shown_) return;
+    constexpr std::size_t kWidth = 30;
+    const std::size_t filled = done * kWidth / total_;
+    std::cerr << "\r\033[K[" << std::string(filled, '#') << std::string(kWidth - filled, ' ')
+              << "] " << done << '/' << total_ << ' ' << name << std::flush;
+  }
+
+ private:
+  const std::size_t total_;
+  const bool shown_;
+};
+
+class ReportPrinter {
+ public:
+  ReportPrinter(const ReportRequest& request, const PageSize& size)
+      : request_(request), size_(size), kinds_(KindsOf(request.plot)) {
+    host_.OnMessage([](const Message& message) { std::cerr << message.text << '\n'; });
+  }
+
+  void Print(const std::shared_ptr<qt::QtPaper>& paper, const ReportPage& page) {
+    PrintHead(*paper, page);
+    std::vector<std::unique_ptr<PlotControl>> controls;
+    for (const PlotKind& kind : kinds_) {
+      controls.push_back(LoadedControl(kind, request_.plot, page.reading, page.measured, host_));
+      controls.back()->SetSize(kControlWidth, kControlHeight);
+      controls.back()->PrinterObj(paper);
+      controls.back()->PlotCaption(std::string(kind.title));
+    }
+    const PageArea area = {kMargin, kMargin + kHeadHeight, size_.width - 2 * kMargin,
+                           size_.height - 2 * kMargin - kHeadHeight - kBlocksHeight};
+    const Grid grid = Grid::For(controls.size(), area);
+    for (std::size_t i = 0; i < controls.size(); ++i) {
+      PrintFramed(*controls[i], *paper, grid.Cell(i, area));
+    }
+    PrintBlocks(controls);
+  }
+
+ private:
+  void Write(qt::QtPaper& paper, const std::string& text, float y, float size, bool bold) {
+    paper.Font({.name = "Arial", .size = size, .bold = bold});
+    paper.ForeColor(kBlack);
+    paper.CurrentX(kMargin);
+    paper.CurrentY(y);
+    paper.Print(text);
+  }
+
+  void PrintHead(qt::QtPaper& paper, const ReportPage& page) {
+    paper.ScaleMode(1);
+    Write(paper, request_.title, kMargin, 14, true);
+    std::string line = request_.lot.empty() ? "" : "Lot " + request_.lot + "    ";
+    line += "Wafer " + (request_.wafer.empty() ? page.measured.name : request_.wafer);
+    line += "    " + std::filesystem::path(page.file).filename().string();
+    Write(paper, line, kMargin + 400, 9, false);
+  }
+
+  /// Statistics over size at the left, then one legend of each sort.
+  void PrintBlocks(const std::vector<std::unique_ptr<PlotControl>>& controls) {
+    const float top = size_.height - kMargin - kBlocksHeight + kBlockGap / 2;
+    PlotControl& first = *controls.front();
+    first.PrintWaferStatistic(kMargin, top, request_.units);
+    first.PrintWaferSize(kMargin, top + kStatisticsHeight);
+    float left = kMargin + kBlockWidth + kBlockGap;
+    std::vector<bool> printed = {false, false};
+    for (std::size_t i = 0; i < controls.size(); ++i) {
+      const bool is_sigma = kinds_[i].name.ends_with('S');
+      if (printed[is_sigma] || !PrintLegendAt(*controls[i], left, top)) continue;
+      printed[is_sigma] = true;
+      left += kBlockWidth + kBlockGap;
+    }
+  }
+
+  const ReportRequest& request_;
+  const PageSize size_;
+  const std::vector<PlotKind> kinds_;
+  HeadlessHost host_;
+};
+
+void Report(const ReportRequest& request) {
+  PageSize size = request.paper == "A4" ? kA4 : kLetter;
+  if (request.landscape) std::swap(size.width, size.height);
+  ReportPrinter printer(request, size);
+  const std::vector<ReportPage> pages = ReadAll(request);
+  if (!request.wafer.empty() && pages.size() > 1) {
+    throw UsageError("--wafer-id names one wafer, and the data have " +
+                     std::to_string(pages.size()));
+  }
+  VectorFile file(request.output, size, request.title);
+  {
+    const Progress progress(pages.size());
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+      progress.Show(i, pages[i].measured.name);
+      if (i > 0) file.NewPage();
+      printer.Print(file.paper(), pages[i]);
+    }
+  }
+  file.Save();
+}
+
+}  // namespace
+
+void AddReportCommand(CLI::App& program) {
+  CLI::App* command = program.add_subcommand("report", "Put wafers on paper: a page each, in PDF");
+  auto request = std::make_shared<ReportRequest>();
+  command->add_option("DATA", request->files, "Measured sites: tables, lot exports or binary files")
+      ->required();
+  AddReadingOptions(*command, request->reading);
+  command->add_option("-o,--output", request->output, "PDF file to write")->required();
+  command->add_flag("--all", request->all, "All kinds of plot, as --kind all");
+  AddPlotOptions(*command, request->plot);
+  command->add_option("--paper", request->paper, "Size of the pages")
+      ->check(CLI::IsMember({"A4", "Letter"}))
+      ->capture_default_str();
+  command->add_flag("--landscape", request->landscape, "Pages wider than high");
+  command->add_option("--title", request->title, "Head of each page")->capture_default_str();
+  command->add_option("--lot", request->lot, "Identification of the lot");
+  command->add_option("--wafer-id", request->wafer,
+                      "Identification of the wafer; its name in the data otherwise");
+  command->add_option("--units", request->units, "Unit of the values");
+  command->footer(
+      "Examples:\n"
+      "  discoplan report sites.csv -o report.pdf --units nm\n"
+      "  discoplan report lot.csv -o lot.pdf --kind 2D --kind histo --lot A1234\n"
+      "  discoplan report a.csv b.csv -o both.pdf --all --paper Letter --landscape");
+  command->callback([request] {
+    if (request->all) request->plot.kinds = {"all"};
+    Report(*request);
+  });
+}
+
+}  // namespace discoplan::app

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace discoplan::app {
+
+void AddReportCommand(CLI::App& program);
+void AddVectorPlotCommand(CLI::App& program);
+
+}  // namespace discoplan::app
