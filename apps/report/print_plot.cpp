@@ -12,8 +12,8 @@ constexpr float kGap = 120;
 constexpr float kStrip = 1250;         // beside a map, for the wafer's mark
 constexpr float kCaptionHeight = 200;  // above a frame
 constexpr float kLine = 60;
-
-constexpr float kWorthIt = 1.05F;
+/// In less a line scan has no room for its positions.
+constexpr float kChartWidth = 4400;
 
 }  // namespace
 
@@ -25,8 +25,7 @@ Grid Grid::For(std::size_t count, const PageArea& area) {
     const Grid grid{columns, (plots + columns - 1) / columns};
     const PageArea cell = grid.Cell(0, area);
     const float map = std::min(cell.width - kStrip, cell.height - kCaptionHeight);
-    // Charts like wide places, so another column must be worth it.
-    if (columns > 1 && map < kWorthIt * largest) continue;
+    if (columns > 1 && (map < largest || cell.width < kChartWidth)) continue;
     largest = map;
     best = grid;
   }
