@@ -12,7 +12,7 @@ packages: ## Install the Debian packages that are missing
 
 demo: packages ## Build, and plot the measured wafers of examples/ into out/
 	@cmake --preset release --log-level=WARNING > /dev/null
-	@cmake --build --preset release --target discoplan-program -- --quiet
+	@cmake --build --preset release --target discoplan-program discoplan-report -- --quiet
 	@scripts/demo build/release/apps/discoplan/discoplan out
 
 test: packages ## Build, and run every test

@@ -34,7 +34,7 @@ struct PageArea {
 struct MapPrint {
   float resolution = 5;  ///< Cell side in mm.
   float sigma_range = 0.5F;
-  std::string caption;
+  std::string caption = {};
   bool show_sites = false;
 };
 
@@ -42,29 +42,29 @@ struct SurfacePrint {
   std::int16_t plot_type = 1;
   SurfaceView view;
   float sigma_range = 0.5F;
-  std::string caption;
+  std::string caption = {};
 };
 
 struct BarPrint {
   BeamView view;
-  std::string caption;
+  std::string caption = {};
 };
 
 struct ContourPrint {
   ContourSettings settings;  ///< The radius follows from the area.
-  std::string caption;
-  std::function<void(const Message&)> show;  ///< For the box that the plot may raise.
+  std::string caption = {};
+  std::function<void(const Message&)> show = {};  ///< For the box that the plot may raise.
 };
 
 struct HistogramPrint {
   std::int16_t plot_type = 1;
   float bins = 10;
-  std::string caption;
+  std::string caption = {};
 };
 
 struct ScanPrint {
   ScanLine cut;
-  std::string caption;
+  std::string caption = {};
 };
 
 class DISCOPLAN_EXPORT PrintWafer {

@@ -315,10 +315,11 @@ TEST_F(Plot2DTest, ListsItsMembersInInterfaceOrder) {
                   "StdDevPercent", "StdDev", "HiLo", "range", "Maximum", "Minimum", "mean",
                   "TestDiameter", "WaferDiameter", "Resolution", "ShowSites", "Plot", "BackColor",
                   "ReleasePlotLimit", "SetPlotLimit", "SetWaferData_Variant", "SetWaferData",
-                  "HideLegend", "PlotCaption", "PrintPlot", "PrintLegend", "PrintWaferStatistic", "PrintWaferSize", "clear", "GetWaferData", "SetDataFile",
-                  "Interpolation", "IntervalColor1", "IntervalColor2", "IntervalColor3",
-                  "IntervalColor4", "IntervalColor5", "IntervalColor6", "IntervalColor7",
-                  "IntervalColor8", "IntervalColor9", "IntervalColor0", "SetPlotNotVaild"));
+                  "HideLegend", "PlotCaption", "PrintPlot", "PrintLegend", "PrintWaferStatistic",
+                  "PrintWaferSize", "clear", "GetWaferData", "SetDataFile", "Interpolation",
+                  "IntervalColor1", "IntervalColor2", "IntervalColor3", "IntervalColor4",
+                  "IntervalColor5", "IntervalColor6", "IntervalColor7", "IntervalColor8",
+                  "IntervalColor9", "IntervalColor0", "SetPlotNotVaild"));
 }
 
 TEST_F(Plot2DTest, SurvivesValuesThatAreNoNumbers) {

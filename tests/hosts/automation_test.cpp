@@ -278,6 +278,32 @@ TEST_F(Automation, ReadsAndWritesPropertyStores) {
                                        "default":null})"));
 }
 
+TEST_F(Automation, PrintsOnWhatIsSetAsThePrinter) {
+  NewPlot();
+  Load();
+  EXPECT_EQ(Value("p", "PrinterObj"), json());
+  const json area = {1000, 2000, 6000, 4000};
+  EXPECT_EQ(Call("p", "PrintPlot", area)["value"], 2);
+  ASSERT_EQ(Ask(R"({"op":"new","class":"Printer","id":"q","width":12000,"height":16000})")["ok"],
+            true);
+  EXPECT_EQ(AskFor({{"op", "set"}, {"id", "p"}, {"name", "PrinterObj"}, {"value", {{"ref", "q"}}}}),
+            json::parse(R"({"ok":true})"));
+  EXPECT_EQ(Value("p", "PrinterObj"), (json{{"ref", "q"}}));
+  json reply = Call("p", "PrintPlot", area);
+  EXPECT_EQ(reply, json::parse(R"({"ok":true,"value":0})"));
+  EXPECT_GT(AskFor({{"op", "trace"}, {"id", "q"}})["value"].size(), 100U);
+
+  AskFor({{"op", "drop"}, {"id", "p"}});
+  ASSERT_EQ(Ask(R"({"op":"new","class":"Plot3D","id":"p"})")["ok"], true);
+  Load();
+  AskFor({{"op", "set"}, {"id", "p"}, {"name", "PrinterObj"}, {"value", {{"ref", "q"}}}});
+  reply = Call("p", "PrintPlot", area);
+  ASSERT_EQ(reply["args"].size(), 4U);
+  EXPECT_EQ(reply["args"][0], 1575);
+  EXPECT_EQ(reply["args"][2], 4750);
+  EXPECT_EQ(reply["args"][3], 4000);
+}
+
 TEST_F(Automation, OffersAllNineControls) {
   const std::pair<const char*, const char*> rows[] = {
       {"Plot2D", "PLOTA"},  {"Plot2DS", "PLOTA"}, {"Plot2DC", "PLOTA"},
