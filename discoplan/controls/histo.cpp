@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/controls/histo.h"
 
+#include "discoplan/dialogs/map_dialogs.h"
 #include "discoplan/render/control_limits.h"
 
 namespace discoplan {
@@ -41,6 +42,7 @@ Histo::Histo(Platform& platform, Container* container)
   frmhist_.forwards = kForwardsAll;
   lbl_x_.visible = false;
   command1_.text = "Plot- Options";
+  command1_.on_click = [this] { ShowPlotOption(); };
 }
 
 void Histo::InitOwnProperties() {
@@ -140,6 +142,17 @@ void Histo::PrintOn(PrintWafer& print, PageArea& area) {
 
 void Histo::PrintThinOn(PrintWafer& print, PageArea& area) {
   print.Print_Histo_THN(wafer_, area, Printed());
+}
+
+void Histo::ShowPlotOption() {
+  frmPlotHist dialog(platform_);
+  const Colour back_color = plota_.picture->BackColor();
+  dialog.SetValues(wafer_, static_cast<float>(resolution_), back_color);
+  platform_.ShowModal(dialog);
+  if (!dialog.Redraw()) return;
+  resolution_ = ToInt16(dialog.GetResolution());
+  if (dialog.GetBackColor() != back_color) ApplyBackColor(dialog.GetBackColor());
+  RedrawHistogram();
 }
 
 const MemberTable& Histo::Members() const {

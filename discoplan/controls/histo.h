@@ -41,6 +41,7 @@ class DISCOPLAN_EXPORT Histo final : public PlotControl {
     return PrintPlotAs(true, left, top, width, height);
   }
 
+  void ShowPlotOption() override;
   const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 

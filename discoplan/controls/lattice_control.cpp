@@ -33,6 +33,7 @@ void LatticeControl::CheckBeforeDrawing() {
                   .title = "Standard resolution to high ",
                   .critical = true,
                   .system_modal = true});
+  ShowPlotOption();
 }
 
 std::vector<Member> LatticeControl::LatticeMembers() {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "discoplan/core/number_checks.h"
+#include "discoplan/dialogs/scan_dialog.h"
 #include "discoplan/render/label.h"
 
 namespace discoplan {
@@ -121,6 +122,7 @@ LineScan::LineScan(Platform& platform, Container* container)
   plot_.text = " Wafer ";
   plot_.forwards = kForwardsAll;
   options_.text = "Plot- Options";
+  options_.on_click = [this] { ShowPlotOption(); };
   DrawMarkers(kButtonFace);
   AddReadOuts();
   AddAngleBox();
@@ -391,6 +393,35 @@ void LineScan::PlaceReadOuts() {
 
 void LineScan::PrintOn(PrintWafer& print, PageArea& area) {
   print.Print_1DPlot(wafer_, area, {.cut = Cut(), .caption = PlotCaption()});
+}
+
+void LineScan::ShowPlotOption() {
+  frmPlotOpt1D dialog(platform_);
+  const auto mm = [](std::int16_t length) { return static_cast<float>(length); };
+  dialog.SetValues(wafer_, {.type = static_cast<std::int16_t>(plot_type_),
+                            .angle = angle_,
+                            .x = {mm(start_x_), mm(end_x_), mm(rotation_x_)},
+                            .y = {mm(start_y_), mm(end_y_), mm(rotation_y_)}});
+  platform_.ShowModal(dialog);
+  if (!dialog.Redraw()) return;
+  SetLineOptions(dialog.GetResult());
+  RedrawLineScan();
+}
+
+void LineScan::SetLineOptions(const ScanSettings& settings) {
+  plot_type_ = static_cast<PlotTypeEnumLineScan>(settings.type);
+  up_down_.value = settings.angle;
+  ShowMode();
+  if (ByLine()) {
+    start_x_ = ToInt16(settings.x[0]);
+    start_y_ = ToInt16(settings.y[0]);
+    end_x_ = ToInt16(settings.x[1]);
+    end_y_ = ToInt16(settings.y[1]);
+  } else {
+    rotation_x_ = ToInt16(settings.x[2]);
+    rotation_y_ = ToInt16(settings.y[2]);
+    SetAngleText(std::to_string(settings.angle));
+  }
 }
 
 const MemberTable& LineScan::Members() const {

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "discoplan/controls/plot_control.h"
+#include "discoplan/dialogs/scan_dialog.h"
 
 namespace discoplan {
 
@@ -44,6 +45,7 @@ class DISCOPLAN_EXPORT LineScan final : public PlotControl {
 
   const Node* Focused() override { return options_.IsShown() ? &options_ : nullptr; }
   void Shown() override;
+  void ShowPlotOption() override;
   const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 
@@ -84,6 +86,7 @@ class DISCOPLAN_EXPORT LineScan final : public PlotControl {
   void ShowWafer(Indicator& indicator);
   void ShowReadOuts();
   void DrawCurve();
+  void SetLineOptions(const ScanSettings& settings);
   void SetAngleText(const std::string& text);
   void AngleTextChanged();
   void Spin(int steps);

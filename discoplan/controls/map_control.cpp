@@ -68,6 +68,7 @@ MapControl::MapControl(Platform& platform, Container* container, const Traits& t
   frmove_.forwards = kForwardsAll;
   replot_.visible = false;
   command1_.text = "Plot- Options";
+  command1_.on_click = [this] { ShowPlotOption(); };
   if (legend_ == Legend::Interval) {
     AddInterval(frame1_, kFrintAlone);
   } else {

@@ -10,6 +10,7 @@
 #include <array>
 
 #include "discoplan/controls/plot_control.h"
+#include "discoplan/dialogs/option_dialog.h"
 
 namespace discoplan {
 
@@ -47,6 +48,18 @@ class DISCOPLAN_EXPORT MapControl : public PlotControl {
     float inclination = 90;
   };
   virtual View IndicatorView() const { return {}; }
+
+  /// Shows the dialog, which has its values, and draws with those that `take` stores if the user
+  /// confirms them.
+  template <class Take>
+  void RunDialog(OptionDialog& dialog, Take take) {
+    platform_.ShowModal(dialog);
+    if (!dialog.Redraw()) return;
+    take();
+    if (dialog.GetBackColor() != SurfaceBackColor()) ApplyBackColor(dialog.GetBackColor());
+    RedrawPlot();
+  }
+  Colour SurfaceBackColor() const { return plota_.picture->BackColor(); }
 
   void RedrawPlot();
   void Resize() override;

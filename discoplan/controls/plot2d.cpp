@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/controls/plot2d.h"
 
+#include "discoplan/dialogs/map_dialogs.h"
+
 namespace discoplan {
 
 Plot2D::Plot2D(Platform& platform, Container* container)
@@ -18,6 +20,15 @@ void Plot2D::PrintOn(PrintWafer& print, PageArea& area) {
   print.Print_2DPlot(
       wafer_, area,
       {.resolution = resolution_, .caption = PlotCaption(), .show_sites = show_sites_});
+}
+
+void Plot2D::ShowPlotOption() {
+  frmPlotOpt2d dialog(platform_);
+  dialog.SetValues(wafer_, resolution_, show_sites_, SurfaceBackColor());
+  RunDialog(dialog, [&] {
+    resolution_ = dialog.GetXRes();
+    show_sites_ = dialog.GetMarkeSites() != 0;
+  });
 }
 
 const MemberTable& Plot2D::Members() const {

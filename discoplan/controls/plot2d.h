@@ -22,6 +22,7 @@ class DISCOPLAN_EXPORT Plot2D final : public LatticeControl {
     TableColour(IntervalSlot(interval), colour);
   }
 
+  void ShowPlotOption() override;
   const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "discoplan/dialogs/map_dialogs.h"
 #include "discoplan/render/number_text.h"
 
 namespace discoplan {
@@ -79,6 +80,17 @@ void Plot2DC::PrintOn(PrintWafer& print, PageArea& area) {
 
 void Plot2DC::PrintThinOn(PrintWafer& print, PageArea& area) {
   print.Print_Contour_THN(wafer_, area, Printed());
+}
+
+void Plot2DC::ShowPlotOption() {
+  frmPlotOpt2DC dialog(platform_);
+  dialog.SetValues(wafer_, Lines(), SurfaceBackColor());
+  RunDialog(dialog, [&] {
+    interval_ = dialog.GetDist();
+    mark_sites_ = static_cast<ExconEnum>(dialog.GetMarkeSites());
+    resolution_ = static_cast<ResoEnum>(dialog.GetReso());
+    plot_colored_ = static_cast<DrawColEnum>(dialog.GetShowColor());
+  });
 }
 
 const MemberTable& Plot2DC::Members() const {

@@ -42,6 +42,7 @@ class DISCOPLAN_EXPORT Plot2DC final : public MapControl {
     return PrintPlotAs(true, left, top, width, height);
   }
 
+  void ShowPlotOption() override;
   const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 

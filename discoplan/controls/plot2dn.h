@@ -18,6 +18,7 @@ class DISCOPLAN_EXPORT Plot2DN final : public MapControl {
   }
 
   const Node* Focused() override { return nullptr; }
+  void ShowPlotOption() override {}
   const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/controls/plot2ds.h"
 
+#include "discoplan/dialogs/map_dialogs.h"
+
 namespace discoplan {
 
 Plot2DS::Plot2DS(Platform& platform, Container* container)
@@ -24,6 +26,16 @@ void Plot2DS::PrintOn(PrintWafer& print, PageArea& area) {
 
 float Plot2DS::PrintPlot(float& left, float& top, float& width, float& height) {
   return static_cast<float>(PrintPlotAs(false, left, top, width, height));
+}
+
+void Plot2DS::ShowPlotOption() {
+  frmPlotOpt2ds dialog(platform_);
+  dialog.SetValues(wafer_, resolution_, SigmaRange(), show_sites_, SurfaceBackColor());
+  RunDialog(dialog, [&] {
+    resolution_ = dialog.GetXRes();
+    sigma_range_ = dialog.GetSigRange();
+    show_sites_ = dialog.GetMarkeSites() != 0;
+  });
 }
 
 const MemberTable& Plot2DS::Members() const {

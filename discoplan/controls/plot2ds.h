@@ -14,6 +14,7 @@ class DISCOPLAN_EXPORT Plot2DS final : public SigmaControl<LatticeControl> {
   /// Result codes of `PrintResult`, as numbers.
   float PrintPlot(float& left, float& top, float& width, float& height);
 
+  void ShowPlotOption() override;
   const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/controls/plot3d.h"
 
+#include "discoplan/dialogs/view_dialogs.h"
+
 namespace discoplan {
 
 Plot3D::Plot3D(Platform& platform, Container* container)
@@ -46,6 +48,16 @@ void Plot3D::PrintOn(PrintWafer& print, PageArea& area) {
                      {.plot_type = static_cast<std::int16_t>(plot_type_),
                       .view = SurfaceSettings(),
                       .caption = PlotCaption()});
+}
+
+void Plot3D::ShowPlotOption() {
+  frmPlotOpt3d dialog(platform_);
+  dialog.SetValues(wafer_, SurfaceSettings(), static_cast<std::int16_t>(plot_type_),
+                   SurfaceBackColor());
+  RunDialog(dialog, [&] {
+    TakeSurface(dialog);
+    plot_type_ = static_cast<PlotTypeEnum>(dialog.GetPlotType());
+  });
 }
 
 const MemberTable& Plot3D::Members() const {

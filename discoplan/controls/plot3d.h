@@ -25,6 +25,7 @@ class DISCOPLAN_EXPORT Plot3D final : public SurfaceControl {
 
   /// Pressing on the snapshot brings the surface itself back.
   void Mouse(Node& node, const MouseAction& action) override;
+  void ShowPlotOption() override;
   const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/controls/plot3db.h"
 
+#include "discoplan/dialogs/view_dialogs.h"
+
 namespace discoplan {
 namespace {
 
@@ -55,6 +57,17 @@ void Plot3DB::DrawPlot(Surface& surface) { wafer_.D2BeamPlot(surface, Bars(), fa
 
 void Plot3DB::PrintOn(PrintWafer& print, PageArea& area) {
   print.Print_2DBPlot(wafer_, area, {.view = Bars(), .caption = PlotCaption()});
+}
+
+void Plot3DB::ShowPlotOption() {
+  frmPlotOpt3DB dialog(platform_);
+  dialog.SetValues(wafer_, Bars(), SurfaceBackColor());
+  RunDialog(dialog, [&] {
+    beam_width_ = dialog.GetResx();
+    beam_height_ = dialog.GetResy();
+    beam_scale_ = dialog.GetPlotSccale();
+    TakeAngles(dialog);
+  });
 }
 
 const MemberTable& Plot3DB::Members() const {

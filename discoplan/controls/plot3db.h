@@ -23,6 +23,7 @@ class DISCOPLAN_EXPORT Plot3DB final : public ViewControl {
     TableColour(IntervalSlot(interval), colour);
   }
 
+  void ShowPlotOption() override;
   const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 

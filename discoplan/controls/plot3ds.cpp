@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/controls/plot3ds.h"
 
+#include "discoplan/dialogs/view_dialogs.h"
+
 namespace discoplan {
 
 Plot3DS::Plot3DS(Platform& platform, Container* container)
@@ -27,6 +29,15 @@ void Plot3DS::PrintOn(PrintWafer& print, PageArea& area) {
   print.Print_3DSigmaPlot(
       wafer_, area,
       {.view = SurfaceSettings(), .sigma_range = SigmaRange(), .caption = PlotCaption()});
+}
+
+void Plot3DS::ShowPlotOption() {
+  frmPlotOpt3ds dialog(platform_);
+  dialog.SetValues(wafer_, SurfaceSettings(), SigmaRange(), SurfaceBackColor());
+  RunDialog(dialog, [&] {
+    TakeSurface(dialog);
+    sigma_range_ = dialog.GetSigRange();
+  });
 }
 
 const MemberTable& Plot3DS::Members() const {

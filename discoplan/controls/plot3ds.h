@@ -11,6 +11,7 @@ class DISCOPLAN_EXPORT Plot3DS final : public SigmaControl<SurfaceControl> {
  public:
   explicit Plot3DS(Platform& platform, Container* container = nullptr);
 
+  void ShowPlotOption() override;
   const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 

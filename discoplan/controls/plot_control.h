@@ -124,6 +124,8 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   void PlotCaption(const std::string& caption);
 
   PlotResult Plot();
+  /// Lets the user edit the plot's options in a dialog, and draws anew if that is confirmed.
+  virtual void ShowPlotOption() = 0;
 
   // Prints, in twips from the corner of the page that `PrinterObj` is at. Beginning and ending it
   // is the host's business.

@@ -44,6 +44,7 @@ std::vector<Member> PlotMembers() {
   return {
       Method("Plot", &C::Plot),
       Row<Colour>("BackColor", &C::BackColor, &C::BackColor),
+      Method("ShowPlotOption", &C::ShowPlotOption),
       Method("ReleasePlotLimit", &C::ReleasePlotLimit),
       Method("SetPlotLimit", &C::SetPlotLimit),
   };

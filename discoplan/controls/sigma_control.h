@@ -35,6 +35,8 @@ class SigmaControl : public Base {
       {"IntervalColor2", true, 2},
   }};
 
+  float sigma_range_ = 0;
+
   SigmaControl(Platform& platform, Container* container, std::string_view class_name)
       : Base(platform, container, {.class_name = class_name}, MapControl::Legend::Sigma) {
     Node& unit = *this->root_.Find("Label30");
@@ -83,8 +85,6 @@ class SigmaControl : public Base {
     if (range >= kSlots.size()) numbers_detail::Raise(Fault::Subscript);
     return kSlots[range];
   }
-
-  float sigma_range_ = 0;
 };
 
 }  // namespace discoplan

@@ -37,6 +37,12 @@ void ViewControl::GridInclination(std::int16_t degrees) {
   AnnounceStale("GridInclination");
 }
 
+void ViewControl::TakeAngles(const ViewDialog& dialog) {
+  grid_rotation_ = dialog.GetAlp();
+  wafer_rotation_ = dialog.GetPhi();
+  grid_inclination_ = dialog.GetThet();
+}
+
 MapControl::View ViewControl::IndicatorView() const {
   return {.rotation = static_cast<float>(wafer_rotation_),
           .inclination = static_cast<float>(grid_inclination_)};
@@ -75,6 +81,13 @@ void SurfaceControl::PlotScale(std::int16_t scale) {
 void SurfaceControl::FillDefaults() {
   if (x_resolution_ == 0) XResolution(kDefaultResolution);
   if (y_resolution_ == 0) YResolution(kDefaultResolution);
+}
+
+void SurfaceControl::TakeSurface(const ViewDialog& dialog) {
+  x_resolution_ = dialog.GetResx();
+  y_resolution_ = dialog.GetResy();
+  plot_scale_ = ToInt16(dialog.GetPlotSccale());
+  TakeAngles(dialog);
 }
 
 SurfaceView SurfaceControl::SurfaceSettings() const {

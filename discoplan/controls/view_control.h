@@ -2,6 +2,7 @@
 #pragma once
 
 #include "discoplan/controls/map_control.h"
+#include "discoplan/dialogs/view_dialogs.h"
 
 namespace discoplan {
 
@@ -23,6 +24,8 @@ class DISCOPLAN_EXPORT ViewControl : public MapControl {
   ViewControl(Platform& platform, Container* container, Traits traits, Legend legend);
 
   View IndicatorView() const override;
+  /// What the user confirmed.
+  void TakeAngles(const ViewDialog& dialog);
   static std::vector<Member> ViewMembers();
 
   std::int16_t grid_rotation_ = 0;
@@ -47,6 +50,7 @@ class DISCOPLAN_EXPORT SurfaceControl : public ViewControl {
 
   void FillDefaults() override;
   SurfaceView SurfaceSettings() const;
+  void TakeSurface(const ViewDialog& dialog);
   static std::vector<Member> SurfaceMembers();
 
  private:

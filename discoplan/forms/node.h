@@ -76,10 +76,11 @@ class DISCOPLAN_EXPORT Node final : public discoplan::Label {
   bool visible = true;
   bool auto_size = false;  ///< A label as wide as its text.
   Alignment alignment = Alignment::Left;
-  std::string break_before;  ///< A label's text goes on in a second line from here.
-  bool bordered = false;     ///< A frame with a line around it and its caption in the line.
-  std::string text;          ///< Caption, or the text of a text box.
-  std::int32_t value = 0;
+  std::string break_before;          ///< A label's text goes on in a second line from here.
+  bool bordered = false;             ///< A frame with a line around it and its caption in the line.
+  std::string text;                  ///< Caption, or the text of a text box.
+  std::int32_t value = 0;            ///< Of a spinner; 0 or 1 of a box; the choice of a group.
+  std::vector<std::string> options;  ///< Captions of a group.
   Colour back_color = kButtonFace;
   Colour fore_color = kBlack;
   Font font;
@@ -89,7 +90,8 @@ class DISCOPLAN_EXPORT Node final : public discoplan::Label {
 
   // What the user does. A handler that is missing ignores it.
   std::function<void()> on_click;
-  std::function<void()> on_change;   ///< The text is another one.
+  std::function<void()> on_change;   ///< The text, the tick or the choice is another one.
+  std::function<bool()> on_leave;    ///< False keeps the focus here.
   std::function<void(int)> on_key;   ///< The code of the key.
   std::function<void(int)> on_spin;  ///< So many steps upward.
   /// Measures the width of a text in twips, for labels that size themselves.

@@ -17,6 +17,7 @@
 
 namespace discoplan {
 
+class Form;
 class Picture;
 struct Font;
 
@@ -39,6 +40,8 @@ class DISCOPLAN_EXPORT Platform {
   virtual float LabelWidth(const Font& font, std::string_view text) const = 0;
   /// Shows the box and returns once it is answered.
   virtual void Show(const Message& message) = 0;
+  /// Shows the form and returns once it has hidden itself. A platform without users cancels it.
+  virtual void ShowModal(Form& form);
   /// Lets the user interface catch up.
   virtual void RunPendingEvents() {}
   /// What a new control prints on; may be nothing.

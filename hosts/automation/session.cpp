@@ -7,6 +7,8 @@
 
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/core/numbers.h"
+#include "discoplan/dialogs/about_box.h"
+#include "discoplan/dialogs/property_page.h"
 #include "hosts/automation/draw_calls.h"
 #include "hosts/automation/store_text.h"
 #include "hosts/automation/tree_text.h"
@@ -76,17 +78,19 @@ AutomationSession::AutomationSession() {
   names_.id = [this](const Object* object) {
     return ids_.contains(object) ? ids_[object] : json();
   };
+  host_.OnModal([this](Form& form) { ActInDialog(form); });
 }
 
 const std::map<std::string, AutomationSession::Operation, std::less<>>&
 AutomationSession::Operations() {
   using S = AutomationSession;
   static const std::map<std::string, Operation, std::less<>> operations = {
-      {"new", &S::New},     {"drop", &S::Drop}, {"get", &S::Get},          {"set", &S::Set},
-      {"call", &S::Call},   {"size", &S::Size}, {"tree", &S::Tree},        {"trace", &S::TakeTrace},
-      {"draw", &S::Draw},   {"save", &S::Save}, {"members", &S::Members},  {"mouse", &S::Mouse},
-      {"focus", &S::Focus}, {"show", &S::Show}, {"screen", &S::SetScreen}, {"input", &S::Input},
-      {"store", &S::Store},
+      {"new", &S::New},     {"drop", &S::Drop},       {"get", &S::Get},
+      {"set", &S::Set},     {"call", &S::Call},       {"size", &S::Size},
+      {"tree", &S::Tree},   {"trace", &S::TakeTrace}, {"draw", &S::Draw},
+      {"save", &S::Save},   {"members", &S::Members}, {"mouse", &S::Mouse},
+      {"focus", &S::Focus}, {"show", &S::Show},       {"screen", &S::SetScreen},
+      {"input", &S::Input}, {"store", &S::Store},     {"dialog", &S::Dialog},
   };
   return operations;
 }
@@ -122,10 +126,7 @@ void AutomationSession::Perform(const json& request, json& reply) {
   const std::string name = TextField(request, "op");
   const auto operation = Operations().find(name);
   if (operation == Operations().end()) {
-    const bool planned = name == "dialog";
-    throw RequestError(
-        (planned ? "This version doesn't offer the operation \"" : "There is no operation \"") +
-        name + "\".");
+    throw RequestError("There is no operation \"" + name + "\".");
   }
   (this->*operation->second)(request, reply);
 }
@@ -143,6 +144,7 @@ void AutomationSession::Report(json& reply) {
       reply["raised"].push_back(std::move(event));
     }
   }
+  if (!shown_.empty()) reply["dialogs"] = std::exchange(shown_, json::array());
   for (const Message& message : host_.TakeMessages()) {
     reply["messages"].push_back({{"text", message.text},
                                  {"title", message.title},
@@ -160,13 +162,18 @@ PlotControl& AutomationSession::ControlOf(const json& request) {
   throw RequestError("The object " + Field(request, "id").dump() + " is no control.");
 }
 
+Node& AutomationSession::RootOf(const json& request) {
+  if (auto* form = dynamic_cast<Form*>(&ObjectOf(request))) return form->root();
+  return ControlOf(request).root();
+}
+
 Surface& AutomationSession::SurfaceOf(const json& request) {
   if (!request.contains("surface")) {
     if (auto* surface = dynamic_cast<Surface*>(&ObjectOf(request))) return *surface;
     throw RequestError("A control needs a field \"surface\" here.");
   }
   const std::string name = TextField(request, "surface");
-  const Node* node = ControlOf(request).root().Find(name);
+  const Node* node = RootOf(request).Find(name);
   if (node == nullptr || !node->picture) {
     throw RequestError("There is no picture surface \"" + name + "\".");
   }
@@ -187,6 +194,28 @@ AutomationSession::Entry AutomationSession::NewEntry(const json& request,
   if (class_name == "Printer" || class_name == "Picture") {
     return {.container = nullptr, .object = NewSurface(request, class_name == "Printer")};
   }
+  if (const ObjectRef form = NewForm(request, class_name)) {
+    return {.container = nullptr, .object = form};
+  }
+  return NewControlEntry(request, class_name);
+}
+
+/// A property page or the about box; nothing for another class.
+ObjectRef AutomationSession::NewForm(const json& request, const std::string& class_name) {
+  if (class_name == "frmAbout") {
+    auto about = std::make_shared<frmAbout>(host_);
+    about->Show();
+    return about;
+  }
+  std::shared_ptr<PropertyPage> page = NewPropertyPage(class_name, host_);
+  if (page && request.contains("control")) {
+    page->Select(names_.object(request["control"]).get());
+  }
+  return page;
+}
+
+AutomationSession::Entry AutomationSession::NewControlEntry(const json& request,
+                                                            const std::string& class_name) {
   const float width = NumberField(request, "width", kControlWidth);
   const float height = NumberField(request, "height", kControlHeight);
   auto container = std::make_shared<RecordingContainer>();
@@ -268,7 +297,7 @@ void AutomationSession::Size(const json& request, json&) {
 }
 
 void AutomationSession::Tree(const json& request, json& reply) {
-  reply["value"] = TreeToJson(ControlOf(request).root());
+  reply["value"] = TreeToJson(RootOf(request));
 }
 
 void AutomationSession::TakeTrace(const json& request, json& reply) {
@@ -324,7 +353,25 @@ void AutomationSession::Focus(const json& request, json& reply) {
 void AutomationSession::Show(const json& request, json&) { ControlOf(request).Shown(); }
 
 void AutomationSession::Input(const json& request, json&) {
-  ActOn(ControlOf(request).root(), Field(request, "action"));
+  ActOn(RootOf(request), Field(request, "action"));
+}
+
+void AutomationSession::Dialog(const json& request, json&) {
+  const json& actions = Field(request, "actions");
+  if (!actions.is_array()) throw RequestError("What the user will do is a list of actions.");
+  queued_.push_back(actions);
+}
+
+void AutomationSession::ActInDialog(Form& form) {
+  const json actions = queued_.empty() ? json::array() : queued_.front();
+  if (!queued_.empty()) queued_.pop_front();
+  for (const json& action : actions) {
+    if (form.root().visible) ActOn(form.root(), action);
+  }
+  shown_.push_back({{"form", form.root().name},
+                    {"caption", form.root().text},
+                    {"fields", FieldsToJson(form.root())}});
+  if (form.root().visible) form.Cancel();
 }
 
 void AutomationSession::SetScreen(const json& request, json&) {

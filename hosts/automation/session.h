@@ -8,6 +8,7 @@
 ///
 /// Whatever a request holds, it gets a reply, and the next one is answered as well.
 
+#include <deque>
 #include <iosfwd>
 #include <map>
 #include <memory>
@@ -59,8 +60,13 @@ class AutomationSession {
   void Show(const json& request, json& reply);
   void Input(const json& request, json& reply);
   void SetScreen(const json& request, json& reply);
+  void Dialog(const json& request, json& reply);
 
   Entry NewEntry(const json& request, const std::string& class_name);
+  Entry NewControlEntry(const json& request, const std::string& class_name);
+  ObjectRef NewForm(const json& request, const std::string& class_name);
+  void ActInDialog(Form& form);
+  Node& RootOf(const json& request);
   ObjectRef NewSurface(const json& request, bool printer);
   void Perform(const json& request, json& reply);
   void Report(json& reply);
@@ -73,6 +79,8 @@ class AutomationSession {
   std::map<std::string, Entry> entries_;  // by the id's JSON text
   std::map<const Object*, json> ids_;
   ObjectNames names_;
+  std::deque<json> queued_;  // what the user will do in the next dialogs
+  json shown_ = json::array();
 };
 
 }  // namespace discoplan

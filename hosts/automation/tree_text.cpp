@@ -34,8 +34,17 @@ json TreeToJson(const Node& node) {
   if (HasCaption(node.kind)) tree["caption"] = node.text;
   if (node.kind == NodeKind::Text) tree["text"] = node.text;
   if (HasValue(node.kind)) tree["value"] = node.value;
+  if (node.kind == NodeKind::Options) tree["options"] = node.options;
   for (const auto& child : node.children()) tree["children"].push_back(TreeToJson(*child));
   return tree;
+}
+
+json FieldsToJson(const Node& form) {
+  json fields = json::object();
+  if (form.kind == NodeKind::Text) fields[form.name] = form.text;
+  if (HasValue(form.kind)) fields[form.name] = form.value;
+  for (const auto& child : form.children()) fields.update(FieldsToJson(*child));
+  return fields;
 }
 
 }  // namespace discoplan

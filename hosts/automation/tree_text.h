@@ -10,4 +10,7 @@ namespace discoplan {
 /// The node with all below it.
 nlohmann::json TreeToJson(const Node& node);
 
+/// What stands in the fields of a form: {NAME: text, or number of a box or a group}.
+nlohmann::json FieldsToJson(const Node& form);
+
 }  // namespace discoplan

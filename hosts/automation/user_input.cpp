@@ -29,6 +29,30 @@ void Click(Node& button, const json&) {
   if (button.on_click) button.on_click();
 }
 
+void Leave(Node& field, const json&) {
+  if (field.on_leave) field.on_leave();
+}
+
+void Select(Node& group, const json& index) {
+  const int choice = ToInt32(ToNumber(index, "The number of an option"));
+  if (group.kind != NodeKind::Options) throw RequestError("The child has no options.");
+  if (choice < 0 || static_cast<std::size_t>(choice) >= group.options.size()) {
+    throw RequestError("The child has " + std::to_string(group.options.size()) +
+                       " options, numbered from 0.");
+  }
+  if (group.value == choice) return;
+  group.value = choice;
+  if (group.on_change) group.on_change();
+}
+
+void Check(Node& box, const json& ticked) {
+  if (box.kind != NodeKind::Check) throw RequestError("The child is no box to tick.");
+  if (!ticked.is_boolean()) throw RequestError("A box is ticked by true and cleared by false.");
+  if ((box.value != 0) == ticked.get<bool>()) return;
+  box.value = ticked.get<bool>() ? 1 : 0;
+  if (box.on_change) box.on_change();
+}
+
 struct Action {
   void (*act)(Node&, const json&);
   bool has_argument;
@@ -40,6 +64,9 @@ const std::map<std::string, Action, std::less<>>& Actions() {
       {"key", {Send<&Node::on_key>, true}},
       {"spin", {Send<&Node::on_spin>, true}},
       {"click", {Click, false}},
+      {"leave", {Leave, false}},
+      {"select", {Select, true}},
+      {"check", {Check, true}},
   };
   return actions;
 }

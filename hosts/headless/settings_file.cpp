@@ -46,27 +46,28 @@ const StoredProperty* FindStored(const StoredProperties& stored, const std::stri
 }
 
 /// What a value of a kind looks like in the file.
-struct Form {
+struct ValueForm {
   std::string_view name;
   std::optional<Variant> (*read)(const ordered_json& value);
 };
 
-const Form& FormOf(StoredKind kind) {
+const ValueForm& FormOf(StoredKind kind) {
   using Read = std::optional<Variant>;
-  static constexpr Form kNumber = {"a number", [](const ordered_json& value) {
-                                     return value.is_number() ? Read(value.get<double>()) : Read();
-                                   }};
-  static constexpr Form kBoolean = {
+  static constexpr ValueForm kNumber = {"a number", [](const ordered_json& value) {
+                                          return value.is_number() ? Read(value.get<double>())
+                                                                   : Read();
+                                        }};
+  static constexpr ValueForm kBoolean = {
       "true or false", [](const ordered_json& value) {
         return value.is_boolean() ? Read(BooleanVariant(value.get<bool>())) : Read();
       }};
-  static constexpr Form kText = {"a text", [](const ordered_json& value) {
-                                   return value.is_string() ? Read(value.get<std::string>())
-                                                            : Read();
-                                 }};
-  static constexpr Form kNothing = {"null", [](const ordered_json& value) {
-                                      return value.is_null() ? Read(ObjectRef()) : Read();
-                                    }};
+  static constexpr ValueForm kText = {"a text", [](const ordered_json& value) {
+                                        return value.is_string() ? Read(value.get<std::string>())
+                                                                 : Read();
+                                      }};
+  static constexpr ValueForm kNothing = {"null", [](const ordered_json& value) {
+                                           return value.is_null() ? Read(ObjectRef()) : Read();
+                                         }};
   switch (kind) {
     case StoredKind::Boolean:
       return kBoolean;
@@ -114,7 +115,7 @@ void ReadSettings(PlotControl& control, const fs::path& file) {
     if (row == nullptr) {
       Refuse(file, "'" + key + "' is no setting of a " + control.root().name + "; remove it");
     }
-    const Form& form = FormOf(row->kind);
+    const ValueForm& form = FormOf(row->kind);
     const std::optional<Variant> variant = form.read(value);
     if (!variant) {
       Refuse(file, "'" + key + "' is " + value.dump() + ", not " + std::string(form.name));

@@ -58,6 +58,17 @@ std::unique_ptr<Picture> RecordingHost::NewPicture(float width, float height) {
       Picture::Setting{.screen = screen_, .resolution = screen_, .text = text_}, width, height);
 }
 
+void RecordingHost::ShowModal(Form& form) {
+  form.Show();
+  try {
+    if (user_) user_(form);
+  } catch (...) {
+    form.Cancel();
+    throw;
+  }
+  if (form.root().visible) form.Cancel();
+}
+
 float RecordingHost::LabelWidth(const Font& font, std::string_view text) const {
   return static_cast<float>(text_.Width(font, 1, text)) * screen_.twips_per_pixel_x;
 }

@@ -9,11 +9,13 @@
 ///     Plot2D plot(host, &container);
 ///     EXPECT_EQ(container.TakeAnnounced(), ...);
 
+#include <functional>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
+#include "discoplan/forms/form.h"
 #include "discoplan/platform/platform.h"
 #include "discoplan/raster/picture.h"
 #include "hosts/recording/trace.h"
@@ -68,8 +70,12 @@ class RecordingHost final : public Platform {
   std::unique_ptr<Picture> NewPicture(float width, float height) override;
   float LabelWidth(const Font& font, std::string_view text) const override;
   void Show(const Message& message) override { messages_.push_back(message); }
+  /// Lets the user that was set act in the form, and cancels what is still open then.
+  void ShowModal(Form& form) override;
 
   void SetScreen(const Screen& screen) { screen_ = screen; }
+  /// Who acts in the next forms. Nobody, unless set.
+  void OnModal(std::function<void(Form&)> user) { user_ = std::move(user); }
   std::vector<Message> TakeMessages() { return std::exchange(messages_, {}); }
   const TextPainter& text() const { return text_; }
 
@@ -77,6 +83,7 @@ class RecordingHost final : public Platform {
   Screen screen_;
   FixedText text_;
   std::vector<Message> messages_;
+  std::function<void(Form&)> user_;
 };
 
 /// Keeps what a control tells its container.

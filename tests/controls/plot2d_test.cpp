@@ -314,12 +314,12 @@ TEST_F(Plot2DTest, ListsItsMembersInInterfaceOrder) {
       ElementsAre("PrinterObj", "hdc", "hwnd", "MouseIcon", "MousePointer", "About", "WaferStyle",
                   "StdDevPercent", "StdDev", "HiLo", "range", "Maximum", "Minimum", "mean",
                   "TestDiameter", "WaferDiameter", "Resolution", "ShowSites", "Plot", "BackColor",
-                  "ReleasePlotLimit", "SetPlotLimit", "SetWaferData_Variant", "SetWaferData",
-                  "HideLegend", "PlotCaption", "PrintPlot", "PrintLegend", "PrintWaferStatistic",
-                  "PrintWaferSize", "clear", "GetWaferData", "SetDataFile", "Interpolation",
-                  "IntervalColor1", "IntervalColor2", "IntervalColor3", "IntervalColor4",
-                  "IntervalColor5", "IntervalColor6", "IntervalColor7", "IntervalColor8",
-                  "IntervalColor9", "IntervalColor0", "SetPlotNotVaild"));
+                  "ShowPlotOption", "ReleasePlotLimit", "SetPlotLimit", "SetWaferData_Variant",
+                  "SetWaferData", "HideLegend", "PlotCaption", "PrintPlot", "PrintLegend",
+                  "PrintWaferStatistic", "PrintWaferSize", "clear", "GetWaferData", "SetDataFile",
+                  "Interpolation", "IntervalColor1", "IntervalColor2", "IntervalColor3",
+                  "IntervalColor4", "IntervalColor5", "IntervalColor6", "IntervalColor7",
+                  "IntervalColor8", "IntervalColor9", "IntervalColor0", "SetPlotNotVaild"));
 }
 
 TEST_F(Plot2DTest, SurvivesValuesThatAreNoNumbers) {

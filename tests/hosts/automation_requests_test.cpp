@@ -72,7 +72,7 @@ TEST_F(Requests, RefuseWhatIsNoRequest) {
            deep,
            std::string(R"({"op":null})"),
            std::string(R"({"op":"Get","id":"p","name":"mean"})"),
-           std::string(R"({"op":"dialog","actions":[]})"),
+           std::string(R"({"op":"dialog","actions":5})"),
            std::string(R"({"op":"new","id":"x"})"),
            std::string(R"({"op":"new","class":"plot2d","id":"x"})"),
            std::string(R"({"op":"new","class":["Plot2D"],"id":"x"})"),
@@ -170,7 +170,7 @@ TEST_F(Requests, TellAnIdByItsKind) {
 TEST_F(Requests, NameTheTypeOfEachMember) {
   NewPlot();
   const json members = AskFor({{"op", "members"}, {"id", "p"}})["value"];
-  EXPECT_EQ(members.size(), 45U);
+  EXPECT_EQ(members.size(), 46U);
   for (const char* row : {
            R"({"name":"PrinterObj","kind":"property","type":"object","writable":true})",
            R"({"name":"hdc","kind":"property","type":"int32","writable":false})",

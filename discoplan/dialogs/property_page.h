@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// A property page: the settings of a control in a host's designer.
+///
+///     std::unique_ptr<PropertyPage> page = NewPropertyPage("Plot2DProp", platform);
+///     page->Select(&control);
+///     ...                      // the user edits
+///     if (page->Changed()) page->ApplyChanges();
+///
+/// A page sees the control as an object with named members. A member that the control doesn't
+/// have, or that refuses a value, is a `RunTimeError`.
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "discoplan/core/wafer.h"
+#include "discoplan/dialogs/fields.h"
+#include "discoplan/forms/form.h"
+#include "discoplan/platform/object.h"
+
+namespace discoplan {
+
+class DISCOPLAN_EXPORT PropertyPage : public Object, public Form {
+ public:
+  /// Selects the control and reads it; nothing for none.
+  void Select(Object* control);
+
+  /// Fills the fields from the selected control.
+  virtual void SelectionChanged();
+  /// Checks and writes back.
+  virtual void ApplyChanges();
+  /// Something was edited since the fields were filled or applied.
+  bool Changed() const { return changed_; }
+
+  const MemberTable& Members() const override;
+
+ protected:
+  PropertyPage(Platform& platform, const char* name, const char* caption);
+
+  void MarkChanged() { changed_ = true; }
+  Variant Get(std::string_view property) const;
+  void Set(std::string_view property, const Variant& value) const;
+
+  // Fields by the property that they stand for, in the order of writing.
+
+  void AddNumber(const char* label, const char* name, const char* property,
+                 const std::string& fallback);
+  void AddAngle(const char* label, const char* name, const char* property,
+                const AngleEntry::Range& range);
+  void AddOptions(const char* label, const char* name, const char* property,
+                  std::vector<OptionGroup::Option> options);
+  void AddCheck(const char* label, const char* name, const char* property);
+  Node& AddPreview(const char* name);
+  /// The order in which the properties are written; they are read in the reverse order.
+  void WriteInOrder(std::vector<const char*> properties) { order_ = std::move(properties); }
+  void Finish();
+
+  AngleEntry& Angle(const char* property) { return *angles_.at(property); }
+
+ private:
+  Node& AddField(NodeKind kind, const char* label, const char* name);
+
+  Object* control_ = nullptr;
+  std::map<std::string_view, std::unique_ptr<NumberEntry>> numbers_;
+  std::map<std::string_view, std::unique_ptr<AngleEntry>> angles_;
+  std::map<std::string_view, std::unique_ptr<OptionGroup>> groups_;
+  std::map<std::string_view, Node*> checks_;
+  std::map<std::string_view, std::string> fallbacks_;
+  std::vector<const char*> order_;
+  float next_top_;
+  float side_top_;
+  bool changed_ = false;
+};
+
+/// A page by its class name; nothing for a name that none has.
+DISCOPLAN_EXPORT std::unique_ptr<PropertyPage> NewPropertyPage(std::string_view class_name,
+                                                               Platform& platform);
+
+/// The class names.
+DISCOPLAN_EXPORT std::vector<std::string_view> PropertyPageClasses();
+
+}  // namespace discoplan

@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <array>
+
+#include "discoplan/core/number_checks.h"
+#include "discoplan/core/numbers.h"
+#include "discoplan/dialogs/previews.h"
+#include "discoplan/dialogs/property_page.h"
+#include "discoplan/render/number_text.h"
+#include "discoplan/render/orientation_patches.h"
+
+namespace discoplan {
+namespace {
+
+constexpr std::int16_t kNotch = 1;
+constexpr std::int16_t kFlat = 2;
+
+float RatioOf(std::int16_t style) { return style == kFlat ? wafer::kFlatRatio : 1.0F; }
+
+class WaferInfoProp final : public PropertyPage {
+ public:
+  explicit WaferInfoProp(Platform& platform)
+      : PropertyPage(platform, "WaferInfoProp", "Wafer Size") {
+    AddNumber("Wafer diameter :", "txtWaferDiameter", "WaferDiameter", "200");
+    AddNumber("Test diameter :", "txtTestDiameter", "TestDiameter", "195");
+    AddOptions("Wafer Style:", "nfbox", "WaferStyle", {{"Notch", kNotch}, {"Flat!", kFlat}});
+    AddCheck("HideLegend", "chkHideLegend", "HideLegend");
+    AddCheck("Hide Plot Legend:", "showLeg", "");  // on the page, without a role
+    label_ = &root().Add(NodeKind::Frame, "FNLabel", {3300, 1320, 1020, 285});
+    picture_ = &AddPreview("FNPic");
+    Node& style = *root().Find("nfbox");
+    style.on_change = [this] {
+      ShowStyle();
+      MarkChanged();
+    };
+    WriteInOrder({"WaferDiameter", "TestDiameter", "WaferStyle", "HideLegend"});
+    Finish();
+  }
+
+  void SelectionChanged() override {
+    PropertyPage::SelectionChanged();
+    ShowStyle();
+  }
+
+  void ApplyChanges() override {
+    const double wafer_diameter = NumberIn(*root().Find("txtWaferDiameter"));
+    const double test_diameter = NumberIn(*root().Find("txtTestDiameter"));
+    const bool fits = test_diameter <= wafer_diameter;
+    if (!fits) {
+      platform_.Show({.text = "Wafer diamter can not be less than test diameter",
+                      .title = "Input Error",
+                      .critical = true,
+                      .system_modal = true});
+      EnterText(*root().Find("txtWaferDiameter"), "200");
+      EnterText(*root().Find("txtTestDiameter"), "195");
+    }
+    PropertyPage::ApplyChanges();
+  }
+
+ private:
+  void ShowStyle() {
+    const bool notch = root().Find("nfbox")->value == 0;
+    wafer_.FlatRatio = RatioOf(notch ? kNotch : kFlat);
+    label_->caption(notch ? "Notch" : "Flat");
+    ShowWaferPreview(wafer_, *picture_->picture, 0);
+  }
+
+  wafer wafer_;
+  Node* label_;
+  Node* picture_;
+};
+
+class Plot2DProp final : public PropertyPage {
+ public:
+  explicit Plot2DProp(Platform& platform)
+      : PropertyPage(platform, "Plot2DProp", "2D Plot Options") {
+    AddNumber("Resolution : ", "txtResolution", "Resolution", "5");
+    AddCheck("ShowSites:", "chkShowSites", "ShowSites");
+    WriteInOrder({"ShowSites", "Resolution"});
+    Finish();
+  }
+};
+
+class Plot2DSProp final : public PropertyPage {
+ public:
+  explicit Plot2DSProp(Platform& platform) : PropertyPage(platform, "Plot2DSProp", "Plot2DSProp") {
+    AddNumber("Resolution : ", "txtResolution", "Resolution", "5");
+    AddNumber("Sigma Range: ", "txtSigmaRange", "SigmaRange", "0.5");
+    AddCheck("ShowSites:", "chkShowSites", "ShowSites");
+    WriteInOrder({"SigmaRange", "ShowSites", "Resolution"});
+    Finish();
+  }
+};
+
+class Plot2DCProp final : public PropertyPage {
+ public:
+  explicit Plot2DCProp(Platform& platform) : PropertyPage(platform, "Plot2DCProp", "Plot2DCProp") {
+    AddNumber("Interval:", "txtInterval", "Interval", "1");
+    AddOptions("Mark Sites:", "OptExcon", "markSites",
+               {{"none", 3}, {"exact", 1}, {"converted", 2}});
+    AddOptions("Draw Plot:", "Optcol", "PlotColored", {{"black/white", 0}, {"colored", -1}});
+    AddOptions("Plot Resolution:", "OptQuali", "Resolution",
+               {{"High", 1}, {"Auto", 2}, {"Low", 0}});
+    WriteInOrder({"markSites", "Resolution", "PlotColored", "Interval"});
+    Finish();
+  }
+};
+
+/// What the pages of the three plots in perspective share: angles with their pictures.
+class ViewPage : public PropertyPage {
+ public:
+  void SelectionChanged() override {
+    wafer_.FlatRatio = RatioOf(Get("WaferStyle").AsInt16());
+    PropertyPage::SelectionChanged();
+  }
+
+ protected:
+  using PropertyPage::PropertyPage;
+
+  void AddGridAngles() {
+    Node& picture = AddPreview("Plot");
+    AddAngle("Rotation:", "txtGridRotation", "GridRotation", AngleEntry::kQuarter);
+    AddAngle("Inclination:", "txtGridInclination", "GridInclination", AngleEntry::kQuarter);
+    AngleEntry& rotation = Angle("GridRotation");
+    AngleEntry& inclination = Angle("GridInclination");
+    const auto show = [&picture, &rotation, &inclination] {
+      DrawOrientationPatches(*picture.picture, rotation.value(), inclination.value());
+    };
+    rotation.OnAngle(show);
+    inclination.OnAngle(show);
+  }
+  void AddWaferAngle() {
+    Node& picture = AddPreview("FNPlot");
+    AddAngle("Wafer rotation:", "txtWaferRotation", "WaferRotation", AngleEntry::kTurn);
+    AngleEntry& rotation = Angle("WaferRotation");
+    rotation.OnAngle([this, &picture, &rotation] {
+      ShowWaferPreview(wafer_, *picture.picture, rotation.value());
+    });
+  }
+  void AddSurfaceNumbers() {
+    AddNumber("Resolution X: ", "txtXResolution", "XResolution", "5");
+    AddNumber("Resolution Y: ", "txtYResolution", "YResolution", "5");
+    AddNumber("Scale: ", "txtPlotScale", "PlotScale", "40");
+  }
+
+ private:
+  wafer wafer_;
+};
+
+class Plot3DProp final : public ViewPage {
+ public:
+  explicit Plot3DProp(Platform& platform) : ViewPage(platform, "Plot3DProp", "Plot3DProp") {
+    AddSurfaceNumbers();
+    AddGridAngles();
+    AddWaferAngle();
+    AddOptions("Plot Type", "optPlot", "PlotType",
+               {{"Polys + Edge", 1}, {"Hidden Wireframe", 2}, {"Wireframe", 3}});
+    for (int style = 1; style <= 3; ++style) {
+      DrawSurfaceStyle(*AddPreview(("Image" + std::to_string(style)).c_str()).picture, style);
+    }
+    WriteInOrder({"PlotType", "PlotScale", "GridInclination", "GridRotation", "WaferRotation",
+                  "YResolution", "XResolution"});
+    Finish();
+  }
+};
+
+class Plot3DSProp final : public ViewPage {
+ public:
+  explicit Plot3DSProp(Platform& platform) : ViewPage(platform, "Plot3DSProp", "Plot3DSProp") {
+    AddSurfaceNumbers();
+    AddNumber("Sigma Range: ", "txtSigmaRange", "SigmaRange", "0.5");
+    AddGridAngles();
+    AddWaferAngle();
+    WriteInOrder({"SigmaRange", "PlotScale", "GridInclination", "GridRotation", "WaferRotation",
+                  "YResolution", "XResolution"});
+    Finish();
+  }
+};
+
+class Plot3DBProp final : public ViewPage {
+ public:
+  explicit Plot3DBProp(Platform& platform) : ViewPage(platform, "Plot3DBProp", "PropertyPage1") {
+    AddNumber("Bar width: ", "txtBeamWidth", "BeamWidth", "5");
+    AddNumber("Bar depth:", "txtBeamHeight", "BeamHeight", "5");
+    AddNumber("Scale: ", "txtBeamScale", "BeamScale", "1");
+    for (const char* unfiltered : {"txtBeamWidth", "txtBeamHeight", "txtBeamScale"}) {
+      root().Find(unfiltered)->on_change = [this] { MarkChanged(); };
+    }
+    AddGridAngles();
+    WriteInOrder({"BeamScale", "BeamHeight", "BeamWidth", "GridInclination", "GridRotation"});
+    Finish();
+  }
+};
+
+class HistogrammProp final : public PropertyPage {
+ public:
+  explicit HistogrammProp(Platform& platform)
+      : PropertyPage(platform, "HistogrammProp", "HistogrammProp") {
+    AddNumber("Resolution : ", "txtResolution", "Resolution", "0.01");
+    AddOptions("Plot Type", "optPlot", "PlotType",
+               {{"Right", 4}, {"Left", 3}, {"Top", 2}, {"Bottom", 1}});
+    for (int side = 4; side >= 1; --side) {
+      const std::string name = "Image" + std::to_string(side);
+      DrawHistogramSide(*AddPreview(name.c_str()).picture, side);
+    }
+    WriteInOrder({"Resolution", "PlotType"});
+    Finish();
+  }
+};
+
+class LineScanAngleProp final : public PropertyPage {
+ public:
+  explicit LineScanAngleProp(Platform& platform)
+      : PropertyPage(platform, "LineScanAngleProp", "Line Scan Options") {
+    AddAngle("Angle:", "txtAngle", "angle", AngleEntry::kStrictTurn);
+    wafer_.FlatRatio = 1;
+    ShowWaferPreview(wafer_, *AddPreview("FNPic").picture, 0);
+    Node& cross = AddPreview("picplus");
+    const float side = cross.box.width;
+    const TwipsBox lines[] = {
+        {side / 2, 0, 0, side}, {side / 2, 0, -90, 150}, {side / 2, 0, 90, 150}};
+    for (std::size_t i = 0; i < std::size(lines); ++i) {
+      cross.Add(NodeKind::Line, "Line" + std::to_string(i + 1), lines[i]);
+    }
+    WriteInOrder({"angle"});
+    Finish();
+  }
+
+ private:
+  wafer wafer_;
+};
+
+template <class Page>
+std::unique_ptr<PropertyPage> Make(Platform& platform) {
+  return std::make_unique<Page>(platform);
+}
+
+struct PageRow {
+  std::string_view name;
+  std::unique_ptr<PropertyPage> (*make)(Platform& platform);
+};
+
+constexpr std::array kPages = {
+    PageRow{"WaferInfoProp", Make<WaferInfoProp>},
+    PageRow{"Plot2DProp", Make<Plot2DProp>},
+    PageRow{"Plot2DSProp", Make<Plot2DSProp>},
+    PageRow{"Plot2DCProp", Make<Plot2DCProp>},
+    PageRow{"Plot3DProp", Make<Plot3DProp>},
+    PageRow{"Plot3DSProp", Make<Plot3DSProp>},
+    PageRow{"Plot3DBProp", Make<Plot3DBProp>},
+    PageRow{"HistogrammProp", Make<HistogrammProp>},
+    PageRow{"LineScanAngleProp", Make<LineScanAngleProp>},
+};
+
+}  // namespace
+
+std::unique_ptr<PropertyPage> NewPropertyPage(std::string_view class_name, Platform& platform) {
+  const auto row = std::ranges::find(kPages, class_name, &PageRow::name);
+  return row == kPages.end() ? nullptr : row->make(platform);
+}
+
+std::vector<std::string_view> PropertyPageClasses() {
+  std::vector<std::string_view> names;
+  for (const PageRow& row : kPages) names.push_back(row.name);
+  return names;
+}
+
+}  // namespace discoplan

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/dialogs/view_dialogs.h"
+
+#include "discoplan/dialogs/previews.h"
+#include "discoplan/render/orientation_patches.h"
+
+namespace discoplan {
+namespace {
+
+// Twips.
+constexpr float kGridFrameHeight = 2250;
+constexpr float kWaferFrameHeight = 1890;
+constexpr TwipsBox kPreview{690, 270, 1020, 1020};
+constexpr float kFirstAngle = 1380;
+constexpr float kAnglePitch = 375;
+
+}  // namespace
+
+ViewDialog::ViewDialog(Platform& platform, const char* name, const char* caption,
+                       const Labels& labels)
+    : OptionDialog(platform, name, {"frmplot", caption}),
+      first_(AddNumber(labels.first, "tresx", "mm")),
+      second_(AddNumber(labels.second, "tresy", "mm")),
+      scale_(AddNumber(labels.scale, "tscale")),
+      grid_frame_(AddSideFrame("Frame2", "Grid", kGridFrameHeight)),
+      wafer_frame_(AddSideFrame("Frame3", "Wafer", kWaferFrameHeight)),
+      grid_picture_(AddPicture(grid_frame_, "Plot", kPreview)),
+      wafer_picture_(AddPicture(wafer_frame_, "FNPlot", kPreview)),
+      grid_rotation_(AddAngle(grid_frame_, labels.grid_rotation, "talph", kFirstAngle),
+                     AngleEntry::kQuarter),
+      inclination_(AddAngle(grid_frame_, "Inclination:", "tthet", kFirstAngle + kAnglePitch),
+                   AngleEntry::kQuarter),
+      wafer_rotation_(AddAngle(wafer_frame_, "Rotation:", "tphi", kFirstAngle), AngleEntry::kTurn) {
+  grid_rotation_.OnAngle([this] { ShowGrid(); });
+  inclination_.OnAngle([this] { ShowGrid(); });
+  wafer_rotation_.OnAngle([this] { ShowWafer(); });
+}
+
+Node& ViewDialog::AddAngle(Node& frame, const char* label, const char* name, float top) {
+  frame.Add(NodeKind::Label, std::string(name) + "Label", {120, top, 1300, 285}).text = label;
+  Node& field = frame.Add(NodeKind::Text, name, {1500, top, 720, 285});
+  field.back_color = kWhite;
+  field.text = "90";
+  return field;
+}
+
+void ViewDialog::ShowGrid() {
+  DrawOrientationPatches(*grid_picture_.picture, grid_rotation_.value(), inclination_.value());
+}
+
+void ViewDialog::ShowWafer() {
+  if (source() == nullptr) return;
+  ShowWaferPreview(*source(), *wafer_picture_.picture, wafer_rotation_.value());
+}
+
+void ViewDialog::Fill(float first, float second, float scale, const ViewAngles& angles) {
+  first_.Open(first);
+  second_.Open(second);
+  scale_.Open(scale);
+  grid_rotation_.Open(angles.grid_rotation);
+  inclination_.Open(angles.grid_inclination);
+  wafer_rotation_.Open(angles.wafer_rotation);
+}
+
+namespace {
+
+template <class View>
+ViewAngles AnglesOf(const View& view) {
+  return {static_cast<std::int16_t>(view.grid_rotation),
+          static_cast<std::int16_t>(view.wafer_rotation),
+          static_cast<std::int16_t>(view.grid_inclination)};
+}
+
+}  // namespace
+
+frmPlotOpt3d::frmPlotOpt3d(Platform& platform)
+    : ViewDialog(platform, "frmPlotOpt3d", "3D Plot",
+                 {"Resolution X: ", "Resolution Y: ", "Scale: ", "Rotation:"}),
+      plot_type_(AddOptions("Plot Type", "optPlot",
+                            {{"Polys + Edge", 1}, {"Hidden Wireframe", 2}, {"Wireframe", 3}})) {
+  const TwipsBox group = plot_type_.node().box;
+  for (int style = 1; style <= 3; ++style) {
+    const float top = group.top + 180 + 270 * static_cast<float>(style - 1);
+    Node& image = AddPicture(frame_, "Image" + std::to_string(style),
+                             {group.left + group.width + 60, top, 360, 255});
+    DrawSurfaceStyle(*image.picture, style);
+  }
+  scale_.Open(100);
+  CheckOnOk(first_, "X Resolution ", 0.001);
+  CheckOnOk(second_, "Y Resolution ", 0.001);
+  CheckOnOk(scale_, "Scale Factor ", 0.001, 1000);
+  Finish();
+}
+
+void frmPlotOpt3d::SetValues(const wafer& source, const SurfaceView& view, std::int16_t plot_type,
+                             Colour back_color) {
+  Begin(source, back_color);
+  Fill(view.x_resolution, view.y_resolution, view.plot_scale, AnglesOf(view));
+  plot_type_.Choose(plot_type);
+}
+
+frmPlotOpt3ds::frmPlotOpt3ds(Platform& platform)
+    : ViewDialog(platform, "frmPlotOpt3ds", "3D Plot",
+                 {"Resolution X: ", "Resolution Y: ", "Scale: ", "Rotation:"}),
+      sigma_range_(AddNumber("Sigma Range: ", "SSigma")) {
+  sigma_range_.node().text = "0,5";
+  CheckOnOk(first_, "X Resolution ", 0.001);
+  CheckOnOk(second_, "Y Resolution ", 0.001);
+  CheckOnOk(scale_, "Scale Factor ", 0.001, 1000);
+  Finish();
+}
+
+void frmPlotOpt3ds::SetValues(const wafer& source, const SurfaceView& view, float sigma_range,
+                              Colour back_color) {
+  Begin(source, back_color);
+  Fill(view.x_resolution, view.y_resolution, view.plot_scale, AnglesOf(view));
+  sigma_range_.Open(sigma_range);
+}
+
+frmPlotOpt3DB::frmPlotOpt3DB(Platform& platform)
+    : ViewDialog(platform, "frmPlotOpt3DB", "3D Bar Plot",
+                 {"Bar width: ", "Bar depth:", "Scale: ", "Beam Rotation:"}) {
+  CheckOnOk(first_, "Bar width ", 0.001);
+  CheckOnOk(second_, "Bar depth ", 0.001);
+  CheckOnOk(scale_, "Scale factor ", 1e-7, 1000);
+  Finish();
+}
+
+void frmPlotOpt3DB::SetValues(const wafer& source, const BeamView& view, Colour back_color) {
+  Begin(source, back_color);
+  Fill(view.beam_width, view.beam_height, view.beam_scale, AnglesOf(view));
+}
+
+}  // namespace discoplan

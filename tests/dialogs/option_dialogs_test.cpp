@@ -1,0 +1,398 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "discoplan/dialogs/map_dialogs.h"
+#include "discoplan/dialogs/scan_dialog.h"
+#include "discoplan/dialogs/view_dialogs.h"
+#include "discoplan/render/orientation_patches.h"
+#include "hosts/recording/recording_host.h"
+
+namespace discoplan {
+namespace {
+
+using nlohmann::json;
+
+wafer Source(float test_diameter = 194) {
+  wafer source;
+  source.WaferDiameter = 200;
+  source.TestDiameter = test_diameter;
+  source.FlatRatio = 1;
+  return source;
+}
+
+/// Each dialog with the values of a new control.
+const struct {
+  const char* name;
+  const char* frame;
+  const char* caption;
+  std::unique_ptr<OptionDialog> (*open)(Platform& platform, const wafer& source);
+} kDialogs[] = {
+    {"frmPlotOpt2d", "frmplot", "2D Plot",
+     [](Platform& p, const wafer& w) -> std::unique_ptr<OptionDialog> {
+       auto d = std::make_unique<frmPlotOpt2d>(p);
+       d->SetValues(w, 5, false, kWhite);
+       return d;
+     }},
+    {"frmPlotOpt2ds", "frmplot", "2D Sigma Plot",
+     [](Platform& p, const wafer& w) -> std::unique_ptr<OptionDialog> {
+       auto d = std::make_unique<frmPlotOpt2ds>(p);
+       d->SetValues(w, 5, 0.5F, false, kWhite);
+       return d;
+     }},
+    {"frmPlotOpt2DC", "frmplot", "2D Contour Plot",
+     [](Platform& p, const wafer& w) -> std::unique_ptr<OptionDialog> {
+       auto d = std::make_unique<frmPlotOpt2DC>(p);
+       d->SetValues(w, {.interval = 1}, kWhite);
+       return d;
+     }},
+    {"frmPlotOpt3d", "frmplot", "3D Plot",
+     [](Platform& p, const wafer& w) -> std::unique_ptr<OptionDialog> {
+       auto d = std::make_unique<frmPlotOpt3d>(p);
+       d->SetValues(w, {}, 1, kWhite);
+       return d;
+     }},
+    {"frmPlotOpt3ds", "frmplot", "3D Plot",
+     [](Platform& p, const wafer& w) -> std::unique_ptr<OptionDialog> {
+       auto d = std::make_unique<frmPlotOpt3ds>(p);
+       d->SetValues(w, {}, 0.5F, kWhite);
+       return d;
+     }},
+    {"frmPlotOpt3DB", "frmplot", "3D Bar Plot",
+     [](Platform& p, const wafer& w) -> std::unique_ptr<OptionDialog> {
+       auto d = std::make_unique<frmPlotOpt3DB>(p);
+       d->SetValues(w, {}, kWhite);
+       return d;
+     }},
+    {"frmPlotHist", "Frame9", "Histogram Options",
+     [](Platform& p, const wafer& w) -> std::unique_ptr<OptionDialog> {
+       auto d = std::make_unique<frmPlotHist>(p);
+       d->SetValues(w, 10, kWhite);
+       return d;
+     }},
+    {"frmPlotOpt1D", "Frame2", "Line Scan",
+     [](Platform& p, const wafer& w) -> std::unique_ptr<OptionDialog> {
+       auto d = std::make_unique<frmPlotOpt1D>(p);
+       d->SetValues(w, {});
+       return d;
+     }},
+};
+
+class OptionDialogs : public testing::Test {
+ protected:
+  std::unique_ptr<OptionDialog> Open(const std::string& name) {
+    for (const auto& row : kDialogs) {
+      if (row.name != name) continue;
+      auto dialog = row.open(host_, source_);
+      dialog->Show();
+      return dialog;
+    }
+    return nullptr;
+  }
+  static Node& Child(OptionDialog& dialog, const std::string& name) {
+    return *dialog.root().Find(name);
+  }
+  /// What the box says after OK; "" if there was none.
+  std::string Ok(OptionDialog& dialog) {
+    dialog.accept_button()->on_click();
+    const auto messages = host_.TakeMessages();
+    if (messages.empty()) return "";
+    EXPECT_EQ(messages.size(), 1U);
+    EXPECT_EQ(messages[0].title, "Input Error");
+    EXPECT_TRUE(messages[0].system_modal);
+    return messages[0].text;
+  }
+
+  RecordingHost host_;
+  wafer source_ = Source();
+};
+
+TEST_F(OptionDialogs, HaveACaptionAFrameAndTwoButtons) {
+  for (const auto& row : kDialogs) {
+    const auto dialog = Open(row.name);
+    EXPECT_EQ(dialog->root().name, row.name);
+    EXPECT_EQ(dialog->root().text, "Define Plot Options");
+    EXPECT_EQ(Child(*dialog, row.frame).text, row.caption) << row.name;
+    EXPECT_EQ(Child(*dialog, "cancel").text, "Cancel");
+    EXPECT_EQ(dialog->accept_button()->name, "OKbtn");
+    // All that a form shows lies inside it.
+    for (const auto& child : dialog->root().children()) {
+      EXPECT_LE(child->Right(), dialog->root().box.width) << row.name << ' ' << child->name;
+      EXPECT_LE(child->box.top + child->box.height, dialog->root().box.height) << row.name;
+      for (const auto& inner : child->children()) {
+        EXPECT_LE(inner->Right(), child->box.width) << row.name << ' ' << inner->name;
+        EXPECT_LE(inner->box.top + inner->box.height, child->box.height)
+            << row.name << ' ' << inner->name;
+      }
+    }
+  }
+}
+
+TEST_F(OptionDialogs, AnswerOkAndCancel) {
+  for (const auto& row : kDialogs) {
+    const auto dialog = Open(row.name);
+    EXPECT_FALSE(dialog->Redraw());
+    dialog->cancel_button()->on_click();
+    EXPECT_FALSE(dialog->root().visible);
+    EXPECT_FALSE(dialog->Redraw());
+    const auto other = Open(row.name);
+    EXPECT_EQ(Ok(*other), "");
+    EXPECT_FALSE(other->root().visible);
+    EXPECT_EQ(other->Redraw(), std::string(row.name) != "frmPlotHist") << row.name;
+  }
+}
+
+struct CheckRow {
+  const char* dialog;
+  const char* field;
+  const char* label;
+  const char* minimum;
+  const char* above_minimum;
+  const char* maximum;
+  const char* below_maximum;
+};
+
+// 194 / 4 + 1 is 49.5, which rounds to 50.
+TEST_F(OptionDialogs, CheckTheirNumbersWithBothBoundsExcluded) {
+  const CheckRow rows[] = {
+      {"frmPlotOpt2d", "tresx", "Resolution ", "0.001", "0.0011", "50", "49.9"},
+      {"frmPlotOpt2ds", "tresx", "Resolution ", "0.001", "0.0011", "50", "49.9"},
+      {"frmPlotOpt2ds", "SSigma", "Sigma Range ", "0.001", "0.0011", "1000", "999.9"},
+      {"frmPlotOpt2DC", "tdist", "Interval ", "0.009", "0.0091", "1000", "999.9"},
+      {"frmPlotOpt3d", "tresx", "X Resolution ", "0.001", "0.0011", "50", "49.9"},
+      {"frmPlotOpt3d", "tresy", "Y Resolution ", "0.001", "0.0011", "50", "49.9"},
+      {"frmPlotOpt3d", "tscale", "Scale Factor ", "0.001", "0.0011", "1000", "999.9"},
+      {"frmPlotOpt3ds", "tresx", "X Resolution ", "0.001", "0.0011", "50", "49.9"},
+      {"frmPlotOpt3ds", "tresy", "Y Resolution ", "0.001", "0.0011", "50", "49.9"},
+      {"frmPlotOpt3ds", "tscale", "Scale Factor ", "0.001", "0.0011", "1000", "999.9"},
+      {"frmPlotOpt3DB", "tresx", "Bar width ", "0.001", "0.0011", "50", "49.9"},
+      {"frmPlotOpt3DB", "tresy", "Bar depth ", "0.001", "0.0011", "50", "49.9"},
+      {"frmPlotOpt3DB", "tscale", "Scale factor ", "0.0000001", "0.00000011", "1000", "999.9"},
+      {"frmPlotHist", "tresx", "Resolution ", "1", "2", "1000", "999"},
+  };
+  for (const CheckRow& row : rows) {
+    SCOPED_TRACE(std::string(row.dialog) + ' ' + row.field);
+    const std::string label = row.label;
+    const std::pair<const char*, std::string> texts[] = {
+        {row.minimum, label + "not valid\n"}, {row.above_minimum, ""},
+        {row.maximum, label + "not valid\n"}, {row.below_maximum, ""},
+        {"", label + "can not be empty\n"},   {"-5", label + "not valid\n"}};
+    for (const auto& [text, error] : texts) {
+      const auto dialog = Open(row.dialog);
+      EnterText(Child(*dialog, row.field), text);
+      EXPECT_EQ(Ok(*dialog), error) << text;
+      EXPECT_EQ(dialog->root().visible, !error.empty());
+      EXPECT_EQ(dialog->Redraw(), error.empty());
+    }
+  }
+}
+
+TEST_F(OptionDialogs, JoinTheirComplaints) {
+  const auto dialog = Open("frmPlotOpt3d");
+  EnterText(Child(*dialog, "tresx"), "");
+  EnterText(Child(*dialog, "tscale"), "0");
+  EXPECT_EQ(Ok(*dialog), "X Resolution can not be empty\nScale Factor not valid\n");
+  EXPECT_TRUE(dialog->root().visible);
+  EnterText(Child(*dialog, "tresx"), "3");
+  EnterText(Child(*dialog, "tscale"), "3");
+  EXPECT_EQ(Ok(*dialog), "");
+}
+
+TEST_F(OptionDialogs, SigmaRangeOfSurfacesHasNoCheck) {
+  const auto dialog = Open("frmPlotOpt3ds");
+  EnterText(Child(*dialog, "SSigma"), "");
+  EXPECT_EQ(Ok(*dialog), "");
+}
+
+TEST_F(OptionDialogs, CoarsestPitchFollowsTheTestDiameter) {
+  for (const auto& [diameter, coarsest] :
+       {std::pair{198.0F, "50"}, {202.0F, "52"}, {100.0F, "26"}}) {
+    source_ = Source(diameter);  // 50.5 and 51.5 round to the even number
+    const auto dialog = Open("frmPlotOpt2d");
+    EnterText(Child(*dialog, "tresx"), coarsest);
+    EXPECT_EQ(Ok(*dialog), "Resolution not valid\n") << diameter;
+  }
+}
+
+TEST_F(OptionDialogs, GiveBackWhatWasEdited) {
+  frmPlotOpt2d map(host_);
+  map.SetValues(source_, 5, true, kWhite);
+  EXPECT_EQ(map.GetMarkeSites(), -1);
+  EXPECT_EQ(map.GetBackColor(), kWhite);
+  EnterText(Child(map, "tresx"), "2.5");
+  Child(map, "optMark").value = 1;
+  Child(map, "whiteback").value = 0;
+  EXPECT_EQ(map.GetXRes(), 2.5F);
+  EXPECT_EQ(map.GetMarkeSites(), 0);
+  EXPECT_EQ(map.GetBackColor(), 0x8000000FU);
+  map.SetValues(source_, 5, true, 0x123456);
+  EXPECT_EQ(map.GetBackColor(), 0x8000000FU);
+
+  frmPlotOpt2ds sigma(host_);
+  sigma.SetValues(source_, 5, 1.5F, false, kWhite);
+  EXPECT_EQ(sigma.GetSigRange(), 1.5F);
+  EXPECT_EQ(sigma.GetMarkeSites(), 0);
+
+  frmPlotOpt2DC contour(host_);
+  contour.SetValues(source_, {.interval = 3, .mark_sites = 2, .resolution = 2, .plot_colored = 0},
+                    kWhite);
+  EXPECT_EQ(Child(contour, "OptQuali").value, 1);
+  EXPECT_EQ(contour.GetDist(), 3);
+  EXPECT_EQ(contour.GetMarkeSites(), 2);
+  EXPECT_EQ(contour.GetReso(), 2);
+  EXPECT_EQ(contour.GetShowColor(), 0);
+  Child(contour, "Optcol").value = 0;
+  Child(contour, "OptExcon").value = 2;
+  EXPECT_EQ(contour.GetShowColor(), -1);
+  EXPECT_EQ(contour.GetMarkeSites(), 3);
+
+  frmPlotOpt3d surface(host_);
+  surface.SetValues(source_, {2, 3, 40, 10, 20, 30}, 2, kWhite);
+  EXPECT_EQ(surface.GetResx(), 2);
+  EXPECT_EQ(surface.GetResy(), 3);
+  EXPECT_EQ(surface.GetPlotSccale(), 40);
+  EXPECT_EQ(surface.GetAlp(), 10);
+  EXPECT_EQ(surface.GetPhi(), 20);
+  EXPECT_EQ(surface.GetThet(), 30);
+  EXPECT_EQ(surface.GetPlotType(), 2);
+
+  frmPlotHist histogram(host_);
+  histogram.SetValues(source_, 10, kWhite);
+  EnterText(Child(histogram, "tresx"), "12");
+  Ok(histogram);
+  EXPECT_TRUE(histogram.Redraw());
+  EXPECT_EQ(histogram.GetResolution(), 12);
+}
+
+TEST_F(OptionDialogs, PreviewTheView) {
+  frmPlotOpt3d dialog(host_);
+  dialog.SetValues(source_, {}, 1, kWhite);
+  const auto trace = [&](const char* name) {
+    return dynamic_cast<Recording<Picture>&>(*Child(dialog, name).picture).TakeTrace();
+  };
+  const auto polygons = [](const json& calls) {
+    return std::ranges::count_if(calls, [](const json& call) { return call[0] == "Polygon"; });
+  };
+  trace("Plot");
+  trace("FNPlot");
+  EnterText(Child(dialog, "talph"), "25");
+  EXPECT_EQ(polygons(trace("Plot")), 100);
+  EXPECT_EQ(polygons(trace("FNPlot")), 0);
+  EnterText(Child(dialog, "tphi"), "200");
+  EXPECT_EQ(polygons(trace("FNPlot")), 1);
+  EXPECT_EQ(polygons(trace("Plot")), 0);
+  EnterText(Child(dialog, "tphi"), "360");
+  EXPECT_EQ(Child(dialog, "tphi").text, "0");
+  EnterText(Child(dialog, "talph"), "100");
+  EXPECT_EQ(Child(dialog, "talph").text, "90");
+}
+
+class ScanDialog : public OptionDialogs {
+ protected:
+  ScanDialog() { dialog_.SetValues(source_, settings_); }
+
+  Node& At(const std::string& name) { return Child(dialog_, name); }
+  /// What is said when the focus leaves the field.
+  std::string Leave(const std::string& field, const char* text) {
+    At(field).text = text;
+    const bool left = At(field).on_leave();
+    const auto messages = host_.TakeMessages();
+    EXPECT_EQ(left, messages.empty());
+    if (messages.empty()) return "";
+    EXPECT_EQ(messages[0].title, "Input Error");
+    return messages[0].text;
+  }
+
+  const ScanSettings settings_ = {.type = 1, .angle = 30, .x = {-10, 20, 5}, .y = {1, 2, 6}};
+  frmPlotOpt1D dialog_{host_};
+};
+
+TEST_F(ScanDialog, ShowsTheFieldsOfItsMode) {
+  const auto shown = [&] {
+    return std::vector<bool>{At("AngleValue").visible, At("resx(2)").visible,
+                             At("picgrid(2)").visible, At("lblLine(5)").visible,
+                             At("resx(0)").visible,    At("resy(1)").visible,
+                             At("lblLine(0)").visible};
+  };
+  EXPECT_EQ(shown(), (std::vector<bool>{true, true, true, true, false, false, false}));
+  At("optline").value = 1;
+  At("optline").on_change();
+  EXPECT_EQ(shown(), (std::vector<bool>{false, false, false, false, true, true, true}));
+}
+
+TEST_F(ScanDialog, GivesBackWhatItShows) {
+  ScanSettings result = dialog_.GetResult();
+  EXPECT_EQ(result.type, 1);
+  EXPECT_EQ(result.angle, 30);
+  EXPECT_EQ(result.x, settings_.x);
+  EXPECT_EQ(result.y, settings_.y);
+  At("optline").value = 1;
+  EnterText(At("AngleValue"), "359");
+  EXPECT_EQ(Leave("resx(1)", "-12.5"), "");
+  result = dialog_.GetResult();
+  EXPECT_EQ(result.type, 2);
+  EXPECT_EQ(result.angle, 359);
+  EXPECT_EQ(result.x[1], -12.5F);
+}
+
+TEST_F(ScanDialog, RefusesToLeaveABadPoint) {
+  EXPECT_EQ(Leave("resx(0)", "abc"), "Enter a numeric experssion");
+  EXPECT_EQ(At("resx(0)").text, "0");
+  EXPECT_EQ(Leave("resy(0)", "1e1"), "Enter a numeric experssion");
+  // The test circle's radius is 97: a point on it is refused.
+  At("resy(2)").text = "0";
+  EXPECT_EQ(Leave("resx(2)", "97"), "Testdiameter exeded");
+  EXPECT_EQ(At("resx(2)").text, "0");
+  EXPECT_EQ(Leave("resx(2)", "96.99"), "");
+  EXPECT_EQ(Leave("resy(2)", "5"), "Testdiameter exeded");
+  EXPECT_EQ(At("resy(2)").text, "0");
+  EXPECT_EQ(Leave("resy(2)", ""), "");
+}
+
+TEST_F(ScanDialog, TestsTheAngleWhileItIsTyped) {
+  for (const auto& [typed, stands] :
+       {std::pair{"45", "45"}, {"360", "30"}, {"-1", "30"}, {"x", "30"}, {"359", "359"}}) {
+    EnterText(At("AngleValue"), typed);
+    EXPECT_EQ(At("AngleValue").text, stands) << typed;
+  }
+}
+
+TEST_F(ScanDialog, MovesMarkersAndLine) {
+  const TwipsBox before = At("picgrid(2)").box;
+  EXPECT_EQ(Leave("resx(2)", "50"), "");
+  EXPECT_GT(At("picgrid(2)").box.left, before.left);
+  EXPECT_EQ(At("picgrid(2)").box.top, before.top);
+  EXPECT_TRUE(At("line1").visible);
+  // A quarter of a turn: the cut runs from right to left through the rotation point's height.
+  EnterText(At("AngleValue"), "90");
+  EXPECT_LT(At("line1").box.width, -1000);
+  EXPECT_NEAR(At("line1").box.height, 0, 1);
+}
+
+TEST(OrientationPatches, AreAHundredWithOneRed) {
+  RecordingHost host;
+  const auto picture = host.NewPicture(1020, 1020);
+  DrawOrientationPatches(*picture, 40, 35);
+  const json trace = dynamic_cast<Recording<Picture>&>(*picture).TakeTrace();
+  EXPECT_EQ(trace[0], (json{"ForeColor", 0}));
+  EXPECT_EQ(trace[1], (json{"BackColor", 0xFFFFFF}));
+  EXPECT_EQ(trace[2], json::array({"Cls"}));
+  std::vector<int> fills;
+  for (const json& call : trace) {
+    if (call[0] == "FillColor") fills.push_back(call[1]);
+    if (call[0] != "Polygon") continue;
+    for (const json& corner : call[1]) {
+      EXPECT_GE(corner[0], 0);
+      EXPECT_LT(corner[0], 68);
+      EXPECT_GE(corner[1], 0);
+      EXPECT_LT(corner[1], 68);
+    }
+  }
+  ASSERT_EQ(fills.size(), 100U);
+  EXPECT_EQ(std::ranges::count(fills, 0x000080), 1);
+  EXPECT_EQ(fills.back(), 0x000080);
+}
+
+}  // namespace
+}  // namespace discoplan
