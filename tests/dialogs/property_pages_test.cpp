@@ -20,8 +20,8 @@ class Asked final : public Object {
  public:
   explicit Asked(const std::vector<std::pair<const char*, double>>& values) {
     std::vector<Member> members;
-    for (const auto& [name, value] : values) {
-      values_[name] = value;
+    for (const auto& [name, number] : values) {
+      values_[name] = number;
       members.push_back({.name = name,
                          .kind = Member::Kind::Property,
                          .type = "variant",
