@@ -14,7 +14,13 @@ constexpr Colour kEdge = 0xA8A8A8;
 constexpr Colour kButtonFill = 0xF4F4F4;
 constexpr double kTwipsPerPoint = 20;
 constexpr double kTitleIndent = 120;  // twips from a frame's corner to its title
-constexpr double kTitleGap = 30;      // twips that the line keeps from the title
+// Twips of boxes to tick, and of options in a group.
+constexpr float kTickSide = 180;
+constexpr double kTickDrop = 15;
+constexpr double kTickIndent = 260;
+constexpr double kFirstOption = 240;
+constexpr double kOptionPitch = 270;
+constexpr double kTitleGap = 30;  // twips that the line keeps from the title
 
 /// To a whole pixel; what lies too far away, or nowhere, is as good as that far away.
 int Whole(double pixels) {
@@ -62,8 +68,14 @@ class TreePainter {
         PaintField(node, box);
         break;
       case NodeKind::Check:
+        PaintTick(left, top, node.value != 0);
+        Write(node, box.left + PixelsAcross(kTickIndent), box.top);
+        break;
       case NodeKind::Options:
+        PaintOptionsOf(node, left, top);
+        break;
       case NodeKind::Spinner:
+        PaintSpinner(box);
         break;
       case NodeKind::Line:
         PaintLine(node, left, top);
@@ -152,6 +164,40 @@ class TreePainter {
     Outline(box, kEdge);
     Write(node, box.left + (box.Width() - TextWidth(node)) / 2,
           box.top + (box.Height() - TextHeight(node)) / 2);
+  }
+
+  /// A small box, filled if it is ticked.
+  void PaintTick(double left, double top, bool ticked) {
+    const Box box = Pixels(left, top + kTickDrop, {0, 0, kTickSide, kTickSide});
+    Fill(box, kWhite);
+    Outline(box, kEdge);
+    const int margin = std::max(2, box.Width() / 4);
+    if (!ticked) return;
+    Fill({box.left + margin, box.top + margin, box.right - margin, box.bottom - margin}, kBlack);
+  }
+
+  void PaintOptionsOf(const Node& node, double left, double top) {
+    PaintFrame(node, Pixels(left, top, node.box));
+    if (!node.text.empty()) Write(node, PixelsAcross(left), PixelsDown(top));
+    for (std::size_t i = 0; i < node.options.size(); ++i) {
+      const double row = top + kFirstOption + static_cast<double>(i) * kOptionPitch;
+      PaintTick(left + kTitleIndent, row, static_cast<std::size_t>(node.value) == i);
+      Write(node, node.options[i], PixelsAcross(left + kTitleIndent + kTickIndent),
+            PixelsDown(row));
+    }
+  }
+
+  void PaintSpinner(const Box& box) {
+    Fill(box, kButtonFill);
+    Outline(box, kEdge);
+    const int middle = (box.top + box.bottom) / 2;
+    Fill({box.left, middle, box.right, middle}, kEdge);
+    const int centre = (box.left + box.right) / 2;
+    const int side = std::max(2, std::min(box.Width(), box.Height() / 2) / 3);
+    for (int i = 0; i < side; ++i) {
+      Fill({centre - i, middle - side - 1 + i, centre + i, middle - side - 1 + i}, kBlack);
+      Fill({centre - i, middle + side + 1 - i, centre + i, middle + side + 1 - i}, kBlack);
+    }
   }
 
   void PaintField(const Node& node, const Box& box) {

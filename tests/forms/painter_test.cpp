@@ -54,6 +54,13 @@ class Painter : public testing::Test {
     return Show(canvas);
   }
 
+  bool IsBlackAt(int width, int height, int x, int y) {
+    Canvas canvas(width, height, kWhitePixel);
+    notes_.notes.clear();
+    PaintTree(*root_, canvas, {.resolution = screen_, .text = notes_});
+    return canvas.Pixels()[static_cast<std::size_t>(y * width + x)] == 0xFF000000;
+  }
+
   Screen screen_;
   Notes notes_;
   std::unique_ptr<Node> root_;
@@ -218,6 +225,41 @@ TEST_F(Painter, AnEndlessBoxCoversTheCanvas) {
   EXPECT_EQ(Painted(4, 2), Filled(4, 2, '.'));  // ends at the corner
   Root(4, 2).Add(NodeKind::Label, "sky", {15, 0, 3e38F, 3e38F}).back_color = kRedColour;
   EXPECT_EQ(Painted(4, 2), (Rows{".rrr", ".rrr"}));
+}
+
+// A box is 12 pixels wide and lies a pixel below the row's top; its tick fills the middle.
+TEST_F(Painter, TicksBoxesAndChoosesOptions) {
+  Node& root = Root(60, 80);
+  Node& box = root.Add(NodeKind::Check, "box", At(2, 2, 50, 19));
+  box.text = "Box";
+  Node& group = root.Add(NodeKind::Options, "group", At(2, 20, 50, 58));
+  group.text = "Group";
+  group.options = {"One", "Two"};
+  const auto dark = [&](int x, int y) { return IsBlackAt(60, 80, x, y); };
+  EXPECT_FALSE(dark(8, 9));
+  box.value = 1;
+  EXPECT_TRUE(dark(8, 9));
+  // Options stand 16 pixels below the group's top, 18 pixels apart.
+  EXPECT_TRUE(dark(16, 43));
+  EXPECT_FALSE(dark(16, 61));
+  group.value = 1;
+  EXPECT_FALSE(dark(16, 43));
+  EXPECT_TRUE(dark(16, 61));
+  std::vector<std::string> texts;
+  for (const Notes::Note& note : notes_.notes) texts.push_back(note.text);
+  EXPECT_EQ(texts, (std::vector<std::string>{"Box", "Group", "One", "Two"}));
+}
+
+TEST_F(Painter, GivesASpinnerTwoArrows) {
+  Root(20, 30).Add(NodeKind::Spinner, "spinner", At(0, 0, 19, 29));
+  int above = 0, below = 0;
+  for (int y = 0; y < 30; ++y) {
+    for (int x = 0; x < 20; ++x) {
+      if (IsBlackAt(20, 30, x, y)) ++(y < 14 ? above : below);
+    }
+  }
+  EXPECT_GT(above, 5);
+  EXPECT_EQ(above, below);
 }
 
 }  // namespace

@@ -4,10 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <QBuffer>
+#include <QFileInfo>
 #include <QFontMetricsF>
 #include <QImage>
 #include <QPdfWriter>
+#include <QPicture>
+#include <QPrinter>
 #include <QSvgGenerator>
+#include <QTemporaryDir>
 
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
@@ -186,6 +190,33 @@ TEST(PaperFiles, PdfHoldsTextAsTextAndMapsAsFewShapes) {
   }
   EXPECT_TRUE(bytes.startsWith("%PDF"));
   EXPECT_LT(bytes.size(), 60000) << "40000 cells alone would take more";
+}
+
+TEST(PaperFiles, PrintersAndPreviewsAreServedToo) {
+  const QTemporaryDir folder;
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setOutputFormat(QPrinter::PdfFormat);
+  printer.setOutputFileName(folder.filePath("page.pdf"));
+  {
+    QPainter painter(&printer);
+    const Screen screen;
+    QtPaper paper(painter, screen);
+    EXPECT_FLOAT_EQ(paper.TwipsPerPixelX(), 1440.0F / static_cast<float>(printer.resolution()));
+    wafer source = SlopingWafer();
+    paper.ScaleMode(3);
+    source.D2Plot(paper, 4, 5, 0, true, {.left = 1000, .top = 1000, .width = 8000, .height = 8000});
+  }
+  EXPECT_GT(QFileInfo(folder.filePath("page.pdf")).size(), 1000);
+
+  QPicture preview;
+  QPainter painter(&preview);
+  const Screen screen;
+  QtPaper paper(painter, screen);
+  paper.CurrentX(100);
+  paper.Print("Thickness");
+  paper.Finish();
+  painter.end();
+  EXPECT_GT(preview.size(), 0U);
 }
 
 TEST(PaperFiles, SvgIsVectors) {
