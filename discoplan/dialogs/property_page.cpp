@@ -2,7 +2,6 @@
 #include "discoplan/dialogs/property_page.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "discoplan/core/numbers.h"
 #include "discoplan/platform/member_list.h"

@@ -21,7 +21,7 @@ std::vector<std::int32_t> SortedEdges(std::span<const ColourCell> cells,
     edges.push_back(cell.opposite.*axis);
   }
   std::ranges::sort(edges);
-  edges.erase(std::ranges::unique(edges).begin(), edges.end());
+  edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
   return edges;
 }
 

@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/qt/plot_widget.h"
+
+#include <QApplication>
+#include <QDynamicPropertyChangeEvent>
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QResizeEvent>
+#include <QTimer>
+#include <algorithm>
+
+#include "discoplan/controls/control_factory.h"
+#include "discoplan/core/numbers.h"
+#include "discoplan/raster/picture.h"
+#include "hosts/qt/form_view.h"
+#include "hosts/qt/qt_platform.h"
+
+namespace discoplan::qt {
+namespace {
+
+constexpr qint64 kFrame = 16;  // milliseconds between two looks at a growing plot
+constexpr std::int16_t kHourglass = 11;
+
+QVariant ToQVariant(const Variant& value) {
+  return std::visit(
+      [](const auto& held) -> QVariant {
+        using T = std::decay_t<decltype(held)>;
+        if constexpr (std::is_same_v<T, std::int16_t> || std::is_same_v<T, std::int32_t>) {
+          return QVariant(static_cast<int>(held));
+        } else if constexpr (std::is_same_v<T, Colour>) {
+          return QVariant(static_cast<uint>(held));
+        } else if constexpr (std::is_same_v<T, float> || std::is_same_v<T, double>) {
+          return QVariant(static_cast<double>(held));
+        } else if constexpr (std::is_same_v<T, std::string>) {
+          return QVariant(QString::fromStdString(held));
+        } else {
+          return {};
+        }
+      },
+      value.value());
+}
+
+Variant FromQVariant(const QVariant& value) {
+  if (value.typeId() == QMetaType::QString) return Variant(value.toString().toStdString());
+  if (value.typeId() == QMetaType::Bool) return BooleanVariant(value.toBool());
+  return Variant(value.toDouble());
+}
+
+bool IsPublished(const Member& member) {
+  return member.kind == Member::Kind::Property && member.writable() && member.type != "object";
+}
+
+}  // namespace
+
+/// The control with all that it asks. It outlives its widget by as long as it is in the middle of
+/// something.
+class PlotHost final : public QtPlatform,
+                       public Container,
+                       public std::enable_shared_from_this<PlotHost> {
+ public:
+  explicit PlotHost(PlotWidget& widget) : QtPlatform(&widget), widget_(&widget) {}
+
+  void Create(const char* class_name) { control = NewControl(class_name, *this, this); }
+
+  /// Runs something that may let events pass; the widget may be gone behind it.
+  template <class Action>
+  void Guarded(Action&& action) {
+    const std::shared_ptr<PlotHost> keep = shared_from_this();
+    action();
+  }
+
+  // A widget that dies meanwhile leaves its host to the event loop below: what called this still
+  // has to return through the control.
+  void ShowModal(Form& form) override {
+    const std::shared_ptr<PlotHost> keep = shared_from_this();
+    QtPlatform::ShowModal(form);
+    LeaveToLoop(keep);
+  }
+  void Show(const Message& message) override {
+    const std::shared_ptr<PlotHost> keep = shared_from_this();
+    QtPlatform::Show(message);
+    LeaveToLoop(keep);
+  }
+  void RunPendingEvents() override {
+    const std::shared_ptr<PlotHost> keep = shared_from_this();
+    QtPlatform::RunPendingEvents();
+    LeaveToLoop(keep);
+  }
+
+  void PropertyChanged(std::string_view name) override {
+    if (!widget_) return;
+    const QString text = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+    Q_EMIT widget_->PropertyChanged(text);
+    SyncSoon();
+  }
+  void EventRaised(std::string_view name, std::span<const Variant> args) override {
+    if (!widget_) return;
+    if (name == "Click") return Q_EMIT widget_->Click();
+    if (name == "DblClick") return Q_EMIT widget_->DblClick();
+    const auto signal = name == "MouseDown"   ? &PlotWidget::MouseDown
+                        : name == "MouseMove" ? &PlotWidget::MouseMove
+                                              : &PlotWidget::MouseUp;
+    Q_EMIT(widget_->*signal)
+    (args[0].AsInt16(), args[1].AsInt16(), args[2].AsFloat(), args[3].AsFloat());
+  }
+  void ResizeRequested(float width, float height,
+                       const std::function<void(float, float)>& take) override {
+    if (!widget_) return;
+    const QSize wanted(qCeil(width / kTwipsPerPixel), qCeil(height / kTwipsPerPixel));
+    widget_->setMinimumSize(wanted);
+    if (widget_->size() != wanted) widget_->resize(wanted);
+    take(width, height);
+  }
+  void Repaint() override { SyncSoon(); }
+  void PointerChanged(std::int16_t pointer) override {
+    if (!widget_) return;
+    pointer == kHourglass ? widget_->setCursor(Qt::WaitCursor) : widget_->unsetCursor();
+  }
+
+  /// Shows the growing picture, but not more often than a screen does.
+  void PictureGrew(const Node& node) {
+    if (!widget_ || (clock_.isValid() && clock_.elapsed() < kFrame)) return;
+    clock_.start();
+    if (QWidget* shown = widget_->view_->WidgetOf(&node)) shown->repaint();
+  }
+
+  void SyncSoon() {
+    if (pending_ || !widget_) return;
+    pending_ = true;
+    QTimer::singleShot(0, widget_, [this] {
+      pending_ = false;
+      widget_->Sync();
+    });
+  }
+
+  std::unique_ptr<PlotControl> control;
+
+ private:
+  void LeaveToLoop(const std::shared_ptr<PlotHost>& keep) const {
+    if (!widget_) QTimer::singleShot(0, qApp, [keep] {});
+  }
+
+  QPointer<PlotWidget> widget_;
+  QElapsedTimer clock_;
+  bool pending_ = false;
+};
+
+PlotWidget::PlotWidget(const char* class_name, QWidget* parent)
+    : QWidget(parent), host_(std::make_shared<PlotHost>(*this)) {
+  setFocusPolicy(Qt::StrongFocus);
+  host_->Create(class_name);
+  PlotControl& control = *host_->control;
+  control.InitProperties();
+  view_ = new FormView(control.root(), this);
+  view_->OnAct(
+      [this](const std::function<void()>& handler) { host_->Guarded([&] { handler(); }); });
+  view_->OnMouse([this](Node& node, const MouseOnNode& mouse) {
+    static const std::map<QEvent::Type, MouseEvent> kEvents = {
+        {QEvent::MouseButtonPress, MouseEvent::MouseDown},
+        {QEvent::MouseButtonRelease, MouseEvent::MouseUp},
+        {QEvent::MouseButtonDblClick, MouseEvent::DblClick},
+        {QEvent::MouseMove, MouseEvent::MouseMove}};
+    MouseAction action{.event = kEvents.at(mouse.type),
+                       .button = static_cast<std::int16_t>(mouse.button),
+                       .shift = static_cast<std::int16_t>(mouse.shift),
+                       .x = mouse.x,
+                       .y = mouse.y};
+    const std::shared_ptr<PlotHost> keep = host_;
+    keep->control->Mouse(node, action);
+    if (action.event != MouseEvent::MouseUp) return;
+    action.event = MouseEvent::Click;
+    keep->control->Mouse(node, action);
+  });
+  std::vector<Node*> nodes = {&control.root()};
+  for (std::size_t i = 0; i < nodes.size(); ++i) {
+    Node& node = *nodes[i];
+    if (node.picture) node.picture->OnRefresh([this, &node] { host_->PictureGrew(node); });
+    for (const auto& child : node.children()) nodes.push_back(child.get());
+  }
+  resize(sizeHint());
+  PublishProperties();
+}
+
+PlotWidget::~PlotWidget() {
+  // Nothing of the control may call this widget any more.
+  std::vector<Node*> nodes = {&host_->control->root()};
+  for (std::size_t i = 0; i < nodes.size(); ++i) {
+    if (nodes[i]->picture) nodes[i]->picture->OnRefresh({});
+    for (const auto& child : nodes[i]->children()) nodes.push_back(child.get());
+  }
+  delete view_;
+}
+
+PlotControl& PlotWidget::Control() const { return *host_->control; }
+
+LoadResult PlotWidget::SetWaferData(std::span<const float> x, std::span<const float> y,
+                                    std::span<const float> values) {
+  const LoadResult result = host_->control->SetWaferData(x, y, values);
+  Sync();
+  return result;
+}
+
+PlotResult PlotWidget::Plot() {
+  const QPointer<PlotWidget> self(this);
+  const std::shared_ptr<PlotHost> keep = host_;
+  const PlotResult result = keep->control->Plot();
+  if (self) Sync();
+  return result;
+}
+
+void PlotWidget::Sync() {
+  view_->Sync();
+  PublishProperties();
+}
+
+QSize PlotWidget::minimumSizeHint() const { return {200, 120}; }
+
+void PlotWidget::PublishProperties() {
+  publishing_ = true;
+  for (const Member& member : Control().Members()) {
+    if (!IsPublished(member)) continue;
+    const QByteArray name(member.name.data(), static_cast<qsizetype>(member.name.size()));
+    const QVariant value = ToQVariant(member.get(Control()));
+    if (property(name) != value) setProperty(name, value);
+  }
+  publishing_ = false;
+}
+
+/// A value that the control mends reads back as it was mended.
+void PlotWidget::TakeProperty(const QByteArray& name) {
+  const Member* member = Control().Members().Find(name.toStdString());
+  if (member == nullptr || !IsPublished(*member)) return;
+  const QVariant value = property(name);
+  const QPointer<PlotWidget> self(this);
+  const std::shared_ptr<PlotHost> keep = host_;
+  Attempt([&] { member->set(*keep->control, FromQVariant(value)); });
+  if (self) Sync();
+}
+
+bool PlotWidget::event(QEvent* event) {
+  if (event->type() == QEvent::DynamicPropertyChange && !publishing_ && view_ != nullptr) {
+    TakeProperty(static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName());
+  }
+  return QWidget::event(event);
+}
+
+void PlotWidget::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  view_->resize(size());
+  const QPointer<PlotWidget> self(this);
+  const std::shared_ptr<PlotHost> keep = host_;
+  keep->control->SetSize(static_cast<float>(width()) * kTwipsPerPixel,
+                         static_cast<float>(height()) * kTwipsPerPixel);
+  if (self) Sync();
+}
+
+void PlotWidget::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  host_->control->Shown();
+  Sync();
+}
+
+void PlotWidget::focusInEvent(QFocusEvent* event) {
+  QWidget::focusInEvent(event);
+  if (QWidget* child = view_->WidgetOf(host_->control->Focused())) child->setFocus();
+}
+
+}  // namespace discoplan::qt

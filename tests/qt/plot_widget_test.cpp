@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/qt/plot_widget.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTimer>
+#include <functional>
+
+namespace discoplan::qt {
+namespace {
+
+const std::vector<float> kX = {0, 50, 0, -50, 0, 60, -60};
+const std::vector<float> kY = {0, 0, 50, 0, -50, 60, -60};
+const std::vector<float> kZ = {10, 12, 14, 16, 18, 11, 17};
+
+std::vector<std::unique_ptr<PlotWidget>> AllNine() {
+  std::vector<std::unique_ptr<PlotWidget>> widgets;
+  widgets.push_back(std::make_unique<Plot2DWidget>());
+  widgets.push_back(std::make_unique<Plot2DSWidget>());
+  widgets.push_back(std::make_unique<Plot2DCWidget>());
+  widgets.push_back(std::make_unique<Plot2DNWidget>());
+  widgets.push_back(std::make_unique<Plot3DWidget>());
+  widgets.push_back(std::make_unique<Plot3DSWidget>());
+  widgets.push_back(std::make_unique<Plot3DBWidget>());
+  widgets.push_back(std::make_unique<HistoWidget>());
+  widgets.push_back(std::make_unique<LineScanWidget>());
+  return widgets;
+}
+
+/// Acts once the modal window stands.
+template <class Window>
+void InNext(std::function<void(Window&)> act) {
+  QTimer::singleShot(20, qApp, [act = std::move(act)] {
+    auto* window = qobject_cast<Window*>(QApplication::activeModalWidget());
+    if (window == nullptr) {
+      for (QWidget* top : QApplication::topLevelWidgets()) {
+        if (auto* candidate = qobject_cast<Window*>(top); candidate && candidate->isVisible()) {
+          window = candidate;
+        }
+      }
+    }
+    ASSERT_NE(window, nullptr);
+    act(*window);
+  });
+}
+
+TEST(PlotWidgets, ShowTheirPlots) {
+  for (const auto& widget : AllNine()) {
+    widget->resize(480, 320);
+    widget->show();
+    ASSERT_EQ(widget->SetWaferData(kX, kY, kZ), LoadResult::Loaded);
+    EXPECT_EQ(widget->Plot(), PlotResult::Done);
+    QApplication::processEvents();
+    const QImage image = widget->grab().toImage();
+    int coloured = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) {
+        const QColor colour = image.pixelColor(x, y);
+        coloured += colour.hsvSaturation() > 150;
+      }
+    }
+    EXPECT_GT(coloured, 300) << widget->Control().root().name;
+  }
+}
+
+TEST(PlotWidgets, AreMadeOfRealWidgets) {
+  Plot2DWidget plot;
+  EXPECT_NE(plot.findChild<QGroupBox*>("Frplot"), nullptr);
+  EXPECT_EQ(plot.findChild<QGroupBox*>("Frplot")->title(), "Wafer");
+  EXPECT_EQ(plot.findChild<QPushButton*>("Command1")->text(), "Plot- Options");
+  EXPECT_NE(plot.findChild<QLabel*>("ScaleValue(1)"), nullptr);
+  LineScanWidget scan;
+  EXPECT_NE(scan.findChild<QLineEdit*>("AngleValue"), nullptr);
+}
+
+TEST(PlotWidgets, LoadFromListsWithoutCopies) {
+  Plot2DWidget plot;
+  const QList<float> x(kX.begin(), kX.end()), y(kY.begin(), kY.end()), z(kZ.begin(), kZ.end());
+  EXPECT_EQ(plot.SetWaferData(x, y, z), LoadResult::Loaded);
+  EXPECT_EQ(plot.control().Maximum(), 18);
+}
+
+TEST(PlotWidgets, HaveTheMembersAsProperties) {
+  Plot2DWidget plot;
+  EXPECT_EQ(plot.property("TestDiameter"), 194.0);
+  plot.setProperty("TestDiameter", 150);
+  EXPECT_EQ(plot.control().TestDiameter(), 150);
+  plot.setProperty("Resolution", 90);
+  EXPECT_EQ(plot.property("Resolution"), 37.5) << "as it was mended";
+  plot.setProperty("PlotCaption", "Oxide");
+  EXPECT_EQ(plot.findChild<QGroupBox*>("Frplot")->title(), "Oxide");
+  plot.control().WaferStyle(WaferSt::Flat);
+  QApplication::processEvents();
+  EXPECT_EQ(plot.property("WaferStyle"), 2);
+}
+
+TEST(PlotWidgets, ForwardEventsAsSignals) {
+  Plot3DWidget plot;
+  plot.resize(480, 320);
+  plot.show();
+  plot.SetWaferData(kX, kY, kZ);
+  plot.Plot();
+  const QSignalSpy down(&plot, &PlotWidget::MouseDown), up(&plot, &PlotWidget::MouseUp),
+      click(&plot, &PlotWidget::Click), changed(&plot, &PlotWidget::PropertyChanged);
+  auto* surface = plot.findChild<QWidget*>("PLOTA");
+  const auto send = [&](QWidget* target, QEvent::Type type) {
+    QMouseEvent event(type, QPointF(10, 20), target->mapToGlobal(QPointF(10, 20)), Qt::LeftButton,
+                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                      Qt::ShiftModifier);
+    QApplication::sendEvent(target, &event);
+  };
+  send(surface, QEvent::MouseButtonPress);
+  send(surface, QEvent::MouseButtonRelease);
+  ASSERT_EQ(down.size(), 1);
+  EXPECT_EQ(up.size(), 1);
+  EXPECT_EQ(click.size(), 0) << "its surface forwards no clicks";
+  EXPECT_EQ(down[0][0], 1);
+  EXPECT_EQ(down[0][1], 1);
+  EXPECT_EQ(down[0][2].toFloat(), 10);
+  plot.control().GridRotation(10);
+  EXPECT_EQ(changed.size(), 1);
+  EXPECT_EQ(changed[0][0], "GridRotation");
+}
+
+TEST(PlotWidgets, GrowToTheirLeastSize) {
+  Plot2DWidget plot;
+  plot.show();
+  plot.resize(50, 40);
+  QApplication::processEvents();
+  EXPECT_GE(plot.width(), 300);
+  EXPECT_GE(plot.height(), 200);
+}
+
+TEST(PlotWidgets, EditTheirOptionsInADialog) {
+  Plot2DWidget plot;
+  plot.show();
+  plot.SetWaferData(kX, kY, kZ);
+  plot.Plot();
+  InNext<QDialog>([](QDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "Define Plot Options");
+    auto* field = dialog.findChild<QLineEdit*>("tresx");
+    EXPECT_EQ(field->text(), "5");
+    field->setText("2.5");
+    Q_EMIT field->textEdited("2.5");
+    dialog.findChild<QPushButton*>("OKbtn")->click();
+  });
+  plot.findChild<QPushButton*>("Command1")->click();
+  EXPECT_EQ(plot.control().Resolution(), 2.5F);
+}
+
+TEST(PlotWidgets, CancelADialogByItsClosing) {
+  Plot2DWidget plot;
+  plot.show();
+  InNext<QDialog>([](QDialog& dialog) {
+    auto* field = dialog.findChild<QLineEdit*>("tresx");
+    Q_EMIT field->textEdited("3");
+    dialog.close();
+  });
+  plot.control().ShowPlotOption();
+  EXPECT_EQ(plot.control().Resolution(), 5);
+}
+
+TEST(PlotWidgets, MayDieInTheMiddleOfTheirDialog) {
+  auto* plot = new Plot2DWidget;
+  plot->show();
+  plot->SetWaferData(kX, kY, kZ);
+  InNext<QDialog>([plot](QDialog&) { delete plot; });
+  plot->findChild<QPushButton*>("Command1")->click();
+  QApplication::processEvents();
+}
+
+TEST(PlotWidgets, MayDieInTheMiddleOfTheirPlot) {
+  QPointer<Plot2DWidget> plot = new Plot2DWidget;
+  plot->show();
+  plot->SetWaferData(kX, kY, kZ);
+  QTimer::singleShot(0, plot, [plot] { delete plot.data(); });
+  plot->Plot();
+  QApplication::processEvents();
+  EXPECT_TRUE(plot.isNull());
+}
+
+TEST(PlotWidgets, TurnALineScanByKeys) {
+  LineScanWidget scan;
+  scan.show();
+  scan.SetWaferData(kX, kY, kZ);
+  scan.Plot();
+  auto* field = scan.findChild<QLineEdit*>("AngleValue");
+  QKeyEvent up(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
+  QApplication::sendEvent(field, &up);
+  EXPECT_EQ(scan.control().angle(), 1);
+  EXPECT_EQ(field->text(), "1");
+}
+
+TEST(PlotWidgets, TellTheirMessagesInABox) {
+  LineScanWidget scan;
+  scan.show();
+  InNext<QMessageBox>([](QMessageBox& box) {
+    EXPECT_EQ(box.text(), "Angle value must be between 0 and 359");
+    EXPECT_EQ(box.windowTitle(), "Input Error");
+    box.accept();
+  });
+  scan.control().angle(400);
+  EXPECT_EQ(scan.control().angle(), 0);
+}
+
+TEST(PlotWidgets, ComeAndGoManyTimes) {
+  for (int round = 0; round < 20; ++round) {
+    for (const auto& widget : AllNine()) widget->Plot();
+  }
+}
+
+}  // namespace
+}  // namespace discoplan::qt
