@@ -12,6 +12,7 @@ namespace {
 
 // Twips.
 constexpr float kMargin = 180;
+constexpr float kFrameTitle = 300;
 constexpr float kLabelWidth = 1500;
 constexpr float kFieldLeft = 1800;
 constexpr float kFieldWidth = 1200;
@@ -24,13 +25,17 @@ constexpr float kPreviewSide = 1020;
 }  // namespace
 
 PropertyPage::PropertyPage(Platform& platform, const char* name, const char* caption)
-    : Form(platform, name, caption), next_top_(kMargin), side_top_(kMargin) {
+    : Form(platform, name, caption), parent_(&root_), next_top_(kMargin), side_top_(kMargin) {
   root_.visible = true;
 }
 
 void PropertyPage::Select(Object* control) {
   control_ = control;
   if (control_ != nullptr) SelectionChanged();
+}
+
+void PropertyPage::Forget(const Object& control) {
+  if (control_ == &control) control_ = nullptr;
 }
 
 Variant PropertyPage::Get(std::string_view property) const {
@@ -44,11 +49,11 @@ void PropertyPage::Set(std::string_view property, const Variant& value) const {
 }
 
 Node& PropertyPage::AddField(NodeKind kind, const char* label, const char* name) {
-  root_
-      .Add(NodeKind::Label, std::string(name) + "Label",
-           {kMargin, next_top_, kLabelWidth, kRowHeight})
+  parent_
+      ->Add(NodeKind::Label, std::string(name) + "Label",
+            {kMargin, next_top_, kLabelWidth, kRowHeight})
       .text = label;
-  Node& field = root_.Add(kind, name, {kFieldLeft, next_top_, kFieldWidth, kRowHeight});
+  Node& field = parent_->Add(kind, name, {kFieldLeft, next_top_, kFieldWidth, kRowHeight});
   field.back_color = kWhite;
   next_top_ += kRowPitch;
   return field;
@@ -75,8 +80,8 @@ void PropertyPage::AddAngle(const char* label, const char* name, const char* pro
 void PropertyPage::AddOptions(const char* label, const char* name, const char* property,
                               std::vector<OptionGroup::Option> options) {
   const float height = 300 + kOptionPitch * static_cast<float>(options.size());
-  Node& group = root_.Add(NodeKind::Options, name,
-                          {kMargin, next_top_, kFieldLeft + kFieldWidth - kMargin, height});
+  Node& group = parent_->Add(NodeKind::Options, name,
+                             {kMargin, next_top_, kFieldLeft + kFieldWidth - kMargin, height});
   group.text = label;
   group.on_change = [this] { MarkChanged(); };
   next_top_ += height + 120;
@@ -84,8 +89,8 @@ void PropertyPage::AddOptions(const char* label, const char* name, const char* p
 }
 
 void PropertyPage::AddCheck(const char* label, const char* name, const char* property) {
-  Node& box = root_.Add(NodeKind::Check, name,
-                        {kMargin, next_top_, kFieldLeft + kFieldWidth - kMargin, kRowHeight});
+  Node& box = parent_->Add(NodeKind::Check, name,
+                           {kMargin, next_top_, kFieldLeft + kFieldWidth - kMargin, kRowHeight});
   box.text = label;
   box.on_change = [this] { MarkChanged(); };
   next_top_ += kRowPitch;
@@ -93,15 +98,26 @@ void PropertyPage::AddCheck(const char* label, const char* name, const char* pro
 }
 
 Node& PropertyPage::AddPreview(const char* name) {
-  Node& picture = AddPicture(root_, name, {kPreviewLeft, side_top_, kPreviewSide, kPreviewSide});
+  Node& picture = AddPicture(*parent_, name, {kPreviewLeft, side_top_, kPreviewSide, kPreviewSide});
   side_top_ += kPreviewSide + kMargin;
   return picture;
 }
 
+void PropertyPage::BeginFrame(const char* name, const char* caption) {
+  parent_ = &root_.Add(NodeKind::Frame, name, {kMargin, kMargin, 0, 0});
+  parent_->text = caption;
+  parent_->bordered = true;
+  next_top_ = side_top_ = kFrameTitle;
+}
+
 void PropertyPage::Finish() {
-  const bool has_previews = side_top_ > kMargin;
+  const bool has_previews = side_top_ > kPreviewSide;
   const float right = has_previews ? kPreviewLeft + kPreviewSide : kFieldLeft + kFieldWidth;
-  root_.Move({0, 0, right + kMargin, std::max(next_top_, side_top_) + kMargin});
+  const float width = right + kMargin;
+  const float height = std::max(next_top_, side_top_) + kMargin;
+  const float around = parent_ == &root_ ? 0 : kMargin;
+  parent_->Move({around, around, width, height});
+  root_.Move({0, 0, width + 2 * around, height + 2 * around});
 }
 
 void PropertyPage::SelectionChanged() {

@@ -29,6 +29,8 @@ class DISCOPLAN_EXPORT PropertyPage : public Object, public Form {
  public:
   /// Selects the control and reads it; nothing for none.
   void Select(Object* control);
+  /// The control is about to go: it is selected no more, the fields stay as they are.
+  void Forget(const Object& control);
 
   /// Fills the fields from the selected control.
   virtual void SelectionChanged();
@@ -56,6 +58,8 @@ class DISCOPLAN_EXPORT PropertyPage : public Object, public Form {
                   std::vector<OptionGroup::Option> options);
   void AddCheck(const char* label, const char* name, const char* property);
   Node& AddPreview(const char* name);
+  /// All that is added from here on lies in a frame.
+  void BeginFrame(const char* name, const char* caption);
   /// The order in which the properties are written; they are read in the reverse order.
   void WriteInOrder(std::vector<const char*> properties) { order_ = std::move(properties); }
   void Finish();
@@ -66,6 +70,7 @@ class DISCOPLAN_EXPORT PropertyPage : public Object, public Form {
   Node& AddField(NodeKind kind, const char* label, const char* name);
 
   Object* control_ = nullptr;
+  Node* parent_;  // of what is added
   std::map<std::string_view, std::unique_ptr<NumberEntry>> numbers_;
   std::map<std::string_view, std::unique_ptr<AngleEntry>> angles_;
   std::map<std::string_view, std::unique_ptr<OptionGroup>> groups_;

@@ -26,8 +26,11 @@ class WaferInfoProp final : public PropertyPage {
     AddOptions("Wafer Style:", "nfbox", "WaferStyle", {{"Notch", kNotch}, {"Flat!", kFlat}});
     AddCheck("HideLegend", "chkHideLegend", "HideLegend");
     AddCheck("Hide Plot Legend:", "showLeg", "");  // on the page, without a role
-    label_ = &root().Add(NodeKind::Frame, "FNLabel", {3300, 1320, 1020, 285});
     picture_ = &AddPreview("FNPic");
+    const TwipsBox& above = picture_->box;
+    label_ = &root().Add(NodeKind::Label, "FNLabel",
+                         {above.left, above.top + above.height, above.width, 285});
+    label_->alignment = Alignment::Centre;
     Node& style = *root().Find("nfbox");
     style.on_change = [this] {
       ShowStyle();
@@ -212,6 +215,7 @@ class LineScanAngleProp final : public PropertyPage {
  public:
   explicit LineScanAngleProp(Platform& platform)
       : PropertyPage(platform, "LineScanAngleProp", "Line Scan Options") {
+    BeginFrame("Frame1", "1D Plot Option");
     AddAngle("Angle:", "txtAngle", "angle", AngleEntry::kStrictTurn);
     wafer_.FlatRatio = 1;
     ShowWaferPreview(wafer_, *AddPreview("FNPic").picture, 0);

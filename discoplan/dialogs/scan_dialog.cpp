@@ -127,6 +127,7 @@ bool frmPlotOpt1D::Refuse(Node& field, const char* text) {
 }
 
 bool frmPlotOpt1D::LeavePoint(std::size_t i, Node& field) {
+  if (source() == nullptr) return true;  // cancelled: closing the window takes the focus away
   if (!CheckDecimalText(field.text, false)) return Refuse(field, "Enter a numeric experssion");
   const double x = NumberIn(*points_[i].x);
   const double y = NumberIn(*points_[i].y);

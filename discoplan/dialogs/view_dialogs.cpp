@@ -53,6 +53,13 @@ void ViewDialog::ShowWafer() {
   ShowWaferPreview(*source(), *wafer_picture_.picture, wafer_rotation_.value());
 }
 
+void ViewDialog::CheckSurface() {
+  scale_.Open(100);
+  CheckOnOk(first_, "X Resolution ", 0.001);
+  CheckOnOk(second_, "Y Resolution ", 0.001);
+  CheckOnOk(scale_, "Scale Factor ", 0.001, 1000);
+}
+
 void ViewDialog::Fill(float first, float second, float scale, const ViewAngles& angles) {
   first_.Open(first);
   second_.Open(second);
@@ -85,10 +92,7 @@ frmPlotOpt3d::frmPlotOpt3d(Platform& platform)
                              {group.left + group.width + 60, top, 360, 255});
     DrawSurfaceStyle(*image.picture, style);
   }
-  scale_.Open(100);
-  CheckOnOk(first_, "X Resolution ", 0.001);
-  CheckOnOk(second_, "Y Resolution ", 0.001);
-  CheckOnOk(scale_, "Scale Factor ", 0.001, 1000);
+  CheckSurface();
   Finish();
 }
 
@@ -104,9 +108,7 @@ frmPlotOpt3ds::frmPlotOpt3ds(Platform& platform)
                  {"Resolution X: ", "Resolution Y: ", "Scale: ", "Rotation:"}),
       sigma_range_(AddNumber("Sigma Range: ", "SSigma")) {
   sigma_range_.node().text = "0,5";
-  CheckOnOk(first_, "X Resolution ", 0.001);
-  CheckOnOk(second_, "Y Resolution ", 0.001);
-  CheckOnOk(scale_, "Scale Factor ", 0.001, 1000);
+  CheckSurface();
   Finish();
 }
 

@@ -34,6 +34,8 @@ class DISCOPLAN_EXPORT ViewDialog : public OptionDialog {
 
   ViewDialog(Platform& platform, const char* name, const char* caption, const Labels& labels);
 
+  /// Checks of the numbers of a surface.
+  void CheckSurface();
   void Fill(float first, float second, float scale, const ViewAngles& angles);
 
   NumberEntry& first_;

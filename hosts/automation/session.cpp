@@ -246,7 +246,11 @@ ObjectRef AutomationSession::NewSurface(const json& request, bool printer) {
 
 void AutomationSession::Drop(const json& request, json&) {
   const json& id = Field(request, "id");
-  ids_.erase(names_.object(id).get());
+  const Object& dropped = *names_.object(id);
+  for (auto& [key, entry] : entries_) {
+    if (auto* page = dynamic_cast<PropertyPage*>(entry.object.get())) page->Forget(dropped);
+  }
+  ids_.erase(&dropped);
   entries_.erase(Key(id));
 }
 
@@ -365,13 +369,20 @@ void AutomationSession::Dialog(const json& request, json&) {
 void AutomationSession::ActInDialog(Form& form) {
   const json actions = queued_.empty() ? json::array() : queued_.front();
   if (!queued_.empty()) queued_.pop_front();
-  for (const json& action : actions) {
-    if (form.root().visible) ActOn(form.root(), action);
+  const auto keep = [&] {
+    shown_.push_back({{"form", form.root().name},
+                      {"caption", form.root().text},
+                      {"fields", FieldsToJson(form.root())}});
+  };
+  try {
+    for (const json& action : actions) {
+      if (form.root().visible) ActOn(form.root(), action);
+    }
+  } catch (...) {
+    keep();
+    throw;
   }
-  shown_.push_back({{"form", form.root().name},
-                    {"caption", form.root().text},
-                    {"fields", FieldsToJson(form.root())}});
-  if (form.root().visible) form.Cancel();
+  keep();
 }
 
 void AutomationSession::SetScreen(const json& request, json&) {

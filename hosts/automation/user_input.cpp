@@ -47,9 +47,10 @@ void Select(Node& group, const json& index) {
 
 void Check(Node& box, const json& ticked) {
   if (box.kind != NodeKind::Check) throw RequestError("The child is no box to tick.");
-  if (!ticked.is_boolean()) throw RequestError("A box is ticked by true and cleared by false.");
-  if ((box.value != 0) == ticked.get<bool>()) return;
-  box.value = ticked.get<bool>() ? 1 : 0;
+  const bool tick =
+      ticked.is_boolean() ? ticked.get<bool>() : ToNumber(ticked, "Whether a box is ticked") != 0;
+  if ((box.value != 0) == tick) return;
+  box.value = tick ? 1 : 0;
   if (box.on_change) box.on_change();
 }
 

@@ -188,6 +188,65 @@ TEST_F(OptionDialogs, CheckTheirNumbersWithBothBoundsExcluded) {
   }
 }
 
+TEST_F(OptionDialogs, TellATextThatIsNoNumber) {
+  const auto dialog = Open("frmPlotOpt2ds");
+  Child(*dialog, "tresx").text = "five";  // which no typing leaves there
+  Child(*dialog, "SSigma").text = "-";
+  EXPECT_EQ(Ok(*dialog), "Resolution must be numeric\nSigma Range must be numeric\n");
+}
+
+TEST_F(OptionDialogs, PutBackTheirOpeningValueWhileTyping) {
+  const struct {
+    const char* dialog;
+    const char* field;
+    const char* typed;
+    const char* stands;
+  } rows[] = {{"frmPlotOpt2d", "tresx", "1e1", "5"},    {"frmPlotOpt2ds", "SSigma", "x", "0.5"},
+              {"frmPlotOpt2ds", "tresx", "2,5", "2,5"}, {"frmPlotOpt2DC", "tdist", "1d", "1"},
+              {"frmPlotOpt3d", "tscale", "x", "40"},    {"frmPlotOpt3ds", "SSigma", "x", "0.5"},
+              {"frmPlotHist", "tresx", "2.5", "10"},    {"frmPlotHist", "tresx", "1,0", "10"},
+              {"frmPlotHist", "tresx", "25", "25"},     {"frmPlotHist", "tresx", "", ""}};
+  for (const auto& row : rows) {
+    const auto dialog = Open(row.dialog);
+    EnterText(Child(*dialog, row.field), row.typed);
+    EXPECT_EQ(Child(*dialog, row.field).text, row.stands) << row.dialog << ' ' << row.typed;
+  }
+}
+
+TEST_F(OptionDialogs, StandWithTheirDesignTextsUntilTheyAreFilled) {
+  frmPlotOpt2ds map(host_);
+  frmPlotOpt3d surface(host_);
+  frmPlotOpt3ds sigma(host_);
+  EXPECT_EQ(Child(map, "SSigma").text, "0.5");
+  EXPECT_EQ(Child(sigma, "SSigma").text, "0,5");
+  for (OptionDialog* dialog :
+       {static_cast<OptionDialog*>(&surface), static_cast<OptionDialog*>(&sigma)}) {
+    EXPECT_EQ(Child(*dialog, "tscale").text, "100");
+    for (const char* angle : {"talph", "tthet", "tphi"}) {
+      EXPECT_EQ(Child(*dialog, angle).text, "90") << angle;
+    }
+  }
+}
+
+TEST_F(OptionDialogs, ForgetTheLastAnswerWhenTheyAreFilledAgain) {
+  frmPlotOpt2d dialog(host_);
+  dialog.SetValues(source_, 5, false, kWhite);
+  EXPECT_EQ(Ok(dialog), "");
+  EXPECT_TRUE(dialog.Redraw());
+  dialog.SetValues(source_, 7, true, kBlack);
+  EXPECT_FALSE(dialog.Redraw());
+  EXPECT_EQ(Child(dialog, "tresx").text, "7");
+  EnterText(Child(dialog, "tresx"), "x");
+  EXPECT_EQ(Child(dialog, "tresx").text, "7");
+}
+
+TEST_F(OptionDialogs, TheSecondResolutionOfASigmaMapHasNoRole) {
+  const auto dialog = Open("frmPlotOpt2ds");
+  EXPECT_EQ(Child(*dialog, "tresyLabel").text, "Resolution Y: ");
+  EnterText(Child(*dialog, "tresy"), "0");
+  EXPECT_EQ(Ok(*dialog), "");
+}
+
 TEST_F(OptionDialogs, JoinTheirComplaints) {
   const auto dialog = Open("frmPlotOpt3d");
   EnterText(Child(*dialog, "tresx"), "");
@@ -358,6 +417,28 @@ TEST_F(ScanDialog, TestsTheAngleWhileItIsTyped) {
   }
 }
 
+TEST_F(ScanDialog, PlacesMarkersByTheGridOfTheWafer) {
+  // Cells of 194 / 50 = 4 mm, 194 / 2 / 4 = 24 of them on each side of the centre: the picture's
+  // 1980 twips are 192 mm, a mm is 10.3125 twips. The centre lies at 210 + 990, 270 + 990.
+  const TwipsBox& box = At("picgrid(2)").box;  // of the point at 5, 6
+  EXPECT_NEAR(box.left + box.width / 2, 1200 + 5 * 10.3125, 0.01);
+  EXPECT_NEAR(box.top + box.height / 2, 1260 - 6 * 10.3125, 0.01);
+}
+
+TEST_F(ScanDialog, LetsTheFocusGoWhenItIsCancelled) {
+  dialog_.cancel_button()->on_click();
+  EXPECT_EQ(Leave("resx(2)", "abc"), "");
+  EXPECT_EQ(Leave("resx(2)", "500"), "");
+}
+
+TEST_F(ScanDialog, OpensForTwoPoints) {
+  dialog_.SetValues(source_, {.type = 2, .angle = 0, .x = {-90, 90, 0}, .y = {0, 0, 0}});
+  EXPECT_EQ(At("optline").value, 1);
+  EXPECT_TRUE(At("resx(0)").visible);
+  EXPECT_FALSE(At("AngleValue").visible);
+  EXPECT_EQ(dialog_.GetResult().type, 2);
+}
+
 TEST_F(ScanDialog, MovesMarkersAndLine) {
   const TwipsBox before = At("picgrid(2)").box;
   EXPECT_EQ(Leave("resx(2)", "50"), "");
@@ -368,6 +449,36 @@ TEST_F(ScanDialog, MovesMarkersAndLine) {
   EnterText(At("AngleValue"), "90");
   EXPECT_LT(At("line1").box.width, -1000);
   EXPECT_NEAR(At("line1").box.height, 0, 1);
+}
+
+TEST(OrientationPatches, SeenFromAboveAreSquares) {
+  // 68 pixels less 2 are the diagonal of ten cells: 66 / 10 / sqrt 2 = 4.667 each, the first
+  // corner five of them left of and above the centre at 34.
+  RecordingHost host;
+  const auto picture = host.NewPicture(1020, 1020);
+  const auto polygons = [&](float rotation, float inclination) {
+    DrawOrientationPatches(*picture, rotation, inclination);
+    json found = json::array();
+    for (const json& call : dynamic_cast<Recording<Picture>&>(*picture).TakeTrace()) {
+      if (call[0] == "Polygon") found.push_back(call[1]);
+    }
+    return found;
+  };
+  EXPECT_EQ(polygons(0, 90)[0], json::parse("[[11,11],[15,11],[15,15],[11,15]]"));
+  EXPECT_EQ(polygons(0, 90)[99], json::parse("[[53,53],[57,53],[57,57],[53,57]]"));
+  // A quarter of a turn takes the last field up to the right; from the side they are a line.
+  EXPECT_EQ(polygons(90, 90)[99], json::parse("[[53,15],[53,11],[57,11],[57,15]]"));
+  for (const json& corners : polygons(45, 0)) {
+    for (const json& corner : corners) EXPECT_EQ(corner[1], 34);
+  }
+  for (float rotation = 0; rotation <= 90; rotation += 15) {
+    for (const json& corners : polygons(rotation, 90)) {
+      for (const json& corner : corners) {
+        EXPECT_TRUE(corner[0] >= 0 && corner[0] < 68 && corner[1] >= 0 && corner[1] < 68)
+            << rotation << corner;
+      }
+    }
+  }
 }
 
 TEST(OrientationPatches, AreAHundredWithOneRed) {

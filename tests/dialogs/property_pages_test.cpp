@@ -240,8 +240,89 @@ TEST_F(PropertyPages, RefuseATestDiameterBeyondTheWafers) {
   EXPECT_EQ(control_["TestDiameter"], 195);
 }
 
+TEST_F(PropertyPages, WriteAFixedPairInPlaceOfABadOne) {
+  const auto page = Open("WaferInfoProp");
+  EnterText(Child(*page, "txtTestDiameter"), "300.5");  // on a wafer of 300
+  control_.written.clear();
+  page->ApplyChanges();
+  EXPECT_THAT(control_.written,
+              ElementsAre("WaferDiameter", "TestDiameter", "WaferStyle", "HideLegend"));
+  EXPECT_EQ(control_["WaferDiameter"], 200);
+  EXPECT_EQ(control_["TestDiameter"], 195);
+}
+
+TEST_F(PropertyPages, ForgetAControlThatGoes) {
+  const auto page = Open("Plot2DProp");
+  Asked other({});
+  page->Forget(other);
+  EXPECT_NO_THROW(page->ApplyChanges());
+  page->Forget(control_);
+  EXPECT_THROW(page->ApplyChanges(), RunTimeError);
+  EXPECT_EQ(Child(*page, "txtResolution").text, "2");
+}
+
+TEST_F(PropertyPages, ShowWhatLiesInsideThem) {
+  for (const PageRow& row : kPages) {
+    const auto page = Open(row.name);
+    std::vector<Node*> nodes = {&page->root()};
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+      for (const auto& child : nodes[i]->children()) {
+        nodes.push_back(child.get());
+        EXPECT_GE(child->box.left, 0) << row.name << ' ' << child->name;
+        EXPECT_LE(child->Right(), nodes[i]->box.width) << row.name << ' ' << child->name;
+        EXPECT_LE(child->box.top + child->box.height, nodes[i]->box.height)
+            << row.name << ' ' << child->name;
+      }
+    }
+  }
+}
+
+TEST_F(PropertyPages, TakeAnyTextForABarsSize) {
+  const auto page = Open("Plot3DBProp");
+  for (const char* name : {"txtBeamWidth", "txtBeamHeight", "txtBeamScale"}) {
+    EnterText(Child(*page, name), "1e");
+    EXPECT_EQ(Child(*page, name).text, "1e") << name;
+    EXPECT_TRUE(page->Changed());
+  }
+}
+
+TEST_F(PropertyPages, PreviewTheView) {
+  for (const char* name : {"Plot3DProp", "Plot3DSProp", "Plot3DBProp"}) {
+    const auto page = Open(name);
+    const auto polygons = [&](const char* picture) {
+      const json trace =
+          dynamic_cast<Recording<Picture>&>(*Child(*page, picture).picture).TakeTrace();
+      return std::ranges::count_if(trace, [](const json& call) { return call[0] == "Polygon"; });
+    };
+    polygons("Plot");
+    for (const char* field : {"txtGridRotation", "txtGridInclination"}) {
+      EnterText(Child(*page, field), "25");
+      EXPECT_EQ(polygons("Plot"), 100) << name << ' ' << field;
+    }
+    if (page->root().Find("txtWaferRotation") == nullptr) continue;
+    polygons("FNPlot");
+    EnterText(Child(*page, "txtWaferRotation"), "130");
+    EXPECT_EQ(polygons("FNPlot"), 1) << name;
+    EXPECT_EQ(polygons("Plot"), 0) << name;
+  }
+}
+
+TEST_F(PropertyPages, KeepTheScansAngleInAFrameWithItsCross) {
+  const auto page = Open("LineScanAngleProp");
+  const Node& frame = *page->root().children().front();
+  EXPECT_EQ(frame.kind, NodeKind::Frame);
+  EXPECT_EQ(frame.text, "1D Plot Option");
+  for (const char* name : {"txtAngle", "FNPic", "picplus"}) {
+    EXPECT_EQ(Child(*page, name).parent(), &frame) << name;
+  }
+  for (const char* name : {"Line1", "Line2", "Line3"}) {
+    EXPECT_EQ(Child(*page, name).parent(), &Child(*page, "picplus")) << name;
+  }
+}
+
 TEST_F(PropertyPages, ShowTheWafersStyle) {
   const auto page = Open("WaferInfoProp");
+  EXPECT_EQ(Child(*page, "FNLabel").kind, NodeKind::Label);
   EXPECT_EQ(Child(*page, "FNLabel").text, "Flat");
   Child(*page, "nfbox").value = 0;
   Child(*page, "nfbox").on_change();

@@ -161,11 +161,14 @@ TEST_F(AutomationDialogs, ATooCoarseMapAsksOnItsWayToTheScreen) {
 
 TEST_F(AutomationDialogs, BrokenActionsAreToldAndCancelTheForm) {
   New("Plot2D");
-  for (const char* actions : {R"([["type","nothing","1"]])", R"([["select","optMark",2]])",
-                              R"([["check","whiteback",1]])", R"([["fly","tresx"]])", R"([5])"}) {
+  for (const char* actions :
+       {R"([["type","nothing","1"]])", R"([["select","optMark",2]])",
+        R"([["check","whiteback","yes"]])", R"([["fly","tresx"]])", R"([5])"}) {
     Queue(actions);
     const json reply = Call("p", "ShowPlotOption");
     EXPECT_EQ(reply["ok"], false) << actions;
+    ASSERT_EQ(reply["dialogs"].size(), 1U) << actions;
+    EXPECT_EQ(reply["dialogs"][0]["fields"]["tresx"], "5") << actions;
     EXPECT_EQ(Call("p", "ShowPlotOption")["ok"], true);
   }
 }
@@ -197,6 +200,38 @@ TEST_F(AutomationDialogs, PagesEditTheSelectedControl) {
     if (child["name"] == "txtResolution") found = child["text"] == "8";
   }
   EXPECT_TRUE(found);
+}
+
+TEST_F(AutomationDialogs, BoxesAreTickedInEveryFormOfABoolean) {
+  New("Plot2D");
+  const std::pair<const char*, int> rows[] = {{"true", 1}, {"false", 0}, {"-1", 1}, {"0", 0}};
+  for (const auto& [state, value] : rows) {
+    Queue(std::string(R"([["check","whiteback",)") + state + "]]");
+    EXPECT_EQ(Call("p", "ShowPlotOption")["dialogs"][0]["fields"]["whiteback"], value) << state;
+  }
+}
+
+TEST_F(AutomationDialogs, DialogsTakeTheirActionsInTheOrderOfTheQueue) {
+  New("Plot2D");
+  Queue(R"([["type","tresx","2"],["click","OKbtn"]])");
+  Queue(R"([["type","tresx","3"],["click","cancel"],["type","tresx","4"]])");
+  Call("p", "ShowPlotOption");
+  EXPECT_EQ(Value("Resolution"), 2);
+  // A closed form takes no input.
+  EXPECT_EQ(Call("p", "ShowPlotOption")["dialogs"][0]["fields"]["tresx"], "3");
+  EXPECT_EQ(Value("Resolution"), 2);
+}
+
+TEST_F(AutomationDialogs, APageOutlivesItsControl) {
+  New("Plot2D");
+  AskFor({{"op", "new"}, {"class", "Plot2DProp"}, {"id", "g"}, {"control", "p"}});
+  ASSERT_EQ(AskFor({{"op", "drop"}, {"id", "p"}})["ok"], true);
+  EXPECT_EQ(Call("g", "ApplyChanges")["ok"], false);
+  EXPECT_EQ(Call("g", "SelectionChanged")["ok"], false);
+  EXPECT_EQ(
+      AskFor({{"op", "input"}, {"id", "g"}, {"action", {"type", "txtResolution", "3"}}})["ok"],
+      true);
+  EXPECT_EQ(AskFor({{"op", "drop"}, {"id", "g"}})["ok"], true);
 }
 
 TEST_F(AutomationDialogs, ShowTheAboutBox) {
