@@ -10,56 +10,93 @@
 namespace discoplan {
 namespace {
 
-std::string Percent(double share) { return FormatNonZero(std::abs(share) * 100, "0.00") + " %"; }
+using Value = std::optional<std::string>;
 
-}  // namespace
+constexpr std::size_t kMostCharacters = 15;  // all that a block has room for
 
 std::string FirstCharacters(const std::string& text) {
   std::size_t characters = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool begins = (static_cast<unsigned char>(text[i]) & 0xC0) != 0x80;
-    if (begins && ++characters > 15) return text.substr(0, i);
+    if (begins && ++characters > kMostCharacters) return text.substr(0, i);
   }
   return text;
 }
 
-std::vector<InformationRow> StatisticsRows(const wafer& source, NumberFormat format) {
-  const double spread = static_cast<double>(source.Maximum) - source.Minimum;
+std::string Percent(double share) { return FormatNonZero(std::abs(share) * 100, "0.00") + " %"; }
+
+template <auto kField>
+Value Number(const wafer& source, NumberFormat format) {
+  return format(ToFloat(source.*kField));
+}
+
+template <auto kField>
+Value Length(const wafer& source, NumberFormat format) {
+  return format(source.*kField) + " mm";
+}
+
+template <auto kField>
+Value Text(const wafer& source, NumberFormat) {
+  return FirstCharacters(source.*kField);
+}
+
+double Spread(const wafer& source) { return static_cast<double>(source.Maximum) - source.Minimum; }
+
+Value DeviationPercent(const wafer& source, NumberFormat) {
+  if (!(source.mean > 0)) return {};
+  return Percent(source.StdDev / source.mean);
+}
+
+Value Range(const wafer& source, NumberFormat format) { return format(ToFloat(Spread(source))); }
+
+Value HighLowPercent(const wafer& source, NumberFormat) {
   const double sum = static_cast<double>(source.Maximum) + source.Minimum;
-  const auto number = [&](double value) { return format(ToFloat(value)); };
-  std::optional<std::string> deviation;
-  if (source.mean > 0) deviation = Percent(source.StdDev / source.mean);
-  return {
-      {"Mean:", number(source.mean)},
-      {"Maximum:", format(source.Maximum)},
-      {"Minimum:", format(source.Minimum)},
-      {"Std. Dev:", number(source.StdDev)},
-      {"", deviation},
-      {"Range:", number(spread)},
-      {"Hi/Lo Var:", Percent(sum == 0 ? 0 : spread / sum)},
-      {"Unit:", FirstCharacters(source.Units)},
-  };
+  return Percent(sum == 0 ? 0 : Spread(source) / sum);
 }
 
-std::vector<InformationRow> SizeRows(const wafer& source, NumberFormat format) {
-  return {
-      {"Wafer Diam:", format(source.WaferDiameter) + " mm"},
-      {"Test Diam:", format(source.TestDiameter) + " mm"},
-      {"No. Sites:", PlainNumber(source.GetNop())},
-      {"Style:", source.FlatRatio == 1.0F ? "Notch" : "Flat"},
-  };
+Value SiteCount(const wafer& source, NumberFormat) { return PlainNumber(source.GetNop()); }
+
+Value Style(const wafer& source, NumberFormat) {
+  return source.FlatRatio == 1.0F ? "Notch" : "Flat";
 }
 
-std::vector<InformationRow> RemarkRows(const wafer& source) {
-  return {
-      {"Operator ID:", FirstCharacters(source.OperatorId)},
-      {"FAB Name:", FirstCharacters(source.FabName)},
-      {"Equip Info:", FirstCharacters(source.EquipInfo)},
-      {"Wafer ID:", FirstCharacters(source.WaferId)},
-      {"Lot:", FirstCharacters(source.LotName)},
-      {"Meas. Equip:", FirstCharacters(source.MeasEquip)},
-      {"Special:", FirstCharacters(source.SpecialRemark)},
-  };
-}
+constexpr InformationRow kStatistics[] = {
+    {"Mean:", Number<&wafer::mean>},
+    {"Maximum:", Number<&wafer::Maximum>},
+    {"Minimum:", Number<&wafer::Minimum>},
+    {"Std. Dev:", Number<&wafer::StdDev>},
+    {"", DeviationPercent},
+    {"Range:", Range},
+    {"Hi/Lo Var:", HighLowPercent},
+    {"Unit:", Text<&wafer::Units>},
+};
+
+constexpr InformationRow kSize[] = {
+    {"Wafer Diam:", Length<&wafer::WaferDiameter>},
+    {"Test Diam:", Length<&wafer::TestDiameter>},
+    {"No. Sites:", SiteCount},
+    {"Style:", Style},
+};
+
+constexpr InformationRow kRemarks[] = {
+    {"Operator ID:", Text<&wafer::OperatorId>},
+    {"FAB Name:", Text<&wafer::FabName>},
+    {"Equip Info:", Text<&wafer::EquipInfo>},
+    {"Wafer ID:", Text<&wafer::WaferId>},
+    {"Lot:", Text<&wafer::LotName>},
+    {"Meas. Equip:", Text<&wafer::MeasEquip>},
+    {"Special:", Text<&wafer::SpecialRemark>},
+    {"Filename:", Text<&wafer::SpareText1>},
+};
+
+}  // namespace
+
+InformationRows StatisticsRows() { return kStatistics; }
+
+InformationRows SizeRows() { return kSize; }
+
+InformationRows RemarkRows() { return RemarkRowsWithFile().first(std::size(kRemarks) - 1); }
+
+InformationRows RemarkRowsWithFile() { return kRemarks; }
 
 }  // namespace discoplan

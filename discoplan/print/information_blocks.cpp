@@ -23,19 +23,19 @@ constexpr double kLabelColumn = 120;
 constexpr double kValueColumn = 1080;
 constexpr double kColumnWidth = 975;
 
+std::string Millimetres(float value) { return FormatNonZero(value, "00.00"); }
+
 struct Block {
   const char* caption;
   float height;
+  InformationRows rows;
+  NumberFormat format;
   bool labels_first = false;
 };
 
-constexpr Block kRemarks{"Wafer Remarks ", 1875};
-constexpr Block kSize{"Wafer Size ", 1155};
-constexpr Block kStatistics{"Wafer Statistics ", 2115, true};
-
-void DrawBlock(Page page, const Block& block, const std::vector<InformationRow>& rows, float left,
-               float top) {
+void DrawBlock(Page page, const Block& block, const wafer& source, float left, float top) {
   page.DrawTitledFrame(block.caption, left, top, kBlockWidth, block.height);
+  const InformationRows& rows = block.rows;
   const auto place = [&](std::size_t row, double column) {
     return TextPlace{left + column, top + kFirstRow + static_cast<double>(row) * kPitch,
                      kColumnWidth, 0};
@@ -45,8 +45,9 @@ void DrawBlock(Page page, const Block& block, const std::vector<InformationRow>&
     page.PrintClippedText(std::string(rows[i].label), place(i, kLabelColumn));
   };
   const auto value = [&](std::size_t i) {
-    if (!rows[i].value) return;
-    page.PrintClippedText(std::string(*rows[i].value), place(i, kValueColumn));
+    if (auto text = rows[i].value(source, block.format)) {
+      page.PrintClippedText(*text, place(i, kValueColumn));
+    }
   };
   for (std::size_t i = 0; i < rows.size(); ++i) {
     label(i);
@@ -60,10 +61,11 @@ void DrawBlock(Page page, const Block& block, const std::vector<InformationRow>&
 /// resolution and the swatches' width the vertical one, as on all prints so far.
 class LegendColumn {
  public:
-  LegendColumn(Page& page, double x, double y, double text_offset)
+  /// Turns the caller's place from twips to pixels.
+  LegendColumn(Page& page, float& x, float& y, double text_offset)
       : page_(page),
-        x_(ToFloat(Divide(x, page.TwipsPerPixelX()))),
-        y_(ToFloat(Divide(y, page.TwipsPerPixelY()))),
+        x_(x = ToFloat(Divide(x, page.TwipsPerPixelX()))),
+        y_(y = ToFloat(Divide(y, page.TwipsPerPixelY()))),
         pitch_(ToFloat(Divide(kPitch, page.TwipsPerPixelX()))),
         swatch_(ToFloat(Divide(kSwatch, page.TwipsPerPixelY()))),
         text_offset_(text_offset),
@@ -72,16 +74,14 @@ class LegendColumn {
     page_.printer().FillStyle(0);
   }
 
-  float x() const { return x_; }
-  float y() const { return y_; }
-
-  void Write(std::string&& text, double row) {
-    page_.PrintClippedText(std::move(text),
+  /// The text is cut to fit.
+  void Write(std::string& text, double row) {
+    page_.PrintClippedText(text,
                            {x_ + text_offset_, RowTop(row) + 2 * pitch_ / 10.0, text_width_, 0});
   }
   void WriteSigmaBehind(const std::string& text, double row) {
     const double behind = x_ + text_offset_ + page_.printer().TextWidth(text) + text_offset_ / 8;
-    page_.PrintSigmaGlyph(behind, RowTop(row), 0);
+    page_.PrintSigmaGlyph(ToFloat(behind), ToFloat(RowTop(row)), 0);
   }
   void Fill(float colour, double row) {
     const double right = static_cast<double>(x_) + swatch_;
@@ -105,67 +105,74 @@ class LegendColumn {
   const float text_width_;
 };
 
-void DrawColorScale(Page& page, const wafer& source, double x, double y) {
+void DrawColorScale(Page& page, const wafer& source, float x, float y) {
   page.ResetPrinterObj();
-  LegendColumn column(page, x, y, ToInt16(Divide(450, page.TwipsPerPixelX())));
+  LegendColumn column(page, x, y, ToInt16(ToFloat(Divide(450, page.TwipsPerPixelX()))));
   for (std::size_t i = 0; i < wafer::kLegendRows; ++i) {
     const double row = static_cast<double>(i);
-    column.Write(IntervalLegendText(source, i), row);
+    std::string text = IntervalLegendText(source, i);
+    column.Write(text, row);
     column.Fill(source.IntervalColor[i], row);
   }
   page.ResetPrinterObj();
 }
 
-/// Gives the place in pixels.
-SurfacePoint DrawSigmaScale(Page& page, const wafer& source, double x, double y,
-                            float sigma_range) {
+/// Leaves the place in pixels.
+void DrawSigmaScale(Page& page, const wafer& source, float& x, float& y, float sigma_range) {
   page.ResetPrinterObj();
   LegendColumn column(page, x, y, ToFloat(Divide(400, page.TwipsPerPixelX())));
   for (std::size_t i = 0; i < kRangePrefixes.size(); ++i) {
     const double row = 2 * static_cast<double>(i);
-    const std::string text = kRangePrefixes[i] + FormatNonZero(sigma_range, "0.0");
-    std::string fitting = text;
-    column.Write(std::move(fitting), row);
+    std::string text = kRangePrefixes[i] + FormatNonZero(sigma_range, "0.0");
+    column.Write(text, row);
     column.WriteSigmaBehind(text, row);
     column.Fill(source.AuxColor[i], row);
   }
   page.ResetPrinterObj();
-  return {column.x(), column.y()};
+}
+
+/// The frame of a legend. Gives the place of what stands in it.
+SurfacePoint DrawLegendFrame(Page& page, float left, float top) {
+  page.DrawTitledFrame("Legend ", left, top, kBlockWidth, kLegendHeight);
+  return {ToFloat(left + kLegendLeft), ToFloat(top + kLegendTop)};
 }
 
 }  // namespace
 
 void PrintWafer::DrawColoredLegend(const wafer& source, float left, float top) {
   Page page = NewPage();
-  page.DrawTitledFrame("Legend ", left, top, kBlockWidth, kLegendHeight);
-  DrawColorScale(page, source, left + kLegendLeft, top + kLegendTop);
+  const SurfacePoint place = DrawLegendFrame(page, left, top);
+  DrawColorScale(page, source, place.x, place.y);
 }
 
 void PrintWafer::DrawSigmaLegend(const wafer& source, float left, float top, float sigma_range) {
   Page page = NewPage();
-  page.DrawTitledFrame("Legend ", left, top, kBlockWidth, kLegendHeight);
-  DrawSigmaScale(page, source, left + kLegendLeft, top + kLegendTop, sigma_range);
+  SurfacePoint place = DrawLegendFrame(page, left, top);
+  DrawSigmaScale(page, source, place.x, place.y, sigma_range);
 }
 
 void PrintWafer::DrawSigmaLegend_No_Frame(const wafer& source, float& left, float& top,
                                           float sigma_range) {
   Page page = NewPage();
-  const SurfacePoint place = DrawSigmaScale(page, source, left, top, sigma_range);
-  left = place.x;
-  top = place.y;
+  DrawSigmaScale(page, source, left, top, sigma_range);
 }
 
 void PrintWafer::DrawWaferRemarks(const wafer& source, float left, float top) {
-  DrawBlock(NewPage(), kRemarks, RemarkRows(source), left, top);
+  DrawBlock(NewPage(), {"Wafer Remarks ", 1875, RemarkRows(), Millimetres}, source, left, top);
 }
 
 void PrintWafer::DrawWaferSize(const wafer& source, float left, float top) {
-  const auto format = [](float value) { return FormatNonZero(value, "00.00"); };
-  DrawBlock(NewPage(), kSize, SizeRows(source, format), left, top);
+  DrawBlock(NewPage(), {"Wafer Size ", 1155, SizeRows(), Millimetres}, source, left, top);
 }
 
 void PrintWafer::DrawWaferStatistics(const wafer& source, float left, float top) {
-  DrawBlock(NewPage(), kStatistics, StatisticsRows(source, &PrintWafer::FormatLbl), left, top);
+  DrawBlock(NewPage(),
+            {.caption = "Wafer Statistics ",
+             .height = 2115,
+             .rows = StatisticsRows(),
+             .format = FormatLbl,
+             .labels_first = true},
+            source, left, top);
 }
 
 }  // namespace discoplan

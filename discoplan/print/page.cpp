@@ -87,6 +87,9 @@ void MarkFlat(Surface& printer, const Glyph& glyph, double rotation) {
 
 }  // namespace
 
+TextPlace::TextPlace(double x_in, double y_in, double width_in, int colour_in)
+    : x(ToFloat(x_in)), y(ToFloat(y_in)), width(ToFloat(width_in)), colour(colour_in) {}
+
 std::string FormatNonZero(double value, const std::string& picture) {
   return FormatTrimmed(ToFloat(value), picture);
 }
@@ -172,7 +175,7 @@ void Page::PrintCenteredText(std::string& text, const TextPlace& place) {
   Print(text, ToInt16(place.x - width / 2), place.y);
 }
 
-void Page::PrintSigmaGlyph(double x, double y, int colour) {
+void Page::PrintSigmaGlyph(float x, float y, int colour) {
   const Font kept = printer_.Font();
   printer_.Font({.name = kSymbolFont, .size = 14});
   printer_.DrawStyle(0);

@@ -15,12 +15,14 @@
 
 namespace discoplan {
 
-/// Where a text stands and how wide it may be.
-struct TextPlace {
-  double x = 0;
-  double y = 0;
-  double width = 0;
-  int colour = 0;
+/// Where a text stands and how wide it may be. Kept as 32-bit floats; `Overflow` beyond them.
+struct DISCOPLAN_EXPORT TextPlace {
+  TextPlace(double x_in, double y_in, double width_in, int colour_in);
+
+  float x;
+  float y;
+  float width;
+  int colour;
 };
 
 /// How a wafer's outline is seen, in degrees.
@@ -62,7 +64,7 @@ class DISCOPLAN_EXPORT Page {
   void PrintCenteredText(std::string&& text, const TextPlace& place) {
     PrintCenteredText(text, place);
   }
-  void PrintSigmaGlyph(double x, double y, int colour);
+  void PrintSigmaGlyph(float x, float y, int colour);
 
   /// Small frame with the wafer's outline, named after its mark.
   void DrawStyleBlock(float x, float y, const GlyphView& view);

@@ -53,7 +53,8 @@ struct BarPrint {
 struct ContourPrint {
   ContourSettings settings;  ///< The radius follows from the area.
   std::string caption = {};
-  std::function<void(const Message&)> show = {};  ///< For the box that the plot may raise.
+  /// For the box that the plot may raise.
+  std::function<void(const Message&)> show = [](const Message&) {};
 };
 
 struct HistogramPrint {

@@ -42,36 +42,37 @@ void DrawFrame(Page& page, const std::string& caption, const PageArea& area) {
 
 /// What tells the plots over the whole wafer apart, besides their renderer.
 struct MapForm {
-  bool frame_first;      ///< Or last, over the plot.
-  bool leaves_position;  ///< The map's place stays in the caller's area,
-  bool leaves_width;     ///< and so does the width without the strip at the right.
+  /// Then the width without the strip at the right stays in the caller's area. Or last, over the
+  /// plot: then the width gets the strip back.
+  bool frame_first;
+  bool leaves_position;  ///< The map's place stays in the caller's area.
 };
 
-constexpr MapForm kColouredMap{false, false, false};
-constexpr MapForm kSigmaMap{true, false, true};
-constexpr MapForm kPerspective{true, true, true};
+constexpr MapForm kColouredMap{.frame_first = false, .leaves_position = false};
+constexpr MapForm kSigmaMap{.frame_first = true, .leaves_position = false};
+constexpr MapForm kPerspective{.frame_first = true, .leaves_position = true};
 
 template <class Draw>
 void PrintMap(Page page, const MapForm& form, PageArea& area, const std::string& caption,
               const GlyphView& glyph, Draw&& draw) {
-  const PageArea whole = area;
   page.ResetPrinterObj();
-  if (form.frame_first) DrawFrame(page, caption, whole);
-  page.DrawStyleBlock(ToFloat(static_cast<double>(whole.left) + whole.width - kBlockFromRight),
-                      ToFloat(static_cast<double>(whole.top) + whole.height - kBlockFromBottom),
+  if (form.frame_first) DrawFrame(page, caption, area);
+  page.DrawStyleBlock(ToFloat(static_cast<double>(area.left) + area.width - kBlockFromRight),
+                      ToFloat(static_cast<double>(area.top) + area.height - kBlockFromBottom),
                       glyph);
-  const float top = ToFloat(static_cast<double>(whole.top) + page.printer().TextHeight("0"));
-  const float width = ToFloat(whole.width - kStrip);
-  const PageArea map = Middle(whole.left, top, width, whole.height);
-  page.printer().ScaleMode(3);
-  draw(page.printer(), OnPage(map));
-  page.ResetPrinterObj();
-  if (!form.frame_first) DrawFrame(page, caption, whole);
-  if (form.leaves_width) area.width = width;
+  const float top = ToFloat(static_cast<double>(area.top) + page.printer().TextHeight("0"));
+  area.width = ToFloat(area.width - kStrip);
+  const PageArea map = Middle(area.left, top, area.width, area.height);
   if (form.leaves_position) {
     area.left = map.left;
     area.top = map.top;
   }
+  page.printer().ScaleMode(3);
+  draw(page.printer(), OnPage(map));
+  page.ResetPrinterObj();
+  if (form.frame_first) return;
+  area.width = ToFloat(area.width + kStrip);
+  DrawFrame(page, caption, area);
 }
 
 GlyphView FromAbove(const wafer& source) { return {.flat_ratio = source.FlatRatio}; }

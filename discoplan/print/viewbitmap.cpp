@@ -22,6 +22,10 @@ constexpr int kLabelColumn = 120;
 constexpr int kValueColumn = 1300;
 constexpr int kColumnWidth = 1200;
 
+std::string NonZero(float value) { return FormatNonZero(value, "0.00"); }
+
+std::string Millimetres(float value) { return FormatPicture(value, "00.00"); }
+
 }  // namespace
 
 Picture& viewbitmap::BitmapOrRaise() const {
@@ -68,33 +72,31 @@ void viewbitmap::DrawWaferData() {
 }
 
 void viewbitmap::DrawStatisticsPanel(std::int16_t x, std::int16_t y) {
-  const auto format = [](float value) { return FormatNonZero(value, "0.00"); };
-  DrawPanel("Wafer Statistics", StatisticsRows(WaferOrRaise(), format), x, y);
+  DrawPanel({"Wafer Statistics", StatisticsRows(), NonZero}, x, y);
 }
 
 void viewbitmap::DrawSizePanel(std::int16_t x, std::int16_t y) {
-  const auto format = [](float value) { return FormatPicture(value, "00.00"); };
-  DrawPanel("Wafer Size", SizeRows(WaferOrRaise(), format), x, y);
+  DrawPanel({"Wafer Size", SizeRows(), Millimetres}, x, y);
 }
 
 void viewbitmap::DrawRemarksPanel(std::int16_t x, std::int16_t y) {
-  std::vector<InformationRow> rows = RemarkRows(WaferOrRaise());
-  rows.push_back({"Filename:", FirstCharacters(WaferOrRaise().SpareText1)});
-  DrawPanel("Wafer Remarks ", rows, x, y);
+  DrawPanel({"Wafer Remarks ", RemarkRowsWithFile(), NonZero}, x, y);
 }
 
-void viewbitmap::DrawPanel(const char* title, const std::vector<InformationRow>& rows,
-                           std::int16_t x, std::int16_t y) {
+void viewbitmap::DrawPanel(const Panel& panel, std::int16_t x, std::int16_t y) {
   Picture& picture = BitmapOrRaise();
+  const wafer& source = WaferOrRaise();
   picture.FontUnderline(!picture.FontUnderline());
-  PutClippedText(title, x, y, kTitleWidth);
+  PutClippedText(panel.title, x, y, kTitleWidth);
   picture.FontUnderline(!picture.FontUnderline());
   int row_y = y + kFirstRow;
-  for (const InformationRow& row : rows) {
+  for (const InformationRow& row : panel.rows) {
     if (!row.label.empty()) {
       PutClippedText(std::string(row.label), x + kLabelColumn, row_y, kColumnWidth);
     }
-    if (row.value) PutClippedText(*row.value, x + kValueColumn, row_y, kColumnWidth);
+    if (const auto text = row.value(source, panel.format)) {
+      PutClippedText(*text, x + kValueColumn, row_y, kColumnWidth);
+    }
     row_y += kPitch;
   }
 }

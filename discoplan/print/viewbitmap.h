@@ -30,8 +30,13 @@ class DISCOPLAN_EXPORT viewbitmap {
  private:
   void DrawSizePanel(std::int16_t x, std::int16_t y);
   void DrawStatisticsPanel(std::int16_t x, std::int16_t y);
-  void DrawPanel(const char* title, const std::vector<InformationRow>& rows, std::int16_t x,
-                 std::int16_t y);
+  struct Panel {
+    const char* title;
+    InformationRows rows;
+    NumberFormat format;
+  };
+
+  void DrawPanel(const Panel& panel, std::int16_t x, std::int16_t y);
   void PutClippedText(std::string text, int x, int y, int width);
   Picture& BitmapOrRaise() const;
   const wafer& WaferOrRaise() const;

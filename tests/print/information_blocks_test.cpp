@@ -119,6 +119,33 @@ TEST_F(InformationBlocks, ShowTheSigmaRange) {
   EXPECT_EQ(Calls(trace, "Polygon")[2][1][2], json::parse("[134, 245]"));
 }
 
+TEST_F(InformationBlocks, PutTheSigmaSignBehindWhatIsLeftOfACutText) {
+  print_.DrawSigmaLegend(source_, 1000, 2000, 1e-30F);
+  const auto texts = Texts(Trace());
+  // 33 characters of 6 pixels have room in 200, and their sign stands 5 pixels behind them.
+  EXPECT_EQ(texts[1][2].get<std::string>().size(), 33U);
+  EXPECT_EQ(texts[2][0], 161 + 33 * 6 + 5);
+}
+
+// 450 twips are 30.5 pixels in 32-bit floats, half to even, but a little more in 64-bit ones.
+TEST_F(InformationBlocks, RoundTheOffsetOfIntervalsFromA32BitFloat) {
+  paper_ = NewPaper(14.754098F, 20);
+  print_.PrinterObj(paper_.get());
+  print_.DrawColoredLegend(source_, 0, 0);
+  EXPECT_NEAR(Texts(Trace())[1][0].get<double>(), 210 / 14.754098 + 30, 1e-3);
+}
+
+TEST_F(InformationBlocks, StandOnThePageAsFarAsTheyGo) {
+  source_.Minimum = -3e38F;
+  source_.Maximum = 3e38F;
+  EXPECT_THROW(print_.DrawWaferStatistics(source_, 0, 0), RunTimeError);
+  const json trace = Trace();
+  EXPECT_EQ(Calls(trace, "Line").size(), 5U) << "the frame";
+  const auto texts = Texts(trace);
+  EXPECT_EQ(texts[7][2], "Unit:") << "the labels come first";
+  EXPECT_EQ(texts.back()[1], 1320) << "the range is more than a number";
+}
+
 TEST_F(InformationBlocks, WithoutAFrameLeaveThePlaceInPixels) {
   float left = 1000, top = 2000;
   print_.DrawSigmaLegend_No_Frame(source_, left, top, 1.5F);

@@ -125,6 +125,12 @@ TEST_F(PrintedPlots, ANarrowAreaLeavesTheRendererANegativeSide) {
   EXPECT_EQ(area_.width, -250);
 }
 
+TEST_F(PrintedPlots, FramesDrawnLastGetTheStripBackIn32Bits) {
+  area_.width = 100.01F;
+  print_.Print_2DPlot(source_, area_, {.resolution = 20});
+  EXPECT_EQ(area_.width, 100.010009765625F);
+}
+
 TEST_F(PrintedPlots, ThinMapsFillTheirArea) {
   std::string second = "below the map";
   print_.Print_2DPlot_THN(source_, area_, {.resolution = 20, .caption = "Cap"}, second);
@@ -183,6 +189,11 @@ TEST_F(PrintedPlots, ContoursPassTheirMessageOn) {
 }
 
 // The margin is 480 on both sides; 600 above and 720 below the box.
+TEST_F(PrintedPlots, ContoursNeedNobodyForTheirMessage) {
+  source_ = LoadedWafer({{0, 0, 1000}, {50, 0, 1}, {0, 50, 1}, {-50, 0, 1}, {0, -50, 1}}, 200, 194);
+  EXPECT_NO_THROW(print_.Print_Contour(source_, area_, {.settings = {.interval = 1e-7F}}));
+}
+
 TEST_F(PrintedPlots, HistogramsStandInABox) {
   print_.Print_Histo(source_, area_, {.caption = "Cap"});
   json trace = Trace();
