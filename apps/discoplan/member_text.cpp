@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "apps/discoplan/member_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <optional>
 
@@ -26,15 +27,25 @@ std::optional<Colour> ToColour(const std::string& text) {
   return (rgb & 0xFF) << 16 | (rgb & 0xFF00) | rgb >> 16;
 }
 
+std::string Names(std::span<const Enumerator> choices) {
+  std::string names;
+  for (const Enumerator& choice : choices) {
+    names += (names.empty() ? "; it is one of " : ", ") + std::string(choice.name);
+  }
+  return names;
+}
+
 Variant ToVariant(const std::string& text, const Member& member) {
   if (member.type == "string") return Variant(text);
+  const auto choice = std::ranges::find(member.choices, text, &Enumerator::name);
+  if (choice != member.choices.end()) return Variant(choice->value);
   if (member.type == "colour") {
     if (const auto colour = ToColour(text)) return Variant(*colour);
   }
   if (text == "true" || text == "false") return BooleanVariant(text == "true");
   if (const auto number = ToNumber(text)) return Variant(*number);
   throw UsageError("--set " + std::string(member.name) + ": '" + text + "' is no value of type " +
-                   std::string(member.type));
+                   std::string(member.type) + Names(member.choices));
 }
 
 std::string WritableNames(const MemberTable& members) {

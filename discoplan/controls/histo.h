@@ -10,6 +10,10 @@ enum class PlotTyEnum : std::int16_t { vbbottom = 1, vbTop = 2, vbLeft = 3, vbRi
 
 template <>
 inline constexpr std::string_view EnumName<PlotTyEnum> = "PlotTyEnum";
+template <>
+inline constexpr std::array kEnumerators<PlotTyEnum> = {
+    Enumerator{"vbbottom", 1}, Enumerator{"vbTop", 2}, Enumerator{"vbLeft", 3},
+    Enumerator{"vbRight", 4}};
 
 /// Histogram of the values with a Gauss curve. It has no legend panel and no snapshot: each `Plot`
 /// draws anew. Control limits are shown in all histograms of a thread.

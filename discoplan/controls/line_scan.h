@@ -16,6 +16,9 @@ enum class PlotTypeEnumLineScan : std::int16_t {
 
 template <>
 inline constexpr std::string_view EnumName<PlotTypeEnumLineScan> = "PlotTypeEnumLineScan";
+template <>
+inline constexpr std::array kEnumerators<PlotTypeEnumLineScan> = {Enumerator{"vbAngle", 1},
+                                                                  Enumerator{"vbline", 2}};
 
 /// The value along a straight cut across the wafer. The user turns the cut with an angle box and a
 /// spinner; the curve follows at once. It keeps no snapshot: each occasion draws anew.

@@ -12,9 +12,18 @@ enum class DrawColEnum : std::int16_t { BWhitePlot = 0, ColorPlot = -1 };
 template <>
 inline constexpr std::string_view EnumName<ResoEnum> = "ResoEnum";
 template <>
+inline constexpr std::array kEnumerators<ResoEnum> = {
+    Enumerator{"LowQuality", 0}, Enumerator{"HighQuality", 1}, Enumerator{"Automatic", 2}};
+template <>
 inline constexpr std::string_view EnumName<ExconEnum> = "ExconEnum";
 template <>
+inline constexpr std::array kEnumerators<ExconEnum> = {
+    Enumerator{"Exact", 1}, Enumerator{"Converted", 2}, Enumerator{"None", 3}};
+template <>
 inline constexpr std::string_view EnumName<DrawColEnum> = "DrawColEnum";
+template <>
+inline constexpr std::array kEnumerators<DrawColEnum> = {Enumerator{"BWhitePlot", 0},
+                                                         Enumerator{"ColorPlot", -1}};
 
 /// Contour lines: at the mean, and above and below it in steps of a part of the mean.
 class DISCOPLAN_EXPORT Plot2DC final : public MapControl {

@@ -9,6 +9,9 @@ enum class PlotTypeEnum : std::int16_t { PolyEdge = 1, HiddenWireFrame = 2, Wire
 
 template <>
 inline constexpr std::string_view EnumName<PlotTypeEnum> = "PlotTypeEnum";
+template <>
+inline constexpr std::array kEnumerators<PlotTypeEnum> = {
+    Enumerator{"PolyEdge", 1}, Enumerator{"HiddenWireFrame", 2}, Enumerator{"WireFrame", 3}};
 
 /// The wafer's values as a surface in perspective.
 class DISCOPLAN_EXPORT Plot3D final : public SurfaceControl {

@@ -44,7 +44,12 @@ enum class PrintResult : std::int16_t {
 template <>
 inline constexpr std::string_view EnumName<WaferSt> = "WaferSt";
 template <>
+inline constexpr std::array kEnumerators<WaferSt> = {Enumerator{"Notch", 1}, Enumerator{"Flat", 2}};
+template <>
 inline constexpr std::string_view EnumName<Sites> = "Sites";
+template <>
+inline constexpr std::array kEnumerators<Sites> = {Enumerator{"ShowSite", -1},
+                                                   Enumerator{"HideSite", 0}};
 template <>
 inline constexpr std::string_view EnumName<PlotResult> = "int16";
 template <>

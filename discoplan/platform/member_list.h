@@ -8,6 +8,7 @@
 ///         Method("Plot", &Plot2D::Plot),
 ///     };
 
+#include <array>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
@@ -19,9 +20,11 @@
 namespace discoplan {
 
 /// The interface's name for a type, and the way between the type and a variant. An enumeration of
-/// the interface names itself by specialising `EnumName`.
+/// the interface names itself by specialising `EnumName`, and its values by `kEnumerators`.
 template <class T>
 inline constexpr std::string_view EnumName{};
+template <class T>
+inline constexpr std::array<Enumerator, 0> kEnumerators{};
 
 template <class T>
 constexpr std::string_view TypeName() {
@@ -113,6 +116,7 @@ Member Property(std::string_view name, T (C::*get)() const, void (C::*set)(Given
   Member member{.name = name,
                 .kind = Member::Kind::Property,
                 .type = TypeName<Value>(),
+                .choices = kEnumerators<Value>,
                 .get = {},
                 .set = {},
                 .parameters = {},

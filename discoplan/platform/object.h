@@ -34,6 +34,12 @@ class DISCOPLAN_EXPORT Object {
   virtual const MemberTable& Members() const = 0;
 };
 
+/// A named value of an enumeration.
+struct Enumerator {
+  std::string_view name;
+  std::int16_t value;
+};
+
 /// One property or method. The functions raise `RunTimeError` for a value of the wrong type
 /// (`TypeMismatch`) or out of its range (`Overflow`), and for a wrong number of arguments
 /// (`InvalidCall`).
@@ -43,6 +49,7 @@ struct Member {
   std::string_view name;
   Kind kind;
   std::string_view type;  ///< Of the value or of the result; "none" for a method without one.
+  std::span<const Enumerator> choices = {};  ///< Of an enumeration.
   std::function<Variant(Object&)> get;
   std::function<void(Object&, const Variant&)> set;
   std::vector<std::string_view> parameters;  ///< Types of a method's arguments.

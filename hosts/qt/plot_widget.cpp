@@ -2,17 +2,20 @@
 #include "hosts/qt/plot_widget.h"
 
 #include <QApplication>
-#include <QDynamicPropertyChangeEvent>
 #include <QElapsedTimer>
+#include <QMetaProperty>
 #include <QPointer>
 #include <QResizeEvent>
 #include <QTimer>
-#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
 
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/core/numbers.h"
 #include "discoplan/raster/picture.h"
 #include "hosts/qt/form_view.h"
+#include "hosts/qt/qt_paper.h"
 #include "hosts/qt/qt_platform.h"
 
 namespace discoplan::qt {
@@ -21,6 +24,16 @@ namespace {
 constexpr qint64 kFrame = 16;  // milliseconds between two looks at a growing plot
 constexpr std::int16_t kHourglass = 11;
 
+/// The double that a person means by a 32-bit float: 0.1 for 0.1F.
+double Meant(float value) {
+  if (!std::isfinite(value)) return value;
+  std::array<char, 32> text{};
+  const auto end = std::to_chars(text.begin(), text.end(), value).ptr;
+  double meant = 0;
+  std::from_chars(text.data(), end, meant);
+  return meant;
+}
+
 QVariant ToQVariant(const Variant& value) {
   return std::visit(
       [](const auto& held) -> QVariant {
@@ -28,9 +41,11 @@ QVariant ToQVariant(const Variant& value) {
         if constexpr (std::is_same_v<T, std::int16_t> || std::is_same_v<T, std::int32_t>) {
           return QVariant(static_cast<int>(held));
         } else if constexpr (std::is_same_v<T, Colour>) {
-          return QVariant(static_cast<uint>(held));
-        } else if constexpr (std::is_same_v<T, float> || std::is_same_v<T, double>) {
-          return QVariant(static_cast<double>(held));
+          return QVariant(ColourOf(held));
+        } else if constexpr (std::is_same_v<T, float>) {
+          return QVariant(Meant(held));
+        } else if constexpr (std::is_same_v<T, double>) {
+          return QVariant(held);
         } else if constexpr (std::is_same_v<T, std::string>) {
           return QVariant(QString::fromStdString(held));
         } else {
@@ -41,13 +56,18 @@ QVariant ToQVariant(const Variant& value) {
 }
 
 Variant FromQVariant(const QVariant& value) {
-  if (value.typeId() == QMetaType::QString) return Variant(value.toString().toStdString());
-  if (value.typeId() == QMetaType::Bool) return BooleanVariant(value.toBool());
-  return Variant(value.toDouble());
-}
-
-bool IsPublished(const Member& member) {
-  return member.kind == Member::Kind::Property && member.writable() && member.type != "object";
+  switch (value.typeId()) {
+    case QMetaType::QString:
+      return Variant(value.toString().toStdString());
+    case QMetaType::Bool:
+      return BooleanVariant(value.toBool());
+    case QMetaType::QColor: {
+      const QColor colour = value.value<QColor>();
+      return Variant(static_cast<Colour>(colour.blue() << 16 | colour.green() << 8 | colour.red()));
+    }
+    default:
+      return Variant(value.toDouble());
+  }
 }
 
 }  // namespace
@@ -89,9 +109,12 @@ class PlotHost final : public QtPlatform,
 
   void PropertyChanged(std::string_view name) override {
     if (!widget_) return;
-    const QString text = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
-    Q_EMIT widget_->PropertyChanged(text);
+    const std::string text(name);
+    const QMetaObject& meta = *widget_->metaObject();
     SyncSoon();
+    const int index = meta.indexOfProperty(text.c_str());
+    if (index >= 0) meta.property(index).notifySignal().invoke(widget_);
+    if (widget_) Q_EMIT widget_->PropertyChanged(QString::fromStdString(text));
   }
   void EventRaised(std::string_view name, std::span<const Variant> args) override {
     if (!widget_) return;
@@ -178,7 +201,6 @@ PlotWidget::PlotWidget(const char* class_name, QWidget* parent)
     for (const auto& child : node.children()) nodes.push_back(child.get());
   }
   resize(sizeHint());
-  PublishProperties();
 }
 
 PlotWidget::~PlotWidget() {
@@ -208,40 +230,20 @@ PlotResult PlotWidget::Plot() {
   return result;
 }
 
-void PlotWidget::Sync() {
-  view_->Sync();
-  PublishProperties();
-}
+void PlotWidget::Sync() { view_->Sync(); }
 
 QSize PlotWidget::minimumSizeHint() const { return {200, 120}; }
 
-void PlotWidget::PublishProperties() {
-  publishing_ = true;
-  for (const Member& member : Control().Members()) {
-    if (!IsPublished(member)) continue;
-    const QByteArray name(member.name.data(), static_cast<qsizetype>(member.name.size()));
-    const QVariant value = ToQVariant(member.get(Control()));
-    if (property(name) != value) setProperty(name, value);
-  }
-  publishing_ = false;
+QVariant PlotWidget::Value(const char* property) const {
+  return ToQVariant(Control().Members().At(property).get(Control()));
 }
 
-/// A value that the control mends reads back as it was mended.
-void PlotWidget::TakeProperty(const QByteArray& name) {
-  const Member* member = Control().Members().Find(name.toStdString());
-  if (member == nullptr || !IsPublished(*member)) return;
-  const QVariant value = property(name);
+void PlotWidget::SetValue(const char* property, const QVariant& value) {
   const QPointer<PlotWidget> self(this);
   const std::shared_ptr<PlotHost> keep = host_;
-  Attempt([&] { member->set(*keep->control, FromQVariant(value)); });
+  const Member& member = keep->control->Members().At(property);
+  Attempt([&] { member.set(*keep->control, FromQVariant(value)); });
   if (self) Sync();
-}
-
-bool PlotWidget::event(QEvent* event) {
-  if (event->type() == QEvent::DynamicPropertyChange && !publishing_ && view_ != nullptr) {
-    TakeProperty(static_cast<QDynamicPropertyChangeEvent*>(event)->propertyName());
-  }
-  return QWidget::event(event);
 }
 
 void PlotWidget::resizeEvent(QResizeEvent* event) {

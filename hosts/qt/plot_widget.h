@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// The nine plots as widgets.
+/// What the nine widgets of plot_widgets.h share.
 ///
 ///     auto* plot = new discoplan::qt::Plot2DWidget;
-///     plot->control().WaferDiameter(300);
+///     plot->setWaferDiameter(300);
 ///     plot->SetWaferData(x, y, thickness);
 ///     plot->Plot();
 ///
-/// Each hosts one control and shows its tree with real child widgets. The interface's members are
-/// C++ calls on `control()` and properties of the widget under the same names. A widget may be
-/// destroyed at any time, also while it plots or shows a dialog.
+/// Each hosts one control and shows its tree with real child widgets. The interface's properties
+/// are properties of the widget under the same names, its methods are calls on `control()`. A
+/// widget may be destroyed at any time, also while it plots or shows a dialog.
 
 #include <QVariant>
 #include <QWidget>
@@ -62,7 +62,11 @@ class DISCOPLAN_EXPORT PlotWidget : public QWidget {
  protected:
   explicit PlotWidget(const char* class_name, QWidget* parent);
 
-  bool event(QEvent* event) override;
+  /// Of a property of the interface. A value that the control mends reads back as it was mended;
+  /// one that doesn't fit its type changes nothing.
+  QVariant Value(const char* property) const;
+  void SetValue(const char* property, const QVariant& value);
+
   void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
@@ -70,84 +74,8 @@ class DISCOPLAN_EXPORT PlotWidget : public QWidget {
  private:
   friend class PlotHost;
 
-  void PublishProperties();
-  void TakeProperty(const QByteArray& name);
-
   std::shared_ptr<PlotHost> host_;
   FormView* view_ = nullptr;
-  bool publishing_ = false;
-};
-
-class DISCOPLAN_EXPORT Plot2DWidget final : public PlotWidget {
-  Q_OBJECT
-
- public:
-  explicit Plot2DWidget(QWidget* parent = nullptr) : PlotWidget("Plot2D", parent) {}
-  Plot2D& control() const { return static_cast<Plot2D&>(Control()); }
-};
-
-class DISCOPLAN_EXPORT Plot2DSWidget final : public PlotWidget {
-  Q_OBJECT
-
- public:
-  explicit Plot2DSWidget(QWidget* parent = nullptr) : PlotWidget("Plot2DS", parent) {}
-  Plot2DS& control() const { return static_cast<Plot2DS&>(Control()); }
-};
-
-class DISCOPLAN_EXPORT Plot2DCWidget final : public PlotWidget {
-  Q_OBJECT
-
- public:
-  explicit Plot2DCWidget(QWidget* parent = nullptr) : PlotWidget("Plot2DC", parent) {}
-  Plot2DC& control() const { return static_cast<Plot2DC&>(Control()); }
-};
-
-class DISCOPLAN_EXPORT Plot2DNWidget final : public PlotWidget {
-  Q_OBJECT
-
- public:
-  explicit Plot2DNWidget(QWidget* parent = nullptr) : PlotWidget("Plot2DN", parent) {}
-  Plot2DN& control() const { return static_cast<Plot2DN&>(Control()); }
-};
-
-class DISCOPLAN_EXPORT Plot3DWidget final : public PlotWidget {
-  Q_OBJECT
-
- public:
-  explicit Plot3DWidget(QWidget* parent = nullptr) : PlotWidget("Plot3D", parent) {}
-  Plot3D& control() const { return static_cast<Plot3D&>(Control()); }
-};
-
-class DISCOPLAN_EXPORT Plot3DSWidget final : public PlotWidget {
-  Q_OBJECT
-
- public:
-  explicit Plot3DSWidget(QWidget* parent = nullptr) : PlotWidget("Plot3DS", parent) {}
-  Plot3DS& control() const { return static_cast<Plot3DS&>(Control()); }
-};
-
-class DISCOPLAN_EXPORT Plot3DBWidget final : public PlotWidget {
-  Q_OBJECT
-
- public:
-  explicit Plot3DBWidget(QWidget* parent = nullptr) : PlotWidget("Plot3DB", parent) {}
-  Plot3DB& control() const { return static_cast<Plot3DB&>(Control()); }
-};
-
-class DISCOPLAN_EXPORT HistoWidget final : public PlotWidget {
-  Q_OBJECT
-
- public:
-  explicit HistoWidget(QWidget* parent = nullptr) : PlotWidget("Histo", parent) {}
-  Histo& control() const { return static_cast<Histo&>(Control()); }
-};
-
-class DISCOPLAN_EXPORT LineScanWidget final : public PlotWidget {
-  Q_OBJECT
-
- public:
-  explicit LineScanWidget(QWidget* parent = nullptr) : PlotWidget("LineScan", parent) {}
-  LineScan& control() const { return static_cast<LineScan&>(Control()); }
 };
 
 }  // namespace discoplan::qt

@@ -147,7 +147,7 @@ TEST_F(Program, TakesEveryOptionOfAPlot) {
   const Outcome outcome =
       Run("plot " + kLot +
           " --wafer 7 -o map.png --diameter 300 --test-diameter 290 --style flat --limits 9 11"
-          " --size 500x400 --set Resolution=4 --set ShowSites=true --set IntervalColor3=#FF8000"
+          " --size 500x400 --set Resolution=4 --set ShowSites=ShowSite --set IntervalColor3=#FF8000"
           " --caption Oxide --no-legend");
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.output, "");
@@ -200,6 +200,7 @@ INSTANTIATE_TEST_SUITE_P(
         Complaint{"plot ok.csv -o map.png --diameter -3", 2, "--diameter"},
         Complaint{"plot ok.csv -o map.png --set Colour=1", 2, "'Colour' is none of"},
         Complaint{"plot ok.csv -o map.png --set Resolution=fine", 2, "'fine' is no value"},
+        Complaint{"plot ok.csv -o map.png --set WaferStyle=Round", 2, "one of Notch, Flat"},
         Complaint{"plot ok.csv -o map.png --set Resolution", 2, "NAME=VALUE"},
         Complaint{"plot ok.csv -o map.png --kind 4D", 2, "'4D' is none of"},
         Complaint{"plot missing.csv -o map.png", 1, "missing.csv: "},

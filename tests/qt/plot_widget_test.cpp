@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/qt/plot_widget.h"
+#include "hosts/qt/plot_widgets.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QMetaProperty>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QPushButton>
@@ -95,13 +96,50 @@ TEST(PlotWidgets, HaveTheMembersAsProperties) {
   EXPECT_EQ(plot.property("TestDiameter"), 194.0);
   plot.setProperty("TestDiameter", 150);
   EXPECT_EQ(plot.control().TestDiameter(), 150);
-  plot.setProperty("Resolution", 90);
-  EXPECT_EQ(plot.property("Resolution"), 37.5) << "as it was mended";
+  plot.setResolution(90);
+  EXPECT_EQ(plot.Resolution(), 37.5) << "as it was mended";
+  plot.setResolution(0.1);
+  EXPECT_EQ(plot.Resolution(), 0.1) << "though kept in 32 bits";
   plot.setProperty("PlotCaption", "Oxide");
   EXPECT_EQ(plot.findChild<QGroupBox*>("Frplot")->title(), "Oxide");
   plot.control().WaferStyle(WaferSt::Flat);
-  QApplication::processEvents();
-  EXPECT_EQ(plot.property("WaferStyle"), 2);
+  EXPECT_EQ(plot.WaferStyle(), Plot2DWidget::WaferSt::Flat);
+  plot.setProperty("WaferStyle", "Notch");
+  EXPECT_EQ(plot.control().WaferStyle(), WaferSt::Notch);
+  plot.setIntervalColor3(QColor(1, 2, 3));
+  EXPECT_EQ(plot.control().Wafer().IntervalColor[3], 0x030201);
+  EXPECT_EQ(plot.IntervalColor3(), QColor(1, 2, 3));
+}
+
+TEST(PlotWidgets, HaveEachWritablePropertyOfTheTable) {
+  for (const auto& widget : AllNine()) {
+    const QMetaObject& meta = *widget->metaObject();
+    for (const Member& member : widget->Control().Members()) {
+      if (member.kind != Member::Kind::Property || member.type == "object") continue;
+      const int index = meta.indexOfProperty(std::string(member.name).c_str());
+      ASSERT_EQ(index >= 0, member.writable()) << meta.className() << "::" << member.name;
+      if (index < 0) continue;
+      const QMetaProperty property = meta.property(index);
+      const QVariant value = property.read(widget.get());
+      EXPECT_TRUE(value.isValid()) << member.name;
+      EXPECT_EQ(property.isEnumType(), !member.choices.empty()) << member.name;
+    }
+  }
+}
+
+TEST(PlotWidgets, TellWhichPropertyChanged) {
+  Plot2DWidget plot;
+  const QSignalSpy diameter(&plot, &Plot2DWidget::TestDiameterChanged);
+  const QSignalSpy caption(&plot, &Plot2DWidget::PlotCaptionChanged);
+  plot.setTestDiameter(150);
+  EXPECT_EQ(diameter.size(), 1);
+  EXPECT_EQ(caption.size(), 0);
+}
+
+TEST(PlotWidgets, LeaveAPropertyThatDoesNotFit) {
+  Plot2DWidget plot;
+  plot.setProperty("MousePointer", 99999);
+  EXPECT_EQ(plot.MousePointer(), 0);
 }
 
 TEST(PlotWidgets, ForwardEventsAsSignals) {

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+// Writes the header of the nine widgets from the controls' member tables: make_widgets HEADER
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <sstream>
+#include <vector>
+
+#include "discoplan/controls/control_factory.h"
+#include "hosts/headless/headless_host.h"
+
+namespace {
+
+using discoplan::Member;
+
+struct QtType {
+  const char* name;
+  const char* parameter;
+  const char* from_variant;  // behind a QVariant
+};
+
+const std::map<std::string_view, QtType> kTypes = {
+    {"float", {"double", "double", ".toDouble()"}},
+    {"double", {"double", "double", ".toDouble()"}},
+    {"int16", {"int", "int", ".toInt()"}},
+    {"int32", {"int", "int", ".toInt()"}},
+    {"boolean", {"bool", "bool", ".toBool()"}},
+    {"string", {"QString", "const QString&", ".toString()"}},
+    {"colour", {"QColor", "const QColor&", ".value<QColor>()"}},
+};
+
+struct Property {
+  const Member* member;
+  std::string type;
+  std::string parameter;
+  std::string name() const { return std::string(member->name); }
+  bool is_enumeration() const { return !member->choices.empty(); }
+};
+
+/// Those that a program or a form file sets. A wafer's diameter drops what lies outside it, and so
+/// it comes before the rest.
+std::vector<Property> PropertiesOf(const discoplan::MemberTable& members) {
+  std::vector<Property> properties;
+  for (const Member& member : members) {
+    if (member.kind != Member::Kind::Property || !member.writable()) continue;
+    const std::string enumeration(member.type);
+    if (!member.choices.empty()) {
+      properties.push_back({&member, enumeration, enumeration});
+    } else if (const auto type = kTypes.find(member.type); type != kTypes.end()) {
+      properties.push_back({&member, type->second.name, type->second.parameter});
+    }
+  }
+  std::ranges::stable_partition(properties, [](const Property& property) {
+    return property.member->name == "WaferDiameter";
+  });
+  return properties;
+}
+
+void WriteEnumerations(std::ostream& out, const std::vector<Property>& properties) {
+  std::vector<std::string> written;
+  for (const Property& property : properties) {
+    if (!property.is_enumeration() || std::ranges::count(written, property.type) > 0) continue;
+    written.push_back(property.type);
+    out << "  enum class " << property.type << " {";
+    for (const auto& choice : property.member->choices) {
+      out << ' ' << choice.name << " = " << choice.value << ',';
+    }
+    out << " };\n  Q_ENUM(" << property.type << ")\n";
+  }
+}
+
+void WriteAccessors(std::ostream& out, const Property& property) {
+  const std::string name = property.name();
+  out << "  " << property.type << ' ' << name << "() const { return ";
+  if (property.is_enumeration()) {
+    out << "static_cast<" << property.type << ">(Value(\"" << name << "\").toInt()); }\n";
+  } else {
+    out << "Value(\"" << name << "\")" << kTypes.at(property.member->type).from_variant << "; }\n";
+  }
+  out << "  void set" << name << '(' << property.parameter << " value) { SetValue(\"" << name
+      << "\", " << (property.is_enumeration() ? "static_cast<int>(value)" : "value") << "); }\n";
+}
+
+void WriteClass(std::ostream& out, const std::string& name, const discoplan::MemberTable& members) {
+  const std::vector<Property> properties = PropertiesOf(members);
+  out << "class DISCOPLAN_EXPORT " << name << "Widget final : public PlotWidget {\n  Q_OBJECT\n";
+  for (const Property& property : properties) {
+    const std::string own = property.name();
+    out << "  Q_PROPERTY(" << property.type << ' ' << own << " READ " << own << " WRITE set" << own
+        << " NOTIFY " << own << "Changed)\n";
+  }
+  out << "\n public:\n";
+  WriteEnumerations(out, properties);
+  out << "\n  explicit " << name << "Widget(QWidget* parent = nullptr) : PlotWidget(\"" << name
+      << "\", parent) {}\n\n  " << name << "& control() const { return static_cast<" << name
+      << "&>(Control()); }\n\n";
+  for (const Property& property : properties) WriteAccessors(out, property);
+  out << "\n Q_SIGNALS:\n";
+  for (const Property& property : properties) out << "  void " << property.name() << "Changed();\n";
+  out << "};\n\n";
+}
+
+std::string HeaderText() {
+  std::ostringstream out;
+  out << "// SPDX-License-Identifier: MIT\n"
+         "// Made by make_widgets from the controls' member tables.\n#pragma once\n\n"
+         "/// The nine plots as widgets, with the interface's members as properties.\n\n"
+         "#include <QColor>\n#include <QString>\n\n#include \"hosts/qt/plot_widget.h\"\n\n"
+         "namespace discoplan::qt {\n\n";
+  discoplan::HeadlessHost host;
+  for (const std::string_view name : discoplan::ControlClasses()) {
+    const auto control = discoplan::NewControl(name, host, nullptr);
+    WriteClass(out, std::string(name), control->Members());
+  }
+  out << "}  // namespace discoplan::qt\n";
+  return out.str();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::cerr << "make_widgets HEADER\n";
+    return 2;
+  }
+  std::ofstream header(argv[1]);
+  header << HeaderText();
+  return header.flush() ? 0 : 1;
+}
