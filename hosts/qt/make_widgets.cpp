@@ -102,18 +102,32 @@ void WriteClass(std::ostream& out, const std::string& name, const discoplan::Mem
   out << "};\n\n";
 }
 
+/// The way from a control's class to its widget.
+void WriteFactory(std::ostream& out) {
+  out << "/// A widget by its control's class, such as \"Plot2D\"; nothing for a name that none "
+         "has.\n"
+         "inline PlotWidget* NewPlotWidget(std::string_view control, QWidget* parent = nullptr) "
+         "{\n";
+  for (const std::string_view name : discoplan::ControlClasses()) {
+    out << "  if (control == \"" << name << "\") return new " << name << "Widget(parent);\n";
+  }
+  out << "  return nullptr;\n}\n\n";
+}
+
 std::string HeaderText() {
   std::ostringstream out;
   out << "// SPDX-License-Identifier: MIT\n"
          "// Made by make_widgets from the controls' member tables.\n#pragma once\n\n"
          "/// The nine plots as widgets, with the interface's members as properties.\n\n"
-         "#include <QColor>\n#include <QString>\n\n#include \"hosts/qt/plot_widget.h\"\n\n"
+         "#include <QColor>\n#include <QString>\n#include <string_view>\n\n#include "
+         "\"hosts/qt/plot_widget.h\"\n\n"
          "namespace discoplan::qt {\n\n";
   discoplan::HeadlessHost host;
   for (const std::string_view name : discoplan::ControlClasses()) {
     const auto control = discoplan::NewControl(name, host, nullptr);
     WriteClass(out, std::string(name), control->Members());
   }
+  WriteFactory(out);
   out << "}  // namespace discoplan::qt\n";
   return out.str();
 }
