@@ -63,7 +63,7 @@ void WriteEnumerations(std::ostream& out, const std::vector<Property>& propertie
   for (const Property& property : properties) {
     if (!property.is_enumeration() || std::ranges::count(written, property.type) > 0) continue;
     written.push_back(property.type);
-    out << "  enum class " << property.type << " {";
+    out << "  enum " << property.type << " {";
     for (const auto& choice : property.member->choices) {
       out << ' ' << choice.name << " = " << choice.value << ',';
     }
