@@ -6,7 +6,7 @@
 namespace discoplan {
 
 /// On which side of the chart the value axis lies.
-enum class PlotTyEnum : std::int16_t { vbbottom = 1, vbTop = 2, vbLeft = 3, vbRight = 4 };
+enum class PlotTyEnum : std::int32_t { vbbottom = 1, vbTop = 2, vbLeft = 3, vbRight = 4 };
 
 template <>
 inline constexpr std::string_view EnumName<PlotTyEnum> = "PlotTyEnum";

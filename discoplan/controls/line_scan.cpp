@@ -219,9 +219,15 @@ void LineScan::TakePoint(std::int16_t& field, std::int16_t value, std::string_vi
   Announce(property);
 }
 
+ScanLine LineScan::AngleCut() const {
+  return {.x1 = static_cast<float>(rotation_x_),
+          .y1 = static_cast<float>(rotation_y_),
+          .angle = angle_};
+}
+
 ScanLine LineScan::Cut() const {
   const auto mm = [](std::int16_t length) { return static_cast<float>(length); };
-  if (!ByLine()) return {.x1 = mm(rotation_x_), .y1 = mm(rotation_y_), .angle = angle_};
+  if (!ByLine()) return AngleCut();
   return {.at_angle = false,
           .x1 = mm(start_x_),
           .y1 = mm(start_y_),
@@ -286,7 +292,7 @@ void LineScan::RedrawLineScan() {
       DrawIndicator(IndicatorOf(true), Cut());
       DrawCurve();
     }
-  } else {
+  } else if (plot_type_ == PlotTypeEnumLineScan::vbAngle) {
     ShowWafer(IndicatorOf(false));
     IndicatorOf(false).frame.caption("Angle :");
     if (ParseNumber(angle_value_.text).value_or(0) == angle_) {
@@ -319,7 +325,7 @@ void LineScan::AngleTextChanged() {
   ClearSurface();
   angle_ = ToInt16(ParseNumber(text).value_or(0));
   up_down_.value = angle_;
-  DrawIndicator(IndicatorOf(false), Cut());
+  DrawIndicator(IndicatorOf(false), AngleCut());
   ShowReadOuts();
   if (plot_requested_) DrawCurve();
 }

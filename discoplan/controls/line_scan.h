@@ -75,6 +75,7 @@ class DISCOPLAN_EXPORT LineScan final : public PlotControl {
   void AddAngleBox();
   void ShowMode();
   void TakePoint(std::int16_t& field, std::int16_t value, std::string_view property);
+  ScanLine AngleCut() const;
   ScanLine Cut() const;
   bool ByLine() const { return plot_type_ == PlotTypeEnumLineScan::vbline; }
   Indicator& IndicatorOf(bool line) { return indicators_[line ? 1 : 0]; }

@@ -7,7 +7,7 @@ namespace discoplan {
 
 enum class ResoEnum : std::int16_t { LowQuality = 0, HighQuality = 1, Automatic = 2 };
 enum class ExconEnum : std::int16_t { Exact = 1, Converted = 2, None = 3 };
-enum class DrawColEnum : std::int16_t { BWhitePlot = 0, ColorPlot = -1 };
+enum class DrawColEnum : std::int32_t { BWhitePlot = 0, ColorPlot = -1 };
 
 template <>
 inline constexpr std::string_view EnumName<ResoEnum> = "ResoEnum";

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "discoplan/core/number_checks.h"
 #include "discoplan/core/numbers.h"
 
 namespace discoplan {
@@ -299,15 +300,21 @@ float PlotControl::GetWaferData(FloatArray& x, FloatArray& y, FloatArray& z) {
     *array = {.lower = 1, .values = std::vector<float>(sites.size()), .dimensioned = true};
   }
   for (std::size_t i = 0; i < sites.size(); ++i) {
-    x.values[i] = sites[i].x;
-    y.values[i] = sites[i].y;
     z.values[i] = sites[i].z;
+    y.values[i] = sites[i].y;
+    x.values[i] = sites[i].x;
   }
   return wafer_.GetNop();
 }
 
 float PlotControl::Interpolation(const Variant& x, const Variant& y) {
-  return wafer_.Interpolation(x.AsFloat(), y.AsFloat());
+  // A text that is a number will do.
+  const auto converted = [](const Variant& value) {
+    const auto* text = std::get_if<std::string>(&value.value());
+    const std::optional<double> number = text == nullptr ? std::nullopt : ParseNumber(*text);
+    return number ? ToFloat(*number) : value.AsFloat();
+  };
+  return wafer_.Interpolation(converted(x), converted(y));
 }
 
 void PlotControl::ReplotIfRequested() {

@@ -32,8 +32,8 @@
 
 namespace discoplan {
 
-enum class WaferSt : std::int16_t { Notch = 1, Flat = 2 };
-enum class Sites : std::int16_t { ShowSite = -1, HideSite = 0 };
+enum class WaferSt : std::int32_t { Notch = 1, Flat = 2 };
+enum class Sites : std::int32_t { ShowSite = -1, HideSite = 0 };
 enum class PlotResult : std::int16_t { Done = 0, NoData = 1 };
 enum class PrintResult : std::int16_t {
   Done = 0,

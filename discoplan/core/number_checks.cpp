@@ -104,10 +104,24 @@ class NumberParser {
     const auto fault = std::from_chars(plain.data(), plain.data() + plain.size(), number).ec;
     if (fault == std::errc()) return number;
     // What is too small to be told from zero is zero; what is too large is no number.
-    const bool has_exponent = plain.find('e') != std::string::npos;
-    const bool tiny = has_exponent ? plain.find("e-") != std::string::npos
-                                   : plain.starts_with('.') || plain.starts_with('0');
-    return tiny ? std::optional(0.0) : std::nullopt;
+    return Magnitude(plain) < 0 ? std::optional(0.0) : std::nullopt;
+  }
+
+  /// The power of ten of the first digit that isn't 0.
+  static double Magnitude(const std::string& plain) {
+    const std::size_t digits = std::min(plain.find('e'), plain.size());
+    const std::size_t point = std::min(plain.find('.'), digits);
+    const std::size_t first = plain.find_first_of("123456789");
+    const double power = static_cast<double>(point) - static_cast<double>(first);
+    return power + (digits == plain.size() ? 0.0 : Exponent(plain.substr(digits + 1)));
+  }
+
+  /// One that is too long for any number still has its sign.
+  static double Exponent(const std::string& text) {
+    int exponent = 0;
+    const auto fault = std::from_chars(text.data(), text.data() + text.size(), exponent).ec;
+    if (fault == std::errc()) return exponent;
+    return text.starts_with('-') ? -HUGE_VAL : HUGE_VAL;
   }
 
   std::string_view rest_;

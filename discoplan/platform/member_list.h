@@ -84,7 +84,8 @@ decltype(auto) FromVariant(Variant& value) {
   } else if constexpr (std::is_same_v<Bare, ArrayView>) {
     return value.IsEmpty() ? ArrayView() : ArrayView(value.AsArray());
   } else if constexpr (std::is_enum_v<Bare>) {
-    return static_cast<Bare>(value.AsInt16());
+    // A let that mends any number takes any; one that stores 16 bits overflows beyond them.
+    return static_cast<Bare>(sizeof(Bare) == 2 ? value.AsInt16() : value.AsInt32());
   } else if constexpr (std::is_same_v<Bare, float>) {
     return value.AsFloat();
   } else if constexpr (std::is_same_v<Bare, double>) {

@@ -2,8 +2,11 @@
 #include "discoplan/render/number_text.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
@@ -26,6 +29,13 @@ struct Decimal {
     const bool up = count >= 0 && digits[static_cast<std::size_t>(count)] >= '5';
     digits.resize(static_cast<std::size_t>(std::max(count, 0)));
     if (up) Increment();
+  }
+
+  double Nearest() const {
+    const std::string text = "0." + digits + "e" + std::to_string(exponent);
+    double magnitude = 0;
+    std::from_chars(text.data(), text.data() + text.size(), magnitude);
+    return negative ? -magnitude : magnitude;
   }
 
   char DigitAt(int power) const {  // the digit worth 10^power
@@ -137,9 +147,12 @@ std::string FormatToDigits(float value, std::string picture) {
 
 std::string PlainNumber(float value) {
   if (!std::isfinite(value)) return FormatPicture(value, "0");
-  char text[32];
-  std::snprintf(text, sizeof text, "%.*G", kSignificantDigits, static_cast<double>(value));
-  return text;
+  std::array<char, 32> text{};
+  const auto end = std::to_chars(text.begin(), text.end(), ToDecimal(value).Nearest(),
+                                 std::chars_format::general, kSignificantDigits)
+                       .ptr;
+  std::replace(text.begin(), end, 'e', 'E');
+  return std::string(text.begin(), end);
 }
 
 std::string wafer::FormatLbl(float value) {

@@ -12,30 +12,43 @@ namespace {
 
 using nlohmann::json;
 
+void Demand(const Node& node, NodeKind kind, const char* what) {
+  if (node.kind != kind) throw RequestError("The child is no " + std::string(what) + ".");
+}
+
 void Type(Node& field, const json& text) {
+  Demand(field, NodeKind::Text, "field");
   if (!text.is_string()) throw RequestError("What is typed must be a text.");
   if (field.text == text.get<std::string>()) return;
   field.text = text.get<std::string>();
   if (field.on_change) field.on_change();
 }
 
-template <std::function<void(int)> Node::*kHandler>
-void Send(Node& field, const json& number) {
-  const int whole = ToInt32(ToNumber(number, "A key code or a number of steps"));
-  if (field.*kHandler) (field.*kHandler)(whole);
+void Key(Node& field, const json& code) {
+  Demand(field, NodeKind::Text, "field");
+  const int key = ToInt32(ToNumber(code, "A key code"));
+  if (field.on_key) field.on_key(key);
+}
+
+void Spin(Node& spinner, const json& steps) {
+  Demand(spinner, NodeKind::Spinner, "spinner");
+  const int upward = ToInt32(ToNumber(steps, "A number of steps"));
+  if (spinner.on_spin) spinner.on_spin(upward);
 }
 
 void Click(Node& button, const json&) {
+  Demand(button, NodeKind::Button, "button");
   if (button.on_click) button.on_click();
 }
 
 void Leave(Node& field, const json&) {
+  Demand(field, NodeKind::Text, "field");
   if (field.on_leave) field.on_leave();
 }
 
 void Select(Node& group, const json& index) {
   const int choice = ToInt32(ToNumber(index, "The number of an option"));
-  if (group.kind != NodeKind::Options) throw RequestError("The child has no options.");
+  Demand(group, NodeKind::Options, "group of options");
   if (choice < 0 || static_cast<std::size_t>(choice) >= group.options.size()) {
     throw RequestError("The child has " + std::to_string(group.options.size()) +
                        " options, numbered from 0.");
@@ -46,7 +59,7 @@ void Select(Node& group, const json& index) {
 }
 
 void Check(Node& box, const json& ticked) {
-  if (box.kind != NodeKind::Check) throw RequestError("The child is no box to tick.");
+  Demand(box, NodeKind::Check, "box to tick");
   const bool tick =
       ticked.is_boolean() ? ticked.get<bool>() : ToNumber(ticked, "Whether a box is ticked") != 0;
   if ((box.value != 0) == tick) return;
@@ -61,12 +74,8 @@ struct Action {
 
 const std::map<std::string, Action, std::less<>>& Actions() {
   static const std::map<std::string, Action, std::less<>> actions = {
-      {"type", {Type, true}},
-      {"key", {Send<&Node::on_key>, true}},
-      {"spin", {Send<&Node::on_spin>, true}},
-      {"click", {Click, false}},
-      {"leave", {Leave, false}},
-      {"select", {Select, true}},
+      {"type", {Type, true}},    {"key", {Key, true}},      {"spin", {Spin, true}},
+      {"click", {Click, false}}, {"leave", {Leave, false}}, {"select", {Select, true}},
       {"check", {Check, true}},
   };
   return actions;

@@ -97,6 +97,31 @@ TEST_F(LineScanControl, FollowsWhatIsTyped) {
   }
 }
 
+TEST_F(LineScanControl, ShowsItsAngleAlsoWhileTheCutIsALine) {
+  LoadAndPlot();
+  scan_.PlotType(PlotTypeEnumLineScan::vbline);
+  scan_.LineStartPointX(-50);
+  scan_.LineEndPointX(50);
+  scan_.angle(90);
+  const TwipsBox level = Child("picplus").box;
+  const Node* line = Child("picplus").parent();
+  ASSERT_NE(line, nullptr);
+  scan_.PlotType(PlotTypeEnumLineScan::vbAngle);
+  scan_.Plot();
+  EXPECT_EQ(Child("picplus").box.left, level.left);
+  EXPECT_EQ(Child("picplus").box.top, level.top);
+}
+
+TEST_F(LineScanControl, DrawsNothingForAModeThatIsNone) {
+  LoadAndPlot();
+  scan_.PlotType(static_cast<PlotTypeEnumLineScan>(5));
+  Trace("FNPic");
+  Trace("PLOTA");
+  scan_.Plot();
+  EXPECT_EQ(Lines("PLOTA"), 0U);
+  EXPECT_THAT(Trace("FNPic"), IsEmpty());
+}
+
 TEST_F(LineScanControl, TurnsByKeysAndSpinner) {
   scan_.angle(359);
   Child("AngleValue").on_key(kUp);

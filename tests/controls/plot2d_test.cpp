@@ -117,6 +117,8 @@ TEST_F(Plot2DTest, MendsPropertiesAsTheyAreWritten) {
            Stored{"WaferStyle", 2, 2},
            Stored{"WaferStyle", 3, 1},
            Stored{"WaferStyle", 7, 1},
+           Stored{"WaferStyle", 70000, 1},
+           Stored{"ShowSites", 70000, -1},
            Stored{"WaferStyle", -1, 1},
            Stored{"WaferDiameter", 0, 200},
            Stored{"WaferDiameter", -5, 200},
@@ -282,6 +284,7 @@ TEST_F(Plot2DTest, TakesOnlyArraysFromVariants) {
 TEST_F(Plot2DTest, InterpolatesWithoutAPlot) {
   ASSERT_EQ(Load(), LoadResult::Loaded);
   EXPECT_EQ(plot_.Interpolation(Variant(12.0), Variant(12.0)), 3);
+  EXPECT_EQ(plot_.Interpolation(Variant(std::string("12")), Variant(std::string(" 12"))), 3);
   EXPECT_THROW(plot_.Interpolation(Variant(std::string("x")), Variant(1.0)), RunTimeError);
 }
 

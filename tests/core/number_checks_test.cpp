@@ -70,6 +70,24 @@ TEST(NumberChecks, RefuseWhatIsNone) {
   for (const char* text : kNoNumbers) EXPECT_EQ(ParseNumber(text), std::nullopt) << text;
 }
 
+TEST(NumberChecks, TellTooLargeFromTooSmall) {
+  const std::string nines(400, '9'), zeros(400, '0');
+  const struct {
+    std::string text;
+    std::optional<double> number;
+  } rows[] = {{nines, {}},
+              {"0" + nines, {}},
+              {"1" + zeros + "e-5", {}},
+              {"1" + zeros + "e-399", 10},
+              {"1e" + nines, {}},
+              {"1e-" + nines, 0},
+              {"0e" + nines, 0},
+              {"." + zeros + "1", 0},
+              {"0." + zeros + "1e5", 0},
+              {"0." + zeros + "1e401", 1}};
+  for (const auto& row : rows) EXPECT_EQ(ParseNumber(row.text), row.number) << row.text;
+}
+
 TEST(NumberChecks, DontDependOnTheLocale) {
   const std::string before = std::setlocale(LC_ALL, nullptr);
   for (const char* locale : {"de_DE.UTF-8", "C.UTF-8"}) {

@@ -43,6 +43,18 @@ TEST_F(AutomationDialogs, AFormWithNothingQueuedIsCancelled) {
   EXPECT_EQ(Drawn("PLOTA"), 0U);
 }
 
+TEST_F(AutomationDialogs, ActionsAreRefusedByChildrenOfAnotherKind) {
+  New("LineScan");
+  for (const char* action :
+       {R"(["type","Plot","hi"])", R"(["key","UpDown1",38])", R"(["spin","AngleValue",1])",
+        R"(["click","AngleValue"])", R"(["leave","Plot"])", R"(["select","Plot",0])",
+        R"(["check","Plot",true])"}) {
+    const json reply = AskFor({{"op", "input"}, {"id", "p"}, {"action", json::parse(action)}});
+    EXPECT_EQ(reply["ok"], false) << action;
+  }
+  EXPECT_EQ(Value("PlotCaption"), "");
+}
+
 TEST_F(AutomationDialogs, ConfirmedOptionsAreTakenAndDrawn) {
   New("Plot2D");
   EXPECT_EQ(Queue(R"([["type","tresx","2.5"],["select","optMark",0],["check","whiteback",false],

@@ -94,7 +94,7 @@ TEST_F(Requests, RefuseWhatIsNoRequest) {
            begun + R"("name":"Resolution","value":[5]})",
            begun + R"("name":"Resolution","value":{}})",
            begun + R"("name":"Resolution","value":{"ref":"s"}})",
-           begun + R"("name":"WaferStyle","value":32768})",
+           begun + R"("name":"WaferStyle","value":2147483648})",
            begun + R"("name":"WaferStyle","value":"NaN"})",
            begun + R"("name":"ShowSites","value":1e10})",
            begun + R"("name":"IntervalColor1","value":4294967296})",

@@ -97,6 +97,13 @@ TEST(NumberText, JoinedToATextIsShort) {
   EXPECT_EQ(PlainNumber(2.5F), "2.5");
   EXPECT_EQ(PlainNumber(0.1F), "0.1");
   EXPECT_EQ(PlainNumber(48.5F), "48.5");
+  // Half away from zero in the seventh digit.
+  EXPECT_EQ(PlainNumber(12345.125F), "12345.13");
+  EXPECT_EQ(PlainNumber(-12345.125F), "-12345.13");
+  EXPECT_EQ(PlainNumber(1234566.5F), "1234567");
+  EXPECT_EQ(PlainNumber(0.00048828125F), "0.0004882813");
+  EXPECT_EQ(PlainNumber(0), "0");
+  EXPECT_EQ(PlainNumber(12345678), "1.234568E+07");
   EXPECT_EQ(PlainNumber(-1.0F / 3), "-0.3333333");
 }
 
