@@ -14,8 +14,6 @@
 namespace discoplan::app {
 namespace {
 
-constexpr const char* kProgram = "discoplan-report";
-
 char** kept_arguments = nullptr;
 
 }  // namespace
@@ -29,15 +27,14 @@ bool IsVectorFile(const std::string& name) {
 
 void KeepArguments(char** arguments) { kept_arguments = arguments; }
 
-void RunBeside() {
+void RunBeside(const std::string& program) {
   std::cout.flush();
   std::error_code ignored;
   const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", ignored);
-  const std::string beside = (self.parent_path() / kProgram).string();
+  const std::string beside = (self.parent_path() / program).string();
   execv(beside.c_str(), kept_arguments);
-  execvp(kProgram, kept_arguments);
-  throw CommandError(std::string(kProgram) +
-                     " is missing; install the part of Discoplan that needs Qt");
+  execvp(program.c_str(), kept_arguments);
+  throw CommandError(program + " is missing; install the part of Discoplan that needs Qt");
 }
 
 }  // namespace discoplan::app

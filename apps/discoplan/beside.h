@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// The program with a toolkit that stands beside this one. A map in a PNG file doesn't wait for it.
+/// The programs with a toolkit that stand beside this one. A map in a PNG file doesn't wait for it.
 
 #include <string>
 
@@ -13,7 +13,10 @@ bool IsVectorFile(const std::string& name);
 /// Takes the command line that this program was started with.
 void KeepArguments(char** arguments);
 
+inline constexpr const char* kReportProgram = "discoplan-report";
+inline constexpr const char* kViewProgram = "discoplan-view";
+
 /// Goes on as that program with the same arguments. Raises `CommandError` if it isn't installed.
-[[noreturn]] void RunBeside();
+[[noreturn]] void RunBeside(const std::string& program);
 
 }  // namespace discoplan::app

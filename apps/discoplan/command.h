@@ -29,8 +29,8 @@ class CommandError : public std::runtime_error {
 void AddPlotCommand(CLI::App& program);
 void AddStatsCommand(CLI::App& program);
 void AddAutomateCommand(CLI::App& program);
-/// The report itself is made by the program beside this one.
-void AddReportCommand(CLI::App& program);
+/// The commands that the programs beside this one carry out.
+void AddBesideCommands(CLI::App& program);
 
 /// The options that say how to read data, and DATA with them.
 void AddReadingOptions(CLI::App& command, DataRequest& request);

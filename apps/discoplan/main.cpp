@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
   program.footer("Example:\n  discoplan plot sites.csv -o map.png");
   AddPlotCommand(program);
   AddStatsCommand(program);
-  AddReportCommand(program);
+  AddBesideCommands(program);
   AddAutomateCommand(program);
   return Run(program, argc, argv);
 }

@@ -108,7 +108,8 @@ void AddPlotCommand(CLI::App& program) {
       "  discoplan plot lot.csv --columns X,Y,slot3 -o map.png --set ShowSites=true\n"
       "  discoplan plot sites.dat -o map.png --diameter 300 --style flat --size 1600x1200\n"
       "  discoplan plot sites.csv -o sheet.png --kind all --size 400x300");
-  command->callback([request] { IsVectorFile(request->output) ? RunBeside() : Plot(*request); });
+  command->callback(
+      [request] { IsVectorFile(request->output) ? RunBeside(kReportProgram) : Plot(*request); });
 }
 
 }  // namespace discoplan::app

@@ -17,28 +17,11 @@ constexpr float kFinestCells = 200;
 /// Of the bars between the limits, in parts of the wafer's diameter.
 constexpr float kBarHeight = 0.2F;
 
-/// What is chosen by the data where nothing else is asked for.
-void FitTo(PlotControl& control, const Wafer& measured) {
-  const WaferSize size = SizeFor(measured);
-  control.WaferDiameter(size.diameter);
-  control.TestDiameter(size.test_diameter);
-  control.BackColor(kWhite);
-  control.PlotCaption(measured.name);
-  // A file is drawn once and looked at long: a map as fine as it gets, bars as high as they
-  // can be told apart.
-  if (auto* bars = dynamic_cast<Plot3DB*>(&control)) {
-    const auto [low, high] = std::ranges::minmax(measured.value);
-    if (low < high) bars->BeamScale(kBarHeight * size.diameter / (high - low));
-  }
-  if (auto* map = dynamic_cast<LatticeControl*>(&control)) {
-    map->Resolution(map->TestDiameter() / kFinestCells);
-  }
-}
-
 void SetUp(PlotControl& control, const PlotRequest& request, const Wafer& measured) {
   if (request.settings.empty()) {
     control.InitProperties();
-    FitTo(control, measured);
+    FitSize(control, measured);
+    FitLook(control, measured);
   } else {
     ReadSettings(control, request.settings);
   }
@@ -117,6 +100,24 @@ std::vector<PlotKind> KindsOf(const PlotRequest& request) {
     throw UsageError("--settings and --save-settings are for one kind of plot at a time");
   }
   return kinds;
+}
+
+void FitSize(PlotControl& control, const Wafer& measured) {
+  const WaferSize size = SizeFor(measured);
+  control.WaferDiameter(size.diameter);
+  control.TestDiameter(size.test_diameter);
+  control.PlotCaption(measured.name);
+}
+
+void FitLook(PlotControl& control, const Wafer& measured) {
+  control.BackColor(kWhite);
+  if (auto* bars = dynamic_cast<Plot3DB*>(&control)) {
+    const auto [low, high] = std::ranges::minmax(measured.value);
+    if (low < high) bars->BeamScale(kBarHeight * control.WaferDiameter() / (high - low));
+  }
+  if (auto* map = dynamic_cast<LatticeControl*>(&control)) {
+    map->Resolution(map->TestDiameter() / kFinestCells);
+  }
 }
 
 std::unique_ptr<PlotControl> LoadedControl(const PlotKind& kind, const PlotRequest& request,

@@ -32,6 +32,12 @@ void AddPlotOptions(CLI::App& command, PlotRequest& request);
 /// The kinds that are asked for. Raises `UsageError` for what doesn't go with several.
 std::vector<PlotKind> KindsOf(const PlotRequest& request);
 
+/// Gives the control the wafer's size and name.
+void FitSize(PlotControl& control, const Wafer& measured);
+/// What is chosen where nothing else is asked for: a picture is drawn once and looked at long, so
+/// a map as fine as it gets, and bars as high as they can be told apart.
+void FitLook(PlotControl& control, const Wafer& measured);
+
 /// A control of that kind with settings and data, not yet plotted. Raises `CommandError` for sites
 /// that no such wafer holds.
 std::unique_ptr<PlotControl> LoadedControl(const PlotKind& kind, const PlotRequest& request,

@@ -12,6 +12,7 @@ constexpr float kGap = 120;
 constexpr float kStrip = 1250;         // beside a map, for the wafer's mark
 constexpr float kCaptionHeight = 200;  // above a frame
 constexpr float kLine = 60;
+constexpr float kLegendWidth = 2775 + 120;
 /// In less a line scan has no room for its positions.
 constexpr float kChartWidth = 4400;
 
@@ -55,6 +56,19 @@ bool PrintLegendAt(PlotControl& control, float left, float top) {
   std::array<Variant, 2> place = {Variant(left), Variant(top)};
   legend->call(control, place);
   return true;
+}
+
+void PrintWithLegend(PlotControl& control, const std::shared_ptr<qt::QtPaper>& paper,
+                     const PageArea& area) {
+  control.PrinterObj(paper);
+  PageArea cell = area;
+  const bool has_room = cell.width > 2 * kLegendWidth;
+  if (has_room && !control.HideLegend() &&
+      PrintLegendAt(control, cell.left + cell.width - kLegendWidth + 60, cell.top)) {
+    cell.width -= kLegendWidth;
+  }
+  PrintFramed(control, *paper, {cell.left + 20, cell.top, cell.width - 40, cell.height - 20});
+  control.PrinterObj(nullptr);
 }
 
 }  // namespace discoplan::app

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
+
 #include "discoplan/controls/plot_control.h"
 #include "hosts/qt/qt_paper.h"
 
@@ -18,6 +20,11 @@ struct Grid {
 
 /// Prints the plot in its frame into the area, and nothing beside it.
 void PrintFramed(PlotControl& control, qt::QtPaper& paper, const PageArea& area);
+
+/// Prints the plot into the area with its legend at the right, if it shows one and there is room.
+/// The control forgets the paper again.
+void PrintWithLegend(PlotControl& control, const std::shared_ptr<qt::QtPaper>& paper,
+                     const PageArea& area);
 
 /// Prints the legend with its upper left corner there; false for a plot that has none.
 bool PrintLegendAt(PlotControl& control, float left, float top);

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "apps/discoplan/plot_request.h"
-#include "apps/report/print_plot.h"
 #include "apps/report/report_commands.h"
+#include "apps/report/report_page.h"
 #include "apps/report/vector_file.h"
 #include "hosts/headless/headless_host.h"
 
@@ -19,12 +19,6 @@ namespace {
 // Twips.
 constexpr PageSize kA4{11906, 16838};
 constexpr PageSize kLetter{12240, 15840};
-constexpr float kMargin = 1000;
-constexpr float kHeadHeight = 900;
-constexpr float kBlockWidth = 2775;
-constexpr float kBlockGap = 300;
-constexpr float kBlocksHeight = 3800;
-constexpr float kStatisticsHeight = 2400;
 constexpr float kControlWidth = 6000;
 constexpr float kControlHeight = 4500;
 
@@ -42,15 +36,15 @@ struct ReportRequest {
   std::string units;
 };
 
-struct ReportPage {
+struct MeasuredPage {
   std::string file;
   DataRequest reading;
   Wafer measured;
 };
 
 /// All wafers of all files, before anything is drawn.
-std::vector<ReportPage> ReadAll(const ReportRequest& request) {
-  std::vector<ReportPage> pages;
+std::vector<MeasuredPage> ReadAll(const ReportRequest& request) {
+  std::vector<MeasuredPage> pages;
   for (const std::string& file : request.files) {
     DataRequest reading = request.reading;
     reading.path = file;
@@ -88,58 +82,22 @@ class ReportPrinter {
     host_.OnMessage([](const Message& message) { std::cerr << message.text << '\n'; });
   }
 
-  void Print(const std::shared_ptr<qt::QtPaper>& paper, const ReportPage& page) {
-    PrintHead(*paper, page);
+  void Print(const std::shared_ptr<qt::QtPaper>& paper, const MeasuredPage& page) {
     std::vector<std::unique_ptr<PlotControl>> controls;
+    std::vector<PlotControl*> plots;
     for (const PlotKind& kind : kinds_) {
       controls.push_back(LoadedControl(kind, request_.plot, page.reading, page.measured, host_));
       controls.back()->SetSize(kControlWidth, kControlHeight);
-      controls.back()->PrinterObj(paper);
       controls.back()->PlotCaption(std::string(kind.title));
+      plots.push_back(controls.back().get());
     }
-    const PageArea area = {kMargin, kMargin + kHeadHeight, size_.width - 2 * kMargin,
-                           size_.height - 2 * kMargin - kHeadHeight - kBlocksHeight};
-    const Grid grid = Grid::For(controls.size(), area);
-    for (std::size_t i = 0; i < controls.size(); ++i) {
-      PrintFramed(*controls[i], *paper, grid.Cell(i, area));
-    }
-    PrintBlocks(controls);
-  }
-
- private:
-  void Write(qt::QtPaper& paper, const std::string& text, float y, float size, bool bold) {
-    paper.Font({.name = "Arial", .size = size, .bold = bold});
-    paper.ForeColor(kBlack);
-    paper.CurrentX(kMargin);
-    paper.CurrentY(y);
-    paper.Print(text);
-  }
-
-  void PrintHead(qt::QtPaper& paper, const ReportPage& page) {
-    paper.ScaleMode(1);
-    Write(paper, request_.title, kMargin, 14, true);
     std::string line = request_.lot.empty() ? "" : "Lot " + request_.lot + "    ";
     line += "Wafer " + (request_.wafer.empty() ? page.measured.name : request_.wafer);
     line += "    " + std::filesystem::path(page.file).filename().string();
-    Write(paper, line, kMargin + 400, 9, false);
+    PrintReportPage(paper, size_, {request_.title, line, request_.units}, plots);
   }
 
-  /// Statistics over size at the left, then one legend of each sort.
-  void PrintBlocks(const std::vector<std::unique_ptr<PlotControl>>& controls) {
-    const float top = size_.height - kMargin - kBlocksHeight + kBlockGap / 2;
-    PlotControl& first = *controls.front();
-    first.PrintWaferStatistic(kMargin, top, request_.units);
-    first.PrintWaferSize(kMargin, top + kStatisticsHeight);
-    float left = kMargin + kBlockWidth + kBlockGap;
-    std::vector<bool> printed = {false, false};
-    for (std::size_t i = 0; i < controls.size(); ++i) {
-      const bool is_sigma = kinds_[i].name.ends_with('S');
-      if (printed[is_sigma] || !PrintLegendAt(*controls[i], left, top)) continue;
-      printed[is_sigma] = true;
-      left += kBlockWidth + kBlockGap;
-    }
-  }
-
+ private:
   const ReportRequest& request_;
   const PageSize size_;
   const std::vector<PlotKind> kinds_;
@@ -150,7 +108,7 @@ void Report(const ReportRequest& request) {
   PageSize size = request.paper == "A4" ? kA4 : kLetter;
   if (request.landscape) std::swap(size.width, size.height);
   ReportPrinter printer(request, size);
-  const std::vector<ReportPage> pages = ReadAll(request);
+  const std::vector<MeasuredPage> pages = ReadAll(request);
   if (!request.wafer.empty() && pages.size() > 1) {
     throw UsageError("--wafer-id names one wafer, and the data have " +
                      std::to_string(pages.size()));

@@ -14,7 +14,6 @@ namespace {
 
 // Twips.
 constexpr float kTwipsPerPixel = 15;
-constexpr float kLegendWidth = 2775 + 120;
 constexpr float kControlWidth = 6000;
 constexpr float kControlHeight = 4500;
 
@@ -40,15 +39,7 @@ void Plot(const VectorRequest& request) {
   for (std::size_t i = 0; i < kinds.size(); ++i) {
     const auto control = LoadedControl(kinds[i], request.plot, request.data, measured, host);
     control->SetSize(kControlWidth, kControlHeight);
-    control->PrinterObj(file.paper());
-    PageArea cell = grid.Cell(i, area);
-    const bool has_room = cell.width > 2 * kLegendWidth;
-    if (has_room && !control->HideLegend() &&
-        PrintLegendAt(*control, cell.left + cell.width - kLegendWidth + 60, cell.top)) {
-      cell.width -= kLegendWidth;
-    }
-    PrintFramed(*control, *file.paper(),
-                {cell.left + 20, cell.top, cell.width - 40, cell.height - 20});
+    PrintWithLegend(*control, file.paper(), grid.Cell(i, area));
   }
   file.Save();
 }

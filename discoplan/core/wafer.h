@@ -252,6 +252,9 @@ class DISCOPLAN_EXPORT wafer {
   /// three colours of the band of `sigma_range` standard deviations around the mean.
   void D2Plot(Surface& surface, double resolution, std::int16_t kind, float sigma_range,
               bool show_sites, const PlotArea& area);
+  /// Side in mm of the square of cells that such a map of the test area fits into its surface,
+  /// with a margin of 3 pixels around it.
+  double D2PlotSide(double resolution) const;
   /// Each value written at its site, in the interval colour of its class, within the outline of
   /// the test area. A value that equals `ScaleFloor` is written in white.
   void D2Number(Surface& surface, const PlotArea& area);

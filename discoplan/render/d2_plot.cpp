@@ -24,11 +24,13 @@ struct Lattice {
   double cell = 0;
 
   double At(int index) const { return (n - index) * cell; }
+  double Side() const { return 2 * n * cell; }
 };
 
-Lattice MakeLattice(PlotFrame& frame, double test_diameter, double diameter, double resolution) {
+template <class Step>
+Lattice MakeLattice(Step&& step, double test_diameter, double diameter, double resolution) {
   Lattice lattice{.n = 0, .cell = resolution};
-  frame([&] { lattice.n = ToInt16(Divide(diameter / 2, resolution)); });
+  step([&] { lattice.n = ToInt16(Divide(diameter / 2, resolution)); });
   if (lattice.n < kFewestCells) {
     lattice = {.n = kFewestCells, .cell = test_diameter / (2 * kFewestCells)};
   } else if (lattice.n > kMostCells) {
@@ -157,6 +159,11 @@ class MapPainter {
 
 }  // namespace
 
+double wafer::D2PlotSide(double resolution) const {
+  const auto attempt = [](auto&& step) { Attempt(step); };
+  return MakeLattice(attempt, TestDiameter, TestDiameter, resolution).Side();
+}
+
 void wafer::D2Plot(Surface& surface, double resolution, std::int16_t kind, float sigma_range,
                    bool show_sites, const PlotArea& area) {
   PlotFrame frame(surface, area);
@@ -168,8 +175,8 @@ void wafer::D2Plot(Surface& surface, double resolution, std::int16_t kind, float
   frame.MeasureRectangle();
   double scale = 0;
   frame([&] {
-    const double side = 2 * lattice.n * lattice.cell;
-    scale = std::min(Divide(frame.width - 6.0, side), Divide(frame.height - 6.0, side));
+    scale = std::min(Divide(frame.width - 6.0, lattice.Side()),
+                     Divide(frame.height - 6.0, lattice.Side()));
   });
   if (nop_ > 3) {
     MapPainter(*this, surface, frame, lattice, scale, {.kind = kind, .sigma_range = sigma_range})

@@ -2,6 +2,7 @@
 #include "hosts/qt/form_view.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QImage>
@@ -115,6 +116,19 @@ QWidget* NewWidget(Node& node, QWidget* parent) {
   }
 }
 
+/// The font of a label, smaller where its text would be cut.
+QFont FittingFont(const Node& node, const QString& text) {
+  constexpr double kSmallest = 5;
+  QFont font = FormFont(node.font);
+  const double room = std::abs(node.box.width) / kTwipsPerPixel;
+  double widest = 0;
+  for (const QString& line : text.split(QLatin1Char('\n'))) {
+    widest = std::max(widest, QFontMetricsF(font).horizontalAdvance(line));
+  }
+  if (widest > room) font.setPointSizeF(std::max(kSmallest, font.pointSizeF() * room / widest));
+  return font;
+}
+
 void SyncColours(const Node& node, QWidget& widget) {
   const bool is_set = node.back_color != kButtonFace && node.kind != NodeKind::Text;
   widget.setAutoFillBackground(is_set);
@@ -126,7 +140,14 @@ void SyncColours(const Node& node, QWidget& widget) {
 
 }  // namespace
 
+QFont FormFont(const discoplan::Font& font) {
+  QFont result = QApplication::font();
+  result.setPointSizeF(static_cast<double>(font.size));
+  return result;
+}
+
 FormView::FormView(Node& root, QWidget* parent) : QWidget(parent) {
+  setFont(FormFont(root.font));
   entries_.push_back({&root, this, {}});
   for (const auto& child : root.children()) Build(*child, this);
   if (root.forwards != 0) installEventFilter(this);
@@ -137,6 +158,7 @@ FormView::FormView(Node& root, QWidget* parent) : QWidget(parent) {
 void FormView::Build(Node& node, QWidget* parent) {
   QWidget* widget = NewWidget(node, parent);
   widget->setObjectName(QString::fromStdString(node.name));
+  widget->setFont(FormFont(node.font));
   Entry entry{&node, widget, {}};
   if (auto* button = qobject_cast<QPushButton*>(widget)) {
     button->setAutoDefault(false);
@@ -222,6 +244,7 @@ void FormView::SyncValue(const Entry& entry) {
                    QLatin1Char('\n') + QString::fromStdString(node.break_before));
     }
     label->setText(text);
+    label->setFont(FittingFont(node, text));
     constexpr std::array kAlignments = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
     label->setAlignment(kAlignments[static_cast<std::size_t>(node.alignment)] | Qt::AlignVCenter);
   } else if (auto* frame = qobject_cast<QGroupBox*>(entry.widget)) {

@@ -6,6 +6,7 @@
 /// widgets with the next `Sync`.
 
 #include <QEvent>
+#include <QFont>
 #include <QWidget>
 #include <functional>
 #include <vector>
@@ -16,6 +17,9 @@ namespace discoplan::qt {
 
 /// Twips of a logical pixel; an inch has 96.
 inline constexpr float kTwipsPerPixel = 15;
+
+/// The application's font in the size that forms are laid out for.
+DISCOPLAN_EXPORT QFont FormFont(const discoplan::Font& font);
 
 struct MouseOnNode {
   QEvent::Type type;

@@ -58,7 +58,7 @@ std::unique_ptr<Picture> QtPlatform::NewPicture(float width, float height) {
 }
 
 float QtPlatform::LabelWidth(const Font& font, std::string_view text) const {
-  const QFontMetricsF metrics(QApplication::font("QLabel"));
+  const QFontMetricsF metrics(FormFont(font));
   const double pixels = metrics.horizontalAdvance(ToQString(text, font)) + 2;
   return static_cast<float>(pixels) * kTwipsPerPixel;
 }

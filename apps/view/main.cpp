@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include <QApplication>
+#include <iostream>
+
+#include "apps/discoplan/run.h"
+#include "apps/view/workbench.h"
+
+namespace {
+
+struct ViewRequest {
+  discoplan::app::DataRequest reading;
+  std::vector<std::string> files;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using namespace discoplan::app;
+  CLI::App program("Wafers in a window", "discoplan");
+  CLI::App* command = program.add_subcommand("view", "Look at wafers in a window");
+  ViewRequest request;
+  command->add_option("DATA", request.files, "Measured sites: tables, lot exports or binary files");
+  AddReadingOptions(*command, request.reading);
+  command->footer("Examples:\n  discoplan view\n  discoplan view lot.csv sites.csv");
+  int status = 0;
+  command->callback([&] {
+    int toolkit_argc = 1;
+    QApplication application(toolkit_argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("Discoplan"));
+    QApplication::setApplicationName(QStringLiteral("discoplan-view"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Discoplan"));
+    Workbench workbench(request.reading);
+    workbench.show();
+    QStringList files;
+    for (const std::string& file : request.files) files.append(QString::fromStdString(file));
+    workbench.Open(files);
+    status = QApplication::exec();
+  });
+  const int parsed = Run(program, argc, argv);
+  return parsed != 0 ? parsed : status;
+}

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+#include "apps/view/plot_tabs.h"
+
+#include <QMouseEvent>
+#include <QPointer>
+#include <QTimer>
+
+#include "apps/discoplan/plot_kinds.h"
+#include "apps/discoplan/plot_request.h"
+#include "apps/view/pointed_site.h"
+#include "apps/view/settings_bag.h"
+#include "hosts/qt/plot_widgets.h"
+
+namespace discoplan::app {
+namespace {
+
+QString ToText(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QString GroupOf(const PlotControl& control) {
+  return QStringLiteral("plots/") + ToText(control.root().name);
+}
+
+/// The surface of a plot, and the picture that is stretched over it.
+constexpr std::array kMaps = {"PLOTA", "RePlot"};
+
+}  // namespace
+
+PlotTabs::PlotTabs(QWidget* parent) : QTabWidget(parent) {
+  for (const PlotKind& kind : AllPlotKinds()) {
+    qt::PlotWidget* plot = qt::NewPlotWidget(kind.class_name, this);
+    const SettingsBag kept(GroupOf(plot->Control()));
+    const bool has_look = !kept.IsEmpty();
+    if (has_look) plot->Control().ReadProperties(kept);
+    Tab& tab = *tabs_.emplace_back(std::make_unique<Tab>(Tab{plot, has_look}));
+    addTab(plot, ToText(kind.title));
+    Track(*plot);
+    connect(plot, &qt::PlotWidget::PropertyChanged, this, [this, &tab] {
+      if (!drawing_) DrawSoon(tab);
+    });
+  }
+  connect(this, &QTabWidget::currentChanged, this, [this](int tab) {
+    Q_EMIT Pointed({});
+    if (!tabs_[static_cast<std::size_t>(tab)]->drawn) Draw(*tabs_[static_cast<std::size_t>(tab)]);
+  });
+}
+
+// The tabs' handlers go before the tabs.
+PlotTabs::~PlotTabs() {
+  disconnect(this, nullptr, this, nullptr);
+  for (const auto& tab : tabs_) delete tab->plot;
+}
+
+qt::PlotWidget& PlotTabs::At(int tab) const {
+  return *tabs_.at(static_cast<std::size_t>(tab))->plot;
+}
+
+qt::PlotWidget& PlotTabs::Current() const { return At(currentIndex()); }
+
+void PlotTabs::Show(std::shared_ptr<const Wafer> measured) {
+  measured_ = std::move(measured);
+  for (const auto& tab : tabs_) tab->drawn = false;
+  if (measured_ != nullptr) {
+    const WaferSize size = SizeFor(*measured_);
+    const bool is_same_size =
+        size_ && size_->diameter == size.diameter && size_->test_diameter == size.test_diameter;
+    drawing_ = true;
+    for (const auto& tab : tabs_) {
+      PlotControl& control = tab->plot->Control();
+      // Sizes that the user chose stay for wafers of one size.
+      if (is_same_size) {
+        control.PlotCaption(measured_->name);
+      } else {
+        FitSize(control, *measured_);
+      }
+      if (!tab->fitted) FitLook(control, *measured_);
+      tab->fitted = true;
+    }
+    drawing_ = false;
+    size_ = size;
+  }
+  Draw(*tabs_[static_cast<std::size_t>(currentIndex())]);
+}
+
+/// Settings change several at a time.
+void PlotTabs::DrawSoon(Tab& tab) {
+  if (!tab.drawn) return;
+  tab.drawn = false;
+  QTimer::singleShot(0, tab.plot, [this, &tab] {
+    if (&Current() == tab.plot && !tab.drawn) Draw(tab);
+  });
+}
+
+void PlotTabs::Draw(Tab& tab) {
+  if (drawing_) return;
+  const QPointer<PlotTabs> self(this);
+  drawing_ = true;
+  tab.drawn = true;
+  PlotControl& control = tab.plot->Control();
+  if (measured_ == nullptr) {
+    control.clear();
+    tab.plot->Sync();
+  } else {
+    const std::shared_ptr<const Wafer> kept = measured_;
+    if (tab.plot->SetWaferData(kept->x, kept->y, kept->value) != LoadResult::Loaded) {
+      Q_EMIT Refused(tr("%1: the sites don't fit a wafer of %2 mm; give it a larger diameter in "
+                        "its properties")
+                         .arg(QString::fromStdString(kept->name))
+                         .arg(static_cast<double>(control.WaferDiameter())));
+    } else {
+      if (limits_) {
+        control.SetPlotLimit(static_cast<float>(limits_->low), static_cast<float>(limits_->high));
+      } else {
+        control.ReleasePlotLimit();
+      }
+      tab.plot->Plot();
+    }
+  }
+  if (self) drawing_ = false;
+}
+
+void PlotTabs::SetLimits(std::optional<Limits> limits) {
+  limits_ = limits;
+  for (const auto& tab : tabs_) tab->drawn = false;
+  Draw(*tabs_[static_cast<std::size_t>(currentIndex())]);
+}
+
+Limits PlotTabs::LimitsOrData() const {
+  if (limits_) return *limits_;
+  const PlotControl& control = Current().Control();
+  return {control.Minimum(), control.Maximum()};
+}
+
+void PlotTabs::SaveSettings() const {
+  for (const auto& tab : tabs_) {
+    if (!tab->fitted) continue;
+    SettingsBag bag(GroupOf(tab->plot->Control()));
+    tab->plot->Control().WriteProperties(bag);
+  }
+}
+
+void PlotTabs::Track(qt::PlotWidget& plot) {
+  for (const char* name : kMaps) {
+    auto* map = plot.findChild<QWidget*>(QLatin1String(name));
+    if (map == nullptr) continue;
+    map->setMouseTracking(true);
+    map->installEventFilter(this);
+  }
+}
+
+bool PlotTabs::eventFilter(QObject* object, QEvent* event) {
+  auto* map = qobject_cast<QWidget*>(object);
+  if (map == nullptr || measured_ == nullptr) return QTabWidget::eventFilter(object, event);
+  if (event->type() == QEvent::Leave) Q_EMIT Pointed({});
+  if (event->type() == QEvent::MouseMove) {
+    const QPointF place = static_cast<QMouseEvent*>(event)->position();
+    const QPointF share(place.x() / map->width(), place.y() / map->height());
+    const auto point = PointOnWafer(Current().Control(), share);
+    Q_EMIT Pointed(point ? Describe(Current().Control(), *point) : QString());
+  }
+  return QTabWidget::eventFilter(object, event);
+}
+
+}  // namespace discoplan::app

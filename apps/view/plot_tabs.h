@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QTabWidget>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "apps/discoplan/command.h"
+#include "apps/view/limits_dialog.h"
+#include "hosts/qt/plot_widget.h"
+
+namespace discoplan::app {
+
+/// One wafer in all nine kinds of plot. Only the tab that is looked at is drawn; the others follow
+/// when they are turned to.
+class PlotTabs final : public QTabWidget {
+  Q_OBJECT
+
+ public:
+  explicit PlotTabs(QWidget* parent = nullptr);
+  ~PlotTabs() override;
+
+  /// Nothing empties the plots.
+  void Show(std::shared_ptr<const Wafer> measured);
+  const Wafer* Shown() const { return measured_.get(); }
+  qt::PlotWidget& Current() const;
+  qt::PlotWidget& At(int tab) const;
+
+  /// Pins the scale of all plots, or lets it follow the data.
+  void SetLimits(std::optional<Limits> limits);
+  /// The pinned scale, or the data's own.
+  Limits LimitsOrData() const;
+
+  /// Keeps the settings of all kinds, as they were when the tabs were made.
+  void SaveSettings() const;
+
+ Q_SIGNALS:
+  /// What lies under the mouse; empty for nothing.
+  void Pointed(const QString& text);
+  /// A wafer doesn't fit the size that a plot was given.
+  void Refused(const QString& why);
+
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override;
+
+ private:
+  struct Tab {
+    qt::PlotWidget* plot;
+    bool fitted;         ///< It has a look, from the last start or from a wafer.
+    bool drawn = false;  ///< It shows the wafer.
+  };
+
+  void DrawSoon(Tab& tab);
+  void Draw(Tab& tab);
+  void Track(qt::PlotWidget& plot);
+
+  std::shared_ptr<const Wafer> measured_;
+  std::optional<WaferSize> size_;  // of the wafer before
+  std::optional<Limits> limits_;
+  std::vector<std::unique_ptr<Tab>> tabs_;
+  bool drawing_ = false;
+};
+
+}  // namespace discoplan::app

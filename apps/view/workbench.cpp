@@ -1,0 +1,312 @@
+// SPDX-License-Identifier: MIT
+#include "apps/view/workbench.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QProgressBar>
+#include <QSettings>
+#include <QStatusBar>
+#include <QToolBar>
+
+#include "apps/discoplan/beside.h"
+#include "apps/report/print_plot.h"
+#include "apps/report/report_page.h"
+#include "discoplan/dialogs/about_box.h"
+#include "hosts/headless/whole_file.h"
+#include "hosts/qt/property_dialog.h"
+#include "hosts/qt/qt_platform.h"
+
+namespace discoplan::app {
+namespace {
+
+constexpr int kMostRecent = 10;
+constexpr int kListWidth = 160;
+constexpr QSize kFirstSize(1020, 680);
+constexpr float kTwipsPerPixel = 15;
+constexpr double kTwipsPerInch = 1440;
+
+QStringList FilesOf(const QMimeData& data) {
+  QStringList files;
+  for (const QUrl& url : data.urls()) {
+    if (url.isLocalFile()) files.append(url.toLocalFile());
+  }
+  return files;
+}
+
+}  // namespace
+
+Workbench::Workbench(const DataRequest& reading, QWidget* parent)
+    : QMainWindow(parent),
+      loader_(reading),
+      plots_(new PlotTabs(this)),
+      list_(new QListWidget(this)),
+      pointed_(new QLabel(this)),
+      busy_(new QProgressBar(this)) {
+  setObjectName(QStringLiteral("Workbench"));
+  setCentralWidget(plots_);
+  setAcceptDrops(true);
+  auto* dock = new QDockWidget(tr("Wafers"), this);
+  dock->setObjectName(QStringLiteral("wafers"));
+  dock->setWidget(list_);
+  addDockWidget(Qt::LeftDockWidgetArea, dock);
+  resizeDocks({dock}, {kListWidth}, Qt::Horizontal);
+  list_->setAccessibleName(tr("Wafers"));
+  busy_->setRange(0, 0);
+  busy_->setMaximumWidth(160);
+  busy_->hide();
+  statusBar()->addPermanentWidget(pointed_);
+  statusBar()->addPermanentWidget(busy_);
+  BuildMenus();
+  view_->addAction(dock->toggleViewAction());
+  connect(list_, &QListWidget::currentRowChanged, this, &Workbench::ShowChosen);
+  connect(plots_, &PlotTabs::Pointed, pointed_, &QLabel::setText);
+  connect(plots_, &PlotTabs::Refused, this,
+          [this](const QString& why) { statusBar()->showMessage(why); });
+  connect(&loader_, &WaferLoader::Began, this, [this](const QString& file) {
+    busy_->show();
+    statusBar()->showMessage(tr("Reading %1").arg(file));
+  });
+  connect(&loader_, &WaferLoader::Loaded, this, &Workbench::TakeWafers);
+  connect(&loader_, &WaferLoader::Failed, this, [this](const QString&, const QString& why) {
+    auto* box = new QMessageBox(QMessageBox::Warning, tr("Can't open"), why, QMessageBox::Ok, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+  });
+  connect(&loader_, &WaferLoader::Finished, busy_, &QProgressBar::hide);
+  Restore();
+  ShowChosen();
+}
+
+Workbench::~Workbench() = default;
+
+void Workbench::BuildMenus() {
+  BuildFileMenu();
+  BuildPlotMenu();
+  view_ = menuBar()->addMenu(tr("&View"));
+  QMenu* help = menuBar()->addMenu(tr("&Help"));
+  help->addAction(tr("&About..."), this, &Workbench::ShowAbout);
+}
+
+void Workbench::BuildFileMenu() {
+  QMenu* file = menuBar()->addMenu(tr("&File"));
+  QToolBar* bar = addToolBar(tr("Tools"));
+  bar->setObjectName(QStringLiteral("tools"));
+  QAction* open =
+      file->addAction(tr("&Open..."), QKeySequence::Open, this, &Workbench::AskForFiles);
+  recent_ = file->addMenu(tr("Open &recent"));
+  needs_wafer_.push_back(
+      file->addAction(tr("&Close wafer"), QKeySequence::Close, this, &Workbench::RemoveChosen));
+  file->addSeparator();
+  QAction* save =
+      file->addAction(tr("&Export..."), QKeySequence::SaveAs, this, &Workbench::AskForExport);
+  QAction* copy =
+      file->addAction(tr("&Copy picture"), QKeySequence::Copy, this, &Workbench::CopyPicture);
+  file->addSeparator();
+  QAction* preview = file->addAction(tr("Print pre&view..."), this, &Workbench::Preview);
+  QAction* print = file->addAction(tr("&Print..."), QKeySequence::Print, this, &Workbench::Print);
+  file->addSeparator();
+  file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
+  needs_wafer_.insert(needs_wafer_.end(), {save, copy, preview, print});
+  bar->addActions({open, save, copy, print});
+}
+
+void Workbench::BuildPlotMenu() {
+  QMenu* plot = menuBar()->addMenu(tr("&Plot"));
+  QAction* options = plot->addAction(tr("&Options..."), QKeySequence(Qt::CTRL | Qt::Key_T), this,
+                                     [this] { plots_->Current().Control().ShowPlotOption(); });
+  QAction* properties = plot->addAction(tr("Plot p&roperties..."), this, [this] {
+    auto* pages = new qt::PropertyDialog(plots_->Current());
+    pages->setAttribute(Qt::WA_DeleteOnClose);
+    pages->open();
+  });
+  QAction* limits = plot->addAction(tr("&Limits..."), QKeySequence(Qt::CTRL | Qt::Key_L), this,
+                                    &Workbench::AskForLimits);
+  needs_wafer_.push_back(limits);
+  findChild<QToolBar*>(QStringLiteral("tools"))->addActions({options, properties, limits});
+}
+
+void Workbench::Restore() {
+  const QSettings kept;
+  if (!restoreGeometry(kept.value(QStringLiteral("geometry")).toByteArray())) resize(kFirstSize);
+  restoreState(kept.value(QStringLiteral("windows")).toByteArray());
+  plots_->setCurrentIndex(kept.value(QStringLiteral("tab")).toInt());
+  ListRecent();
+}
+
+void Workbench::closeEvent(QCloseEvent* event) {
+  QSettings kept;
+  kept.setValue(QStringLiteral("geometry"), saveGeometry());
+  kept.setValue(QStringLiteral("windows"), saveState());
+  kept.setValue(QStringLiteral("tab"), plots_->currentIndex());
+  plots_->SaveSettings();
+  QMainWindow::closeEvent(event);
+}
+
+void Workbench::Open(const QStringList& files) {
+  if (!files.isEmpty()) loader_.Load(files);
+}
+
+void Workbench::TakeWafers(const QString& file,
+                           const std::vector<std::shared_ptr<const Wafer>>& wafers,
+                           const QString& skipped) {
+  const int first = list_->count();
+  for (const auto& measured : wafers) {
+    entries_.push_back({file, measured});
+    auto* item = new QListWidgetItem(QString::fromStdString(measured->name), list_);
+    item->setToolTip(tr("%1, %n site(s)", nullptr, static_cast<int>(measured->x.size())).arg(file));
+  }
+  list_->setCurrentRow(first);
+  RememberFile(file);
+  statusBar()->showMessage(skipped.isEmpty()
+                               ? tr("%n wafer(s) read", nullptr, static_cast<int>(wafers.size()))
+                               : skipped);
+}
+
+void Workbench::ShowChosen() {
+  const int row = list_->currentRow();
+  const bool is_wafer = row >= 0 && row < static_cast<int>(entries_.size());
+  const Entry* entry = is_wafer ? &entries_[static_cast<std::size_t>(row)] : nullptr;
+  setWindowTitle(is_wafer ? QString::fromStdString(entry->measured->name) : tr("No wafer"));
+  setWindowFilePath(is_wafer ? entry->file : QString());
+  EnableActions();
+  plots_->Show(is_wafer ? entry->measured : nullptr);
+}
+
+void Workbench::RemoveChosen() {
+  const int row = list_->currentRow();
+  if (row < 0) return;
+  entries_.erase(entries_.begin() + row);
+  delete list_->takeItem(row);
+  ShowChosen();
+}
+
+void Workbench::EnableActions() {
+  const bool has_wafer = list_->currentRow() >= 0;
+  for (QAction* action : needs_wafer_) action->setEnabled(has_wafer);
+}
+
+void Workbench::RememberFile(const QString& file) {
+  QSettings kept;
+  const QString path = QFileInfo(file).absoluteFilePath();
+  QStringList recent = kept.value(QStringLiteral("recent")).toStringList();
+  recent.removeAll(path);
+  recent.prepend(path);
+  kept.setValue(QStringLiteral("recent"), recent.mid(0, kMostRecent));
+  ListRecent();
+}
+
+void Workbench::ListRecent() {
+  recent_->clear();
+  const QStringList recent = QSettings().value(QStringLiteral("recent")).toStringList();
+  for (const QString& file : recent) {
+    recent_->addAction(file, this, [this, file] { Open({file}); });
+  }
+  recent_->setEnabled(!recent.isEmpty());
+}
+
+void Workbench::AskForFiles() {
+  Open(QFileDialog::getOpenFileNames(this, tr("Open measured wafers")));
+}
+
+void Workbench::AskForExport() {
+  const QString file = QFileDialog::getSaveFileName(
+      this, tr("Export the plot"), windowTitle() + QStringLiteral(".png"),
+      tr("Picture (*.png);;Vectors (*.svg);;Page (*.pdf)"));
+  if (file.isEmpty()) return;
+  const QString fault = ExportTo(file);
+  if (fault.isEmpty()) return statusBar()->showMessage(tr("%1 written").arg(file));
+  QMessageBox::warning(this, tr("Can't export"), fault);
+}
+
+QString Workbench::ExportTo(const QString& file) {
+  qt::PlotWidget& plot = plots_->Current();
+  try {
+    if (IsVectorFile(file.toStdString())) {
+      const PageSize page = {static_cast<float>(plot.width()) * kTwipsPerPixel,
+                             static_cast<float>(plot.height()) * kTwipsPerPixel};
+      VectorFile vectors(file.toStdString(), page, windowTitle().toStdString());
+      PrintWithLegend(plot.Control(), vectors.paper(), {0, 0, page.width, page.height});
+      vectors.Save();
+      return {};
+    }
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    plot.grab().save(&buffer, "PNG");
+    const auto* raw = reinterpret_cast<const std::uint8_t*>(bytes.constData());
+    WriteWholeFile(file.toStdString(), {raw, static_cast<std::size_t>(bytes.size())});
+    return {};
+  } catch (const std::exception& error) {
+    return QString::fromUtf8(error.what());
+  }
+}
+
+void Workbench::CopyPicture() { QApplication::clipboard()->setPixmap(plots_->Current().grab()); }
+
+void Workbench::PrintOn(QPrinter& printer) {
+  printer.setFullPage(true);
+  QPainter painter;
+  if (!painter.begin(&printer)) {
+    statusBar()->showMessage(tr("The printer can't be reached"));
+    return;
+  }
+  qt::PlotWidget& plot = plots_->Current();
+  const Screen screen{kTwipsPerPixel, kTwipsPerPixel};
+  const auto paper = std::make_shared<qt::QtPaper>(painter, screen);
+  const QRectF page = printer.paperRect(QPrinter::Inch);
+  const PageSize size = {static_cast<float>(page.width() * kTwipsPerInch),
+                         static_cast<float>(page.height() * kTwipsPerInch)};
+  const std::string title = plot.Control().PlotCaption();
+  PrintReportPage(paper, size, {title, windowFilePath().toStdString(), {}}, {&plot.Control()});
+  paper->Finish();
+}
+
+void Workbench::Print() {
+  QPrinter printer(QPrinter::HighResolution);
+  QPrintDialog dialog(&printer, this);
+  if (dialog.exec() == QDialog::Accepted) PrintOn(printer);
+}
+
+void Workbench::Preview() {
+  QPrinter printer(QPrinter::HighResolution);
+  QPrintPreviewDialog dialog(&printer, this);
+  connect(&dialog, &QPrintPreviewDialog::paintRequested, this,
+          [this](QPrinter* on) { PrintOn(*on); });
+  dialog.exec();
+}
+
+void Workbench::AskForLimits() {
+  LimitsDialog dialog(plots_->LimitsOrData(), this);
+  if (dialog.exec() == QDialog::Accepted) plots_->SetLimits(dialog.Result());
+}
+
+void Workbench::ShowAbout() {
+  // As the about box counts the kinds.
+  constexpr std::array<std::int16_t, 9> kNumbers = {1, 3, 5, 8, 2, 4, 9, 7, 6};
+  qt::QtPlatform platform(this);
+  frmAbout about(platform);
+  about.SetTitle(kNumbers.at(static_cast<std::size_t>(plots_->currentIndex())));
+  platform.ShowModal(about);
+}
+
+void Workbench::dragEnterEvent(QDragEnterEvent* event) {
+  if (!FilesOf(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void Workbench::dropEvent(QDropEvent* event) {
+  Open(FilesOf(*event->mimeData()));
+  event->acceptProposedAction();
+}
+
+}  // namespace discoplan::app

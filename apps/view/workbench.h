@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+#include <vector>
+
+#include "apps/view/plot_tabs.h"
+#include "apps/view/wafer_loader.h"
+
+class QListWidget;
+class QLabel;
+class QPrinter;
+class QProgressBar;
+
+namespace discoplan::app {
+
+/// The window that shows what the library can do: a list of wafers, and the chosen one in all nine
+/// kinds of plot.
+class Workbench final : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  explicit Workbench(const DataRequest& reading = {}, QWidget* parent = nullptr);
+  ~Workbench() override;
+
+  /// Reads the files in the background and shows the first wafer of each as it comes.
+  void Open(const QStringList& files);
+  /// PNG, SVG or PDF by the name. Gives what went wrong, or nothing.
+  QString ExportTo(const QString& file);
+  /// One page with the plot that is looked at.
+  void PrintOn(QPrinter& printer);
+
+  PlotTabs& plots() const { return *plots_; }
+
+ protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void BuildMenus();
+  void BuildFileMenu();
+  void BuildPlotMenu();
+  void Restore();
+  void AskForFiles();
+  void AskForExport();
+  void AskForLimits();
+  void Print();
+  void Preview();
+  void CopyPicture();
+  void ShowAbout();
+  void TakeWafers(const QString& file, const std::vector<std::shared_ptr<const Wafer>>& wafers,
+                  const QString& skipped);
+  void ShowChosen();
+  void RemoveChosen();
+  void RememberFile(const QString& file);
+  void ListRecent();
+  void EnableActions();
+
+  struct Entry {
+    QString file;
+    std::shared_ptr<const Wafer> measured;
+  };
+
+  WaferLoader loader_;
+  std::vector<Entry> entries_;
+  PlotTabs* plots_;
+  QListWidget* list_;
+  QLabel* pointed_;
+  QProgressBar* busy_;
+  QMenu* recent_ = nullptr;
+  QMenu* view_ = nullptr;
+  std::vector<QAction*> needs_wafer_;
+};
+
+}  // namespace discoplan::app

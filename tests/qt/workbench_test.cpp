@@ -1,0 +1,243 @@
+// SPDX-License-Identifier: MIT
+#include "apps/view/workbench.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDropEvent>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPrinter>
+#include <QPushButton>
+#include <QSettings>
+#include <QTest>
+#include <fstream>
+
+#include "apps/view/pointed_site.h"
+#include "hosts/qt/plot_widgets.h"
+#include "tests/temporary_folder.h"
+
+namespace discoplan::app {
+namespace {
+
+const QString kLot = QStringLiteral(DISCOPLAN_EXAMPLES "/native_oxide_lot.csv");
+
+class WorkbenchTest : public testing::Test {
+ protected:
+  WorkbenchTest() {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, PathOf("settings"));
+    QApplication::setOrganizationName(QStringLiteral("Discoplan"));
+    QApplication::setApplicationName(QStringLiteral("workbench-test"));
+    workbench_ = std::make_unique<Workbench>();
+    workbench_->show();
+  }
+
+  QString PathOf(const char* name) const {
+    return QString::fromStdString((folder_.path() / name).string());
+  }
+  QListWidget& List() { return *workbench_->findChild<QListWidget*>(); }
+  qt::PlotWidget& Current() { return workbench_->plots().Current(); }
+  void OpenLot() {
+    workbench_->Open({kLot});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return List().count() == 25; }));
+  }
+
+  TemporaryFolder folder_;
+  std::unique_ptr<Workbench> workbench_;
+};
+
+TEST_F(WorkbenchTest, ListsTheWafersOfALotAndShowsTheFirst) {
+  OpenLot();
+  EXPECT_EQ(List().currentItem()->text(), "Slot01");
+  EXPECT_EQ(workbench_->windowTitle(), "Slot01");
+  EXPECT_EQ(Current().Control().Wafer().GetNop(), 49);
+  List().setCurrentRow(6);
+  EXPECT_EQ(workbench_->windowTitle(), "Slot07");
+  EXPECT_EQ(Current().Control().PlotCaption(), "Slot07");
+}
+
+TEST_F(WorkbenchTest, DrawsATabWhenItIsTurnedTo) {
+  OpenLot();
+  PlotTabs& plots = workbench_->plots();
+  ASSERT_EQ(plots.count(), 9);
+  EXPECT_EQ(plots.At(4).Control().Wafer().GetNop(), 0);
+  for (int tab = 0; tab < 9; ++tab) {
+    plots.setCurrentIndex(tab);
+    EXPECT_EQ(plots.At(tab).Control().Wafer().GetNop(), 49) << tab;
+  }
+  List().setCurrentRow(3);
+  EXPECT_EQ(plots.At(8).Control().PlotCaption(), "Slot04");
+}
+
+TEST_F(WorkbenchTest, DrawsAgainWhenASettingChanges) {
+  OpenLot();
+  auto& map = static_cast<qt::Plot2DWidget&>(Current());
+  map.setWaferDiameter(450);
+  EXPECT_EQ(map.control().Wafer().GetNop(), 0) << "a new diameter drops the sites";
+  ASSERT_TRUE(QTest::qWaitFor([&] { return map.control().Wafer().GetNop() == 49; }));
+}
+
+TEST_F(WorkbenchTest, PinsTheScaleOfAllKinds) {
+  OpenLot();
+  PlotTabs& plots = workbench_->plots();
+  plots.SetLimits(Limits{9, 11});
+  EXPECT_EQ(Current().Control().Wafer().PlotMaximum, 11);
+  plots.setCurrentIndex(4);
+  EXPECT_EQ(Current().Control().Wafer().PlotMaximum, 11);
+  EXPECT_EQ(plots.LimitsOrData().low, 9);
+  plots.SetLimits({});
+  EXPECT_FALSE(Current().Control().Wafer().HasPlotLimit());
+  EXPECT_NEAR(plots.LimitsOrData().high, 10.6835, 1e-3);
+}
+
+TEST_F(WorkbenchTest, AsksForLimitsInOrder) {
+  LimitsDialog dialog({9, 11}, nullptr);
+  auto* low = dialog.findChild<QLineEdit*>("low");
+  auto* ok = dialog.findChild<QPushButton*>("", Qt::FindChildrenRecursively);
+  for (auto* button : dialog.findChildren<QPushButton*>()) {
+    if (button->isDefault()) ok = button;
+  }
+  EXPECT_TRUE(ok->isEnabled());
+  low->setText("12");
+  EXPECT_FALSE(ok->isEnabled());
+  low->setText("10.5");
+  EXPECT_TRUE(ok->isEnabled());
+  ASSERT_TRUE(dialog.Result().has_value());
+  EXPECT_EQ(dialog.Result()->low, 10.5);
+  dialog.findChild<QPushButton*>("release")->click();
+  EXPECT_FALSE(dialog.Result().has_value());
+}
+
+TEST_F(WorkbenchTest, ExportsPicturesAndVectors) {
+  OpenLot();
+  const std::pair<const char*, QByteArray> formats[] = {
+      {"a.png", "\x89PNG"}, {"a.svg", "<?xml"}, {"a.pdf", "%PDF"}};
+  for (const auto& [name, begins] : formats) {
+    EXPECT_EQ(workbench_->ExportTo(PathOf(name)), "");
+    QFile file(PathOf(name));
+    ASSERT_TRUE(file.open(QFile::ReadOnly)) << name;
+    EXPECT_TRUE(file.readAll().startsWith(begins)) << name;
+  }
+  EXPECT_TRUE(workbench_->ExportTo(PathOf("none/a.png")).contains("none/a.png"));
+  EXPECT_TRUE(workbench_->ExportTo(PathOf("none/a.pdf")).contains("none/a.pdf"));
+}
+
+TEST_F(WorkbenchTest, PrintsAPage) {
+  OpenLot();
+  QPrinter printer;
+  printer.setOutputFormat(QPrinter::PdfFormat);
+  printer.setOutputFileName(PathOf("page.pdf"));
+  workbench_->PrintOn(printer);
+  QFile file(PathOf("page.pdf"));
+  ASSERT_TRUE(file.open(QFile::ReadOnly));
+  EXPECT_GT(file.size(), 10000);
+  EXPECT_EQ(Current().Control().PrinterObj(), nullptr);
+}
+
+TEST_F(WorkbenchTest, TellsWhyAFileIsntOpened) {
+  std::ofstream(folder_.path() / "bad.csv") << "1,2\n";
+  workbench_->Open({PathOf("bad.csv"), kLot});
+  QMessageBox* box = nullptr;
+  ASSERT_TRUE(QTest::qWaitFor([&] {
+    box = workbench_->findChild<QMessageBox*>();
+    return box != nullptr;
+  }));
+  EXPECT_TRUE(box->text().contains("bad.csv"));
+  box->close();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return List().count() == 25; })) << "the next is opened";
+}
+
+TEST_F(WorkbenchTest, TakesFilesThatAreDropped) {
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(kLot)});
+  QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(workbench_.get(), &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(workbench_.get(), &drop);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return List().count() == 25; }));
+}
+
+TEST_F(WorkbenchTest, KeepsItsStateBetweenStarts) {
+  OpenLot();
+  auto& map = static_cast<qt::Plot2DWidget&>(Current());
+  map.setHideLegend(true);
+  workbench_->plots().setCurrentIndex(2);
+  workbench_->resize(1100, 700);
+  workbench_->close();
+  workbench_ = std::make_unique<Workbench>();
+  EXPECT_EQ(workbench_->plots().currentIndex(), 2);
+  EXPECT_EQ(workbench_->size(), QSize(1100, 700));
+  EXPECT_TRUE(static_cast<qt::Plot2DWidget&>(workbench_->plots().At(0)).HideLegend());
+  QStringList actions;
+  for (const QAction* action : workbench_->findChildren<QAction*>()) actions += action->text();
+  EXPECT_TRUE(actions.contains(kLot)) << "among the recent files";
+}
+
+TEST_F(WorkbenchTest, ClosesAWafer) {
+  OpenLot();
+  for (QAction* action : workbench_->findChildren<QAction*>()) {
+    if (action->text() == "&Close wafer") action->trigger();
+  }
+  EXPECT_EQ(List().count(), 24);
+  EXPECT_EQ(workbench_->windowTitle(), List().currentItem()->text());
+}
+
+TEST_F(WorkbenchTest, TellsWhatLiesUnderTheMouse) {
+  OpenLot();
+  QWidget* map = nullptr;
+  for (const char* name : {"PLOTA", "RePlot"}) {
+    auto* candidate = Current().findChild<QWidget*>(QLatin1String(name));
+    if (candidate->isVisible()) map = candidate;
+  }
+  ASSERT_NE(map, nullptr);
+  const QPoint middle(map->width() / 2, map->height() / 2);
+  QMouseEvent move(QEvent::MouseMove, middle, map->mapToGlobal(middle), Qt::NoButton, Qt::NoButton,
+                   Qt::NoModifier);
+  QApplication::sendEvent(map, &move);
+  QString shown;
+  for (const auto* label : workbench_->findChildren<QLabel*>()) {
+    if (label->text().startsWith("X ")) shown = label->text();
+  }
+  EXPECT_TRUE(shown.startsWith("X 0.0 mm   Y 0.0 mm")) << qPrintable(shown);
+  EXPECT_TRUE(shown.contains("(site 1)")) << qPrintable(shown);
+}
+
+TEST(PointedSite, IsFoundOnFlatMapsOnly) {
+  const std::vector<float> x = {0, 50}, y = {0, 0}, z = {1, 3};
+  qt::Plot2DWidget map;
+  EXPECT_FALSE(PointOnWafer(map.Control(), {0.5, 0.5})) << "without a wafer";
+  map.resize(500, 400);
+  map.show();
+  map.setResolution(9.7);
+  map.SetWaferData(x, y, z);
+  map.Plot();
+  const auto upper = PointOnWafer(map.Control(), {0.5, 0});
+  const auto right = PointOnWafer(map.Control(), {1, 0.5});
+  ASSERT_TRUE(upper && right);
+  EXPECT_EQ(upper->x(), 0);
+  EXPECT_EQ(right->y(), 0);
+  // The measured 194 mm end 3 pixels before the nearer edges.
+  EXPECT_GT(std::min(upper->y(), right->x()), 97);
+  EXPECT_LT(std::min(upper->y(), right->x()), 100);
+  qt::Plot3DWidget surface;
+  surface.SetWaferData(x, y, z);
+  EXPECT_FALSE(PointOnWafer(surface.Control(), {0.5, 0.5}));
+}
+
+TEST(PointedSite, IsNamedWhenItIsNear) {
+  const std::vector<float> x = {0, 50, 0, -50}, y = {0, 0, 50, 0}, z = {1, 3, 5, 7};
+  qt::Plot2DWidget map;
+  map.SetWaferData(x, y, z);
+  EXPECT_EQ(Describe(map.Control(), {49, 1}), "X 50.0 mm   Y 0.0 mm   3   (site 2)");
+  EXPECT_EQ(Describe(map.Control(), {0, 98}), "");
+  EXPECT_TRUE(Describe(map.Control(), {25, 25}).endsWith("(between sites)"));
+}
+
+}  // namespace
+}  // namespace discoplan::app
