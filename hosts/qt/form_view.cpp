@@ -151,6 +151,7 @@ FormView::FormView(Node& root, QWidget* parent) : QWidget(parent) {
   entries_.push_back({&root, this, {}});
   for (const auto& child : root.children()) Build(*child, this);
   if (root.forwards != 0) installEventFilter(this);
+  setMouseTracking(true);
   SetTabOrder();
   Sync();
 }
@@ -184,6 +185,7 @@ void FormView::Build(Node& node, QWidget* parent) {
     BuildOptions(node, entry);
   }
   if (node.forwards != 0) widget->installEventFilter(this);
+  widget->setMouseTracking(true);  // a child without handlers passes the mouse on
   entries_.push_back(entry);
   for (const auto& child : node.children()) Build(*child, widget);
 }

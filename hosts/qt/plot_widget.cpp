@@ -147,6 +147,16 @@ class PlotHost final : public QtPlatform,
     if (QWidget* shown = widget_->view_->WidgetOf(&node)) shown->repaint();
   }
 
+  /// A button that goes up clicks, unless it ends a double click.
+  void TakeMouse(Node& node, MouseAction action) {
+    control->Mouse(node, action);
+    if (action.event == MouseEvent::DblClick) clicked_twice_ = true;
+    if (action.event != MouseEvent::MouseUp) return;
+    if (std::exchange(clicked_twice_, false)) return;
+    action.event = MouseEvent::Click;
+    control->Mouse(node, action);
+  }
+
   void SyncSoon() {
     if (pending_ || !widget_) return;
     pending_ = true;
@@ -166,6 +176,7 @@ class PlotHost final : public QtPlatform,
   QPointer<PlotWidget> widget_;
   QElapsedTimer clock_;
   bool pending_ = false;
+  bool clicked_twice_ = false;
 };
 
 PlotWidget::PlotWidget(const char* class_name, QWidget* parent)
@@ -189,10 +200,7 @@ PlotWidget::PlotWidget(const char* class_name, QWidget* parent)
                        .x = mouse.x,
                        .y = mouse.y};
     const std::shared_ptr<PlotHost> keep = host_;
-    keep->control->Mouse(node, action);
-    if (action.event != MouseEvent::MouseUp) return;
-    action.event = MouseEvent::Click;
-    keep->control->Mouse(node, action);
+    keep->TakeMouse(node, action);
   });
   std::vector<Node*> nodes = {&control.root()};
   for (std::size_t i = 0; i < nodes.size(); ++i) {

@@ -251,9 +251,14 @@ TEST(PlotWidgets, TellTheirMessagesInABox) {
   EXPECT_EQ(scan.control().angle(), 0);
 }
 
-TEST(PlotWidgets, ComeAndGoManyTimes) {
-  for (int round = 0; round < 20; ++round) {
-    for (const auto& widget : AllNine()) widget->Plot();
+TEST(PlotWidgets, ComeAndGoAThousandTimes) {
+  for (int round = 0; round < 1000; ++round) {
+    for (const auto& widget : AllNine()) {
+      if (round % 50 != 0) continue;
+      widget->show();
+      widget->SetWaferData(kX, kY, kZ);
+      widget->Plot();
+    }
   }
 }
 
