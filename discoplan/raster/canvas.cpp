@@ -5,6 +5,8 @@
 #include <array>
 #include <utility>
 
+#include "discoplan/raster/canvas_rows.h"
+
 namespace discoplan {
 
 namespace {
@@ -39,22 +41,7 @@ void Canvas::Rectangle(const PixelBox& box, const Pen& pen, const Brush& brush) 
 
 void Canvas::FillBox(const PixelBox& box, Pixel pixel) {
   const Box64 sorted = Sorted(box);
-  const std::int64_t last = std::min<std::int64_t>(sorted.bottom, height_ - 1);
-  for (std::int64_t y = std::max<std::int64_t>(sorted.top, 0); y <= last; ++y) {
-    FillRow(y, sorted.left, sorted.right + 1, pixel);
-  }
-}
-
-Canvas::Box64 Canvas::Sorted(const PixelBox& box) {
-  const auto [left, right] = std::minmax(box.left, box.right);
-  const auto [top, bottom] = std::minmax(box.top, box.bottom);
-  return {left, top, right, bottom};
-}
-
-void Canvas::FillRow(std::int64_t y, std::int64_t left, std::int64_t end, Pixel pixel) {
-  left = std::max<std::int64_t>(left, 0);
-  end = std::min<std::int64_t>(end, width_);
-  if (left < end) std::fill(Row(y) + left, Row(y) + end, pixel);
+  FillInside({sorted.left, sorted.top, sorted.right + 1, sorted.bottom + 1}, pixel);
 }
 
 }  // namespace discoplan

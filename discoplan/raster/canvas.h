@@ -82,13 +82,20 @@ class DISCOPLAN_EXPORT Canvas {
     std::int64_t left, top, right, bottom;
   };
 
-  static Box64 Sorted(const PixelBox& box);
+  inline static Box64 Sorted(const PixelBox& box);
 
   Pixel* Row(std::int64_t y) { return pixels_.data() + y * width_; }
   /// Pixels from `left` up to but without `end`.
-  void FillRow(std::int64_t y, std::int64_t left, std::int64_t end, Pixel pixel);
+  inline void FillRow(std::int64_t y, std::int64_t left, std::int64_t end, Pixel pixel);
+  /// Without the box's right and bottom edges.
+  inline void FillInside(const Box64& box, Pixel pixel);
+  void StrokePolygon(std::span<const PixelPoint> points, const Pen& pen);
+  void FillPolygon(std::span<const PixelPoint> points, Pixel pixel);
   void FillCorners(std::span<const Point64> corners, Pixel pixel);
+  template <class Steps>
+  void FillSides(std::span<const Point64> corners, Pixel pixel);
   void StrokeLine(Point64 a, Point64 b, const Pen& pen);
+  template <class Steps>
   void ThinLine(Point64 a, Point64 b, Pixel pixel);
   void WideLine(Point64 a, Point64 b, int width, Pixel pixel);
   void FillEllipse(const Box64& box, Pixel pixel);

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "discoplan/raster/canvas.h"
+#include "discoplan/raster/canvas_rows.h"
 #include "discoplan/raster/ellipse_walk.h"
 #include "discoplan/raster/integer_math.h"
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "discoplan/raster/canvas.h"
+#include "discoplan/raster/canvas_rows.h"
 
 namespace discoplan {
 

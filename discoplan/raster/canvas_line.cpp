@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "discoplan/raster/canvas.h"
+#include "discoplan/raster/canvas_rows.h"
 #include "discoplan/raster/integer_math.h"
 
 namespace discoplan {
@@ -17,11 +18,14 @@ void Canvas::StrokeLine(Point64 a, Point64 b, const Pen& pen) {
   if (a.x == b.x && a.y == b.y) return;
   if (pen.width > 1) {
     WideLine(a, b, pen.width, pen.pixel);
+  } else if (IsNear(a.x) && IsNear(a.y) && IsNear(b.x) && IsNear(b.y)) {
+    ThinLine<NearCeilSteps>(a, b, pen.pixel);
   } else {
-    ThinLine(a, b, pen.pixel);
+    ThinLine<CeilSteps>(a, b, pen.pixel);
   }
 }
 
+template <class Steps>
 void Canvas::ThinLine(Point64 a, Point64 b, Pixel pixel) {
   // A rather vertical line is walked as a rather horizontal one with X and Y exchanged.
   const bool steep = std::abs(b.y - a.y) > std::abs(b.x - a.x);
@@ -38,7 +42,7 @@ void Canvas::ThinLine(Point64 a, Point64 b, Pixel pixel) {
   const std::int64_t end = std::min(b.x + reversed, length);
   const std::int64_t run = b.x - a.x;
   // Rounded to nearest, a tie to the smaller coordinate: ceil(t - 1/2).
-  CeilSteps offset(-run, 2 * (b.y - a.y), 2 * run, first - a.x);
+  Steps offset(-run, 2 * (b.y - a.y), 2 * run, first - a.x);
   for (std::int64_t i = first; i < end; ++i, offset.Advance()) {
     const std::int64_t j = a.y + offset.Value();
     if (j >= 0 && j < breadth) pixels_[static_cast<std::size_t>(i * along + j * across)] = pixel;
