@@ -90,13 +90,13 @@ class DISCOPLAN_EXPORT Canvas {
   /// Without the box's right and bottom edges.
   inline void FillInside(const Box64& box, Pixel pixel);
   void StrokePolygon(std::span<const PixelPoint> points, const Pen& pen);
-  void FillPolygon(std::span<const PixelPoint> points, Pixel pixel);
-  void FillCorners(std::span<const Point64> corners, Pixel pixel);
+  template <class Point>
+  void FillCorners(std::span<const Point> corners, Pixel pixel);
+  template <class Steps, class Point>
+  inline void FillSides(std::span<const Point> corners, Pixel pixel);
+  inline void StrokeLine(Point64 a, Point64 b, const Pen& pen);
   template <class Steps>
-  void FillSides(std::span<const Point64> corners, Pixel pixel);
-  void StrokeLine(Point64 a, Point64 b, const Pen& pen);
-  template <class Steps>
-  void ThinLine(Point64 a, Point64 b, Pixel pixel);
+  inline void ThinLine(Point64 a, Point64 b, Pixel pixel);
   void WideLine(Point64 a, Point64 b, int width, Pixel pixel);
   void FillEllipse(const Box64& box, Pixel pixel);
   void ThinEllipse(const Box64& box, Pixel pixel);

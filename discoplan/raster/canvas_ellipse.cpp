@@ -147,7 +147,8 @@ void Canvas::StrokeEllipse(const Box64& box, const Pen& pen, Wanted wanted) {
   const std::int64_t margin = std::max(pen.width, 1);
   const Range visible = {-margin, width_ - 1 + margin};
   const auto on_canvas = [&](Offset offset) {
-    return Point64{(x + offset.x) / 2, (y - offset.y) / 2};
+    return PixelPoint{static_cast<std::int32_t>((x + offset.x) / 2),
+                      static_cast<std::int32_t>((y - offset.y) / 2)};
   };
   VisitEllipseRows(box, margin, [&](const EllipseRun& run, int sign) {
     for (const int side : {1, -1}) {
@@ -156,7 +157,7 @@ void Canvas::StrokeEllipse(const Box64& box, const Pen& pen, Wanted wanted) {
       for (std::int64_t i = std::max(columns.first, run.inner); i <= last; i += 2) {
         const Offset pixel = {side * i, -sign * run.y};
         const Offset next = NextPixel(pixel, run, b);
-        if (wanted(pixel, next)) StrokeLine(on_canvas(pixel), on_canvas(next), pen);
+        if (wanted(pixel, next)) Line(on_canvas(pixel), on_canvas(next), pen);
       }
     }
   });

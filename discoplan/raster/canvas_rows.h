@@ -22,22 +22,25 @@ inline void StoreBlock(Pixel* at, const PixelBlock& block) {
 }
 
 /// `count` pixels, at least one, in each of `rows` rows that are `pitch` pixels apart.
-inline void FillRows(Pixel* row, std::int64_t rows, std::int64_t pitch, std::int64_t count,
+inline void FillRows(Pixel* pixels, std::int64_t rows, std::int64_t pitch, std::int64_t count,
                      Pixel pixel) {
   constexpr std::int64_t kBlock = PixelBlock{}.size();
   const PixelBlock block = {pixel, pixel, pixel, pixel};
+  const std::int64_t end = rows * pitch;
   const std::int64_t last = count - kBlock;  // where the last block starts, maybe over another
   if (last < 0) {
-    for (; rows > 0; --rows, row += pitch) row[0] = row[count / 2] = row[count - 1] = pixel;
+    for (std::int64_t row = 0; row < end; row += pitch) {
+      pixels[row] = pixels[row + count / 2] = pixels[row + count - 1] = pixel;
+    }
   } else if (last <= kBlock) {
-    for (; rows > 0; --rows, row += pitch) {
-      StoreBlock(row, block);
-      StoreBlock(row + last, block);
+    for (std::int64_t row = 0; row < end; row += pitch) {
+      StoreBlock(pixels + row, block);
+      StoreBlock(pixels + row + last, block);
     }
   } else {
-    for (; rows > 0; --rows, row += pitch) {
-      for (std::int64_t i = 0; i < last; i += kBlock) StoreBlock(row + i, block);
-      StoreBlock(row + last, block);
+    for (std::int64_t row = 0; row < end; row += pitch) {
+      for (std::int64_t i = 0; i < last; i += kBlock) StoreBlock(pixels + row + i, block);
+      StoreBlock(pixels + row + last, block);
     }
   }
 }

@@ -35,6 +35,11 @@ class CeilSteps {
     excess_ = static_cast<std::int64_t>(static_cast<Int128>(value_) * divisor - numerator);
   }
 
+  CeilSteps& operator+=(std::int64_t offset) {
+    value_ += offset;
+    return *this;
+  }
+
   std::int64_t Value() const { return value_; }
 
   void Advance() {
@@ -69,8 +74,13 @@ class NearCeilSteps {
     // number has its ceiling as its floor. All steps together are off by less than that half.
     const double unit = kOne / static_cast<double>(divisor);
     step_ = static_cast<std::int64_t>(static_cast<double>(step) * unit);
-    value_ = static_cast<std::int64_t>(
-        (static_cast<double>(start + step * first + divisor) - 0.5) * unit);
+    value_ = static_cast<std::int64_t>((static_cast<double>(start + step * first + divisor) - 0.5) *
+                                       unit);
+  }
+
+  NearCeilSteps& operator+=(std::int64_t offset) {
+    value_ += offset << kFractionBits;
+    return *this;
   }
 
   std::int64_t Value() const { return value_ >> kFractionBits; }

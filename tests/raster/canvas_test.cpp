@@ -334,6 +334,35 @@ TEST(CanvasTest, LineFollowsTheRuleAtEveryMagnitude) {
   }
 }
 
+/// What cells of maps and faces of surfaces look like, near every edge of the canvas.
+TEST(CanvasTest, SmallQuadranglesFollowTheRulesAcrossEveryEdge) {
+  std::mt19937 engine(5);
+  for (int round = 0; round < 6000; ++round) {
+    const std::int32_t left = Random(engine, -15, 25), top = Random(engine, -15, 19);
+    const std::int32_t right = left + Random(engine, -3, 14), bottom = top + Random(engine, -3, 12);
+    const std::int32_t off = round % 3;  // boxes, boxes with a corner moved, any quadrangles
+    const auto moved = [&](std::int32_t x, std::int32_t y) {
+      return PixelPoint{x + Random(engine, -off, off), y + Random(engine, -off, off)};
+    };
+    std::vector<PixelPoint> points = {moved(left, top), moved(right, top), moved(right, bottom),
+                                      moved(left, bottom)};
+    if (round % 2 == 0) std::swap(points[1], points[3]);
+    const bool outlined = round / 6 % 2 == 0;
+    Rows expected = Filled(23, 17, '.');
+    for (int y = 0; y < 17; ++y) {
+      for (int x = 0; x < 23; ++x) {
+        if (RuleFills(points, x, y)) Set(expected, x, y, 'r');
+        for (std::size_t i = 0; outlined && i < points.size(); ++i) {
+          if (RuleDraws(points[i], points[(i + 1) % points.size()], x, y)) Set(expected, x, y, '#');
+        }
+      }
+    }
+    const Pen& pen = outlined ? kPen : kNoPen;
+    ASSERT_EQ(Drawn(23, 17, [&](Canvas& c) { c.Polygon(points, pen, kBrush); }), expected)
+        << "round " << round;
+  }
+}
+
 TEST(CanvasTest, LineIsTheSameInBothDirectionsButForTheEnd) {
   std::mt19937 engine(4);
   for (int round = 0; round < 500; ++round) {
