@@ -26,6 +26,7 @@ Canvas::Canvas(int width, int height, Pixel fill)
 void Canvas::Clear(Pixel fill) { std::fill(pixels_.begin(), pixels_.end(), fill); }
 
 void Canvas::Resize(int width, int height, Pixel fill) {
+  if (width == width_ && height == height_) return;
   Canvas resized(width, height, fill);
   const int columns = std::min(width_, resized.width_);
   const int rows = std::min(height_, resized.height_);
