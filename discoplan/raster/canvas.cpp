@@ -9,28 +9,29 @@
 
 namespace discoplan {
 
-namespace {
-
-std::vector<Pixel> MakePixels(int width, int height, Pixel fill) {
-  return std::vector<Pixel>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
-                            fill);
-}
-
-}  // namespace
-
 Canvas::Canvas(int width, int height, Pixel fill)
     : width_(std::max(width, 0)),
       height_(std::max(height, 0)),
-      pixels_(MakePixels(width_, height_, fill)) {}
+      pixels_(std::make_shared_for_overwrite<Pixel[]>(Size())) {
+  Clear(fill);
+}
 
-void Canvas::Clear(Pixel fill) { std::fill(pixels_.begin(), pixels_.end(), fill); }
+void Canvas::Unshare() {
+  auto own = std::make_shared_for_overwrite<Pixel[]>(Size());
+  std::copy_n(pixels_.get(), Size(), own.get());
+  pixels_ = std::move(own);
+}
+
+void Canvas::Clear(Pixel fill) { std::ranges::fill(Pixels(), fill); }
 
 void Canvas::Resize(int width, int height, Pixel fill) {
   if (width == width_ && height == height_) return;
   Canvas resized(width, height, fill);
   const int columns = std::min(width_, resized.width_);
   const int rows = std::min(height_, resized.height_);
-  for (int y = 0; y < rows; ++y) std::copy_n(Row(y), columns, resized.Row(y));
+  for (std::int64_t y = 0; y < rows; ++y) {
+    std::copy_n(pixels_.get() + y * width_, columns, resized.Row(y));
+  }
   *this = std::move(resized);
 }
 

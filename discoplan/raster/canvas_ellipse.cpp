@@ -125,7 +125,7 @@ void Canvas::FillEllipse(const Box64& box, Pixel pixel) {
   const std::int64_t x = box.left + box.right;
   const std::int64_t y = box.top + box.bottom;
   VisitEllipseRows(box, 0, [&](const EllipseRun& run, int sign) {
-    FillRow((y + sign * run.y) / 2, (x - run.outer) / 2, (x + run.outer) / 2 + 1, pixel);
+    FillRow(Row((y + sign * run.y) / 2), (x - run.outer) / 2, (x + run.outer) / 2 + 1, pixel);
   });
 }
 
@@ -133,7 +133,7 @@ void Canvas::ThinEllipse(const Box64& box, Pixel pixel) {
   const std::int64_t x = box.left + box.right;
   const std::int64_t y = box.top + box.bottom;
   VisitEllipseRows(box, 0, [&](const EllipseRun& run, int sign) {
-    const std::int64_t row = (y + sign * run.y) / 2;
+    Pixel* const row = Row((y + sign * run.y) / 2);
     FillRow(row, (x - run.outer) / 2, (x - run.inner) / 2 + 1, pixel);
     FillRow(row, (x + run.inner) / 2, (x + run.outer) / 2 + 1, pixel);
   });

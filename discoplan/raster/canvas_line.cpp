@@ -29,7 +29,7 @@ inline void Canvas::ThinLine(Point64 a, Point64 b, Pixel pixel) {
   // Rounded to nearest, a tie to the smaller coordinate: ceil(t - 1/2).
   Steps j(-run, 2 * (b.y - a.y), 2 * run, first - a.x);
   j += a.y;
-  Pixel* const pixels = pixels_.data();
+  Pixel* const pixels = OwnPixels();
   for (std::int64_t i = first; i < end; ++i, j.Advance()) {
     // A negative one is large, too.
     if (static_cast<std::uint64_t>(j.Value()) < static_cast<std::uint64_t>(breadth)) {

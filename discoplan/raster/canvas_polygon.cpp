@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <utility>
+#include <vector>
 
 #include "discoplan/raster/canvas.h"
 #include "discoplan/raster/canvas_rows.h"
@@ -109,6 +110,7 @@ inline void Canvas::FillSides(std::span<const Point> corners, Pixel pixel) {
   }
 
   Scratch<std::int64_t> crossings(corners.size());
+  Pixel* const pixels = OwnPixels();
   for (std::int64_t y = first; y < end;) {
     const auto band = sides.BandFrom(y, end);
     if (band.crossed.size() == 2) {
@@ -117,7 +119,7 @@ inline void Canvas::FillSides(std::span<const Point> corners, Pixel pixel) {
       for (; y < band.end; ++y) {
         const std::int64_t a = one.NextCrossing();
         const std::int64_t b = other.NextCrossing();
-        FillRow(y, std::min(a, b), std::max(a, b), pixel);
+        FillRow(pixels + y * width_, std::min(a, b), std::max(a, b), pixel);
       }
     }
     for (; y < band.end; ++y) {
@@ -125,7 +127,7 @@ inline void Canvas::FillSides(std::span<const Point> corners, Pixel pixel) {
       for (Side<Steps>* side : band.crossed) *crossing++ = side->NextCrossing();
       Sort(crossings.Data(), band.crossed.size());
       for (std::size_t i = 0; i + 1 < band.crossed.size(); i += 2) {
-        FillRow(y, crossings.Data()[i], crossings.Data()[i + 1], pixel);
+        FillRow(pixels + y * width_, crossings.Data()[i], crossings.Data()[i + 1], pixel);
       }
     }
   }

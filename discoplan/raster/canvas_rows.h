@@ -60,10 +60,10 @@ inline void Canvas::FillInside(const Box64& box, Pixel pixel) {
   }
 }
 
-inline void Canvas::FillRow(std::int64_t y, std::int64_t left, std::int64_t end, Pixel pixel) {
+inline void Canvas::FillRow(Pixel* row, std::int64_t left, std::int64_t end, Pixel pixel) {
   left = std::max<std::int64_t>(left, 0);
   end = std::min<std::int64_t>(end, width_);
-  if (left < end) FillRows(Row(y) + left, 1, width_, end - left, pixel);
+  if (left < end) FillRows(row + left, 1, width_, end - left, pixel);
 }
 
 }  // namespace discoplan

@@ -37,6 +37,49 @@ TEST(CanvasTest, ResizeKeepsTheUpperLeft) {
   EXPECT_EQ(Show(canvas), (Rows{"rr"}));
 }
 
+TEST(CanvasTest, WhatIsDrawnOnACopyOrItsOriginalStaysThere) {
+  using Draw = void (*)(Canvas&);
+  constexpr Draw kDraws[] = {
+      [](Canvas& c) { c.Clear(kRedPixel); },
+      [](Canvas& c) { c.Pixels()[3] = kRedPixel; },
+      [](Canvas& c) {
+        c.Line({0, 0}, {2, 2}, kPen);
+      },
+      [](Canvas& c) {
+        c.Line({0, 0}, {2, 2}, kWidePen);
+      },
+      [](Canvas& c) {
+        c.FillBox({0, 0, 1, 1}, kRedPixel);
+      },
+      [](Canvas& c) {
+        c.Rectangle({0, 0, 2, 2}, kNoPen, kBrush);
+      },
+      [](Canvas& c) {
+        c.Polygon(std::array<PixelPoint, 3>{{{0, 0}, {2, 0}, {0, 2}}}, kNoPen, kBrush);
+      },
+      [](Canvas& c) {
+        c.Ellipse({0, 0, 2, 2}, kPen, kBrush);
+      },
+      [](Canvas& c) {
+        c.FloodFill({0, 0}, kBlackPixel, kBrush);
+      },
+      [](Canvas& c) { c.Resize(2, 2, kRedPixel); },
+  };
+  const Rows blank = Filled(3, 3, '.');
+  for (const Draw draw : kDraws) {
+    const auto number = std::find(std::begin(kDraws), std::end(kDraws), draw) - std::begin(kDraws);
+    Canvas original(3, 3, kWhitePixel);
+    Canvas copy = original;
+    draw(copy);
+    EXPECT_EQ(Show(original), blank) << number;
+    EXPECT_NE(Show(copy), blank) << number;
+    const Rows drawn = Show(copy);
+    original = copy;
+    original.FillBox({0, 0, 2, 2}, kBlackPixel);
+    EXPECT_EQ(Show(copy), drawn) << number;
+  }
+}
+
 TEST(CanvasTest, ZeroSizeTakesEveryCall) {
   for (const auto& [width, height] :
        std::vector<std::pair<int, int>>{{0, 0}, {0, 5}, {5, 0}, {-3, 2}}) {
