@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -228,6 +229,7 @@ void Stamp(Canvas& canvas, const Glyph& glyph, PixelPoint corner, Pixel colour) 
   const int last_row = std::min(glyph.rows, canvas.Height() - corner.y);
   const int first = std::max(0, -corner.x);
   const int last = std::min(glyph.width, canvas.Width() - corner.x);
+  const std::span<Pixel> pixels = canvas.Pixels();
   for (int row = first_row; row < last_row; ++row) {
     for (int column = first; column < last; ++column) {
       const auto from = static_cast<std::size_t>(row) * static_cast<std::size_t>(glyph.width) +
@@ -235,8 +237,7 @@ void Stamp(Canvas& canvas, const Glyph& glyph, PixelPoint corner, Pixel colour) 
       const auto to =
           static_cast<std::size_t>(corner.y + row) * static_cast<std::size_t>(canvas.Width()) +
           static_cast<std::size_t>(corner.x + column);
-      Pixel& pixel = canvas.Pixels()[to];
-      pixel = Blend(pixel, colour, glyph.coverage[from]);
+      pixels[to] = Blend(pixels[to], colour, glyph.coverage[from]);
     }
   }
 }
