@@ -6,7 +6,7 @@
 namespace discoplan::bench {
 
 /// A picture of a size that keeps nothing: what a plot costs without its pixels.
-class DiscardingSurface final : public Surface {
+class DiscardingSurface : public Surface {
  public:
   explicit DiscardingSurface(float pixels) {
     state_.scale_width = pixels;

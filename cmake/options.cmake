@@ -2,4 +2,4 @@
 # no compiler may fuse a multiplication with an addition.
 add_library(discoplan-options INTERFACE)
 target_compile_options(discoplan-options INTERFACE
-  -ffp-contract=off -Wall -Wextra -Wconversion -Wshadow $<$<BOOL:${DISCOPLAN_WERROR}>:-Werror>)
+  -ffp-contract=off -fno-semantic-interposition -Wall -Wextra -Wconversion -Wshadow $<$<BOOL:${DISCOPLAN_WERROR}>:-Werror>)

@@ -34,6 +34,11 @@ class DecimalMarks {
   /// Takes note of a number that was read from `text`. Throws `DataError` at `place` if its mark is
   /// not that of the numbers before.
   void Note(const ParsedNumber& number, std::string_view text, const Place& place);
+  /// Whether there is nothing new in a number, so that `Note` may be left out.
+  bool Knows(const ParsedNumber& number) const {
+    return number.decimal_mark == 0 ||
+           (number.decimal_mark == mark_ && proven_ && !number.may_group);
+  }
   /// To be called at the end of the file. Throws `DataError` if the commas may be either.
   void Finish() const;
 

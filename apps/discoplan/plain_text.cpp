@@ -6,9 +6,10 @@
 namespace discoplan::app {
 namespace {
 
-constexpr std::string_view kBlanks = " \t";
 constexpr std::size_t kMostShown = 40;
 constexpr std::size_t kMostListed = 30;
+
+bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
@@ -37,9 +38,9 @@ std::string PrintablePart(std::string_view text, std::size_t most) {
 }  // namespace
 
 std::string_view Trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 bool SameName(std::string_view a, std::string_view b) {

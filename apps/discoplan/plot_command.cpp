@@ -3,6 +3,7 @@
 #include <cmath>
 #include <iostream>
 #include <memory>
+#include <utility>
 
 #include "apps/discoplan/beside.h"
 #include "apps/discoplan/pixel_size.h"
@@ -68,7 +69,7 @@ class Sheet {
     }
     ++number_;
   }
-  const Canvas& canvas() const { return canvas_; }
+  Canvas Take() { return std::move(canvas_); }
 
  private:
   const PixelSize each_;
@@ -77,14 +78,19 @@ class Sheet {
   Canvas canvas_;
 };
 
+Canvas Draw(const std::vector<PlotKind>& kinds, const PictureRequest& request,
+            const PixelSize& size, const Wafer& measured) {
+  if (kinds.size() == 1) return DrawKind(kinds.front(), request, size, measured);
+  Sheet sheet(size, kinds.size());
+  for (const PlotKind& kind : kinds) sheet.Add(DrawKind(kind, request, size, measured));
+  return sheet.Take();
+}
+
 void Plot(const PictureRequest& request) {
   const std::vector<PlotKind> kinds = KindsOf(request.plot);
   const PixelSize size = ParseSize(request.size);
   const DataResult data = ReadReporting(request.data);
-  const Wafer& measured = OnlyWafer(data, request.data);
-  Sheet sheet(size, kinds.size());
-  for (const PlotKind& kind : kinds) sheet.Add(DrawKind(kind, request, size, measured));
-  const Canvas& canvas = sheet.canvas();
+  const Canvas canvas = Draw(kinds, request, size, OnlyWafer(data, request.data));
   WritePng(request.output, canvas.Pixels(), canvas.Width(), canvas.Height());
 }
 

@@ -94,7 +94,7 @@ void SiteRows::Add(const std::vector<std::string_view>& fields, std::int64_t lin
     throw DataError(At(file_, line, used[i]), FaultSentence(numbers[i].fault, text, kMendOrSkip));
   }
   for (std::size_t i = 0; i < used.size(); ++i) {
-    if (numbers[i].decimal_mark == 0) continue;
+    if (marks_.Knows(numbers[i])) continue;
     marks_.Note(numbers[i], fields[used[i]], At(file_, line, used[i]));
   }
   if (std::ssize(wafer.x) == kMostSites) {

@@ -215,35 +215,41 @@ class TreePainter {
                  {.pixel = PixelOf(node.fore_color), .width = LineWidth()});
   }
 
-  template <class AnyCanvas>
-  static auto& At(AnyCanvas& canvas, int x, int y) {
-    return canvas.Pixels()[static_cast<std::size_t>(y) * static_cast<std::size_t>(canvas.Width()) +
-                           static_cast<std::size_t>(x)];
+  /// The pixels of a box that lie on the canvas.
+  struct Visible {
+    int left, top, right, bottom;
+  };
+  Visible VisibleOf(const Box& box) const {
+    return {std::max(box.left, 0), std::max(box.top, 0), std::min(box.right + 1, canvas_.Width()),
+            std::min(box.bottom + 1, canvas_.Height())};
   }
 
   void Copy(const Canvas& source, const Box& box) {
-    Place(
-        box, source, [](int at) { return at; }, [](int at) { return at; });
+    const Visible seen = VisibleOf(box);
+    const int width = std::min(seen.right, box.left + source.Width()) - seen.left;
+    const int bottom = std::min(seen.bottom, box.top + source.Height());
+    if (width <= 0) return;
+    const Pixel* from = source.Pixels().data();
+    Pixel* to = canvas_.Pixels().data();
+    for (std::ptrdiff_t y = seen.top; y < bottom; ++y) {
+      std::copy_n(from + (y - box.top) * source.Width() + seen.left - box.left, width,
+                  to + y * canvas_.Width() + seen.left);
+    }
   }
 
   void Stretch(const Canvas& source, const Box& box) {
+    if (source.Pixels().empty()) return;
+    const Visible seen = VisibleOf(box);
     const auto scaled = [](int at, int from, int to) {
-      return static_cast<int>((at + 0.5) * from / to);
+      return static_cast<std::ptrdiff_t>((at + 0.5) * from / to);
     };
-    Place(
-        box, source, [&](int x) { return scaled(x, source.Width(), box.Width()); },
-        [&](int y) { return scaled(y, source.Height(), box.Height()); });
-  }
-
-  template <class Column, class Row>
-  void Place(const Box& box, const Canvas& source, Column column, Row row) {
-    for (int y = std::max(box.top, 0); y <= std::min(box.bottom, canvas_.Height() - 1); ++y) {
-      const int from_y = row(y - box.top);
-      if (from_y >= source.Height()) continue;
-      for (int x = std::max(box.left, 0); x <= std::min(box.right, canvas_.Width() - 1); ++x) {
-        const int from_x = column(x - box.left);
-        if (from_x >= source.Width()) continue;
-        At(canvas_, x, y) = At(source, from_x, from_y);
+    const Pixel* from = source.Pixels().data();
+    Pixel* to = canvas_.Pixels().data();
+    for (int y = seen.top; y < seen.bottom; ++y) {
+      const Pixel* row = from + scaled(y - box.top, source.Height(), box.Height()) * source.Width();
+      for (int x = seen.left; x < seen.right; ++x) {
+        to[static_cast<std::ptrdiff_t>(y) * canvas_.Width() + x] =
+            row[scaled(x - box.left, source.Width(), box.Width())];
       }
     }
   }

@@ -5,29 +5,33 @@
 #include <array>
 #include <utility>
 
+#include "discoplan/raster/canvas_rows.h"
+
 namespace discoplan {
-
-namespace {
-
-std::vector<Pixel> MakePixels(int width, int height, Pixel fill) {
-  return std::vector<Pixel>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
-                            fill);
-}
-
-}  // namespace
 
 Canvas::Canvas(int width, int height, Pixel fill)
     : width_(std::max(width, 0)),
       height_(std::max(height, 0)),
-      pixels_(MakePixels(width_, height_, fill)) {}
+      pixels_(std::make_shared_for_overwrite<Pixel[]>(Size())) {
+  Clear(fill);
+}
 
-void Canvas::Clear(Pixel fill) { std::fill(pixels_.begin(), pixels_.end(), fill); }
+void Canvas::Unshare() {
+  auto own = std::make_shared_for_overwrite<Pixel[]>(Size());
+  std::copy_n(pixels_.get(), Size(), own.get());
+  pixels_ = std::move(own);
+}
+
+void Canvas::Clear(Pixel fill) { std::ranges::fill(Pixels(), fill); }
 
 void Canvas::Resize(int width, int height, Pixel fill) {
+  if (width == width_ && height == height_) return;
   Canvas resized(width, height, fill);
   const int columns = std::min(width_, resized.width_);
   const int rows = std::min(height_, resized.height_);
-  for (int y = 0; y < rows; ++y) std::copy_n(Row(y), columns, resized.Row(y));
+  for (std::int64_t y = 0; y < rows; ++y) {
+    std::copy_n(pixels_.get() + y * width_, columns, resized.Row(y));
+  }
   *this = std::move(resized);
 }
 
@@ -39,22 +43,7 @@ void Canvas::Rectangle(const PixelBox& box, const Pen& pen, const Brush& brush) 
 
 void Canvas::FillBox(const PixelBox& box, Pixel pixel) {
   const Box64 sorted = Sorted(box);
-  const std::int64_t last = std::min<std::int64_t>(sorted.bottom, height_ - 1);
-  for (std::int64_t y = std::max<std::int64_t>(sorted.top, 0); y <= last; ++y) {
-    FillRow(y, sorted.left, sorted.right + 1, pixel);
-  }
-}
-
-Canvas::Box64 Canvas::Sorted(const PixelBox& box) {
-  const auto [left, right] = std::minmax(box.left, box.right);
-  const auto [top, bottom] = std::minmax(box.top, box.bottom);
-  return {left, top, right, bottom};
-}
-
-void Canvas::FillRow(std::int64_t y, std::int64_t left, std::int64_t end, Pixel pixel) {
-  left = std::max<std::int64_t>(left, 0);
-  end = std::min<std::int64_t>(end, width_);
-  if (left < end) std::fill(Row(y) + left, Row(y) + end, pixel);
+  FillInside({sorted.left, sorted.top, sorted.right + 1, sorted.bottom + 1}, pixel);
 }
 
 }  // namespace discoplan

@@ -9,12 +9,13 @@
 /// The rules are those of the desktop platform's graphics device interface, so that a picture has
 /// the same pixels on every host. Coordinates are whole pixels of any magnitude within 32 bits, X
 /// to the right and Y downward; what lies outside is clipped, and costs no more than the canvas's
-/// size. The arithmetic is exact. Nothing here allocates but `Resize` and what a polygon of many
-/// corners or a flood fill needs.
+/// size. The arithmetic is exact. A copy costs nothing until it or its original is drawn on; else
+/// nothing here allocates but `Resize` and what a polygon of many corners or a flood fill needs.
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
-#include <vector>
 
 #include "discoplan/export.h"
 #include "discoplan/render/surface.h"
@@ -48,9 +49,9 @@ class DISCOPLAN_EXPORT Canvas {
 
   int Width() const { return width_; }
   int Height() const { return height_; }
-  /// Rows from top to bottom, `Width()` pixels each.
-  std::span<Pixel> Pixels() { return pixels_; }
-  std::span<const Pixel> Pixels() const { return pixels_; }
+  /// Rows from top to bottom, `Width()` pixels each; to be written to before the next copy is made.
+  std::span<Pixel> Pixels() { return {OwnPixels(), Size()}; }
+  std::span<const Pixel> Pixels() const { return {pixels_.get(), Size()}; }
 
   void Clear(Pixel fill);
   /// Keeps what fits at the upper left; the rest takes `fill`.
@@ -82,14 +83,29 @@ class DISCOPLAN_EXPORT Canvas {
     std::int64_t left, top, right, bottom;
   };
 
-  static Box64 Sorted(const PixelBox& box);
+  inline static Box64 Sorted(const PixelBox& box);
 
-  Pixel* Row(std::int64_t y) { return pixels_.data() + y * width_; }
-  /// Pixels from `left` up to but without `end`.
-  void FillRow(std::int64_t y, std::int64_t left, std::int64_t end, Pixel pixel);
-  void FillCorners(std::span<const Point64> corners, Pixel pixel);
-  void StrokeLine(Point64 a, Point64 b, const Pen& pen);
-  void ThinLine(Point64 a, Point64 b, Pixel pixel);
+  std::size_t Size() const {
+    return static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_);
+  }
+  Pixel* OwnPixels() {
+    if (pixels_.use_count() != 1) Unshare();
+    return pixels_.get();
+  }
+  void Unshare();
+  Pixel* Row(std::int64_t y) { return OwnPixels() + y * width_; }
+  /// Pixels from `left` up to but without `end` of the row that starts at `row`.
+  inline void FillRow(Pixel* row, std::int64_t left, std::int64_t end, Pixel pixel);
+  /// Without the box's right and bottom edges.
+  inline void FillInside(const Box64& box, Pixel pixel);
+  void StrokePolygon(std::span<const PixelPoint> points, const Pen& pen);
+  template <class Point>
+  void FillCorners(std::span<const Point> corners, Pixel pixel);
+  template <class Steps, class Point>
+  inline void FillSides(std::span<const Point> corners, Pixel pixel);
+  inline void StrokeLine(Point64 a, Point64 b, const Pen& pen);
+  template <class Steps>
+  inline void ThinLine(Point64 a, Point64 b, Pixel pixel);
   void WideLine(Point64 a, Point64 b, int width, Pixel pixel);
   void FillEllipse(const Box64& box, Pixel pixel);
   void ThinEllipse(const Box64& box, Pixel pixel);
@@ -104,7 +120,8 @@ class DISCOPLAN_EXPORT Canvas {
 
   int width_;
   int height_;
-  std::vector<Pixel> pixels_;
+  // Shared with copies until one of them is drawn on.
+  std::shared_ptr<Pixel[]> pixels_;
 };
 
 }  // namespace discoplan

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "discoplan/raster/canvas.h"
+#include "discoplan/raster/canvas_rows.h"
 #include "discoplan/raster/ellipse_walk.h"
 #include "discoplan/raster/integer_math.h"
 
@@ -124,7 +125,7 @@ void Canvas::FillEllipse(const Box64& box, Pixel pixel) {
   const std::int64_t x = box.left + box.right;
   const std::int64_t y = box.top + box.bottom;
   VisitEllipseRows(box, 0, [&](const EllipseRun& run, int sign) {
-    FillRow((y + sign * run.y) / 2, (x - run.outer) / 2, (x + run.outer) / 2 + 1, pixel);
+    FillRow(Row((y + sign * run.y) / 2), (x - run.outer) / 2, (x + run.outer) / 2 + 1, pixel);
   });
 }
 
@@ -132,7 +133,7 @@ void Canvas::ThinEllipse(const Box64& box, Pixel pixel) {
   const std::int64_t x = box.left + box.right;
   const std::int64_t y = box.top + box.bottom;
   VisitEllipseRows(box, 0, [&](const EllipseRun& run, int sign) {
-    const std::int64_t row = (y + sign * run.y) / 2;
+    Pixel* const row = Row((y + sign * run.y) / 2);
     FillRow(row, (x - run.outer) / 2, (x - run.inner) / 2 + 1, pixel);
     FillRow(row, (x + run.inner) / 2, (x + run.outer) / 2 + 1, pixel);
   });
@@ -146,7 +147,8 @@ void Canvas::StrokeEllipse(const Box64& box, const Pen& pen, Wanted wanted) {
   const std::int64_t margin = std::max(pen.width, 1);
   const Range visible = {-margin, width_ - 1 + margin};
   const auto on_canvas = [&](Offset offset) {
-    return Point64{(x + offset.x) / 2, (y - offset.y) / 2};
+    return PixelPoint{static_cast<std::int32_t>((x + offset.x) / 2),
+                      static_cast<std::int32_t>((y - offset.y) / 2)};
   };
   VisitEllipseRows(box, margin, [&](const EllipseRun& run, int sign) {
     for (const int side : {1, -1}) {
@@ -155,7 +157,7 @@ void Canvas::StrokeEllipse(const Box64& box, const Pen& pen, Wanted wanted) {
       for (std::int64_t i = std::max(columns.first, run.inner); i <= last; i += 2) {
         const Offset pixel = {side * i, -sign * run.y};
         const Offset next = NextPixel(pixel, run, b);
-        if (wanted(pixel, next)) StrokeLine(on_canvas(pixel), on_canvas(next), pen);
+        if (wanted(pixel, next)) Line(on_canvas(pixel), on_canvas(next), pen);
       }
     }
   });

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cstddef>
+#include <vector>
 
 #include "discoplan/raster/canvas.h"
+#include "discoplan/raster/canvas_rows.h"
 
 namespace discoplan {
 
@@ -11,10 +13,11 @@ void Canvas::FloodFill(PixelPoint start, Pixel boundary, const Brush& brush) {
     return;
   }
   // The brush may have a colour that the region already holds, so what was reached is kept apart.
-  std::vector<bool> reached(pixels_.size());
+  const std::span<const Pixel> pixels = Pixels();
+  std::vector<bool> reached(pixels.size());
   const auto open = [&](std::int64_t x, std::int64_t y) {
     const auto index = static_cast<std::size_t>(y * width_ + x);
-    return !reached[index] && pixels_[index] != boundary;
+    return !reached[index] && pixels[index] != boundary;
   };
   std::vector<Point64> seeds = {{start.x, start.y}};
   while (!seeds.empty()) {
@@ -27,7 +30,7 @@ void Canvas::FloodFill(PixelPoint start, Pixel boundary, const Brush& brush) {
     while (end < width_ && open(end, y)) ++end;
     const auto row = reached.begin() + y * width_;
     std::fill(row + left, row + end, true);
-    FillRow(y, left, end, brush.pixel);
+    FillRow(Row(y), left, end, brush.pixel);
     for (const std::int64_t neighbour : {y - 1, y + 1}) {
       if (neighbour < 0 || neighbour >= height_) continue;
       for (std::int64_t i = left; i < end; ++i) {

@@ -5,24 +5,13 @@
 #include <utility>
 
 #include "discoplan/raster/canvas.h"
+#include "discoplan/raster/canvas_rows.h"
 #include "discoplan/raster/integer_math.h"
 
 namespace discoplan {
 
-void Canvas::Line(PixelPoint a, PixelPoint b, const Pen& pen) {
-  if (pen.visible) StrokeLine({a.x, a.y}, {b.x, b.y}, pen);
-}
-
-void Canvas::StrokeLine(Point64 a, Point64 b, const Pen& pen) {
-  if (a.x == b.x && a.y == b.y) return;
-  if (pen.width > 1) {
-    WideLine(a, b, pen.width, pen.pixel);
-  } else {
-    ThinLine(a, b, pen.pixel);
-  }
-}
-
-void Canvas::ThinLine(Point64 a, Point64 b, Pixel pixel) {
+template <class Steps>
+inline void Canvas::ThinLine(Point64 a, Point64 b, Pixel pixel) {
   // A rather vertical line is walked as a rather horizontal one with X and Y exchanged.
   const bool steep = std::abs(b.y - a.y) > std::abs(b.x - a.x);
   std::int64_t length = width_, breadth = height_, along = 1, across = width_;
@@ -38,11 +27,39 @@ void Canvas::ThinLine(Point64 a, Point64 b, Pixel pixel) {
   const std::int64_t end = std::min(b.x + reversed, length);
   const std::int64_t run = b.x - a.x;
   // Rounded to nearest, a tie to the smaller coordinate: ceil(t - 1/2).
-  CeilSteps offset(-run, 2 * (b.y - a.y), 2 * run, first - a.x);
-  for (std::int64_t i = first; i < end; ++i, offset.Advance()) {
-    const std::int64_t j = a.y + offset.Value();
-    if (j >= 0 && j < breadth) pixels_[static_cast<std::size_t>(i * along + j * across)] = pixel;
+  Steps j(-run, 2 * (b.y - a.y), 2 * run, first - a.x);
+  j += a.y;
+  Pixel* const pixels = OwnPixels();
+  for (std::int64_t i = first; i < end; ++i, j.Advance()) {
+    // A negative one is large, too.
+    if (static_cast<std::uint64_t>(j.Value()) < static_cast<std::uint64_t>(breadth)) {
+      pixels[i * along + j.Value() * across] = pixel;
+    }
   }
+}
+
+inline void Canvas::StrokeLine(Point64 a, Point64 b, const Pen& pen) {
+  if (a.x == b.x && a.y == b.y) return;
+  if (pen.width > 1) {
+    WideLine(a, b, pen.width, pen.pixel);
+  } else if (IsNear(a.x) && IsNear(a.y) && IsNear(b.x) && IsNear(b.y)) {
+    ThinLine<NearCeilSteps>(a, b, pen.pixel);
+  } else {
+    ThinLine<CeilSteps>(a, b, pen.pixel);
+  }
+}
+
+void Canvas::Line(PixelPoint a, PixelPoint b, const Pen& pen) {
+  if (pen.visible) StrokeLine({a.x, a.y}, {b.x, b.y}, pen);
+}
+
+void Canvas::StrokePolygon(std::span<const PixelPoint> points, const Pen& pen) {
+  PixelPoint from = points.front();
+  for (const PixelPoint& to : points.subspan(1)) {
+    StrokeLine({from.x, from.y}, {to.x, to.y}, pen);
+    from = to;
+  }
+  StrokeLine({from.x, from.y}, {points.front().x, points.front().y}, pen);
 }
 
 void Canvas::WideLine(Point64 a, Point64 b, int width, Pixel pixel) {
@@ -76,7 +93,7 @@ void Canvas::WideLine(Point64 a, Point64 b, int width, Pixel pixel) {
                                            {a.x + right.x, a.y + right.y},
                                            {b.x + right.x, b.y + right.y},
                                            {b.x + left.x, b.y + left.y}}};
-  FillCorners(corners, pixel);
+  FillCorners(std::span<const Point64>(corners), pixel);
   for (const Point64& end : {a, b}) {
     const std::int64_t x = end.x - half;
     const std::int64_t y = end.y - half;

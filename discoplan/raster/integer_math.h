@@ -35,6 +35,11 @@ class CeilSteps {
     excess_ = static_cast<std::int64_t>(static_cast<Int128>(value_) * divisor - numerator);
   }
 
+  CeilSteps& operator+=(std::int64_t offset) {
+    value_ += offset;
+    return *this;
+  }
+
   std::int64_t Value() const { return value_; }
 
   void Advance() {
@@ -59,5 +64,41 @@ class CeilSteps {
   std::int64_t value_;
   std::int64_t excess_;  // value_ * divisor_ less the numerator
 };
+
+/// The same for operands of `IsNear` and as many steps, in fixed-point numbers.
+class NearCeilSteps {
+ public:
+  NearCeilSteps() = default;
+  NearCeilSteps(std::int64_t start, std::int64_t step, std::int64_t divisor, std::int64_t first) {
+    // Quotients are multiples of 1 / divisor, so that what lies half of that below the next whole
+    // number has its ceiling as its floor. All steps together are off by less than that half.
+    const double unit = kOne / static_cast<double>(divisor);
+    step_ = static_cast<std::int64_t>(static_cast<double>(step) * unit);
+    value_ = static_cast<std::int64_t>((static_cast<double>(start + step * first + divisor) - 0.5) *
+                                       unit);
+  }
+
+  NearCeilSteps& operator+=(std::int64_t offset) {
+    value_ += offset << kFractionBits;
+    return *this;
+  }
+
+  std::int64_t Value() const { return value_ >> kFractionBits; }
+  void Advance() { value_ += step_; }
+
+ private:
+  static constexpr int kFractionBits = 32;
+  static constexpr double kOne = 1LL << kFractionBits;
+
+  std::int64_t step_;
+  std::int64_t value_;
+};
+
+/// Whether a coordinate is small enough for `NearCeilSteps` with twice the differences of such
+/// coordinates.
+inline bool IsNear(std::int64_t coordinate) {
+  constexpr std::int64_t kFarthest = 1 << 13;
+  return -kFarthest <= coordinate && coordinate < kFarthest;
+}
 
 }  // namespace discoplan

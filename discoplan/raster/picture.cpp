@@ -29,15 +29,17 @@ int Side(double pixels) {
   return pixels > 0 ? static_cast<int>(RoundHalfEven(std::min<double>(pixels, kMostPixels))) : 0;
 }
 
-}  // namespace
-
-Pixel PixelOf(Colour colour) {
+Pixel ToPixel(Colour colour) {
   constexpr Colour kSystem = 0x80000000;
   constexpr Colour kButtonFace = 0x8000000F;
   if (colour == kButtonFace) return 0xFFF0F0F0;
   if (colour & kSystem) return 0xFFC8C8C8;
   return 0xFF000000 | (colour & 0xFF) << 16 | (colour & 0xFF00) | (colour >> 16 & 0xFF);
 }
+
+}  // namespace
+
+Pixel PixelOf(Colour colour) { return ToPixel(colour); }
 
 Picture::Picture(const Setting& setting, float width, float height)
     : setting_(setting), canvas_(0, 0, PixelOf(kWhite)) {
@@ -94,14 +96,14 @@ double Picture::PixelsPerPoint() const {
   return kTwipsPerPoint / setting_.resolution.twips_per_pixel_y;
 }
 
-Pen Picture::PenOf(std::optional<Colour> colour) const {
-  return {.pixel = PixelOf(colour.value_or(state_.fore_color)),
+inline Pen Picture::PenOf(std::optional<Colour> colour) const {
+  return {.pixel = ToPixel(colour.value_or(state_.fore_color)),
           .width = state_.draw_width,
           .visible = state_.draw_style != 5};
 }
 
-Brush Picture::BrushOf() const {
-  return {.pixel = PixelOf(state_.fill_color), .visible = state_.fill_style == 0};
+inline Brush Picture::BrushOf() const {
+  return {.pixel = ToPixel(state_.fill_color), .visible = state_.fill_style == 0};
 }
 
 void Picture::Cls() {

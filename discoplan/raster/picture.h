@@ -71,8 +71,8 @@ class DISCOPLAN_EXPORT Picture : public Surface {
   double PixelY(double y) const { return (y - state_.scale_top) * PixelsPerUnitY(); }
   void TakeSize();
   void TakeScale();
-  Pen PenOf(std::optional<Colour> colour) const;
-  Brush BrushOf() const;
+  inline Pen PenOf(std::optional<Colour> colour) const;
+  inline Brush BrushOf() const;
 
   const Setting setting_;
   Canvas canvas_;

@@ -10,8 +10,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -76,14 +79,38 @@ struct FontFile {
   bool bold = false;
 };
 
+bool IsSans(const std::string& name) {
+  static constexpr std::array kSansNames = {"Arial", "MS Sans Serif", kSymbolFont};
+  return std::find(kSansNames.begin(), kSansNames.end(), name) != kSansNames.end();
+}
+
+/// Where distributions keep Liberation Sans: to start fontconfig takes longer than to draw a map.
+/// Nothing where the environment says which fonts to use.
+std::optional<FontFile> UsualSansFile(bool bold) {
+  static constexpr std::array kVariables = {"FONTCONFIG_FILE", "FONTCONFIG_PATH",
+                                            "FONTCONFIG_SYSROOT"};
+  static constexpr std::array kFolders = {
+      "/usr/share/fonts/truetype/liberation2/", "/usr/share/fonts/truetype/liberation/",
+      "/usr/share/fonts/liberation-sans/", "/usr/share/fonts/liberation/"};
+  const bool chosen = std::any_of(kVariables.begin(), kVariables.end(),
+                                  [](const char* name) { return std::getenv(name) != nullptr; });
+  if (chosen) return {};
+  for (const std::string folder : kFolders) {
+    const std::string path =
+        folder + (bold ? "LiberationSans-Bold.ttf" : "LiberationSans-Regular.ttf");
+    std::error_code ignored;
+    if (std::filesystem::exists(path, ignored)) return FontFile{.path = path, .bold = bold};
+  }
+  return {};
+}
+
 /// Families to try in turn, weight, and a character that the font should hold unless it is 0.
 PatternPtr WantedFont(const std::string& name, bool bold, char32_t needed) {
-  static constexpr std::array kSansNames = {"Arial", "MS Sans Serif", kSymbolFont};
   PatternPtr wanted(FcPatternCreate());
   const auto add_family = [&](const char* family) {
     FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
   };
-  if (std::find(kSansNames.begin(), kSansNames.end(), name) != kSansNames.end()) {
+  if (IsSans(name)) {
     add_family("Liberation Sans");
     add_family("DejaVu Sans");
   } else {
@@ -202,6 +229,7 @@ void Stamp(Canvas& canvas, const Glyph& glyph, PixelPoint corner, Pixel colour) 
   const int last_row = std::min(glyph.rows, canvas.Height() - corner.y);
   const int first = std::max(0, -corner.x);
   const int last = std::min(glyph.width, canvas.Width() - corner.x);
+  const std::span<Pixel> pixels = canvas.Pixels();
   for (int row = first_row; row < last_row; ++row) {
     for (int column = first; column < last; ++column) {
       const auto from = static_cast<std::size_t>(row) * static_cast<std::size_t>(glyph.width) +
@@ -209,8 +237,7 @@ void Stamp(Canvas& canvas, const Glyph& glyph, PixelPoint corner, Pixel colour) 
       const auto to =
           static_cast<std::size_t>(corner.y + row) * static_cast<std::size_t>(canvas.Width()) +
           static_cast<std::size_t>(corner.x + column);
-      Pixel& pixel = canvas.Pixels()[to];
-      pixel = Blend(pixel, colour, glyph.coverage[from]);
+      pixels[to] = Blend(pixels[to], colour, glyph.coverage[from]);
     }
   }
 }
@@ -303,12 +330,19 @@ class FreeTypeText::Typesetter {
     const ChoiceKey key(font.name, font.bold, needed);
     if (const auto known = choices_.find(key); known != choices_.end()) return known->second;
     if (choices_.size() >= kMostTypefaces) choices_.clear();
-    if (!config_) config_.reset(FcInitLoadConfigAndFonts());
     Typeface typeface;
-    if (const auto file = FindFont(config_.get(), WantedFont(font.name, font.bold, needed))) {
+    if (const auto file = FileFor(font, needed)) {
       typeface = {.face = Open(*file), .embolden = font.bold && !file->bold};
     }
     return choices_[key] = typeface;
+  }
+
+  std::optional<FontFile> FileFor(const Font& font, char32_t needed) {
+    if (needed == 0 && IsSans(font.name)) {
+      if (auto file = UsualSansFile(font.bold)) return file;
+    }
+    if (!config_) config_.reset(FcInitLoadConfigAndFonts());
+    return FindFont(config_.get(), WantedFont(font.name, font.bold, needed));
   }
 
   /// Nothing for a file that can't be read or has no outlines.

@@ -14,7 +14,8 @@
 /// A letter's size is `size * pixels_per_point`, from 1 to 2000 pixels: what lies outside or is
 /// no number counts as the nearer end, or as 1. Malformed UTF-8 shows as U+FFFD.
 ///
-/// Fonts are looked up when the first text is measured or painted, which takes milliseconds once.
+/// Fonts are looked up when the first text is measured or painted; to find others than Liberation
+/// Sans in its usual places takes milliseconds once.
 /// An object belongs to one thread at a time.
 
 #include <memory>

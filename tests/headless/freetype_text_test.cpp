@@ -111,6 +111,17 @@ std::string FileOf(const char* family) {
   return file;
 }
 
+TEST(FreeTypeText, UsualPlacesHoldTheFontThatFontconfigFinds) {
+  if (std::getenv("FONTCONFIG_FILE") != nullptr) GTEST_SKIP() << "other fonts are asked for";
+  for (const bool bold : {false, true}) {
+    const Canvas usual = Painted({.bold = bold}, "Wafer 7");
+    setenv("FONTCONFIG_FILE", "/etc/fonts/fonts.conf", 1);
+    const Canvas found = Painted({.bold = bold}, "Wafer 7");
+    unsetenv("FONTCONFIG_FILE");
+    EXPECT_TRUE(std::ranges::equal(usual.Pixels(), found.Pixels())) << "bold: " << bold;
+  }
+}
+
 TEST(FreeTypeText, InkLiesWithinTheMeasuredBox) {
   const FreeTypeText text;
   for (const char* shown :

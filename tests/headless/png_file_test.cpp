@@ -132,6 +132,29 @@ TEST_F(PngFile, RandomPicturesComeBack) {
   }
 }
 
+TEST_F(PngFile, PicturesOfCellsComeBack) {
+  // Cells are runs of a colour in rows that stand below themselves; 41 pixels end within a byte.
+  constexpr int kWidth = 41;
+  std::mt19937 random(8);
+  for (const std::size_t colours : {1u, 2u, 4u, 16u, 200u, 400u}) {
+    std::vector<Pixel> pixels;
+    while (pixels.size() < kWidth * 200) {
+      const std::vector<Pixel> cells = Noise(kWidth, colours, 5);
+      const auto first = random() % 10;
+      std::vector<Pixel> row;
+      for (std::size_t x = 0; x < kWidth; ++x) row.push_back(cells[(x / 4 + first) % kWidth]);
+      for (auto times = random() % 6; times > 0; --times) {
+        pixels.insert(pixels.end(), row.begin(), row.end());
+      }
+    }
+    const auto height = static_cast<int>(pixels.size() / kWidth);
+    EXPECT_EQ(
+        Decode(EncodePng({.pixels = pixels, .width = kWidth, .height = height}), kWidth, height),
+        pixels)
+        << colours << " colours";
+  }
+}
+
 TEST_F(PngFile, ColoursThatShareAHashComeBack) {
   // Those of one step of the hash's high bits, which all want the same place.
   std::vector<Pixel> pixels;

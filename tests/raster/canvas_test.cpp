@@ -37,6 +37,49 @@ TEST(CanvasTest, ResizeKeepsTheUpperLeft) {
   EXPECT_EQ(Show(canvas), (Rows{"rr"}));
 }
 
+TEST(CanvasTest, WhatIsDrawnOnACopyOrItsOriginalStaysThere) {
+  using Draw = void (*)(Canvas&);
+  constexpr Draw kDraws[] = {
+      [](Canvas& c) { c.Clear(kRedPixel); },
+      [](Canvas& c) { c.Pixels()[3] = kRedPixel; },
+      [](Canvas& c) {
+        c.Line({0, 0}, {2, 2}, kPen);
+      },
+      [](Canvas& c) {
+        c.Line({0, 0}, {2, 2}, kWidePen);
+      },
+      [](Canvas& c) {
+        c.FillBox({0, 0, 1, 1}, kRedPixel);
+      },
+      [](Canvas& c) {
+        c.Rectangle({0, 0, 2, 2}, kNoPen, kBrush);
+      },
+      [](Canvas& c) {
+        c.Polygon(std::array<PixelPoint, 3>{{{0, 0}, {2, 0}, {0, 2}}}, kNoPen, kBrush);
+      },
+      [](Canvas& c) {
+        c.Ellipse({0, 0, 2, 2}, kPen, kBrush);
+      },
+      [](Canvas& c) {
+        c.FloodFill({0, 0}, kBlackPixel, kBrush);
+      },
+      [](Canvas& c) { c.Resize(2, 2, kRedPixel); },
+  };
+  const Rows blank = Filled(3, 3, '.');
+  for (const Draw draw : kDraws) {
+    const auto number = std::find(std::begin(kDraws), std::end(kDraws), draw) - std::begin(kDraws);
+    Canvas original(3, 3, kWhitePixel);
+    Canvas copy = original;
+    draw(copy);
+    EXPECT_EQ(Show(original), blank) << number;
+    EXPECT_NE(Show(copy), blank) << number;
+    const Rows drawn = Show(copy);
+    original = copy;
+    original.FillBox({0, 0, 2, 2}, kBlackPixel);
+    EXPECT_EQ(Show(copy), drawn) << number;
+  }
+}
+
 TEST(CanvasTest, ZeroSizeTakesEveryCall) {
   for (const auto& [width, height] :
        std::vector<std::pair<int, int>>{{0, 0}, {0, 5}, {5, 0}, {-3, 2}}) {
@@ -331,6 +374,35 @@ TEST(CanvasTest, LineFollowsTheRuleAtEveryMagnitude) {
       }
     }
     ASSERT_EQ(Drawn(23, 17, [&](Canvas& c) { c.Line(a, b, kPen); }), expected) << "round " << round;
+  }
+}
+
+/// What cells of maps and faces of surfaces look like, near every edge of the canvas.
+TEST(CanvasTest, SmallQuadranglesFollowTheRulesAcrossEveryEdge) {
+  std::mt19937 engine(5);
+  for (int round = 0; round < 6000; ++round) {
+    const std::int32_t left = Random(engine, -15, 25), top = Random(engine, -15, 19);
+    const std::int32_t right = left + Random(engine, -3, 14), bottom = top + Random(engine, -3, 12);
+    const std::int32_t off = round % 3;  // boxes, boxes with a corner moved, any quadrangles
+    const auto moved = [&](std::int32_t x, std::int32_t y) {
+      return PixelPoint{x + Random(engine, -off, off), y + Random(engine, -off, off)};
+    };
+    std::vector<PixelPoint> points = {moved(left, top), moved(right, top), moved(right, bottom),
+                                      moved(left, bottom)};
+    if (round % 2 == 0) std::swap(points[1], points[3]);
+    const bool outlined = round / 6 % 2 == 0;
+    Rows expected = Filled(23, 17, '.');
+    for (int y = 0; y < 17; ++y) {
+      for (int x = 0; x < 23; ++x) {
+        if (RuleFills(points, x, y)) Set(expected, x, y, 'r');
+        for (std::size_t i = 0; outlined && i < points.size(); ++i) {
+          if (RuleDraws(points[i], points[(i + 1) % points.size()], x, y)) Set(expected, x, y, '#');
+        }
+      }
+    }
+    const Pen& pen = outlined ? kPen : kNoPen;
+    ASSERT_EQ(Drawn(23, 17, [&](Canvas& c) { c.Polygon(points, pen, kBrush); }), expected)
+        << "round " << round;
   }
 }
 
