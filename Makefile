@@ -1,6 +1,6 @@
 # A thin front over the CMake presets. `make help` lists what there is.
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench format packages
+.PHONY: help demo test bench pictures format packages
 
 SOURCES = git ls-files '*.h' '*.cpp'
 
@@ -24,6 +24,11 @@ bench: packages ## Build, and run the benchmarks
 	@cmake --preset bench --log-level=WARNING > /dev/null
 	@cmake --build --preset bench --target discoplan-bench -- --quiet
 	@build/bench/bench/discoplan-bench
+
+pictures: packages ## Take the pictures in docs/ anew
+	@cmake --preset release --log-level=WARNING > /dev/null
+	@cmake --build --preset release --target all discoplan-pictures -- --quiet
+	@scripts/pictures build/release
 
 format: packages ## Format all sources
 	@$(SOURCES) | xargs clang-format-14 -i

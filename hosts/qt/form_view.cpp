@@ -116,16 +116,43 @@ QWidget* NewWidget(Node& node, QWidget* parent) {
   }
 }
 
-/// The font of a label, smaller where its text would be cut.
-QFont FittingFont(const Node& node, const QString& text) {
-  constexpr double kSmallest = 5;
-  QFont font = FormFont(node.font);
-  const double room = std::abs(node.box.width) / kTwipsPerPixel;
-  double widest = 0;
-  for (const QString& line : text.split(QLatin1Char('\n'))) {
-    widest = std::max(widest, QFontMetricsF(font).horizontalAdvance(line));
+QString LabelText(const Node& node) {
+  QString text = Text(node);
+  if (!node.break_before.empty()) {
+    const QString start = QString::fromStdString(node.break_before);
+    text.replace(start, QLatin1Char('\n') + start);
   }
-  if (widest > room) font.setPointSizeF(std::max(kSmallest, font.pointSizeF() * room / widest));
+  return text;
+}
+
+/// How much of a label's width its text takes.
+double ShareOfWidth(const Node& node) {
+  const QFontMetricsF metrics(FormFont(node.font));
+  double widest = 0;
+  for (const QString& line : LabelText(node).split(QLatin1Char('\n'))) {
+    widest = std::max(widest, metrics.horizontalAdvance(line));
+  }
+  return widest * kTwipsPerPixel / std::max(1.0F, std::abs(node.box.width));
+}
+
+/// "lblX(" for a member of a control array.
+std::string_view ArrayOf(const Node& node) {
+  const std::string_view name = node.name;
+  const std::size_t bracket = name.find('(');
+  return bracket == std::string_view::npos ? name : name.substr(0, bracket + 1);
+}
+
+/// The font of a label, smaller where its text or one of its array would be cut.
+QFont FittingFont(const Node& node) {
+  constexpr double kSmallest = 5;
+  double share = ShareOfWidth(node);
+  if (node.parent() != nullptr && ArrayOf(node).ends_with('(')) {
+    for (const auto& other : node.parent()->children()) {
+      if (ArrayOf(*other) == ArrayOf(node)) share = std::max(share, ShareOfWidth(*other));
+    }
+  }
+  QFont font = FormFont(node.font);
+  if (share > 1) font.setPointSizeF(std::max(kSmallest, font.pointSizeF() / share));
   return font;
 }
 
@@ -240,13 +267,8 @@ void FormView::SyncEntry(const Entry& entry) {
 void FormView::SyncValue(const Entry& entry) {
   const Node& node = *entry.node;
   if (auto* label = qobject_cast<QLabel*>(entry.widget)) {
-    QString text = Text(node);
-    if (!node.break_before.empty()) {
-      text.replace(QString::fromStdString(node.break_before),
-                   QLatin1Char('\n') + QString::fromStdString(node.break_before));
-    }
-    label->setText(text);
-    label->setFont(FittingFont(node, text));
+    label->setText(LabelText(node));
+    label->setFont(FittingFont(node));
     constexpr std::array kAlignments = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
     label->setAlignment(kAlignments[static_cast<std::size_t>(node.alignment)] | Qt::AlignVCenter);
   } else if (auto* frame = qobject_cast<QGroupBox*>(entry.widget)) {

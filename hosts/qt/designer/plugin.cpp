@@ -4,6 +4,7 @@
 #include <QDesignerFormEditorInterface>
 #include <QExtensionManager>
 #include <QIcon>
+#include <QMetaObject>
 #include <QTimer>
 #include <map>
 
@@ -15,7 +16,9 @@
 namespace discoplan::qt {
 namespace {
 
-constexpr QSize kPlotForIcon(360, 260);
+// So small that a line is thick in the icon, and so few faces that they are told apart.
+constexpr QSize kPlotForIcon(300, 212);
+constexpr double kFaceForIcon = 14;
 constexpr int kIconSide = 64;
 
 const std::map<std::string, const char*>& Descriptions() {
@@ -60,6 +63,9 @@ QString PlotWidgetPlugin::domXml() const {
 QIcon PlotWidgetPlugin::icon() const {
   const std::unique_ptr<PlotWidget> plot(NewPlotWidget(control_));
   plot->resize(kPlotForIcon);
+  for (const char* side : {"XResolution", "YResolution"}) {
+    if (plot->metaObject()->indexOfProperty(side) >= 0) plot->setProperty(side, kFaceForIcon);
+  }
   PlotSample(*plot);
   return PictureOf(*plot).scaled(kIconSide, kIconSide, Qt::KeepAspectRatio,
                                  Qt::SmoothTransformation);
