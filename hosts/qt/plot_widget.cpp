@@ -238,7 +238,10 @@ PlotResult PlotWidget::Plot() {
   return result;
 }
 
-void PlotWidget::Sync() { view_->Sync(); }
+void PlotWidget::Sync() {
+  view_->Sync();
+  setAccessibleName(QString::fromStdString(Control().PlotCaption()));
+}
 
 QSize PlotWidget::minimumSizeHint() const { return {200, 120}; }
 

@@ -139,6 +139,19 @@ TEST_F(WorkbenchTest, PrintsAPage) {
   EXPECT_EQ(Current().Control().PrinterObj(), nullptr);
 }
 
+class PrintQueue : public WorkbenchTest {};
+
+TEST_F(PrintQueue, TakesAPage) {
+  const QString queue = qEnvironmentVariable("DISCOPLAN_PRINT_QUEUE");
+  if (queue.isEmpty()) GTEST_SKIP() << "no print queue to try";
+  OpenLot();
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setPrinterName(queue);
+  ASSERT_TRUE(printer.isValid()) << "the print service doesn't know the queue";
+  workbench_->PrintOn(printer);
+  EXPECT_NE(printer.printerState(), QPrinter::Error);
+}
+
 TEST_F(WorkbenchTest, TellsWhyAFileIsntOpened) {
   std::ofstream(folder_.path() / "bad.csv") << "1,2\n";
   workbench_->Open({PathOf("bad.csv"), kLot});
