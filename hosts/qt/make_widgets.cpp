@@ -2,6 +2,7 @@
 // Writes the header of the nine widgets from the controls' member tables: make_widgets HEADER
 
 #include <algorithm>
+#include <cctype>
 #include <fstream>
 #include <iostream>
 #include <map>
@@ -36,6 +37,12 @@ struct Property {
   std::string type;
   std::string parameter;
   std::string name() const { return std::string(member->name); }
+  /// As form files expect it, so that they set the property by a call.
+  std::string setter() const {
+    std::string capital = name();
+    capital.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(capital.front())));
+    return "set" + capital;
+  }
   bool is_enumeration() const { return !member->choices.empty(); }
 };
 
@@ -79,8 +86,9 @@ void WriteAccessors(std::ostream& out, const Property& property) {
   } else {
     out << "Value(\"" << name << "\")" << kTypes.at(property.member->type).from_variant << "; }\n";
   }
-  out << "  void set" << name << '(' << property.parameter << " value) { SetValue(\"" << name
-      << "\", " << (property.is_enumeration() ? "static_cast<int>(value)" : "value") << "); }\n";
+  out << "  void " << property.setter() << '(' << property.parameter << " value) { SetValue(\""
+      << name << "\", " << (property.is_enumeration() ? "static_cast<int>(value)" : "value")
+      << "); }\n";
 }
 
 void WriteClass(std::ostream& out, const std::string& name, const discoplan::MemberTable& members) {
@@ -88,8 +96,8 @@ void WriteClass(std::ostream& out, const std::string& name, const discoplan::Mem
   out << "class DISCOPLAN_EXPORT " << name << "Widget final : public PlotWidget {\n  Q_OBJECT\n";
   for (const Property& property : properties) {
     const std::string own = property.name();
-    out << "  Q_PROPERTY(" << property.type << ' ' << own << " READ " << own << " WRITE set" << own
-        << " NOTIFY " << own << "Changed)\n";
+    out << "  Q_PROPERTY(" << property.type << ' ' << own << " READ " << own << " WRITE "
+        << property.setter() << " NOTIFY " << own << "Changed)\n";
   }
   out << "\n public:\n";
   WriteEnumerations(out, properties);
