@@ -310,6 +310,7 @@ class DISCOPLAN_EXPORT wafer {
   };
 
   class CellSearch;
+  friend class LatticeInterpolation;
 
   void Store(std::int16_t number, float x, float y, float z);
   void SumUp();

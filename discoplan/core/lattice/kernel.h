@@ -1,0 +1,232 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// The interpolation of a tile, once for all instruction sets. `V` wraps the registers of one:
+///
+///     kLanes             points per register
+///     Float, Double      registers of kLanes floats and of half as many doubles, with operators
+///     Load, Store        from and to memory, unaligned
+///     Spread             one number to all lanes
+///     Min, Max, Sqrt     lane by lane; Min and Max for numbers above zero only
+///     Tag                a float above zero with its last bits replaced by those of a number
+///     Gather             table entries by the numbers that tags are
+///     Low, High, Narrow  halves as doubles, and back
+///     Below              bit i is set if lane i of the first is below that of the second
+///
+/// The nearest sites are found by 32-bit keys: the squared distance, with the site's number in the
+/// last bits. Where keys are too close to tell, the point is reported as not certain. The weights
+/// are computed in the steps and the precision of the plain way, so that the values have its bits.
+
+#include "discoplan/core/lattice/tile.h"
+
+namespace discoplan::lattice {
+namespace {
+
+constexpr std::uint32_t kNumberBits = kMostSites - 1;
+/// The two squares of a difference, their sum and the tag err by less than a quarter of this.
+constexpr float kClearlyFarther = 1 + 4.0F * kMostSites / (1 << 23);
+/// Squared distance of nothing, well within the range of a float.
+constexpr float kNowhere = 1e30F;
+constexpr float kFarAway = 1e15F;
+
+template <class V>
+class TileInterpolation {
+ public:
+  using Float = typename V::Float;
+  using Double = typename V::Double;
+
+  std::uint32_t Interpolate(const Surroundings& around, const SureDistances& sure, Tile& tile) {
+    Collect(around);
+    Cull(tile);
+    if (near_count_ < 4) return 0;
+    std::uint32_t certain = 0;
+    for (std::int32_t at = 0; at < tile.count; at += V::kLanes) {
+      certain |= InterpolatePart(sure, tile, at) << at;
+    }
+    return certain;
+  }
+
+ private:
+  /// Four neighbours by growing distance, and the key of the fifth.
+  struct Nearest {
+    Float key[5];
+  };
+
+  void Collect(const Surroundings& around) {
+    count_ = 0;
+    for (std::int32_t r = 0; r < around.run_count; ++r) {
+      const auto [begin, end] = around.runs[r];
+      for (std::int32_t i = begin; i < end; i += V::kLanes) {
+        const std::int32_t to = count_ + i - begin;
+        V::Store(x_ + to, V::Load(around.x + i));
+        V::Store(y_ + to, V::Load(around.y + i));
+        V::Store(z_ + to, V::Load(around.z + i));
+      }
+      count_ += end - begin;
+    }
+    V::Store(x_ + count_, V::Spread(kFarAway));
+  }
+
+  /// Keeps the sites that can be among the four nearest of some point. Four of them, each nearest
+  /// to the tile's centre in its quarter of the lanes, bound the fourth neighbour of the centre, a
+  /// point's fourth is at most its way to the centre farther, and its sites that way once more.
+  void Cull(const Tile& tile) {
+    const float centre_x = Middle(tile.x, tile.count);
+    const float centre_y = Middle(tile.y, tile.count);
+    alignas(64) float square[kMostSites + kPadding];
+    alignas(64) float nearest[V::kLanes];
+    Float least = V::Spread(kNowhere);
+    for (std::int32_t i = 0; i < count_; i += V::kLanes) {
+      const Float to_centre =
+          Square(V::Load(x_ + i) - V::Spread(centre_x), V::Load(y_ + i) - V::Spread(centre_y));
+      V::Store(square + i, to_centre);
+      least = V::Min(least, to_centre);
+    }
+    V::Store(nearest, least);
+    const float way = __builtin_sqrtf(FarthestSquare(tile, centre_x, centre_y));
+    const float reach = (__builtin_sqrtf(FourthAtMost(nearest)) + 2 * way) * 1.0001F;
+    const float limit = reach * reach;
+    near_count_ = 0;
+    for (std::int32_t i = 0; i < count_; ++i) {
+      near_[near_count_] = static_cast<std::uint32_t>(i);
+      near_count_ += square[i] <= limit;
+    }
+  }
+
+  static Float Square(Float dx, Float dy) { return dx * dx + dy * dy; }
+
+  static float Middle(const float* positions, std::int32_t count) {
+    float low = positions[0];
+    float high = positions[0];
+    for (std::int32_t i = 1; i < count; ++i) {
+      low = positions[i] < low ? positions[i] : low;
+      high = positions[i] > high ? positions[i] : high;
+    }
+    return low + (high - low) / 2;
+  }
+
+  static float FarthestSquare(const Tile& tile, float centre_x, float centre_y) {
+    float farthest = 0;
+    for (std::int32_t i = 0; i < tile.count; ++i) {
+      const float dx = tile.x[i] - centre_x;
+      const float dy = tile.y[i] - centre_y;
+      const float square = dx * dx + dy * dy;
+      farthest = square > farthest ? square : farthest;
+    }
+    return farthest;
+  }
+
+  static float FourthAtMost(const float* lanes) {
+    float fourth = 0;
+    for (std::int32_t quarter = 0; quarter < 4; ++quarter) {
+      float least = lanes[quarter];
+      for (std::int32_t i = quarter + 4; i < V::kLanes; i += 4) {
+        least = lanes[i] < least ? lanes[i] : least;
+      }
+      fourth = least > fourth ? least : fourth;
+    }
+    return fourth;
+  }
+
+  std::uint32_t InterpolatePart(const SureDistances& sure, Tile& tile, std::int32_t at) const {
+    const Float x = V::Load(tile.x + at);
+    const Float y = V::Load(tile.y + at);
+    const Nearest nearest = Search(x, y);
+    return Weigh(sure, x, y, nearest, tile.value + at);
+  }
+
+  Nearest Search(Float x, Float y) const {
+    const Float nothing = V::Spread(kNowhere);
+    Nearest nearest{{nothing, nothing, nothing, nothing, nothing}};
+    for (std::int32_t i = 0; i < near_count_; ++i) {
+      const std::uint32_t site = near_[i];
+      Float key = V::Tag(Square(V::Spread(x_[site]) - x, V::Spread(y_[site]) - y), site);
+      for (std::int32_t slot = 0; slot < 4; ++slot) {
+        const Float farther = V::Max(nearest.key[slot], key);
+        nearest.key[slot] = V::Min(nearest.key[slot], key);
+        key = farther;
+      }
+      nearest.key[4] = V::Min(nearest.key[4], key);
+    }
+    return nearest;
+  }
+
+  std::uint32_t Weigh(const SureDistances& sure, Float x, Float y, const Nearest& nearest,
+                      float* values) const {
+    Float site_x[4];
+    Float site_y[4];
+    Float site_z[4];
+    for (std::int32_t slot = 0; slot < 4; ++slot) {
+      site_x[slot] = V::Gather(x_, nearest.key[slot]);
+      site_y[slot] = V::Gather(y_, nearest.key[slot]);
+      site_z[slot] = V::Gather(z_, nearest.key[slot]);
+    }
+    WeightedMean<Lower> low(sure, x, y, site_x, site_y, site_z);
+    WeightedMean<Upper> high(sure, x, y, site_x, site_y, site_z);
+    V::Store(values, V::Narrow(low.value, high.value));
+    const auto both = [](std::uint32_t lower, std::uint32_t upper) {
+      return lower | upper << (V::kLanes / 2);
+    };
+    const std::uint32_t on_site = both(low.on_site, high.on_site);
+    const std::uint32_t set_is_sure =
+        V::Below(nearest.key[3] * V::Spread(kClearlyFarther), nearest.key[4]);
+    alignas(64) float first[V::kLanes];
+    V::Store(first, site_z[0]);
+    for (std::int32_t i = 0; i < V::kLanes; ++i) {
+      if ((on_site >> i & 1) != 0) values[i] = first[i];
+      // What overflows on the way is 0.
+      if (!(values[i] >= -kLargest && values[i] <= kLargest)) values[i] = 0;
+    }
+    return on_site | (both(low.certain, high.certain) & set_is_sure);
+  }
+
+  static constexpr float kLargest = 3.40282347e38F;
+
+  struct Lower {
+    static Double Of(Float a) { return V::Low(a); }
+  };
+  struct Upper {
+    static Double Of(Float a) { return V::High(a); }
+  };
+
+  /// The mean for half a register, with the roundings of the plain way. `certain` if the order of
+  /// the four is, and their set by the search over the cells.
+  template <class Half>
+  struct WeightedMean {
+    WeightedMean(const SureDistances& sure, Float x, Float y, const Float* site_x,
+                 const Float* site_y, const Float* site_z) {
+      const Double one = V::Spread(1.0);
+      Double distance[4];
+      Double numerator = V::Spread(0.0);
+      Double denominator = numerator;
+      for (std::int32_t slot = 0; slot < 4; ++slot) {
+        const Double dx = Half::Of(x) - Half::Of(site_x[slot]);
+        const Double dy = Half::Of(y) - Half::Of(site_y[slot]);
+        distance[slot] = V::Sqrt(dx * dx + dy * dy);
+        const Double square = distance[slot] * distance[slot];
+        numerator = V::RoundToFloat(numerator + Half::Of(site_z[slot]) / square);
+        denominator = denominator + one / square;
+      }
+      value = numerator / denominator;
+      const std::uint32_t first_is_sure = V::Below(distance[0], distance[1]);
+      on_site = first_is_sure & ~V::Below(V::Spread(0.0), distance[0]);
+      certain = first_is_sure & V::Below(distance[1], distance[2]) &
+                V::Below(distance[2], distance[3]) & V::Below(V::Spread(sure.above), distance[3]) &
+                V::Below(distance[3], V::Spread(sure.below));
+    }
+
+    Double value;
+    std::uint32_t on_site;
+    std::uint32_t certain;
+  };
+
+  alignas(64) float x_[kMostSites + kPadding];
+  alignas(64) float y_[kMostSites + kPadding];
+  alignas(64) float z_[kMostSites + kPadding];
+  alignas(64) std::uint32_t near_[kMostSites];
+  std::int32_t count_;
+  std::int32_t near_count_;
+};
+
+}  // namespace
+}  // namespace discoplan::lattice

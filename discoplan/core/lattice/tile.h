@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// What a kernel works on: a few points close to each other and the sites around them. A kernel is
+/// compiled for one instruction set, so that this header and what it includes define no function
+/// that another unit might be given in place of its own.
+
+#include <cstdint>
+
+namespace discoplan::lattice {
+
+inline constexpr std::int32_t kTilePoints = 16;
+/// Most sites around a tile; a site's number among them takes the last bits of a 32-bit key.
+inline constexpr std::int32_t kMostSites = 256;
+/// As many floats may be read behind the last site.
+inline constexpr std::int32_t kPadding = 16;
+
+/// Sites that follow each other in the order of the cells.
+struct Run {
+  std::int32_t begin;
+  std::int32_t end;
+};
+
+/// The sites of a rectangle of cells, row by row.
+struct Surroundings {
+  static constexpr std::int32_t kMostRuns = 16;
+
+  const float* x;
+  const float* y;
+  const float* z;
+  Run runs[kMostRuns];
+  std::int32_t run_count;
+};
+
+/// Only a fourth neighbour strictly between these distances is sure to be found by the search over
+/// the cells, whatever ring it stops at. In mm.
+struct SureDistances {
+  double above;
+  double below;
+};
+
+struct Tile {
+  alignas(64) float x[kTilePoints];
+  alignas(64) float y[kTilePoints];
+  alignas(64) float value[kTilePoints];
+  std::int32_t count;  ///< Of the points that are asked for; those behind must be finite.
+};
+
+/// Sets the values of a tile. Bit i of the result tells that value i is certainly that of
+/// `wafer::Interpolation`.
+using Kernel = std::uint32_t (*)(const Surroundings&, const SureDistances&, Tile&);
+
+std::uint32_t InterpolatePortable(const Surroundings&, const SureDistances&, Tile&);
+std::uint32_t InterpolateSse2(const Surroundings&, const SureDistances&, Tile&);
+std::uint32_t InterpolateAvx2(const Surroundings&, const SureDistances&, Tile&);
+std::uint32_t InterpolateAvx512(const Surroundings&, const SureDistances&, Tile&);
+
+}  // namespace discoplan::lattice
