@@ -4,29 +4,45 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include "discoplan/core/lattice/tile.h"
+#include "discoplan/core/neighbours.h"
 #include "discoplan/core/numbers.h"
 
 namespace discoplan {
 
 using lattice::Kernel;
 using lattice::kMostSites;
-using lattice::kPadding;
 using lattice::kTilePoints;
 using lattice::SureDistances;
 using lattice::Surroundings;
 using lattice::Tile;
+using lattice::TileSites;
 
 namespace {
 
 constexpr std::size_t kTileSide = 4;
 /// Cells beyond are left to the plain way, lest squared distances leave the range of a float.
 constexpr double kLargestCell = 1e9;
-/// Takes up what is rounded where a position is compared with the border of a cell.
-constexpr double kBorderTolerance = 1e-9;
+/// Takes up what is rounded where a distance is compared with a cell's side.
+constexpr double kTolerance = 1e-6;
 /// Largest square of the reach that the search begins with, half a cell.
 constexpr double kFirstReachSquare = 0.25;
+
+constexpr std::int32_t kNoSite = -1;
+
+/// When the search comes by a cell so many columns and rows from the first one: each ring along its
+/// top to the right, down, to the left and up.
+double VisitRank(double columns, double rows) {
+  const double ring = std::max(std::abs(columns), std::abs(rows));
+  const double before = (2 * ring - 1) * (2 * ring - 1);
+  if (ring == 0) return 0;
+  if (rows == ring && columns < ring) return before + columns + ring;
+  if (columns == ring && rows > -ring) return before + 3 * ring - rows;
+  if (rows == -ring && columns > -ring) return before + 5 * ring - columns;
+  return before + 7 * ring + rows;
+}
 
 Kernel KernelFor([[maybe_unused]] InstructionSet instructions) {
 #if defined(__x86_64__)
@@ -64,40 +80,11 @@ std::span<const InstructionSet> InstructionSets() {
 }
 
 LatticeInterpolation::LatticeInterpolation(const wafer& source, InstructionSet instructions)
-    : source_(source), kernel_(KernelFor(instructions)) {
-  const double cell = source.cell_size_;
-  has_cells_ = source.nop_ >= 10 && cell > 0 && cell <= kLargestCell && TakeSites();
-  const double test_radius = source.TestDiameter / 2.0;
-  farthest_slot_ = std::min(static_cast<double>(static_cast<float>(9 * test_radius * test_radius)),
-                            4.0 * source.WaferRadius);
-  nearest_miss_ = cell * (1 - 1e-6);
-  farthest_in_ring_ = cell * cell * (1 - 1e-6);
-}
-
-/// False if a site isn't in its cell any more, since the sites were moved after `MaxMin`.
-bool LatticeInterpolation::TakeSites() {
-  const wafer::SiteCells& cells = source_.cells_;
-  const double size = source_.cell_size_;
-  const double half = size * (0.5 + kBorderTolerance);
-  bool all_in_place = true;
-  for (std::vector<float>* axis : {&x_, &y_, &z_}) axis->resize(cells.sites.size() + kPadding);
-  std::size_t cell = 0;
-  for (std::int32_t row = 0; row < cells.side; ++row) {
-    const double middle_y = (row - source_.cell_half_count_) * size;
-    for (std::int32_t column = 0; column < cells.side; ++column, ++cell) {
-      const double middle_x = (column - source_.cell_half_count_) * size;
-      const auto end = static_cast<std::size_t>(cells.first[cell + 1]);
-      for (auto i = static_cast<std::size_t>(cells.first[cell]); i < end; ++i) {
-        const Site& site = source_.sites_[static_cast<std::size_t>(cells.sites[i])];
-        x_[i] = site.x;
-        y_[i] = site.y;
-        z_[i] = site.z;
-        all_in_place &= std::abs(site.x - middle_x) <= half && std::abs(site.y - middle_y) <= half;
-      }
-    }
-  }
-  return all_in_place && cells.side > 0;
-}
+    : source_(source),
+      kernel_(KernelFor(instructions)),
+      farthest_slot_(std::min(double{source.StartDistance()}, 4.0 * source.WaferRadius)),
+      has_cells_(source.nop_ >= 10 && !source.cells_.x.empty() &&
+                 source.cell_size_ <= kLargestCell && farthest_slot_ > 0) {}
 
 void LatticeInterpolation::Evaluate(std::span<Site> points, std::size_t columns) const noexcept {
   const std::size_t height = columns < points.size() ? kTileSide : 1;
@@ -111,39 +98,100 @@ void LatticeInterpolation::Evaluate(std::span<Site> points, std::size_t columns)
         const std::size_t begin = top + row * columns + left;
         const std::size_t end = std::min(begin + std::min(width, columns - left), points.size());
         for (std::size_t i = begin; i < end; ++i) {
-          if (!std::isnan(points[i].x)) asked[count++] = &points[i];
+          if (std::isnan(points[i].x)) continue;
+          tile.x[count] = points[i].x;
+          tile.y[count] = points[i].y;
+          asked[count++] = &points[i];
         }
       }
-      if (count > 0) EvaluateTile(std::span(asked).first(count), tile);
+      if (count == 0) continue;
+      tile.count = static_cast<std::int32_t>(count);
+      EvaluateTile(tile);
+      for (std::size_t i = 0; i < count; ++i) asked[i]->z = tile.value[i];
     }
   }
 }
 
-void LatticeInterpolation::EvaluateTile(std::span<Site* const> points, Tile& tile) const {
-  for (std::size_t i = 0; i < kTilePoints; ++i) {
-    const Site& point = *points[i < points.size() ? i : 0];
-    tile.x[i] = point.x;
-    tile.y[i] = point.y;
-  }
-  tile.count = static_cast<std::int32_t>(points.size());
+float LatticeInterpolation::At(float x, float y) const noexcept {
+  Tile tile;
+  tile.x[0] = x;
+  tile.y[0] = y;
+  tile.count = 1;
+  EvaluateTile(tile);
+  return tile.value[0];
+}
+
+void LatticeInterpolation::EvaluateTile(Tile& tile) const {
+  const auto count = static_cast<std::size_t>(tile.count);
+  std::fill(tile.x + count, std::end(tile.x), tile.x[0]);
+  std::fill(tile.y + count, std::end(tile.y), tile.y[0]);
   Surroundings around;
   SureDistances sure;
-  const std::uint32_t certain =
-      has_cells_ && Surround(tile, around, sure) ? kernel_(around, sure, tile) : 0;
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    Site& point = *points[i];
-    point.z = (certain >> i & 1) != 0 ? tile.value[i] : source_.Interpolation(point.x, point.y);
+  const bool is_surrounded = has_cells_ && Surround(tile, around, sure);
+  const std::uint32_t certain = is_surrounded ? kernel_(around, sure, tile) : 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    if ((certain >> i & 1) != 0) continue;
+    const bool is_resolved = is_surrounded && Resolve(tile.sites, sure, tile.limit[i], tile.x[i],
+                                                      tile.y[i], tile.value[i]);
+    if (!is_resolved) tile.value[i] = Plain(tile.x[i], tile.y[i]);
   }
+}
+
+float LatticeInterpolation::Plain(float x, float y) const {
+  if (!(source_.nop_ >= 4)) return 0;
+  if (source_.nop_ >= 10) return source_.InterpolateFromCells(x, y);
+  float value = 0;
+  Attempt([&] { value = source_.Interpolation_Einfach(x, y); });
+  return value;
+}
+
+/// The column or the row of a position, a whole number. Not a number or huge for a position that
+/// has none.
+double LatticeInterpolation::CellIndex(float position) const {
+  return RoundHalfEven(position / static_cast<double>(source_.cell_size_) +
+                       source_.cell_half_count_);
+}
+
+/// Tells the four nearest of the tile's sites by their exact distances, equal ones by the order in
+/// which the search over the cells meets them. False if that search may end with others.
+bool LatticeInterpolation::Resolve(const TileSites& sites, const SureDistances& sure, float limit,
+                                   float x, float y, float& value) const {
+  if (sites.near_count < 4) return false;
+  const auto rank = [&](std::int32_t site) {
+    return VisitRank(CellIndex(sites.x[site]) - CellIndex(x),
+                     CellIndex(sites.y[site]) - CellIndex(y));
+  };
+  const auto precedes = [&](const Neighbour& a, const Neighbour& b) {
+    if (a.distance != b.distance) return a.distance < b.distance;
+    if (b.site == kNoSite) return false;
+    return rank(a.site) < rank(b.site);  // within a cell `b`, which was met first, stays
+  };
+  Neighbours nearest;
+  nearest.fill({std::numeric_limits<double>::infinity(), kNoSite});
+  double farthest_square = limit;
+  for (std::int32_t i = 0; i < sites.near_count; ++i) {
+    const auto site = static_cast<std::int32_t>(sites.near[i]);
+    const double square = SquaredDistance(sites.x[site], sites.y[site], x, y);
+    if (!(square <= farthest_square)) continue;
+    const Neighbour met{std::sqrt(square), site};
+    std::size_t slot = nearest.size();
+    while (slot > 0 && precedes(met, nearest[slot - 1])) --slot;
+    if (slot == nearest.size()) continue;
+    Insert(nearest, slot, met);
+    farthest_square = std::min(double{limit}, SquareBound(nearest[3].distance));
+  }
+  const double fourth = nearest[3].distance;
+  if (nearest[0].distance != 0 && !(sure.above < fourth && fourth < sure.below)) return false;
+  value = 0;
+  Attempt([&] { value = WeightedMean(nearest, [&](std::int32_t site) { return sites.z[site]; }); });
+  return true;
 }
 
 /// False for positions beyond the cells.
 bool LatticeInterpolation::RangeAround(std::span<const float> positions, CellRange& range) const {
   const auto [low, high] = std::ranges::minmax(positions);
-  const auto index = [&](double position) {
-    return RoundHalfEven(position / source_.cell_size_ + source_.cell_half_count_);
-  };
-  const double first = index(low);
-  const double last = index(high);
+  const double first = CellIndex(low);
+  const double last = low == high ? first : CellIndex(high);
   const std::int32_t side = source_.cells_.side;
   if (!(first >= -1 && last <= side)) return false;
   range.is_one_cell = first == last;
@@ -162,7 +210,10 @@ bool LatticeInterpolation::Surround(const Tile& tile, Surroundings& around,
   if (!RangeAround(std::span(tile.y).first(count), rows)) return false;
   if (rows.last - rows.first >= Surroundings::kMostRuns) return false;
   const wafer::SiteCells& cells = source_.cells_;
-  around = {.x = x_.data(), .y = y_.data(), .z = z_.data(), .runs = {}, .run_count = 0};
+  around.x = cells.x.data();
+  around.y = cells.y.data();
+  around.z = cells.z.data();
+  around.run_count = 0;
   std::int32_t sites = 0;
   for (std::int32_t row = rows.first; row <= rows.last; ++row) {
     const std::size_t row_begin =
@@ -172,10 +223,13 @@ bool LatticeInterpolation::Surround(const Tile& tile, Surroundings& around,
     around.runs[around.run_count++] = {begin, end};
     sites += end - begin;
   }
-  const bool one_search = columns.is_one_cell && rows.is_one_cell;
+  // Sites outside the first ring are a cell away. Where none but the ring's sites are around, the
+  // search must end with that ring instead, when the squared reach is a squared cell at least.
+  const double cell = source_.cell_size_;
+  const bool has_ring_only = columns.is_one_cell && rows.is_one_cell;
+  const double in_ring = (has_ring_only ? std::max(cell, cell * cell) : cell) * (1 - kTolerance);
   sure.above = kFirstReachSquare;
-  sure.below = std::min(farthest_slot_,
-                        one_search ? std::max(nearest_miss_, farthest_in_ring_) : nearest_miss_);
+  sure.below = std::min(farthest_slot_, in_ring);
   return sites <= kMostSites;
 }
 

@@ -9,11 +9,10 @@
 ///     std::vector<Site> points;                      // x and y in mm, row after row
 ///     interpolation.Evaluate(points, columns);       // sets each z
 ///
-/// It is made from the wafer as it is and must not outlive a change of the sites.
+/// It reads the wafer and must not outlive a change of it.
 
 #include <cstdint>
 #include <span>
-#include <vector>
 
 #include "discoplan/core/wafer.h"
 #include "discoplan/export.h"
@@ -24,6 +23,7 @@ namespace lattice {
 struct Surroundings;
 struct SureDistances;
 struct Tile;
+struct TileSites;
 }  // namespace lattice
 
 enum class InstructionSet { Portable, Sse2, Avx2, Avx512 };
@@ -39,8 +39,12 @@ class DISCOPLAN_EXPORT LatticeInterpolation {
   /// Sets the value of each point but those whose `x` is not a number: they aren't asked for. The
   /// last row may be shorter than the others. Never fails, like `wafer::Interpolation`.
   void Evaluate(std::span<Site> points, std::size_t columns) const noexcept;
+  float At(float x, float y) const noexcept;
 
  private:
+  using Kernel = std::uint32_t (*)(const lattice::Surroundings&, const lattice::SureDistances&,
+                                   lattice::Tile&);
+
   /// The columns or rows of cells around a tile.
   struct CellRange {
     std::int32_t first;
@@ -48,25 +52,19 @@ class DISCOPLAN_EXPORT LatticeInterpolation {
     bool is_one_cell;
   };
 
-  bool TakeSites();
-  void EvaluateTile(std::span<Site* const> points, lattice::Tile& tile) const;
+  void EvaluateTile(lattice::Tile& tile) const;
+  double CellIndex(float position) const;
   bool RangeAround(std::span<const float> positions, CellRange& range) const;
   bool Surround(const lattice::Tile& tile, lattice::Surroundings& around,
                 lattice::SureDistances& sure) const;
-
-  using Kernel = std::uint32_t (*)(const lattice::Surroundings&, const lattice::SureDistances&,
-                                   lattice::Tile&);
+  bool Resolve(const lattice::TileSites& sites, const lattice::SureDistances& sure, float limit,
+               float x, float y, float& value) const;
+  float Plain(float x, float y) const;
 
   const wafer& source_;
   const Kernel kernel_;
-  // In the order of the cells.
-  std::vector<float> x_;
-  std::vector<float> y_;
-  std::vector<float> z_;
-  bool has_cells_ = false;
-  double nearest_miss_ = 0;      // no site is nearer than this outside the first ring of cells
-  double farthest_in_ring_ = 0;  // with a fourth neighbour as near the search ends with that ring
-  double farthest_slot_ = 0;     // no nearer neighbour is kept from a slot
+  double farthest_slot_;  // any nearer neighbour takes a slot
+  bool has_cells_;        // and the four nearest can be told without the walk
 };
 
 }  // namespace discoplan

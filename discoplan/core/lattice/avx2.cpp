@@ -46,8 +46,7 @@ struct Avx2 {
 }  // namespace
 
 std::uint32_t InterpolateAvx2(const Surroundings& around, const SureDistances& sure, Tile& tile) {
-  TileInterpolation<Avx2> interpolation;
-  return interpolation.Interpolate(around, sure, tile);
+  return TileInterpolation<Avx2>(sure, tile).Interpolate(around);
 }
 
 }  // namespace discoplan::lattice

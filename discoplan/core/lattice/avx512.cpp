@@ -6,6 +6,7 @@
 #if !defined(__clang__)
 // The compiler's own header reads a register that it leaves undefined on purpose.
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#pragma GCC diagnostic ignored "-Wuninitialized"
 #endif
 
 namespace discoplan::lattice {
@@ -51,8 +52,7 @@ struct Avx512 {
 }  // namespace
 
 std::uint32_t InterpolateAvx512(const Surroundings& around, const SureDistances& sure, Tile& tile) {
-  TileInterpolation<Avx512> interpolation;
-  return interpolation.Interpolate(around, sure, tile);
+  return TileInterpolation<Avx512>(sure, tile).Interpolate(around);
 }
 
 }  // namespace discoplan::lattice

@@ -35,13 +35,16 @@ class TileInterpolation {
   using Float = typename V::Float;
   using Double = typename V::Double;
 
-  std::uint32_t Interpolate(const Surroundings& around, const SureDistances& sure, Tile& tile) {
+  TileInterpolation(const SureDistances& sure, Tile& tile)
+      : sure_(sure), tile_(tile), sites_(tile.sites) {}
+
+  std::uint32_t Interpolate(const Surroundings& around) {
     Collect(around);
-    Cull(tile);
-    if (near_count_ < 4) return 0;
+    Cull();
+    if (sites_.near_count < 4 || tile_.count == 1) return 0;
     std::uint32_t certain = 0;
-    for (std::int32_t at = 0; at < tile.count; at += V::kLanes) {
-      certain |= InterpolatePart(sure, tile, at) << at;
+    for (std::int32_t at = 0; at < tile_.count; at += V::kLanes) {
+      certain |= InterpolateAt(at) << at;
     }
     return certain;
   }
@@ -53,44 +56,47 @@ class TileInterpolation {
   };
 
   void Collect(const Surroundings& around) {
-    count_ = 0;
+    std::int32_t count = 0;
     for (std::int32_t r = 0; r < around.run_count; ++r) {
       const auto [begin, end] = around.runs[r];
       for (std::int32_t i = begin; i < end; i += V::kLanes) {
-        const std::int32_t to = count_ + i - begin;
-        V::Store(x_ + to, V::Load(around.x + i));
-        V::Store(y_ + to, V::Load(around.y + i));
-        V::Store(z_ + to, V::Load(around.z + i));
+        const std::int32_t to = count + i - begin;
+        V::Store(sites_.x + to, V::Load(around.x + i));
+        V::Store(sites_.y + to, V::Load(around.y + i));
+        V::Store(sites_.z + to, V::Load(around.z + i));
       }
-      count_ += end - begin;
+      count += end - begin;
     }
-    V::Store(x_ + count_, V::Spread(kFarAway));
+    V::Store(sites_.x + count, V::Spread(kFarAway));
+    sites_.count = count;
   }
 
   /// Keeps the sites that can be among the four nearest of some point. Four of them, each nearest
   /// to the tile's centre in its quarter of the lanes, bound the fourth neighbour of the centre, a
   /// point's fourth is at most its way to the centre farther, and its sites that way once more.
-  void Cull(const Tile& tile) {
-    const float centre_x = Middle(tile.x, tile.count);
-    const float centre_y = Middle(tile.y, tile.count);
+  void Cull() {
+    const float centre_x = Middle(tile_.x, tile_.count);
+    const float centre_y = Middle(tile_.y, tile_.count);
     alignas(64) float square[kMostSites + kPadding];
     alignas(64) float nearest[V::kLanes];
     Float least = V::Spread(kNowhere);
-    for (std::int32_t i = 0; i < count_; i += V::kLanes) {
-      const Float to_centre =
-          Square(V::Load(x_ + i) - V::Spread(centre_x), V::Load(y_ + i) - V::Spread(centre_y));
+    for (std::int32_t i = 0; i < sites_.count; i += V::kLanes) {
+      const Float to_centre = Square(V::Load(sites_.x + i) - V::Spread(centre_x),
+                                     V::Load(sites_.y + i) - V::Spread(centre_y));
       V::Store(square + i, to_centre);
       least = V::Min(least, to_centre);
     }
     V::Store(nearest, least);
-    const float way = __builtin_sqrtf(FarthestSquare(tile, centre_x, centre_y));
+    const float way = __builtin_sqrtf(FarthestSquare(centre_x, centre_y));
     const float reach = (__builtin_sqrtf(FourthAtMost(nearest)) + 2 * way) * 1.0001F;
     const float limit = reach * reach;
-    near_count_ = 0;
-    for (std::int32_t i = 0; i < count_; ++i) {
-      near_[near_count_] = static_cast<std::uint32_t>(i);
-      near_count_ += square[i] <= limit;
+    std::int32_t near_count = 0;
+    for (std::int32_t i = 0; i < sites_.count; ++i) {
+      sites_.near[near_count] = static_cast<std::uint32_t>(i);
+      near_count += square[i] <= limit;
     }
+    sites_.near_count = near_count;
+    tile_.limit[0] = limit;
   }
 
   static Float Square(Float dx, Float dy) { return dx * dx + dy * dy; }
@@ -105,11 +111,11 @@ class TileInterpolation {
     return low + (high - low) / 2;
   }
 
-  static float FarthestSquare(const Tile& tile, float centre_x, float centre_y) {
+  float FarthestSquare(float centre_x, float centre_y) const {
     float farthest = 0;
-    for (std::int32_t i = 0; i < tile.count; ++i) {
-      const float dx = tile.x[i] - centre_x;
-      const float dy = tile.y[i] - centre_y;
+    for (std::int32_t i = 0; i < tile_.count; ++i) {
+      const float dx = tile_.x[i] - centre_x;
+      const float dy = tile_.y[i] - centre_y;
       const float square = dx * dx + dy * dy;
       farthest = square > farthest ? square : farthest;
     }
@@ -128,19 +134,20 @@ class TileInterpolation {
     return fourth;
   }
 
-  std::uint32_t InterpolatePart(const SureDistances& sure, Tile& tile, std::int32_t at) const {
-    const Float x = V::Load(tile.x + at);
-    const Float y = V::Load(tile.y + at);
+  std::uint32_t InterpolateAt(std::int32_t at) {
+    const Float x = V::Load(tile_.x + at);
+    const Float y = V::Load(tile_.y + at);
     const Nearest nearest = Search(x, y);
-    return Weigh(sure, x, y, nearest, tile.value + at);
+    return Weigh(x, y, nearest, at);
   }
 
   Nearest Search(Float x, Float y) const {
     const Float nothing = V::Spread(kNowhere);
     Nearest nearest{{nothing, nothing, nothing, nothing, nothing}};
-    for (std::int32_t i = 0; i < near_count_; ++i) {
-      const std::uint32_t site = near_[i];
-      Float key = V::Tag(Square(V::Spread(x_[site]) - x, V::Spread(y_[site]) - y), site);
+    for (std::int32_t i = 0; i < sites_.near_count; ++i) {
+      const std::uint32_t site = sites_.near[i];
+      Float key =
+          V::Tag(Square(V::Spread(sites_.x[site]) - x, V::Spread(sites_.y[site]) - y), site);
       for (std::int32_t slot = 0; slot < 4; ++slot) {
         const Float farther = V::Max(nearest.key[slot], key);
         nearest.key[slot] = V::Min(nearest.key[slot], key);
@@ -151,25 +158,25 @@ class TileInterpolation {
     return nearest;
   }
 
-  std::uint32_t Weigh(const SureDistances& sure, Float x, Float y, const Nearest& nearest,
-                      float* values) const {
+  std::uint32_t Weigh(Float x, Float y, const Nearest& nearest, std::int32_t at) {
     Float site_x[4];
     Float site_y[4];
     Float site_z[4];
     for (std::int32_t slot = 0; slot < 4; ++slot) {
-      site_x[slot] = V::Gather(x_, nearest.key[slot]);
-      site_y[slot] = V::Gather(y_, nearest.key[slot]);
-      site_z[slot] = V::Gather(z_, nearest.key[slot]);
+      site_x[slot] = V::Gather(sites_.x, nearest.key[slot]);
+      site_y[slot] = V::Gather(sites_.y, nearest.key[slot]);
+      site_z[slot] = V::Gather(sites_.z, nearest.key[slot]);
     }
-    WeightedMean<Lower> low(sure, x, y, site_x, site_y, site_z);
-    WeightedMean<Upper> high(sure, x, y, site_x, site_y, site_z);
+    WeightedMean<Lower> low(sure_, x, y, site_x, site_y, site_z);
+    WeightedMean<Upper> high(sure_, x, y, site_x, site_y, site_z);
+    float* const values = tile_.value + at;
     V::Store(values, V::Narrow(low.value, high.value));
     const auto both = [](std::uint32_t lower, std::uint32_t upper) {
       return lower | upper << (V::kLanes / 2);
     };
     const std::uint32_t on_site = both(low.on_site, high.on_site);
-    const std::uint32_t set_is_sure =
-        V::Below(nearest.key[3] * V::Spread(kClearlyFarther), nearest.key[4]);
+    const Float limit = nearest.key[3] * V::Spread(kClearlyFarther);
+    V::Store(tile_.limit + at, limit);
     alignas(64) float first[V::kLanes];
     V::Store(first, site_z[0]);
     for (std::int32_t i = 0; i < V::kLanes; ++i) {
@@ -177,7 +184,7 @@ class TileInterpolation {
       // What overflows on the way is 0.
       if (!(values[i] >= -kLargest && values[i] <= kLargest)) values[i] = 0;
     }
-    return on_site | (both(low.certain, high.certain) & set_is_sure);
+    return on_site | (both(low.certain, high.certain) & V::Below(limit, nearest.key[4]));
   }
 
   static constexpr float kLargest = 3.40282347e38F;
@@ -220,12 +227,9 @@ class TileInterpolation {
     std::uint32_t certain;
   };
 
-  alignas(64) float x_[kMostSites + kPadding];
-  alignas(64) float y_[kMostSites + kPadding];
-  alignas(64) float z_[kMostSites + kPadding];
-  alignas(64) std::uint32_t near_[kMostSites];
-  std::int32_t count_;
-  std::int32_t near_count_;
+  const SureDistances& sure_;
+  Tile& tile_;
+  TileSites& sites_;
 };
 
 }  // namespace

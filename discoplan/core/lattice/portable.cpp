@@ -89,8 +89,7 @@ struct Portable {
 
 std::uint32_t InterpolatePortable(const Surroundings& around, const SureDistances& sure,
                                   Tile& tile) {
-  TileInterpolation<Portable> interpolation;
-  return interpolation.Interpolate(around, sure, tile);
+  return TileInterpolation<Portable>(sure, tile).Interpolate(around);
 }
 
 }  // namespace discoplan::lattice

@@ -46,8 +46,7 @@ struct Sse2 {
 }  // namespace
 
 std::uint32_t InterpolateSse2(const Surroundings& around, const SureDistances& sure, Tile& tile) {
-  TileInterpolation<Sse2> interpolation;
-  return interpolation.Interpolate(around, sure, tile);
+  return TileInterpolation<Sse2>(sure, tile).Interpolate(around);
 }
 
 }  // namespace discoplan::lattice

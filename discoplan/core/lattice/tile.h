@@ -39,15 +39,28 @@ struct SureDistances {
   double below;
 };
 
+/// A kernel's copy of the sites around a tile, in their order.
+struct TileSites {
+  alignas(64) float x[kMostSites + kPadding];
+  alignas(64) float y[kMostSites + kPadding];
+  alignas(64) float z[kMostSites + kPadding];
+  std::int32_t count;
+  std::uint32_t near[kMostSites];  ///< Those that can be among a point's four nearest.
+  std::int32_t near_count;
+};
+
 struct Tile {
   alignas(64) float x[kTilePoints];
   alignas(64) float y[kTilePoints];
   alignas(64) float value[kTilePoints];
+  alignas(64) float limit[kTilePoints];  ///< Squared, no less than the fourth neighbour's distance.
   std::int32_t count;  ///< Of the points that are asked for; those behind must be finite.
+  TileSites sites;
 };
 
-/// Sets the values of a tile. Bit i of the result tells that value i is certainly that of
-/// `wafer::Interpolation`.
+/// Sets the sites, values and limits of a tile. Bit i of the result tells that value i is certainly
+/// that of `wafer::Interpolation`. A single point gets no value, and no limits are set if there are
+/// fewer than four sites.
 using Kernel = std::uint32_t (*)(const Surroundings&, const SureDistances&, Tile&);
 
 std::uint32_t InterpolatePortable(const Surroundings&, const SureDistances&, Tile&);
