@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -42,6 +43,35 @@ double VisitRank(double columns, double rows) {
   if (columns == ring && rows > -ring) return before + 3 * ring - rows;
   if (rows == -ring && columns > -ring) return before + 5 * ring - columns;
   return before + 7 * ring + rows;
+}
+
+/// The four nearest by keys as the kernels have them, but of 64 bits and without a branch. False if
+/// two are too close to tell.
+bool NearestByKeys(const TileSites& sites, float x, float y, Neighbours& nearest) {
+  constexpr std::uint64_t kNumberBits = kMostSites - 1;
+  constexpr double kClearlyFarther = 1 + 4.0 * kMostSites / (std::uint64_t{1} << 52);
+  const auto square_to = [&](std::uint32_t site) {
+    return SquaredDistance(sites.x[site], sites.y[site], x, y);
+  };
+  std::array<double, 5> keys;
+  keys.fill(1e60);
+  for (std::int32_t i = 0; i < sites.near_count; ++i) {
+    const std::uint32_t site = sites.near[i];
+    const auto bits = std::bit_cast<std::uint64_t>(square_to(site));
+    auto key = std::bit_cast<double>((bits & ~kNumberBits) | site);
+    for (double& nearer : keys) {
+      const double farther = std::max(nearer, key);
+      nearer = std::min(nearer, key);
+      key = farther;
+    }
+  }
+  for (std::size_t slot = 0; slot < nearest.size(); ++slot) {
+    if (!(keys[slot] * kClearlyFarther < keys[slot + 1])) return false;
+    const auto site =
+        static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(keys[slot]) & kNumberBits);
+    nearest[slot] = {std::sqrt(square_to(site)), static_cast<std::int32_t>(site)};
+  }
+  return true;
 }
 
 Kernel KernelFor([[maybe_unused]] InstructionSet instructions) {
@@ -123,17 +153,18 @@ float LatticeInterpolation::At(float x, float y) const noexcept {
 
 void LatticeInterpolation::EvaluateTile(Tile& tile) const {
   const auto count = static_cast<std::size_t>(tile.count);
-  std::fill(tile.x + count, std::end(tile.x), tile.x[0]);
-  std::fill(tile.y + count, std::end(tile.y), tile.y[0]);
+  if (count > 1) {
+    std::fill(tile.x + count, std::end(tile.x), tile.x[0]);
+    std::fill(tile.y + count, std::end(tile.y), tile.y[0]);
+  }
   Surroundings around;
   SureDistances sure;
   const bool is_surrounded = has_cells_ && Surround(tile, around, sure);
   const std::uint32_t certain = is_surrounded ? kernel_(around, sure, tile) : 0;
   for (std::size_t i = 0; i < count; ++i) {
     if ((certain >> i & 1) != 0) continue;
-    const bool is_resolved = is_surrounded && Resolve(tile.sites, sure, tile.limit[i], tile.x[i],
-                                                      tile.y[i], tile.value[i]);
-    if (!is_resolved) tile.value[i] = Plain(tile.x[i], tile.y[i]);
+    if (is_surrounded && Resolve(tile, sure, i, tile.value[i])) continue;
+    tile.value[i] = Plain(tile.x[i], tile.y[i]);
   }
 }
 
@@ -152,11 +183,30 @@ double LatticeInterpolation::CellIndex(float position) const {
                        source_.cell_half_count_);
 }
 
-/// Tells the four nearest of the tile's sites by their exact distances, equal ones by the order in
-/// which the search over the cells meets them. False if that search may end with others.
-bool LatticeInterpolation::Resolve(const TileSites& sites, const SureDistances& sure, float limit,
-                                   float x, float y, float& value) const {
+/// The value by the exact distances to the tile's sites. False if the search over the cells may end
+/// with others than the four nearest of them.
+bool LatticeInterpolation::Resolve(const Tile& tile, const SureDistances& sure, std::size_t point,
+                                   float& value) const {
+  const TileSites& sites = tile.sites;
   if (sites.near_count < 4) return false;
+  const float x = tile.x[point];
+  const float y = tile.y[point];
+  Neighbours nearest;
+  // Points of a larger tile come here since they have ties.
+  if (tile.count > 1 || !NearestByKeys(sites, x, y, nearest)) {
+    nearest = NearestInOrder(sites, tile.limit[point], x, y);
+  }
+  const double fourth = nearest[3].distance;
+  if (nearest[0].distance != 0 && !(sure.above < fourth && fourth < sure.below)) return false;
+  value = 0;
+  Attempt([&] { value = WeightedMean(nearest, [&](std::int32_t site) { return sites.z[site]; }); });
+  return true;
+}
+
+/// The four nearest within a squared distance, equally near ones in the order in which the search
+/// over the cells meets them.
+Neighbours LatticeInterpolation::NearestInOrder(const TileSites& sites, double limit, float x,
+                                                float y) const {
   const auto rank = [&](std::int32_t site) {
     return VisitRank(CellIndex(sites.x[site]) - CellIndex(x),
                      CellIndex(sites.y[site]) - CellIndex(y));
@@ -178,13 +228,9 @@ bool LatticeInterpolation::Resolve(const TileSites& sites, const SureDistances& 
     while (slot > 0 && precedes(met, nearest[slot - 1])) --slot;
     if (slot == nearest.size()) continue;
     Insert(nearest, slot, met);
-    farthest_square = std::min(double{limit}, SquareBound(nearest[3].distance));
+    farthest_square = std::min(limit, SquareBound(nearest[3].distance));
   }
-  const double fourth = nearest[3].distance;
-  if (nearest[0].distance != 0 && !(sure.above < fourth && fourth < sure.below)) return false;
-  value = 0;
-  Attempt([&] { value = WeightedMean(nearest, [&](std::int32_t site) { return sites.z[site]; }); });
-  return true;
+  return nearest;
 }
 
 /// False for positions beyond the cells.

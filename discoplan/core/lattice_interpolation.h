@@ -11,6 +11,7 @@
 ///
 /// It reads the wafer and must not outlive a change of it.
 
+#include <array>
 #include <cstdint>
 #include <span>
 
@@ -18,6 +19,8 @@
 #include "discoplan/export.h"
 
 namespace discoplan {
+
+struct Neighbour;
 
 namespace lattice {
 struct Surroundings;
@@ -57,8 +60,10 @@ class DISCOPLAN_EXPORT LatticeInterpolation {
   bool RangeAround(std::span<const float> positions, CellRange& range) const;
   bool Surround(const lattice::Tile& tile, lattice::Surroundings& around,
                 lattice::SureDistances& sure) const;
-  bool Resolve(const lattice::TileSites& sites, const lattice::SureDistances& sure, float limit,
-               float x, float y, float& value) const;
+  bool Resolve(const lattice::Tile& tile, const lattice::SureDistances& sure, std::size_t point,
+               float& value) const;
+  std::array<Neighbour, 4> NearestInOrder(const lattice::TileSites& sites, double limit, float x,
+                                          float y) const;
   float Plain(float x, float y) const;
 
   const wafer& source_;

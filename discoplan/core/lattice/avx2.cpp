@@ -18,6 +18,10 @@ struct Avx2 {
   static Float Min(Float a, Float b) { return _mm256_min_ps(a, b); }
   static Float Max(Float a, Float b) { return _mm256_max_ps(a, b); }
   static Double Sqrt(Double a) { return _mm256_sqrt_pd(a); }
+  static std::int32_t Number(Float squares, Float limits, std::int32_t first,
+                             std::uint32_t* numbers) {
+    return NumberOneByOne<Avx2>(squares, limits, first, numbers);
+  }
   static Float Tag(Float a, std::uint32_t number) {
     const __m256i bits = _mm256_set1_epi32(kNumberBits);
     return _mm256_or_ps(_mm256_andnot_ps(_mm256_castsi256_ps(bits), a),

@@ -24,6 +24,14 @@ struct Avx512 {
   static Float Min(Float a, Float b) { return _mm512_min_ps(a, b); }
   static Float Max(Float a, Float b) { return _mm512_max_ps(a, b); }
   static Double Sqrt(Double a) { return _mm512_sqrt_pd(a); }
+  static std::int32_t Number(Float squares, Float limits, std::int32_t first,
+                             std::uint32_t* numbers) {
+    const __m512i lanes = _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+    const __mmask16 near = _mm512_cmp_ps_mask(squares, limits, _CMP_LE_OQ);
+    _mm512_storeu_si512(numbers, _mm512_maskz_compress_epi32(
+                                     near, _mm512_add_epi32(lanes, _mm512_set1_epi32(first))));
+    return __builtin_popcount(near);
+  }
   static Float Tag(Float a, std::uint32_t number) {
     constexpr int kSecondWhereMaskElseFirst = 0xCA;
     return _mm512_castsi512_ps(_mm512_ternarylogic_epi32(

@@ -8,6 +8,9 @@
 ///     Load, Store        from and to memory, unaligned
 ///     Spread             one number to all lanes
 ///     Min, Max, Sqrt     lane by lane; Min and Max for numbers above zero only
+///     Number             writes the numbers of the lanes that aren't above a limit, counted from
+///     that
+///                        of the first lane; tells how many, and may write as many as lanes
 ///     Tag                a float above zero with its last bits replaced by those of a number
 ///     Gather             table entries by the numbers that tags are
 ///     Low, High, Narrow  halves as doubles, and back
@@ -29,6 +32,19 @@ constexpr float kClearlyFarther = 1 + 4.0F * kMostSites / (1 << 23);
 constexpr float kNowhere = 1e30F;
 constexpr float kFarAway = 1e15F;
 
+/// `Number` for instruction sets without one of their own.
+template <class V>
+std::int32_t NumberOneByOne(typename V::Float squares, typename V::Float limits, std::int32_t first,
+                            std::uint32_t* numbers) {
+  const std::uint32_t beyond = V::Below(limits, squares);
+  std::int32_t count = 0;
+  for (std::int32_t i = 0; i < V::kLanes; ++i) {
+    numbers[count] = static_cast<std::uint32_t>(first + i);
+    count += static_cast<std::int32_t>(~beyond >> i & 1);
+  }
+  return count;
+}
+
 template <class V>
 class TileInterpolation {
  public:
@@ -40,8 +56,10 @@ class TileInterpolation {
 
   std::uint32_t Interpolate(const Surroundings& around) {
     Collect(around);
+    sites_.near_count = 0;
+    if (sites_.count < 4) return 0;
     Cull();
-    if (sites_.near_count < 4 || tile_.count == 1) return 0;
+    if (tile_.count == 1) return 0;
     std::uint32_t certain = 0;
     for (std::int32_t at = 0; at < tile_.count; at += V::kLanes) {
       certain |= InterpolateAt(at) << at;
@@ -68,6 +86,7 @@ class TileInterpolation {
       count += end - begin;
     }
     V::Store(sites_.x + count, V::Spread(kFarAway));
+    V::Store(sites_.y + count, V::Spread(kFarAway));
     sites_.count = count;
   }
 
@@ -90,12 +109,10 @@ class TileInterpolation {
     const float way = __builtin_sqrtf(FarthestSquare(centre_x, centre_y));
     const float reach = (__builtin_sqrtf(FourthAtMost(nearest)) + 2 * way) * 1.0001F;
     const float limit = reach * reach;
-    std::int32_t near_count = 0;
-    for (std::int32_t i = 0; i < sites_.count; ++i) {
-      sites_.near[near_count] = static_cast<std::uint32_t>(i);
-      near_count += square[i] <= limit;
+    for (std::int32_t i = 0; i < sites_.count; i += V::kLanes) {
+      sites_.near_count +=
+          V::Number(V::Load(square + i), V::Spread(limit), i, sites_.near + sites_.near_count);
     }
-    sites_.near_count = near_count;
     tile_.limit[0] = limit;
   }
 

@@ -57,6 +57,10 @@ struct Portable {
         [&](std::int32_t i) { return a.lane[i] > b.lane[i] ? a.lane[i] : b.lane[i]; });
   }
   static Double Sqrt(const Double& a) { return {std::sqrt(a.lane[0]), std::sqrt(a.lane[1])}; }
+  static std::int32_t Number(const Float& squares, const Float& limits, std::int32_t first,
+                             std::uint32_t* numbers) {
+    return NumberOneByOne<Portable>(squares, limits, first, numbers);
+  }
   static Float Tag(const Float& a, std::uint32_t number) {
     return Float::Each([&](std::int32_t i) {
       const auto bits = std::bit_cast<std::uint32_t>(a.lane[i]);

@@ -18,6 +18,10 @@ struct Sse2 {
   static Float Min(Float a, Float b) { return _mm_min_ps(a, b); }
   static Float Max(Float a, Float b) { return _mm_max_ps(a, b); }
   static Double Sqrt(Double a) { return _mm_sqrt_pd(a); }
+  static std::int32_t Number(Float squares, Float limits, std::int32_t first,
+                             std::uint32_t* numbers) {
+    return NumberOneByOne<Sse2>(squares, limits, first, numbers);
+  }
   static Float Tag(Float a, std::uint32_t number) {
     const __m128i bits = _mm_set1_epi32(kNumberBits);
     return _mm_or_ps(_mm_andnot_ps(_mm_castsi128_ps(bits), a),

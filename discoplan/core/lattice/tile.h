@@ -12,7 +12,7 @@ namespace discoplan::lattice {
 inline constexpr std::int32_t kTilePoints = 16;
 /// Most sites around a tile; a site's number among them takes the last bits of a 32-bit key.
 inline constexpr std::int32_t kMostSites = 256;
-/// As many floats may be read behind the last site.
+/// As many numbers may be read or written behind the last.
 inline constexpr std::int32_t kPadding = 16;
 
 /// Sites that follow each other in the order of the cells.
@@ -45,7 +45,7 @@ struct TileSites {
   alignas(64) float y[kMostSites + kPadding];
   alignas(64) float z[kMostSites + kPadding];
   std::int32_t count;
-  std::uint32_t near[kMostSites];  ///< Those that can be among a point's four nearest.
+  std::uint32_t near[kMostSites + kPadding];  ///< Those that can be among a point's four nearest.
   std::int32_t near_count;
 };
 
