@@ -207,9 +207,10 @@ bool LatticeInterpolation::Resolve(const Tile& tile, const SureDistances& sure, 
 /// over the cells meets them.
 Neighbours LatticeInterpolation::NearestInOrder(const TileSites& sites, double limit, float x,
                                                 float y) const {
+  const double column = CellIndex(x);
+  const double row = CellIndex(y);
   const auto rank = [&](std::int32_t site) {
-    return VisitRank(CellIndex(sites.x[site]) - CellIndex(x),
-                     CellIndex(sites.y[site]) - CellIndex(y));
+    return VisitRank(CellIndex(sites.x[site]) - column, CellIndex(sites.y[site]) - row);
   };
   const auto precedes = [&](const Neighbour& a, const Neighbour& b) {
     if (a.distance != b.distance) return a.distance < b.distance;
