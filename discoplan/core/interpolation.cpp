@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
+#include <numeric>
 
 #include "discoplan/core/lattice/tile.h"
 #include "discoplan/core/lattice_interpolation.h"
@@ -10,13 +12,14 @@
 #include "discoplan/core/wafer.h"
 
 namespace discoplan {
+
 void wafer::BuildSiteCells() {
+  cells_.x.clear();
   const double radius = WaferDiameter / 2.0;
   const std::int16_t count = ToInt16(nop_);
   cell_size_ = ToFloat(count >= 4 ? std::sqrt(radius * radius * kPi * 4 / count) : radius + radius);
   cell_half_count_ = ToInt16(Divide(radius, cell_size_));
 
-  cells_.x.clear();
   SiteCells cells;
   cells.side = 2 * cell_half_count_ + 1;
   const auto index_along = [&](float position) {
@@ -33,14 +36,14 @@ void wafer::BuildSiteCells() {
   for (std::size_t i = 0; i < sites_.size(); ++i) {
     const std::int32_t column = index_along(sites_[i].x);
     cell_of[i] = index_along(sites_[i].y) * cells.side + column;
-    ++cells.first[static_cast<std::size_t>(cell_of[i]) + 1];
+    ++cells.first[static_cast<std::size_t>(cell_of[i])];
   }
-  for (std::size_t c = 1; c < cells.first.size(); ++c) cells.first[c] += cells.first[c - 1];
+  // First where each cell ends; filled from behind, then where it begins.
+  std::partial_sum(cells.first.begin(), cells.first.end(), cells.first.begin());
   cells.sites.resize(sites_.size());
-  std::vector<std::int32_t> next(cells.first.begin(), cells.first.end() - 1);
-  for (std::size_t i = 0; i < sites_.size(); ++i) {
-    std::int32_t& slot = next[static_cast<std::size_t>(cell_of[i])];
-    cells.sites[static_cast<std::size_t>(slot++)] = static_cast<std::int16_t>(i);
+  for (std::size_t i = sites_.size(); i-- > 0;) {
+    const std::int32_t slot = --cells.first[static_cast<std::size_t>(cell_of[i])];
+    cells.sites[static_cast<std::size_t>(slot)] = static_cast<std::int16_t>(i);
   }
   CopySitesByCell(cells);
   cells_ = std::move(cells);

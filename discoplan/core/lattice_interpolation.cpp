@@ -191,10 +191,22 @@ bool LatticeInterpolation::Resolve(const Tile& tile, const SureDistances& sure, 
   if (sites.near_count < 4) return false;
   const float x = tile.x[point];
   const float y = tile.y[point];
+  const std::span near(sites.near, static_cast<std::size_t>(sites.near_count));
   Neighbours nearest;
-  // Points of a larger tile come here since they have ties.
-  if (tile.count > 1 || !NearestByKeys(sites, x, y, nearest)) {
-    nearest = NearestInOrder(sites, tile.limit[point], x, y);
+  if (tile.count == 1) {
+    if (!NearestByKeys(sites, x, y, nearest)) {
+      nearest = NearestInOrder(sites, near, std::numeric_limits<double>::infinity(), x, y);
+    }
+  } else {
+    // Points of a larger tile come here since they have ties, often among the four alone.
+    std::array<std::uint32_t, 4> four;
+    for (std::size_t slot = 0; slot < four.size(); ++slot) {
+      four[slot] = std::bit_cast<std::uint32_t>(tile.keys[slot][point]) & lattice::kNumberBits;
+    }
+    const float limit = tile.keys[3][point] * lattice::kClearlyFarther;
+    const bool has_the_four = limit < tile.keys[4][point];
+    nearest = NearestInOrder(sites, has_the_four ? std::span<const std::uint32_t>(four) : near,
+                             limit, x, y);
   }
   const double fourth = nearest[3].distance;
   if (nearest[0].distance != 0 && !(sure.above < fourth && fourth < sure.below)) return false;
@@ -205,8 +217,9 @@ bool LatticeInterpolation::Resolve(const Tile& tile, const SureDistances& sure, 
 
 /// The four nearest within a squared distance, equally near ones in the order in which the search
 /// over the cells meets them.
-Neighbours LatticeInterpolation::NearestInOrder(const TileSites& sites, double limit, float x,
-                                                float y) const {
+Neighbours LatticeInterpolation::NearestInOrder(const TileSites& sites,
+                                                std::span<const std::uint32_t> among, double limit,
+                                                float x, float y) const {
   const double column = CellIndex(x);
   const double row = CellIndex(y);
   const auto rank = [&](std::int32_t site) {
@@ -215,16 +228,17 @@ Neighbours LatticeInterpolation::NearestInOrder(const TileSites& sites, double l
   const auto precedes = [&](const Neighbour& a, const Neighbour& b) {
     if (a.distance != b.distance) return a.distance < b.distance;
     if (b.site == kNoSite) return false;
-    return rank(a.site) < rank(b.site);  // within a cell `b`, which was met first, stays
+    const double a_rank = rank(a.site);
+    const double b_rank = rank(b.site);
+    return a_rank < b_rank || (a_rank == b_rank && a.site < b.site);
   };
   Neighbours nearest;
   nearest.fill({std::numeric_limits<double>::infinity(), kNoSite});
   double farthest_square = limit;
-  for (std::int32_t i = 0; i < sites.near_count; ++i) {
-    const auto site = static_cast<std::int32_t>(sites.near[i]);
+  for (const std::uint32_t site : among) {
     const double square = SquaredDistance(sites.x[site], sites.y[site], x, y);
     if (!(square <= farthest_square)) continue;
-    const Neighbour met{std::sqrt(square), site};
+    const Neighbour met{std::sqrt(square), static_cast<std::int32_t>(site)};
     std::size_t slot = nearest.size();
     while (slot > 0 && precedes(met, nearest[slot - 1])) --slot;
     if (slot == nearest.size()) continue;

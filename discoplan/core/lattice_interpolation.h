@@ -62,8 +62,9 @@ class DISCOPLAN_EXPORT LatticeInterpolation {
                 lattice::SureDistances& sure) const;
   bool Resolve(const lattice::Tile& tile, const lattice::SureDistances& sure, std::size_t point,
                float& value) const;
-  std::array<Neighbour, 4> NearestInOrder(const lattice::TileSites& sites, double limit, float x,
-                                          float y) const;
+  std::array<Neighbour, 4> NearestInOrder(const lattice::TileSites& sites,
+                                          std::span<const std::uint32_t> among, double limit,
+                                          float x, float y) const;
   float Plain(float x, float y) const;
 
   const wafer& source_;

@@ -25,9 +25,6 @@
 namespace discoplan::lattice {
 namespace {
 
-constexpr std::uint32_t kNumberBits = kMostSites - 1;
-/// The two squares of a difference, their sum and the tag err by less than a quarter of this.
-constexpr float kClearlyFarther = 1 + 4.0F * kMostSites / (1 << 23);
 /// Squared distance of nothing, well within the range of a float.
 constexpr float kNowhere = 1e30F;
 constexpr float kFarAway = 1e15F;
@@ -59,7 +56,7 @@ class TileInterpolation {
     sites_.near_count = 0;
     if (sites_.count < 4) return 0;
     Cull();
-    if (tile_.count == 1) return 0;
+    if (tile_.count == 1 || sites_.near_count < 4) return 0;
     std::uint32_t certain = 0;
     for (std::int32_t at = 0; at < tile_.count; at += V::kLanes) {
       certain |= InterpolateAt(at) << at;
@@ -113,7 +110,6 @@ class TileInterpolation {
       sites_.near_count +=
           V::Number(V::Load(square + i), V::Spread(limit), i, sites_.near + sites_.near_count);
     }
-    tile_.limit[0] = limit;
   }
 
   static Float Square(Float dx, Float dy) { return dx * dx + dy * dy; }
@@ -192,8 +188,10 @@ class TileInterpolation {
       return lower | upper << (V::kLanes / 2);
     };
     const std::uint32_t on_site = both(low.on_site, high.on_site);
+    for (std::int32_t slot = 0; slot < 5; ++slot) {
+      V::Store(tile_.keys[slot] + at, nearest.key[slot]);
+    }
     const Float limit = nearest.key[3] * V::Spread(kClearlyFarther);
-    V::Store(tile_.limit + at, limit);
     alignas(64) float first[V::kLanes];
     V::Store(first, site_z[0]);
     for (std::int32_t i = 0; i < V::kLanes; ++i) {

@@ -10,10 +10,15 @@
 namespace discoplan::lattice {
 
 inline constexpr std::int32_t kTilePoints = 16;
-/// Most sites around a tile; a site's number among them takes the last bits of a 32-bit key.
+/// Most sites around a tile, a power of two.
 inline constexpr std::int32_t kMostSites = 256;
 /// As many numbers may be read or written behind the last.
 inline constexpr std::int32_t kPadding = 16;
+
+/// A key is the squared distance as a float, the last bits replaced by the site's number.
+inline constexpr std::uint32_t kNumberBits = kMostSites - 1;
+/// The two squares of a difference, their sum and the number err by less than a quarter of this.
+inline constexpr float kClearlyFarther = 1 + 4.0F * kMostSites / (1 << 23);
 
 /// Sites that follow each other in the order of the cells.
 struct Run {
@@ -53,14 +58,14 @@ struct Tile {
   alignas(64) float x[kTilePoints];
   alignas(64) float y[kTilePoints];
   alignas(64) float value[kTilePoints];
-  alignas(64) float limit[kTilePoints];  ///< Squared, no less than the fourth neighbour's distance.
+  alignas(64) float keys[5][kTilePoints];  ///< Of the five sites of the least keys, by these.
   std::int32_t count;  ///< Of the points that are asked for; those behind must be finite.
   TileSites sites;
 };
 
-/// Sets the sites, values and limits of a tile. Bit i of the result tells that value i is certainly
-/// that of `wafer::Interpolation`. A single point gets no value, and no limits are set if there are
-/// fewer than four sites.
+/// Sets the sites, values and keys of a tile. Bit i of the result tells that value i is certainly
+/// that of `wafer::Interpolation`. For a single point, or if fewer than four sites are near, only
+/// the sites are set.
 using Kernel = std::uint32_t (*)(const Surroundings&, const SureDistances&, Tile&);
 
 std::uint32_t InterpolatePortable(const Surroundings&, const SureDistances&, Tile&);
