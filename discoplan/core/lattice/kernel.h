@@ -8,9 +8,8 @@
 ///     Load, Store        from and to memory, unaligned
 ///     Spread             one number to all lanes
 ///     Min, Max, Sqrt     lane by lane; Min and Max for numbers above zero only
-///     Number             writes the numbers of the lanes that aren't above a limit, counted from
-///     that
-///                        of the first lane; tells how many, and may write as many as lanes
+///     Number             writes the numbers of the lanes that aren't above a limit, given that of
+///                        the first lane; tells how many, and may write as many as lanes
 ///     Tag                a float above zero with its last bits replaced by those of a number
 ///     Gather             table entries by the numbers that tags are
 ///     Low, High, Narrow  halves as doubles, and back
@@ -42,6 +41,7 @@ std::int32_t NumberOneByOne(typename V::Float squares, typename V::Float limits,
   return count;
 }
 
+/// Finds and weighs the neighbours of all points of a tile.
 template <class V>
 class TileInterpolation {
  public:
@@ -151,6 +151,9 @@ class TileInterpolation {
     const Float x = V::Load(tile_.x + at);
     const Float y = V::Load(tile_.y + at);
     const Nearest nearest = Search(x, y);
+    for (std::int32_t slot = 0; slot < 5; ++slot) {
+      V::Store(tile_.keys[slot] + at, nearest.key[slot]);
+    }
     return Weigh(x, y, nearest, at);
   }
 
@@ -188,16 +191,13 @@ class TileInterpolation {
       return lower | upper << (V::kLanes / 2);
     };
     const std::uint32_t on_site = both(low.on_site, high.on_site);
-    for (std::int32_t slot = 0; slot < 5; ++slot) {
-      V::Store(tile_.keys[slot] + at, nearest.key[slot]);
-    }
     const Float limit = nearest.key[3] * V::Spread(kClearlyFarther);
     alignas(64) float first[V::kLanes];
     V::Store(first, site_z[0]);
     for (std::int32_t i = 0; i < V::kLanes; ++i) {
-      if ((on_site >> i & 1) != 0) values[i] = first[i];
       // What overflows on the way is 0.
       if (!(values[i] >= -kLargest && values[i] <= kLargest)) values[i] = 0;
+      if ((on_site >> i & 1) != 0) values[i] = first[i];
     }
     return on_site | (both(low.certain, high.certain) & V::Below(limit, nearest.key[4]));
   }
