@@ -34,15 +34,16 @@ enum class InstructionSet { Portable, Sse2, Avx2, Avx512 };
 /// Those that this processor has, the best one last.
 DISCOPLAN_EXPORT std::span<const InstructionSet> InstructionSets();
 
-class DISCOPLAN_EXPORT LatticeInterpolation {
+class LatticeInterpolation {
  public:
-  explicit LatticeInterpolation(const wafer& source,
-                                InstructionSet instructions = InstructionSets().back());
+  DISCOPLAN_EXPORT explicit LatticeInterpolation(
+      const wafer& source, InstructionSet instructions = InstructionSets().back());
 
   /// Sets the value of each point but those whose `x` is not a number: they aren't asked for. The
   /// last row may be shorter than the others. Never fails, like `wafer::Interpolation`.
-  void Evaluate(std::span<Site> points, std::size_t columns) const noexcept;
-  float At(float x, float y) const noexcept;
+  DISCOPLAN_EXPORT void Evaluate(std::span<Site> points, std::size_t columns) const noexcept;
+  /// The same for a single point.
+  DISCOPLAN_EXPORT float At(float x, float y) const noexcept;
 
  private:
   using Kernel = std::uint32_t (*)(const lattice::Surroundings&, const lattice::SureDistances&,
