@@ -103,13 +103,18 @@ class TileInterpolation {
       least = V::Min(least, to_centre);
     }
     V::Store(nearest, least);
-    const float way = __builtin_sqrtf(FarthestSquare(centre_x, centre_y));
-    const float reach = (__builtin_sqrtf(FourthAtMost(nearest)) + 2 * way) * 1.0001F;
-    const float limit = reach * reach;
+    const float limit = SquaredReach(FourthAtMost(nearest), FarthestSquare(centre_x, centre_y));
     for (std::int32_t i = 0; i < sites_.count; i += V::kLanes) {
       sites_.near_count +=
           V::Number(V::Load(square + i), V::Spread(limit), i, sites_.near + sites_.near_count);
     }
+  }
+
+  static float SquaredReach(float fourth_square, float way_square) {
+    constexpr float kRounded = 1.0001F;
+    if (way_square == 0) return fourth_square * kRounded;
+    const float reach = __builtin_sqrtf(fourth_square) + 2 * __builtin_sqrtf(way_square);
+    return reach * reach * kRounded;
   }
 
   static Float Square(Float dx, Float dy) { return dx * dx + dy * dy; }
