@@ -29,6 +29,22 @@ inline std::vector<Site> RandomSites(int count) {
   return sites;
 }
 
+/// Dies of a square pitch in mm, on a lattice around the wafer's centre.
+inline std::vector<Site> DieSites(float pitch) {
+  std::mt19937 random(20260101);
+  std::normal_distribution<float> value(100, 5);
+  std::vector<Site> sites;
+  const int half = static_cast<int>(kDiameter / 2 / pitch);
+  for (int j = -half; j <= half; ++j) {
+    for (int i = -half; i <= half; ++i) {
+      const float x = pitch * static_cast<float>(i);
+      const float y = pitch * static_cast<float>(j);
+      if (std::hypot(x, y) <= 97) sites.push_back({x, y, value(random)});
+    }
+  }
+  return sites;
+}
+
 inline void Load(wafer& target, const std::vector<Site>& sites) {
   target.WaferDiameter = kDiameter;
   target.WaferRadius = kDiameter / 2;
@@ -40,16 +56,26 @@ inline void Load(wafer& target, const std::vector<Site>& sites) {
   target.MaxMin();
 }
 
-/// A 200 x 200 lattice of points in the test circle.
-inline std::vector<Site> LatticePoints() {
+inline constexpr std::size_t kLatticeColumns = 201;
+
+/// A lattice of 200 x 200 cells, `pitch` mm wide, row after row. Points outside the test circle
+/// have an X that isn't a number.
+inline std::vector<Site> WholeLattice(float pitch = 0.97F) {
   std::vector<Site> points;
-  for (int j = 0; j <= 200; ++j) {
-    for (int i = 0; i <= 200; ++i) {
-      const float x = static_cast<float>(i - 100) * 0.97F;
-      const float y = static_cast<float>(j - 100) * 0.97F;
-      if (std::hypot(x, y) <= 97) points.push_back({x, y, 0});
+  for (int j = -100; j <= 100; ++j) {
+    for (int i = -100; i <= 100; ++i) {
+      const float x = static_cast<float>(i) * pitch;
+      const float y = static_cast<float>(j) * pitch;
+      points.push_back({std::hypot(x, y) <= 97 ? x : std::nanf(""), y, 0});
     }
   }
+  return points;
+}
+
+/// The points of that lattice in the test circle alone.
+inline std::vector<Site> LatticePoints(float pitch = 0.97F) {
+  std::vector<Site> points = WholeLattice(pitch);
+  std::erase_if(points, [](const Site& point) { return std::isnan(point.x); });
   return points;
 }
 

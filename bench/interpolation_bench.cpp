@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include <benchmark/benchmark.h>
 
+#include <array>
+#include <string>
+
 #include "bench/bench_wafers.h"
+#include "discoplan/core/lattice_interpolation.h"
 
 namespace discoplan::bench {
 namespace {
 
 template <class Source>
-void QueryLattice(benchmark::State& state, const Source& source) {
-  const std::vector<Site> points = LatticePoints();
+void QueryLattice(benchmark::State& state, const Source& source, float pitch = 0.97F) {
+  const std::vector<Site> points = LatticePoints(pitch);
   for (auto _ : state) {
     float sum = 0;
     for (const Site& point : points) sum += source.Interpolation(point.x, point.y);
@@ -42,6 +46,56 @@ void IndexByNanoflann(benchmark::State& state) {
     benchmark::DoNotOptimize(&source);
   }
 }
+
+struct Scene {
+  const char* name;
+  std::vector<Site> (*sites)();
+  float pitch;  // of the lattice, in mm
+};
+
+/// On the last two, most points are equally far from several dies.
+constexpr std::array kScenes = {
+    Scene{"49", [] { return RandomSites(49); }, 0.97F},
+    Scene{"1000", [] { return RandomSites(1000); }, 0.97F},
+    Scene{"32767", [] { return RandomSites(32767); }, 0.97F},
+    Scene{"dies10mm", [] { return DieSites(10); }, 0.97F},
+    Scene{"dies6mm", [] { return DieSites(6); }, 0.97F},
+    Scene{"dies3mm", [] { return DieSites(3); }, 0.97F},
+    Scene{"dies10mm-aligned", [] { return DieSites(10); }, 1},
+    Scene{"dies3mm-aligned", [] { return DieSites(3); }, 1},
+};
+
+constexpr std::array kInstructionSets = {"portable", "sse2", "avx2", "avx512"};
+
+void LatticeByUs(benchmark::State& state, const Scene& scene, InstructionSet instructions) {
+  wafer source;
+  Load(source, scene.sites());
+  std::vector<Site> points = WholeLattice(scene.pitch);
+  for (auto _ : state) {
+    LatticeInterpolation(source, instructions).Evaluate(points, kLatticeColumns);
+    benchmark::DoNotOptimize(points.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void LatticeByNanoflann(benchmark::State& state, const Scene& scene) {
+  const std::vector<Site> sites = scene.sites();
+  QueryLattice(state, NanoflannWafer(sites), scene.pitch);
+}
+
+const bool kRegistered = [] {
+  for (const Scene& scene : kScenes) {
+    const std::string name = std::string("Lattice/") + scene.name + '/';
+    benchmark::RegisterBenchmark((name + "nanoflann").c_str(), LatticeByNanoflann, scene)
+        ->Unit(benchmark::kMicrosecond);
+    for (const InstructionSet instructions : InstructionSets()) {
+      const char* set = kInstructionSets[static_cast<std::size_t>(instructions)];
+      benchmark::RegisterBenchmark((name + set).c_str(), LatticeByUs, scene, instructions)
+          ->Unit(benchmark::kMicrosecond);
+    }
+  }
+  return true;
+}();
 
 BENCHMARK(Interpolation)->Arg(49)->Arg(1000)->Arg(32767)->Unit(benchmark::kMillisecond);
 BENCHMARK(InterpolationByNanoflann)->Arg(49)->Arg(1000)->Arg(32767)->Unit(benchmark::kMillisecond);

@@ -45,6 +45,7 @@ void wafer::radial_zone_average() {
     const double y = site.y;
     radii.push_back(ToFloat(std::sqrt(x * x + y * y)));
   }
+  std::vector<Site>& sites = ChangeSites();
   std::vector<Site*> ring;
   for (int k = 0; k < zones; ++k) {
     const float inner = ToFloat((k - 0.5) * width);
@@ -52,10 +53,10 @@ void wafer::radial_zone_average() {
     const bool is_last = k == zones - 1;
     ring.clear();
     float sum = 0;
-    for (std::size_t i = 0; i < sites_.size(); ++i) {
+    for (std::size_t i = 0; i < sites.size(); ++i) {
       if (!(inner < radii[i] && (is_last || radii[i] <= outer))) continue;
-      ring.push_back(&sites_[i]);
-      sum = ToFloat(static_cast<double>(sum) + sites_[i].z);
+      ring.push_back(&sites[i]);
+      sum = ToFloat(static_cast<double>(sum) + sites[i].z);
     }
     for (Site* site : ring) site->z = ToFloat(sum / static_cast<double>(ring.size()));
   }

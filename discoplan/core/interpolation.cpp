@@ -2,49 +2,19 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
+#include <numeric>
 
+#include "discoplan/core/lattice/tile.h"
+#include "discoplan/core/lattice_interpolation.h"
+#include "discoplan/core/neighbours.h"
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
 
 namespace discoplan {
-namespace {
-
-struct Neighbour {
-  double distance;
-  std::int32_t site;
-};
-
-double Distance(const Site& site, float x, float y) {
-  const double dx = static_cast<double>(x) - site.x;
-  const double dy = static_cast<double>(y) - site.y;
-  return std::sqrt(dx * dx + dy * dy);
-}
-
-/// Puts a neighbour into the slot `at` and moves those behind it outward; the farthest drops out.
-void Insert(std::array<Neighbour, 4>& nearest_first, std::size_t at, Neighbour neighbour) {
-  std::move_backward(nearest_first.begin() + static_cast<std::ptrdiff_t>(at),
-                     nearest_first.end() - 1, nearest_first.end());
-  nearest_first[at] = neighbour;
-}
-
-/// Inverse-distance-squared mean, nearest first. The numerator is a 32-bit sum, the denominator a
-/// 64-bit one. `site_at` gives the site of a slot or raises.
-template <class SiteAt>
-float WeightedMean(const std::array<Neighbour, 4>& nearest_first, SiteAt&& site_at) {
-  if (nearest_first[0].distance == 0) return site_at(nearest_first[0].site).z;
-  float numerator = 0;
-  double denominator = 0;
-  for (const Neighbour& neighbour : nearest_first) {
-    const double square = neighbour.distance * neighbour.distance;
-    numerator = ToFloat(numerator + site_at(neighbour.site).z / square);
-    denominator += 1 / square;
-  }
-  return ToFloat(numerator / denominator);
-}
-
-}  // namespace
 
 void wafer::BuildSiteCells() {
+  cells_.x.clear();
   const double radius = WaferDiameter / 2.0;
   const std::int16_t count = ToInt16(nop_);
   cell_size_ = ToFloat(count >= 4 ? std::sqrt(radius * radius * kPi * 4 / count) : radius + radius);
@@ -66,31 +36,50 @@ void wafer::BuildSiteCells() {
   for (std::size_t i = 0; i < sites_.size(); ++i) {
     const std::int32_t column = index_along(sites_[i].x);
     cell_of[i] = index_along(sites_[i].y) * cells.side + column;
-    ++cells.first[static_cast<std::size_t>(cell_of[i]) + 1];
+    ++cells.first[static_cast<std::size_t>(cell_of[i])];
   }
-  for (std::size_t c = 1; c < cells.first.size(); ++c) cells.first[c] += cells.first[c - 1];
+  // First where each cell ends; filled from behind, then where it begins.
+  std::partial_sum(cells.first.begin(), cells.first.end(), cells.first.begin());
   cells.sites.resize(sites_.size());
-  std::vector<std::int32_t> next(cells.first.begin(), cells.first.end() - 1);
-  for (std::size_t i = 0; i < sites_.size(); ++i) {
-    std::int32_t& slot = next[static_cast<std::size_t>(cell_of[i])];
-    cells.sites[static_cast<std::size_t>(slot++)] = static_cast<std::int16_t>(i);
+  for (std::size_t i = sites_.size(); i-- > 0;) {
+    const std::int32_t slot = --cells.first[static_cast<std::size_t>(cell_of[i])];
+    cells.sites[static_cast<std::size_t>(slot)] = static_cast<std::int16_t>(i);
   }
+  CopySitesByCell(cells);
   cells_ = std::move(cells);
+}
+
+void wafer::CopySitesByCell(SiteCells& cells) const {
+  const std::size_t count = cells.sites.size();
+  for (std::vector<float>* axis : {&cells.x, &cells.y, &cells.z}) {
+    axis->resize(count + lattice::kPadding);
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    const Site& site = sites_[static_cast<std::size_t>(cells.sites[i])];
+    cells.x[i] = site.x;
+    cells.y[i] = site.y;
+    cells.z[i] = site.z;
+  }
+}
+
+/// Square millimetres against plain distances: far enough that any site replaces it.
+float wafer::StartDistance() const {
+  const double test_radius = TestDiameter / 2.0;
+  float start = 0;
+  Attempt([&] { start = ToFloat(9 * test_radius * test_radius); });
+  return start;
 }
 
 /// The four slots and the walk over the cells around a point.
 class wafer::CellSearch {
  public:
   CellSearch(const wafer& owner, float x, float y) : owner_(owner), x_(x), y_(y) {
-    const double test_radius = owner.TestDiameter / 2.0;
-    // Square millimetres against plain distances: far enough that any site replaces it.
-    float start = 0;
-    Attempt([&] { start = ToFloat(9 * test_radius * test_radius); });
-    slots_.fill({start, 0});
+    slots_.fill({owner.StartDistance(), 0});
     replacement_ = 4.0 * owner.WaferRadius;
+    farthest_square_ = std::numeric_limits<double>::infinity();
   }
 
-  const std::array<Neighbour, 4>& Run() {
+  const Neighbours& Run() {
     float u = 0;
     float v = 0;
     Attempt([&] { u = ToFloat(Divide(x_, owner_.cell_size_)); });
@@ -116,8 +105,14 @@ class wafer::CellSearch {
   }
 
   static double ToBorder(float cells) {
-    const double part = cells - std::floor(static_cast<double>(cells));
+    const double part = cells - Floor(cells);
     return part >= 0.5 ? 1 - part : part;
+  }
+
+  static double Floor(double value) {
+    if (!(std::abs(value) < 1e9)) return std::floor(value);
+    const double nearest = RoundHalfEven(value);
+    return nearest > value ? nearest - 1 : nearest;
   }
 
   /// The last ring that still has a cell of the index in it, among those that are walked at all.
@@ -163,14 +158,37 @@ class wafer::CellSearch {
     }
   }
 
+  void Offer(std::int32_t number) {
+    const Site& site = owner_.sites_[static_cast<std::size_t>(number)];
+    const double square = SquaredDistance(site.x, site.y, x_, y_);
+    if (square > farthest_square_) return;
+    const Neighbour offered{std::sqrt(square), number};
+    if (slots_[3].distance > replacement_) {
+      TakeWhileFar(offered);
+    } else {
+      Take(offered);
+    }
+    farthest_square_ = SquareBound(slots_[3].distance);
+  }
+
+  void Take(const Neighbour& offered) {
+    if (!(offered.distance < slots_[3].distance)) return;
+    const bool first = offered.distance < slots_[0].distance;
+    const bool second = offered.distance < slots_[1].distance;
+    const bool third = offered.distance < slots_[2].distance;
+    slots_[3] = third ? slots_[2] : offered;
+    slots_[2] = second ? slots_[1] : third ? offered : slots_[2];
+    slots_[1] = first ? slots_[0] : second ? offered : slots_[1];
+    slots_[0] = first ? offered : slots_[0];
+  }
+
   /// The tests run one after the other on the same site: while the slots are far away, the first
   /// site met takes the outer ones too, at the replacement distance.
-  void Offer(std::int32_t site) {
-    double distance = Distance(owner_.sites_[static_cast<std::size_t>(site)], x_, y_);
+  void TakeWhileFar(Neighbour offered) {
     for (std::size_t slot = 0; slot < slots_.size(); ++slot) {
-      if (!(distance < slots_[slot].distance)) continue;
-      Insert(slots_, slot, {distance, site});
-      distance = replacement_;
+      if (!(offered.distance < slots_[slot].distance)) continue;
+      Insert(slots_, slot, offered);
+      offered.distance = replacement_;
     }
   }
 
@@ -178,40 +196,41 @@ class wafer::CellSearch {
   const float x_;
   const float y_;
   double replacement_;
-  std::array<Neighbour, 4> slots_;  // nearest first
+  double farthest_square_;
+  Neighbours slots_;  // nearest first
 };
 
-float wafer::InterpolateFromCells(float x, float y) const {
-  CellSearch search(*this, x, y);
-  return WeightedMean(search.Run(), [&](std::int32_t site) -> const Site& {
-    return sites_[static_cast<std::size_t>(site)];
+float wafer::InterpolateFromCells(float x, float y) const noexcept {
+  float value = 0;
+  Attempt([&] {
+    CellSearch search(*this, x, y);
+    value = WeightedMean(
+        search.Run(), [&](std::int32_t site) { return sites_[static_cast<std::size_t>(site)].z; });
   });
+  return value;
 }
 
 float wafer::Interpolation_Einfach(float x, float y) const {
   constexpr std::int32_t kNoSite = -1;
   const double radius = WaferDiameter / 2.0;
-  std::array<Neighbour, 4> slots;
+  Neighbours slots;
   slots.fill({ToFloat(3 * radius), kNoSite});
   for (std::size_t i = 0; i < sites_.size(); ++i) {
-    const double distance = Distance(sites_[i], x, y);
+    const double distance = std::sqrt(SquaredDistance(sites_[i].x, sites_[i].y, x, y));
     const auto slot = std::ranges::find_if(
         slots, [&](const Neighbour& taken) { return distance < taken.distance; });
     if (slot == slots.end()) continue;
     Insert(slots, static_cast<std::size_t>(slot - slots.begin()),
            {distance, static_cast<std::int32_t>(i)});
   }
-  return WeightedMean(slots, [&](std::int32_t site) -> const Site& {
+  return WeightedMean(slots, [&](std::int32_t site) {
     if (site == kNoSite) throw RunTimeError(Fault::Subscript, "fewer than four sites in reach");
-    return sites_[static_cast<std::size_t>(site)];
+    return sites_[static_cast<std::size_t>(site)].z;
   });
 }
 
 float wafer::Interpolation(float x, float y) const noexcept {
-  if (!(nop_ >= 4)) return 0;
-  float value = 0;
-  Attempt([&] { value = nop_ < 10 ? Interpolation_Einfach(x, y) : InterpolateFromCells(x, y); });
-  return value;
+  return LatticeInterpolation(*this).At(x, y);
 }
 
 }  // namespace discoplan

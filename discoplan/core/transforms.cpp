@@ -36,7 +36,7 @@ bool wafer::MoveGrid(float dx, float dy) {
     return ToFloat(std::sqrt(y * y + x * x)) <= TestDiameter / 2;
   };
   if (!std::ranges::all_of(sites_, stays_inside)) return false;
-  for (Site& site : sites_) {
+  for (Site& site : ChangeSites()) {
     site.x = ToFloat(static_cast<double>(site.x) + dx);
     site.y = ToFloat(static_cast<double>(site.y) + dy);
   }
@@ -50,7 +50,7 @@ bool wafer::CenterGrid() {
 
 void wafer::rotate(float angle) {
   const float clockwise = ToFloat(static_cast<double>(angle) * kPi / 180);
-  for (Site& site : sites_) {
+  for (Site& site : ChangeSites()) {
     const double x = site.x;
     const double y = site.y;
     double direction = 0;
@@ -67,11 +67,11 @@ void wafer::rotate(float angle) {
 }
 
 void wafer::mirror_X() {
-  for (Site& site : sites_) site.y = -site.y;
+  for (Site& site : ChangeSites()) site.y = -site.y;
 }
 
 void wafer::mirror_Y() {
-  for (Site& site : sites_) site.x = -site.x;
+  for (Site& site : ChangeSites()) site.x = -site.x;
 }
 
 }  // namespace discoplan

@@ -56,7 +56,7 @@ void wafer::Store(std::int16_t number, float x, float y, float z) {
   if (number < 1 || static_cast<std::size_t>(number) > sites_.size()) {
     throw RunTimeError(Fault::Subscript, "site " + std::to_string(number));
   }
-  Site& site = sites_[static_cast<std::size_t>(number) - 1];
+  Site& site = ChangeSites()[static_cast<std::size_t>(number) - 1];
   site = {x, y, z};
   if (!IsRealValue(z)) {
     HasZeroValue = true;
@@ -64,6 +64,11 @@ void wafer::Store(std::int16_t number, float x, float y, float z) {
   } else if (z < 0) {
     HasNegativeValue = true;
   }
+}
+
+std::vector<Site>& wafer::ChangeSites() {
+  cells_.x.clear();
+  return sites_;
 }
 
 Site wafer::GetGridValue(std::int16_t number) const {

@@ -310,17 +310,26 @@ class DISCOPLAN_EXPORT wafer {
     std::int32_t side = 0;
     std::vector<std::int32_t> first;  ///< By cell, and one more: where its sites begin.
     std::vector<std::int16_t> sites;  ///< Numbers from 0.
+    /// What the sites hold, in the order of `sites` and padded; empty once a site was changed.
+    std::vector<float> x;
+    std::vector<float> y;
+    std::vector<float> z;
   };
 
   class CellSearch;
+  friend class LatticeInterpolation;
 
   void Store(std::int16_t number, float x, float y, float z);
   void SumUp();
   void BuildSiteCells();
+  void CopySitesByCell(SiteCells& cells) const;
+  /// The sites, to be written.
+  std::vector<Site>& ChangeSites();
   float Interpolation_Einfach(float x, float y) const;
   CutEnds CutThroughPoints(const ScanLine& cut) const;
   CutEnds CutAtAngle(const ScanLine& cut) const;
-  float InterpolateFromCells(float x, float y) const;
+  float InterpolateFromCells(float x, float y) const noexcept;
+  float StartDistance() const;
 
   float nop_ = 0;
   float write_index_ = 1;

@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "discoplan/core/lattice_interpolation.h"
 #include "discoplan/core/numbers.h"
 
 namespace discoplan {
@@ -48,9 +49,7 @@ ContourMesh MakeContourMesh(const wafer& source, int rings) {
   ContourMesh mesh;
   mesh.points.reserve(static_cast<std::size_t>(PointsWithin(rings)));
   const auto add_point = [&](double x, double y) {
-    Site point{.x = ToFloat(x), .y = ToFloat(y)};
-    point.z = source.Interpolation(point.x, point.y);
-    mesh.points.push_back(point);
+    mesh.points.push_back({.x = ToFloat(x), .y = ToFloat(y)});
   };
   add_point(0, 0);
   for (int ring = 1; ring <= rings; ++ring) {
@@ -61,6 +60,7 @@ ContourMesh MakeContourMesh(const wafer& source, int rings) {
     }
     for (int sector = 0; sector < kSectors; ++sector) AddStrip(mesh, ring, sector);
   }
+  LatticeInterpolation(source).Evaluate(mesh.points, mesh.points.size());
   return mesh;
 }
 

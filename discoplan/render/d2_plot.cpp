@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/render/cell_walk.h"
+#include "discoplan/render/lattice_values.h"
 #include "discoplan/render/plot_frame.h"
 #include "discoplan/render/site_marks.h"
 #include "discoplan/render/surface.h"
@@ -39,6 +41,26 @@ Lattice MakeLattice(Step&& step, double test_diameter, double diameter, double r
   return lattice;
 }
 
+/// The lattice points of a map: those in the test area and their neighbours, by which the cells at
+/// its edge are repaired.
+class MapPoints {
+ public:
+  MapPoints(const Lattice& lattice, const TestArea& area) : lattice_(lattice), area_(area) {}
+
+  LatticePosition Position(int i, int j) const { return {lattice_.At(i), lattice_.At(j)}; }
+  bool IsWanted(int i, int j) const {
+    return area_.ContainsOrTouches(Inward(lattice_.At(i)), Inward(lattice_.At(j)));
+  }
+
+ private:
+  double Inward(double at) const {
+    return std::copysign(std::max(std::abs(at) - lattice_.cell, 0.0), at);
+  }
+
+  const Lattice& lattice_;
+  const TestArea& area_;
+};
+
 /// Paints the cells of a map, row by row from the top, each row from the right edge to the left.
 class MapPainter {
  public:
@@ -56,7 +78,9 @@ class MapPainter {
         scale_(scale),
         style_(style),
         values_(ValueScale::Of(source)),
-        area_(source, frame) {}
+        area_(source, frame),
+        points_(lattice_, area_),
+        interpolated_(source, points_, 2 * lattice.n + 1) {}
 
   void Paint() {
     const double floor = source_.ScaleFloor;
@@ -74,9 +98,7 @@ class MapPainter {
  private:
   double HeightOf(double value) const { return values_.Height(value, scale_, source_.ScaleFloor); }
 
-  float InterpolatedHeight(double x, double y) const {
-    return ToFloat(HeightOf(source_.Interpolation(ToFloat(x), ToFloat(y))));
-  }
+  float InterpolatedHeight(int i, int j) { return ToFloat(HeightOf(interpolated_.At(i, j))); }
 
   void PaintDisc() {
     frame_([&] { surface_.FillColor(kWhite); });
@@ -94,7 +116,7 @@ class MapPainter {
     const double y = lattice_.At(j);
     frame_([&] {
       const bool inside = j == 0 ? area_.Contains(x, y) : area_.ContainsOrTouches(x, y);
-      height = inside ? InterpolatedHeight(x, y) : 0.0F;
+      height = inside ? InterpolatedHeight(i, j) : 0.0F;
     });
   }
 
@@ -117,7 +139,7 @@ class MapPainter {
     for (const LatticeCell::Corner& corner : cell.Outline()) {
       float& height = cell.heights[corner.height];
       if (height != 0) continue;
-      frame_([&] { height = InterpolatedHeight(lattice_.At(corner.i), lattice_.At(corner.j)); });
+      frame_([&] { height = InterpolatedHeight(corner.i, corner.j); });
     }
   }
 
@@ -148,6 +170,8 @@ class MapPainter {
   const Style style_;
   const ValueScale values_;
   const TestArea area_;
+  const MapPoints points_;
+  LatticeValues<MapPoints> interpolated_;
   double step_ = 0;
   double sigma_low_ = 0;
   double sigma_high_ = 0;

@@ -6,6 +6,7 @@
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/render/cell_walk.h"
+#include "discoplan/render/lattice_values.h"
 #include "discoplan/render/plot_frame.h"
 #include "discoplan/render/surface.h"
 #include "discoplan/render/test_area.h"
@@ -52,11 +53,6 @@ GridAxis MakeAxis(PlotFrame& frame, double test_diameter, double resolution) {
 /// The grid of cells in its own rotated frame, corner (0, 0) at the back.
 class Grid {
  public:
-  struct Point {
-    double x;
-    double y;
-  };
-
   Grid(const GridAxis& x_axis, const GridAxis& y_axis, const SurfaceView& view)
       : x_axis_(x_axis),
         y_axis_(y_axis),
@@ -67,8 +63,7 @@ class Grid {
   int Columns() const { return x_axis_.Cells(); }
   int Rows() const { return y_axis_.Cells(); }
 
-  /// In mm from the wafer's centre.
-  Point OnWafer(int i, int j) const {
+  LatticePosition OnWafer(int i, int j) const {
     const double a = x_axis_.half_count - i;
     const double b = y_axis_.half_count - j;
     return {a * (x_axis_.cell * on_wafer_.cosine) + b * (y_axis_.cell * on_wafer_.sine),
@@ -112,6 +107,22 @@ class Grid {
   const Direction tilt_;
 };
 
+/// The grid's points in the test area.
+class SurfacePoints {
+ public:
+  SurfacePoints(const Grid& grid, const TestArea& area) : grid_(grid), area_(area) {}
+
+  LatticePosition Position(int i, int j) const { return grid_.OnWafer(i, j); }
+  bool IsWanted(int i, int j) const {
+    const LatticePosition at = Position(i, j);
+    return area_.Contains(at.x, at.y);
+  }
+
+ private:
+  const Grid& grid_;
+  const TestArea& area_;
+};
+
 /// Paints the faces from the back of the grid to the front, each over what lies behind it.
 class SurfacePainter {
  public:
@@ -130,7 +141,9 @@ class SurfacePainter {
         scale_(scale),
         full_height_(scale * plot_scale),
         style_(style),
-        area_(source, frame) {
+        area_(source, frame),
+        points_(grid, area_),
+        interpolated_(source, points_, grid.Columns() + 1) {
     const ValueScale values = ValueScale::Of(source);
     top_ = HeightOf(values.high);
     bottom_ = HeightOf(values.low);
@@ -156,11 +169,8 @@ class SurfacePainter {
 
   /// Off the wafer the height is exactly zero: the plate.
   void Evaluate(float& height, int i, int j) {
-    const Grid::Point at = grid_.OnWafer(i, j);
     frame_([&] {
-      height = area_.Contains(at.x, at.y)
-                   ? ToFloat(HeightOf(source_.Interpolation(ToFloat(at.x), ToFloat(at.y))))
-                   : 0.0F;
+      height = points_.IsWanted(i, j) ? ToFloat(HeightOf(interpolated_.At(i, j))) : 0.0F;
     });
   }
 
@@ -212,6 +222,8 @@ class SurfacePainter {
   const double full_height_;  // of the largest value, in pixels
   const Style style_;
   const TestArea area_;
+  const SurfacePoints points_;
+  LatticeValues<SurfacePoints> interpolated_;
   double top_ = 0;  // of the classes
   double bottom_ = 0;
   float sigma_low_ = 0;

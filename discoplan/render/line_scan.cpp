@@ -2,7 +2,9 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <vector>
 
+#include "discoplan/core/lattice_interpolation.h"
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/render/label.h"
@@ -102,15 +104,15 @@ void wafer::D1Plot(Surface& surface, std::int16_t steps, const ScanLine& cut, Co
         ToFloat(i * pitch + left),
         ToFloat(base - Divide(above, static_cast<double>(PlotMaximum) - ScaleFloor))};
   };
-  float x = ends.ax;
-  float y = ends.ay;
-  float previous = Interpolation(x, y);
+  std::vector<Site> points = {{.x = ends.ax, .y = ends.ay}};
   for (int i = 1; i <= steps; ++i) {
-    x = ToFloat(x + dx);
-    y = ToFloat(y + dy);
-    const float value = Interpolation(x, y);
-    surface.Line({.from = place(i - 1, previous), .to = place(i, value), .colour = colour});
-    previous = value;
+    points.push_back({.x = ToFloat(points.back().x + dx), .y = ToFloat(points.back().y + dy)});
+  }
+  LatticeInterpolation(*this).Evaluate(points, points.size());
+  for (int i = 1; i <= steps; ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    surface.Line(
+        {.from = place(i - 1, points[at - 1].z), .to = place(i, points[at].z), .colour = colour});
   }
 }
 

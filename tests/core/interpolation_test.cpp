@@ -232,12 +232,16 @@ TEST(Interpolation, EqualsThePlainSearchToTheBit) {
           make(random, name == std::string("dies") ? seed : counts[seed % 7]);
       const float test_diameter = seed % 3 == 0 ? 200.0F : seed % 3 == 1 ? 194.0F : 20.0F;
       const wafer target = Loaded(sites, 200, test_diameter);
+      wafer changed = target;  // whose cells are walked
+      changed.OverwriteGridValue(1, sites[0].x, sites[0].y, sites[0].z);
       PlainSearch plain(sites, 200, test_diameter);
       const auto compare = [&](float x, float y) {
-        const float ours = target.Interpolation(x, y);
         const float due = plain.At(x, y);
-        ASSERT_EQ(std::memcmp(&ours, &due, sizeof due), 0)
-            << name << ' ' << seed << " at " << x << ", " << y << ": " << ours << " not " << due;
+        for (const wafer* source : {&target, static_cast<const wafer*>(&changed)}) {
+          const float ours = source->Interpolation(x, y);
+          ASSERT_EQ(std::memcmp(&ours, &due, sizeof due), 0)
+              << name << ' ' << seed << " at " << x << ", " << y << ": " << ours << " not " << due;
+        }
         ++compared;
       };
       for (int i = -10; i <= 10; ++i) {

@@ -1,0 +1,297 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/core/lattice_interpolation.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <limits>
+
+#include "discoplan/core/lattice/tile.h"
+#include "discoplan/core/neighbours.h"
+#include "discoplan/core/numbers.h"
+
+namespace discoplan {
+
+using lattice::Kernel;
+using lattice::kMostSites;
+using lattice::kTilePoints;
+using lattice::SureDistances;
+using lattice::Surroundings;
+using lattice::Tile;
+using lattice::TileSites;
+
+namespace {
+
+constexpr std::size_t kTileSide = 4;
+/// Cells beyond are left to the plain way, lest squared distances leave the range of a float.
+constexpr double kLargestCell = 1e9;
+/// Takes up what is rounded where a distance is compared with a cell's side.
+constexpr double kTolerance = 1e-6;
+/// Largest square of the reach that the search begins with, half a cell.
+constexpr double kFirstReachSquare = 0.25;
+
+constexpr std::int32_t kNoSite = -1;
+
+/// When the search comes by a cell so many columns and rows from the first one: each ring along its
+/// top to the right, down, to the left and up.
+double VisitRank(double columns, double rows) {
+  const double ring = std::max(std::abs(columns), std::abs(rows));
+  const double before = (2 * ring - 1) * (2 * ring - 1);
+  if (ring == 0) return 0;
+  if (rows == ring && columns < ring) return before + columns + ring;
+  if (columns == ring && rows > -ring) return before + 3 * ring - rows;
+  if (rows == -ring && columns > -ring) return before + 5 * ring - columns;
+  return before + 7 * ring + rows;
+}
+
+/// The four nearest by keys as the kernels have them, but of 64 bits and without a branch. False if
+/// two are too close to tell.
+bool NearestByKeys(const TileSites& sites, float x, float y, Neighbours& nearest) {
+  constexpr std::uint64_t kNumberBits = kMostSites - 1;
+  constexpr double kClearlyFarther = 1 + 4.0 * kMostSites / (std::uint64_t{1} << 52);
+  const auto square_to = [&](std::uint32_t site) {
+    return SquaredDistance(sites.x[site], sites.y[site], x, y);
+  };
+  std::array<double, 5> keys;
+  keys.fill(1e60);
+  for (std::int32_t i = 0; i < sites.near_count; ++i) {
+    const std::uint32_t site = sites.near[i];
+    const auto bits = std::bit_cast<std::uint64_t>(square_to(site));
+    auto key = std::bit_cast<double>((bits & ~kNumberBits) | site);
+    for (double& nearer : keys) {
+      const double farther = std::max(nearer, key);
+      nearer = std::min(nearer, key);
+      key = farther;
+    }
+  }
+  for (std::size_t slot = 0; slot < nearest.size(); ++slot) {
+    if (!(keys[slot] * kClearlyFarther < keys[slot + 1])) return false;
+    const auto site =
+        static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(keys[slot]) & kNumberBits);
+    nearest[slot] = {std::sqrt(square_to(site)), static_cast<std::int32_t>(site)};
+  }
+  return true;
+}
+
+Kernel KernelFor([[maybe_unused]] InstructionSet instructions) {
+#if defined(__x86_64__)
+  switch (instructions) {
+    case InstructionSet::Portable:
+      break;
+    case InstructionSet::Sse2:
+      return lattice::InterpolateSse2;
+    case InstructionSet::Avx2:
+      return lattice::InterpolateAvx2;
+    case InstructionSet::Avx512:
+      return lattice::InterpolateAvx512;
+  }
+#endif
+  return lattice::InterpolatePortable;
+}
+
+std::size_t CountInstructionSets() {
+#if defined(__x86_64__)
+  const bool has_avx2 = __builtin_cpu_supports("avx2") != 0;
+  const bool has_avx512 = has_avx2 && __builtin_cpu_supports("avx512f") != 0;
+  return has_avx512 ? 4 : has_avx2 ? 3 : 2;
+#else
+  return 1;
+#endif
+}
+
+}  // namespace
+
+std::span<const InstructionSet> InstructionSets() {
+  static constexpr std::array kAll = {InstructionSet::Portable, InstructionSet::Sse2,
+                                      InstructionSet::Avx2, InstructionSet::Avx512};
+  static const std::size_t count = CountInstructionSets();
+  return std::span(kAll).first(count);
+}
+
+LatticeInterpolation::LatticeInterpolation(const wafer& source, InstructionSet instructions)
+    : source_(source),
+      kernel_(KernelFor(instructions)),
+      farthest_slot_(std::min(double{source.StartDistance()}, 4.0 * source.WaferRadius)),
+      has_cells_(source.nop_ >= 10 && !source.cells_.x.empty() &&
+                 source.cell_size_ <= kLargestCell && farthest_slot_ > 0) {}
+
+void LatticeInterpolation::Evaluate(std::span<Site> points, std::size_t columns) const noexcept {
+  const std::size_t height = columns < points.size() ? kTileSide : 1;
+  const std::size_t width = kTilePoints / height;
+  Tile tile;
+  std::array<Site*, kTilePoints> asked;
+  for (std::size_t top = 0; top < points.size(); top += height * columns) {
+    for (std::size_t left = 0; left < columns; left += width) {
+      std::size_t count = 0;
+      for (std::size_t row = 0; row < height; ++row) {
+        const std::size_t begin = top + row * columns + left;
+        const std::size_t end = std::min(begin + std::min(width, columns - left), points.size());
+        for (std::size_t i = begin; i < end; ++i) {
+          if (std::isnan(points[i].x)) continue;
+          tile.x[count] = points[i].x;
+          tile.y[count] = points[i].y;
+          asked[count++] = &points[i];
+        }
+      }
+      if (count == 0) continue;
+      tile.count = static_cast<std::int32_t>(count);
+      EvaluateTile(tile);
+      for (std::size_t i = 0; i < count; ++i) asked[i]->z = tile.value[i];
+    }
+  }
+}
+
+float LatticeInterpolation::At(float x, float y) const noexcept {
+  Tile tile;
+  tile.x[0] = x;
+  tile.y[0] = y;
+  tile.count = 1;
+  EvaluateTile(tile);
+  return tile.value[0];
+}
+
+void LatticeInterpolation::EvaluateTile(Tile& tile) const {
+  const auto count = static_cast<std::size_t>(tile.count);
+  if (count > 1) {
+    std::fill(tile.x + count, std::end(tile.x), tile.x[0]);
+    std::fill(tile.y + count, std::end(tile.y), tile.y[0]);
+  }
+  Surroundings around;
+  SureDistances sure;
+  const bool is_surrounded = has_cells_ && Surround(tile, around, sure);
+  const std::uint32_t certain = is_surrounded ? kernel_(around, sure, tile) : 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    if ((certain >> i & 1) != 0) continue;
+    if (is_surrounded && Resolve(tile, sure, i, tile.value[i])) continue;
+    tile.value[i] = Plain(tile.x[i], tile.y[i]);
+  }
+}
+
+float LatticeInterpolation::Plain(float x, float y) const {
+  if (!(source_.nop_ >= 4)) return 0;
+  if (source_.nop_ >= 10) return source_.InterpolateFromCells(x, y);
+  float value = 0;
+  Attempt([&] { value = source_.Interpolation_Einfach(x, y); });
+  return value;
+}
+
+/// The column or the row of a position, a whole number. Not a number or huge for a position that
+/// has none.
+double LatticeInterpolation::CellIndex(float position) const {
+  return RoundHalfEven(position / static_cast<double>(source_.cell_size_) +
+                       source_.cell_half_count_);
+}
+
+/// The value by the exact distances to the tile's sites. False if the search over the cells may end
+/// with others than the four nearest of them.
+bool LatticeInterpolation::Resolve(const Tile& tile, const SureDistances& sure, std::size_t point,
+                                   float& value) const {
+  const TileSites& sites = tile.sites;
+  if (sites.near_count < 4) return false;
+  const float x = tile.x[point];
+  const float y = tile.y[point];
+  const std::span near(sites.near, static_cast<std::size_t>(sites.near_count));
+  Neighbours nearest;
+  if (tile.count == 1) {
+    if (!NearestByKeys(sites, x, y, nearest)) {
+      nearest = NearestInOrder(sites, near, std::numeric_limits<double>::infinity(), x, y);
+    }
+  } else {
+    // Points of a larger tile come here since they have ties, often among the four alone.
+    std::array<std::uint32_t, 4> four;
+    for (std::size_t slot = 0; slot < four.size(); ++slot) {
+      four[slot] = std::bit_cast<std::uint32_t>(tile.keys[slot][point]) & lattice::kNumberBits;
+    }
+    const float limit = tile.keys[3][point] * lattice::kClearlyFarther;
+    const bool has_the_four = limit < tile.keys[4][point];
+    nearest = NearestInOrder(sites, has_the_four ? std::span<const std::uint32_t>(four) : near,
+                             limit, x, y);
+  }
+  const double fourth = nearest[3].distance;
+  if (nearest[0].distance != 0 && !(sure.above < fourth && fourth < sure.below)) return false;
+  value = 0;
+  Attempt([&] { value = WeightedMean(nearest, [&](std::int32_t site) { return sites.z[site]; }); });
+  return true;
+}
+
+/// The four nearest within a squared distance, equally near ones in the order in which the search
+/// over the cells meets them.
+Neighbours LatticeInterpolation::NearestInOrder(const TileSites& sites,
+                                                std::span<const std::uint32_t> among, double limit,
+                                                float x, float y) const {
+  const double column = CellIndex(x);
+  const double row = CellIndex(y);
+  const auto rank = [&](std::int32_t site) {
+    return VisitRank(CellIndex(sites.x[site]) - column, CellIndex(sites.y[site]) - row);
+  };
+  const auto precedes = [&](const Neighbour& a, const Neighbour& b) {
+    if (a.distance != b.distance) return a.distance < b.distance;
+    if (b.site == kNoSite) return false;
+    const double a_rank = rank(a.site);
+    const double b_rank = rank(b.site);
+    return a_rank < b_rank || (a_rank == b_rank && a.site < b.site);
+  };
+  Neighbours nearest;
+  nearest.fill({std::numeric_limits<double>::infinity(), kNoSite});
+  double farthest_square = limit;
+  for (const std::uint32_t site : among) {
+    const double square = SquaredDistance(sites.x[site], sites.y[site], x, y);
+    if (!(square <= farthest_square)) continue;
+    const Neighbour met{std::sqrt(square), static_cast<std::int32_t>(site)};
+    std::size_t slot = nearest.size();
+    while (slot > 0 && precedes(met, nearest[slot - 1])) --slot;
+    if (slot == nearest.size()) continue;
+    Insert(nearest, slot, met);
+    farthest_square = std::min(limit, SquareBound(nearest[3].distance));
+  }
+  return nearest;
+}
+
+/// False for positions beyond the cells.
+bool LatticeInterpolation::RangeAround(std::span<const float> positions, CellRange& range) const {
+  const auto [low, high] = std::ranges::minmax(positions);
+  const double first = CellIndex(low);
+  const double last = low == high ? first : CellIndex(high);
+  const std::int32_t side = source_.cells_.side;
+  if (!(first >= -1 && last <= side)) return false;
+  range.is_one_cell = first == last;
+  range.first = std::max(static_cast<std::int32_t>(first) - 1, 0);
+  range.last = std::min(static_cast<std::int32_t>(last) + 1, side - 1);
+  return true;
+}
+
+/// The cells of the first ring around each point. False if there are too many sites in them.
+bool LatticeInterpolation::Surround(const Tile& tile, Surroundings& around,
+                                    SureDistances& sure) const {
+  const auto count = static_cast<std::size_t>(tile.count);
+  CellRange columns;
+  CellRange rows;
+  if (!RangeAround(std::span(tile.x).first(count), columns)) return false;
+  if (!RangeAround(std::span(tile.y).first(count), rows)) return false;
+  if (rows.last - rows.first >= Surroundings::kMostRuns) return false;
+  const wafer::SiteCells& cells = source_.cells_;
+  around.x = cells.x.data();
+  around.y = cells.y.data();
+  around.z = cells.z.data();
+  around.run_count = 0;
+  std::int32_t sites = 0;
+  for (std::int32_t row = rows.first; row <= rows.last; ++row) {
+    const std::size_t row_begin =
+        static_cast<std::size_t>(row) * static_cast<std::size_t>(cells.side);
+    const std::int32_t begin = cells.first[row_begin + static_cast<std::size_t>(columns.first)];
+    const std::int32_t end = cells.first[row_begin + static_cast<std::size_t>(columns.last) + 1];
+    around.runs[around.run_count++] = {begin, end};
+    sites += end - begin;
+  }
+  // Sites outside the first ring are a cell away. Where none but the ring's sites are around, the
+  // search must end with that ring instead, when the squared reach is a squared cell at least.
+  const double cell = source_.cell_size_;
+  const bool has_ring_only = columns.is_one_cell && rows.is_one_cell;
+  const double in_ring = (has_ring_only ? std::max(cell, cell * cell) : cell) * (1 - kTolerance);
+  sure.above = kFirstReachSquare;
+  sure.below = std::min(farthest_slot_, in_ring);
+  return sites <= kMostSites;
+}
+
+}  // namespace discoplan
