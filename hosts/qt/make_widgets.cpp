@@ -59,7 +59,7 @@ std::vector<Property> PropertiesOf(const discoplan::MemberTable& members) {
       properties.push_back({&member, type->second.name, type->second.parameter});
     }
   }
-  std::ranges::stable_partition(properties, [](const Property& property) {
+  std::stable_partition(properties.begin(), properties.end(), [](const Property& property) {
     return property.member->name == "WaferDiameter";
   });
   return properties;
