@@ -29,7 +29,7 @@ class DesignerPlugin : public testing::Test {
 TEST_F(DesignerPlugin, OffersTheNineInAGroup) {
   const auto widgets = collection_->customWidgets();
   ASSERT_EQ(widgets.size(), 9);
-  std::set<qint64> icons;
+  std::set<std::size_t> icons;
   for (const auto* widget : widgets) {
     EXPECT_EQ(widget->group(), "Discoplan");
     EXPECT_TRUE(widget->domXml().contains(widget->name()));
@@ -40,7 +40,7 @@ TEST_F(DesignerPlugin, OffersTheNineInAGroup) {
       for (int x = 0; x < icon.width(); ++x) colours.insert(icon.pixel(x, y));
     }
     EXPECT_GT(colours.size(), 4U) << qPrintable(widget->name());
-    icons.insert(static_cast<qint64>(qHashBits(icon.constBits(), icon.sizeInBytes())));
+    icons.insert(qHashBits(icon.constBits(), static_cast<std::size_t>(icon.sizeInBytes())));
   }
   EXPECT_EQ(icons.size(), 9U) << "each has a picture of its own";
 }
