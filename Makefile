@@ -23,7 +23,9 @@ test: packages ## Build, and run every test
 bench: packages ## Build, and run the benchmarks
 	@cmake --preset bench --log-level=WARNING > /dev/null
 	@cmake --build --preset bench --target discoplan-bench -- --quiet
-	@build/bench/bench/discoplan-bench
+	@bench/ratios build/bench/bench/discoplan-bench
+	@cmake --build --preset bench --target discoplan-program -- --quiet
+	@bench/whole_process build/bench/apps/discoplan/discoplan
 
 pictures: packages ## Take the pictures in docs/ anew
 	@cmake --preset release --log-level=WARNING > /dev/null

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
 #include "discoplan/core/numbers.h"
 
@@ -243,14 +244,16 @@ class TreePainter {
     const auto scaled = [](int at, int from, int to) {
       return static_cast<std::ptrdiff_t>((at + 0.5) * from / to);
     };
+    std::vector<std::ptrdiff_t> columns;
+    for (int x = seen.left; x < seen.right; ++x) {
+      columns.push_back(scaled(x - box.left, source.Width(), box.Width()));
+    }
     const Pixel* from = source.Pixels().data();
-    Pixel* to = canvas_.Pixels().data();
     for (int y = seen.top; y < seen.bottom; ++y) {
       const Pixel* row = from + scaled(y - box.top, source.Height(), box.Height()) * source.Width();
-      for (int x = seen.left; x < seen.right; ++x) {
-        to[static_cast<std::ptrdiff_t>(y) * canvas_.Width() + x] =
-            row[scaled(x - box.left, source.Width(), box.Width())];
-      }
+      Pixel* to =
+          canvas_.Pixels().data() + static_cast<std::ptrdiff_t>(y) * canvas_.Width() + seen.left;
+      for (const std::ptrdiff_t column : columns) *to++ = row[column];
     }
   }
 
