@@ -9,6 +9,7 @@
 #include "apps/discoplan/plot_request.h"
 #include "apps/view/pointed_site.h"
 #include "apps/view/settings_bag.h"
+#include "discoplan/core/numbers.h"
 #include "hosts/qt/plot_widgets.h"
 
 namespace discoplan::app {
@@ -31,8 +32,9 @@ PlotTabs::PlotTabs(QWidget* parent) : QTabWidget(parent) {
   for (const PlotKind& kind : AllPlotKinds()) {
     qt::PlotWidget* plot = qt::NewPlotWidget(kind.class_name, this);
     const SettingsBag kept(GroupOf(plot->Control()));
-    const bool has_look = !kept.IsEmpty();
-    if (has_look) plot->Control().ReadProperties(kept);
+    // Settings that no control would have written are forgotten.
+    const bool has_look = !kept.IsEmpty() && Attempt([&] { plot->Control().ReadProperties(kept); });
+    if (!has_look) plot->Control().InitProperties();
     Tab& tab = *tabs_.emplace_back(std::make_unique<Tab>(Tab{plot, has_look}));
     addTab(plot, ToText(kind.title));
     Track(*plot);

@@ -25,6 +25,7 @@
 #include "apps/report/report_page.h"
 #include "discoplan/dialogs/about_box.h"
 #include "hosts/headless/whole_file.h"
+#include "hosts/qt/form_view.h"
 #include "hosts/qt/property_dialog.h"
 #include "hosts/qt/qt_platform.h"
 
@@ -34,7 +35,6 @@ namespace {
 constexpr int kMostRecent = 10;
 constexpr int kListWidth = 160;
 constexpr QSize kFirstSize(1020, 680);
-constexpr float kTwipsPerPixel = 15;
 constexpr double kTwipsPerInch = 1440;
 
 QStringList FilesOf(const QMimeData& data) {
@@ -234,8 +234,8 @@ QString Workbench::ExportTo(const QString& file) {
   qt::PlotWidget& plot = plots_->Current();
   try {
     if (IsVectorFile(file.toStdString())) {
-      const PageSize page = {static_cast<float>(plot.width()) * kTwipsPerPixel,
-                             static_cast<float>(plot.height()) * kTwipsPerPixel};
+      const PageSize page = {static_cast<float>(plot.width()) * qt::kTwipsPerPixel,
+                             static_cast<float>(plot.height()) * qt::kTwipsPerPixel};
       VectorFile vectors(file.toStdString(), page, windowTitle().toStdString());
       PrintWithLegend(plot.Control(), vectors.paper(), {0, 0, page.width, page.height});
       vectors.Save();
@@ -262,7 +262,7 @@ void Workbench::PrintOn(QPrinter& printer) {
     return;
   }
   qt::PlotWidget& plot = plots_->Current();
-  const Screen screen{kTwipsPerPixel, kTwipsPerPixel};
+  const Screen screen{qt::kTwipsPerPixel, qt::kTwipsPerPixel};
   const auto paper = std::make_shared<qt::QtPaper>(painter, screen);
   const QRectF page = printer.paperRect(QPrinter::Inch);
   const PageSize size = {static_cast<float>(page.width() * kTwipsPerInch),

@@ -301,7 +301,7 @@ void FormView::SetTabOrder() {
     if (entry.widget->focusPolicy() == Qt::NoFocus) continue;
     if (label != nullptr && qobject_cast<QLineEdit*>(entry.widget) != nullptr) {
       label->setBuddy(entry.widget);
-      entry.widget->setAccessibleName(Text(*entry.node).isEmpty() ? label->text() : label->text());
+      entry.widget->setAccessibleName(label->text());
       label = nullptr;
     }
     if (previous != nullptr) setTabOrder(previous, entry.widget);

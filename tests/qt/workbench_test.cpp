@@ -5,6 +5,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QDropEvent>
 #include <QFile>
 #include <QLabel>
@@ -98,10 +99,7 @@ TEST_F(WorkbenchTest, PinsTheScaleOfAllKinds) {
 TEST_F(WorkbenchTest, AsksForLimitsInOrder) {
   LimitsDialog dialog({9, 11}, nullptr);
   auto* low = dialog.findChild<QLineEdit*>("low");
-  auto* ok = dialog.findChild<QPushButton*>("", Qt::FindChildrenRecursively);
-  for (auto* button : dialog.findChildren<QPushButton*>()) {
-    if (button->isDefault()) ok = button;
-  }
+  const auto* ok = dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
   EXPECT_TRUE(ok->isEnabled());
   low->setText("12");
   EXPECT_FALSE(ok->isEnabled());
@@ -190,6 +188,20 @@ TEST_F(WorkbenchTest, KeepsItsStateBetweenStarts) {
   QStringList actions;
   for (const QAction* action : workbench_->findChildren<QAction*>()) actions += action->text();
   EXPECT_TRUE(actions.contains(kLot)) << "among the recent files";
+}
+
+TEST_F(WorkbenchTest, StartsWithDamagedSettings) {
+  QSettings kept;
+  kept.setValue("plots/Plot2D/2DTESTDM", "wide");
+  kept.setValue("plots/Plot2D/2DFLAT", 1e99);
+  kept.setValue("geometry", 7);
+  kept.setValue("tab", "last");
+  kept.sync();
+  workbench_ = std::make_unique<Workbench>();
+  const auto& map = static_cast<qt::Plot2DWidget&>(workbench_->plots().At(0));
+  EXPECT_EQ(map.TestDiameter(), 194);
+  EXPECT_EQ(map.WaferStyle(), qt::Plot2DWidget::Notch);
+  EXPECT_EQ(workbench_->plots().currentIndex(), 0);
 }
 
 TEST_F(WorkbenchTest, ClosesAWafer) {
