@@ -3,7 +3,9 @@
 
 /// Wafers and a peer to measure against, the same in all benchmarks.
 
+#include <array>
 #include <cmath>
+#include <cstdint>
 #include <nanoflann.hpp>
 #include <random>
 #include <vector>
@@ -13,6 +15,7 @@
 namespace discoplan::bench {
 
 inline constexpr float kDiameter = 200;
+inline constexpr float kTestDiameter = 194;
 
 /// Sites spread evenly and at random over the wafer, from a fixed seed.
 inline std::vector<Site> RandomSites(int count) {
@@ -48,7 +51,7 @@ inline std::vector<Site> DieSites(float pitch) {
 inline void Load(wafer& target, const std::vector<Site>& sites) {
   target.WaferDiameter = kDiameter;
   target.WaferRadius = kDiameter / 2;
-  target.TestDiameter = kDiameter - 6;
+  target.TestDiameter = kTestDiameter;
   target.FlatRatio = 1;
   target.reset();
   target.SetNop(static_cast<float>(sites.size()));
@@ -87,17 +90,28 @@ class NanoflannWafer {
     tree_.buildIndex();
   }
 
-  float Interpolation(float x, float y) const {
+  using Four = std::array<std::uint32_t, 4>;
+  struct Found {
+    Four site;
+    std::array<float, 4> square;
+  };
+
+  Found Nearest(float x, float y) const {
     const float query[2] = {x, y};
-    std::uint32_t found[4];
-    float squares[4];
-    const std::size_t count = tree_.knnSearch(query, 4, found, squares);
-    if (squares[0] == 0) return cloud_.sites[found[0]].z;
+    Found found;
+    tree_.knnSearch(query, 4, found.site.data(), found.square.data());
+    return found;
+  }
+
+  float Interpolation(float x, float y) const {
+    const Found found = Nearest(x, y);
+    if (found.square[0] == 0) return cloud_.sites[found.site[0]].z;
     double numerator = 0;
     double denominator = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-      numerator += cloud_.sites[found[i]].z / static_cast<double>(squares[i]);
-      denominator += 1 / static_cast<double>(squares[i]);
+    for (std::size_t i = 0; i < 4; ++i) {
+      const double square = found.square[i];
+      numerator += cloud_.sites[found.site[i]].z / square;
+      denominator += 1 / square;
     }
     return static_cast<float>(numerator / denominator);
   }

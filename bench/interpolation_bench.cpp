@@ -1,17 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <array>
+#include <memory>
 #include <string>
 
 #include "bench/bench_wafers.h"
 #include "discoplan/core/lattice_interpolation.h"
+#include "discoplan/core/neighbours.h"
+#include "discoplan/core/worker_pool.h"
+#include "tests/core/plain_search.h"
 
 namespace discoplan::bench {
 namespace {
 
 template <class Source>
-void QueryLattice(benchmark::State& state, const Source& source, float pitch = 0.97F) {
+void QueryLattice(benchmark::State& state, Source&& source, float pitch = 0.97F) {
   const std::vector<Site> points = LatticePoints(pitch);
   for (auto _ : state) {
     float sum = 0;
@@ -32,6 +37,44 @@ void InterpolationByNanoflann(benchmark::State& state) {
   QueryLattice(state, NanoflannWafer(sites));
 }
 
+/// As the search is told, step by step.
+void InterpolationByPlainSearch(benchmark::State& state) {
+  PlainSearch source(RandomSites(static_cast<int>(state.range(0))), kDiameter, kTestDiameter);
+  QueryLattice(state, source);
+}
+
+/// What is left of a map when nothing has to be searched for.
+void WeighKnownNeighbours(benchmark::State& state) {
+  const std::vector<Site> sites = RandomSites(static_cast<int>(state.range(0)));
+  const NanoflannWafer index(sites);
+  std::vector<Site> points = LatticePoints();
+  std::vector<NanoflannWafer::Four> known;
+  for (const Site& point : points) known.push_back(index.Nearest(point.x, point.y).site);
+  for (auto _ : state) {
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      Site& point = points[i];
+      Neighbours nearest;
+      std::ranges::transform(known[i], nearest.begin(), [&](std::uint32_t site) {
+        return Neighbour{std::sqrt(SquaredDistance(sites[site].x, sites[site].y, point.x, point.y)),
+                         static_cast<std::int32_t>(site)};
+      });
+      point.z = WeightedMean(
+          nearest, [&](std::int32_t site) { return sites[static_cast<std::size_t>(site)].z; });
+    }
+    benchmark::ClobberMemory();
+  }
+}
+
+void BuildSiteCells(benchmark::State& state) {
+  const std::vector<Site> sites = RandomSites(static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    SiteCells cells;
+    cells.Build(sites, kDiameter / 2.0, static_cast<std::int16_t>(sites.size()));
+    benchmark::DoNotOptimize(cells.x.data());
+    benchmark::ClobberMemory();
+  }
+}
+
 /// Statistics and site cells together, as at the end of each load.
 void MaxMin(benchmark::State& state) {
   wafer source;
@@ -42,8 +85,9 @@ void MaxMin(benchmark::State& state) {
 void IndexByNanoflann(benchmark::State& state) {
   const std::vector<Site> sites = RandomSites(static_cast<int>(state.range(0)));
   for (auto _ : state) {
-    const NanoflannWafer source(sites);
-    benchmark::DoNotOptimize(&source);
+    const NanoflannWafer index(sites);
+    benchmark::DoNotOptimize(&index);
+    benchmark::ClobberMemory();
   }
 }
 
@@ -67,9 +111,11 @@ constexpr std::array kScenes = {
 
 constexpr std::array kInstructionSets = {"portable", "sse2", "avx2", "avx512"};
 
-void LatticeByUs(benchmark::State& state, const Scene& scene, InstructionSet instructions) {
+void LatticeByUs(benchmark::State& state, const Scene& scene, InstructionSet instructions,
+                 int threads) {
   wafer source;
   Load(source, scene.sites());
+  if (threads > 1) source.UseWorkers(std::make_shared<WorkerPool>(threads));
   std::vector<Site> points = WholeLattice(scene.pitch);
   for (auto _ : state) {
     LatticeInterpolation(source, instructions).Evaluate(points, kLatticeColumns);
@@ -90,8 +136,11 @@ const bool kRegistered = [] {
         ->Unit(benchmark::kMicrosecond);
     for (const InstructionSet instructions : InstructionSets()) {
       const char* set = kInstructionSets[static_cast<std::size_t>(instructions)];
-      benchmark::RegisterBenchmark((name + set).c_str(), LatticeByUs, scene, instructions)
+      benchmark::RegisterBenchmark((name + set).c_str(), LatticeByUs, scene, instructions, 1)
           ->Unit(benchmark::kMicrosecond);
+      benchmark::RegisterBenchmark((name + set + "/2").c_str(), LatticeByUs, scene, instructions, 2)
+          ->Unit(benchmark::kMicrosecond)
+          ->UseRealTime();
     }
   }
   return true;
@@ -99,6 +148,13 @@ const bool kRegistered = [] {
 
 BENCHMARK(Interpolation)->Arg(49)->Arg(1000)->Arg(32767)->Unit(benchmark::kMillisecond);
 BENCHMARK(InterpolationByNanoflann)->Arg(49)->Arg(1000)->Arg(32767)->Unit(benchmark::kMillisecond);
+BENCHMARK(InterpolationByPlainSearch)
+    ->Arg(49)
+    ->Arg(1000)
+    ->Arg(32767)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(WeighKnownNeighbours)->Arg(49)->Arg(1000)->Arg(32767)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BuildSiteCells)->Arg(49)->Arg(1000)->Arg(32767)->Unit(benchmark::kMicrosecond);
 BENCHMARK(MaxMin)->Arg(49)->Arg(1000)->Arg(32767)->Unit(benchmark::kMicrosecond);
 BENCHMARK(IndexByNanoflann)->Arg(49)->Arg(1000)->Arg(32767)->Unit(benchmark::kMicrosecond);
 

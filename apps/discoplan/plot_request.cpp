@@ -8,6 +8,7 @@
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/controls/lattice_control.h"
 #include "discoplan/controls/plot3db.h"
+#include "discoplan/core/worker_pool.h"
 #include "hosts/headless/settings_file.h"
 
 namespace discoplan::app {
@@ -92,6 +93,12 @@ void AddPlotOptions(CLI::App& command, PlotRequest& request) {
                   "Write the plot's settings to a JSON file")
       ->type_name("FILE");
   command.add_flag("--no-legend", request.no_legend, "Leave out the legend");
+  command
+      .add_option_function<int>(
+          "--threads",
+          [&request](int threads) { request.workers = std::make_shared<WorkerPool>(threads); },
+          "Threads that share the interpolation of a fine map or surface; one otherwise")
+      ->check(CLI::Range(1, 64));
 }
 
 std::vector<PlotKind> KindsOf(const PlotRequest& request) {
@@ -124,6 +131,7 @@ std::unique_ptr<PlotControl> LoadedControl(const PlotKind& kind, const PlotReque
                                            const DataRequest& data, const Wafer& measured,
                                            Platform& platform) {
   std::unique_ptr<PlotControl> control = NewControl(kind.class_name, platform, nullptr);
+  control->UseWorkers(request.workers);
   SetUp(*control, request, measured);
   Load(*control, request, data, measured);
   return control;

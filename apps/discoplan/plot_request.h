@@ -25,6 +25,7 @@ struct PlotRequest {
   bool no_legend = false;
   std::string settings;
   std::string saved_settings;
+  std::shared_ptr<WorkerPool> workers;
 };
 
 void AddPlotOptions(CLI::App& command, PlotRequest& request);

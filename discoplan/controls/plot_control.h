@@ -89,6 +89,8 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   Node& root() { return root_; }
   const Node& root() const { return root_; }
   const wafer& Wafer() const { return wafer_; }
+  /// Threads that share the interpolation of large lattices; none if empty, as at first.
+  void UseWorkers(std::shared_ptr<WorkerPool> workers) { wafer_.UseWorkers(std::move(workers)); }
 
   // Members of the interface, common to all nine.
   ObjectRef PrinterObj() const { return printer_; }

@@ -3,7 +3,6 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <numeric>
 
 #include "discoplan/core/lattice/tile.h"
 #include "discoplan/core/lattice_interpolation.h"
@@ -12,55 +11,6 @@
 #include "discoplan/core/wafer.h"
 
 namespace discoplan {
-
-void wafer::BuildSiteCells() {
-  cells_.x.clear();
-  const double radius = WaferDiameter / 2.0;
-  const std::int16_t count = ToInt16(nop_);
-  cell_size_ = ToFloat(count >= 4 ? std::sqrt(radius * radius * kPi * 4 / count) : radius + radius);
-  cell_half_count_ = ToInt16(Divide(radius, cell_size_));
-
-  SiteCells cells;
-  cells.side = 2 * cell_half_count_ + 1;
-  const auto index_along = [&](float position) {
-    const std::int32_t index =
-        ToInt32(position / static_cast<double>(cell_size_) + cell_half_count_);
-    if (index < 0 || index >= cells.side) {
-      throw RunTimeError(Fault::Subscript, "a site lies outside the wafer");
-    }
-    return index;
-  };
-  std::vector<std::int32_t> cell_of(sites_.size());
-  cells.first.assign(
-      static_cast<std::size_t>(cells.side) * static_cast<std::size_t>(cells.side) + 1, 0);
-  for (std::size_t i = 0; i < sites_.size(); ++i) {
-    const std::int32_t column = index_along(sites_[i].x);
-    cell_of[i] = index_along(sites_[i].y) * cells.side + column;
-    ++cells.first[static_cast<std::size_t>(cell_of[i])];
-  }
-  // First where each cell ends; filled from behind, then where it begins.
-  std::partial_sum(cells.first.begin(), cells.first.end(), cells.first.begin());
-  cells.sites.resize(sites_.size());
-  for (std::size_t i = sites_.size(); i-- > 0;) {
-    const std::int32_t slot = --cells.first[static_cast<std::size_t>(cell_of[i])];
-    cells.sites[static_cast<std::size_t>(slot)] = static_cast<std::int16_t>(i);
-  }
-  CopySitesByCell(cells);
-  cells_ = std::move(cells);
-}
-
-void wafer::CopySitesByCell(SiteCells& cells) const {
-  const std::size_t count = cells.sites.size();
-  for (std::vector<float>* axis : {&cells.x, &cells.y, &cells.z}) {
-    axis->resize(count + lattice::kPadding);
-  }
-  for (std::size_t i = 0; i < count; ++i) {
-    const Site& site = sites_[static_cast<std::size_t>(cells.sites[i])];
-    cells.x[i] = site.x;
-    cells.y[i] = site.y;
-    cells.z[i] = site.z;
-  }
-}
 
 /// Square millimetres against plain distances: far enough that any site replaces it.
 float wafer::StartDistance() const {
@@ -82,8 +32,8 @@ class wafer::CellSearch {
   const Neighbours& Run() {
     float u = 0;
     float v = 0;
-    Attempt([&] { u = ToFloat(Divide(x_, owner_.cell_size_)); });
-    Attempt([&] { v = ToFloat(Divide(y_, owner_.cell_size_)); });
+    Attempt([&] { u = ToFloat(Divide(x_, owner_.cells_.size)); });
+    Attempt([&] { v = ToFloat(Divide(y_, owner_.cells_.size)); });
     std::int32_t column = 0;
     std::int32_t row = 0;
     Attempt([&] { column = Index(x_); });
@@ -93,7 +43,7 @@ class wafer::CellSearch {
     OfferCell(column, row);
     const std::int32_t last_ring = LastRing(column, row);
     for (std::int32_t ring = 1; slots_[3].distance > reach * reach && ring <= last_ring; ++ring) {
-      reach += owner_.cell_size_;
+      reach += owner_.cells_.size;
       OfferRing(column, row, ring);
     }
     return slots_;
@@ -101,7 +51,7 @@ class wafer::CellSearch {
 
  private:
   std::int32_t Index(float position) const {
-    return ToInt32(Divide(position, owner_.cell_size_) + owner_.cell_half_count_);
+    return ToInt32(Divide(position, owner_.cells_.size) + owner_.cells_.half_count);
   }
 
   static double ToBorder(float cells) {
@@ -151,8 +101,7 @@ class wafer::CellSearch {
   void OfferCell(std::int32_t column, std::int32_t row) {
     const SiteCells& cells = owner_.cells_;
     if (column < 0 || row < 0 || column >= cells.side || row >= cells.side) return;
-    const auto cell = static_cast<std::size_t>(row) * static_cast<std::size_t>(cells.side) +
-                      static_cast<std::size_t>(column);
+    const std::size_t cell = cells.NumberOf(column, row);
     for (std::int32_t i = cells.first[cell]; i < cells.first[cell + 1]; ++i) {
       Offer(cells.sites[static_cast<std::size_t>(i)]);
     }

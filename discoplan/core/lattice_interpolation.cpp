@@ -10,6 +10,7 @@
 #include "discoplan/core/lattice/tile.h"
 #include "discoplan/core/neighbours.h"
 #include "discoplan/core/numbers.h"
+#include "discoplan/core/worker_pool.h"
 
 namespace discoplan {
 
@@ -24,6 +25,10 @@ using lattice::TileSites;
 namespace {
 
 constexpr std::size_t kTileSide = 4;
+/// Points that take longer than waking another thread.
+constexpr std::size_t kWorthSharing = 4096;
+/// Rows of tiles that one thread takes at a time.
+constexpr std::size_t kSharedTileRows = 2;
 /// Cells beyond are left to the plain way, lest squared distances leave the range of a float.
 constexpr double kLargestCell = 1e9;
 /// Takes up what is rounded where a distance is compared with a cell's side.
@@ -113,10 +118,23 @@ LatticeInterpolation::LatticeInterpolation(const wafer& source, InstructionSet i
     : source_(source),
       kernel_(KernelFor(instructions)),
       farthest_slot_(std::min(double{source.StartDistance()}, 4.0 * source.WaferRadius)),
-      has_cells_(source.nop_ >= 10 && !source.cells_.x.empty() &&
-                 source.cell_size_ <= kLargestCell && farthest_slot_ > 0) {}
+      has_cells_(source.nop_ >= 10 && source.cells_.HasCopies() &&
+                 source.cells_.size <= kLargestCell && farthest_slot_ > 0) {}
 
 void LatticeInterpolation::Evaluate(std::span<Site> points, std::size_t columns) const noexcept {
+  if (source_.Workers() == nullptr || points.size() < kWorthSharing) {
+    EvaluateRows(points, columns);
+    return;
+  }
+  const std::size_t share = kSharedTileRows * kTileSide * columns;
+  const auto shares = static_cast<std::int32_t>((points.size() + share - 1) / share);
+  source_.Workers()->Run(shares, [&](std::int32_t i) {
+    const std::size_t begin = static_cast<std::size_t>(i) * share;
+    EvaluateRows(points.subspan(begin, std::min(share, points.size() - begin)), columns);
+  });
+}
+
+void LatticeInterpolation::EvaluateRows(std::span<Site> points, std::size_t columns) const {
   const std::size_t height = columns < points.size() ? kTileSide : 1;
   const std::size_t width = kTilePoints / height;
   Tile tile;
@@ -176,13 +194,6 @@ float LatticeInterpolation::Plain(float x, float y) const {
   return value;
 }
 
-/// The column or the row of a position, a whole number. Not a number or huge for a position that
-/// has none.
-double LatticeInterpolation::CellIndex(float position) const {
-  return RoundHalfEven(position / static_cast<double>(source_.cell_size_) +
-                       source_.cell_half_count_);
-}
-
 /// The value by the exact distances to the tile's sites. False if the search over the cells may end
 /// with others than the four nearest of them.
 bool LatticeInterpolation::Resolve(const Tile& tile, const SureDistances& sure, std::size_t point,
@@ -220,10 +231,11 @@ bool LatticeInterpolation::Resolve(const Tile& tile, const SureDistances& sure, 
 Neighbours LatticeInterpolation::NearestInOrder(const TileSites& sites,
                                                 std::span<const std::uint32_t> among, double limit,
                                                 float x, float y) const {
-  const double column = CellIndex(x);
-  const double row = CellIndex(y);
+  const SiteCells& cells = source_.cells_;
+  const double column = cells.IndexOf(x);
+  const double row = cells.IndexOf(y);
   const auto rank = [&](std::int32_t site) {
-    return VisitRank(CellIndex(sites.x[site]) - column, CellIndex(sites.y[site]) - row);
+    return VisitRank(cells.IndexOf(sites.x[site]) - column, cells.IndexOf(sites.y[site]) - row);
   };
   const auto precedes = [&](const Neighbour& a, const Neighbour& b) {
     if (a.distance != b.distance) return a.distance < b.distance;
@@ -251,8 +263,8 @@ Neighbours LatticeInterpolation::NearestInOrder(const TileSites& sites,
 /// False for positions beyond the cells.
 bool LatticeInterpolation::RangeAround(std::span<const float> positions, CellRange& range) const {
   const auto [low, high] = std::ranges::minmax(positions);
-  const double first = CellIndex(low);
-  const double last = low == high ? first : CellIndex(high);
+  const double first = source_.cells_.IndexOf(low);
+  const double last = low == high ? first : source_.cells_.IndexOf(high);
   const std::int32_t side = source_.cells_.side;
   if (!(first >= -1 && last <= side)) return false;
   range.is_one_cell = first == last;
@@ -270,23 +282,21 @@ bool LatticeInterpolation::Surround(const Tile& tile, Surroundings& around,
   if (!RangeAround(std::span(tile.x).first(count), columns)) return false;
   if (!RangeAround(std::span(tile.y).first(count), rows)) return false;
   if (rows.last - rows.first >= Surroundings::kMostRuns) return false;
-  const wafer::SiteCells& cells = source_.cells_;
+  const SiteCells& cells = source_.cells_;
   around.x = cells.x.data();
   around.y = cells.y.data();
   around.z = cells.z.data();
   around.run_count = 0;
   std::int32_t sites = 0;
   for (std::int32_t row = rows.first; row <= rows.last; ++row) {
-    const std::size_t row_begin =
-        static_cast<std::size_t>(row) * static_cast<std::size_t>(cells.side);
-    const std::int32_t begin = cells.first[row_begin + static_cast<std::size_t>(columns.first)];
-    const std::int32_t end = cells.first[row_begin + static_cast<std::size_t>(columns.last) + 1];
+    const std::int32_t begin = cells.first[cells.NumberOf(columns.first, row)];
+    const std::int32_t end = cells.first[cells.NumberOf(columns.last, row) + 1];
     around.runs[around.run_count++] = {begin, end};
     sites += end - begin;
   }
   // Sites outside the first ring are a cell away. Where none but the ring's sites are around, the
   // search must end with that ring instead, when the squared reach is a squared cell at least.
-  const double cell = source_.cell_size_;
+  const double cell = source_.cells_.size;
   const bool has_ring_only = columns.is_one_cell && rows.is_one_cell;
   const double in_ring = (has_ring_only ? std::max(cell, cell * cell) : cell) * (1 - kTolerance);
   sure.above = kFirstReachSquare;

@@ -40,7 +40,8 @@ class LatticeInterpolation {
       const wafer& source, InstructionSet instructions = InstructionSets().back());
 
   /// Sets the value of each point but those whose `x` is not a number: they aren't asked for. The
-  /// last row may be shorter than the others. Never fails, like `wafer::Interpolation`.
+  /// last row may be shorter than the others. Never fails, like `wafer::Interpolation`. The wafer's
+  /// workers take their share where there are points enough.
   DISCOPLAN_EXPORT void Evaluate(std::span<Site> points, std::size_t columns) const noexcept;
   /// The same for a single point.
   DISCOPLAN_EXPORT float At(float x, float y) const noexcept;
@@ -56,8 +57,8 @@ class LatticeInterpolation {
     bool is_one_cell;
   };
 
+  void EvaluateRows(std::span<Site> points, std::size_t columns) const;
   void EvaluateTile(lattice::Tile& tile) const;
-  double CellIndex(float position) const;
   bool RangeAround(std::span<const float> positions, CellRange& range) const;
   bool Surround(const lattice::Tile& tile, lattice::Surroundings& around,
                 lattice::SureDistances& sure) const;

@@ -29,7 +29,7 @@ void wafer::MaxMin() {
   ScaleFloor = -0.001F;
   mean = StdDev = 0;
   PlotRange = 0;
-  if (nop_ >= 10) BuildSiteCells();
+  if (nop_ >= 10) cells_.Build(sites_, WaferDiameter / 2.0, ToInt16(nop_));
   SumUp();
 }
 

@@ -32,7 +32,7 @@ void wafer::reset() {
 void wafer::SetNop(float count) {
   const std::int16_t sites = ToInt16(count);
   nop_ = count;
-  cells_ = {};
+  cells_.Clear();
   sites_.clear();
   if (sites < 1) throw RunTimeError(Fault::Subscript, "a wafer needs at least one site");
   sites_.resize(static_cast<std::size_t>(sites));
@@ -67,7 +67,7 @@ void wafer::Store(std::int16_t number, float x, float y, float z) {
 }
 
 std::vector<Site>& wafer::ChangeSites() {
-  cells_.x.clear();
+  cells_.DropCopies();
   return sites_;
 }
 

@@ -16,15 +16,19 @@
 ///
 /// Lengths are millimetres from the wafer's centre, Y up; values are plain numbers in the host's
 /// unit. Sites are numbered from 1, at most 32767. No raster is kept: what needs one asks
-/// `Interpolation` at its own pitch. One thread uses a wafer at a time; there are no locks.
+/// `Interpolation` at its own pitch. One thread uses a wafer at a time; there are no locks, and no
+/// further threads but those of a pool that it was given.
 
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "discoplan/core/site_cells.h"
 #include "discoplan/export.h"
 #include "discoplan/platform/variant.h"
 
@@ -33,6 +37,7 @@ namespace discoplan {
 class Label;
 class Marker;
 class Surface;
+class WorkerPool;
 struct Message;
 
 struct Site {
@@ -209,6 +214,9 @@ class DISCOPLAN_EXPORT wafer {
   /// Inverse-distance-squared mean of the four nearest sites that the search over the site cells
   /// finds; 0 for fewer than four sites. Answers for any point, also off the wafer; never fails.
   float Interpolation(float x, float y) const noexcept;
+  /// Lets others share the interpolation of large lattices; none of them if empty, as at first.
+  void UseWorkers(std::shared_ptr<WorkerPool> workers) { workers_ = std::move(workers); }
+  const std::shared_ptr<WorkerPool>& Workers() const { return workers_; }
 
   // Further statistics. They read the sites and change none of those that `MaxMin` left.
 
@@ -305,24 +313,11 @@ class DISCOPLAN_EXPORT wafer {
                       float rotation, float inclination) const;
 
  private:
-  /// Square cells centred on multiples of their size, the sites of each in ascending number.
-  struct SiteCells {
-    std::int32_t side = 0;
-    std::vector<std::int32_t> first;  ///< By cell, and one more: where its sites begin.
-    std::vector<std::int16_t> sites;  ///< Numbers from 0.
-    /// What the sites hold, in the order of `sites` and padded; empty once a site was changed.
-    std::vector<float> x;
-    std::vector<float> y;
-    std::vector<float> z;
-  };
-
   class CellSearch;
   friend class LatticeInterpolation;
 
   void Store(std::int16_t number, float x, float y, float z);
   void SumUp();
-  void BuildSiteCells();
-  void CopySitesByCell(SiteCells& cells) const;
   /// The sites, to be written.
   std::vector<Site>& ChangeSites();
   float Interpolation_Einfach(float x, float y) const;
@@ -335,8 +330,7 @@ class DISCOPLAN_EXPORT wafer {
   float write_index_ = 1;
   std::vector<Site> sites_;
   SiteCells cells_;
-  float cell_size_ = 0;
-  std::int16_t cell_half_count_ = 0;
+  std::shared_ptr<WorkerPool> workers_;
 };
 
 }  // namespace discoplan

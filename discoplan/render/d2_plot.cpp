@@ -80,7 +80,7 @@ class MapPainter {
         values_(ValueScale::Of(source)),
         area_(source, frame),
         points_(lattice_, area_),
-        interpolated_(source, points_, 2 * lattice.n + 1) {}
+        interpolated_(source, points_, 2 * lattice.n + 1, 2 * lattice.n + 1) {}
 
   void Paint() {
     const double floor = source_.ScaleFloor;

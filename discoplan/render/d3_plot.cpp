@@ -143,7 +143,7 @@ class SurfacePainter {
         style_(style),
         area_(source, frame),
         points_(grid, area_),
-        interpolated_(source, points_, grid.Columns() + 1) {
+        interpolated_(source, points_, grid.Columns() + 1, grid.Rows() + 1) {
     const ValueScale values = ValueScale::Of(source);
     top_ = HeightOf(values.high);
     bottom_ = HeightOf(values.low);

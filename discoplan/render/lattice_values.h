@@ -19,29 +19,32 @@ struct LatticePosition {
   double y;
 };
 
-/// The interpolated values of a lattice that is walked line by line, computed a few lines ahead.
-/// `Lattice` has `Position(i, j)` and `IsWanted(i, j)`; a point that isn't wanted may be asked for
-/// all the same.
+/// The interpolated values of a lattice that is walked line by line, computed a few lines ahead, or
+/// all at once if workers share them. `Lattice` has `Position(i, j)` and `IsWanted(i, j)`; a point
+/// that isn't wanted may be asked for all the same.
 template <class Lattice>
 class LatticeValues {
  public:
-  LatticeValues(const wafer& source, const Lattice& lattice, int columns)
-      : source_(source), lattice_(lattice), interpolation_(source), columns_(columns) {}
+  LatticeValues(const wafer& source, const Lattice& lattice, int columns, int lines)
+      : source_(source),
+        lattice_(lattice),
+        interpolation_(source),
+        columns_(columns),
+        lines_ahead_(source.Workers() == nullptr ? 4 : lines) {}
 
   /// `Overflow` for a position that isn't within 32-bit floats.
   float At(int i, int j) {
     const LatticePosition at = lattice_.Position(i, j);
     const float x = ToFloat(at.x);
     const float y = ToFloat(at.y);
-    Strip& strip = strips_[static_cast<std::size_t>(j / kLines % 2)];
-    if (strip.number != j / kLines) Fill(strip, j / kLines);
-    const Site& point = strip.points[static_cast<std::size_t>(j % kLines * columns_ + i)];
+    const int number = j / lines_ahead_;
+    Strip& strip = strips_[static_cast<std::size_t>(number % 2)];
+    if (strip.number != number) Fill(strip, number);
+    const Site& point = strip.points[static_cast<std::size_t>(j % lines_ahead_ * columns_ + i)];
     return std::isnan(point.x) ? source_.Interpolation(x, y) : point.z;
   }
 
  private:
-  static constexpr int kLines = 4;
-
   struct Strip {
     int number = -1;
     std::vector<Site> points;
@@ -50,7 +53,7 @@ class LatticeValues {
   void Fill(Strip& strip, int number) {
     strip.number = number;
     strip.points.clear();
-    for (int j = number * kLines; j < (number + 1) * kLines; ++j) {
+    for (int j = number * lines_ahead_; j < (number + 1) * lines_ahead_; ++j) {
       for (int i = 0; i < columns_; ++i) {
         const LatticePosition at = lattice_.Position(i, j);
         strip.points.push_back({.x = lattice_.IsWanted(i, j)
@@ -66,6 +69,7 @@ class LatticeValues {
   const Lattice& lattice_;
   const LatticeInterpolation interpolation_;
   const int columns_;
+  const int lines_ahead_;
   std::array<Strip, 2> strips_;  // a cell has corners in two lines
 };
 

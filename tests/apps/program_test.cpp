@@ -154,6 +154,16 @@ TEST_F(Program, TakesEveryOptionOfAPlot) {
   EXPECT_TRUE(IsPng("map.png"));
 }
 
+TEST_F(Program, DrawsTheSamePictureOnAnyNumberOfThreads) {
+  const auto picture = [&](const std::string& threads) {
+    const Outcome outcome = Run("plot " + kLot + " --wafer 7 --kind all -o map.png" + threads);
+    EXPECT_EQ(outcome.status, 0) << outcome.output;
+    std::ifstream file(folder_ / "map.png", std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+  };
+  EXPECT_TRUE(picture(" --threads 2") == picture(""));
+}
+
 TEST_F(Program, SaysHowManyRowsItLeftOut) {
   Write("holes.csv", "X,Y,V\n0,0,1\n10,0,\n0,10,3\n-10,0,nan\n0,-10,5\n1,1,1\n");
   const Outcome outcome = Run("plot holes.csv --skip-invalid -o map.png");

@@ -8,10 +8,13 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "discoplan/core/numbers.h"
+#include "discoplan/core/worker_pool.h"
 
 namespace discoplan {
 namespace {
@@ -208,7 +211,7 @@ LatticeShape SmallShape(Random& random, float radius) {
   return shape;
 }
 
-TEST(LatticeInterpolation, EqualsTheWalkOnManySmallWafers) {
+TEST(LatticeInterpolation, EqualsTheWalkOnManyWafers) {
   constexpr std::array kDiameters = {200.0F, 300.0F, 100.0F, 25.0F, 2.0F};
   constexpr std::array kTestParts = {0.97F, 1.0F, 0.97F, 0.1F, 1.5F, 0.0F};
   for (int seed = 0; seed < 100000; ++seed) {
@@ -216,9 +219,10 @@ TEST(LatticeInterpolation, EqualsTheWalkOnManySmallWafers) {
     const int kind = seed % static_cast<int>(kKinds.size());
     const float diameter = kDiameters[static_cast<std::size_t>(random.Below(5))];
     const float part = kTestParts[static_cast<std::size_t>(random.Below(6))];
-    const wafer source =
-        Loaded(kKinds[static_cast<std::size_t>(kind)](random, 10 + random.Below(50)), diameter,
-               diameter * part);
+    const int count = 10 + random.Below(seed % 199 == 0 ? 32700 : 50);
+    Sites sites = kKinds[static_cast<std::size_t>(kind)](random, count);
+    sites.resize(std::min<std::size_t>(sites.size(), 32767));
+    const wafer source = Loaded(std::move(sites), diameter, diameter * part);
     const LatticeShape shape = SmallShape(random, diameter / 2);
     Compare(source, LatticePoints(random, shape, 0.1F), shape.columns,
             "wafer " + std::to_string(seed));
@@ -313,6 +317,23 @@ TEST(LatticeInterpolation, FollowsAChangeOfTheSites) {
     source.MaxMin();
     Compare(source, points, 20, "new cells, way " + std::to_string(way));
     source.OverwriteGridValue(3, before.x, before.y, before.z);
+  }
+}
+
+TEST(LatticeInterpolation, GivesTheSameWithWorkers) {
+  const auto workers = std::make_shared<WorkerPool>(3);
+  for (std::size_t kind = 0; kind < kKinds.size(); ++kind) {
+    Random random(kind);
+    wafer source = Loaded(kKinds[kind](random, 1000), 200, 194);
+    source.UseWorkers(workers);
+    // Few enough to be left to one thread, just shared, and with a last row that isn't whole.
+    for (const std::size_t count : {63U * 65U, 64U * 64U, 130U * 64U - 7U}) {
+      std::vector<Site> points = LatticePoints(
+          random, {.columns = 64, .rows = 130, .left = -98, .top = 98, .pitch = 1.5F}, 0.1F);
+      points.resize(count);
+      Compare(source, points, 64, "kind " + std::to_string(kind));
+      if (HasFatalFailure()) return;
+    }
   }
 }
 

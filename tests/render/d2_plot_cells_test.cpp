@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <memory>
 
+#include "discoplan/core/worker_pool.h"
 #include "tests/render/plain_map.h"
 
 namespace discoplan {
@@ -338,6 +340,18 @@ TEST_F(D2PlotCells, WithoutRoomTurnsTheScaleRound) {
   const json trace = picture->TakeTrace();
   EXPECT_EQ(Calls(trace, "Circle")[0],
             json::parse(R"(["Circle", 1, 103, -2, 16777215, null, null, null])"));
+}
+
+TEST_F(D2PlotCells, DependsNotOnWorkers) {
+  wafer target = LoadedWafer(RandomSites(3, 300), 200, 194);
+  const auto trace = [&] {
+    const auto picture = NewPicture(400, 400);
+    target.D2Plot(*picture, 1.3, kIntervals, 0, true, {});
+    return picture->TakeTrace();
+  };
+  const json alone = trace();
+  target.UseWorkers(std::make_shared<WorkerPool>(2));
+  EXPECT_TRUE(trace() == alone);
 }
 
 }  // namespace

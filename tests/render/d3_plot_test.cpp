@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <set>
 
+#include "discoplan/core/worker_pool.h"
 #include "tests/render/plot_fixture.h"
 
 namespace discoplan {
@@ -239,6 +241,14 @@ TEST_F(D3Plot, DrawsTheFacesOfAPlainWalk) {
       ASSERT_EQ(faces[i], expected[i]) << row.name << ", face " << i;
     }
   }
+}
+
+TEST_F(D3Plot, DependsNotOnWorkers) {
+  wafer target = LoadedWafer(RandomSites(3, 300), 200, 194);
+  const SurfaceView view = {.x_resolution = 2, .y_resolution = 1.5F};
+  const json alone = Trace(target, view, kIntervals);
+  target.UseWorkers(std::make_shared<WorkerPool>(2));
+  EXPECT_TRUE(Trace(target, view, kIntervals) == alone);
 }
 
 // Six cells of 25 mm to each side, at a pixel per mm: the cell at the back right comes first.
