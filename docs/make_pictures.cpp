@@ -25,8 +25,7 @@ app::Wafer Read(const char* file) {
 void Show(qt::PlotWidget& plot, const app::Wafer& measured) {
   app::FitSize(plot.Control(), measured);
   app::FitLook(plot.Control(), measured);
-  plot.SetWaferData(measured.x, measured.y, measured.value);
-  plot.Plot();
+  if (plot.SetWaferData(measured.x, measured.y, measured.value) == LoadResult::Loaded) plot.Plot();
 }
 
 void SaveNine(const app::Wafer& measured, const QString& file) {

@@ -62,7 +62,7 @@ class DISCOPLAN_EXPORT Histo final : public PlotControl {
   void ClearSurface() override { plota_.picture->Cls(); }
   void ShowLegendPanel(bool) override {}
   void ApplyBackColor(Colour colour) override;
-  Node& TitledFrame() override { return frmhist_; }
+  Node& TitledFrame() const override { return frmhist_; }
   void RedrawHistogram();
 
   Node& frmhist_;

@@ -69,7 +69,7 @@ class DISCOPLAN_EXPORT LineScan final : public PlotControl {
   void ShowLegendPanel(bool shown) override { panel_.visible = shown; }
   void ApplyBackColor(Colour colour) override;
   void LimitsChanged() override { ShowReadOuts(); }
-  Node& TitledFrame() override { return plot_; }
+  Node& TitledFrame() const override { return plot_; }
 
   void AddReadOuts();
   void AddAngleBox();

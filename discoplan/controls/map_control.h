@@ -68,7 +68,7 @@ class DISCOPLAN_EXPORT MapControl : public PlotControl {
   void ShowSurface() override { plota_.visible = true; }
   void ShowLegendPanel(bool shown) override { frmove_.visible = shown; }
   void ApplyBackColor(Colour colour) override;
-  Node& TitledFrame() override { return frplot_; }
+  Node& TitledFrame() const override { return frplot_; }
 
   Node& frplot_;
   Node& plota_;

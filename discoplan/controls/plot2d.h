@@ -5,8 +5,7 @@
 ///
 ///     Plot2D plot(host);
 ///     plot.SetSize(6000, 4500);
-///     plot.SetWaferData(x, y, thickness);
-///     plot.Plot();
+///     if (plot.SetWaferData(x, y, thickness) == LoadResult::Loaded) plot.Plot();
 
 #include "discoplan/controls/lattice_control.h"
 

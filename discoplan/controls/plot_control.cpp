@@ -196,9 +196,7 @@ void PlotControl::HideLegend(bool hidden) {
   container_.PropertyChanged("HideLegend");
 }
 
-std::string PlotControl::PlotCaption() const {
-  return const_cast<PlotControl*>(this)->TitledFrame().text;
-}
+std::string PlotControl::PlotCaption() const { return TitledFrame().text; }
 
 void PlotControl::PlotCaption(const std::string& caption) {
   TitledFrame().caption(caption);

@@ -149,11 +149,12 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   virtual void SetPlotNotVaild() { plot_valid_ = false; }
 
   /// Sites in mm from the centre with their values; arrays of any lower bound.
-  LoadResult SetWaferData(const ArrayView& x, const ArrayView& y, const ArrayView& z);
+  [[nodiscard]] LoadResult SetWaferData(const ArrayView& x, const ArrayView& y, const ArrayView& z);
   /// The same from variants that hold arrays; raises `TypeMismatch` for others.
-  LoadResult SetWaferData_Variant(const Variant& x, const Variant& y, const Variant& z);
+  [[nodiscard]] LoadResult SetWaferData_Variant(const Variant& x, const Variant& y,
+                                                const Variant& z);
   /// A headerless file of `nops` X, Y and values, 64-bit floats.
-  LoadResult SetDataFile(const std::string& datafile, float nops);
+  [[nodiscard]] LoadResult SetDataFile(const std::string& datafile, float nops);
   /// Gives the arrays the bounds 1 to n and the sites in store order; without data leaves them.
   /// The result is n.
   float GetWaferData(FloatArray& x, FloatArray& y, FloatArray& z);
@@ -194,7 +195,7 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   virtual void ShowSurface() {}
   virtual void ShowLegendPanel(bool shown) = 0;
   virtual void ApplyBackColor(Colour colour) = 0;
-  virtual Node& TitledFrame() = 0;
+  virtual Node& TitledFrame() const = 0;
   /// Prints the plot in its full or its thin form.
   virtual void PrintOn(PrintWafer& print, PageArea& area) = 0;
   virtual void PrintThinOn(PrintWafer& print, PageArea& area) { PrintOn(print, area); }

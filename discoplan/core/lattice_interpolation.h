@@ -40,8 +40,8 @@ class LatticeInterpolation {
       const wafer& source, InstructionSet instructions = InstructionSets().back());
 
   /// Sets the value of each point but those whose `x` is not a number: they aren't asked for. The
-  /// last row may be shorter than the others. Never fails, like `wafer::Interpolation`. The wafer's
-  /// workers take their share where there are points enough.
+  /// last row may be shorter than the others. `columns` is above 0. Never fails, like
+  /// `wafer::Interpolation`. The wafer's workers take their share where there are points enough.
   DISCOPLAN_EXPORT void Evaluate(std::span<Site> points, std::size_t columns) const noexcept;
   /// The same for a single point.
   DISCOPLAN_EXPORT float At(float x, float y) const noexcept;

@@ -133,6 +133,7 @@ class DISCOPLAN_EXPORT wafer {
   static constexpr float kFlatRatio = 0.98F;
   /// Ten rows of a legend.
   static constexpr int kLegendRows = 10;
+  using LegendLabels = std::span<Label* const, kLegendRows>;
 
   // Colours 0x00BBGGRR, held as 32-bit floats: exact up to 24 bits.
   std::array<float, 10> IntervalColor;  ///< From the highest class to the lowest.
@@ -250,9 +251,8 @@ class DISCOPLAN_EXPORT wafer {
 
   /// Text of a legend value.
   static std::string FormatLbl(float value);
-  void scale_colored(std::span<Label* const> chips, std::span<Label* const> rows) const;
-  void scale_sigma(std::span<Label* const> chips, std::span<Label* const> rows,
-                   float sigma_range) const;
+  void scale_colored(LegendLabels chips, LegendLabels rows) const;
+  void scale_sigma(LegendLabels chips, LegendLabels rows, float sigma_range) const;
 
   // Plots. A failing step of one is dropped and the plot goes on.
 

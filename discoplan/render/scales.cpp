@@ -20,15 +20,14 @@ std::string IntervalLegendText(const wafer& source, std::size_t row) {
   return lower + " - " + upper;
 }
 
-void wafer::scale_colored(std::span<Label* const> chips, std::span<Label* const> rows) const {
+void wafer::scale_colored(LegendLabels chips, LegendLabels rows) const {
   for (std::size_t i = 0; i < kLegendRows; ++i) {
     rows[i]->caption(IntervalLegendText(*this, i));
     chips[i]->BackColor(ToColour(IntervalColor[i]));
   }
 }
 
-void wafer::scale_sigma(std::span<Label* const> chips, std::span<Label* const> rows,
-                        float sigma_range) const {
+void wafer::scale_sigma(LegendLabels chips, LegendLabels rows, float sigma_range) const {
   const std::string range = FormatToDigits(sigma_range, "0.0");
   for (std::size_t i = 0; i < kLegendRows; ++i) {
     // Every other row of the first five stays empty, so that the three colours stand apart.

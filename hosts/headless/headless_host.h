@@ -6,8 +6,7 @@
 ///     HeadlessHost host;
 ///     Plot2D plot(host);
 ///     plot.SetSize(6000, 4500);
-///     plot.SetWaferData(x, y, z);
-///     plot.Plot();
+///     if (plot.SetWaferData(x, y, z) == LoadResult::Loaded) plot.Plot();
 ///     SavePicture(plot, host, "map.png");
 
 #include <filesystem>

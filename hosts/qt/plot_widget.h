@@ -5,8 +5,7 @@
 ///
 ///     auto* plot = new discoplan::qt::Plot2DWidget;
 ///     plot->setWaferDiameter(300);
-///     plot->SetWaferData(x, y, thickness);
-///     plot->Plot();
+///     if (plot->SetWaferData(x, y, thickness) == LoadResult::Loaded) plot->Plot();
 ///
 /// Each hosts one control and shows its tree with real child widgets. The interface's properties
 /// are properties of the widget under the same names, its methods are calls on `control()`. A
@@ -41,8 +40,8 @@ class DISCOPLAN_EXPORT PlotWidget : public QWidget {
   PlotControl& Control() const;
 
   /// Sites in mm and their values; taken over at once.
-  LoadResult SetWaferData(std::span<const float> x, std::span<const float> y,
-                          std::span<const float> values);
+  [[nodiscard]] LoadResult SetWaferData(std::span<const float> x, std::span<const float> y,
+                                        std::span<const float> values);
   PlotResult Plot();
   /// Brings the child widgets up to date; calls on the control that announce nothing need it.
   void Sync();

@@ -144,7 +144,7 @@ TEST_F(HistoControl, KeepsLabelsOfAnyMagnitudeInside) {
   for (const float factor : {1e-9F, 1.0F, 1234.5678F, -98765.4F, 1e9F}) {
     const std::vector<float> x = {0, 50, 0}, y = {0, 0, 50};
     const std::vector<float> z = {1 * factor, 1.7F * factor, 3 * factor};
-    histo_.SetWaferData(x, y, z);
+    ASSERT_EQ(histo_.SetWaferData(x, y, z), LoadResult::Loaded);
     Trace(histo_, "histPic");
     histo_.Plot();
     float at = 0;

@@ -86,8 +86,9 @@ TEST_F(Layout, MakesTheFrameNearlySquareInWhatThePanelLeaves) {
 
 TEST_F(Layout, WidensThePanelForLongValues) {
   // 26 characters of 6 pixels at 15 twips, from 375 twips on.
-  plot_.SetWaferData(std::vector<float>{0, 1}, std::vector<float>{0, 1},
-                     std::vector<float>{0.1234567F, 0.1234589F});
+  ASSERT_EQ(plot_.SetWaferData(std::vector<float>{0, 1}, std::vector<float>{0, 1},
+                               std::vector<float>{0.1234567F, 0.1234589F}),
+            LoadResult::Loaded);
   plot_.Plot();
   float widest = 1695;
   for (int i = 1; i <= 10; ++i) {

@@ -146,7 +146,7 @@ TEST(PlotWidgets, ForwardEventsAsSignals) {
   Plot3DWidget plot;
   plot.resize(480, 320);
   plot.show();
-  plot.SetWaferData(kX, kY, kZ);
+  ASSERT_EQ(plot.SetWaferData(kX, kY, kZ), LoadResult::Loaded);
   plot.Plot();
   const QSignalSpy down(&plot, &PlotWidget::MouseDown), up(&plot, &PlotWidget::MouseUp),
       click(&plot, &PlotWidget::Click), changed(&plot, &PlotWidget::PropertyChanged);
@@ -182,7 +182,7 @@ TEST(PlotWidgets, GrowToTheirLeastSize) {
 TEST(PlotWidgets, EditTheirOptionsInADialog) {
   Plot2DWidget plot;
   plot.show();
-  plot.SetWaferData(kX, kY, kZ);
+  ASSERT_EQ(plot.SetWaferData(kX, kY, kZ), LoadResult::Loaded);
   plot.Plot();
   InNext<QDialog>([](QDialog& dialog) {
     EXPECT_EQ(dialog.windowTitle(), "Define Plot Options");
@@ -211,7 +211,7 @@ TEST(PlotWidgets, CancelADialogByItsClosing) {
 TEST(PlotWidgets, MayDieInTheMiddleOfTheirDialog) {
   auto* plot = new Plot2DWidget;
   plot->show();
-  plot->SetWaferData(kX, kY, kZ);
+  ASSERT_EQ(plot->SetWaferData(kX, kY, kZ), LoadResult::Loaded);
   InNext<QDialog>([plot](QDialog&) { delete plot; });
   plot->findChild<QPushButton*>("Command1")->click();
   QApplication::processEvents();
@@ -220,7 +220,7 @@ TEST(PlotWidgets, MayDieInTheMiddleOfTheirDialog) {
 TEST(PlotWidgets, MayDieInTheMiddleOfTheirPlot) {
   QPointer<Plot2DWidget> plot = new Plot2DWidget;
   plot->show();
-  plot->SetWaferData(kX, kY, kZ);
+  ASSERT_EQ(plot->SetWaferData(kX, kY, kZ), LoadResult::Loaded);
   QTimer::singleShot(0, plot, [plot] { delete plot.data(); });
   plot->Plot();
   QApplication::processEvents();
@@ -230,7 +230,7 @@ TEST(PlotWidgets, MayDieInTheMiddleOfTheirPlot) {
 TEST(PlotWidgets, TurnALineScanByKeys) {
   LineScanWidget scan;
   scan.show();
-  scan.SetWaferData(kX, kY, kZ);
+  ASSERT_EQ(scan.SetWaferData(kX, kY, kZ), LoadResult::Loaded);
   scan.Plot();
   auto* field = scan.findChild<QLineEdit*>("AngleValue");
   QKeyEvent up(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
@@ -256,7 +256,7 @@ TEST(PlotWidgets, ComeAndGoAThousandTimes) {
     for (const auto& widget : AllNine()) {
       if (round % 50 != 0) continue;
       widget->show();
-      widget->SetWaferData(kX, kY, kZ);
+      ASSERT_EQ(widget->SetWaferData(kX, kY, kZ), LoadResult::Loaded);
       widget->Plot();
     }
   }

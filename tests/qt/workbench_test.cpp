@@ -240,7 +240,7 @@ TEST(PointedSite, IsFoundOnFlatMapsOnly) {
   map.resize(500, 400);
   map.show();
   map.setResolution(9.7);
-  map.SetWaferData(x, y, z);
+  ASSERT_EQ(map.SetWaferData(x, y, z), LoadResult::Loaded);
   map.Plot();
   const auto upper = PointOnWafer(map.Control(), {0.5, 0});
   const auto right = PointOnWafer(map.Control(), {1, 0.5});
@@ -251,14 +251,14 @@ TEST(PointedSite, IsFoundOnFlatMapsOnly) {
   EXPECT_GT(std::min(upper->y(), right->x()), 97);
   EXPECT_LT(std::min(upper->y(), right->x()), 100);
   qt::Plot3DWidget surface;
-  surface.SetWaferData(x, y, z);
+  ASSERT_EQ(surface.SetWaferData(x, y, z), LoadResult::Loaded);
   EXPECT_FALSE(PointOnWafer(surface.Control(), {0.5, 0.5}));
 }
 
 TEST(PointedSite, IsNamedWhenItIsNear) {
   const std::vector<float> x = {0, 50, 0, -50}, y = {0, 0, 50, 0}, z = {1, 3, 5, 7};
   qt::Plot2DWidget map;
-  map.SetWaferData(x, y, z);
+  ASSERT_EQ(map.SetWaferData(x, y, z), LoadResult::Loaded);
   EXPECT_EQ(Describe(map.Control(), {49, 1}), "X 50.0 mm   Y 0.0 mm   3   (site 2)");
   EXPECT_EQ(Describe(map.Control(), {0, 98}), "");
   EXPECT_TRUE(Describe(map.Control(), {25, 25}).endsWith("(between sites)"));
