@@ -81,7 +81,6 @@ class ColourTable {
 std::optional<IndexedRows> ToIndexed(const PngStrips& picture) {
   const auto width = static_cast<std::size_t>(picture.width);
   IndexedRows indexed;
-  indexed.indices.reserve(width * static_cast<std::size_t>(picture.height));
   std::vector<Pixel> above;
   ColourTable table;
   const bool done = VisitRows(picture, [&](std::span<const Pixel> row) {
