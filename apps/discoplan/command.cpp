@@ -38,9 +38,13 @@ WaferSize SizeFor(const Wafer& measured) {
                                              150.0F, 200.0F, 300.0F, 450.0F};
   constexpr float kEdge = 6;
   double farthest = 0;
+  double near = 0;  // the square of a distance that is surely no more than the farthest one
   for (std::size_t i = 0; i < measured.x.size(); ++i) {
-    farthest =
-        std::max(farthest, 2 * std::hypot(static_cast<double>(measured.x[i]), measured.y[i]));
+    const double x = measured.x[i];
+    const double y = measured.y[i];
+    if (x * x + y * y < near) continue;
+    farthest = std::max(farthest, 2 * std::hypot(x, y));
+    near = farthest * farthest / 4 * (1 - 1e-9);
   }
   const auto fitting = std::ranges::find_if(kStandardDiameters,
                                             [&](float diameter) { return farthest <= diameter; });

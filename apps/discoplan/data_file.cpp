@@ -19,6 +19,10 @@ Kind KindOf(std::string_view block) {
   bool nul = false;
   for (std::size_t i = 0; i < block.size();) {
     const auto byte = static_cast<unsigned char>(block[i]);
+    if (byte >= 0x20 && byte < 0x7F) {  // as nearly all of a text
+      ++i;
+      continue;
+    }
     const std::size_t length = PrintableLength(block.substr(i, 4));
     const bool layout = byte == '\t' || byte == '\n' || byte == '\r' || byte == '\f';
     if (length == 0 && !layout) {

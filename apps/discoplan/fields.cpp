@@ -16,10 +16,25 @@ std::size_t ClosingQuote(std::string_view line, std::size_t start) {
 }
 
 bool CommentAt(std::string_view line, std::size_t at, Dialect dialect) {
-  if (!dialect.comments || line[at] != '#') return false;
+  if (line[at] != '#' || !dialect.comments) return false;
   const char before = at == 0 ? ' ' : line[at - 1];
   if (before != ' ' && before != '\t' && before != dialect.separator) return false;
   return dialect.separator == ' ' || !line.substr(at + 1).starts_with(dialect.separator);
+}
+
+/// Neither comments nor quotes, nor runs of blanks to take for one separator.
+bool IsPlain(std::string_view line, Dialect dialect) {
+  return dialect.separator != ' ' && line.find('"') == std::string_view::npos &&
+         line.find('#') == std::string_view::npos;
+}
+
+void SplitPlain(std::string_view line, char separator, std::vector<std::string_view>& fields) {
+  while (true) {
+    const std::size_t end = line.find(separator);
+    fields.push_back(Trimmed(line.substr(0, end)));
+    if (end == std::string_view::npos) return;
+    line.remove_prefix(end + 1);
+  }
 }
 
 }  // namespace
@@ -27,6 +42,10 @@ bool CommentAt(std::string_view line, std::size_t at, Dialect dialect) {
 std::size_t SplitFields(std::string_view line, Dialect dialect,
                         std::vector<std::string_view>& fields) {
   fields.clear();
+  if (IsPlain(line, dialect)) {
+    SplitPlain(line, dialect.separator, fields);
+    return 0;
+  }
   std::size_t start = 0;
   while (true) {
     while (start < line.size() && (line[start] == ' ' || line[start] == '\t') &&

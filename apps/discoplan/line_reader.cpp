@@ -79,6 +79,13 @@ bool LineReader::ReadLine(TextLine& line) {
   return false;
 }
 
+/// Characters up to the line's end, or all of them. Lines end alike: the other end is looked for
+/// only as far as the one that came last.
+std::size_t LineReader::LineLength() const {
+  const std::size_t usual = std::min(rest_.find(line_end_), rest_.size());
+  return std::min(rest_.substr(0, usual).find(line_end_ == '\n' ? '\r' : '\n'), usual);
+}
+
 bool LineReader::ReadRaw(std::string& text) {
   text.clear();
   ++number_;
@@ -92,8 +99,7 @@ bool LineReader::ReadRaw(std::string& text) {
       rest_.remove_prefix(1);
       continue;
     }
-    const auto end = std::ranges::find_if(rest_, [](char c) { return c == '\n' || c == '\r'; });
-    const auto length = static_cast<std::size_t>(end - rest_.begin());
+    const std::size_t length = LineLength();
     text += rest_.substr(0, length);
     if (text.size() > kLongestLine) {
       throw DataError({file(), number_},
@@ -103,7 +109,8 @@ bool LineReader::ReadRaw(std::string& text) {
       rest_ = {};
       continue;
     }
-    after_cr_ = rest_[length] == '\r';
+    line_end_ = rest_[length];
+    after_cr_ = line_end_ == '\r';
     rest_.remove_prefix(length + 1);
     return true;
   }

@@ -50,11 +50,13 @@ class LineReader {
 
  private:
   bool ReadLine(TextLine& line);
+  std::size_t LineLength() const;
   bool ReadRaw(std::string& text);
 
   FileBytes& bytes_;
   std::string_view rest_;
   std::int64_t number_ = 0;
+  char line_end_ = '\n';  // of the last line
   bool after_cr_ = false;
   bool after_blank_ = false;
   std::deque<TextLine> ahead_;

@@ -35,8 +35,10 @@ Screen ScreenFor(const PixelSize& size, const PlotKind& kind) {
   return {twips, twips};
 }
 
-Canvas DrawKind(const PlotKind& kind, const PictureRequest& request, const PixelSize& size,
-                const Wafer& measured) {
+/// Calls `use(control, host)` with the plot.
+template <class Use>
+void DrawKind(const PlotKind& kind, const PictureRequest& request, const PixelSize& size,
+              const Wafer& measured, Use use) {
   const Screen screen = ScreenFor(size, kind);
   HeadlessHost host(screen);
   host.OnMessage([](const Message& message) { std::cerr << message.text << '\n'; });
@@ -44,7 +46,7 @@ Canvas DrawKind(const PlotKind& kind, const PictureRequest& request, const Pixel
   control->SetSize(static_cast<float>(size.width) * screen.twips_per_pixel_x,
                    static_cast<float>(size.height) * screen.twips_per_pixel_y);
   control->Plot();
-  return PaintPicture(*control, host);
+  use(*control, host);
 }
 
 /// Pictures of one size in rows and columns, as many of the one as of the other or a row less.
@@ -78,11 +80,15 @@ class Sheet {
   Canvas canvas_;
 };
 
-Canvas Draw(const std::vector<PlotKind>& kinds, const PictureRequest& request,
-            const PixelSize& size, const Wafer& measured) {
-  if (kinds.size() == 1) return DrawKind(kinds.front(), request, size, measured);
+Canvas DrawSheet(const std::vector<PlotKind>& kinds, const PictureRequest& request,
+                 const PixelSize& size, const Wafer& measured) {
   Sheet sheet(size, kinds.size());
-  for (const PlotKind& kind : kinds) sheet.Add(DrawKind(kind, request, size, measured));
+  for (const PlotKind& kind : kinds) {
+    DrawKind(kind, request, size, measured,
+             [&](const PlotControl& control, const HeadlessHost& host) {
+               sheet.Add(PaintPicture(control, host));
+             });
+  }
   return sheet.Take();
 }
 
@@ -90,8 +96,16 @@ void Plot(const PictureRequest& request) {
   const std::vector<PlotKind> kinds = KindsOf(request.plot);
   const PixelSize size = ParseSize(request.size);
   const DataResult data = ReadReporting(request.data);
-  const Canvas canvas = Draw(kinds, request, size, OnlyWafer(data, request.data));
-  WritePng(request.output, canvas.Pixels(), canvas.Width(), canvas.Height());
+  const Wafer& measured = OnlyWafer(data, request.data);
+  if (kinds.size() == 1) {
+    DrawKind(kinds.front(), request, size, measured,
+             [&](const PlotControl& control, const HeadlessHost& host) {
+               SavePicture(control, host, request.output);
+             });
+    return;
+  }
+  const Canvas sheet = DrawSheet(kinds, request, size, measured);
+  WritePng(request.output, sheet.Pixels(), sheet.Width(), sheet.Height());
 }
 
 }  // namespace

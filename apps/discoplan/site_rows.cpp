@@ -85,13 +85,13 @@ void SiteRows::Add(const std::vector<std::string_view>& fields, std::int64_t lin
                                        " are due; complete the line or use --skip-invalid");
   }
   const auto used = Used(shape.columns);
-  std::array<ParsedNumber, 3> numbers;
+  const std::array<ParsedNumber, 3> numbers = {
+      ParseNumber(fields[used[0]]), ParseNumber(fields[used[1]]), ParseNumber(fields[used[2]])};
   for (std::size_t i = 0; i < used.size(); ++i) {
-    const std::string_view text = fields[used[i]];
-    numbers[i] = ParseNumber(text);
-    if (numbers[i].fault == NumberFault::None) continue;
-    if (skip_invalid_) return CountSkipped(ReasonFor(numbers[i].fault), line, skipped_);
-    throw DataError(At(file_, line, used[i]), FaultSentence(numbers[i].fault, text, kMendOrSkip));
+    const NumberFault fault = numbers[i].fault;
+    if (fault == NumberFault::None) continue;
+    if (skip_invalid_) return CountSkipped(ReasonFor(fault), line, skipped_);
+    throw DataError(At(file_, line, used[i]), FaultSentence(fault, fields[used[i]], kMendOrSkip));
   }
   for (std::size_t i = 0; i < used.size(); ++i) {
     if (marks_.Knows(numbers[i])) continue;

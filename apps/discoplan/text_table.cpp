@@ -135,6 +135,8 @@ DataResult TableReader::Read() {
   DataResult result;
   Wafer wafer;
   wafer.name = request_.path.stem().string();
+  // Memory that nothing is written to costs nothing, and growing costs twice.
+  for (std::vector<float>* column : {&wafer.x, &wafer.y, &wafer.value}) column->reserve(kMostSites);
   SiteRows rows(lines_.file(), request_.skip_invalid, result.skipped);
   TextLine line;
   std::vector<std::string_view> fields;

@@ -98,8 +98,14 @@ class TreePainter {
             Whole(PixelsAcross(left + size.width)) - 1, Whole(PixelsDown(top + size.height)) - 1};
   }
 
-  void Fill(const Box& box, Colour colour) {
-    if (box.Width() <= 0 || box.Height() <= 0) return;
+  /// In the canvas's own rows.
+  Box OnCanvas(const Box& box) const {
+    return {box.left, box.top - options_.top, box.right, box.bottom - options_.top};
+  }
+
+  void Fill(const Box& place, Colour colour) {
+    if (place.Width() <= 0 || place.Height() <= 0) return;
+    const Box box = OnCanvas(place);
     canvas_.FillBox({box.left, box.top, box.right, box.bottom}, PixelOf(colour));
   }
 
@@ -120,9 +126,13 @@ class TreePainter {
   double TextWidth(const Node& node) const { return TextWidth(node, node.text); }
   void Write(const Node& node, double x, double y) { Write(node, node.text, x, y); }
   void Write(const Node& node, std::string_view text, double x, double y) {
-    options_.text.Paint(
-        canvas_, node.font,
-        {.x = x, .y = y, .pixels_per_point = PixelsPerPoint(), .colour = node.fore_color}, text);
+    options_.text.Paint(canvas_, node.font,
+                        {.x = x,
+                         .y = y,
+                         .pixels_per_point = PixelsPerPoint(),
+                         .colour = node.fore_color,
+                         .canvas_top = options_.top},
+                        text);
   }
 
   void PaintFrame(const Node& node, const Box& box) {
@@ -210,7 +220,7 @@ class TreePainter {
   /// From the node's corner; its width and height may be negative.
   void PaintLine(const Node& node, double left, double top) {
     const auto pixel = [&](double x, double y) {
-      return PixelPoint{Whole(PixelsAcross(x)), Whole(PixelsDown(y))};
+      return PixelPoint{Whole(PixelsAcross(x)), Whole(PixelsDown(y)) - options_.top};
     };
     canvas_.Line(pixel(left, top), pixel(left + node.box.width, top + node.box.height),
                  {.pixel = PixelOf(node.fore_color), .width = LineWidth()});
@@ -225,7 +235,8 @@ class TreePainter {
             std::min(box.bottom + 1, canvas_.Height())};
   }
 
-  void Copy(const Canvas& source, const Box& box) {
+  void Copy(const Canvas& source, const Box& place) {
+    const Box box = OnCanvas(place);
     const Visible seen = VisibleOf(box);
     const int width = std::min(seen.right, box.left + source.Width()) - seen.left;
     const int bottom = std::min(seen.bottom, box.top + source.Height());
@@ -238,8 +249,9 @@ class TreePainter {
     }
   }
 
-  void Stretch(const Canvas& source, const Box& box) {
+  void Stretch(const Canvas& source, const Box& place) {
     if (source.Pixels().empty()) return;
+    const Box box = OnCanvas(place);
     const Visible seen = VisibleOf(box);
     const auto scaled = [](int at, int from, int to) {
       return static_cast<std::ptrdiff_t>((at + 0.5) * from / to);

@@ -18,6 +18,7 @@ struct TextPlacement {
   double y = 0;
   double pixels_per_point = 96.0 / 72.0;
   Colour colour = 0;
+  int canvas_top = 0;  ///< At what `y` the canvas begins, for one that is a strip of a picture.
 };
 
 class DISCOPLAN_EXPORT TextPainter {

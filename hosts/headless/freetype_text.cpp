@@ -390,7 +390,10 @@ void FreeTypeText::Paint(Canvas& canvas, const Font& font, const TextPlacement& 
   const double size = Size(font, placement.pixels_per_point);
   const Pixel colour = PixelOf(placement.colour);
   const FT_Face face = typesetter_->TypefaceOf(font).face;
-  const int base = ToInt32(placement.y) + Ascent(face, size);
+  const int base = ToInt32(placement.y) + Ascent(face, size) - placement.canvas_top;
+  // No letter reaches farther than that, whatever font it comes from.
+  const int reach = 4 * (Ascent(face, size) + Descent(face, size));
+  if (base < -reach || base > canvas.Height() + reach) return;
   const auto paint = [&](const Letter& letter, double x) {
     const double pen = std::floor((placement.x + x) * kPhases + 0.5);
     if (std::abs(pen) > kFarthest * kPhases) return;

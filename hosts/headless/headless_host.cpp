@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/headless/headless_host.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "discoplan/forms/painter.h"
 #include "hosts/headless/png_file.h"
@@ -10,6 +12,15 @@ namespace discoplan {
 namespace {
 
 constexpr double kTwipsPerPoint = 20;
+/// Few enough to stay in the processor's cache.
+constexpr int kStripRows = 64;
+
+std::pair<int, int> PixelsOf(const PlotControl& control, const HeadlessHost& host) {
+  const TwipsBox& box = control.root().box;
+  const Screen& screen = host.screen();
+  return {static_cast<int>(std::lround(box.width / screen.twips_per_pixel_x)),
+          static_cast<int>(std::lround(box.height / screen.twips_per_pixel_y))};
+}
 
 }  // namespace
 
@@ -28,19 +39,25 @@ void HeadlessHost::Show(const Message& message) {
 }
 
 Canvas PaintPicture(const PlotControl& control, const HeadlessHost& host) {
-  const TwipsBox& box = control.root().box;
-  const Screen& screen = host.screen();
-  Canvas canvas(static_cast<int>(std::lround(box.width / screen.twips_per_pixel_x)),
-                static_cast<int>(std::lround(box.height / screen.twips_per_pixel_y)),
-                PixelOf(kWhite));
-  PaintTree(control.root(), canvas, {.resolution = screen, .text = host.text(), .buttons = false});
+  const auto [width, height] = PixelsOf(control, host);
+  Canvas canvas(width, height, PixelOf(kWhite));
+  PaintTree(control.root(), canvas,
+            {.resolution = host.screen(), .text = host.text(), .buttons = false});
   return canvas;
 }
 
 void SavePicture(const PlotControl& control, const HeadlessHost& host,
                  const std::filesystem::path& file) {
-  const Canvas canvas = PaintPicture(control, host);
-  WritePng(file, canvas.Pixels(), canvas.Width(), canvas.Height());
+  const auto [width, height] = PixelsOf(control, host);
+  Canvas strip(width, std::min(height, kStripRows), PixelOf(kWhite));
+  const auto rows_from = [&](int top) {
+    strip.Resize(width, std::min(kStripRows, height - top), PixelOf(kWhite));
+    strip.Clear(PixelOf(kWhite));
+    PaintTree(control.root(), strip,
+              {.resolution = host.screen(), .text = host.text(), .buttons = false, .top = top});
+    return std::span<const Pixel>(strip.Pixels());
+  };
+  WritePng(file, PngStrips{.width = width, .height = height, .rows_from = rows_from});
 }
 
 }  // namespace discoplan

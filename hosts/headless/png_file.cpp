@@ -25,29 +25,24 @@ png_color ToPng(Pixel pixel) {
           static_cast<png_byte>(pixel & 0xFF)};
 }
 
-/// A row that stands `times` times below itself, as those of a map's cells do.
-struct RepeatedRow {
-  std::span<const Pixel> pixels;
-  int times;
-};
-
-std::vector<RepeatedRow> MergeRows(const PngPicture& picture) {
+/// Calls `visit` for each row from top to bottom, until it gives false; false then.
+template <class Visit>
+bool VisitRows(const PngStrips& picture, Visit visit) {
   const auto width = static_cast<std::size_t>(picture.width);
-  std::vector<RepeatedRow> rows;
-  for (std::size_t at = 0; at < picture.pixels.size(); at += width) {
-    const std::span<const Pixel> row = picture.pixels.subspan(at, width);
-    if (!rows.empty() && std::equal(row.begin(), row.end(), rows.back().pixels.begin())) {
-      ++rows.back().times;
-    } else {
-      rows.push_back({row, 1});
+  for (int top = 0; top < picture.height;) {
+    for (std::span<const Pixel> strip = picture.rows_from(top);
+         strip.size() >= width && top < picture.height; strip = strip.subspan(width), ++top) {
+      if (!visit(strip.first(width))) return false;
     }
   }
-  return rows;
+  return true;
 }
 
+/// Rows that differ from the one above; those of a map's cells repeat.
 struct IndexedRows {
   std::vector<png_color> palette;
   std::vector<png_byte> indices;  // one a pixel
+  std::vector<int> times;         // that each row stands below itself
 
   int BitDepth() const {
     const std::size_t colours = palette.size();
@@ -83,24 +78,35 @@ class ColourTable {
 };
 
 /// Nothing for more than 256 colours.
-std::optional<IndexedRows> ToIndexed(std::span<const RepeatedRow> rows) {
+std::optional<IndexedRows> ToIndexed(const PngStrips& picture) {
+  const auto width = static_cast<std::size_t>(picture.width);
   IndexedRows indexed;
-  indexed.indices.resize(rows.size() * rows.front().pixels.size());
-  png_byte* next = indexed.indices.data();
+  std::vector<Pixel> above;
   ColourTable table;
-  Pixel last = ~rows.front().pixels.front();
-  std::size_t index = 0;
-  for (const RepeatedRow& row : rows) {
-    for (const Pixel pixel : row.pixels) {
+  const bool done = VisitRows(picture, [&](std::span<const Pixel> row) {
+    if (std::ranges::equal(row, above)) {
+      ++indexed.times.back();
+      return true;
+    }
+    above.assign(row.begin(), row.end());
+    indexed.times.push_back(1);
+    const std::size_t start = indexed.indices.size();
+    indexed.indices.resize(start + width);
+    png_byte* next = indexed.indices.data() + start;
+    Pixel last = ~row.front();
+    std::size_t index = 0;
+    for (const Pixel pixel : row) {
       if (pixel != last) {
         last = pixel;
         index = table.Find(pixel & 0xFFFFFF);
-        if (index == kMostColours) return {};
+        if (index == kMostColours) return false;
         if (index == indexed.palette.size()) indexed.palette.push_back(ToPng(pixel));
       }
       *next++ = static_cast<png_byte>(index);
     }
-  }
+    return true;
+  });
+  if (!done) return {};
   return indexed;
 }
 
@@ -127,6 +133,11 @@ void FillRow(std::span<const Pixel> pixels, png_byte* row) {
     *row++ = colour.blue;
   }
 }
+
+class PngError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
 
 /// What libpng gave up for.
 using Reason = std::array<char, 128>;
@@ -163,34 +174,40 @@ class PngWriter {
   PngWriter& operator=(const PngWriter&) = delete;
 
   /// `indexed` is null for a picture in RGB.
-  std::vector<std::uint8_t> Encode(const PngPicture& picture, std::span<const RepeatedRow> rows,
-                                   const IndexedRows* indexed) {
+  std::vector<std::uint8_t> Encode(const PngStrips& picture, const IndexedRows* indexed) {
     std::vector<png_byte> row(3 * static_cast<std::size_t>(picture.width));
     if (info_ == nullptr) throw std::bad_alloc();
-    if (!Run(picture, rows, indexed, row.data())) throw std::runtime_error(reason_.data());
+    if (!Run(picture, indexed, row.data())) throw PngError(reason_.data());
     return std::move(bytes_);
   }
 
  private:
-  bool Run(const PngPicture& picture, std::span<const RepeatedRow> rows, const IndexedRows* indexed,
-           png_byte* row) {
+  bool Run(const PngStrips& picture, const IndexedRows* indexed, png_byte* row) {
     if (setjmp(png_jmpbuf(png_)) != 0) return false;
     png_set_write_fn(png_, &bytes_, Append, Flush);
     WriteHeader(picture, indexed);
-    const auto width = static_cast<std::size_t>(picture.width);
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      if (indexed != nullptr) {
-        PackRow(std::span(indexed->indices).subspan(i * width, width), indexed->BitDepth(), row);
-      } else {
-        FillRow(rows[i].pixels, row);
-      }
-      for (int time = 0; time < rows[i].times; ++time) png_write_row(png_, row);
-    }
+    indexed != nullptr ? WriteIndexed(picture, *indexed, row) : WriteColours(picture, row);
     png_write_end(png_, nullptr);
     return true;
   }
 
-  void WriteHeader(const PngPicture& picture, const IndexedRows* indexed) {
+  void WriteIndexed(const PngStrips& picture, const IndexedRows& indexed, png_byte* row) {
+    const auto width = static_cast<std::size_t>(picture.width);
+    for (std::size_t i = 0; i < indexed.times.size(); ++i) {
+      PackRow(std::span(indexed.indices).subspan(i * width, width), indexed.BitDepth(), row);
+      for (int time = 0; time < indexed.times[i]; ++time) png_write_row(png_, row);
+    }
+  }
+
+  void WriteColours(const PngStrips& picture, png_byte* row) {
+    VisitRows(picture, [&](std::span<const Pixel> pixels) {
+      FillRow(pixels, row);
+      png_write_row(png_, row);
+      return true;
+    });
+  }
+
+  void WriteHeader(const PngStrips& picture, const IndexedRows* indexed) {
     // A map's rows repeat or nearly repeat the row above, so that their differences are runs of
     // zeros: looking for anything else takes longer and gains nothing.
     png_set_filter(png_, PNG_FILTER_TYPE_BASE, PNG_FILTER_UP);
@@ -217,32 +234,54 @@ class PngWriter {
   png_infop info_;
 };
 
-}  // namespace
-
-std::vector<std::uint8_t> EncodePng(const PngPicture& picture) {
-  const std::string size =
-      std::to_string(picture.width) + " x " + std::to_string(picture.height) + " pixels";
-  if (picture.width <= 0 || picture.height <= 0) {
-    throw std::runtime_error("a picture of " + size + " is empty");
-  }
-  if (picture.pixels.size() !=
-      static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height)) {
-    throw std::runtime_error("a picture of " + size + " can't have " +
-                             std::to_string(picture.pixels.size()) + " of them");
-  }
-  const std::vector<RepeatedRow> rows = MergeRows(picture);
-  const std::optional<IndexedRows> indexed = ToIndexed(rows);
-  return PngWriter().Encode(picture, rows, indexed ? &*indexed : nullptr);
+std::string SizeOf(const auto& picture) {
+  return std::to_string(picture.width) + " x " + std::to_string(picture.height) + " pixels";
 }
 
-void WritePng(const fs::path& path, const PngPicture& picture) {
+/// The picture as one strip.
+PngStrips AsStrips(const PngPicture& picture) {
+  return {.width = picture.width,
+          .height = picture.height,
+          .rows_from =
+              [&picture](int top) {
+                return picture.pixels.subspan(static_cast<std::size_t>(top) *
+                                              static_cast<std::size_t>(picture.width));
+              },
+          .pixels_per_metre = picture.pixels_per_metre};
+}
+
+void WriteEncoded(const fs::path& path, const auto& picture) {
   std::vector<std::uint8_t> bytes;
   try {
     bytes = EncodePng(picture);
-  } catch (const std::runtime_error& error) {
+  } catch (const PngError& error) {
     throw FileError("cannot write '" + path.string() + "': " + error.what());
   }
   WriteWholeFile(path, bytes);
 }
+
+}  // namespace
+
+std::vector<std::uint8_t> EncodePng(const PngPicture& picture) {
+  if (picture.width > 0 && picture.height > 0 &&
+      picture.pixels.size() !=
+          static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height)) {
+    throw PngError("a picture of " + SizeOf(picture) + " can't have " +
+                   std::to_string(picture.pixels.size()) + " of them");
+  }
+  return EncodePng(AsStrips(picture));
+}
+
+std::vector<std::uint8_t> EncodePng(const PngStrips& picture) {
+  if (picture.width <= 0 || picture.height <= 0) {
+    throw PngError("a picture of " + SizeOf(picture) + " is empty");
+  }
+  const std::optional<IndexedRows> indexed = ToIndexed(picture);
+  return PngWriter().Encode(picture, indexed ? &*indexed : nullptr);
+}
+
+void WritePng(const fs::path& path, const PngPicture& picture) { WriteEncoded(path, picture); }
+
+void WritePng(const fs::path& path, const PngStrips& picture) { WriteEncoded(path, picture); }
 
 }  // namespace discoplan

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <span>
 #include <stdexcept>
 #include <vector>
@@ -26,14 +27,27 @@ struct PngPicture {
   int pixels_per_metre = 0;  ///< The file tells its resolution if this is positive.
 };
 
+/// A picture that needn't be in memory as a whole.
+struct PngStrips {
+  int width = 0;
+  int height = 0;
+  /// Some whole rows from row `top` on, one at least; they are read until the next call. Rows are
+  /// asked for from top to bottom, and once more where there are too many colours for a palette.
+  std::function<std::span<const Pixel>(int top)> rows_from;
+  int pixels_per_metre = 0;
+};
+
 /// The bytes of the file. Raises `std::runtime_error` for a picture without pixels, or with other
 /// than `width` * `height` of them.
 DISCOPLAN_EXPORT std::vector<std::uint8_t> EncodePng(const PngPicture& picture);
+/// The same bytes for the same picture in strips. What `rows_from` raises goes through.
+DISCOPLAN_EXPORT std::vector<std::uint8_t> EncodePng(const PngStrips& picture);
 
 /// The file appears whole or not at all, and one that was there before stays if this fails. What
 /// is neither a file nor a folder, such as a pipe, is written to as it is. Raises `FileError`, also
 /// for a picture that `EncodePng` refuses.
 DISCOPLAN_EXPORT void WritePng(const std::filesystem::path& path, const PngPicture& picture);
+DISCOPLAN_EXPORT void WritePng(const std::filesystem::path& path, const PngStrips& picture);
 
 inline void WritePng(const std::filesystem::path& path, std::span<const Pixel> pixels, int width,
                      int height) {

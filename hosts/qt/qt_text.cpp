@@ -50,7 +50,8 @@ void QtText::Paint(Canvas& canvas, const Font& font, const TextPlacement& placem
   painter.setFont(ToQFont(font));
   painter.setPen(ColourOf(placement.colour));
   const double ascent = QFontMetricsF(painter.font(), &image).ascent();
-  painter.drawText(QPointF(placement.x, placement.y + ascent), ToQString(text, font));
+  painter.drawText(QPointF(placement.x, placement.y + ascent - placement.canvas_top),
+                   ToQString(text, font));
 }
 
 }  // namespace discoplan::qt

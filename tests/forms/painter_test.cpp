@@ -262,5 +262,56 @@ TEST_F(Painter, GivesASpinnerTwoArrows) {
   EXPECT_EQ(above, below);
 }
 
+/// A text is a box as wide and as high as it is.
+class Boxes final : public TextPainter {
+ public:
+  double Width(const Font&, double, std::string_view text) const override {
+    return 2 * static_cast<double>(text.size());
+  }
+  double Height(const Font&, double) const override { return 4; }
+  void Paint(Canvas& canvas, const Font& font, const TextPlacement& at,
+             std::string_view text) const override {
+    const int left = static_cast<int>(std::lround(at.x));
+    const int top = static_cast<int>(std::lround(at.y)) - at.canvas_top;
+    const int width = static_cast<int>(Width(font, 1, text));
+    if (width > 0) canvas.FillBox({left, top, left + width - 1, top + 3}, PixelOf(at.colour));
+  }
+};
+
+TEST_F(Painter, StripsAreTheWhole) {
+  Node& root = Root(60, 50);
+  Node& frame = root.Add(NodeKind::Frame, "frame", At(1, 1, 50, 45));
+  frame.bordered = true;
+  frame.text = "a frame";
+  frame.Add(NodeKind::Button, "button", At(3, 9, 30, 9)).text = "press";
+  Node& image = frame.Add(NodeKind::Image, "image", At(35, 5, 13, 17));
+  Canvas canvas(6, 5, kWhitePixel);
+  canvas.Ellipse({0, 0, 5, 4}, kPen, kBrush);
+  image.image = std::make_shared<Canvas>(canvas);
+  image.visible = true;
+  Node& line = frame.Add(NodeKind::Line, "line", At(2, 40, 40, -35));
+  line.fore_color = kRedColour;
+  Node& check = frame.Add(NodeKind::Check, "check", At(2, 20.3F, 40, 12));
+  check.value = 1;
+  check.text = "ticked";
+  Node& options = frame.Add(NodeKind::Options, "options", At(4, 22.7F, 40, 20));
+  options.text = "options";
+  options.options = {"one", "two"};
+  frame.Add(NodeKind::Spinner, "spinner", At(44, 24, 5, 20));
+  const Boxes boxes;
+  Canvas whole(64, 53, kBlackPixel);
+  PaintTree(root, whole, {.resolution = screen_, .text = boxes});
+  for (const int rows : {1, 2, 7, 53}) {
+    Rows joined;
+    for (int top = 0; top < 53; top += rows) {
+      Canvas strip(64, std::min(rows, 53 - top), kBlackPixel);
+      PaintTree(root, strip, {.resolution = screen_, .text = boxes, .top = top});
+      const Rows part = Show(strip);
+      joined.insert(joined.end(), part.begin(), part.end());
+    }
+    EXPECT_EQ(joined, Show(whole)) << rows;
+  }
+}
+
 }  // namespace
 }  // namespace discoplan

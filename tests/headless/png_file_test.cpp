@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstring>
 #include <fstream>
@@ -215,6 +216,26 @@ TEST_F(PngFile, PicturesWithoutPixelsOrWithOthersAreRefused) {
               "cannot write '" + (folder_ / "map.png").string() + "': " + row.reason);
   }
   EXPECT_TRUE(Names().empty());
+}
+
+TEST_F(PngFile, StripsHaveTheBytesOfTheWhole) {
+  constexpr int kHeight = 33;
+  for (const std::size_t colours : {1, 2, 5, 17, 256, 257, 900}) {
+    std::vector<Pixel> pixels = Noise(31 * kHeight, colours, 1);
+    // Rows that repeat within a strip and across its end.
+    for (const int row : {7, 8, 9, 20}) std::copy_n(&pixels[31 * 6], 31, &pixels[31u * row]);
+    const Bytes whole = EncodePng({.pixels = pixels, .width = 31, .height = kHeight});
+    for (const int rows : {1, 2, 8, 32, 33, 40}) {
+      std::vector<Pixel> strip;  // which the next one takes the place of
+      const auto rows_from = [&](int top) {
+        const auto first = pixels.begin() + 31 * top;
+        strip.assign(first, first + 31 * std::min(rows, kHeight - top));
+        return std::span<const Pixel>(strip);
+      };
+      EXPECT_EQ(EncodePng(PngStrips{.width = 31, .height = kHeight, .rows_from = rows_from}), whole)
+          << colours << " colours in strips of " << rows;
+    }
+  }
 }
 
 TEST_F(PngFile, WhatTheFormatRefusesIsAnError) {
