@@ -69,7 +69,7 @@ struct MouseAction {
 
 class DISCOPLAN_EXPORT PlotControl : public Object {
  public:
-  /// Gives the properties the values of a new control. Size in twips.
+  /// Gives the properties the values of a new control.
   void InitProperties();
   /// Hands the settings to the container's store, or takes them from there through the public
   /// properties. Data aren't stored.

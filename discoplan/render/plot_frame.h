@@ -5,9 +5,10 @@
 ///
 ///     PlotFrame frame(surface, area);
 ///     frame.Open();
-///     frame([&] { cells = ToInt16(diameter / pitch); });
 ///     frame.MeasureRectangle();
-///     frame([&] { surface.Circle({.centre = frame.Centre(), .radius = ToFloat(radius)}); });
+///     frame([&] { cells = ToInt16(diameter / pitch); });
+///     SurfacePoint point;
+///     frame.Place(point, scale, site.x, site.y);
 
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <vector>
+
 #include "discoplan/controls/plot2d.h"
 #include "hosts/headless/headless_host.h"
 
@@ -9,10 +11,10 @@ int main() {
   discoplan::HeadlessHost host;
   discoplan::Plot2D plot(host);
   plot.InitProperties();
-  plot.WaferDiameter(200);
+  plot.WaferDiameter(200);  // mm
   plot.ShowSites(discoplan::Sites::ShowSite);
   if (plot.SetWaferData(x, y, thickness) != discoplan::LoadResult::Loaded) return 1;
-  plot.SetSize(6000, 4500);
+  plot.SetSize(6000, 4500);  // twips: 1440 to the inch
   plot.Plot();
   discoplan::SavePicture(plot, host, "map.png");
 }

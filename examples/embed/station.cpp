@@ -6,11 +6,14 @@
 #include <QTimer>
 #include <QToolBar>
 #include <cmath>
+#include <initializer_list>
 
 #include "hosts/qt/plot_widgets.h"
 
+using discoplan::LoadResult;
 using discoplan::qt::HistoWidget;
 using discoplan::qt::Plot2DWidget;
+using discoplan::qt::PlotWidget;
 
 /// What a gauge would deliver: a film on 13 x 13 dies, thicker at the edge.
 struct Measurement {
@@ -33,20 +36,23 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QMainWindow window;
   auto* plots = new QSplitter(&window);
-  auto* map = new Plot2DWidget(plots);
-  auto* histogram = new HistoWidget(plots);
   window.setCentralWidget(plots);
   window.resize(1000, 480);
+
+  auto* map = new Plot2DWidget(plots);
   map->setWaferDiameter(300);
   map->setResolution(2);
   map->setPlotCaption("Thickness (nm)");
+  auto* histogram = new HistoWidget(plots);
   histogram->setWaferDiameter(300);
   const auto measure = [&, run = 0]() mutable {
     const Measurement measured(++run);
-    map->SetWaferData(measured.x, measured.y, measured.thickness);
-    histogram->SetWaferData(measured.x, measured.y, measured.thickness);
-    map->Plot();
-    histogram->Plot();
+    for (PlotWidget* plot : std::initializer_list<PlotWidget*>{map, histogram}) {
+      if (plot->SetWaferData(measured.x, measured.y, measured.thickness) != LoadResult::Loaded) {
+        return window.statusBar()->showMessage("These sites can't be plotted");
+      }
+      plot->Plot();
+    }
     window.statusBar()->showMessage(QString("Mean %1 nm").arg(map->control().mean()));
   };
   window.addToolBar("Station")->addAction("Measure", &window, measure);

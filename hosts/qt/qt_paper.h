@@ -6,8 +6,9 @@
 ///     QPdfWriter writer("plot.pdf");
 ///     QPainter painter(&writer);
 ///     QtPaper paper(painter, screen);
-///     lot_wafer.D2Plot(paper, 1, 5, 0, true, {.left = 1440, .top = 1440, .width = 7200, .height =
-///     7200}); paper.Finish();
+///     const PlotArea area{.left = 1440, .top = 1440, .width = 7200, .height = 7200};
+///     measured.D2Plot(paper, 1, 5, 0, true, area);
+///     paper.Finish();
 ///
 /// Texts stay texts, cells become one shape for each colour. Lengths are twips until `ScaleMode`
 /// is set to pixels, which are those of the painter's device.
