@@ -24,7 +24,6 @@ struct PictureRequest {
 /// Letters grow with the square root of the picture: large pictures get finer detail and larger
 /// letters at once. Small ones shrink so that the least size of a control fits.
 Screen ScreenFor(const PixelSize& size, const PlotKind& kind) {
-  constexpr float kTwipsPerPixel = 15;
   constexpr float kPlainSide = 300;
   const auto width = static_cast<float>(size.width);
   const auto height = static_cast<float>(size.height);

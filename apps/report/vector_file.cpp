@@ -12,8 +12,6 @@ namespace discoplan::app {
 namespace {
 
 constexpr int kDotsPerInch = 600;
-constexpr double kTwipsPerInch = 1440;
-constexpr double kTwipsPerPoint = 20;
 
 int Dots(float twips) { return qRound(twips / kTwipsPerInch * kDotsPerInch); }
 

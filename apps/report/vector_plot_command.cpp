@@ -13,7 +13,6 @@ namespace discoplan::app {
 namespace {
 
 // Twips.
-constexpr float kTwipsPerPixel = 15;
 constexpr float kControlWidth = 6000;
 constexpr float kControlHeight = 4500;
 

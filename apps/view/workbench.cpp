@@ -35,7 +35,6 @@ namespace {
 constexpr int kMostRecent = 10;
 constexpr int kListWidth = 160;
 constexpr QSize kFirstSize(1020, 680);
-constexpr double kTwipsPerInch = 1440;
 
 QStringList FilesOf(const QMimeData& data) {
   QStringList files;
@@ -234,8 +233,8 @@ QString Workbench::ExportTo(const QString& file) {
   qt::PlotWidget& plot = plots_->Current();
   try {
     if (IsVectorFile(file.toStdString())) {
-      const PageSize page = {static_cast<float>(plot.width()) * qt::kTwipsPerPixel,
-                             static_cast<float>(plot.height()) * qt::kTwipsPerPixel};
+      const PageSize page = {static_cast<float>(plot.width()) * kTwipsPerPixel,
+                             static_cast<float>(plot.height()) * kTwipsPerPixel};
       VectorFile vectors(file.toStdString(), page, windowTitle().toStdString());
       PrintWithLegend(plot.Control(), vectors.paper(), {0, 0, page.width, page.height});
       vectors.Save();
@@ -262,7 +261,7 @@ void Workbench::PrintOn(QPrinter& printer) {
     return;
   }
   qt::PlotWidget& plot = plots_->Current();
-  const Screen screen{qt::kTwipsPerPixel, qt::kTwipsPerPixel};
+  const Screen screen{kTwipsPerPixel, kTwipsPerPixel};
   const auto paper = std::make_shared<qt::QtPaper>(painter, screen);
   const QRectF page = printer.paperRect(QPrinter::Inch);
   const PageSize size = {static_cast<float>(page.width() * kTwipsPerInch),

@@ -251,7 +251,7 @@ void LineScan::ApplyBackColor(Colour colour) {
 void LineScan::ShowWafer(Indicator& indicator) {
   Attempt([&] {
     Surface& surface = *indicator.wafer_picture.picture;
-    surface.ScaleMode(3);  // the marker's scale is in millimetres
+    surface.ScaleMode(Surface::kPixels);  // the marker's scale is in millimetres
     float centre_x = 33;
     float centre_y = 33;
     wafer_.FlatNotchShow(&indicator.frame, surface, centre_x, centre_y, 20, 0, 90);

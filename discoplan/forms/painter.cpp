@@ -13,7 +13,6 @@ namespace {
 
 constexpr Colour kEdge = 0xA8A8A8;
 constexpr Colour kButtonFill = 0xF4F4F4;
-constexpr double kTwipsPerPoint = 20;
 constexpr double kTitleIndent = 120;  // twips from a frame's corner to its title
 // Twips of boxes to tick, and of options in a group.
 constexpr float kTickSide = 180;

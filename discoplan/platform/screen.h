@@ -3,10 +3,15 @@
 
 namespace discoplan {
 
-/// Resolution of a screen or another device. 1440 twips are an inch.
+inline constexpr double kTwipsPerInch = 1440;
+inline constexpr double kTwipsPerPoint = 20;
+/// Of a screen that isn't scaled.
+inline constexpr float kTwipsPerPixel = 15;
+
+/// Resolution of a screen or another device.
 struct Screen {
-  float twips_per_pixel_x = 15;
-  float twips_per_pixel_y = 15;
+  float twips_per_pixel_x = kTwipsPerPixel;
+  float twips_per_pixel_y = kTwipsPerPixel;
 };
 
 }  // namespace discoplan

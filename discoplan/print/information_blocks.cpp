@@ -70,7 +70,7 @@ class LegendColumn {
         swatch_(ToFloat(Divide(kSwatch, page.TwipsPerPixelY()))),
         text_offset_(text_offset),
         text_width_(ToFloat(Divide(kTextWidth, page.TwipsPerPixelX()))) {
-    page_.printer().ScaleMode(3);
+    page_.printer().ScaleMode(Surface::kPixels);
     page_.printer().FillStyle(0);
   }
 

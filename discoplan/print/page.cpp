@@ -13,8 +13,6 @@ namespace discoplan {
 namespace {
 
 constexpr Colour kFrameColour = 0x404040;
-constexpr std::int16_t kTwips = 1;
-constexpr std::int16_t kPixels = 3;
 
 double Radians(double degrees) { return degrees * wafer::kPi / 180; }
 
@@ -110,7 +108,7 @@ void Page::ResetPrinterObj() {
   printer_.FontName("Arial");
   printer_.FontSize(8);
   printer_.FontTransparent(true);
-  printer_.ScaleMode(kTwips);
+  printer_.ScaleMode(Surface::kTwips);
   printer_.DrawWidth(1);
   printer_.DrawStyle(0);
   printer_.FillStyle(0);
@@ -127,7 +125,7 @@ void Page::Print(const std::string& text, double x, double y) {
 void Page::DrawTitledFrame(const std::string& caption, float left, float top, float width,
                            float height) {
   ResetPrinterObj();
-  printer_.ScaleMode(kTwips);
+  printer_.ScaleMode(Surface::kTwips);
   const double text_width = printer_.TextWidth(caption);
   const double text_height = printer_.TextHeight(caption);
   printer_.DrawWidth(LineWidth(3, 2));
@@ -191,7 +189,7 @@ void Page::DrawStyleBlock(float x, float y, const GlyphView& view) {
 
 void Page::DrawFlatNotchGlyph(float x, float y, float radius, const GlyphView& view) {
   ResetPrinterObj();
-  printer_.ScaleMode(kPixels);
+  printer_.ScaleMode(Surface::kPixels);
   printer_.DrawWidth(LineWidth(2, 1));
   const Glyph glyph = {.x = ToFloat(Divide(x, TwipsPerPixelX())),
                        .y = ToFloat(Divide(y, TwipsPerPixelY())),

@@ -67,7 +67,7 @@ void PrintMap(Page page, const MapForm& form, PageArea& area, const std::string&
     area.left = map.left;
     area.top = map.top;
   }
-  page.printer().ScaleMode(3);
+  page.printer().ScaleMode(Surface::kPixels);
   draw(page.printer(), OnPage(map));
   page.ResetPrinterObj();
   if (form.frame_first) return;
@@ -124,7 +124,7 @@ void DrawHistogram(Page page, wafer& source, const PageArea& area, const Histogr
                   .colour = kPalette[1],
                   .shape = LineShape::Box});
   });
-  Attempt([&] { printer.ScaleMode(3); });
+  Attempt([&] { printer.ScaleMode(Surface::kPixels); });
   Attempt([&] {
     source.Statistic(print.plot_type, printer, printer,
                      {.left = ToFloat(left),
@@ -137,7 +137,7 @@ void DrawHistogram(Page page, wafer& source, const PageArea& area, const Histogr
                       .plot_top = ToFloat(top),
                       .mode = kPartOfPage});
   });
-  Attempt([&] { printer.ScaleMode(1); });
+  Attempt([&] { printer.ScaleMode(Surface::kTwips); });
   Attempt([&] { page.ResetPrinterObj(); });
 }
 
@@ -200,7 +200,7 @@ void PrintWafer::Print_2DPlot_THN(wafer& source, PageArea& area, const MapPrint&
   const float side = Side(area.width, area.height);
   const float left = ToFloat(area.left + (static_cast<double>(area.width) - side) / 2);
   const float top = ToFloat(area.top + line + line / 2);
-  page.printer().ScaleMode(3);
+  page.printer().ScaleMode(Surface::kPixels);
   source.D2Plot(page.printer(), print.resolution, kIntervalColours, 0, false,
                 {left, top, side, side, kPartOfPage});
   page.ResetPrinterObj();
@@ -218,7 +218,7 @@ void PrintWafer::Print_2DSigmaPlot_THN(wafer& source, PageArea& area, const MapP
   const PageArea map = Middle(area.left, top, area.width, area.height);
   area.left = map.left;
   area.top = map.top;
-  page.printer().ScaleMode(3);
+  page.printer().ScaleMode(Surface::kPixels);
   source.D2Plot(page.printer(), print.resolution, kSigmaColours, print.sigma_range, false,
                 OnPage(map));
   page.ResetPrinterObj();

@@ -41,7 +41,7 @@ const wafer& viewbitmap::WaferOrRaise() const {
 void viewbitmap::Resetbitobj() {
   Picture& picture = BitmapOrRaise();
   picture.FontTransparent(true);
-  picture.ScaleMode(1);
+  picture.ScaleMode(Surface::kTwips);
   picture.DrawWidth(1);
   picture.DrawStyle(0);
   picture.FillStyle(0);

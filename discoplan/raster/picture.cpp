@@ -11,9 +11,6 @@
 namespace discoplan {
 namespace {
 
-constexpr std::int16_t kTwips = 1;
-constexpr std::int16_t kPixels = 3;
-constexpr double kTwipsPerPoint = 20;
 constexpr int kMostPixels = 32767;            // along one side
 constexpr int kMostPixelsTogether = 1 << 26;  // what lies below them isn't kept
 

@@ -95,6 +95,10 @@ class DISCOPLAN_EXPORT Surface : public Object {
  public:
   enum class Kind { Picture, Printer, Other };
 
+  // Values of `ScaleMode`.
+  static constexpr std::int16_t kTwips = 1;
+  static constexpr std::int16_t kPixels = 3;
+
   virtual Kind kind() const = 0;
   bool IsPicture() const { return kind() == Kind::Picture; }
   bool IsPrinter() const { return kind() == Kind::Printer; }
@@ -123,7 +127,6 @@ class DISCOPLAN_EXPORT Surface : public Object {
   void FontTransparent(bool value) {
     Write(state_.font_transparent, value, SurfaceState::FontTransparent);
   }
-  /// 1 twips, 3 pixels.
   std::int16_t ScaleMode() const { return state_.scale_mode; }
   void ScaleMode(std::int16_t value) { Write(state_.scale_mode, value, SurfaceState::ScaleMode); }
   float ScaleLeft() const { return state_.scale_left; }
@@ -194,7 +197,7 @@ class DISCOPLAN_EXPORT Surface : public Object {
     std::int16_t fill_style = 1;
     std::int16_t draw_style = 0;
     std::int16_t draw_width = 1;
-    std::int16_t scale_mode = 3;
+    std::int16_t scale_mode = kPixels;
     bool font_transparent = true;
     SurfacePoint current;
     float scale_left = 0;

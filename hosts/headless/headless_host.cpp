@@ -11,7 +11,6 @@
 namespace discoplan {
 namespace {
 
-constexpr double kTwipsPerPoint = 20;
 /// Few enough to stay in the processor's cache.
 constexpr int kStripRows = 64;
 

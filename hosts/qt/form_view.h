@@ -15,9 +15,6 @@
 
 namespace discoplan::qt {
 
-/// Twips of a logical pixel; an inch has 96.
-inline constexpr float kTwipsPerPixel = 15;
-
 /// The application's font in the size that forms are laid out for.
 DISCOPLAN_EXPORT QFont FormFont(const discoplan::Font& font);
 

@@ -15,13 +15,11 @@
 namespace discoplan::qt {
 namespace {
 
-constexpr float kTwipsPerInch = 1440;
-constexpr std::int16_t kTwips = 1;
 constexpr std::int16_t kNoOutline = 5;
 
 Screen ResolutionOf(const QPaintDevice& device) {
-  return {kTwipsPerInch / static_cast<float>(device.logicalDpiX()),
-          kTwipsPerInch / static_cast<float>(device.logicalDpiY())};
+  return {static_cast<float>(kTwipsPerInch / device.logicalDpiX()),
+          static_cast<float>(kTwipsPerInch / device.logicalDpiY())};
 }
 
 QPolygonF PolygonOf(std::span<const PixelPoint> points) {

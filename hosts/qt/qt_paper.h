@@ -56,7 +56,7 @@ class DISCOPLAN_EXPORT QtPaper final : public Surface {
 
  private:
   void TakeScale();
-  bool InTwips() const { return state_.scale_mode == 1; }
+  bool InTwips() const { return state_.scale_mode == kTwips; }
   double PixelsPerUnitX() const { return InTwips() ? 1 / TwipsPerPixelX() : 1; }
   double PixelsPerUnitY() const { return InTwips() ? 1 / TwipsPerPixelY() : 1; }
   QPointF Pixel(const SurfacePoint& point) const;

@@ -8,8 +8,6 @@
 namespace discoplan {
 namespace {
 
-constexpr std::int16_t kTwips = 1;
-
 bool BeginsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }
 
 }  // namespace
