@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include "discoplan/forms/painter.h"
 #include "hosts/headless/png_file.h"
@@ -14,7 +13,11 @@ namespace {
 /// Few enough to stay in the processor's cache.
 constexpr int kStripRows = 64;
 
-std::pair<int, int> PixelsOf(const PlotControl& control, const HeadlessHost& host) {
+struct PixelSize {
+  int width, height;
+};
+
+PixelSize PixelsOf(const PlotControl& control, const HeadlessHost& host) {
   const TwipsBox& box = control.root().box;
   const Screen& screen = host.screen();
   return {static_cast<int>(std::lround(box.width / screen.twips_per_pixel_x)),
@@ -38,8 +41,8 @@ void HeadlessHost::Show(const Message& message) {
 }
 
 Canvas PaintPicture(const PlotControl& control, const HeadlessHost& host) {
-  const auto [width, height] = PixelsOf(control, host);
-  Canvas canvas(width, height, PixelOf(kWhite));
+  const PixelSize size = PixelsOf(control, host);
+  Canvas canvas(size.width, size.height, PixelOf(kWhite));
   PaintTree(control.root(), canvas,
             {.resolution = host.screen(), .text = host.text(), .buttons = false});
   return canvas;
@@ -47,16 +50,16 @@ Canvas PaintPicture(const PlotControl& control, const HeadlessHost& host) {
 
 void SavePicture(const PlotControl& control, const HeadlessHost& host,
                  const std::filesystem::path& file) {
-  const auto [width, height] = PixelsOf(control, host);
-  Canvas strip(width, std::min(height, kStripRows), PixelOf(kWhite));
+  const PixelSize size = PixelsOf(control, host);
+  Canvas strip(size.width, std::min(size.height, kStripRows), PixelOf(kWhite));
   const auto rows_from = [&](int top) {
-    strip.Resize(width, std::min(kStripRows, height - top), PixelOf(kWhite));
+    strip.Resize(size.width, std::min(kStripRows, size.height - top), PixelOf(kWhite));
     strip.Clear(PixelOf(kWhite));
     PaintTree(control.root(), strip,
               {.resolution = host.screen(), .text = host.text(), .buttons = false, .top = top});
     return std::span<const Pixel>(strip.Pixels());
   };
-  WritePng(file, PngStrips{.width = width, .height = height, .rows_from = rows_from});
+  WritePng(file, PngStrips{.width = size.width, .height = size.height, .rows_from = rows_from});
 }
 
 }  // namespace discoplan

@@ -220,10 +220,12 @@ TEST_F(PngFile, PicturesWithoutPixelsOrWithOthersAreRefused) {
 
 TEST_F(PngFile, StripsHaveTheBytesOfTheWhole) {
   constexpr int kHeight = 33;
-  for (const std::size_t colours : {1, 2, 5, 17, 256, 257, 900}) {
+  for (const unsigned colours : {1u, 2u, 5u, 17u, 256u, 257u, 900u}) {
     std::vector<Pixel> pixels = Noise(31 * kHeight, colours, 1);
     // Rows that repeat within a strip and across its end.
-    for (const int row : {7, 8, 9, 20}) std::copy_n(&pixels[31 * 6], 31, &pixels[31u * row]);
+    for (const unsigned row : {7u, 8u, 9u, 20u}) {
+      std::copy_n(&pixels[31 * 6], 31, &pixels[31 * row]);
+    }
     const Bytes whole = EncodePng({.pixels = pixels, .width = 31, .height = kHeight});
     for (const int rows : {1, 2, 8, 32, 33, 40}) {
       std::vector<Pixel> strip;  // which the next one takes the place of
