@@ -1,6 +1,6 @@
 # A thin front over the CMake presets. `make help` lists what there is.
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench pictures format packages
+.PHONY: help demo test bench docs pictures format packages
 
 SOURCES = git ls-files '*.h' '*.cpp'
 
@@ -26,6 +26,12 @@ bench: packages ## Build, and run the benchmarks
 	@bench/ratios build/bench/bench/discoplan-bench
 	@cmake --build --preset bench --target discoplan-program -- --quiet
 	@bench/whole_process build/bench/apps/discoplan/discoplan
+
+docs: packages ## Write the page of the controls' members in docs/ anew
+	@cmake --preset release --log-level=WARNING > /dev/null
+	@cmake --build --preset release --target discoplan-members -- --quiet
+	@build/release/docs/discoplan-members . > build/members.md
+	@mv build/members.md docs/members.md
 
 pictures: packages ## Take the pictures in docs/ anew
 	@cmake --preset release --log-level=WARNING > /dev/null
