@@ -1,8 +1,9 @@
 # A thin front over the CMake presets. `make help` lists what there is.
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench docs pictures format packages
+.PHONY: help demo test bench docs pictures lint format packages
 
 SOURCES = git ls-files '*.h' '*.cpp'
+LINTED = $(if $(FILES),echo $(FILES),git ls-files 'discoplan/*.cpp' 'hosts/*.cpp' 'apps/*.cpp')
 
 help: ## Show this list
 	@grep -E '^[a-z]+:.*##' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## /  make \1\t/' | expand -t 16
@@ -37,6 +38,12 @@ pictures: packages ## Take the pictures in docs/ anew
 	@cmake --preset release --log-level=WARNING > /dev/null
 	@cmake --build --preset release --target all discoplan-pictures -- --quiet
 	@scripts/pictures build/release
+
+lint: packages ## Look for mistakes by clang-tidy-14, in all sources or in FILES="A.cpp B.cpp"
+	@command -v clang-tidy-14 > /dev/null || { echo 'Install clang-tidy-14 first.'; exit 1; }
+	@cmake --preset release --log-level=WARNING -D CMAKE_EXPORT_COMPILE_COMMANDS=ON > /dev/null
+	@cmake --build --preset release -- --quiet
+	@$(LINTED) | xargs -n 1 -P $$(nproc) clang-tidy-14 -p build/release --quiet
 
 format: packages ## Format all sources
 	@$(SOURCES) | xargs clang-format-14 -i

@@ -49,7 +49,8 @@ or printer. `SetWaferData` and `SetDataFile` give a [result code](data-files.md#
 std::string HeaderOf(std::string_view class_name) {
   std::string file;
   bool after_small = false;
-  for (const unsigned char letter : class_name) {
+  for (const char character : class_name) {
+    const auto letter = static_cast<unsigned char>(character);
     if (after_small && std::isupper(letter) != 0) file += '_';
     file += static_cast<char>(std::tolower(letter));
     after_small = std::islower(letter) != 0;
