@@ -239,6 +239,7 @@ class TreePainter {
   }
 
   void Stretch(const Canvas& source, const Box& box) {
+    if (source.Width() == box.Width() && source.Height() == box.Height()) return Copy(source, box);
     if (source.Pixels().empty()) return;
     const Visible seen = VisibleOf(box);
     const auto scaled = [](int at, int from, int to) {
