@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <span>
 #include <vector>
 
 #include "discoplan/core/lattice_interpolation.h"
@@ -20,23 +22,33 @@ struct LatticePosition {
 };
 
 /// The interpolated values of a lattice that is walked line by line, computed a few lines ahead.
-/// `Lattice` has `Position(i, j)` and `IsWanted(i, j)`; a point that isn't wanted may be asked for
-/// all the same.
+/// `Lattice` has `Position(i, j)` and `IsWanted(i, j)`, which is true only of positions within
+/// 32-bit floats.
 template <class Lattice>
 class LatticeValues {
  public:
-  LatticeValues(const wafer& source, const Lattice& lattice, int columns)
-      : source_(source), lattice_(lattice), interpolation_(source), columns_(columns) {}
+  LatticeValues(const wafer& source, const Lattice& lattice, int columns, int lines)
+      : source_(source),
+        lattice_(lattice),
+        interpolation_(source),
+        columns_(columns),
+        lines_(lines) {}
 
-  /// `Overflow` for a position that isn't within 32-bit floats.
-  float At(int i, int j) {
-    const LatticePosition at = lattice_.Position(i, j);
-    const float x = ToFloat(at.x);
-    const float y = ToFloat(at.y);
+  /// The values along a line, with an `x` that is not a number at points that aren't wanted.
+  std::span<const Site> Line(int j) {
     Strip& strip = strips_[static_cast<std::size_t>(j / kLines % 2)];
     if (strip.number != j / kLines) Fill(strip, j / kLines);
-    const Site& point = strip.points[static_cast<std::size_t>(j % kLines * columns_ + i)];
-    return std::isnan(point.x) ? source_.Interpolation(x, y) : point.z;
+    return std::span(strip.points)
+        .subspan(static_cast<std::size_t>(j % kLines * columns_),
+                 static_cast<std::size_t>(columns_));
+  }
+
+  /// The value anywhere, given its line; `Overflow` for a position that isn't within 32-bit floats.
+  float At(std::span<const Site> line, int i, int j) const {
+    const Site& point = line[static_cast<std::size_t>(i)];
+    if (!std::isnan(point.x)) return point.z;
+    const LatticePosition at = lattice_.Position(i, j);
+    return source_.Interpolation(ToFloat(at.x), ToFloat(at.y));
   }
 
  private:
@@ -48,15 +60,17 @@ class LatticeValues {
   };
 
   void Fill(Strip& strip, int number) {
+    const int first = number * kLines;
+    const int end = std::min(first + kLines, lines_);
     strip.number = number;
-    strip.points.clear();
-    for (int j = number * kLines; j < (number + 1) * kLines; ++j) {
+    strip.points.resize(static_cast<std::size_t>((end - first) * columns_));
+    Site* point = strip.points.data();
+    for (int j = first; j < end; ++j) {
       for (int i = 0; i < columns_; ++i) {
         const LatticePosition at = lattice_.Position(i, j);
-        strip.points.push_back({.x = lattice_.IsWanted(i, j)
-                                         ? static_cast<float>(at.x)
-                                         : std::numeric_limits<float>::quiet_NaN(),
-                                .y = static_cast<float>(at.y)});
+        *point++ = {.x = lattice_.IsWanted(i, j) ? static_cast<float>(at.x)
+                                                 : std::numeric_limits<float>::quiet_NaN(),
+                    .y = static_cast<float>(at.y)};
       }
     }
     interpolation_.Evaluate(strip.points, static_cast<std::size_t>(columns_));
@@ -66,6 +80,7 @@ class LatticeValues {
   const Lattice& lattice_;
   const LatticeInterpolation interpolation_;
   const int columns_;
+  const int lines_;
   std::array<Strip, 2> strips_;  // a cell has corners in two lines
 };
 
