@@ -249,6 +249,9 @@ class TreePainter {
   }
 
   void Stretch(const Canvas& source, const Box& place) {
+    if (source.Width() == place.Width() && source.Height() == place.Height()) {
+      return Copy(source, place);
+    }
     if (source.Pixels().empty()) return;
     const Box box = OnCanvas(place);
     const Visible seen = VisibleOf(box);

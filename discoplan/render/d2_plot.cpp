@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <span>
+#include <vector>
 
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
@@ -25,7 +27,9 @@ struct Lattice {
   std::int16_t n = 0;
   double cell = 0;
 
-  double At(int index) const { return (n - index) * cell; }
+  int Cells() const { return 2 * n; }
+  int Lines() const { return 2 * n + 1; }
+  double At(int line) const { return (n - line) * cell; }
   double Side() const { return 2 * n * cell; }
 };
 
@@ -45,20 +49,23 @@ Lattice MakeLattice(Step&& step, double test_diameter, double diameter, double r
 /// its edge are repaired.
 class MapPoints {
  public:
-  MapPoints(const Lattice& lattice, const TestArea& area) : lattice_(lattice), area_(area) {}
+  MapPoints(const Lattice& lattice, const TestArea& area) : lattice_(lattice), area_(area) {
+    for (int k = 0; k < lattice.Lines(); ++k) {
+      const double at = lattice.At(k);
+      inward_.push_back(std::copysign(std::max(std::abs(at) - lattice.cell, 0.0), at));
+    }
+  }
 
   LatticePosition Position(int i, int j) const { return {lattice_.At(i), lattice_.At(j)}; }
   bool IsWanted(int i, int j) const {
-    return area_.ContainsOrTouches(Inward(lattice_.At(i)), Inward(lattice_.At(j)));
+    return area_.ContainsOrTouches(inward_[static_cast<std::size_t>(i)],
+                                   inward_[static_cast<std::size_t>(j)]);
   }
 
  private:
-  double Inward(double at) const {
-    return std::copysign(std::max(std::abs(at) - lattice_.cell, 0.0), at);
-  }
-
   const Lattice& lattice_;
   const TestArea& area_;
+  std::vector<double> inward_;  // by line: the next one towards the middle
 };
 
 /// Paints the cells of a map, row by row from the top, each row from the right edge to the left.
@@ -80,7 +87,8 @@ class MapPainter {
         values_(ValueScale::Of(source)),
         area_(source, frame),
         points_(lattice_, area_),
-        interpolated_(source, points_, 2 * lattice.n + 1, 2 * lattice.n + 1) {}
+        interpolated_(source, points_, lattice.Lines(), lattice.Lines()),
+        pixels_(static_cast<std::size_t>(lattice.Lines())) {}
 
   void Paint() {
     const double floor = source_.ScaleFloor;
@@ -88,17 +96,33 @@ class MapPainter {
     sigma_low_ = HeightOf(source_.mean - style_.sigma_range * source_.StdDev);
     sigma_high_ = HeightOf(source_.mean + style_.sigma_range * source_.StdDev);
     PaintDisc();
+    PlaceLines();
     WalkCells(
-        2 * lattice_.n, 2 * lattice_.n,
-        [&](float& height, int i, int j) { Evaluate(height, i, j); },
-        [&](const LatticeCell& cell) { PaintCell(cell); }, [&] { frame_.Refresh(); });
+        frame_, lattice_.Cells(), lattice_.Cells(),
+        [&](int j) {
+          return LineHeights{*this, j, lattice_.At(j), interpolated_.Line(j)};
+        },
+        [&](const LatticeCell& cell) { PaintCell(cell); });
     frame_.Refresh();
   }
 
  private:
-  double HeightOf(double value) const { return values_.Height(value, scale_, source_.ScaleFloor); }
+  /// Off the wafer the height is exactly zero, which stands for no data. The top line leaves out
+  /// the test circle itself; all lines below take it in.
+  struct LineHeights {
+    const MapPainter& map;
+    int j;
+    double y;
+    std::span<const Site> values;
 
-  float InterpolatedHeight(int i, int j) { return ToFloat(HeightOf(interpolated_.At(i, j))); }
+    float operator()(int i) const {
+      const double x = map.lattice_.At(i);
+      const bool inside = j == 0 ? map.area_.Contains(x, y) : map.area_.ContainsOrTouches(x, y);
+      return inside ? ToFloat(map.HeightOf(map.interpolated_.At(values, i, j))) : 0.0F;
+    }
+  };
+
+  double HeightOf(double value) const { return values_.Height(value, scale_, source_.ScaleFloor); }
 
   void PaintDisc() {
     frame_([&] { surface_.FillColor(kWhite); });
@@ -106,17 +130,6 @@ class MapPainter {
       surface_.Circle({.centre = {ToFloat(frame_.CentreX()), ToFloat(frame_.CentreY())},
                        .radius = ToFloat(scale_ * source_.TestDiameter / 2),
                        .colour = kWhite});
-    });
-  }
-
-  /// Off the wafer the height is exactly zero, which stands for no data. The top line leaves out
-  /// the test circle itself; all lines below take it in.
-  void Evaluate(float& height, int i, int j) {
-    const double x = lattice_.At(i);
-    const double y = lattice_.At(j);
-    frame_([&] {
-      const bool inside = j == 0 ? area_.Contains(x, y) : area_.ContainsOrTouches(x, y);
-      height = inside ? InterpolatedHeight(i, j) : 0.0F;
     });
   }
 
@@ -136,21 +149,44 @@ class MapPainter {
 
   /// Extends a cell at the edge past the circle instead of pulling its mean down.
   void Repair(LatticeCell& cell) {
-    for (const LatticeCell::Corner& corner : cell.Outline()) {
+    for (const LatticeCell::Corner& corner : LatticeCell::kOutline) {
       float& height = cell.heights[corner.height];
       if (height != 0) continue;
-      frame_([&] { height = InterpolatedHeight(corner.i, corner.j); });
+      const int i = cell.i + corner.across;
+      const int j = cell.j + corner.down;
+      frame_([&] { height = ToFloat(HeightOf(interpolated_.At(interpolated_.Line(j), i, j))); });
     }
   }
 
   void PlaceCorners(const LatticeCell& cell) {
+    if (frame_.Dropped() != dropped_) PlaceLines();
+    if (lines_placed_) {
+      const PixelPoint* pixels = pixels_.data();
+      const PixelPoint from{pixels[cell.i].x, pixels[cell.j].y};
+      const PixelPoint to{pixels[cell.i + 1].x, pixels[cell.j + 1].y};
+      corners_ = {{from, {to.x, from.y}, to, {from.x, to.y}}};
+      return;
+    }
     PixelPoint* pixel = corners_.data();
-    for (const LatticeCell::Corner& corner : cell.Outline()) {
-      frame_([&] { pixel->x = ToInt32(frame_.CentreX() + scale_ * lattice_.At(corner.i)); });
-      frame_([&] { pixel->y = ToInt32(frame_.CentreY() - scale_ * lattice_.At(corner.j)); });
+    for (const LatticeCell::Corner& corner : LatticeCell::kOutline) {
+      frame_([&] { pixel->x = PixelX(cell.i + corner.across); });
+      frame_([&] { pixel->y = PixelY(cell.j + corner.down); });
       ++pixel;
     }
   }
+
+  /// All at once, unless the step of one fails: it is to be dropped in its turn then.
+  void PlaceLines() {
+    dropped_ = frame_.Dropped();
+    lines_placed_ = Attempt([&] {
+      for (int k = 0; k < lattice_.Lines(); ++k) {
+        pixels_[static_cast<std::size_t>(k)] = {PixelX(k), PixelY(k)};
+      }
+    });
+  }
+
+  std::int32_t PixelX(int i) const { return ToInt32(frame_.CentreX() + scale_ * lattice_.At(i)); }
+  std::int32_t PixelY(int j) const { return ToInt32(frame_.CentreY() - scale_ * lattice_.At(j)); }
 
   void ChooseColour() {
     if (style_.kind == kIntervalColours) {
@@ -172,6 +208,9 @@ class MapPainter {
   const TestArea area_;
   const MapPoints points_;
   LatticeValues<MapPoints> interpolated_;
+  std::vector<PixelPoint> pixels_;  // where the lattice lines lie, as columns and as rows,
+  bool lines_placed_ = false;       // if they all fit,
+  unsigned dropped_ = 0;            // after so many dropped steps
   double step_ = 0;
   double sigma_low_ = 0;
   double sigma_high_ = 0;

@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <span>
+#include <vector>
 
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
@@ -143,10 +145,16 @@ class SurfacePainter {
         style_(style),
         area_(source, frame),
         points_(grid, area_),
-        interpolated_(source, points_, grid.Columns() + 1, grid.Rows() + 1) {
+        interpolated_(source, points_, grid.Columns() + 1, grid.Rows() + 1),
+        line_(static_cast<std::size_t>(grid.Columns())) {
     const ValueScale values = ValueScale::Of(source);
-    top_ = HeightOf(values.high);
-    bottom_ = HeightOf(values.low);
+    const double top = HeightOf(values.high);
+    const double bottom = HeightOf(values.low);
+    flat_ = top == bottom;
+    const double step = (top - bottom) / 10;
+    for (std::size_t k = 0; k < ends_.size(); ++k) {
+      ends_[k] = static_cast<float>(top - static_cast<double>(k) * step);
+    }
     frame_([&] {
       sigma_low_ = ToFloat(HeightOf(source_.mean - style_.sigma_range * source_.StdDev));
     });
@@ -157,21 +165,33 @@ class SurfacePainter {
 
   void Paint() {
     WalkCells(
-        grid_.Columns(), grid_.Rows(), [&](float& height, int i, int j) { Evaluate(height, i, j); },
-        [&](const LatticeCell& cell) { PaintCell(cell); }, [&] { frame_.Refresh(); });
+        frame_, grid_.Columns(), grid_.Rows(),
+        [&](int j) {
+          return LineHeights{*this, interpolated_.Line(j)};
+        },
+        [&](const LatticeCell& cell) { PaintCell(cell); });
   }
 
  private:
+  /// Off the wafer the height is exactly zero: the plate.
+  struct LineHeights {
+    const SurfacePainter& painter;
+    std::span<const Site> values;
+
+    float operator()(int i) const {
+      const Site& point = values[static_cast<std::size_t>(i)];
+      return std::isnan(point.x) ? 0.0F : ToFloat(painter.HeightOf(point.z));
+    }
+  };
+
+  struct PlacedCorner {
+    PixelPoint pixel;
+    unsigned dropped;  // steps, by then
+  };
+
   double HeightOf(double value) const {
     const double floor = source_.ScaleFloor;
     return (value - floor) * full_height_ / (source_.Maximum - floor);
-  }
-
-  /// Off the wafer the height is exactly zero: the plate.
-  void Evaluate(float& height, int i, int j) {
-    frame_([&] {
-      height = points_.IsWanted(i, j) ? ToFloat(HeightOf(interpolated_.At(i, j))) : 0.0F;
-    });
   }
 
   void PaintCell(const LatticeCell& cell) {
@@ -184,34 +204,51 @@ class SurfacePainter {
   }
 
   void PlaceCorners(const LatticeCell& cell) {
-    PixelPoint* pixel = corners_.data();
-    for (const LatticeCell::Corner& corner : cell.Outline()) {
-      frame_([&] { pixel->x = ToInt32(grid_.X(frame_.CentreX(), corner.i, corner.j, scale_)); });
-      frame_([&] {
-        pixel->y = ToInt32(grid_.Y(static_cast<double>(frame_.top) + frame_.height, corner.i,
-                                   corner.j, scale_, cell.heights[corner.height]));
-      });
-      ++pixel;
+    constexpr const auto& kOutline = LatticeCell::kOutline;
+    const auto x = [&](std::size_t k) {
+      return ToInt32(grid_.X(frame_.CentreX(), cell.i + kOutline[k].across,
+                             cell.j + kOutline[k].down, scale_));
+    };
+    const auto y = [&](std::size_t k) {
+      return ToInt32(grid_.Y(static_cast<double>(frame_.top) + frame_.height,
+                             cell.i + kOutline[k].across, cell.j + kOutline[k].down, scale_,
+                             cell.heights[kOutline[k].height]));
+    };
+    const auto pixel = [&](std::size_t k) { return PixelPoint{x(k), y(k)}; };
+    // The cell before and the one above share a side, unless a step was dropped since.
+    PlacedCorner& below = line_[static_cast<std::size_t>(cell.i)];
+    const unsigned dropped = frame_.Dropped();
+    const bool follows = cell.i > 0 && dropped_ == dropped;
+    const bool has_above = cell.j > 0 && below.dropped == dropped;
+    dropped_ = dropped;
+    const bool placed = Attempt([&] {
+      const PixelPoint first = follows ? corners_[1] : pixel(0);
+      const PixelPoint last = follows ? corners_[2] : pixel(3);
+      corners_ = {{first, has_above ? below.pixel : pixel(1), pixel(2), last}};
+      below = {corners_[2], dropped};
+    });
+    if (placed) return;
+    for (std::size_t k = 0; k < kOutline.size(); ++k) {
+      frame_([&] { corners_[k].x = x(k); });
+      frame_([&] { corners_[k].y = y(k); });
     }
   }
 
   Colour FillOf(const LatticeCell& cell) {
     if (style_.kind == kLinesOnly || style_.kind == kWhiteFaces) return kWhite;
     ChooseColour();
-    if (height_ == 0 || cell.CornersOff() > 0) colour_ = kUnpainted;
+    if (height_ == 0 || !cell.IsWhole()) colour_ = kUnpainted;
     if (colour_ != kUnpainted) return ToColour(colour_);
     return style_.from_above ? kPlateFromAbove : kWhite;
   }
 
   void ChooseColour() {
-    const bool flat = top_ == bottom_;
     if (style_.kind == kSigmaColours) {
-      colour_ = BandColour(source_, flat, height_, sigma_low_, sigma_high_);
+      colour_ = BandColour(source_, flat_, height_, sigma_low_, sigma_high_);
       return;
     }
-    const double step = (top_ - bottom_) / 10;
-    const auto end = [&](double k) { return static_cast<float>(top_ - k * step); };
-    ChooseIntervalColour(source_, flat, ClassBetween(height_, end), colour_);
+    const auto end = [&](std::size_t k) { return ends_[k]; };
+    ChooseIntervalColour(source_, flat_, ClassBetween(height_, end), colour_);
   }
 
   const wafer& source_;
@@ -224,10 +261,12 @@ class SurfacePainter {
   const TestArea area_;
   const SurfacePoints points_;
   LatticeValues<SurfacePoints> interpolated_;
-  double top_ = 0;  // of the classes
-  double bottom_ = 0;
+  bool flat_ = false;
+  std::array<float, 10> ends_;  // of the classes, from the top
   float sigma_low_ = 0;
   float sigma_high_ = 0;
+  unsigned dropped_ = 0;            // steps, when the last cell was placed
+  std::vector<PlacedCorner> line_;  // below the last cells, of all columns
   // A failing step leaves these as the last cell had them.
   std::array<PixelPoint, 4> corners_{};
   float height_ = 0;

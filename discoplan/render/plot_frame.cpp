@@ -46,6 +46,7 @@ void PlotFrame::MeasureRectangle() {
 }
 
 void PlotFrame::FallBack() {
+  ++dropped_;
   const bool all = rounding_ == Rounding::All;
   const auto pixels = [](float twips) { return twips / kFallBackTwipsPerPixel; };
   Attempt([&] { left = Side(pixels(area_.left), all); });

@@ -44,6 +44,9 @@ class PlotFrame {
     if (!Attempt(step)) FallBack();
   }
 
+  /// How many steps were dropped. As long as it stays the same, so does a measured rectangle.
+  unsigned Dropped() const { return dropped_; }
+
   void Refresh() {
     (*this)([&] { RefreshPicture(surface_); });
   }
@@ -70,6 +73,7 @@ class PlotFrame {
   Surface& surface_;
   const PlotArea area_;
   const Rounding rounding_;
+  unsigned dropped_ = 0;
 };
 
 }  // namespace discoplan

@@ -41,22 +41,20 @@ struct ValueScale {
 };
 
 /// The class, from 0 for the highest to 9, of a height; nothing for what is no number. Class k lies
-/// between `end(k)` and `end(k + 1)`; the first is open above and the last one below.
+/// between `end(k)` and `end(k + 1)`; the first is open above and the last one below. Where the
+/// ends rise, all else than the last class is the first one.
 template <class End>
 std::optional<std::size_t> ClassBetween(double height, End&& end) {
-  std::optional<std::size_t> found;
-  if (height >= end(1)) found = 0;
-  for (std::size_t k = 1; k < 9; ++k) {
-    const double above = static_cast<double>(k);
-    if (end(above + 1) <= height && height < end(above)) found = k;
+  for (std::size_t k = 9; k > 0; --k) {
+    if (height < end(k)) return k;
   }
-  if (height < end(9)) found = 9;
-  return found;
+  if (height >= end(1)) return 0;
+  return {};
 }
 
 /// The same where the classes are `step` high and the first begins at `top`.
 inline std::optional<std::size_t> IntervalClass(double height, double top, double step) {
-  return ClassBetween(height, [&](double k) { return top - k * step; });
+  return ClassBetween(height, [&](std::size_t k) { return top - static_cast<double>(k) * step; });
 }
 
 /// A cell whose colour is this number stays unpainted.

@@ -135,6 +135,17 @@ TEST_F(Painter, CopiesAPictureAndStretchesAnImage) {
   EXPECT_EQ(Painted(6, 4)[0], "#.....");
 }
 
+TEST_F(Painter, CopiesAnImageOfItsOwnSize) {
+  Node& image = Root(6, 4).Add(NodeKind::Image, "image", At(3, 1, 2, 2));
+  image.image = std::make_shared<Canvas>(2, 2, kRedPixel);
+  std::const_pointer_cast<Canvas>(image.image)->FillBox({1, 1, 1, 1}, kBlackPixel);
+  EXPECT_EQ(Painted(6, 4), (Rows{"......", "...rr.", "...r#.", "......"}));
+  image.box = At(-1, 3, 2, 2);
+  EXPECT_EQ(Painted(6, 4), (Rows{"......", "......", "......", "r....."}));
+  image.box = At(-1, -1, 2, 2);
+  EXPECT_EQ(Painted(6, 4), (Rows{"#.....", "......", "......", "......"}));
+}
+
 TEST_F(Painter, AFrameHasItsTitleInItsLine) {
   Node& frame = Root(40, 20, NodeKind::Frame);
   frame.text = "ab";

@@ -251,6 +251,32 @@ TEST_F(D3Plot, DependsNotOnWorkers) {
   EXPECT_TRUE(Trace(target, view, kIntervals) == alone);
 }
 
+TEST_F(D3Plot, CornersBeyond32BitsStayWhereTheLastCellHadThem) {
+  wafer target = LoadedWafer(FiveSites());
+  target.Maximum = std::nextafter(target.Minimum, 11.0F);  // heights of thousands of millions
+  const SurfaceView view = {.x_resolution = 30, .y_resolution = 30, .plot_scale = 4000};
+  const auto picture = NewPicture(900, 900);
+  target.D3Plot(*picture, view, kWhiteFaces, 0, false,
+                {.left = 0, .top = 0, .width = 4320, .height = 4320, .mode = 0});
+  PlainSurface plain{target, view, kWhiteFaces, 0, 0, 0, 900, 900};
+  auto expected = plain.Faces();
+  json last = json::parse("[[0, 0], [0, 0], [0, 0], [0, 0]]");
+  int stayed = 0;
+  for (Face& face : expected) {
+    for (std::size_t k = 0; k < last.size(); ++k) {
+      last[k][0] = face.corners[k][0];
+      if (face.corners[k][1] >= std::numeric_limits<std::int32_t>::min()) {
+        last[k][1] = face.corners[k][1];
+      } else {
+        ++stayed;
+      }
+    }
+    face.corners = last;
+  }
+  EXPECT_GT(stayed, 20);
+  EXPECT_EQ(Faces(picture->TakeTrace()), expected);
+}
+
 // Six cells of 25 mm to each side, at a pixel per mm: the cell at the back right comes first.
 TEST_F(D3Plot, SeenFromAboveTheGridIsFlatAndThePlateGreyUnlessPrinted) {
   const wafer target = LoadedWafer(FourSites(5));

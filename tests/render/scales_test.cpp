@@ -3,6 +3,8 @@
 
 #include <array>
 #include <cmath>
+#include <limits>
+#include <optional>
 
 #include "discoplan/core/wafer.h"
 #include "discoplan/render/label.h"
@@ -97,6 +99,34 @@ TEST(IntervalClass, IsClosedBelowAndOpenAbove) {
                                                  {1, 8},  {0.999, 9}, {0, 9}, {-50, 9}};
   for (const auto& [height, due] : rows) EXPECT_EQ(IntervalClass(height, 10, 1), due) << height;
   EXPECT_EQ(IntervalClass(std::nan(""), 10, 1), std::nullopt);
+}
+
+TEST(IntervalClass, IsTheLastOneThatFits) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const auto plain = [](double height, double top, double step) {
+    std::optional<std::size_t> found;
+    const auto end = [&](int k) { return top - k * step; };
+    if (height >= end(1)) found = 0;
+    for (int k = 1; k < 9; ++k) {
+      if (end(k + 1) <= height && height < end(k)) found = k;
+    }
+    if (height < end(9)) found = 9;
+    return found;
+  };
+  // Classes upside down and without extent among them.
+  for (const double step : {1.0, 0.1, 1e-300, 0.0, -0.0, -1e-300, -0.1, -1.0, 1e300, -1e300,
+                            infinity, -infinity, std::nan("")}) {
+    for (const double top : {0.0, 10.0, -3.3, 1e300, infinity, -infinity, std::nan("")}) {
+      for (int k = -40; k < 160; ++k) {
+        const double height = 10 - k * 0.125;
+        EXPECT_EQ(IntervalClass(height, top, step), plain(height, top, step))
+            << height << ' ' << top << ' ' << step;
+      }
+      for (const double height : {top, top - step, top - 9 * step, infinity, -infinity}) {
+        EXPECT_EQ(IntervalClass(height, top, step), plain(height, top, step));
+      }
+    }
+  }
 }
 
 }  // namespace
