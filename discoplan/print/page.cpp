@@ -7,14 +7,13 @@
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/raster/symbol_letters.h"
+#include "discoplan/render/angles.h"
 #include "discoplan/render/number_text.h"
 
 namespace discoplan {
 namespace {
 
 constexpr Colour kFrameColour = 0x404040;
-
-double Radians(double degrees) { return degrees * wafer::kPi / 180; }
 
 bool ContinuesCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
 

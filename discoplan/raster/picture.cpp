@@ -26,17 +26,15 @@ int Side(double pixels) {
   return pixels > 0 ? static_cast<int>(RoundHalfEven(std::min<double>(pixels, kMostPixels))) : 0;
 }
 
-Pixel ToPixel(Colour colour) {
+}  // namespace
+
+Pixel PixelOf(Colour colour) {
   constexpr Colour kSystem = 0x80000000;
   constexpr Colour kButtonFace = 0x8000000F;
   if (colour == kButtonFace) return 0xFFF0F0F0;
   if (colour & kSystem) return 0xFFC8C8C8;
   return 0xFF000000 | (colour & 0xFF) << 16 | (colour & 0xFF00) | (colour >> 16 & 0xFF);
 }
-
-}  // namespace
-
-Pixel PixelOf(Colour colour) { return ToPixel(colour); }
 
 Picture::Picture(const Setting& setting, float width, float height)
     : setting_(setting), canvas_(0, 0, PixelOf(kWhite)) {
@@ -94,13 +92,13 @@ double Picture::PixelsPerPoint() const {
 }
 
 inline Pen Picture::PenOf(std::optional<Colour> colour) const {
-  return {.pixel = ToPixel(colour.value_or(state_.fore_color)),
+  return {.pixel = PixelOf(colour.value_or(state_.fore_color)),
           .width = state_.draw_width,
           .visible = state_.draw_style != 5};
 }
 
 inline Brush Picture::BrushOf() const {
-  return {.pixel = ToPixel(state_.fill_color), .visible = state_.fill_style == 0};
+  return {.pixel = PixelOf(state_.fill_color), .visible = state_.fill_style == 0};
 }
 
 void Picture::Cls() {

@@ -6,6 +6,7 @@
 
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
+#include "discoplan/render/angles.h"
 #include "discoplan/render/plot_frame.h"
 #include "discoplan/render/surface.h"
 #include "discoplan/render/value_scale.h"
@@ -14,8 +15,6 @@ namespace discoplan {
 namespace {
 
 constexpr double kMargin = 10;  // pixels, both sides together
-
-double Radians(double degrees) { return degrees * wafer::kPi / 180; }
 
 /// A site on the turned wafer.
 struct Beam {

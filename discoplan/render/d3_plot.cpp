@@ -7,6 +7,7 @@
 
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
+#include "discoplan/render/angles.h"
 #include "discoplan/render/cell_walk.h"
 #include "discoplan/render/lattice_values.h"
 #include "discoplan/render/plot_frame.h"
@@ -25,8 +26,6 @@ constexpr std::int16_t kSigmaColours = 4;
 constexpr std::int16_t kFewestCells = 6;
 /// The system's colour of scroll bars.
 constexpr Colour kPlateFromAbove = 0x80000000;
-
-double Radians(double degrees) { return degrees * wafer::kPi / 180; }
 
 struct Direction {
   explicit Direction(double radians) : cosine(std::cos(radians)), sine(std::sin(radians)) {}

@@ -8,14 +8,13 @@
 
 #include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
+#include "discoplan/render/angles.h"
 #include "discoplan/render/label.h"
 #include "discoplan/render/plot_frame.h"
 #include "discoplan/render/surface.h"
 
 namespace discoplan {
 namespace {
-
-double Radians(double degrees) { return degrees * wafer::kPi / 180; }
 
 /// A wafer's outline seen at a tilt; angle 0 lies at the bottom.
 struct Outline {

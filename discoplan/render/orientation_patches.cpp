@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/render/orientation_patches.h"
+#include "discoplan/render/angles.h"
 
 #include <algorithm>
 #include <array>
@@ -12,8 +13,6 @@ namespace discoplan {
 namespace {
 
 constexpr int kHalf = 5;
-
-double Radians(double degrees) { return degrees * wafer::kPi / 180; }
 
 }  // namespace
 

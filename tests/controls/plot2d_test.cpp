@@ -277,8 +277,8 @@ TEST_F(Plot2DTest, TellsWhenAPitchHasBecomeTooLarge) {
 TEST_F(Plot2DTest, TakesOnlyArraysFromVariants) {
   const Variant array(FloatArray{.lower = 1, .values = {1, 2}, .dimensioned = true});
   EXPECT_EQ(plot_.SetWaferData_Variant(array, array, array), LoadResult::Loaded);
-  EXPECT_THROW(plot_.SetWaferData_Variant(array, array, Variant(3.0)), RunTimeError);
-  EXPECT_THROW(plot_.SetWaferData_Variant(Variant(), array, array), RunTimeError);
+  EXPECT_THROW((void)plot_.SetWaferData_Variant(array, array, Variant(3.0)), RunTimeError);
+  EXPECT_THROW((void)plot_.SetWaferData_Variant(Variant(), array, array), RunTimeError);
 }
 
 TEST_F(Plot2DTest, InterpolatesWithoutAPlot) {
