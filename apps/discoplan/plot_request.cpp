@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "apps/discoplan/measured_wafer.h"
+#include "apps/discoplan/measured_wafer.h"
 #include "apps/discoplan/member_text.h"
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/controls/lattice_control.h"

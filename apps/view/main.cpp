@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <iostream>
 
+#include "apps/discoplan/command.h"
 #include "apps/discoplan/run.h"
 #include "apps/view/workbench.h"
 
