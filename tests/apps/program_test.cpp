@@ -143,6 +143,7 @@ TEST_P(ProgramComplains, InOneLineAndLeavesNoFile) {
   Write("text.csv", "X,Y,V\n0,0,1\n1,abc,2\n");
   Write("nan.csv", "X,Y,V\n0,0,1\n1,1,inf\n");
   Write("ok.csv", "X,Y,V\n0,0,1\n1,1,2\n2,2,3\n3,1,4\n");
+  Write("large.json", "{\"StdResx2D\": 1e400}");
   Write("far.csv", "0 0 1\n1 1 2\n2 2 3\n3 3 4\n4 4 5\n5 5 6\n6 6 7\n7 7 8\n8 8 9\n90 0 10\n");
   fs::create_directory(folder_ / "folder");
   const Complaint& due = GetParam();
@@ -187,6 +188,29 @@ INSTANTIATE_TEST_SUITE_P(
         Complaint{"plot ok.csv ok.csv -o map.png", 2, "no place for 'ok.csv'"},
         Complaint{"--bogus", 2, "no place for '--bogus'; discoplan --help"},
         Complaint{"plot '' -o map.png", 2, "DATA: takes the name of a file"},
+        Complaint{"plot ok.csv -o map.png --diameter nan", 2,
+                  "--diameter: takes a positive number, not 'nan'"},
+        Complaint{"plot ok.csv -o map.png --diameter 1e39", 2, "not '1e39'"},
+        Complaint{"plot ok.csv -o map.png --diameter 0", 2, "not '0'"},
+        Complaint{"plot ok.csv -o map.png --diameter 300mm", 2, "not '300mm'"},
+        Complaint{"plot ok.csv -o map.png --test-diameter inf", 2,
+                  "--test-diameter: takes a positive number, not 'inf'"},
+        Complaint{"plot ok.csv -o map.png --test-diameter 51", 2,
+                  "51 mm is more than the wafer's 50 mm"},
+        Complaint{"plot ok.csv -o map.png --diameter 40 --test-diameter 41", 2,
+                  "41 mm is more than the wafer's 40 mm"},
+        Complaint{"plot ok.csv -o map.png --limits -1e300 1e300", 2,
+                  "--limits: takes a number that a 32-bit float holds, not '-1e300'"},
+        Complaint{"plot ok.csv -o map.png --limits -3e38 3e38", 2, "scale the values"},
+        Complaint{"plot ok.csv -o map.png --limits 2e38 3e38", 2, "scale the values"},
+        Complaint{"plot ok.csv -o map.png --limits 0 nan", 2, "not 'nan'"},
+        Complaint{"plot ok.csv -o map.png --kind 3D --set XResolution=0.0499", 2,
+                  "can't be below 0.05 mm"},
+        Complaint{"plot ok.csv -o map.png --kind 3DS --set YResolution=0.004", 2,
+                  "can't be below 0.05 mm"},
+        Complaint{"plot ok.csv -o map.png --settings folder", 1, "cannot use 'folder'"},
+        Complaint{"plot ok.csv -o map.png --settings large.json", 1,
+                  "cannot use 'large.json': a number in it is out of"},
         Complaint{"plot 'lines\nmore.csv' -o map.png", 1, "lines?more.csv: "},
         Complaint{"stats missing.csv", 1, "missing.csv: "},
         Complaint{"automate missing.jsonl", 1,
