@@ -159,6 +159,15 @@ TEST_F(Report, TakesACaptionWhereOneIsGiven) {
   EXPECT_EQ(TextOf("a.pdf").find("Map"), std::string::npos);
 }
 
+TEST_F(Report, OfAWindowNeedsADisplay) {
+  const Outcome outcome =
+      Shell("env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " DISCOPLAN_PROGRAM " view");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.output,
+            "discoplan: there is no display for a window (DISPLAY and WAYLAND_DISPLAY aren't set); "
+            "discoplan plot draws into a file\n");
+}
+
 TEST_F(Report, ExplainsItself) {
   const Outcome help = Run("report --help");
   EXPECT_EQ(help.status, 0);
