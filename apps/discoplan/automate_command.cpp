@@ -1,22 +1,35 @@
 // SPDX-License-Identifier: MIT
+#include <cerrno>
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <system_error>
 
+#include "apps/discoplan/checks.h"
 #include "apps/discoplan/command.h"
+#include "apps/discoplan/output.h"
 #include "hosts/automation/session.h"
 
 namespace discoplan::app {
 namespace {
 
-void Automate(const std::string& file) {
+void Answer(std::istream& requests) {
   AutomationSession session;
-  if (file.empty()) return session.Run(std::cin, std::cout);
+  if (!session.Run(requests, std::cout)) FailStandardOutput();
+}
+
+void Automate(const std::string& file) {
+  if (file == "-") return Answer(std::cin);
+  errno = 0;
   std::ifstream requests(file);
-  if (!requests || requests.peek() == std::ifstream::traits_type::eof()) {
-    throw CommandError(file + ": can't be read or is empty");
+  requests.peek();  // a folder opens, but can't be read
+  if (!requests.is_open() || requests.bad()) {
+    throw CommandError(file + ": the file can't be read (" +
+                       std::generic_category().message(errno) +
+                       "); check the path and its permissions");
   }
-  session.Run(requests, std::cout);
+  if (requests.eof()) throw CommandError(file + ": the file is empty; choose another one");
+  Answer(requests);
 }
 
 }  // namespace
@@ -24,8 +37,8 @@ void Automate(const std::string& file) {
 void AddAutomateCommand(CLI::App& program) {
   CLI::App* command = program.add_subcommand(
       "automate", "Drive plots by requests in JSON, one a line, from a file or standard input");
-  auto file = std::make_shared<std::string>();
-  command->add_option("FILE", *file, "Requests; standard input if not given");
+  auto file = std::make_shared<std::string>("-");
+  command->add_option("FILE", *file, "Requests; standard input if not given")->check(FileName());
   command->footer(
       "Example:\n"
       "  echo '{\"op\":\"new\",\"class\":\"Plot2D\",\"id\":\"p\"}' | discoplan automate");

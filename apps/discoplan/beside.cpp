@@ -3,8 +3,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <iostream>
 #include <system_error>
@@ -17,13 +15,6 @@ namespace {
 char** kept_arguments = nullptr;
 
 }  // namespace
-
-bool IsVectorFile(const std::string& name) {
-  std::string extension = std::filesystem::path(name).extension().string();
-  std::ranges::transform(extension, extension.begin(),
-                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return extension == ".pdf" || extension == ".svg";
-}
 
 void KeepArguments(char** arguments) { kept_arguments = arguments; }
 

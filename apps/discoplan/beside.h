@@ -7,9 +7,6 @@
 
 namespace discoplan::app {
 
-/// Whether a file of that name holds vectors: PDF or SVG.
-bool IsVectorFile(const std::string& name);
-
 /// Takes the command line that this program was started with.
 void KeepArguments(char** arguments);
 

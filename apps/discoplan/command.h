@@ -4,11 +4,12 @@
 /// What the subcommands share: how they are added, how they fail, and how data are named.
 ///
 /// A wrong use ends with status 2, everything else that goes wrong with status 1, each with one
-/// line on standard error.
+/// line on standard error. A warning is such a line too.
 
 #include <CLI/CLI.hpp>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "apps/discoplan/data_file.h"
 
@@ -32,19 +33,14 @@ void AddAutomateCommand(CLI::App& program);
 /// The commands that the programs beside this one carry out.
 void AddBesideCommands(CLI::App& program);
 
+/// Puts a line for people on standard error, without harm to a terminal.
+void Warn(std::string_view text);
+
 /// The options that say how to read data, and DATA with them.
 void AddReadingOptions(CLI::App& command, DataRequest& request);
 void AddDataOptions(CLI::App& command, DataRequest& request);
 
 /// Reads the data and tells on standard error what was left out.
 DataResult ReadReporting(const DataRequest& request);
-
-/// Diameters in mm of the smallest standard wafer that holds all sites, and of the area that a
-/// plot covers: 6 mm less, unless a site lies outside that.
-struct WaferSize {
-  float diameter;
-  float test_diameter;
-};
-WaferSize SizeFor(const Wafer& measured);
 
 }  // namespace discoplan::app

@@ -68,6 +68,11 @@ std::string Printable(std::string_view text) { return PrintablePart(text, text.s
 
 std::string Shown(std::string_view text) { return '\'' + PrintablePart(text, kMostShown) + '\''; }
 
+std::size_t CharactersIn(std::string_view text) {
+  const auto begins = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; };
+  return static_cast<std::size_t>(std::ranges::count_if(text, begins));
+}
+
 std::string Listed(const std::vector<std::string>& items) {
   std::string list;
   for (std::size_t i = 0; i < std::min(items.size(), kMostListed); ++i) {

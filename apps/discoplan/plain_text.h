@@ -29,6 +29,9 @@ std::string Shown(std::string_view text);
 /// The items with ", " between them: the first 30, and how many more there are.
 std::string Listed(const std::vector<std::string>& items);
 
+/// Characters of printable UTF-8.
+std::size_t CharactersIn(std::string_view text);
+
 /// "1 column", "2 columns".
 std::string Counted(std::size_t count, std::string_view thing);
 

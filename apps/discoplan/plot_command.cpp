@@ -1,25 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cmath>
-#include <iostream>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "apps/discoplan/beside.h"
-#include "apps/discoplan/pixel_size.h"
-#include "apps/discoplan/plot_request.h"
+#include "apps/discoplan/output.h"
+#include "apps/discoplan/picture_request.h"
 #include "hosts/headless/headless_host.h"
 #include "hosts/headless/png_file.h"
 
 namespace discoplan::app {
 namespace {
-
-struct PictureRequest {
-  DataRequest data;
-  PlotRequest plot;
-  std::string output;
-  std::string size = "800x600";
-};
 
 /// Letters grow with the square root of the picture: large pictures get finer detail and larger
 /// letters at once. Small ones shrink so that the least size of a control fits.
@@ -34,33 +29,39 @@ Screen ScreenFor(const PixelSize& size, const PlotKind& kind) {
   return {twips, twips};
 }
 
-/// Calls `use(control, host)` with the plot.
-template <class Use>
-void DrawKind(const PlotKind& kind, const PictureRequest& request, const PixelSize& size,
-              const Wafer& measured, Use use) {
-  const Screen screen = ScreenFor(size, kind);
-  HeadlessHost host(screen);
-  host.OnMessage([](const Message& message) { std::cerr << message.text << '\n'; });
-  const auto control = LoadedControl(kind, request.plot, request.data, measured, host);
-  control->SetSize(static_cast<float>(size.width) * screen.twips_per_pixel_x,
-                   static_cast<float>(size.height) * screen.twips_per_pixel_y);
-  control->Plot();
-  use(*control, host);
-}
+/// One kind of plot with the host that it stands on.
+class Drawing {
+ public:
+  Drawing(const PlotKind& kind, const PictureRequest& request, const Wafer& measured)
+      : host_(ScreenFor(request.size, kind)) {
+    WarnByMessages(host_, request.data);
+    control_ = LoadedControl(kind, request.plot, request.data, measured, host_);
+    const Screen& screen = host_.screen();
+    control_->SetSize(static_cast<float>(request.size.width) * screen.twips_per_pixel_x,
+                      static_cast<float>(request.size.height) * screen.twips_per_pixel_y);
+    control_->Plot();
+  }
 
-/// Pictures of one size in rows and columns, as many of the one as of the other or a row less.
+  Canvas Paint() const { return PaintPicture(*control_, host_); }
+  std::vector<std::uint8_t> Encode() const { return EncodePicture(*control_, host_); }
+  PlotControl& Control() { return *control_; }
+
+ private:
+  HeadlessHost host_;
+  std::unique_ptr<PlotControl> control_;
+};
+
+/// Pictures of one size beside each other.
 class Sheet {
  public:
   Sheet(const PixelSize& each, std::size_t count)
       : each_(each),
-        columns_(static_cast<int>(std::ceil(std::sqrt(static_cast<double>(count))))),
-        canvas_(columns_ * each.width,
-                (static_cast<int>(count) + columns_ - 1) / columns_ * each.height,
-                PixelOf(kWhite)) {}
+        grid_(SheetGrid::For(count)),
+        canvas_(grid_.columns * each.width, grid_.rows * each.height, PixelOf(kWhite)) {}
 
   void Add(const Canvas& picture) {
-    const std::size_t left = static_cast<std::size_t>(number_ % columns_ * each_.width);
-    const std::size_t top = static_cast<std::size_t>(number_ / columns_ * each_.height);
+    const auto left = static_cast<std::size_t>(grid_.ColumnOf(number_) * each_.width);
+    const auto top = static_cast<std::size_t>(grid_.RowOf(number_) * each_.height);
     const auto width = static_cast<std::size_t>(each_.width);
     for (std::size_t y = 0; y < static_cast<std::size_t>(each_.height); ++y) {
       std::ranges::copy(picture.Pixels().subspan(y * width, width),
@@ -74,37 +75,31 @@ class Sheet {
 
  private:
   const PixelSize each_;
-  const int columns_;
-  int number_ = 0;
+  const SheetGrid grid_;
+  std::size_t number_ = 0;
   Canvas canvas_;
 };
 
-Canvas DrawSheet(const std::vector<PlotKind>& kinds, const PictureRequest& request,
-                 const PixelSize& size, const Wafer& measured) {
-  Sheet sheet(size, kinds.size());
-  for (const PlotKind& kind : kinds) {
-    DrawKind(kind, request, size, measured,
-             [&](const PlotControl& control, const HeadlessHost& host) {
-               sheet.Add(PaintPicture(control, host));
-             });
-  }
-  return sheet.Take();
+/// The bytes of the file. Leaves the last plot in `drawing`.
+std::vector<std::uint8_t> Draw(const std::vector<PlotKind>& kinds, const PictureRequest& request,
+                               const Wafer& measured, std::optional<Drawing>& drawing) {
+  if (kinds.size() == 1) return drawing.emplace(kinds.front(), request, measured).Encode();
+  Sheet sheet(request.size, kinds.size());
+  for (const PlotKind& kind : kinds) sheet.Add(drawing.emplace(kind, request, measured).Paint());
+  const Canvas canvas = sheet.Take();
+  return EncodePng(
+      PngPicture{.pixels = canvas.Pixels(), .width = canvas.Width(), .height = canvas.Height()});
 }
 
 void Plot(const PictureRequest& request) {
   const std::vector<PlotKind> kinds = KindsOf(request.plot);
-  const PixelSize size = ParseSize(request.size);
+  RefuseOverwriting(request.plot, request.output, {request.data.path.string()});
   const DataResult data = ReadReporting(request.data);
   const Wafer& measured = OnlyWafer(data, request.data);
-  if (kinds.size() == 1) {
-    DrawKind(kinds.front(), request, size, measured,
-             [&](const PlotControl& control, const HeadlessHost& host) {
-               SavePicture(control, host, request.output);
-             });
-    return;
-  }
-  const Canvas sheet = DrawSheet(kinds, request, size, measured);
-  WritePng(request.output, sheet.Pixels(), sheet.Width(), sheet.Height());
+  WarnOfEmptyPlots(kinds, request.data, measured);
+  std::optional<Drawing> drawing;
+  WriteOutput(request.output, Draw(kinds, request, measured, drawing));
+  SaveSettings(request.plot, drawing->Control());
 }
 
 }  // namespace
@@ -112,14 +107,7 @@ void Plot(const PictureRequest& request) {
 void AddPlotCommand(CLI::App& program) {
   CLI::App* command = program.add_subcommand("plot", "Draw a wafer into a PNG, PDF or SVG file");
   auto request = std::make_shared<PictureRequest>();
-  AddDataOptions(*command, request->data);
-  command
-      ->add_option("-o,--output", request->output,
-                   "File to write; PDF or SVG if it is called so, else PNG")
-      ->required();
-  AddPlotOptions(*command, request->plot);
-  command->add_option("--size", request->size, "Size of each plot in pixels")
-      ->capture_default_str();
+  AddPictureOptions(*command, *request);
   command->footer(
       "Examples:\n"
       "  discoplan plot sites.csv -o map.png\n"
@@ -127,8 +115,9 @@ void AddPlotCommand(CLI::App& program) {
       "  discoplan plot lot.csv --columns X,Y,slot3 -o map.png --set ShowSites=true\n"
       "  discoplan plot sites.dat -o map.png --diameter 300 --style flat --size 1600x1200\n"
       "  discoplan plot sites.csv -o sheet.png --kind all --size 400x300");
-  command->callback(
-      [request] { IsVectorFile(request->output) ? RunBeside(kReportProgram) : Plot(*request); });
+  command->callback([request] {
+    FormatOf(request->output) == FileFormat::Png ? Plot(*request) : RunBeside(kReportProgram);
+  });
 }
 
 }  // namespace discoplan::app

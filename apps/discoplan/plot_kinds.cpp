@@ -14,11 +14,11 @@ constexpr std::array kKinds = {
     PlotKind{"2D", "Plot2D", "Map", kMapLeast},
     PlotKind{"2DS", "Plot2DS", "Sigma ranges", kMapLeast},
     PlotKind{"2DC", "Plot2DC", "Contours", kMapLeast},
-    PlotKind{"2DN", "Plot2DN", "Values", kMapLeast},
+    PlotKind{"2DN", "Plot2DN", "Values", kMapLeast, 1},
     PlotKind{"3D", "Plot3D", "Surface", kMapLeast},
     PlotKind{"3DS", "Plot3DS", "Sigma surface", kMapLeast},
-    PlotKind{"3DB", "Plot3DB", "Bars", kMapLeast},
-    PlotKind{"histo", "Histo", "Histogram", {0, 0, 2000, 2000}, false},
+    PlotKind{"3DB", "Plot3DB", "Bars", kMapLeast, 1},
+    PlotKind{"histo", "Histo", "Histogram", {0, 0, 2000, 2000}, 2, false},
     PlotKind{"linescan", "LineScan", "Line scan", {0, 0, 4000, 2850}},
 };
 

@@ -16,7 +16,8 @@ struct PlotKind {
   std::string_view name;
   std::string_view class_name;
   std::string_view title;
-  TwipsBox least;      ///< The least size that the control takes.
+  TwipsBox least;               ///< The least size that the control takes.
+  std::size_t least_sites = 4;  ///< With less the plot stays empty.
   bool scales = true;  ///< Letters may grow; a kind whose margins are in pixels keeps them small.
 };
 

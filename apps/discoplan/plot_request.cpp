@@ -2,13 +2,18 @@
 #include "apps/discoplan/plot_request.h"
 
 #include <algorithm>
-#include <cmath>
 
+#include "apps/discoplan/checks.h"
+#include "apps/discoplan/measured_wafer.h"
 #include "apps/discoplan/member_text.h"
+#include "apps/discoplan/output.h"
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/controls/lattice_control.h"
 #include "discoplan/controls/plot3db.h"
+#include "discoplan/controls/view_control.h"
+#include "discoplan/core/numbers.h"
 #include "discoplan/core/worker_pool.h"
+#include "discoplan/render/number_text.h"
 #include "hosts/headless/settings_file.h"
 
 namespace discoplan::app {
@@ -18,42 +23,74 @@ constexpr float kFinestCells = 200;
 /// Of the bars between the limits, in parts of the wafer's diameter.
 constexpr float kBarHeight = 0.2F;
 
-void SetUp(PlotControl& control, const PlotRequest& request, const Wafer& measured) {
-  if (request.settings.empty()) {
+void RefuseOtherUnits(const std::string& source, const Wafer& measured) {
+  constexpr double kFarthest = 1000;
+  const double farthest = FarthestSite(measured);
+  if (farthest <= kFarthest) return;
+  throw CommandError(source + ": a site is " + PlainNumber(static_cast<float>(farthest)) +
+                     " mm from the centre; positions are millimetres, scale them, or give "
+                     "--diameter if they are");
+}
+
+void TakeDiameters(PlotControl& control, const PlotRequest& request) {
+  if (request.diameter) {
+    const float margin = control.WaferDiameter() - control.TestDiameter();
+    const float inside = *request.diameter - margin;
+    control.WaferDiameter(*request.diameter);
+    control.TestDiameter(inside > 0 ? inside : *request.diameter);
+  }
+  if (!request.test_diameter) return;
+  if (*request.test_diameter > control.WaferDiameter()) {
+    throw UsageError("--test-diameter: " + PlainNumber(*request.test_diameter) +
+                     " mm is more than the wafer's " + PlainNumber(control.WaferDiameter()) +
+                     " mm; give less, or a larger --diameter");
+  }
+  control.TestDiameter(*request.test_diameter);
+}
+
+/// Cell side in mm: the time that a surface takes grows with the square of its lines, of which
+/// nobody sees more than a thousand.
+float FinestSurface(const PlotControl& control) { return control.WaferDiameter() / 1000; }
+
+void RefuseFineSurface(const PlotControl& control) {
+  const auto* surface = dynamic_cast<const SurfaceControl*>(&control);
+  const float finest = FinestSurface(control);
+  if (surface == nullptr || std::min(surface->XResolution(), surface->YResolution()) >= finest) {
+    return;
+  }
+  throw UsageError("XResolution and YResolution of a surface can't be below " +
+                   PlainNumber(finest) + " mm, a thousandth of the wafer's diameter; give more");
+}
+
+void SetUp(PlotControl& control, const PlotRequest& request, const std::string& source,
+           const Wafer& measured) {
+  const bool fits = request.settings.empty();
+  if (fits) {
+    if (!request.diameter) RefuseOtherUnits(source, measured);
     control.InitProperties();
     FitSize(control, measured);
-    FitLook(control, measured);
   } else {
     ReadSettings(control, request.settings);
   }
-  if (request.diameter) {
-    const float margin = control.WaferDiameter() - control.TestDiameter();
-    control.WaferDiameter(*request.diameter);
-    control.TestDiameter(std::max(0.0F, *request.diameter - margin));
-  }
-  if (request.test_diameter) control.TestDiameter(*request.test_diameter);
+  TakeDiameters(control, request);
+  if (fits) FitLook(control, measured);
   if (request.style) {
     control.WaferStyle(*request.style == "flat" ? WaferSt::Flat : WaferSt::Notch);
   }
   if (request.caption) control.PlotCaption(*request.caption);
   for (const std::string& assignment : request.assignments) SetMember(control, assignment);
   if (request.no_legend) control.HideLegend(true);
-  if (!request.saved_settings.empty()) WriteSettings(control, request.saved_settings);
+  RefuseFineSurface(control);
 }
 
-void Load(PlotControl& control, const PlotRequest& request, const DataRequest& data,
-          const Wafer& measured) {
-  const std::string file = data.path.string();
-  if (control.SetWaferData(measured.x, measured.y, measured.value) != LoadResult::Loaded) {
-    throw CommandError(file + ": the sites don't fit a wafer of " +
-                       std::to_string(std::lround(control.WaferDiameter())) +
-                       " mm, or their values a 32-bit sum; give a larger --diameter");
-  }
-  if (request.limits.empty()) return;
-  if (!(request.limits[0] < request.limits[1])) {
-    throw UsageError("--limits takes LOW HIGH with LOW below HIGH");
-  }
-  control.SetPlotLimit(request.limits[0], request.limits[1]);
+void TakeLimits(const std::vector<float>& limits, PlotRequest& request) {
+  if (!(limits[0] < limits[1])) throw UsageError("--limits takes LOW HIGH with LOW below HIGH");
+  const bool fits = Attempt([&] {
+    ToFloat(static_cast<double>(limits[1]) - limits[0]);
+    ToFloat(static_cast<double>(limits[1]) + limits[0]);
+  });
+  if (!fits) throw UsageError("--limits are too large for 32-bit floats; scale the values");
+  request.limits = limits;
 }
 
 }  // namespace
@@ -70,15 +107,19 @@ void AddPlotOptions(CLI::App& command, PlotRequest& request) {
       .add_option("--diameter", request.diameter,
                   "Wafer's diameter in mm; the smallest standard one that holds all sites "
                   "otherwise")
-      ->check(CLI::PositiveNumber);
+      ->check(PositiveNumber());
   command
       .add_option("--test-diameter", request.test_diameter,
                   "Diameter of the measured area in mm; 6 less than the wafer's otherwise")
-      ->check(CLI::PositiveNumber);
+      ->check(PositiveNumber());
   command.add_option("--style", request.style, "Mark of the orientation; notch otherwise")
       ->check(CLI::IsMember({"notch", "flat"}));
-  command.add_option("--limits", request.limits, "Pin the colour scale")
+  command
+      .add_option_function<std::vector<float>>(
+          "--limits", [&request](const std::vector<float>& limits) { TakeLimits(limits, request); },
+          "Pin the colour scale")
       ->expected(2)
+      ->check(FiniteNumber())
       ->type_name("LOW HIGH");
   command.add_option("--set", request.assignments, "Set any writable member of the plot")
       ->type_name("NAME=VALUE")
@@ -87,11 +128,13 @@ void AddPlotOptions(CLI::App& command, PlotRequest& request) {
   command
       .add_option("--settings", request.settings,
                   "Settings from a JSON file, before those of the other options")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->transform(InputFile());
   command
       .add_option("--save-settings", request.saved_settings,
                   "Write the plot's settings to a JSON file")
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->check(FileName());
   command.add_flag("--no-legend", request.no_legend, "Leave out the legend");
   command
       .add_option_function<int>(
@@ -99,6 +142,17 @@ void AddPlotOptions(CLI::App& command, PlotRequest& request) {
           [&request](int threads) { request.workers = std::make_shared<WorkerPool>(threads); },
           "Threads that share the interpolation of a fine map or surface; one otherwise")
       ->check(CLI::Range(1, 64));
+}
+
+void RefuseOverwriting(const PlotRequest& request, const std::string& output,
+                       const std::vector<std::string>& data) {
+  std::vector<NamedFile> measured;
+  for (const std::string& file : data) measured.push_back({"DATA", file});
+  const NamedFile saved = {"--save-settings", request.saved_settings};
+  RefuseOverwriting(saved, measured);
+  measured.push_back({"--settings", request.settings});
+  measured.push_back(saved);
+  RefuseOverwriting({"--output", output}, measured);
 }
 
 std::vector<PlotKind> KindsOf(const PlotRequest& request) {
@@ -125,16 +179,44 @@ void FitLook(PlotControl& control, const Wafer& measured) {
   if (auto* map = dynamic_cast<LatticeControl*>(&control)) {
     map->Resolution(map->TestDiameter() / kFinestCells);
   }
+  auto* surface = dynamic_cast<SurfaceControl*>(&control);
+  if (surface != nullptr && surface->XResolution() < FinestSurface(control)) {
+    surface->XResolution(FinestSurface(control));
+    surface->YResolution(FinestSurface(control));
+  }
 }
 
 std::unique_ptr<PlotControl> LoadedControl(const PlotKind& kind, const PlotRequest& request,
                                            const DataRequest& data, const Wafer& measured,
                                            Platform& platform) {
+  const std::string source = SourceOf(data.path.string(), measured);
   std::unique_ptr<PlotControl> control = NewControl(kind.class_name, platform, nullptr);
   control->UseWorkers(request.workers);
-  SetUp(*control, request, measured);
-  Load(*control, request, data, measured);
+  SetUp(*control, request, source, measured);
+  LoadSites(*control, source, measured);
+  if (!request.limits.empty()) control->SetPlotLimit(request.limits[0], request.limits[1]);
   return control;
+}
+
+void SaveSettings(const PlotRequest& request, PlotControl& control) {
+  if (!request.saved_settings.empty()) WriteSettings(control, request.saved_settings);
+}
+
+void WarnOfEmptyPlots(const std::vector<PlotKind>& kinds, const DataRequest& data,
+                      const Wafer& measured) {
+  const auto stays_empty = [&](const PlotKind& kind) {
+    return measured.x.size() < kind.least_sites;
+  };
+  const auto kind = std::ranges::find_if(kinds, stays_empty);
+  if (kind == kinds.end()) return;
+  Warn(SourceOf(data.path.string(), measured) + ": " + Counted(measured.x.size(), "site") +
+       ", and a plot of kind " + std::string(kind->name) + " stays empty below " +
+       std::to_string(kind->least_sites) + "; --kind 2DN or 3DB shows the values");
+}
+
+void WarnByMessages(HeadlessHost& host, const DataRequest& data) {
+  host.OnMessage(
+      [file = data.path.string()](const Message& message) { Warn(file + ": " + message.text); });
 }
 
 const Wafer& OnlyWafer(const DataResult& data, const DataRequest& request) {

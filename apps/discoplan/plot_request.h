@@ -11,6 +11,7 @@
 #include "apps/discoplan/command.h"
 #include "apps/discoplan/plot_kinds.h"
 #include "discoplan/controls/plot_control.h"
+#include "hosts/headless/headless_host.h"
 
 namespace discoplan::app {
 
@@ -33,6 +34,11 @@ void AddPlotOptions(CLI::App& command, PlotRequest& request);
 /// The kinds that are asked for. Raises `UsageError` for what doesn't go with several.
 std::vector<PlotKind> KindsOf(const PlotRequest& request);
 
+/// Raises `UsageError` if one of the files to write is a file to read or the other one to write.
+/// Settings may go back to where they came from.
+void RefuseOverwriting(const PlotRequest& request, const std::string& output,
+                       const std::vector<std::string>& data);
+
 /// Gives the control the wafer's size and name.
 void FitSize(PlotControl& control, const Wafer& measured);
 /// What is chosen where nothing else is asked for: a picture is drawn once and looked at long, so
@@ -40,10 +46,20 @@ void FitSize(PlotControl& control, const Wafer& measured);
 void FitLook(PlotControl& control, const Wafer& measured);
 
 /// A control of that kind with settings and data, not yet plotted. Raises `CommandError` for sites
-/// that no such wafer holds.
+/// that no such wafer holds, `UsageError` for settings that make no sense.
 std::unique_ptr<PlotControl> LoadedControl(const PlotKind& kind, const PlotRequest& request,
                                            const DataRequest& data, const Wafer& measured,
                                            Platform& platform);
+
+/// Writes the settings if that is asked for: at the end, when nothing else has failed.
+void SaveSettings(const PlotRequest& request, PlotControl& control);
+
+/// Says on standard error which kinds of plot the wafer has too few sites for.
+void WarnOfEmptyPlots(const std::vector<PlotKind>& kinds, const DataRequest& data,
+                      const Wafer& measured);
+
+/// Puts what the host has to say about the data on standard error.
+void WarnByMessages(HeadlessHost& host, const DataRequest& data);
 
 /// The wafer of data that must have only one. Raises `CommandError` for others.
 const Wafer& OnlyWafer(const DataResult& data, const DataRequest& request);

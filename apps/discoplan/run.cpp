@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "apps/discoplan/run.h"
 
+#include <algorithm>
 #include <exception>
-#include <iostream>
+#include <sstream>
 
 #include "apps/discoplan/command.h"
+#include "apps/discoplan/output.h"
+#include "apps/discoplan/plain_text.h"
 
 namespace discoplan::app {
 namespace {
@@ -12,9 +15,50 @@ namespace {
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 
-int Complain(const std::exception& error, int status) {
-  std::cerr << "discoplan: " << error.what() << '\n';
+int Complain(const std::string& text, int status) {
+  Warn(text);
   return status;
+}
+
+std::string CommandNames(const CLI::App& program) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
+  }
+  return Listed(names);
+}
+
+/// What is wrong with the use. A misspelt option may be why another one is missing.
+std::string ComplaintOf(const CLI::App& program, const CLI::Error& error) {
+  const std::vector<std::string> strange = program.remaining(true);
+  const bool has_command = !program.get_subcommands().empty();
+  const std::string help =
+      has_command ? program.get_subcommands().front()->get_name() + " --help" : "--help";
+  if (!strange.empty()) {
+    const auto option = std::ranges::find_if(
+        strange, [](const std::string& argument) { return argument.starts_with('-'); });
+    return "there is no place for " + Shown(option != strange.end() ? *option : strange.front()) +
+           "; discoplan " + help + " tells what there is";
+  }
+  if (!has_command) return "give a command: " + CommandNames(program) + "; --help tells more";
+  return error.what();
+}
+
+void ParseAndRun(CLI::App& program, int argc, char** argv) {
+  const auto is_named = [&](const CLI::App* command) { return command->get_name() == argv[1]; };
+  if (argc > 1 && argv[1][0] != '-' && program.get_subcommands(is_named).empty()) {
+    throw UsageError("there is no command '" + std::string(argv[1]) +
+                     "'; discoplan --help lists them");
+  }
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::Success& done) {  // --help and --version
+    std::ostringstream text;
+    program.exit(done, text, text);
+    WriteStandardOutput(text.str());
+  } catch (const CLI::Error& error) {
+    throw UsageError(ComplaintOf(program, error));
+  }
 }
 
 }  // namespace
@@ -23,21 +67,12 @@ int Run(CLI::App& program, int argc, char** argv) {
   program.set_version_flag("--version", "discoplan " DISCOPLAN_VERSION);
   program.require_subcommand(1);
   try {
-    const auto is_named = [&](const CLI::App* command) { return command->get_name() == argv[1]; };
-    if (argc > 1 && argv[1][0] != '-' && program.get_subcommands(is_named).empty()) {
-      throw UsageError("there is no command '" + std::string(argv[1]) +
-                       "'; discoplan --help lists them");
-    }
-    program.parse(argc, argv);
+    ParseAndRun(program, argc, argv);
     return 0;
-  } catch (const CLI::Success& done) {  // --help and --version
-    return program.exit(done);
-  } catch (const CLI::Error& error) {
-    return Complain(error, kWrongUsage);
   } catch (const UsageError& error) {
-    return Complain(error, kWrongUsage);
+    return Complain(error.what(), kWrongUsage);
   } catch (const std::exception& error) {
-    return Complain(error, kFailed);
+    return Complain(error.what(), kFailed);
   }
 }
 

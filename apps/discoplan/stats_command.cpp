@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <array>
-#include <cstdio>
-#include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
 
 #include "apps/discoplan/command.h"
+#include "apps/discoplan/measured_wafer.h"
+#include "apps/discoplan/output.h"
+#include "apps/discoplan/plain_text.h"
 #include "discoplan/controls/plot2d.h"
 #include "discoplan/render/number_text.h"
 #include "hosts/headless/headless_host.h"
-#include "hosts/recording/trace.h"
+#include "hosts/json/json_number.h"
 
 namespace discoplan::app {
 namespace {
@@ -30,40 +34,60 @@ constexpr std::array<Column, 7> kColumns = {{
     {"hi_lo_percent", "Hi/Lo Var %", &PlotControl::HiLo},
 }};
 
-/// A control that has loaded the wafer and computed its statistics.
-std::unique_ptr<PlotControl> Loaded(Platform& host, const Wafer& measured) {
-  auto control = std::make_unique<Plot2D>(host);
-  control->WaferDiameter(SizeFor(measured).diameter);
-  if (control->SetWaferData(measured.x, measured.y, measured.value) != LoadResult::Loaded) {
-    throw CommandError(measured.name + ": the values are too large for a 32-bit sum");
-  }
-  return control;
-}
+struct Row {
+  const Wafer& measured;
+  std::array<float, kColumns.size()> statistics;
+};
 
-void PrintTable(Platform& host, const DataResult& data) {
-  std::printf("%-16s %6s", "Wafer", "Sites");
-  for (const Column& column : kColumns) std::printf(" %12s", column.title);
-  std::printf("\n");
+/// The statistics of all wafers, before anything is printed.
+std::vector<Row> Rows(const DataRequest& request, const DataResult& data) {
+  HeadlessHost host;
+  Plot2D control(host);
+  std::vector<Row> rows;
   for (const Wafer& measured : data.wafers) {
-    const auto control = Loaded(host, measured);
-    std::printf("%-16s %6zu", measured.name.c_str(), measured.x.size());
-    for (const Column& column : kColumns) {
-      std::printf(" %12s", PlainNumber((*control.*column.value)()).c_str());
-    }
-    std::printf("\n");
+    control.WaferDiameter(SizeFor(measured).diameter);
+    LoadSites(control, SourceOf(request.path.string(), measured), measured);
+    Row& row = rows.emplace_back(Row{measured, {}});
+    std::ranges::transform(kColumns, row.statistics.begin(),
+                           [&](const Column& column) { return (control.*column.value)(); });
   }
+  return rows;
 }
 
-void PrintJson(Platform& host, const DataResult& data) {
+std::string PaddedRight(const std::string& text, std::size_t width) {
+  const std::size_t characters = CharactersIn(text);
+  return characters < width ? text + std::string(width - characters, ' ') : text;
+}
+
+std::string PaddedLeft(const std::string& text, std::size_t width) {
+  return text.size() < width ? std::string(width - text.size(), ' ') + text : text;
+}
+
+std::string Table(const std::vector<Row>& rows) {
+  const auto line = [](const std::string& name, const std::string& sites, const auto& cell) {
+    std::string text = PaddedRight(name, 16) + ' ' + PaddedLeft(sites, 6);
+    for (std::size_t i = 0; i < kColumns.size(); ++i) text += ' ' + PaddedLeft(cell(i), 12);
+    return text + '\n';
+  };
+  std::string table = line("Wafer", "Sites", [](std::size_t i) { return kColumns[i].title; });
+  for (const Row& row : rows) {
+    table += line(Printable(row.measured.name), std::to_string(row.measured.x.size()),
+                  [&](std::size_t i) { return PlainNumber(row.statistics[i]); });
+  }
+  return table;
+}
+
+std::string Json(const std::vector<Row>& rows) {
   nlohmann::json list = nlohmann::json::array();
-  for (const Wafer& measured : data.wafers) {
-    const auto control = Loaded(host, measured);
-    nlohmann::json row = {{"wafer", measured.name}, {"sites", measured.x.size()}};
-    if (measured.slot) row["slot"] = *measured.slot;
-    for (const Column& column : kColumns) row[column.key] = ToJson((*control.*column.value)());
-    list.push_back(std::move(row));
+  for (const Row& row : rows) {
+    nlohmann::json object = {{"wafer", row.measured.name}, {"sites", row.measured.x.size()}};
+    if (row.measured.slot) object["slot"] = *row.measured.slot;
+    for (std::size_t i = 0; i < kColumns.size(); ++i) {
+      object[kColumns[i].key] = ToJson(row.statistics[i]);
+    }
+    list.push_back(std::move(object));
   }
-  std::cout << list.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+  return list.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
 }
 
 struct StatsRequest {
@@ -84,8 +108,8 @@ void AddStatsCommand(CLI::App& program) {
       "  discoplan stats lot.csv --wafer 7 --json");
   command->callback([request] {
     const DataResult data = ReadReporting(request->data);
-    HeadlessHost host;
-    request->json ? PrintJson(host, data) : PrintTable(host, data);
+    const std::vector<Row> rows = Rows(request->data, data);
+    WriteStandardOutput(request->json ? Json(rows) : Table(rows));
   });
 }
 

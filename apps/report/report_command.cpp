@@ -7,11 +7,12 @@
 #include <string>
 #include <vector>
 
+#include "apps/discoplan/checks.h"
+#include "apps/discoplan/output.h"
 #include "apps/discoplan/plot_request.h"
 #include "apps/report/report_commands.h"
 #include "apps/report/report_page.h"
 #include "apps/report/vector_file.h"
-#include "hosts/headless/headless_host.h"
 
 namespace discoplan::app {
 namespace {
@@ -78,18 +79,18 @@ class Progress {
 class ReportPrinter {
  public:
   ReportPrinter(const ReportRequest& request, const PageSize& size)
-      : request_(request), size_(size), kinds_(KindsOf(request.plot)) {
-    host_.OnMessage([](const Message& message) { std::cerr << message.text << '\n'; });
-  }
+      : request_(request), size_(size), kinds_(KindsOf(request.plot)) {}
 
   void Print(const std::shared_ptr<qt::QtPaper>& paper, const MeasuredPage& page) {
-    std::vector<std::unique_ptr<PlotControl>> controls;
+    WarnByMessages(host_, page.reading);
+    WarnOfEmptyPlots(kinds_, page.reading, page.measured);
+    controls_.clear();
     std::vector<PlotControl*> plots;
     for (const PlotKind& kind : kinds_) {
-      controls.push_back(LoadedControl(kind, request_.plot, page.reading, page.measured, host_));
-      controls.back()->SetSize(kControlWidth, kControlHeight);
-      controls.back()->PlotCaption(std::string(kind.title));
-      plots.push_back(controls.back().get());
+      controls_.push_back(LoadedControl(kind, request_.plot, page.reading, page.measured, host_));
+      plots.push_back(controls_.back().get());
+      plots.back()->SetSize(kControlWidth, kControlHeight);
+      if (!request_.plot.caption) plots.back()->PlotCaption(std::string(kind.title));
     }
     std::string line = request_.lot.empty() ? "" : "Lot " + request_.lot + "    ";
     line += "Wafer " + (request_.wafer.empty() ? page.measured.name : request_.wafer);
@@ -97,17 +98,25 @@ class ReportPrinter {
     PrintReportPage(paper, size_, {request_.title, line, request_.units}, plots);
   }
 
+  PlotControl& LastPlot() { return *controls_.back(); }
+
  private:
   const ReportRequest& request_;
   const PageSize size_;
   const std::vector<PlotKind> kinds_;
   HeadlessHost host_;
+  std::vector<std::unique_ptr<PlotControl>> controls_;  // of the last page
 };
 
 void Report(const ReportRequest& request) {
+  if (request.output != "-" && FormatOf(request.output) != FileFormat::Pdf) {
+    throw UsageError("cannot write '" + request.output +
+                     "': a report is a PDF file; end it in .pdf");
+  }
   PageSize size = request.paper == "A4" ? kA4 : kLetter;
   if (request.landscape) std::swap(size.width, size.height);
   ReportPrinter printer(request, size);
+  RefuseOverwriting(request.plot, request.output, request.files);
   const std::vector<MeasuredPage> pages = ReadAll(request);
   if (!request.wafer.empty() && pages.size() > 1) {
     throw UsageError("--wafer-id names one wafer, and the data have " +
@@ -123,6 +132,7 @@ void Report(const ReportRequest& request) {
     }
   }
   file.Save();
+  SaveSettings(request.plot, printer.LastPlot());
 }
 
 }  // namespace
@@ -131,9 +141,12 @@ void AddReportCommand(CLI::App& program) {
   CLI::App* command = program.add_subcommand("report", "Put wafers on paper: a page each, in PDF");
   auto request = std::make_shared<ReportRequest>();
   command->add_option("DATA", request->files, "Measured sites: tables, lot exports or binary files")
-      ->required();
+      ->required()
+      ->transform(InputFile());
   AddReadingOptions(*command, request->reading);
-  command->add_option("-o,--output", request->output, "PDF file to write")->required();
+  command->add_option("-o,--output", request->output, "PDF file to write")
+      ->required()
+      ->check(FileName());
   command->add_flag("--all", request->all, "All kinds of plot, as --kind all");
   AddPlotOptions(*command, request->plot);
   command->add_option("--paper", request->paper, "Size of the pages")

@@ -5,8 +5,8 @@
 #include <QPdfWriter>
 #include <QSvgGenerator>
 
+#include "apps/discoplan/output.h"
 #include "discoplan/version.h"
-#include "hosts/headless/whole_file.h"
 
 namespace discoplan::app {
 namespace {
@@ -38,18 +38,20 @@ std::unique_ptr<QPaintDevice> NewSvg(QBuffer& buffer, const PageSize& size, cons
 
 }  // namespace
 
-VectorFile::VectorFile(std::filesystem::path path, const PageSize& size, const std::string& title)
+VectorFile::VectorFile(std::string path, const PageSize& size, const std::string& title)
     : path_(std::move(path)), buffer_(&bytes_) {
-  const bool svg = path_.extension() == ".svg" || path_.extension() == ".SVG";
+  const bool svg = FormatOf(path_) == FileFormat::Svg;
   device_ = (svg ? NewSvg : NewPdf)(buffer_, size, QString::fromStdString(title));
   if (!svg) buffer_.open(QIODevice::WriteOnly);
   painter_.begin(device_.get());
   paper_ = std::make_shared<qt::QtPaper>(painter_, screen_);
 }
 
-VectorFile::~VectorFile() {
+VectorFile::~VectorFile() { End(); }
+
+void VectorFile::End() {
   paper_->Finish();
-  painter_.end();
+  if (painter_.isActive()) painter_.end();
 }
 
 void VectorFile::NewPage() {
@@ -58,10 +60,9 @@ void VectorFile::NewPage() {
 }
 
 void VectorFile::Save() {
-  paper_->Finish();
-  painter_.end();
+  End();
   const auto* data = reinterpret_cast<const std::uint8_t*>(bytes_.constData());
-  WriteWholeFile(path_, {data, static_cast<std::size_t>(bytes_.size())});
+  WriteOutput(path_, {data, static_cast<std::size_t>(bytes_.size())});
 }
 
 }  // namespace discoplan::app

@@ -10,7 +10,6 @@
 #include <QBuffer>
 #include <QPaintDevice>
 #include <QPainter>
-#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -27,8 +26,8 @@ struct PageSize {
 
 class VectorFile {
  public:
-  /// The name tells the format.
-  VectorFile(std::filesystem::path path, const PageSize& size, const std::string& title);
+  /// The name tells the format; PDF unless it's SVG.
+  VectorFile(std::string path, const PageSize& size, const std::string& title);
   ~VectorFile();
   VectorFile(const VectorFile&) = delete;
   VectorFile& operator=(const VectorFile&) = delete;
@@ -37,11 +36,13 @@ class VectorFile {
   std::shared_ptr<qt::QtPaper> paper() const { return paper_; }
   /// Begins another page; PDF only.
   void NewPage();
-  /// Writes the file whole or not at all. Raises `FileError`.
+  /// Writes the file whole or not at all. Raises as `WriteOutput` does.
   void Save();
 
  private:
-  const std::filesystem::path path_;
+  void End();
+
+  const std::string path_;
   const Screen screen_;
   QByteArray bytes_;
   QBuffer buffer_;

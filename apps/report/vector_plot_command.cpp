@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include <iostream>
 #include <memory>
 
-#include "apps/discoplan/pixel_size.h"
-#include "apps/discoplan/plot_request.h"
+#include "apps/discoplan/picture_request.h"
 #include "apps/report/print_plot.h"
 #include "apps/report/report_commands.h"
 #include "apps/report/vector_file.h"
-#include "hosts/headless/headless_host.h"
+#include "discoplan/core/numbers.h"
 
 namespace discoplan::app {
 namespace {
@@ -16,43 +14,52 @@ namespace {
 constexpr float kControlWidth = 6000;
 constexpr float kControlHeight = 4500;
 
-struct VectorRequest {
-  DataRequest data;
-  PlotRequest plot;
-  std::string output;
-  std::string size = "800x600";
-};
+/// From an origin of its own, since positions on a page are limited.
+void Print(PlotControl& control, const std::shared_ptr<qt::QtPaper>& paper, const PageArea& place,
+           const PlotKind& kind) {
+  paper->Origin({place.left, place.top});
+  const bool fits = Attempt([&] {
+    PrintWithLegend(control, paper, {0, 0, place.width, place.height});
+  });
+  if (fits) return;
+  throw CommandError("--size: a plot of kind " + std::string(kind.name) +
+                     " can't be drawn that large in a PDF or SVG file; give less");
+}
 
-void Plot(const VectorRequest& request) {
+void Plot(const PictureRequest& request) {
   const std::vector<PlotKind> kinds = KindsOf(request.plot);
-  const PixelSize size = ParseSize(request.size);
+  RefuseOverwriting(request.plot, request.output, {request.data.path.string()});
   const DataResult data = ReadReporting(request.data);
   const Wafer& measured = OnlyWafer(data, request.data);
-  const PageSize page = {static_cast<float>(size.width) * kTwipsPerPixel,
-                         static_cast<float>(size.height) * kTwipsPerPixel};
-  VectorFile file(request.output, page, measured.name);
+  WarnOfEmptyPlots(kinds, request.data, measured);
+  const auto width = static_cast<float>(request.size.width) * kTwipsPerPixel;
+  const auto height = static_cast<float>(request.size.height) * kTwipsPerPixel;
+  const SheetGrid grid = SheetGrid::For(kinds.size());
+  VectorFile file(
+      request.output,
+      {static_cast<float>(grid.columns) * width, static_cast<float>(grid.rows) * height},
+      measured.name);
   HeadlessHost host;
-  host.OnMessage([](const Message& message) { std::cerr << message.text << '\n'; });
-  const PageArea area{0, 0, page.width, page.height};
-  const Grid grid = Grid::For(kinds.size(), area);
+  WarnByMessages(host, request.data);
+  std::unique_ptr<PlotControl> control;
   for (std::size_t i = 0; i < kinds.size(); ++i) {
-    const auto control = LoadedControl(kinds[i], request.plot, request.data, measured, host);
+    control = LoadedControl(kinds[i], request.plot, request.data, measured, host);
     control->SetSize(kControlWidth, kControlHeight);
-    PrintWithLegend(*control, file.paper(), grid.Cell(i, area));
+    Print(*control, file.paper(),
+          {static_cast<float>(grid.ColumnOf(i)) * width, static_cast<float>(grid.RowOf(i)) * height,
+           width, height},
+          kinds[i]);
   }
   file.Save();
+  SaveSettings(request.plot, *control);
 }
 
 }  // namespace
 
 void AddVectorPlotCommand(CLI::App& program) {
   CLI::App* command = program.add_subcommand("plot", "Draw a wafer into a PDF or SVG file");
-  auto request = std::make_shared<VectorRequest>();
-  AddDataOptions(*command, request->data);
-  command->add_option("-o,--output", request->output, "File to write")->required();
-  AddPlotOptions(*command, request->plot);
-  command->add_option("--size", request->size, "Size in pixels of 1/96 inch")
-      ->capture_default_str();
+  auto request = std::make_shared<PictureRequest>();
+  AddPictureOptions(*command, *request);
   command->callback([request] { Plot(*request); });
 }
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <QApplication>
-#include <iostream>
+#include <algorithm>
+#include <array>
 
+#include "apps/discoplan/checks.h"
+#include "apps/discoplan/command.h"
 #include "apps/discoplan/run.h"
 #include "apps/view/workbench.h"
 
@@ -12,6 +15,18 @@ struct ViewRequest {
   std::vector<std::string> files;
 };
 
+/// Without a display the toolkit would end the program in its own way.
+void RefuseWithoutDisplay() {
+#ifdef Q_OS_LINUX
+  constexpr std::array kNames = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+  if (std::ranges::all_of(kNames, qEnvironmentVariableIsEmpty)) {
+    throw discoplan::app::CommandError(
+        "there is no display for a window (DISPLAY and WAYLAND_DISPLAY aren't set); "
+        "discoplan plot draws into a file");
+  }
+#endif
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -19,11 +34,13 @@ int main(int argc, char** argv) {
   CLI::App program("Wafers in a window", "discoplan");
   CLI::App* command = program.add_subcommand("view", "Look at wafers in a window");
   ViewRequest request;
-  command->add_option("DATA", request.files, "Measured sites: tables, lot exports or binary files");
+  command->add_option("DATA", request.files, "Measured sites: tables, lot exports or binary files")
+      ->transform(InputFile());
   AddReadingOptions(*command, request.reading);
   command->footer("Examples:\n  discoplan view\n  discoplan view lot.csv sites.csv");
   int status = 0;
   command->callback([&] {
+    RefuseWithoutDisplay();
     int toolkit_argc = 1;
     QApplication application(toolkit_argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Discoplan"));

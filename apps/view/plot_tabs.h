@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "apps/discoplan/command.h"
+#include "apps/discoplan/measured_wafer.h"
 #include "apps/view/limits_dialog.h"
 #include "hosts/qt/plot_widget.h"
 

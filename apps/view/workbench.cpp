@@ -20,7 +20,7 @@
 #include <QStatusBar>
 #include <QToolBar>
 
-#include "apps/discoplan/beside.h"
+#include "apps/discoplan/output.h"
 #include "apps/report/print_plot.h"
 #include "apps/report/report_page.h"
 #include "discoplan/dialogs/about_box.h"
@@ -232,7 +232,7 @@ void Workbench::AskForExport() {
 QString Workbench::ExportTo(const QString& file) {
   qt::PlotWidget& plot = plots_->Current();
   try {
-    if (IsVectorFile(file.toStdString())) {
+    if (FormatOf(file.toStdString()) != FileFormat::Png) {
       const PageSize page = {static_cast<float>(plot.width()) * kTwipsPerPixel,
                              static_cast<float>(plot.height()) * kTwipsPerPixel};
       VectorFile vectors(file.toStdString(), page, windowTitle().toStdString());

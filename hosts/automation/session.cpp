@@ -33,6 +33,8 @@ json Parse(std::string_view line) {
   };
   try {
     return json::parse(line, check_depth);
+  } catch (const json::out_of_range&) {
+    throw RequestError("A number of the request is out of a 64-bit float's range.");
   } catch (const json::exception&) {
     throw RequestError("The request is no well-formed JSON in UTF-8.");
   }
@@ -116,9 +118,10 @@ std::string AutomationSession::Answer(std::string_view line) {
   return reply.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
-void AutomationSession::Run(std::istream& requests, std::ostream& replies) {
+bool AutomationSession::Run(std::istream& requests, std::ostream& replies) {
   std::string line;
-  while (std::getline(requests, line)) replies << Answer(line) << std::endl;
+  while (replies && std::getline(requests, line)) replies << Answer(line) << std::endl;
+  return !replies.fail();
 }
 
 void AutomationSession::Perform(const json& request, json& reply) {

@@ -28,8 +28,9 @@ class AutomationSession {
 
   /// The reply to one request, without the end of line.
   std::string Answer(std::string_view line);
-  /// Answers line by line until the input ends.
-  void Run(std::istream& requests, std::ostream& replies);
+  /// Answers line by line until the input ends; false if a reply can't be written, and then no
+  /// further request is carried out.
+  [[nodiscard]] bool Run(std::istream& requests, std::ostream& replies);
 
  private:
   using json = nlohmann::json;

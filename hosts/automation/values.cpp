@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "discoplan/core/numbers.h"
-#include "hosts/recording/trace.h"
+#include "hosts/json/json_number.h"
 
 namespace discoplan {
 namespace {

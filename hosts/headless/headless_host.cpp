@@ -24,6 +24,21 @@ PixelSize PixelsOf(const PlotControl& control, const HeadlessHost& host) {
           static_cast<int>(std::lround(box.height / screen.twips_per_pixel_y))};
 }
 
+/// What `use` makes of the picture in strips.
+template <class Use>
+auto InStrips(const PlotControl& control, const HeadlessHost& host, Use&& use) {
+  const PixelSize size = PixelsOf(control, host);
+  Canvas strip(size.width, std::min(size.height, kStripRows), PixelOf(kWhite));
+  const auto rows_from = [&](int top) {
+    strip.Resize(size.width, std::min(kStripRows, size.height - top), PixelOf(kWhite));
+    strip.Clear(PixelOf(kWhite));
+    PaintTree(control.root(), strip,
+              {.resolution = host.screen(), .text = host.text(), .buttons = false, .top = top});
+    return std::span<const Pixel>(strip.Pixels());
+  };
+  return use(PngStrips{.width = size.width, .height = size.height, .rows_from = rows_from});
+}
+
 }  // namespace
 
 std::unique_ptr<Picture> HeadlessHost::NewPicture(float width, float height) {
@@ -48,18 +63,13 @@ Canvas PaintPicture(const PlotControl& control, const HeadlessHost& host) {
   return canvas;
 }
 
+std::vector<std::uint8_t> EncodePicture(const PlotControl& control, const HeadlessHost& host) {
+  return InStrips(control, host, [](const PngStrips& strips) { return EncodePng(strips); });
+}
+
 void SavePicture(const PlotControl& control, const HeadlessHost& host,
                  const std::filesystem::path& file) {
-  const PixelSize size = PixelsOf(control, host);
-  Canvas strip(size.width, std::min(size.height, kStripRows), PixelOf(kWhite));
-  const auto rows_from = [&](int top) {
-    strip.Resize(size.width, std::min(kStripRows, size.height - top), PixelOf(kWhite));
-    strip.Clear(PixelOf(kWhite));
-    PaintTree(control.root(), strip,
-              {.resolution = host.screen(), .text = host.text(), .buttons = false, .top = top});
-    return std::span<const Pixel>(strip.Pixels());
-  };
-  WritePng(file, PngStrips{.width = size.width, .height = size.height, .rows_from = rows_from});
+  InStrips(control, host, [&](const PngStrips& strips) { WritePng(file, strips); });
 }
 
 }  // namespace discoplan

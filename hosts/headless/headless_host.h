@@ -9,8 +9,10 @@
 ///     if (plot.SetWaferData(x, y, z) == LoadResult::Loaded) plot.Plot();
 ///     SavePicture(plot, host, "map.png");
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <vector>
 
 #include "discoplan/controls/plot_control.h"
 #include "discoplan/platform/platform.h"
@@ -42,6 +44,10 @@ class DISCOPLAN_EXPORT HeadlessHost final : public Platform {
 
 /// The control as its user sees it, without its buttons, in pixels of the host's screen.
 DISCOPLAN_EXPORT Canvas PaintPicture(const PlotControl& control, const HeadlessHost& host);
+
+/// The same as the bytes of a PNG file. Raises `std::runtime_error` for a control without pixels.
+DISCOPLAN_EXPORT std::vector<std::uint8_t> EncodePicture(const PlotControl& control,
+                                                         const HeadlessHost& host);
 
 /// The same in a PNG file. Raises `FileError` if it can't be written, and leaves no file then.
 DISCOPLAN_EXPORT void SavePicture(const PlotControl& control, const HeadlessHost& host,

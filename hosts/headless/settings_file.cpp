@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cmath>
 #include <fstream>
-#include <iterator>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <sstream>
 #include <string>
 
 #include "discoplan/controls/control_factory.h"
@@ -25,14 +25,19 @@ namespace fs = std::filesystem;
 
 ordered_json Parse(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
-  const std::string text(std::istreambuf_iterator<char>(stream), {});
-  if (!stream) Refuse(file, "it can't be read; check the path");
+  std::ostringstream content;
+  stream.peek();  // a folder opens, but can't be read
+  content << stream.rdbuf();
+  if (!stream.is_open() || stream.bad()) Refuse(file, "it can't be read; check the path");
+  const std::string text = content.str();
   try {
     return ordered_json::parse(text);
   } catch (const ordered_json::parse_error& error) {
     const auto at = std::min(text.size(), error.byte == 0 ? 0 : error.byte - 1);
     const auto line = 1 + std::count(text.begin(), text.begin() + static_cast<long>(at), '\n');
     Refuse(file, "line " + std::to_string(line) + " is no JSON");
+  } catch (const ordered_json::exception&) {
+    Refuse(file, "a number in it is out of a 64-bit float's range");
   }
 }
 
@@ -118,7 +123,8 @@ void ReadSettings(PlotControl& control, const fs::path& file) {
     const ValueForm& form = FormOf(row->kind);
     const std::optional<Variant> variant = form.read(value);
     if (!variant) {
-      Refuse(file, "'" + key + "' is " + value.dump() + ", not " + std::string(form.name));
+      const std::string shown = value.is_structured() ? "a list or object" : value.dump();
+      Refuse(file, "'" + key + "' is " + shown + ", not " + std::string(form.name));
     }
     bag.WriteProperty(key, row->kind, *variant, row->otherwise);
   }

@@ -17,12 +17,13 @@ namespace fs = std::filesystem;
     int error;
     const char* text;
   };
-  static constexpr std::array<Advice, 6> kAdvice = {{
+  static constexpr std::array<Advice, 7> kAdvice = {{
       {ENOENT, "; create the folder first"},
       {ENOTDIR, "; choose a folder that exists"},
       {EISDIR, "; add a file name to the folder"},
       {EACCES, "; choose a file and folder that you may write to"},
       {EROFS, "; choose a file and folder that you may write to"},
+      {ELOOP, "; mend the links"},
       {ENOSPC, "; free some space or choose another disk"},
   }};
   std::string reason = std::generic_category().message(error);
@@ -68,11 +69,22 @@ int Replace(const fs::path& target, std::span<const std::uint8_t> bytes, fs::per
   return error;
 }
 
+/// Where links lead that end in nothing yet.
+fs::path EndOfLinks(fs::path path) {
+  std::error_code ignored;
+  while (fs::is_symlink(fs::symlink_status(path, ignored))) {
+    path = path.parent_path() / fs::read_symlink(path, ignored);
+  }
+  return path;
+}
+
 /// 0 or the number of the error.
 int WriteBytes(const fs::path& path, std::span<const std::uint8_t> bytes) {
   std::error_code ignored;
-  const fs::file_status status = fs::status(path, ignored);
-  if (!fs::exists(status)) return Replace(path, bytes, fs::perms::unknown);
+  std::error_code failure;
+  const fs::file_status status = fs::status(path, failure);
+  if (status.type() == fs::file_type::none) return failure.value();  // also links in a circle
+  if (!fs::exists(status)) return Replace(EndOfLinks(path), bytes, fs::perms::unknown);
   // A folder or a write-protected file fails here, before anything is replaced.
   const bool regular = fs::is_regular_file(status);
   std::FILE* file = std::fopen(path.c_str(), regular ? "r+b" : "wb");

@@ -113,6 +113,11 @@ void QtPaper::Finish() {
   }
 }
 
+void QtPaper::Origin(const QPointF& twips) {
+  Painter().setTransform(QTransform::fromTranslate(twips.x() / resolution_.twips_per_pixel_x,
+                                                   twips.y() / resolution_.twips_per_pixel_y));
+}
+
 void QtPaper::ClipTo(const QRectF& twips) {
   const double across = 1 / resolution_.twips_per_pixel_x;
   const double down = 1 / resolution_.twips_per_pixel_y;

@@ -31,6 +31,8 @@ class DISCOPLAN_EXPORT QtPaper final : public Surface {
 
   /// Paints what is still held back. A new page begins behind it.
   void Finish();
+  /// Counts the positions of what follows from there, in twips from the corner of the page.
+  void Origin(const QPointF& twips);
   /// Keeps what follows within a rectangle in twips, until the next call.
   void ClipTo(const QRectF& twips);
   void Unclip();

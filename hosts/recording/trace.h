@@ -10,12 +10,9 @@
 #include <string_view>
 
 #include "discoplan/render/surface.h"
+#include "hosts/json/json_number.h"
 
 namespace discoplan {
-
-/// The float with the fewest digits that read back to it; what is not finite as a text.
-nlohmann::json ToJson(float value);
-nlohmann::json ToJson(double value);
 
 class Trace {
  public:

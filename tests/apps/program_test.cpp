@@ -1,59 +1,16 @@
 // SPDX-License-Identifier: MIT
-#include <gtest/gtest.h>
-#include <sys/wait.h>
+#include "tests/apps/program_fixture.h"
 
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
+#include <algorithm>
 #include <nlohmann/json.hpp>
-#include <string>
-
-#include "tests/temporary_folder.h"
+#include <sstream>
 
 namespace discoplan {
 namespace {
 
 namespace fs = std::filesystem;
 
-struct Outcome {
-  int status = 0;
-  std::string output;  // standard output and standard error together
-};
-
-/// Runs the program in a folder of its own.
-class Program : public testing::Test {
- protected:
-  Outcome Run(const std::string& arguments) const {
-    const std::string command =
-        "cd " + folder_.string() + " && " DISCOPLAN_PROGRAM " " + arguments + " 2>&1";
-    Outcome outcome;
-    FILE* pipe = popen(command.c_str(), "r");
-    char buffer[4096];
-    for (std::size_t got = 0; (got = fread(buffer, 1, sizeof buffer, pipe)) > 0;) {
-      outcome.output.append(buffer, got);
-    }
-    outcome.status = WEXITSTATUS(pclose(pipe));
-    return outcome;
-  }
-
-  void Write(const std::string& name, const std::string& text) const {
-    std::ofstream(folder_ / name, std::ios::binary) << text;
-  }
-
-  bool IsPng(const std::string& name) const {
-    std::ifstream file(folder_ / name, std::ios::binary);
-    std::string head(4, '\0');
-    file.read(head.data(), 4);
-    return head == "\x89PNG";
-  }
-
-  const TemporaryFolder temporary_;
-  const fs::path folder_ = temporary_.path();
-};
-
-const std::string kLot = DISCOPLAN_EXAMPLES "/native_oxide_lot.csv";
-const std::string kFilm = DISCOPLAN_EXAMPLES "/thick_film_lot.csv";
+class Program : public ProgramFixture {};
 
 TEST_F(Program, PlotsEachFormOfData) {
   Write("plain.csv", "0,0,1\n10,0,2\n0,10,3\n-10,0,4\n0,-10,5\n");
@@ -186,6 +143,7 @@ TEST_P(ProgramComplains, InOneLineAndLeavesNoFile) {
   Write("text.csv", "X,Y,V\n0,0,1\n1,abc,2\n");
   Write("nan.csv", "X,Y,V\n0,0,1\n1,1,inf\n");
   Write("ok.csv", "X,Y,V\n0,0,1\n1,1,2\n2,2,3\n3,1,4\n");
+  Write("large.json", "{\"StdResx2D\": 1e400}");
   Write("far.csv", "0 0 1\n1 1 2\n2 2 3\n3 3 4\n4 4 5\n5 5 6\n6 6 7\n7 7 8\n8 8 9\n90 0 10\n");
   fs::create_directory(folder_ / "folder");
   const Complaint& due = GetParam();
@@ -193,6 +151,7 @@ TEST_P(ProgramComplains, InOneLineAndLeavesNoFile) {
   EXPECT_EQ(outcome.status, due.status);
   EXPECT_NE(outcome.output.find(due.says), std::string::npos) << outcome.output;
   EXPECT_EQ(std::ranges::count(outcome.output, '\n'), 1) << outcome.output;
+  EXPECT_TRUE(outcome.output.starts_with("discoplan: ")) << outcome.output;
   for (const auto& entry : fs::recursive_directory_iterator(folder_)) {
     EXPECT_EQ(entry.path().string().find("map"), std::string::npos) << entry.path();
   }
@@ -201,8 +160,9 @@ TEST_P(ProgramComplains, InOneLineAndLeavesNoFile) {
 INSTANTIATE_TEST_SUITE_P(
     Bad, ProgramComplains,
     testing::Values(
-        Complaint{"", 2, "subcommand"}, Complaint{"bogus", 2, "no command 'bogus'"},
-        Complaint{"plot", 2, "required"}, Complaint{"plot ok.csv", 2, "--output"},
+        Complaint{"", 2, "give a command: plot, stats, report, view, automate"},
+        Complaint{"bogus", 2, "no command 'bogus'"}, Complaint{"plot", 2, "required"},
+        Complaint{"plot ok.csv", 2, "--output"},
         Complaint{"plot ok.csv -o map.png --size 10", 2, "--size"},
         Complaint{"plot ok.csv -o map.png --size 800x600x2", 2, "--size"},
         Complaint{"plot ok.csv -o map.png --style round", 2, "round"},
@@ -223,14 +183,47 @@ INSTANTIATE_TEST_SUITE_P(
         Complaint{"plot far.csv -o map.png --diameter 50", 1, "give a larger --diameter"},
         Complaint{"plot ok.csv -o none/map.png", 1, "cannot write 'none/map.png'"},
         Complaint{"plot ok.csv -o folder", 1, "cannot write 'folder'"},
+        Complaint{"plot --bogus a", 2, "no place for '--bogus'; discoplan plot --help"},
+        Complaint{"plot ok.csv -o map.png --bogus", 2, "no place for '--bogus'"},
+        Complaint{"plot ok.csv ok.csv -o map.png", 2, "no place for 'ok.csv'"},
+        Complaint{"--bogus", 2, "no place for '--bogus'; discoplan --help"},
+        Complaint{"plot '' -o map.png", 2, "DATA: takes the name of a file"},
+        Complaint{"plot ok.csv -o map.png --diameter nan", 2,
+                  "--diameter: takes a positive number, not 'nan'"},
+        Complaint{"plot ok.csv -o map.png --diameter 1e39", 2, "not '1e39'"},
+        Complaint{"plot ok.csv -o map.png --diameter 0", 2, "not '0'"},
+        Complaint{"plot ok.csv -o map.png --diameter 300mm", 2, "not '300mm'"},
+        Complaint{"plot ok.csv -o map.png --test-diameter inf", 2,
+                  "--test-diameter: takes a positive number, not 'inf'"},
+        Complaint{"plot ok.csv -o map.png --test-diameter 51", 2,
+                  "51 mm is more than the wafer's 50 mm"},
+        Complaint{"plot ok.csv -o map.png --diameter 40 --test-diameter 41", 2,
+                  "41 mm is more than the wafer's 40 mm"},
+        Complaint{"plot ok.csv -o map.png --limits -1e300 1e300", 2,
+                  "--limits: takes a number that a 32-bit float holds, not '-1e300'"},
+        Complaint{"plot ok.csv -o map.png --limits -3e38 3e38", 2, "scale the values"},
+        Complaint{"plot ok.csv -o map.png --limits 2e38 3e38", 2, "scale the values"},
+        Complaint{"plot ok.csv -o map.png --limits 0 nan", 2, "not 'nan'"},
+        Complaint{"plot ok.csv -o map.png --kind 3D --set XResolution=0.0499", 2,
+                  "can't be below 0.05 mm"},
+        Complaint{"plot ok.csv -o map.png --kind 3DS --set YResolution=0.004", 2,
+                  "can't be below 0.05 mm"},
+        Complaint{"plot ok.csv -o map.png --settings folder", 1, "cannot use 'folder'"},
+        Complaint{"plot ok.csv -o map.png --settings large.json", 1,
+                  "cannot use 'large.json': a number in it is out of"},
+        Complaint{"plot 'lines\nmore.csv' -o map.png", 1, "lines?more.csv: "},
         Complaint{"stats missing.csv", 1, "missing.csv: "},
-        Complaint{"automate missing.jsonl", 1, "missing.jsonl: "}));
+        Complaint{"automate missing.jsonl", 1,
+                  "missing.jsonl: the file can't be read (No such file or directory)"},
+        Complaint{"automate folder", 1, "folder: the file can't be read (Is a directory)"},
+        Complaint{"automate empty.csv", 1, "empty.csv: the file is empty"}));
 
 TEST_F(Program, AnswersAutomationRequestsInOrder) {
   Write("requests.jsonl",
         "{\"op\":\"new\",\"class\":\"Plot2D\",\"id\":1}\nnonsense\n{\"op\":\"get\",\"id\":1,"
         "\"name\":\"WaferDiameter\"}");
-  for (const char* how : {"automate requests.jsonl", "automate < requests.jsonl"}) {
+  for (const char* how :
+       {"automate requests.jsonl", "automate < requests.jsonl", "automate - < requests.jsonl"}) {
     const Outcome outcome = Run(how);
     EXPECT_EQ(outcome.status, 0);
     std::istringstream lines(outcome.output);

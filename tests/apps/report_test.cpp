@@ -1,54 +1,22 @@
 // SPDX-License-Identifier: MIT
-#include <gtest/gtest.h>
-#include <sys/wait.h>
+#include "tests/apps/program_fixture.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
 
-#include "tests/temporary_folder.h"
-
+namespace discoplan {
 namespace {
 
 namespace fs = std::filesystem;
 
-const std::string kLot = DISCOPLAN_EXAMPLES "/native_oxide_lot.csv";
-const std::string kFilm = DISCOPLAN_EXAMPLES "/thick_film_lot.csv";
-
-struct Outcome {
-  int status = 0;
-  std::string output;
-};
-
-class Report : public testing::Test {
+class Report : public ProgramFixture {
  protected:
-  Outcome Shell(const std::string& command) const {
-    const std::string line = "cd " + folder_.path().string() + " && " + command + " 2>&1";
-    Outcome outcome;
-    FILE* pipe = popen(line.c_str(), "r");
-    char buffer[4096];
-    for (std::size_t got = 0; (got = fread(buffer, 1, sizeof buffer, pipe)) > 0;) {
-      outcome.output.append(buffer, got);
-    }
-    outcome.status = WEXITSTATUS(pclose(pipe));
-    return outcome;
-  }
-  Outcome Run(const std::string& arguments) const {
-    return Shell(DISCOPLAN_PROGRAM " " + arguments);
-  }
   std::string TextOf(const std::string& file) const {
     return Shell("pdftotext -layout " + file + " -").output;
   }
-  bool Exists(const std::string& name) const { return fs::exists(folder_.path() / name); }
   std::size_t Files() const {
     return static_cast<std::size_t>(
-        std::distance(fs::directory_iterator(folder_.path()), fs::directory_iterator()));
+        std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
   }
-
-  const discoplan::TemporaryFolder folder_;
 };
 
 TEST_F(Report, HoldsTextsThatCanBeFound) {
@@ -93,7 +61,7 @@ TEST_F(Report, GivesEachWaferAPage) {
 }
 
 TEST_F(Report, TakesPapersAndSeveralFiles) {
-  folder_.Write("plain.csv", "0,0,1\n10,0,2\n0,10,3\n-10,0,4\n0,-10,5\n");
+  Write("plain.csv", "0,0,1\n10,0,2\n0,10,3\n-10,0,4\n0,-10,5\n");
   const struct {
     const char* options;
     const char* size;
@@ -111,8 +79,8 @@ TEST_F(Report, TakesPapersAndSeveralFiles) {
 }
 
 TEST_F(Report, LeavesNoFileBehindWhatFails) {
-  folder_.Write("bad.csv", "0,0,1\n10,0,x\n");
-  folder_.Write("good.csv", "0,0,1\n10,0,2\n0,10,3\n");
+  Write("bad.csv", "0,0,1\n10,0,x\n");
+  Write("good.csv", "0,0,1\n10,0,2\n0,10,3\n-10,0,4\n");
   const struct {
     std::string arguments;
     int status;
@@ -147,6 +115,59 @@ TEST_F(Report, PlotsIntoVectorFiles) {
   EXPECT_EQ(Run("plot " + kLot + " --wafer 7 -o all.pdf --kind all --set PlotCaption=x").status, 0);
 }
 
+TEST_F(Report, GivesEachPlotTheSizeAskedFor) {
+  const struct {
+    const char* kinds;
+    const char* points;
+  } rows[] = {{"--kind 2D", "300 x 150"},
+              {"--kind 2D --kind histo", "600 x 150"},
+              {"--kind all", "900 x 450"}};
+  for (const auto& row : rows) {
+    ASSERT_EQ(Run("plot " + kLot + " --wafer 7 -o a.pdf --size 400x200 " + row.kinds).status, 0);
+    const std::string info = Shell("pdfinfo a.pdf").output;
+    EXPECT_NE(info.find(row.points), std::string::npos) << row.kinds << '\n' << info;
+  }
+}
+
+TEST_F(Report, RefusesAPlotLargerThanPositionsOnPaper) {
+  const Outcome outcome =
+      Run("plot " + kLot + " --wafer 7 -o a.pdf --size 3000x3000 --kind linescan");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_NE(outcome.output.find("discoplan: --size: "), std::string::npos) << outcome.output;
+  EXPECT_FALSE(Exists("a.pdf"));
+}
+
+TEST_F(Report, SaysNothingWhereAllIsWell) {
+  fs::create_directory(folder_ / "run");
+  fs::permissions(folder_ / "run", fs::perms::owner_all);
+  for (const char* environment : {"env -u XDG_RUNTIME_DIR ", "env XDG_RUNTIME_DIR=$PWD/run "}) {
+    for (const char* command : {"report ", "plot --wafer 7 "}) {
+      const Outcome outcome =
+          Shell(environment + std::string(DISCOPLAN_PROGRAM " ") + command + kLot + " -o a.pdf");
+      EXPECT_EQ(outcome.status, 0);
+      EXPECT_EQ(outcome.output, "") << environment << command;
+    }
+  }
+}
+
+TEST_F(Report, TakesACaptionWhereOneIsGiven) {
+  const std::string report = "report " + kLot + " --wafer 7 -o a.pdf --kind 2D";
+  ASSERT_EQ(Run(report).status, 0);
+  EXPECT_NE(TextOf("a.pdf").find("Map"), std::string::npos);
+  ASSERT_EQ(Run(report + " --caption Oxide").status, 0);
+  EXPECT_NE(TextOf("a.pdf").find("Oxide"), std::string::npos);
+  EXPECT_EQ(TextOf("a.pdf").find("Map"), std::string::npos);
+}
+
+TEST_F(Report, OfAWindowNeedsADisplay) {
+  const Outcome outcome =
+      Shell("env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " DISCOPLAN_PROGRAM " view");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.output,
+            "discoplan: there is no display for a window (DISPLAY and WAYLAND_DISPLAY aren't set); "
+            "discoplan plot draws into a file\n");
+}
+
 TEST_F(Report, ExplainsItself) {
   const Outcome help = Run("report --help");
   EXPECT_EQ(help.status, 0);
@@ -155,3 +176,4 @@ TEST_F(Report, ExplainsItself) {
 }
 
 }  // namespace
+}  // namespace discoplan

@@ -67,6 +67,8 @@ TEST_F(SettingsFile, ThatCannotBeUsedLeavesTheControl) {
   const std::pair<const char*, const char*> rows[] = {
       {"", "line 1 is no JSON"},
       {"{\n\"2DFLAT\": 2,\n", "line 3 is no JSON"},
+      {"{\"StdResx2D\": 1e400}", "a number in it is out of a 64-bit float's range"},
+      {"{\"StdResx2D\": [1]}", "'StdResx2D' is a list or object, not a number"},
       {"[1]", "it holds no object of keys and values"},
       {"{\"StdResx2D\": 3, \"StdResx9D\": 3}", "'StdResx9D' is no setting of a Plot2D; remove it"},
       {"{\"StdResx2D\": 3, \"2DFLAT\": \"flat\"}", "'2DFLAT' is \"flat\", not a number"},
@@ -82,6 +84,7 @@ TEST_F(SettingsFile, ThatCannotBeUsedLeavesTheControl) {
     EXPECT_EQ(plot_.Resolution(), 7) << content;
   }
   EXPECT_THROW(ReadSettings(plot_, folder_.path() / "none.json"), FileError);
+  EXPECT_THROW(ReadSettings(plot_, folder_.path()), FileError);
 }
 
 TEST_F(SettingsFile, RefusesWhatAPropertyRefusesAloud) {

@@ -144,7 +144,7 @@ TEST_F(Requests, GoOnLineByLine) {
       "\n{\"op\":\"new\",\"class\":\"Printer\",\"id\":1}\r\nno\n"
       "{\"op\":\"get\",\"id\":1,\"name\":\"ScaleMode\"}");
   std::ostringstream replies;
-  session_.Run(requests, replies);
+  EXPECT_TRUE(session_.Run(requests, replies));
   std::istringstream lines(replies.str());
   std::vector<json> answers;
   for (std::string line; std::getline(lines, line);) answers.push_back(json::parse(line));
@@ -153,6 +153,21 @@ TEST_F(Requests, GoOnLineByLine) {
   EXPECT_EQ(answers[1], kDone);
   EXPECT_EQ(answers[2]["ok"], false);
   EXPECT_EQ(answers[3], json({{"ok", true}, {"value", 1}}));
+}
+
+TEST_F(Requests, EndWhenAReplyIsLost) {
+  std::istringstream requests("{}\n{\"op\":\"new\",\"class\":\"Printer\",\"id\":1}");
+  std::ostringstream replies;
+  replies.setstate(std::ios::badbit);
+  EXPECT_FALSE(session_.Run(requests, replies));
+  ExpectRefused(Get(1, "ScaleMode"), "never made");
+}
+
+TEST_F(Requests, TellANumberOutOfRangeFromDamage) {
+  const auto error = [&](const char* line) { return Ask(line)["error"].get<std::string>(); };
+  EXPECT_EQ(error(R"({"op":"set","id":1,"name":"Resolution","value":1e400})"),
+            "A number of the request is out of a 64-bit float's range.");
+  EXPECT_EQ(error(R"({"op":)"), "The request is no well-formed JSON in UTF-8.");
 }
 
 TEST_F(Requests, TellAnIdByItsKind) {

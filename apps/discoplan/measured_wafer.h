@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// A measured wafer on its way into a control: the size that it takes, and what doesn't fit.
+
+#include <string>
+
+#include "apps/discoplan/data_file.h"
+#include "discoplan/controls/plot_control.h"
+
+namespace discoplan::app {
+
+/// Of the farthest site from the centre, in mm.
+double FarthestSite(const Wafer& measured);
+
+/// Diameters in mm of the smallest standard wafer that holds all sites, and of the area that a
+/// plot covers: 6 mm less, unless a site lies outside that.
+struct WaferSize {
+  float diameter;
+  float test_diameter;
+};
+WaferSize SizeFor(const Wafer& measured);
+
+/// "lot.csv", with the slot where there are several: for messages.
+std::string SourceOf(const std::string& file, const Wafer& measured);
+
+/// Loads the sites into a control that has its diameter. Raises `CommandError` that tells why they
+/// don't fit; `source` names them.
+void LoadSites(PlotControl& control, const std::string& source, const Wafer& measured);
+
+/// Says on standard error how many values are so small that every plot takes them for 0.
+void WarnOfTinyValues(const std::string& file, const std::vector<Wafer>& wafers);
+
+}  // namespace discoplan::app
