@@ -18,8 +18,13 @@ std::string Millimetres(double length) { return PlainNumber(static_cast<float>(l
 
 double FarthestSite(const Wafer& measured) {
   double farthest = 0;
+  double near = 0;  // the square of a distance that is surely no more than the farthest one
   for (std::size_t i = 0; i < measured.x.size(); ++i) {
-    farthest = std::max(farthest, std::hypot(static_cast<double>(measured.x[i]), measured.y[i]));
+    const double x = measured.x[i];
+    const double y = measured.y[i];
+    if (x * x + y * y < near) continue;
+    farthest = std::max(farthest, std::hypot(x, y));
+    near = farthest * farthest * (1 - 1e-9);
   }
   return farthest;
 }

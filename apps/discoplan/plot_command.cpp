@@ -42,6 +42,7 @@ class Drawing {
   }
 
   Canvas Paint() const { return PaintPicture(*control_, host_); }
+  void Save(const std::string& file) const { SavePicture(*control_, host_, file); }
   PlotControl& Control() { return *control_; }
 
  private:
@@ -79,9 +80,8 @@ class Sheet {
 };
 
 /// Leaves the last plot in `drawing`.
-Canvas Draw(const std::vector<PlotKind>& kinds, const PictureRequest& request,
-            const Wafer& measured, std::optional<Drawing>& drawing) {
-  if (kinds.size() == 1) return drawing.emplace(kinds.front(), request, measured).Paint();
+Canvas DrawSheet(const std::vector<PlotKind>& kinds, const PictureRequest& request,
+                 const Wafer& measured, std::optional<Drawing>& drawing) {
   Sheet sheet(request.size, kinds.size());
   for (const PlotKind& kind : kinds) sheet.Add(drawing.emplace(kind, request, measured).Paint());
   return sheet.Take();
@@ -94,10 +94,14 @@ void Plot(const PictureRequest& request) {
   const Wafer& measured = OnlyWafer(data, request.data);
   WarnOfEmptyPlots(kinds, request.data, measured);
   std::optional<Drawing> drawing;
-  const Canvas canvas = Draw(kinds, request, measured, drawing);
-  WriteOutput(
-      request.output,
-      EncodePng({.pixels = canvas.Pixels(), .width = canvas.Width(), .height = canvas.Height()}));
+  if (kinds.size() == 1 && request.output != "-") {
+    drawing.emplace(kinds.front(), request, measured).Save(request.output);
+  } else {
+    const Canvas sheet = DrawSheet(kinds, request, measured, drawing);
+    WriteOutput(request.output,
+                EncodePng(PngPicture{
+                    .pixels = sheet.Pixels(), .width = sheet.Width(), .height = sheet.Height()}));
+  }
   SaveSettings(request.plot, drawing->Control());
 }
 
