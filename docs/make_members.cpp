@@ -64,9 +64,18 @@ void AppendHeader(const std::string& folder, const std::string& file, Lines& lin
   std::ifstream stream(folder + file);
   if (!stream) throw std::runtime_error(folder + file + " can't be read");
   Lines bases;
-  for (std::string line; std::getline(stream, line); lines.push_back(line)) {
-    if (!line.starts_with(kInclude)) continue;
-    bases.push_back(line.substr(kInclude.size(), line.size() - kInclude.size() - 1));
+  for (std::string line; std::getline(stream, line);) {
+    if (line.starts_with(kInclude)) {
+      bases.push_back(line.substr(kInclude.size(), line.size() - kInclude.size() - 1));
+    }
+    // A declaration on several lines becomes one.
+    const bool goes_on = !lines.empty() && lines.back().ends_with(',') &&
+                         lines.back().find("//") == std::string::npos;
+    if (goes_on) {
+      lines.back() += line.substr(line.find_first_not_of(' ') - 1);
+    } else {
+      lines.push_back(line);
+    }
   }
   for (const std::string& base : bases) AppendHeader(folder, base, lines);
 }
@@ -100,7 +109,7 @@ std::vector<std::string> ArgumentsIn(const std::string& list) {
 
 Said WhatIsSaid(const Lines& lines, const std::string& name) {
   // Of a class, not of what is in a function.
-  const std::regex declaration("^  \\w.* " + name + "\\(([^)]*)\\).*");
+  const std::regex declaration("^  (?:\\[\\[nodiscard\\]\\] )?\\w.* " + name + "\\(([^)]*)\\).*");
   Said said;
   std::smatch match;
   for (std::size_t i = 0; i < lines.size() && said.meaning.empty(); ++i) {

@@ -22,10 +22,6 @@ std::int32_t Nearest(double pixels) {
       RoundHalfEven(std::clamp<double>(static_cast<float>(pixels), -kFarthest, kFarthest)));
 }
 
-int Side(double pixels) {
-  return pixels > 0 ? static_cast<int>(RoundHalfEven(std::min<double>(pixels, kMostPixels))) : 0;
-}
-
 }  // namespace
 
 Pixel PixelOf(Colour colour) {
@@ -34,6 +30,10 @@ Pixel PixelOf(Colour colour) {
   if (colour == kButtonFace) return 0xFFF0F0F0;
   if (colour & kSystem) return 0xFFC8C8C8;
   return 0xFF000000 | (colour & 0xFF) << 16 | (colour & 0xFF00) | (colour >> 16 & 0xFF);
+}
+
+int WholePixels(double pixels) {
+  return pixels > 0 ? static_cast<int>(RoundHalfEven(std::min<double>(pixels, kMostPixels))) : 0;
 }
 
 Picture::Picture(const Setting& setting, float width, float height)
@@ -48,8 +48,8 @@ void Picture::Resize(float width, float height) {
 }
 
 void Picture::TakeSize() {
-  const int across = Side(PixelsAcross());
-  const int down = std::min(Side(PixelsDown()), kMostPixelsTogether / std::max(across, 1));
+  const int across = WholePixels(PixelsAcross());
+  const int down = std::min(WholePixels(PixelsDown()), kMostPixelsTogether / std::max(across, 1));
   canvas_.Resize(across, down, PixelOf(state_.back_color));
   TakeScale();
 }

@@ -21,6 +21,9 @@ namespace discoplan {
 /// The colour as a pixel; system colours, which have the highest bit set, become neutral greys.
 DISCOPLAN_EXPORT Pixel PixelOf(Colour colour);
 
+/// Whole pixels along one side: none for what isn't above 0, and 32767 at most.
+DISCOPLAN_EXPORT int WholePixels(double pixels);
+
 class DISCOPLAN_EXPORT Picture : public Surface {
  public:
   /// All three outlive the picture.

@@ -2,7 +2,6 @@
 #include "hosts/headless/headless_host.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "discoplan/forms/painter.h"
 #include "hosts/headless/png_file.h"
@@ -20,8 +19,8 @@ struct PixelSize {
 PixelSize PixelsOf(const PlotControl& control, const HeadlessHost& host) {
   const TwipsBox& box = control.root().box;
   const Screen& screen = host.screen();
-  return {static_cast<int>(std::lround(box.width / screen.twips_per_pixel_x)),
-          static_cast<int>(std::lround(box.height / screen.twips_per_pixel_y))};
+  return {WholePixels(box.width / screen.twips_per_pixel_x),
+          WholePixels(box.height / screen.twips_per_pixel_y)};
 }
 
 /// What `use` makes of the picture in strips.

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <fstream>
 #include <iterator>
 
@@ -41,6 +42,18 @@ TEST(HeadlessHost, SavedPictureIsThePaintedOne) {
                                        .height = painted.Height()}))
           << kind << ' ' << height;
     }
+  }
+}
+
+TEST(HeadlessHost, RefusesAPictureWithoutPixels) {
+  const TemporaryFolder folder;
+  HeadlessHost host;
+  const auto control = NewControl("Plot2D", host, nullptr);
+  for (const TwipsBox& box :
+       {TwipsBox{0, 0, 6000, -5}, TwipsBox{0, 0, 7, 4500}, TwipsBox{0, 0, std::nanf(""), 4500}}) {
+    control->root().box = box;
+    EXPECT_THROW(SavePicture(*control, host, folder.path() / "map.png"), FileError);
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "map.png"));
   }
 }
 
