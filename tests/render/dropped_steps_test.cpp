@@ -71,8 +71,10 @@ class DroppedSteps : public PlotFixture {
       auto moved = due;
       for (auto& [cell, corners] : moved) {
         if (cell <= refused) continue;
-        for (json& corner : corners)
-          corner = {corner[0].get<int>() + 100, corner[1].get<int>() + 200};
+        for (json& corner : corners) {
+          corner[0] = corner[0].get<int>() + 100;
+          corner[1] = corner[1].get<int>() + 200;
+        }
       }
       ASSERT_EQ(Polygons(picture->TakeTrace()), moved) << refused;
     }
