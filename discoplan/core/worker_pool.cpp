@@ -1,7 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/core/worker_pool.h"
 
+#include <chrono>
+
 namespace discoplan {
+namespace {
+
+/// Plots come in bursts, and waking a thread takes a good part of a small lattice's time.
+constexpr std::chrono::microseconds kStaysAwake{300};
+
+}  // namespace
 
 WorkerPool::WorkerPool(int threads) {
   try {
@@ -39,6 +47,8 @@ void WorkerPool::RunParts(const Job& job, std::int32_t parts) {
 void WorkerPool::StandBy() {
   std::int32_t seen = 0;
   while (!ends_) {
+    const auto asleep = std::chrono::steady_clock::now() + kStaysAwake;
+    while (calls_ == seen && std::chrono::steady_clock::now() < asleep) std::this_thread::yield();
     calls_.wait(seen);
     seen = calls_;
     Work();
