@@ -7,45 +7,36 @@
 namespace discoplan::app {
 namespace {
 
-bool IsFinite(const std::string& text, float& number) {
-  return CLI::detail::lexical_cast(text, number) && std::isfinite(number);
+CLI::Validator Number(const std::string& takes, bool (*is_right)(float)) {
+  return CLI::Validator(
+      [=](const std::string& text) -> std::string {
+        float number = 0;
+        const bool is_number = CLI::detail::lexical_cast(text, number) && std::isfinite(number);
+        return is_number && is_right(number) ? "" : "takes " + takes + ", not '" + text + "'";
+      },
+      "");
+}
+
+std::string ComplaintOfName(const std::string& name) {
+  return name.empty() ? "takes the name of a file" : "";
 }
 
 }  // namespace
 
 CLI::Validator FiniteNumber() {
-  return CLI::Validator(
-      [](const std::string& text) -> std::string {
-        float number = 0;
-        return IsFinite(text, number)
-                   ? ""
-                   : "takes a number that a 32-bit float holds, not '" + text + "'";
-      },
-      "");
+  return Number("a number that a 32-bit float holds", [](float) { return true; });
 }
 
 CLI::Validator PositiveNumber() {
-  return CLI::Validator(
-      [](const std::string& text) -> std::string {
-        float number = 0;
-        return IsFinite(text, number) && number > 0 ? ""
-                                                    : "takes a positive number, not '" + text + "'";
-      },
-      "");
+  return Number("a positive number", [](float number) { return number > 0; });
 }
 
-CLI::Validator FileName() {
-  return CLI::Validator(
-      [](const std::string& name) -> std::string {
-        return name.empty() ? "takes the name of a file" : "";
-      },
-      "");
-}
+CLI::Validator FileName() { return CLI::Validator(ComplaintOfName, ""); }
 
 CLI::Validator InputFile() {
-  return FileName().operation([](std::string& name) -> std::string {
+  return FileName().operation([](std::string& name) {
     if (name == "-") name = "/dev/stdin";
-    return name.empty() ? "takes the name of a file" : "";
+    return ComplaintOfName(name);
   });
 }
 
