@@ -7,11 +7,12 @@
 #include "apps/discoplan/data_file.h"
 #include "apps/discoplan/skip_report.h"
 #include "tests/apps/data_files.h"
+#include "tests/places.h"
 
 namespace discoplan::app {
 namespace {
 
-const std::filesystem::path kExamples = DISCOPLAN_EXAMPLES;
+const std::filesystem::path kExamples = Example("");
 
 TEST(LotExport, ReadsAll25WafersOfTheExample) {
   const DataResult result = ReadData({.path = kExamples / "native_oxide_lot.csv"});

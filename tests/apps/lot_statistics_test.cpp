@@ -4,6 +4,7 @@
 #include "apps/discoplan/data_file.h"
 #include "discoplan/controls/plot2d.h"
 #include "hosts/recording/recording_host.h"
+#include "tests/places.h"
 
 namespace discoplan {
 namespace {
@@ -16,7 +17,7 @@ constexpr double kOurSums = 0.00002;
 constexpr double kADigit = 0.0001;
 
 TEST(LotStatistics, AgreeWithTheInstrumentsOwnOnAllWafers) {
-  const app::DataResult data = app::ReadData({.path = DISCOPLAN_EXAMPLES "/native_oxide_lot.csv"});
+  const app::DataResult data = app::ReadData({.path = Example("native_oxide_lot.csv")});
   ASSERT_EQ(data.wafers.size(), 25U);
   for (const app::Wafer& measured : data.wafers) {
     SCOPED_TRACE(measured.name);

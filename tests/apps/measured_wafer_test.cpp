@@ -104,13 +104,13 @@ TEST_F(MeasuredWafer, HasANamePaddedByCharacters) {
 
 TEST_F(MeasuredWafer, ComesFromStandardInputByAHyphen) {
   const std::string table = Run("stats five.csv").output;
-  EXPECT_EQ(Shell("cat five.csv | " DISCOPLAN_PROGRAM " stats -").output.substr(16),
+  EXPECT_EQ(Shell("cat five.csv | " + Program() + " stats -").output.substr(16),
             table.substr(16).replace(table.find("five") - 16, 5, "stdin"));
   ExpectLine("plot - -o a.png < five.csv", 0, "");
   EXPECT_TRUE(IsPng("a.png"));
-  EXPECT_EQ(Shell("cat five.csv | " DISCOPLAN_PROGRAM " plot - -o a.pdf").status, 0);
+  EXPECT_EQ(Shell("cat five.csv | " + Program() + " plot - -o a.pdf").status, 0);
   EXPECT_TRUE(Read("a.pdf").starts_with("%PDF"));
-  EXPECT_EQ(Shell("cat five.csv | " DISCOPLAN_PROGRAM " report - five.csv -o b.pdf").status, 0);
+  EXPECT_EQ(Shell("cat five.csv | " + Program() + " report - five.csv -o b.pdf").status, 0);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <string>
 
+#include "tests/places.h"
 #include "tests/temporary_folder.h"
 
 namespace discoplan {
@@ -19,8 +20,8 @@ struct Outcome {
   std::string output;  // standard output and standard error together
 };
 
-inline const std::string kLot = DISCOPLAN_EXAMPLES "/native_oxide_lot.csv";
-inline const std::string kFilm = DISCOPLAN_EXAMPLES "/thick_film_lot.csv";
+inline const std::string kLot = Example("native_oxide_lot.csv");
+inline const std::string kFilm = Example("thick_film_lot.csv");
 
 /// Runs the program in a folder of its own.
 class ProgramFixture : public testing::Test {
@@ -36,9 +37,7 @@ class ProgramFixture : public testing::Test {
     outcome.status = WEXITSTATUS(pclose(pipe));
     return outcome;
   }
-  Outcome Run(const std::string& arguments) const {
-    return Shell(DISCOPLAN_PROGRAM " " + arguments);
-  }
+  Outcome Run(const std::string& arguments) const { return Shell(Program() + " " + arguments); }
 
   void Write(const std::string& name, const std::string& text) const {
     std::ofstream(folder_ / name, std::ios::binary) << text;

@@ -142,8 +142,7 @@ TEST_F(Report, SaysNothingWhereAllIsWell) {
   fs::permissions(folder_ / "run", fs::perms::owner_all);
   for (const char* environment : {"env -u XDG_RUNTIME_DIR ", "env XDG_RUNTIME_DIR=$PWD/run "}) {
     for (const char* command : {"report ", "plot --wafer 7 "}) {
-      const Outcome outcome =
-          Shell(environment + std::string(DISCOPLAN_PROGRAM " ") + command + kLot + " -o a.pdf");
+      const Outcome outcome = Shell(environment + Program() + " " + command + kLot + " -o a.pdf");
       EXPECT_EQ(outcome.status, 0);
       EXPECT_EQ(outcome.output, "") << environment << command;
     }
@@ -161,7 +160,7 @@ TEST_F(Report, TakesACaptionWhereOneIsGiven) {
 
 TEST_F(Report, OfAWindowNeedsADisplay) {
   const Outcome outcome =
-      Shell("env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " DISCOPLAN_PROGRAM " view");
+      Shell("env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " + Program() + " view");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.output,
             "discoplan: there is no display for a window (DISPLAY and WAYLAND_DISPLAY aren't set); "

@@ -10,6 +10,7 @@
 #include <set>
 
 #include "hosts/qt/plot_widgets.h"
+#include "tests/places.h"
 
 namespace discoplan::qt {
 namespace {
@@ -58,7 +59,7 @@ TEST_F(DesignerPlugin, MakesEmptyPlotsOutsideTheDesigner) {
 TEST_F(DesignerPlugin, FormsKeepTheSettings) {
   QUiLoader forms;
   forms.addPluginPath(QFileInfo(DISCOPLAN_DESIGNER_PLUGIN).path());
-  QFile file(QStringLiteral(DISCOPLAN_TEST_DATA "/qt/plot.ui"));
+  QFile file(QString::fromStdString(TestData("qt/plot.ui")));
   ASSERT_TRUE(file.open(QFile::ReadOnly));
   const std::unique_ptr<QWidget> form(forms.load(&file));
   ASSERT_NE(form, nullptr) << qPrintable(forms.errorString());

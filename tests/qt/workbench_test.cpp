@@ -21,12 +21,13 @@
 
 #include "apps/view/pointed_site.h"
 #include "hosts/qt/plot_widgets.h"
+#include "tests/places.h"
 #include "tests/temporary_folder.h"
 
 namespace discoplan::app {
 namespace {
 
-const QString kLot = QStringLiteral(DISCOPLAN_EXAMPLES "/native_oxide_lot.csv");
+const QString kLot = QString::fromStdString(Example("native_oxide_lot.csv"));
 
 class WorkbenchTest : public testing::Test {
  protected:

@@ -13,11 +13,12 @@
 #include <vector>
 
 #include "discoplan/raster/canvas.h"
+#include "tests/places.h"
 
 namespace discoplan {
 namespace {
 
-const std::string kScenes = DISCOPLAN_TEST_DATA "/raster/scenes/";
+const std::string kScenes = TestData("raster/scenes/");
 
 struct Call {
   std::string name;
