@@ -6,14 +6,13 @@
 #include <cmath>
 #include <cstdint>
 
-namespace discoplan {
+#include "discoplan/base/wide_int.h"
 
-__extension__ typedef __int128 Int128;
-__extension__ typedef unsigned __int128 UInt128;
+namespace discoplan {
 
 /// The largest integer whose square is at most `value`.
 inline std::int64_t FloorSqrt(std::uint64_t value) {
-  auto root = static_cast<UInt128>(std::sqrt(static_cast<double>(value)));
+  UInt128 root = static_cast<std::uint64_t>(std::sqrt(static_cast<double>(value)));
   while (root * root > value) --root;
   while ((root + 1) * (root + 1) <= value) ++root;
   return static_cast<std::int64_t>(root);

@@ -9,11 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "discoplan/base/wide_int.h"
 #include "discoplan/raster/canvas.h"
 
 namespace discoplan {
-
-__extension__ typedef __int128 Int128;
 
 inline constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
 inline constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
