@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// A 64-bit sum whose error doesn't grow with the number of terms.
+///
+///     CompensatedSum sum;
+///     for (double term : terms) sum += term;
+///     const double mean = sum.Value() / count;
+///
+/// Neumaier's variant of Kahan's sum: A. Neumaier, "Rundungsfehleranalyse einiger Verfahren zur
+/// Summation endlicher Summen", ZAMM 54 (1974). The result is off by two roundings at most, plus
+/// a term of the order of n * 2^-106 of the sum of magnitudes.
+
+#include <cmath>
+
+namespace discoplan::analysis {
+
+class CompensatedSum {
+ public:
+  CompensatedSum& operator+=(double term) {
+    const double sum = sum_ + term;
+    lost_ += std::abs(sum_) >= std::abs(term) ? (sum_ - sum) + term : (term - sum) + sum_;
+    sum_ = sum;
+    return *this;
+  }
+  double Value() const { return sum_ + lost_; }
+
+ private:
+  double sum_ = 0;
+  double lost_ = 0;
+};
+
+/// Sum of `of(item)` over a range.
+template <class Range, class Of>
+double SumOver(const Range& range, Of of) {
+  CompensatedSum sum;
+  for (const auto& item : range) sum += of(item);
+  return sum.Value();
+}
+
+}  // namespace discoplan::analysis

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/analysis/least_squares.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+#include "discoplan/analysis/compensated_sum.h"
+
+namespace discoplan::analysis {
+namespace {
+
+double Dot(std::span<const double> a, std::span<const double> b) {
+  CompensatedSum sum;
+  for (std::size_t i = 0; i < a.size(); ++i) sum += a[i] * b[i];
+  return sum.Value();
+}
+
+double Norm(std::span<const double> a) { return std::sqrt(Dot(a, a)); }
+
+/// Takes the mirror image of `target` at the plane that is orthogonal to `normal`.
+void Reflect(std::span<const double> normal, double half_square, std::span<double> target) {
+  const double along = Dot(normal, target) / half_square;
+  for (std::size_t i = 0; i < normal.size(); ++i) target[i] -= along * normal[i];
+}
+
+class PivotedQr {
+ public:
+  PivotedQr(DesignMatrix design, std::span<const double> values)
+      : matrix_(std::move(design)),
+        values_(values.begin(), values.end()),
+        order_(matrix_.Columns()),
+        scales_(matrix_.Columns(), 1.0) {
+    std::iota(order_.begin(), order_.end(), std::size_t{0});
+    ScaleColumns();
+  }
+
+  LeastSquares Solve() {
+    const std::size_t steps = std::min(matrix_.Rows(), matrix_.Columns());
+    const double negligible = std::numeric_limits<double>::epsilon() *
+                              static_cast<double>(std::max(matrix_.Rows(), matrix_.Columns()));
+    std::size_t rank = 0;
+    for (; rank < steps; ++rank) {
+      const double largest = TakeLargest(rank);
+      if (rank == 0) first_ = largest;
+      if (!(largest > negligible * first_)) break;
+      Eliminate(rank);
+    }
+    return {SolveBackwards(rank), rank};
+  }
+
+ private:
+  // So that the rank doesn't depend on the units of the columns.
+  void ScaleColumns() {
+    for (std::size_t c = 0; c < matrix_.Columns(); ++c) {
+      const double norm = Norm(matrix_.Column(c));
+      if (norm == 0) continue;
+      scales_[c] = norm;
+      for (double& cell : matrix_.Column(c)) cell /= norm;
+    }
+  }
+
+  /// Brings the column with the longest rest to place `step`; its length.
+  double TakeLargest(std::size_t step) {
+    std::size_t best = step;
+    double largest = -1;
+    for (std::size_t c = step; c < matrix_.Columns(); ++c) {
+      const double rest = Norm(matrix_.Column(c).subspan(step));
+      if (rest > largest) {
+        largest = rest;
+        best = c;
+      }
+    }
+    if (best != step) {
+      const std::span<double> target = matrix_.Column(step);
+      std::swap_ranges(target.begin(), target.end(), matrix_.Column(best).begin());
+      std::swap(order_[step], order_[best]);
+    }
+    return largest;
+  }
+
+  void Eliminate(std::size_t step) {
+    const std::span<double> column = matrix_.Column(step).subspan(step);
+    const double length = Norm(column);
+    std::vector<double> normal(column.begin(), column.end());
+    normal[0] += normal[0] >= 0 ? length : -length;
+    const double half_square = Dot(normal, normal) / 2;
+    for (std::size_t c = step; c < matrix_.Columns(); ++c) {
+      Reflect(normal, half_square, matrix_.Column(c).subspan(step));
+    }
+    Reflect(normal, half_square, std::span(values_).subspan(step));
+  }
+
+  std::vector<double> SolveBackwards(std::size_t rank) {
+    std::vector<double> coefficients(matrix_.Columns(), 0.0);
+    for (std::size_t i = rank; i-- > 0;) {
+      double rest = values_[i];
+      for (std::size_t c = i + 1; c < rank; ++c) {
+        rest -= matrix_.At(i, c) * coefficients[order_[c]] * scales_[order_[c]];
+      }
+      coefficients[order_[i]] = rest / matrix_.At(i, i) / scales_[order_[i]];
+    }
+    return coefficients;
+  }
+
+  DesignMatrix matrix_;
+  std::vector<double> values_;
+  std::vector<std::size_t> order_;  // the column that stands at each place
+  std::vector<double> scales_;
+  double first_ = 0;
+};
+
+}  // namespace
+
+LeastSquares Solve(DesignMatrix design, std::span<const double> values) {
+  assert(values.size() == design.Rows());
+  return PivotedQr(std::move(design), values).Solve();
+}
+
+}  // namespace discoplan::analysis

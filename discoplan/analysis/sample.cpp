@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/analysis/sample.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "discoplan/analysis/compensated_sum.h"
+
+namespace discoplan::analysis {
+namespace {
+
+std::vector<double> ValuesOf(std::span<const Site> sites) {
+  std::vector<double> values;
+  values.reserve(sites.size());
+  for (const Site& site : sites) values.push_back(DecimalOf(site.z));
+  return values;
+}
+
+double QuantileOf(const std::vector<double>& sorted, double p) {
+  const double place = static_cast<double>(sorted.size() - 1) * p;
+  const auto below = static_cast<std::size_t>(place);
+  const std::size_t above = std::min(below + 1, sorted.size() - 1);
+  const double part = place - static_cast<double>(below);
+  return sorted[below] + part * (sorted[above] - sorted[below]);
+}
+
+}  // namespace
+
+double DecimalOf(float value) {
+  constexpr double kSmallest = 1e-3;
+  constexpr double kLargest = 1e7;
+  constexpr double kPowers[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
+  const double exact = value;
+  if (!(std::abs(exact) >= kSmallest && std::abs(exact) <= kLargest)) return exact;
+  for (const double power : kPowers) {
+    const double decimal = std::nearbyint(exact * power) / power;
+    if (static_cast<float>(decimal) == value) return decimal;
+  }
+  return exact;
+}
+
+Sample::Sample(std::span<const Site> all) : sites(all), sorted(ValuesOf(all)) { SumUp(); }
+
+Sample::Sample(std::vector<double> values) : sorted(std::move(values)) { SumUp(); }
+
+// In the order of the numbers, so that the order of the sites makes no difference.
+void Sample::SumUp() {
+  std::sort(sorted.begin(), sorted.end());
+  const auto count = static_cast<double>(sorted.size());
+  mean = SumOver(sorted, [](double value) { return value; }) / count;
+  // What the rounding of the mean adds to the squares is taken off again: T. Chan, G. Golub and
+  // R. LeVeque, "Algorithms for Computing the Sample Variance", The American Statistician 37
+  // (1983).
+  const double off = SumOver(sorted, [&](double value) { return value - mean; });
+  const double all = SumOver(sorted, [&](double value) { return (value - mean) * (value - mean); });
+  squares = std::max(0.0, all - off * off / count);
+  if (sorted.size() > 1) sigma = std::sqrt(squares / (count - 1));
+}
+
+double Sample::Quantile(double p) const { return QuantileOf(sorted, p); }
+
+double Sample::MedianDeviation() const {
+  const double median = Quantile(0.5);
+  std::vector<double> distances;
+  distances.reserve(sorted.size());
+  for (const double value : sorted) distances.push_back(std::abs(value - median));
+  std::sort(distances.begin(), distances.end());
+  return QuantileOf(distances, 0.5);
+}
+
+RobustRange FencesOf(const Sample& sample) {
+  constexpr double kReach = 1.5;
+  const double lower = sample.Quantile(0.25);
+  const double upper = sample.Quantile(0.75);
+  const double reach = kReach * (upper - lower);
+  return {std::max(sample.Minimum(), lower - reach), std::min(sample.Maximum(), upper + reach)};
+}
+
+}  // namespace discoplan::analysis

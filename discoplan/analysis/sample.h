@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// What a wafer's figures of merit are computed from.
+///
+///     const Sample sample(sites);
+///     if (sample.sigma) Show(sample.mean, *sample.sigma, sample.Quantile(0.5));
+///
+/// Sums are compensated and 64-bit. A value is taken as the decimal number that its 32-bit float
+/// stands for (`DecimalOf`), so that 10.446 - 9.4911 is 0.9549 and not 0.95489979.
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "discoplan/core/wafer.h"
+#include "discoplan/export.h"
+
+namespace discoplan::analysis {
+
+/// The number with the fewest decimals, 9 at most, that narrows to this float, where a float tells
+/// decimals apart: for magnitudes from 1e-3 to 1e7. Any other float as it is.
+DISCOPLAN_EXPORT double DecimalOf(float value);
+
+struct DISCOPLAN_EXPORT Sample {
+  /// The sites outlive the sample; at least one, of finite values. All else depends on that.
+  explicit Sample(std::span<const Site> sites);
+  /// Values alone, for what has no positions; at least one.
+  explicit Sample(std::vector<double> values);
+
+  std::size_t Count() const { return sorted.size(); }
+  double Minimum() const { return sorted.front(); }
+  double Maximum() const { return sorted.back(); }
+  double Range() const { return Maximum() - Minimum(); }
+  /// Linear interpolation between the order statistics, at 1 + (n - 1) p: definition 7 of
+  /// R. Hyndman and Y. Fan, "Sample Quantiles in Statistical Packages", The American Statistician
+  /// 50 (1996). `p` from 0 to 1.
+  double Quantile(double p) const;
+  /// Median of the distances from the median, not scaled.
+  double MedianDeviation() const;
+
+  std::span<const Site> sites;
+  std::vector<double> sorted;
+  double mean = 0;
+  double squares = 0;           ///< Sum of the squared distances from the mean.
+  std::optional<double> sigma;  ///< sqrt(squares / (n - 1)); not for a single value.
+
+ private:
+  void SumUp();
+};
+
+/// Between 1.5 interquartile ranges below the lower quartile and above the upper one, but no wider
+/// than the values: J. Tukey, "Exploratory Data Analysis" (1977).
+struct RobustRange {
+  double low = 0;
+  double high = 0;
+};
+DISCOPLAN_EXPORT RobustRange FencesOf(const Sample& sample);
+
+}  // namespace discoplan::analysis

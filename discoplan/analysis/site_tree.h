@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Finds the sites nearest to a position: a k-d tree in two dimensions (J. Bentley,
+/// "Multidimensional Binary Search Trees Used for Associative Searching", CACM 18 (1975)).
+///
+///     const SiteTree tree(sites);
+///     for (const Neighbour& near : tree.Nearest(12.5, -40, 4)) Use(sites[near.site],
+///     near.distance);
+
+#include <array>
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "discoplan/core/wafer.h"
+#include "discoplan/export.h"
+
+namespace discoplan::analysis {
+
+struct Neighbour {
+  std::size_t site = 0;  ///< Index into the sites, from 0.
+  double distance = 0;   ///< In mm.
+};
+
+class DISCOPLAN_EXPORT SiteTree {
+ public:
+  static constexpr std::size_t kNobody = static_cast<std::size_t>(-1);
+
+  /// The sites outlive the tree.
+  explicit SiteTree(std::span<const Site> sites);
+
+  /// The nearest sites, the nearest first, equal ones by their index; fewer than `count` if there
+  /// are no more. The site of the index `without` is passed over.
+  std::vector<Neighbour> Nearest(double x, double y, std::size_t count,
+                                 std::size_t without = kNobody) const;
+  std::span<const Site> Sites() const { return sites_; }
+
+ private:
+  struct Query;
+  struct Part {
+    std::size_t begin;
+    std::size_t end;
+    int axis;
+  };
+  double Coordinate(std::size_t place, int axis) const;
+  void Build(const Part& part);
+  void Search(const Part& part, Query& query) const;
+
+  std::span<const Site> sites_;
+  std::vector<std::size_t> order_;  // each part's middle divides it
+};
+
+/// What the sites of the tree say about a position: the mean of the four nearest, weighted by the
+/// inverse square of their distance (D. Shepard, "A Two-dimensional Interpolation Function for
+/// Irregularly-spaced Data", 1968), or a site's own value on it. Four sites at least. It is the
+/// interpolation of the plots, but that its neighbours are always the nearest.
+DISCOPLAN_EXPORT double InterpolatedAt(const SiteTree& tree, double x, double y,
+                                       std::size_t without = SiteTree::kNobody);
+inline constexpr std::size_t kInterpolationSites = 4;
+
+}  // namespace discoplan::analysis

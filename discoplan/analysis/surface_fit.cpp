@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/analysis/surface_fit.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "discoplan/analysis/compensated_sum.h"
+#include "discoplan/analysis/least_squares.h"
+#include "discoplan/analysis/sample.h"
+#include "discoplan/analysis/zernike.h"
+
+namespace discoplan::analysis {
+namespace {
+
+constexpr double kDegrees = 180 / 3.14159265358979323846;
+
+std::vector<double> ValuesOf(std::span<const Site> sites) {
+  std::vector<double> values;
+  values.reserve(sites.size());
+  for (const Site& site : sites) values.push_back(DecimalOf(site.z));
+  return values;
+}
+
+}  // namespace
+
+double PlaneFit::Tilt() const { return std::hypot(slope_x, slope_y); }
+
+double PlaneFit::Direction() const {
+  const double degrees = std::atan2(slope_y, slope_x) * kDegrees;
+  return degrees < 0 ? degrees + 360 : degrees;
+}
+
+PlaneFit FitPlane(std::span<const Site> sites) {
+  DesignMatrix design(sites.size(), PlaneFit::kTerms);
+  for (std::size_t i = 0; i < sites.size(); ++i) {
+    design.At(i, 0) = 1;
+    design.At(i, 1) = sites[i].x;
+    design.At(i, 2) = sites[i].y;
+  }
+  const LeastSquares fit = Solve(std::move(design), ValuesOf(sites));
+  return {fit.coefficients[0], fit.coefficients[1], fit.coefficients[2], fit.rank};
+}
+
+ZernikeFit FitZernike(std::span<const Site> sites, int order, double radius) {
+  ZernikeFit result{order, radius > 0 ? radius : FarthestRadius(sites), {}, 0};
+  if (!(result.radius > 0)) result.radius = 1;  // a lone site at the centre
+  const auto terms = static_cast<std::size_t>(ZernikeTerms(order));
+  DesignMatrix design(sites.size(), terms);
+  for (std::size_t term = 0; term < terms; ++term) {
+    const ZernikeIndex index = ZernikeOf(static_cast<int>(term));
+    for (std::size_t i = 0; i < sites.size(); ++i) {
+      design.At(i, term) = Zernike(index, sites[i].x / result.radius, sites[i].y / result.radius);
+    }
+  }
+  LeastSquares fit = Solve(std::move(design), ValuesOf(sites));
+  result.coefficients = std::move(fit.coefficients);
+  result.rank = fit.rank;
+  return result;
+}
+
+double ZernikeFit::At(double x, double y) const {
+  CompensatedSum sum;
+  for (std::size_t term = 0; term < coefficients.size(); ++term) {
+    if (coefficients[term] == 0) continue;
+    sum += coefficients[term] * Zernike(ZernikeOf(static_cast<int>(term)), x / radius, y / radius);
+  }
+  return sum.Value();
+}
+
+double FarthestRadius(std::span<const Site> sites) {
+  double farthest = 0;
+  for (const Site& site : sites) farthest = std::max(farthest, std::hypot(1.0 * site.x, site.y));
+  return farthest;
+}
+
+}  // namespace discoplan::analysis

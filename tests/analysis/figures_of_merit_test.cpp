@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/analysis/figures_of_merit.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <numeric>
+#include <set>
+
+#include "discoplan/analysis/compensated_sum.h"
+#include "tests/analysis/example_lot.h"
+
+namespace discoplan::analysis {
+namespace {
+
+std::optional<double> Figure(const char* key, const std::vector<Site>& sites) {
+  const FigureOfMerit* figure = FindFigure(key);
+  if (figure == nullptr) throw std::out_of_range(key);
+  return figure->compute(Sample(sites));
+}
+
+TEST(CompensatedSum, KeepsWhatAPlainSumLoses) {
+  CompensatedSum sum;
+  for (const double term : {1.0, 1e100, 1.0, -1e100}) sum += term;
+  EXPECT_EQ(sum.Value(), 2);
+  CompensatedSum tenths;
+  for (int i = 0; i < 1000000; ++i) tenths += 0.1;
+  EXPECT_EQ(tenths.Value(), 100000);
+}
+
+TEST(DecimalOf, IsTheShortestDecimalOfTheFloat) {
+  EXPECT_EQ(DecimalOf(10.446F), 10.446);
+  EXPECT_EQ(DecimalOf(-0.1F), -0.1);
+  EXPECT_EQ(DecimalOf(5606.509F), 5606.509);
+  EXPECT_EQ(DecimalOf(16777216.0F), 16777216);
+  EXPECT_EQ(DecimalOf(0), 0);
+  EXPECT_EQ(DecimalOf(1e-30F), static_cast<double>(1e-30F));
+  EXPECT_EQ(DecimalOf(0.0012345F), 0.0012345);
+  const float infinite = std::numeric_limits<float>::infinity();
+  EXPECT_EQ(DecimalOf(infinite), infinite);
+}
+
+// Any decimal of up to six digits comes back from its float.
+TEST(DecimalOf, GivesBackWhatAFileSaid) {
+  for (int digits = 1; digits < 1000000; digits += 7) {
+    const double number = digits / 1e4;
+    if (number < 1e-3) continue;
+    ASSERT_EQ(DecimalOf(static_cast<float>(number)), number);
+  }
+}
+
+struct Expected {
+  const char* key;
+  double value;
+};
+
+// Of rational numbers (mean, squares, range), numpy 2 (quantile, lstsq) and scipy
+// (median_abs_deviation), from the decimals of the file.
+TEST(FiguresOfMerit, AgreeWithOtherProgramsOnAMeasuredWafer) {
+  const Expected rows[] = {
+      {"mean", 9.747255102040816},
+      {"std_dev", 0.21613649146355846},
+      {"std_dev_percent", 2.2174087904840536},
+      {"minimum", 9.4911},
+      {"maximum", 10.446},
+      {"range", 0.9549},
+      {"hi_lo_percent", 4.789563176189115},
+      {"range_percent", 9.79660417218453},
+      {"half_range_percent", 4.898302086092265},
+      {"three_sigma", 3 * 0.21613649146355846},
+      {"median", 9.6995},
+      {"quartile_1", 9.5934},
+      {"quartile_3", 9.8538},
+      {"iqr", 0.2604},
+      {"mad", 0.1282},
+      {"robust_sigma", 0.1282 / 0.674489750196082},
+  };
+  for (const Expected& row : rows) {
+    EXPECT_NEAR(Figure(row.key, Slot7()).value(), row.value, 1e-12) << row.key;
+  }
+  // The positions are 32-bit floats here.
+  EXPECT_NEAR(Figure("tilt", Slot7()).value(), 0.0012884492654550589, 1e-9);
+  EXPECT_NEAR(Figure("tilt_direction", Slot7()).value(), 252.37274072421752, 1e-4);
+  EXPECT_NEAR(Figure("interpolation_error", Slot7()).value(), 0.1265599993033197, 1e-6);
+}
+
+// 1, 2, 4, 9: quartiles at places 1.75, 2.5 and 3.25 are 1.75, 3 and 5.25; distances from the
+// median 1, 1, 2 and 6.
+TEST(FiguresOfMerit, OfFourValuesByHand) {
+  const std::vector<Site> sites = AtCentre({4, 1, 9, 2});
+  const Expected rows[] = {{"mean", 4},
+                           {"std_dev", std::sqrt(38.0 / 3)},
+                           {"range", 8},
+                           {"half_range_percent", 100},
+                           {"range_percent", 200},
+                           {"hi_lo_percent", 80},
+                           {"quartile_1", 1.75},
+                           {"median", 3},
+                           {"quartile_3", 5.25},
+                           {"mad", 1.5}};
+  for (const Expected& row : rows) EXPECT_DOUBLE_EQ(*Figure(row.key, sites), row.value) << row.key;
+}
+
+TEST(FiguresOfMerit, AreEmptyWhereTheyMeanNothing) {
+  const std::vector<Site> one = AtCentre({5});
+  for (const char* key : {"std_dev", "std_dev_percent", "three_sigma", "tilt", "tilt_direction",
+                          "interpolation_error"}) {
+    EXPECT_FALSE(Figure(key, one)) << key;
+  }
+  EXPECT_EQ(Figure("hi_lo_percent", one), 0);
+  EXPECT_EQ(Figure("mad", one), 0);
+  for (const char* key : {"std_dev_percent", "range_percent", "half_range_percent"}) {
+    EXPECT_FALSE(Figure(key, AtCentre({-1, 1}))) << key;
+    EXPECT_FALSE(Figure(key, AtCentre({0, 0, 0}))) << key;
+    // 1e-9 beside a spread of 2 is a rest of rounding.
+    EXPECT_FALSE(Figure(key, AtCentre({-1, 1, 1e-9F}))) << key;
+  }
+  EXPECT_FALSE(Figure("hi_lo_percent", AtCentre({-3, 3})));
+}
+
+TEST(FiguresOfMerit, TakeThePercentOfANegativeMeanByItsMagnitude) {
+  EXPECT_DOUBLE_EQ(*Figure("std_dev_percent", AtCentre({-1, -2, -3})), 50);
+  EXPECT_DOUBLE_EQ(*Figure("hi_lo_percent", AtCentre({-1, -2, -3})), 50);
+}
+
+// Counts of defects, most of them 0: a sigma of many means, and no sign in doubt.
+TEST(FiguresOfMerit, GiveLargePercentagesOfValuesOfOneSign) {
+  std::vector<float> values(400, 0.0F);
+  values[7] = 4;
+  EXPECT_NEAR(*Figure("std_dev_percent", AtCentre(values)), 2000, 1e-9);
+}
+
+TEST(FiguresOfMerit, AreTheSameForAnyOrderOfSites) {
+  std::vector<Site> sites = Slot7();
+  const Sample before(sites);
+  std::rotate(sites.begin(), sites.begin() + 11, sites.end());
+  const Sample after(sites);
+  for (const FigureOfMerit& figure : FiguresOfMerit().first(16)) {
+    EXPECT_EQ(figure.compute(before), figure.compute(after)) << figure.key;
+  }
+}
+
+TEST(FiguresOfMerit, HaveKeysTitlesFormulasAndSourcesOfTheirOwn) {
+  std::set<std::string_view> keys;
+  std::set<std::string_view> titles;
+  for (const FigureOfMerit& figure : FiguresOfMerit()) {
+    keys.insert(figure.key);
+    titles.insert(figure.title);
+    EXPECT_FALSE(figure.formula.empty()) << figure.key;
+    EXPECT_FALSE(figure.source.empty()) << figure.key;
+    EXPECT_EQ(FindFigure(figure.key), &figure);
+  }
+  EXPECT_EQ(keys.size(), FiguresOfMerit().size());
+  EXPECT_EQ(titles.size(), FiguresOfMerit().size());
+  EXPECT_EQ(FindFigure("none"), nullptr);
+}
+
+// 12 even values and one far off: quartiles 3 and 9 of 0 to 12.
+TEST(FencesOf, CutOffWhatIsFarOut) {
+  std::vector<double> values(13);
+  std::iota(values.begin(), values.end(), 0.0);
+  EXPECT_EQ(FencesOf(Sample(values)).low, 0);
+  EXPECT_EQ(FencesOf(Sample(values)).high, 12);
+  values.back() = 100;
+  EXPECT_EQ(FencesOf(Sample(values)).high, 9 + 1.5 * 6);
+}
+
+}  // namespace
+}  // namespace discoplan::analysis
