@@ -14,6 +14,7 @@
 #include "discoplan/render/number_text.h"
 #include "hosts/headless/headless_host.h"
 #include "hosts/json/json_number.h"
+#include "hosts/json/json_text.h"
 
 namespace discoplan::app {
 namespace {
@@ -87,7 +88,7 @@ std::string Json(const std::vector<Row>& rows) {
     }
     list.push_back(std::move(object));
   }
-  return list.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
+  return JsonText(list, 2) + '\n';
 }
 
 struct StatsRequest {

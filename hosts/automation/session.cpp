@@ -14,6 +14,7 @@
 #include "hosts/automation/tree_text.h"
 #include "hosts/automation/user_input.h"
 #include "hosts/headless/png_file.h"
+#include "hosts/json/json_text.h"
 
 namespace discoplan {
 namespace {
@@ -74,7 +75,7 @@ MouseEvent ToMouseEvent(const std::string& name) {
 AutomationSession::AutomationSession() {
   names_.object = [this](const json& id) {
     const auto entry = entries_.find(Key(id));
-    if (entry == entries_.end()) throw RequestError("There is no object " + id.dump() + ".");
+    if (entry == entries_.end()) throw RequestError("There is no object " + JsonText(id) + ".");
     return entry->second.object;
   };
   names_.id = [this](const Object* object) {
@@ -115,7 +116,7 @@ std::string AutomationSession::Answer(std::string_view line) {
     fail(error.what());
   }
   Report(reply);
-  return reply.dump(-1, ' ', false, json::error_handler_t::replace);
+  return JsonText(reply);
 }
 
 bool AutomationSession::Run(std::istream& requests, std::ostream& replies) {
@@ -162,7 +163,7 @@ Object& AutomationSession::ObjectOf(const json& request) {
 
 PlotControl& AutomationSession::ControlOf(const json& request) {
   if (auto* control = dynamic_cast<PlotControl*>(&ObjectOf(request))) return *control;
-  throw RequestError("The object " + Field(request, "id").dump() + " is no control.");
+  throw RequestError("The object " + JsonText(Field(request, "id")) + " is no control.");
 }
 
 Node& AutomationSession::RootOf(const json& request) {

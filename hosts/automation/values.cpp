@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/automation/values.h"
 
-#include <array>
 #include <limits>
-#include <optional>
 
 #include "discoplan/core/numbers.h"
 #include "hosts/json/json_number.h"
@@ -12,13 +10,6 @@ namespace discoplan {
 namespace {
 
 using nlohmann::json;
-
-std::optional<double> NotFinite(const json& value) {
-  if (value == "NaN") return std::numeric_limits<double>::quiet_NaN();
-  if (value == "Infinity") return std::numeric_limits<double>::infinity();
-  if (value == "-Infinity") return -std::numeric_limits<double>::infinity();
-  return {};
-}
 
 float Narrowed(double number, const char* what) {
   if (std::isfinite(number) && !std::isfinite(static_cast<float>(number))) {
@@ -61,8 +52,7 @@ bool IsText(std::string_view type) { return type == "string" || type == "variant
 }  // namespace
 
 double ToNumber(const json& value, const char* what) {
-  if (value.is_number()) return value.get<double>();
-  if (const auto number = NotFinite(value)) return *number;
+  if (const auto number = ToNumber(value)) return *number;
   throw RequestError(std::string(what) + " must be a number.");
 }
 
@@ -73,7 +63,7 @@ Variant ToVariant(const json& value, std::string_view type, const ObjectNames& n
     case json::value_t::boolean:
       return BooleanVariant(value.get<bool>());
     case json::value_t::string:
-      if (!IsText(type) && NotFinite(value)) return Variant(*NotFinite(value));
+      if (const auto number = ToNumber(value); number && !IsText(type)) return Variant(*number);
       return Variant(value.get<std::string>());
     case json::value_t::array:
       return Variant(ToArray(value, 1));

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace discoplan {
 namespace {
@@ -33,5 +34,14 @@ json Shortest(Real value) {
 
 json ToJson(float value) { return Shortest(value); }
 json ToJson(double value) { return Shortest(value); }
+
+std::optional<double> ToNumber(const json& value) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  if (value.is_number()) return value.get<double>();
+  if (value == "NaN") return std::numeric_limits<double>::quiet_NaN();
+  if (value == "Infinity") return kInfinity;
+  if (value == "-Infinity") return -kInfinity;
+  return {};
+}
 
 }  // namespace discoplan
