@@ -2,7 +2,6 @@
 #include "hosts/headless/settings_file.h"
 
 #include <algorithm>
-#include <cmath>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -12,6 +11,8 @@
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/core/numbers.h"
 #include "hosts/headless/headless_host.h"
+#include "hosts/json/json_number.h"
+#include "hosts/json/json_text.h"
 
 namespace discoplan {
 namespace {
@@ -59,8 +60,8 @@ struct ValueForm {
 const ValueForm& FormOf(StoredKind kind) {
   using Read = std::optional<Variant>;
   static constexpr ValueForm kNumber = {"a number", [](const ordered_json& value) {
-                                          return value.is_number() ? Read(value.get<double>())
-                                                                   : Read();
+                                          const std::optional<double> number = ToNumber(value);
+                                          return number ? Read(*number) : Read();
                                         }};
   static constexpr ValueForm kBoolean = {
       "true or false", [](const ordered_json& value) {
@@ -85,14 +86,11 @@ const ValueForm& FormOf(StoredKind kind) {
   }
 }
 
-ordered_json ToJson(const Variant& value, StoredKind kind) {
+ordered_json ValueOf(const Variant& value, StoredKind kind) {
   if (kind == StoredKind::Boolean) return value.AsBoolean();
   if (kind == StoredKind::String) return value.AsString();
-  const double number = std::holds_alternative<Colour>(value.value())
-                            ? static_cast<double>(value.AsColour())
-                            : value.AsDouble();
-  if (number == std::floor(number)) return static_cast<std::int64_t>(number);
-  return number;
+  if (const auto* number = std::get_if<float>(&value.value())) return ToJson(*number);
+  return ToJson(value.AsDouble());
 }
 
 /// What is wrong with the settings, found on another control of the class; empty if nothing is.
@@ -123,7 +121,7 @@ void ReadSettings(PlotControl& control, const fs::path& file) {
     const ValueForm& form = FormOf(row->kind);
     const std::optional<Variant> variant = form.read(value);
     if (!variant) {
-      const std::string shown = value.is_structured() ? "a list or object" : value.dump();
+      const std::string shown = value.is_structured() ? "a list or object" : JsonText(value);
       Refuse(file, "'" + key + "' is " + shown + ", not " + std::string(form.name));
     }
     bag.WriteProperty(key, row->kind, *variant, row->otherwise);
@@ -140,10 +138,9 @@ void WriteSettings(PlotControl& control, const fs::path& file) {
   ordered_json settings;
   for (const MemoryBag::Entry& entry : bag.entries()) {
     if (entry.kind == StoredKind::Object) continue;
-    settings[entry.key] = ToJson(entry.value, entry.kind);
+    settings[entry.key] = ValueOf(entry.value, entry.kind);
   }
-  const std::string text =
-      settings.dump(2, ' ', false, ordered_json::error_handler_t::replace) + '\n';
+  const std::string text = JsonText(settings, 2) + '\n';
   WriteWholeFile(file, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
 }
 

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <fstream>
 #include <iterator>
+#include <limits>
 
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/controls/plot2d.h"
@@ -51,6 +53,32 @@ TEST_F(SettingsFile, ComesBackInAnotherControl) {
   EXPECT_EQ(other.BackColor(), kButtonFace);
   EXPECT_TRUE(other.HideLegend());
   EXPECT_EQ(other.PlotCaption(), "Oxide \"A\" \u03BC");
+}
+
+TEST_F(SettingsFile, HoldsNumbersOfAnySize) {
+  const auto bars = NewControl("Plot3DB", host_, nullptr);
+  const Member& scale = bars->Members().At("BeamScale");
+  constexpr float kInfinity = std::numeric_limits<float>::infinity();
+  const std::pair<float, const char*> rows[] = {
+      {1e30F, "1e+30"},
+      {-3.4028235e38F, "-3.4028235e+38"},
+      {0.1F, "0.1"},
+      {kInfinity, "\"Infinity\""},
+      {-kInfinity, "\"-Infinity\""},
+      {std::nanf(""), "\"NaN\""},
+  };
+  for (const auto& [value, text] : rows) {
+    bars->InitProperties();
+    scale.set(*bars, Variant(value));
+    WriteSettings(*bars, folder_.path() / "a.json");
+    std::ifstream file(folder_.path() / "a.json");
+    const std::string content(std::istreambuf_iterator<char>(file), {});
+    EXPECT_NE(content.find(text + std::string(",")), std::string::npos) << text << content;
+    bars->InitProperties();
+    ReadSettings(*bars, folder_.path() / "a.json");
+    const float back = scale.get(*bars).AsFloat();
+    EXPECT_TRUE(back == value || (std::isnan(back) && std::isnan(value))) << back;
+  }
 }
 
 TEST_F(SettingsFile, IsReadByEachKindOfControlThatWroteIt) {
