@@ -5,7 +5,7 @@
 
 #include "bench/bench_wafers.h"
 #include "bench/discarding_surface.h"
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "hosts/headless/headless_host.h"
 
 namespace discoplan::bench {

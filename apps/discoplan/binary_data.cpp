@@ -5,7 +5,7 @@
 #include <bit>
 
 #include "apps/discoplan/site_rows.h"
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan::app {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "apps/discoplan/fields.h"
 #include "apps/discoplan/site_rows.h"
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan::app {
 namespace {

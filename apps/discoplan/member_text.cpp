@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "apps/discoplan/command.h"
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan::app {
 namespace {

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <iterator>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan::app {
 namespace {

@@ -5,7 +5,7 @@
 #include "apps/report/print_plot.h"
 #include "apps/report/report_commands.h"
 #include "apps/report/vector_file.h"
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan::app {
 namespace {

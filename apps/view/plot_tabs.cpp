@@ -9,7 +9,7 @@
 #include "apps/discoplan/plot_request.h"
 #include "apps/view/pointed_site.h"
 #include "apps/view/settings_bag.h"
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "hosts/qt/plot_widgets.h"
 
 namespace discoplan::app {

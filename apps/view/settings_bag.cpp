@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "apps/view/settings_bag.h"
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan::app {
 namespace {

@@ -4,8 +4,8 @@
 #include <array>
 #include <cmath>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/number_checks.h"
-#include "discoplan/core/numbers.h"
 
 namespace discoplan {
 namespace {

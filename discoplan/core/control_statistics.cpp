@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <cmath>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 
 namespace discoplan {

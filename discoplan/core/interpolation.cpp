@@ -4,10 +4,10 @@
 #include <cmath>
 #include <limits>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/lattice/tile.h"
 #include "discoplan/core/lattice_interpolation.h"
 #include "discoplan/core/neighbours.h"
-#include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
 
 namespace discoplan {

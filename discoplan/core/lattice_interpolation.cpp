@@ -7,9 +7,9 @@
 #include <cmath>
 #include <limits>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/lattice/tile.h"
 #include "discoplan/core/neighbours.h"
-#include "discoplan/core/numbers.h"
 #include "discoplan/core/worker_pool.h"
 
 namespace discoplan {

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <vector>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan {
 namespace {

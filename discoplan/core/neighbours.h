@@ -8,7 +8,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 
 namespace discoplan {

@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/export.h"
 
 namespace discoplan {

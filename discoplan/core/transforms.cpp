@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 
 namespace discoplan {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/core/wafer.h"
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan {
 namespace {

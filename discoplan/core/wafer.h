@@ -28,9 +28,10 @@
 #include <utility>
 #include <vector>
 
+#include "discoplan/base/angles.h"
+#include "discoplan/base/variant.h"
 #include "discoplan/core/site_cells.h"
 #include "discoplan/export.h"
-#include "discoplan/platform/variant.h"
 
 namespace discoplan {
 
@@ -128,7 +129,7 @@ constexpr double FloorUnderConstant(double value, bool negative) {
 class DISCOPLAN_EXPORT wafer {
  public:
   /// The only value of pi in use.
-  static constexpr float kPi = 3.14159274F;
+  static constexpr float kPi = discoplan::kPi;
   /// `FlatRatio` of a wafer with a flat; 1.0 is a notch, 0 not yet set.
   static constexpr float kFlatRatio = 0.98F;
   /// Ten rows of a legend.

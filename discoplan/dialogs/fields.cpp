@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/dialogs/fields.h"
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/number_checks.h"
-#include "discoplan/core/numbers.h"
 #include "discoplan/render/number_text.h"
 
 namespace discoplan {

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/number_checks.h"
-#include "discoplan/core/numbers.h"
 
 namespace discoplan {
 namespace {

@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan {
 

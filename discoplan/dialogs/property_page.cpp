@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/platform/member_list.h"
 #include "discoplan/render/number_text.h"
 

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <array>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/number_checks.h"
-#include "discoplan/core/numbers.h"
 #include "discoplan/dialogs/previews.h"
 #include "discoplan/dialogs/property_page.h"
 #include "discoplan/render/number_text.h"

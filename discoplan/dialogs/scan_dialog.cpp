@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/number_checks.h"
-#include "discoplan/core/numbers.h"
 #include "discoplan/dialogs/previews.h"
 #include "discoplan/render/number_text.h"
 

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <vector>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan {
 namespace {

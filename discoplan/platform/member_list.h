@@ -14,7 +14,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/platform/object.h"
 
 namespace discoplan {

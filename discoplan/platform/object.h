@@ -17,8 +17,8 @@
 #include <utility>
 #include <vector>
 
+#include "discoplan/base/variant.h"
 #include "discoplan/export.h"
-#include "discoplan/platform/variant.h"
 
 namespace discoplan {
 

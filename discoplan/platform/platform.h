@@ -11,9 +11,9 @@
 #include <string>
 #include <string_view>
 
+#include "discoplan/base/variant.h"
 #include "discoplan/export.h"
 #include "discoplan/platform/screen.h"
-#include "discoplan/platform/variant.h"
 
 namespace discoplan {
 

@@ -12,8 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "discoplan/base/variant.h"
 #include "discoplan/export.h"
-#include "discoplan/platform/variant.h"
 
 namespace discoplan {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <array>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/print/information.h"
 #include "discoplan/print/print_wafer.h"
 #include "discoplan/render/legend_text.h"

@@ -4,10 +4,10 @@
 #include <array>
 #include <cmath>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/angles.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/raster/symbol_letters.h"
-#include "discoplan/render/angles.h"
 #include "discoplan/render/number_text.h"
 
 namespace discoplan {

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <string>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/print/print_wafer.h"
 #include "discoplan/render/number_text.h"
 

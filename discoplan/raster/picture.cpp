@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan {
 namespace {

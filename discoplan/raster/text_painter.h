@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-#include "discoplan/platform/variant.h"
+#include "discoplan/base/variant.h"
 #include "discoplan/render/surface.h"
 
 namespace discoplan {

@@ -3,8 +3,8 @@
 
 #include <cmath>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/lattice_interpolation.h"
-#include "discoplan/core/numbers.h"
 
 namespace discoplan {
 namespace {

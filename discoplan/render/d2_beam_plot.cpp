@@ -4,9 +4,9 @@
 #include <cmath>
 #include <vector>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/angles.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
-#include "discoplan/render/angles.h"
 #include "discoplan/render/plot_frame.h"
 #include "discoplan/render/surface.h"
 #include "discoplan/render/value_scale.h"

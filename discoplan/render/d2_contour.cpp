@@ -3,7 +3,7 @@
 #include <cmath>
 #include <span>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/platform/platform.h"
 #include "discoplan/render/contour_mesh.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/render/plot_frame.h"
 #include "discoplan/render/surface.h"

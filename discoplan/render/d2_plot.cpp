@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/render/cell_walk.h"
 #include "discoplan/render/lattice_values.h"

@@ -5,9 +5,9 @@
 #include <span>
 #include <vector>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/angles.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
-#include "discoplan/render/angles.h"
 #include "discoplan/render/cell_walk.h"
 #include "discoplan/render/lattice_values.h"
 #include "discoplan/render/plot_frame.h"

@@ -6,9 +6,9 @@
 #include <span>
 #include <vector>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/angles.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
-#include "discoplan/render/angles.h"
 #include "discoplan/render/label.h"
 #include "discoplan/render/plot_frame.h"
 #include "discoplan/render/surface.h"

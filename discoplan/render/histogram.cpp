@@ -2,7 +2,7 @@
 #include <array>
 #include <cmath>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/render/control_limits.h"
 #include "discoplan/render/histogram_bins.h"

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan {
 

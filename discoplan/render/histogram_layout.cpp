@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/render/surface.h"
 
 namespace discoplan {

@@ -6,8 +6,8 @@
 
 #include <string>
 
+#include "discoplan/base/variant.h"
 #include "discoplan/export.h"
-#include "discoplan/platform/variant.h"
 #include "discoplan/render/surface.h"
 
 namespace discoplan {

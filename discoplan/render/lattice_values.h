@@ -9,8 +9,8 @@
 #include <span>
 #include <vector>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/lattice_interpolation.h"
-#include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
 
 namespace discoplan {

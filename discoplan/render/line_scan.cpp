@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/lattice_interpolation.h"
-#include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/render/label.h"
 #include "discoplan/render/number_text.h"

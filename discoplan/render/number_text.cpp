@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 
 namespace discoplan {

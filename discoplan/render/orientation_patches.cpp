@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/render/orientation_patches.h"
-#include "discoplan/render/angles.h"
+#include "discoplan/base/angles.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 
-#include "discoplan/core/numbers.h"
-#include "discoplan/core/wafer.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan {
 namespace {

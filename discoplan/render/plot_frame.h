@@ -10,7 +10,7 @@
 ///     SurfacePoint point;
 ///     frame.Place(point, scale, site.x, site.y);
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/render/surface.h"
 
@@ -20,9 +20,6 @@ namespace discoplan {
 inline void RefreshPicture(Surface& surface) {
   if (surface.IsPicture()) surface.Refresh();
 }
-
-/// A colour that the wafer holds as a float.
-inline Colour ToColour(float colour) { return static_cast<Colour>(ToInt32(colour)); }
 
 class PlotFrame {
  public:

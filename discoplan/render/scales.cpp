@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/render/label.h"
 #include "discoplan/render/legend_text.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/render/surface.h"
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/platform/member_list.h"
 
 namespace discoplan {

@@ -22,22 +22,12 @@
 #include <string>
 #include <string_view>
 
+#include "discoplan/base/colour.h"
+#include "discoplan/base/points.h"
 #include "discoplan/export.h"
 #include "discoplan/platform/object.h"
 
 namespace discoplan {
-
-/// Device pixels.
-struct PixelPoint {
-  std::int32_t x = 0;
-  std::int32_t y = 0;
-};
-
-/// Surface units.
-struct SurfacePoint {
-  float x = 0;
-  float y = 0;
-};
 
 struct Font {
   std::string name = "Arial";
@@ -222,14 +212,5 @@ class DISCOPLAN_EXPORT Surface : public Object {
     StateWritten(which);
   }
 };
-
-/// The 16-colour table that colours are named by.
-inline constexpr Colour kPalette[16] = {
-    0x000000, 0x800000, 0x008000, 0x808000, 0x000080, 0x800080, 0x008080, 0xC0C0C0,
-    0x808080, 0xFF0000, 0x00FF00, 0xFFFF00, 0x0000FF, 0xFF00FF, 0x00FFFF, 0xFFFFFF,
-};
-inline constexpr Colour kBlack = kPalette[0];
-inline constexpr Colour kLightRed = kPalette[12];
-inline constexpr Colour kWhite = kPalette[15];
 
 }  // namespace discoplan

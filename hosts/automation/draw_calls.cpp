@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "hosts/automation/values.h"
 
 namespace discoplan {

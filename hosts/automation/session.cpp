@@ -5,8 +5,8 @@
 #include <istream>
 #include <ostream>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/controls/control_factory.h"
-#include "discoplan/core/numbers.h"
 #include "discoplan/dialogs/about_box.h"
 #include "discoplan/dialogs/property_page.h"
 #include "hosts/automation/draw_calls.h"

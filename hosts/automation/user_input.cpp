@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "hosts/automation/values.h"
 
 namespace discoplan {

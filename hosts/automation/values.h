@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "discoplan/platform/variant.h"
+#include "discoplan/base/variant.h"
 
 namespace discoplan {
 

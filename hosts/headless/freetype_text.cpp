@@ -20,7 +20,7 @@
 #include <utility>
 #include <vector>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/raster/picture.h"
 #include "discoplan/raster/symbol_letters.h"
 

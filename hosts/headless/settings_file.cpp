@@ -8,8 +8,8 @@
 #include <sstream>
 #include <string>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/controls/control_factory.h"
-#include "discoplan/core/numbers.h"
 #include "hosts/headless/headless_host.h"
 #include "hosts/json/json_number.h"
 #include "hosts/json/json_text.h"

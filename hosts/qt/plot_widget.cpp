@@ -11,8 +11,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/controls/control_factory.h"
-#include "discoplan/core/numbers.h"
 #include "discoplan/raster/picture.h"
 #include "hosts/qt/form_view.h"
 #include "hosts/qt/qt_paper.h"

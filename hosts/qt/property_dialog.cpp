@@ -7,7 +7,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "hosts/qt/form_view.h"
 #include "hosts/qt/qt_platform.h"
 

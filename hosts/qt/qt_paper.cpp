@@ -8,7 +8,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/raster/picture.h"
 #include "discoplan/raster/symbol_letters.h"
 

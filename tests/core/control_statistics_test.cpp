@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 
 namespace discoplan {

@@ -7,7 +7,7 @@
 #include <functional>
 #include <random>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "tests/core/plain_search.h"
 

@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/worker_pool.h"
 
 namespace discoplan {

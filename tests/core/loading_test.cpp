@@ -7,7 +7,7 @@
 #include <fstream>
 #include <numeric>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "tests/temporary_folder.h"
 
 namespace discoplan {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 
 namespace discoplan {

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/dialogs/about_box.h"
 #include "discoplan/dialogs/property_page.h"
 #include "discoplan/version.h"

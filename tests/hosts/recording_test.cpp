@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan {
 namespace {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/print/page_fixture.h"
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan {
 namespace {

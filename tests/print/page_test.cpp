@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/print/page.h"
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "tests/print/page_fixture.h"
 
 namespace discoplan {

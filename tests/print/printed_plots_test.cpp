@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "tests/print/page_fixture.h"
 
 namespace discoplan {

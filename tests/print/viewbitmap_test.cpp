@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/print/viewbitmap.h"
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/version.h"
 #include "tests/print/page_fixture.h"
 

@@ -13,7 +13,7 @@
 #include <QSvgGenerator>
 #include <QTemporaryDir>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 
 namespace discoplan::qt {

@@ -2,7 +2,7 @@
 #include <cmath>
 #include <map>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "tests/render/plot_fixture.h"
 
 namespace discoplan {

@@ -2,7 +2,7 @@
 #include <cmath>
 #include <random>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "tests/render/plain_map.h"
 
 namespace discoplan {

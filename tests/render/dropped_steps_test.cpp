@@ -8,7 +8,7 @@
 #include <map>
 #include <random>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/render/cell_walk.h"
 #include "tests/render/plot_fixture.h"
 

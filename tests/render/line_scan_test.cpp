@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 #include "discoplan/forms/node.h"
 #include "tests/render/plot_fixture.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "discoplan/platform/variant.h"
+#include "discoplan/base/variant.h"
 
 #include <type_traits>
 
-#include "discoplan/core/numbers.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan {
 namespace {

@@ -10,15 +10,13 @@
 #include <variant>
 #include <vector>
 
+#include "discoplan/base/colour.h"
 #include "discoplan/export.h"
 
 namespace discoplan {
 
 class Object;
 using ObjectRef = std::shared_ptr<Object>;
-
-/// 0x00BBGGRR, or a system colour with the highest bit set.
-using Colour = std::uint32_t;
 
 /// One-dimensional array of 32-bit floats that a host owns and that a call may give new bounds.
 /// An array that was never dimensioned has no bounds.

@@ -11,6 +11,7 @@
 ///     radius = ToFloat(Divide(diameter, 2 * cells));
 ///     Attempt([&] { cells = ToInt16(diameter / pitch); });   // keeps its value if it overflows
 
+#include <cfloat>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -18,6 +19,21 @@
 #include <string>
 
 #include "discoplan/export.h"
+
+// Results are promised to the bit, and rounding leans on each operation being rounded by itself.
+#if defined(__FAST_MATH__) || defined(__ASSOCIATIVE_MATH__) || \
+    (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__)
+#error \
+    "Discoplan can't be compiled with -ffast-math, nor with a part of it that reorders sums or " \
+       "leaves out infinities: numbers would be rounded wrongly."
+#endif
+#if defined(_M_FP_FAST)
+#error "Discoplan can't be compiled with /fp:fast: numbers would be rounded wrongly."
+#endif
+#if FLT_EVAL_METHOD != 0
+#error \
+    "Discoplan needs floats and doubles computed in their own precision: use -msse2 -mfpmath=sse."
+#endif
 
 namespace discoplan {
 
