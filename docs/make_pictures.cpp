@@ -15,20 +15,20 @@ namespace {
 
 using namespace discoplan;
 
-app::Wafer Read(const char* file) {
-  app::DataRequest request;
+data::Wafer Read(const char* file) {
+  data::ReadRequest request;
   request.path = file;
-  request.wafer = 7;
-  return app::ReadData(request).wafers.front();
+  request.wafers = {"7"};
+  return data::Read(request).wafers.front();
 }
 
-void Show(qt::PlotWidget& plot, const app::Wafer& measured) {
+void Show(qt::PlotWidget& plot, const data::Wafer& measured) {
   app::FitSize(plot.Control(), measured);
   app::FitLook(plot.Control(), measured);
   if (plot.SetWaferData(measured.x, measured.y, measured.value) == LoadResult::Loaded) plot.Plot();
 }
 
-void SaveNine(const app::Wafer& measured, const QString& file) {
+void SaveNine(const data::Wafer& measured, const QString& file) {
   QWidget sheet;
   auto* grid = new QGridLayout(&sheet);
   int number = 0;
@@ -59,7 +59,7 @@ void SaveOptions(qt::PlotWidget& plot, const QString& file) {
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  const app::Wafer measured = Read(argv[1]);
+  const data::Wafer measured = Read(argv[1]);
   const QString folder = QString::fromLocal8Bit(argv[2]) + QLatin1Char('/');
   SaveNine(measured, folder + "widgets.png");
   qt::Plot3DWidget surface;

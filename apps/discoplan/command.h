@@ -11,9 +11,18 @@
 #include <string>
 #include <string_view>
 
-#include "apps/discoplan/data_file.h"
+#include "data/plain_text.h"
+#include "data/read.h"
 
 namespace discoplan::app {
+
+using data::Counted;
+using data::Listed;
+using data::Lot;
+using data::Printable;
+using data::ReadRequest;
+using data::Shown;
+using data::Wafer;
 
 /// The command line asks for something that makes no sense.
 class UsageError : public std::runtime_error {
@@ -37,10 +46,10 @@ void AddBesideCommands(CLI::App& program);
 void Warn(std::string_view text);
 
 /// The options that say how to read data, and DATA with them.
-void AddReadingOptions(CLI::App& command, DataRequest& request);
-void AddDataOptions(CLI::App& command, DataRequest& request);
+void AddReadingOptions(CLI::App& command, ReadRequest& request);
+void AddDataOptions(CLI::App& command, ReadRequest& request);
 
 /// Reads the data and tells on standard error what was left out.
-DataResult ReadReporting(const DataRequest& request);
+Lot ReadReporting(const ReadRequest& request);
 
 }  // namespace discoplan::app

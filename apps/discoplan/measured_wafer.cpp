@@ -1,12 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "apps/discoplan/measured_wafer.h"
 
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <limits>
-
-#include "apps/discoplan/command.h"
 #include "discoplan/render/number_text.h"
 
 namespace discoplan::app {
@@ -16,32 +10,6 @@ std::string Millimetres(double length) { return PlainNumber(static_cast<float>(l
 
 }  // namespace
 
-double FarthestSite(const Wafer& measured) {
-  double farthest = 0;
-  double near = 0;  // the square of a distance that is surely no more than the farthest one
-  for (std::size_t i = 0; i < measured.x.size(); ++i) {
-    const double x = measured.x[i];
-    const double y = measured.y[i];
-    if (x * x + y * y < near) continue;
-    farthest = std::max(farthest, std::hypot(x, y));
-    near = farthest * farthest * (1 - 1e-9);
-  }
-  return farthest;
-}
-
-WaferSize SizeFor(const Wafer& measured) {
-  constexpr std::array kStandardDiameters = {50.0F,  75.0F,  100.0F, 125.0F,
-                                             150.0F, 200.0F, 300.0F, 450.0F};
-  constexpr float kEdge = 6;
-  constexpr double kLargest = std::numeric_limits<float>::max();
-  const double across = std::min(2 * FarthestSite(measured), kLargest);
-  const auto fitting =
-      std::ranges::find_if(kStandardDiameters, [&](float diameter) { return across <= diameter; });
-  const float diameter =
-      fitting != kStandardDiameters.end() ? *fitting : static_cast<float>(std::ceil(across));
-  return {diameter, std::max(diameter - kEdge, std::min(diameter, static_cast<float>(across)))};
-}
-
 std::string SourceOf(const std::string& file, const Wafer& measured) {
   return measured.slot ? file + ": slot " + std::to_string(*measured.slot) : file;
 }
@@ -50,7 +18,7 @@ void LoadSites(PlotControl& control, const std::string& source, const Wafer& mea
   // A site on the edge may lie beyond it by the precision of its position.
   constexpr double kTolerance = 1.005;
   const double radius = static_cast<double>(control.WaferDiameter()) / 2;
-  const double farthest = FarthestSite(measured);
+  const double farthest = data::FarthestSite(measured.x, measured.y);
   if (farthest <= kTolerance * radius &&
       control.SetWaferData(measured.x, measured.y, measured.value) == LoadResult::Loaded) {
     return;

@@ -5,21 +5,10 @@
 
 #include <string>
 
-#include "apps/discoplan/data_file.h"
+#include "apps/discoplan/command.h"
 #include "discoplan/controls/plot_control.h"
 
 namespace discoplan::app {
-
-/// Of the farthest site from the centre, in mm.
-double FarthestSite(const Wafer& measured);
-
-/// Diameters in mm of the smallest standard wafer that holds all sites, and of the area that a
-/// plot covers: 6 mm less, unless a site lies outside that.
-struct WaferSize {
-  float diameter;
-  float test_diameter;
-};
-WaferSize SizeFor(const Wafer& measured);
 
 /// "lot.csv", with the slot where there are several: for messages.
 std::string SourceOf(const std::string& file, const Wafer& measured);

@@ -8,7 +8,7 @@
 #include <system_error>
 
 #include "apps/discoplan/command.h"
-#include "apps/discoplan/plain_text.h"
+#include "data/plain_text.h"
 #include "hosts/headless/whole_file.h"
 
 namespace discoplan::app {
@@ -40,7 +40,7 @@ FileFormat FormatOf(const fs::path& path) {
   if (ending.empty()) return FileFormat::Png;
   std::string known;
   for (const Ending& row : kEndings) {
-    if (SameName(ending, row.text)) return row.format;
+    if (data::SameName(ending, row.text)) return row.format;
     known += (known.empty() ? "" : ", ") + std::string(row.text);
   }
   throw UsageError("cannot write '" + path.string() + "': the ending is none of " + known);

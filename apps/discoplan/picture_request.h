@@ -16,7 +16,7 @@ struct PixelSize {
 };
 
 struct PictureRequest {
-  DataRequest data;
+  ReadRequest data;
   PlotRequest plot;
   std::string output;
   PixelSize size;  ///< of each plot

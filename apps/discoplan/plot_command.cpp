@@ -94,7 +94,7 @@ std::vector<std::uint8_t> Draw(const std::vector<PlotKind>& kinds, const Picture
 void Plot(const PictureRequest& request) {
   const std::vector<PlotKind> kinds = KindsOf(request.plot);
   RefuseOverwriting(request.plot, request.output, {request.data.path.string()});
-  const DataResult data = ReadReporting(request.data);
+  const Lot data = ReadReporting(request.data);
   const Wafer& measured = OnlyWafer(data, request.data);
   WarnOfEmptyPlots(kinds, request.data, measured);
   std::optional<Drawing> drawing;

@@ -25,7 +25,7 @@ constexpr float kBarHeight = 0.2F;
 
 void RefuseOtherUnits(const std::string& source, const Wafer& measured) {
   constexpr double kFarthest = 1000;
-  const double farthest = FarthestSite(measured);
+  const double farthest = data::FarthestSite(measured.x, measured.y);
   if (farthest <= kFarthest) return;
   throw CommandError(source + ": a site is " + PlainNumber(static_cast<float>(farthest)) +
                      " mm from the centre; positions are millimetres, scale them, or give "
@@ -164,9 +164,8 @@ std::vector<PlotKind> KindsOf(const PlotRequest& request) {
 }
 
 void FitSize(PlotControl& control, const Wafer& measured) {
-  const WaferSize size = SizeFor(measured);
-  control.WaferDiameter(size.diameter);
-  control.TestDiameter(size.test_diameter);
+  control.WaferDiameter(measured.diameter);
+  control.TestDiameter(measured.test_diameter);
   control.PlotCaption(measured.name);
 }
 
@@ -187,7 +186,7 @@ void FitLook(PlotControl& control, const Wafer& measured) {
 }
 
 std::unique_ptr<PlotControl> LoadedControl(const PlotKind& kind, const PlotRequest& request,
-                                           const DataRequest& data, const Wafer& measured,
+                                           const ReadRequest& data, const Wafer& measured,
                                            Platform& platform) {
   const std::string source = SourceOf(data.path.string(), measured);
   std::unique_ptr<PlotControl> control = NewControl(kind.class_name, platform, nullptr);
@@ -202,7 +201,7 @@ void SaveSettings(const PlotRequest& request, PlotControl& control) {
   if (!request.saved_settings.empty()) WriteSettings(control, request.saved_settings);
 }
 
-void WarnOfEmptyPlots(const std::vector<PlotKind>& kinds, const DataRequest& data,
+void WarnOfEmptyPlots(const std::vector<PlotKind>& kinds, const ReadRequest& data,
                       const Wafer& measured) {
   const auto stays_empty = [&](const PlotKind& kind) {
     return measured.x.size() < kind.least_sites;
@@ -214,12 +213,12 @@ void WarnOfEmptyPlots(const std::vector<PlotKind>& kinds, const DataRequest& dat
        std::to_string(kind->least_sites) + "; --kind 2DN or 3DB shows the values");
 }
 
-void WarnByMessages(HeadlessHost& host, const DataRequest& data) {
+void WarnByMessages(HeadlessHost& host, const ReadRequest& data) {
   host.OnMessage(
       [file = data.path.string()](const Message& message) { Warn(file + ": " + message.text); });
 }
 
-const Wafer& OnlyWafer(const DataResult& data, const DataRequest& request) {
+const Wafer& OnlyWafer(const Lot& data, const ReadRequest& request) {
   if (data.wafers.size() == 1) return data.wafers.front();
   std::string slots;
   for (const Wafer& measured : data.wafers) {

@@ -48,20 +48,20 @@ void FitLook(PlotControl& control, const Wafer& measured);
 /// A control of that kind with settings and data, not yet plotted. Raises `CommandError` for sites
 /// that no such wafer holds, `UsageError` for settings that make no sense.
 std::unique_ptr<PlotControl> LoadedControl(const PlotKind& kind, const PlotRequest& request,
-                                           const DataRequest& data, const Wafer& measured,
+                                           const ReadRequest& data, const Wafer& measured,
                                            Platform& platform);
 
 /// Writes the settings if that is asked for: at the end, when nothing else has failed.
 void SaveSettings(const PlotRequest& request, PlotControl& control);
 
 /// Says on standard error which kinds of plot the wafer has too few sites for.
-void WarnOfEmptyPlots(const std::vector<PlotKind>& kinds, const DataRequest& data,
+void WarnOfEmptyPlots(const std::vector<PlotKind>& kinds, const ReadRequest& data,
                       const Wafer& measured);
 
 /// Puts what the host has to say about the data on standard error.
-void WarnByMessages(HeadlessHost& host, const DataRequest& data);
+void WarnByMessages(HeadlessHost& host, const ReadRequest& data);
 
 /// The wafer of data that must have only one. Raises `CommandError` for others.
-const Wafer& OnlyWafer(const DataResult& data, const DataRequest& request);
+const Wafer& OnlyWafer(const Lot& data, const ReadRequest& request);
 
 }  // namespace discoplan::app

@@ -7,7 +7,7 @@
 
 #include "apps/discoplan/command.h"
 #include "apps/discoplan/output.h"
-#include "apps/discoplan/plain_text.h"
+#include "data/plain_text.h"
 
 namespace discoplan::app {
 namespace {

@@ -9,7 +9,7 @@
 #include "apps/discoplan/command.h"
 #include "apps/discoplan/measured_wafer.h"
 #include "apps/discoplan/output.h"
-#include "apps/discoplan/plain_text.h"
+#include "data/plain_text.h"
 #include "discoplan/controls/plot2d.h"
 #include "discoplan/render/number_text.h"
 #include "hosts/headless/headless_host.h"
@@ -41,12 +41,12 @@ struct Row {
 };
 
 /// The statistics of all wafers, before anything is printed.
-std::vector<Row> Rows(const DataRequest& request, const DataResult& data) {
+std::vector<Row> Rows(const ReadRequest& request, const Lot& data) {
   HeadlessHost host;
   Plot2D control(host);
   std::vector<Row> rows;
   for (const Wafer& measured : data.wafers) {
-    control.WaferDiameter(SizeFor(measured).diameter);
+    control.WaferDiameter(measured.diameter);
     LoadSites(control, SourceOf(request.path.string(), measured), measured);
     Row& row = rows.emplace_back(Row{measured, {}});
     std::ranges::transform(kColumns, row.statistics.begin(),
@@ -56,7 +56,7 @@ std::vector<Row> Rows(const DataRequest& request, const DataResult& data) {
 }
 
 std::string PaddedRight(const std::string& text, std::size_t width) {
-  const std::size_t characters = CharactersIn(text);
+  const std::size_t characters = data::CharactersIn(text);
   return characters < width ? text + std::string(width - characters, ' ') : text;
 }
 
@@ -92,7 +92,7 @@ std::string Json(const std::vector<Row>& rows) {
 }
 
 struct StatsRequest {
-  DataRequest data;
+  ReadRequest data;
   bool json = false;
 };
 
@@ -108,7 +108,7 @@ void AddStatsCommand(CLI::App& program) {
       "  discoplan stats lot.csv\n"
       "  discoplan stats lot.csv --wafer 7 --json");
   command->callback([request] {
-    const DataResult data = ReadReporting(request->data);
+    const Lot data = ReadReporting(request->data);
     const std::vector<Row> rows = Rows(request->data, data);
     WriteStandardOutput(request->json ? Json(rows) : Table(rows));
   });

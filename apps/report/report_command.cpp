@@ -24,7 +24,7 @@ constexpr float kControlWidth = 6000;
 constexpr float kControlHeight = 4500;
 
 struct ReportRequest {
-  DataRequest reading;  // how to read, for all files alike
+  ReadRequest reading;  // how to read, for all files alike
   std::vector<std::string> files;
   PlotRequest plot;
   bool all = false;
@@ -39,7 +39,7 @@ struct ReportRequest {
 
 struct MeasuredPage {
   std::string file;
-  DataRequest reading;
+  ReadRequest reading;
   Wafer measured;
 };
 
@@ -47,9 +47,9 @@ struct MeasuredPage {
 std::vector<MeasuredPage> ReadAll(const ReportRequest& request) {
   std::vector<MeasuredPage> pages;
   for (const std::string& file : request.files) {
-    DataRequest reading = request.reading;
+    ReadRequest reading = request.reading;
     reading.path = file;
-    DataResult data = ReadReporting(reading);
+    Lot data = ReadReporting(reading);
     for (Wafer& measured : data.wafers) pages.push_back({file, reading, std::move(measured)});
   }
   return pages;

@@ -29,7 +29,7 @@ void Print(PlotControl& control, const std::shared_ptr<qt::QtPaper>& paper, cons
 void Plot(const PictureRequest& request) {
   const std::vector<PlotKind> kinds = KindsOf(request.plot);
   RefuseOverwriting(request.plot, request.output, {request.data.path.string()});
-  const DataResult data = ReadReporting(request.data);
+  const Lot data = ReadReporting(request.data);
   const Wafer& measured = OnlyWafer(data, request.data);
   WarnOfEmptyPlots(kinds, request.data, measured);
   const auto width = static_cast<float>(request.size.width) * kTwipsPerPixel;

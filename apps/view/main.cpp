@@ -11,7 +11,7 @@
 namespace {
 
 struct ViewRequest {
-  discoplan::app::DataRequest reading;
+  discoplan::app::ReadRequest reading;
   std::vector<std::string> files;
 };
 

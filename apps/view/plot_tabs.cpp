@@ -64,7 +64,7 @@ void PlotTabs::Show(std::shared_ptr<const Wafer> measured) {
   measured_ = std::move(measured);
   for (const auto& tab : tabs_) tab->drawn = false;
   if (measured_ != nullptr) {
-    const WaferSize size = SizeFor(*measured_);
+    const data::WaferSize size = {measured_->diameter, measured_->test_diameter};
     const bool is_same_size =
         size_ && size_->diameter == size.diameter && size_->test_diameter == size.test_diameter;
     drawing_ = true;

@@ -56,7 +56,7 @@ class PlotTabs final : public QTabWidget {
   void Track(qt::PlotWidget& plot);
 
   std::shared_ptr<const Wafer> measured_;
-  std::optional<WaferSize> size_;  // of the wafer before
+  std::optional<data::WaferSize> size_;  // of the wafer before
   std::optional<Limits> limits_;
   std::vector<std::unique_ptr<Tab>> tabs_;
   bool drawing_ = false;

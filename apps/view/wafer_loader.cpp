@@ -3,11 +3,11 @@
 
 #include <QtConcurrent>
 
-#include "apps/discoplan/skip_report.h"
+#include "data/left_out.h"
 
 namespace discoplan::app {
 
-WaferLoader::WaferLoader(DataRequest reading, QObject* parent)
+WaferLoader::WaferLoader(ReadRequest reading, QObject* parent)
     : QObject(parent), reading_(std::move(reading)) {
   connect(&watcher_, &QFutureWatcher<Outcome>::finished, this, &WaferLoader::TakeOutcome);
 }
@@ -25,20 +25,20 @@ void WaferLoader::BeginNext() {
     return Q_EMIT Finished();
   }
   current_ = waiting_.takeFirst();
-  DataRequest request = reading_;
+  ReadRequest request = reading_;
   request.path = current_.toStdString();
   Q_EMIT Began(current_);
   watcher_.setFuture(QtConcurrent::run(&WaferLoader::Read, request));
 }
 
-WaferLoader::Outcome WaferLoader::Read(const DataRequest& request) {
+WaferLoader::Outcome WaferLoader::Read(const ReadRequest& request) {
   Outcome outcome;
   try {
-    DataResult data = ReadData(request);
-    if (!data.skipped.empty()) {
-      outcome.skipped = QString::fromStdString(SkipReport(request.path.string(), data));
+    Lot lot = data::Read(request);
+    if (!lot.skipped.empty()) {
+      outcome.skipped = QString::fromStdString(data::SkipReport(lot));
     }
-    for (Wafer& measured : data.wafers) {
+    for (Wafer& measured : lot.wafers) {
       outcome.wafers.push_back(std::make_shared<const Wafer>(std::move(measured)));
     }
   } catch (const std::exception& error) {

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "apps/discoplan/data_file.h"
+#include "apps/discoplan/command.h"
 
 namespace discoplan::app {
 
@@ -17,7 +17,7 @@ class WaferLoader final : public QObject {
 
  public:
   /// `reading` says how to read them all.
-  explicit WaferLoader(DataRequest reading, QObject* parent = nullptr);
+  explicit WaferLoader(ReadRequest reading, QObject* parent = nullptr);
   ~WaferLoader() override;
 
   void Load(const QStringList& files);
@@ -39,9 +39,9 @@ class WaferLoader final : public QObject {
 
   void BeginNext();
   void TakeOutcome();
-  static Outcome Read(const DataRequest& request);
+  static Outcome Read(const ReadRequest& request);
 
-  const DataRequest reading_;
+  const ReadRequest reading_;
   QStringList waiting_;
   QString current_;
   QFutureWatcher<Outcome> watcher_;

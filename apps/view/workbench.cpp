@@ -46,7 +46,7 @@ QStringList FilesOf(const QMimeData& data) {
 
 }  // namespace
 
-Workbench::Workbench(const DataRequest& reading, QWidget* parent)
+Workbench::Workbench(const ReadRequest& reading, QWidget* parent)
     : QMainWindow(parent),
       loader_(reading),
       plots_(new PlotTabs(this)),

@@ -21,7 +21,7 @@ class Workbench final : public QMainWindow {
   Q_OBJECT
 
  public:
-  explicit Workbench(const DataRequest& reading = {}, QWidget* parent = nullptr);
+  explicit Workbench(const ReadRequest& reading = {}, QWidget* parent = nullptr);
   ~Workbench() override;
 
   /// Reads the files in the background and shows the first wafer of each as it comes.

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include "data/line_reader.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include "data/data_error.h"
+
+namespace discoplan::data {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kBlockSize = 1U << 16;
+constexpr std::size_t kLongestLine = 1U << 20;
+constexpr std::size_t kLinesAhead = 100;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+[[noreturn]] void RefuseUnreadable(const std::string& file, int error) {
+  const std::string why = error == 0 ? "reading failed" : std::generic_category().message(error);
+  throw DataError({file},
+                  "the file can't be read (" + why + "); check the path and its permissions");
+}
+
+}  // namespace
+
+FileBytes::FileBytes(const fs::path& path) : file_(path.string()) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (status.type() == fs::file_type::not_found) {
+    throw DataError({file_}, "there is no such file; check the path");
+  }
+  if (status.type() == fs::file_type::none) RefuseUnreadable(file_, error.value());
+  if (status.type() == fs::file_type::directory) {
+    throw DataError({file_}, "this is a folder; name a file in it");
+  }
+  errno = 0;
+  stream_.open(path, std::ios::binary);
+  if (!stream_) RefuseUnreadable(file_, errno);
+  NextBlock();
+}
+
+void FileBytes::NextBlock() {
+  block_.resize(kBlockSize);
+  errno = 0;
+  stream_.read(block_.data(), static_cast<std::streamsize>(kBlockSize));
+  if (stream_.bad()) RefuseUnreadable(file_, errno);
+  block_.resize(static_cast<std::size_t>(stream_.gcount()));
+}
+
+LineReader::LineReader(FileBytes& bytes) : bytes_(bytes), rest_(bytes.block()) {
+  if (rest_.starts_with(kByteOrderMark)) rest_.remove_prefix(kByteOrderMark.size());
+}
+
+const std::deque<TextLine>& LineReader::Ahead() {
+  TextLine line;
+  while (ahead_.size() < kLinesAhead && ReadLine(line)) ahead_.push_back(line);
+  return ahead_;
+}
+
+bool LineReader::Next(TextLine& line) {
+  if (ahead_.empty()) return ReadLine(line);
+  line = std::move(ahead_.front());
+  ahead_.pop_front();
+  return true;
+}
+
+bool LineReader::ReadLine(TextLine& line) {
+  while (ReadRaw(line.text)) {
+    line.number = number_;
+    const std::string_view content = Trimmed(line.text);
+    if (content.starts_with('#')) continue;
+    const bool blank = content.empty();
+    if (blank) line.text.clear();
+    if (!std::exchange(after_blank_, blank) || !blank) return true;
+  }
+  return false;
+}
+
+/// Characters up to the line's end, or all of them. Lines end alike: the other end is looked for
+/// only as far as the one that came last.
+std::size_t LineReader::LineLength() const {
+  const std::size_t usual = std::min(rest_.find(line_end_), rest_.size());
+  return std::min(rest_.substr(0, usual).find(line_end_ == '\n' ? '\r' : '\n'), usual);
+}
+
+bool LineReader::ReadRaw(std::string& text) {
+  text.clear();
+  ++number_;
+  while (true) {
+    if (rest_.empty()) {
+      bytes_.NextBlock();
+      rest_ = bytes_.block();
+      if (rest_.empty()) return !text.empty();
+    }
+    if (std::exchange(after_cr_, false) && rest_.front() == '\n') {
+      rest_.remove_prefix(1);
+      continue;
+    }
+    const std::size_t length = LineLength();
+    text += rest_.substr(0, length);
+    if (text.size() > kLongestLine) {
+      throw DataError({file(), number_},
+                      "the line is longer than 1 MiB; a table has one site on a line");
+    }
+    if (length == rest_.size()) {
+      rest_ = {};
+      continue;
+    }
+    line_end_ = rest_[length];
+    after_cr_ = line_end_ == '\r';
+    rest_.remove_prefix(length + 1);
+    return true;
+  }
+}
+
+}  // namespace discoplan::data

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// A data file as blocks of bytes and as lines of text, read from front to back, once.
+
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace discoplan::data {
+
+/// A file in blocks of 64 KiB. Throws `DataError` if the file is missing, a folder or unreadable.
+class FileBytes {
+ public:
+  explicit FileBytes(const std::filesystem::path& path);
+
+  const std::string& file() const { return file_; }
+  /// The current block, at first the first one; empty at the end of the file.
+  std::string_view block() const { return block_; }
+  void NextBlock();
+
+ private:
+  std::string file_;
+  std::ifstream stream_;
+  std::string block_;
+};
+
+struct TextLine {
+  std::int64_t number = 0;  ///< from 1
+  std::string text;         ///< without its end
+};
+
+/// The lines of a text, ended by LF, CRLF or CR. A byte order mark and lines that start with '#'
+/// are left out; lines of blanks come as an empty line, several of them as one. A line of more than
+/// 1 MiB is a `DataError`.
+class LineReader {
+ public:
+  /// Goes on from the current block of `bytes`.
+  explicit LineReader(FileBytes& bytes);
+
+  const std::string& file() const { return bytes_.file(); }
+  /// The first lines, 100 of them or all; they stay in line to be read.
+  const std::deque<TextLine>& Ahead();
+  /// Reads the next line; false at the end.
+  bool Next(TextLine& line);
+
+ private:
+  bool ReadLine(TextLine& line);
+  std::size_t LineLength() const;
+  bool ReadRaw(std::string& text);
+
+  FileBytes& bytes_;
+  std::string_view rest_;
+  std::int64_t number_ = 0;
+  char line_end_ = '\n';  // of the last line
+  bool after_cr_ = false;
+  bool after_blank_ = false;
+  std::deque<TextLine> ahead_;
+};
+
+}  // namespace discoplan::data

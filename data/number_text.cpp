@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include "data/number_text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <iterator>
+
+#include "discoplan/base/numbers.h"
+
+namespace discoplan::data {
+namespace {
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// The place of a comma that is the number's decimal mark.
+std::optional<std::size_t> DecimalComma(std::string_view text) {
+  const std::size_t comma = text.find(',');
+  if (comma == std::string_view::npos || comma == 0 || comma + 1 == text.size()) return {};
+  if (text.find_first_of(",.", comma + 1) != std::string_view::npos) return {};
+  if (!IsDigit(text[comma - 1]) || !IsDigit(text[comma + 1])) return {};
+  return comma;
+}
+
+bool MayGroup(std::string_view text, std::size_t comma) {
+  std::string_view whole = text.substr(0, comma);
+  if (whole.starts_with('-')) whole.remove_prefix(1);
+  const std::string_view rest = text.substr(comma + 1);
+  return whole.size() <= 3 && whole.front() != '0' && rest.size() == 3 &&
+         std::ranges::all_of(rest, IsDigit);
+}
+
+/// Reads what nearly all numbers look like, "-12.345" of at most 15 digits; false for any other
+/// text. Digits and power of ten are whole numbers below 2^53 then, so that one division gives the
+/// nearest double, as the general way does.
+bool ReadPlainDecimal(std::string_view text, ParsedNumber& number) {
+  static constexpr double kPowers[] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
+                                       1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14};
+  constexpr std::size_t kMostDigits = std::size(kPowers);
+  const bool negative = text.starts_with('-');
+  text.remove_prefix(negative);
+  if (text.empty() || text.size() > kMostDigits + 1 || !IsDigit(text.front()) ||
+      !IsDigit(text.back())) {
+    return false;
+  }
+  // Without branches on the characters and the sign, which a processor can't foresee.
+  std::int64_t digits = 0;
+  std::size_t point = text.size();
+  int marks = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool is_digit = IsDigit(text[i]);
+    digits = is_digit ? 10 * digits + (text[i] - '0') : digits;
+    point = is_digit ? point : i;
+    marks += !is_digit;
+  }
+  if (marks > 1 || (marks == 1 && text[point] != '.')) return false;
+  if (marks == 0 && text.size() > kMostDigits) return false;
+  const std::size_t decimals = marks == 0 ? 0 : text.size() - point - 1;
+  const int sign = 1 - 2 * static_cast<int>(negative);  // gives a zero its sign too
+  number.value = sign * (static_cast<double>(digits) / kPowers[decimals]);
+  number.narrowed = ToFloat(number.value);
+  number.decimal_mark = marks == 0 ? '\0' : '.';
+  return true;
+}
+
+NumberFault ReadNumber(std::string_view text, ParsedNumber& number) {
+  text = Trimmed(text);
+  if (text.empty()) return NumberFault::Empty;
+  if (text.front() == '+') {
+    text.remove_prefix(1);
+    if (text.starts_with('-')) return NumberFault::Text;
+  }
+  std::string pointed;
+  if (const auto comma = DecimalComma(text)) {
+    number.decimal_mark = ',';
+    number.may_group = MayGroup(text, *comma);
+    pointed = text;
+    pointed[*comma] = '.';
+    text = pointed;
+  } else if (text.find('.') != std::string_view::npos) {
+    number.decimal_mark = '.';
+  }
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number.value);
+  if (error == std::errc::invalid_argument || end != text.data() + text.size()) {
+    return NumberFault::Text;
+  }
+  if (error == std::errc::result_out_of_range) return NumberFault::OutOfRange;
+  if (!std::isfinite(number.value)) return NumberFault::NotFinite;
+  const bool fits = Attempt([&] { number.narrowed = ToFloat(number.value); });
+  return fits ? NumberFault::None : NumberFault::OutOfRange;
+}
+
+}  // namespace
+
+ParsedNumber ParseNumber(std::string_view text) {
+  ParsedNumber number;
+  if (!ReadPlainDecimal(text, number)) number.fault = ReadNumber(text, number);
+  return number;
+}
+
+void DecimalMarks::Note(const ParsedNumber& number, std::string_view text, const Place& place) {
+  if (number.decimal_mark == 0) return;
+  if (mark_ == 0) mark_ = number.decimal_mark;
+  if (number.decimal_mark != mark_) {
+    throw DataError(place, Shown(text) + " has another decimal mark than the numbers before it; " +
+                               "write all of them with a point");
+  }
+  if (number.may_group && !doubt_) doubt_ = Doubt{place, std::string(text)};
+  proven_ |= !number.may_group;
+}
+
+void DecimalMarks::Finish() const {
+  if (!doubt_ || proven_) return;
+  throw DataError(doubt_->place, Shown(doubt_->text) +
+                                     " may have a decimal comma or a thousands separator; "
+                                     "write decimals with a point and thousands without a mark");
+}
+
+}  // namespace discoplan::data

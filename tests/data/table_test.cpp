@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "data/read.h"
+#include "tests/data/data_files.h"
+
+namespace discoplan::data {
+namespace {
+
+struct TableCase {
+  const char* shows;
+  std::string content;
+  std::string outcome;
+  std::string columns = {};
+  bool skip_invalid = false;
+};
+
+void Check(const TableCase& test) {
+  SCOPED_TRACE(test.shows);
+  const TemporaryFolder folder;
+  ReadRequest request;
+  request.path = folder.Write("a.csv", test.content);
+  request.columns = test.columns;
+  request.skip_invalid = test.skip_invalid;
+  EXPECT_EQ(Outcome(request), test.outcome);
+}
+
+TEST(DataTable, ReadsAllWaysToWriteATable) {
+  const TableCase cases[] = {
+      {"commas", "1,2,3\n4,5,6\n", "1,2,3 4,5,6"},
+      {"no line end at the end", "1,2,3\n4,5,6", "1,2,3 4,5,6"},
+      {"semicolons", "1;2;3\n4;5;6\n", "1,2,3 4,5,6"},
+      {"tabs", "1\t2\t3\n4\t5\t6\n", "1,2,3 4,5,6"},
+      {"runs of blanks", "  1 2   3  \n4  5 6\n", "1,2,3 4,5,6"},
+      {"blanks around commas", "1 , 2,  3\n4 ,5 , 6\n", "1,2,3 4,5,6"},
+      {"blanks around commas below a header", "X , Y , Value\n4 , 5 , 6\n", "4,5,6"},
+      {"tabs behind commas", "1,\t2,\t3\n", "1,2,3"},
+      {"CRLF", "X,Y,Z\r\n1,2,3\r\n\r\n", "1,2,3"},
+      {"CR alone", "X,Y,Z\r1,2,3\r4,5,6\r", "1,2,3 4,5,6"},
+      {"byte order mark", "\xEF\xBB\xBFX,Y,Z\n1,2,3\n", "1,2,3"},
+      {"comments", "# lot 5\n1,2,3 # center\n  # 9,9,9\n4,5,6,# edge\n", "1,2,3 4,5,6"},
+      {"comment behind blanks", "1 2 3 # center\n4 5 6\n", "1,2,3 4,5,6"},
+      {"a sign for number is no comment", "Site #,X,Y,Value\n7,1,2,3\n", "1,2,3"},
+      {"quotes", "\"X\",\"Y\",\"Value\"\n\"1\",2 , \"3\" \n", "1,2,3"},
+      {"a separator in quotes", "X,Y,Z,Note\n1,2,3,\"a,b\"\n", "1,2,3"},
+      {"quotes in quotes", "X,Y,Z,Note\n1,2,3,\"a \"\"b\"\", c\"\n", "1,2,3"},
+      {"no comment in quotes", "X,Y,Z,Note\n1,2,3,\"a # b\"\n", "1,2,3"},
+      {"blank lines and empty rows", "\n\nX,Y,Z\n\n1,2,3\n,,\n4,5,6\n,,,\n", "1,2,3 4,5,6"},
+      {"empty fields at the end", "X,Y,Z,\n1,2,3,\n4,5,6\n", "1,2,3 4,5,6"},
+      {"Latin-1 in a comment", "# \xB5m and \xC5, both in a comment\n1,2,3\n", "1,2,3"},
+      {"decimal comma with semicolons", "1,5;2;-3,25\n", "1.5,2,-3.25"},
+      {"decimal comma with tabs", "1,5\t2\t3,25\n", "1.5,2,3.25"},
+      {"decimal comma with blanks", "1,5 2 3,25\n", "1.5,2,3.25"},
+      {"decimal comma in quotes", "\"1,5\",2,\"3,25\"\n", "1.5,2,3.25"},
+      {"decimal point with semicolons", "1.5;2;3.125\n", "1.5,2,3.125"},
+      {"three decimals, proven by a zero", "0,000;2,125;3,250\n", "0,2.125,3.25"},
+      {"three decimals, proven by four digits", "1,500;2,125;5722,250\n", "1.5,2.125,5722.25"},
+      {"signs and exponents", "+1.5,-2E1,+3e+2\n", "1.5,-20,300"},
+      {"points at the ends", ".5,2.,-.25\n", "0.5,2,-0.25"},
+      {"largest float", "1,2,3.4028234663852886e38\n", "1,2,3.40282347e+38"},
+  };
+  for (const TableCase& test : cases) Check(test);
+}
+
+TEST(DataTable, FindsTheColumns) {
+  const TableCase cases[] = {
+      {"names in any order and case", "thickness,Y,x\n3,2,1\n", "1,2,3"},
+      {"names with a unit", "X (mm),Y [mm],Value\n1,2,3\n", "1,2,3"},
+      {"the only column left", "Site,X,Y,Rs\n9,1,2,3\n", "1,2,3"},
+      {"a usual name among others", "X,Y,GOF,Value\n1,2,0.9,3\n", "1,2,3"},
+      {"numbers as names of other columns", "X,Y,1,Z\n1,2,9,3\n", "1,2,3"},
+      {"chosen by name", "X,Y,slot1,slot2\n1,2,3,4\n", "1,2,4", " x , Y,SLOT2 "},
+      {"chosen by number", "X,Y,slot1,slot2\n1,2,3,4\n", "2,1,4", "2,1,4"},
+      {"chosen by name and number", "X,Y,slot1,slot2\n1,2,3,4\n", "1,2,4", "X,2,slot2"},
+      {"chosen by a quoted name", "X,Y,\"T, nm\",\"T, A\"\n1,2,3,30\n", "1,2,30", "X,Y,\"T, A\""},
+      {"chosen of equal names by number", "X,Y,V,V\n1,2,3,4\n", "1,2,4", "1,2,4"},
+      {"chosen without a header", "OK,1,2,3\nOK,4,5,6\n", "1,2,3 4,5,6", "2,3,4"},
+      {"equal names that aren't chosen", "X,Y,Z,note,note\n1,2,3,a,b\n", "1,2,3"},
+      {"the first three without a header", "1,2,3,4,ok\n", "1,2,3"},
+  };
+  for (const TableCase& test : cases) Check(test);
+}
+
+TEST(DataTable, RefusesWhatHasNoClearColumns) {
+  const TableCase cases[] = {
+      {"several values", "X,Y,slot1,slot 2\n1,2,3,4\n",
+       "a.csv:1: the value may be any of 'slot1', 'slot 2'; "
+       "choose one, as in --columns X,Y,slot1"},
+      {"several values that need a number", "X (mm),Y,\"a,b\",c\n1,2,3,4\n",
+       "a.csv:1: the value may be any of 'a,b', 'c'; choose one, as in --columns 1,Y,3"},
+      {"several values of one name", "X,Y,a,A\n1,2,3,4\n",
+       "a.csv:1: the value may be any of 'a', 'A'; choose one, as in --columns X,Y,3"},
+      {"several usual names", "X,Y,Value,Z\n1,2,3,4\n",
+       "a.csv:1: the value may be any of 'Value', 'Z'; choose one, as in --columns X,Y,Value"},
+      {"no value", "Site,X,Y\n1,2,3\n",
+       "a.csv:1: no column is left for the value among 'Site', 'X', 'Y'; "
+       "add one, or choose three with --columns X,Y,VALUE"},
+      {"no X", "row,col,V\n1,2,3\n",
+       "a.csv:1: no column is called X among 'row', 'col', 'V'; "
+       "choose three with --columns X,Y,VALUE"},
+      {"two X", "X,x,Y,V\n1,2,3,4\n",
+       "a.csv:1: several columns are called X among 'X', 'x', 'Y', 'V'; "
+       "choose three with --columns X,Y,VALUE"},
+      {"unknown name", "X,Y,V\n1,2,3\n",
+       "a.csv:1: there is no column 'slot1'; choose from 'X', 'Y', 'V'", "X,Y,slot1"},
+      {"name of two columns", "X,Y,V,v\n1,2,3,4\n",
+       "a.csv:1: columns 3 and 4 are both called 'V'; choose one by its number", "X,Y,V"},
+      {"number too large", "X,Y,V\n1,2,3\n",
+       "a.csv:1: there is no column number '4'; choose from 1 to 3", "X,Y,4"},
+      {"number zero", "X,Y,V\n1,2,3\n",
+       "a.csv:1: there is no column number '0'; choose from 1 to 3", "0,1,2"},
+      {"number beyond all integers", "X,Y,V\n1,2,3\n",
+       "a.csv:1: there is no column number '99999999999999999999'; choose from 1 to 3",
+       "1,2,99999999999999999999"},
+      {"name without a header", "1,2,3\n",
+       "a.csv:1: there is no header line with a column 'X'; "
+       "choose columns by number, as in --columns 1,2,3",
+       "X,Y,Z"},
+      {"two entries", "1,2,3\n",
+       "a.csv: --columns '1,2' doesn't name three columns; write it like --columns X,Y,VALUE",
+       "1,2"},
+      {"an empty entry", "1,2,3\n",
+       "a.csv: --columns '1,,2' doesn't name three columns; write it like --columns X,Y,VALUE",
+       "1,,2"},
+      {"either separator would do", "x,x,x,1,2,3,y;y;y;4;5;6\n",
+       "a.csv: the columns may be separated by commas or by semicolons; "
+       "put quotes around the fields that hold either",
+       "4,5,6"},
+      {"two columns", "1,2\n3,4\n",
+       "a.csv:1: 2 columns where at least 3 are due; "
+       "separate X, Y and value by commas, semicolons, tabs or blanks"},
+      {"only empty fields", ",,,\n,,,\n",
+       "a.csv: no column where at least 3 are due; "
+       "separate X, Y and value by commas, semicolons, tabs or blanks"},
+  };
+  for (const TableCase& test : cases) Check(test);
+}
+
+TEST(DataTable, RefusesBadRows) {
+  const std::string mend = "; mend the value or use --skip-invalid";
+  const std::string complete = " are due; complete the line or use --skip-invalid";
+  const std::string quote = "; put quotes around a field that holds a separator or a decimal comma";
+  const std::string mixed =
+      " has another decimal mark than the numbers before it; write all of them with a point";
+  const std::string doubtful =
+      " may have a decimal comma or a thousands separator; "
+      "write decimals with a point and thousands without a mark";
+  const TableCase cases[] = {
+      {"text", "1,2,3\n4,5,abc\n", "a.csv:2:3: 'abc' is no number" + mend},
+      {"text that is a column's name elsewhere", "1,2,x\n", "a.csv:1:3: 'x' is no number" + mend},
+      {"text in the only row", "X,Y,Z\n1,abc,3\n", "a.csv:2:2: 'abc' is no number" + mend},
+      {"comments and blank lines count", "# a\n\n1,2,3\n\nx,5,6\n",
+       "a.csv:5:1: 'x' is no number" + mend},
+      {"a lone CR counts as a line", "1,2,3\r4,5,b\r", "a.csv:2:3: 'b' is no number" + mend},
+      {"40 characters", "1,2," + std::string(40, 'a') + "\n",
+       "a.csv:1:3: '" + std::string(40, 'a') + "' is no number" + mend},
+      {"41 characters", "1,2," + std::string(41, 'a') + "\n",
+       "a.csv:1:3: '" + std::string(40, 'a') + "...' is no number" + mend},
+      {"control characters", "# at most one foreign byte in ten\n1,2,3\n1,2,a\x1B[2J\x7F\xC2\x9B\n",
+       "a.csv:3:3: 'a?[2J??\?' is no number" + mend},
+      {"letters beyond ASCII", "1,2,\xC2\xB5m\n", "a.csv:1:3: '\xC2\xB5m' is no number" + mend},
+      {"two numbers in a field", "1,2,3\n4,5,6 7\n", "a.csv:2:3: '6 7' is no number" + mend},
+      {"hexadecimal", "1,2,0x10\n", "a.csv:1:3: '0x10' is no number" + mend},
+      {"two signs", "1,2,+-3\n", "a.csv:1:3: '+-3' is no number" + mend},
+      {"a sign alone", "1,2,-\n", "a.csv:1:3: '-' is no number" + mend},
+      {"thousands", "1;2;1,234.5\n", "a.csv:1:3: '1,234.5' is no number" + mend},
+      {"empty", "1,2,3\n4,,6\n", "a.csv:2:2: the field is empty where a number is due" + mend},
+      {"nan", "1,2,nan\n", "a.csv:1:3: 'nan' is not finite" + mend},
+      {"inf", "1,-inf,3\n", "a.csv:1:2: '-inf' is not finite" + mend},
+      {"more than a float", "1,2,1e39\n",
+       "a.csv:1:3: '1e39' is out of a 32-bit float's range" + mend},
+      {"more than a double", "1,2,1e999\n",
+       "a.csv:1:3: '1e999' is out of a 32-bit float's range" + mend},
+      {"too few columns", "1,2,3\n4,5\n", "a.csv:2: 2 columns where 3" + complete},
+      {"fewer columns than the header", "X,Y,Z,A,B\n1,2,3,4\n",
+       "a.csv:2: 4 columns where 5" + complete},
+      {"a title above the table", "Lot\nX,Y,Z\n1,2,3\n", "a.csv:1: 1 column where 3" + complete},
+      {"decimal commas between commas", "X,Y,Z\n1,5,2,5,3,5\n",
+       "a.csv:2: 6 columns where line 1 has 3" + quote},
+      {"more columns than the first row", "1,2,3\n4,5,6,7\n",
+       "a.csv:2: 4 columns where line 1 has 3" + quote},
+      {"both decimal marks", "1.5;2;3\n1;2;3,25\n", "a.csv:2:3: '3,25'" + mixed},
+      {"only three decimals", "1;2;3\n1,500;2,250;3\n", "a.csv:2:1: '1,500'" + doubtful},
+      {"open quote", "1,2,3\n4,5,\"6\n",
+       "a.csv:2:3: a quote is opened and not closed on this line; close it or remove it"},
+      {"a header alone", "X,Y,Z\n",
+       "a.csv:1: no valid site is left; check the rows and the columns chosen"},
+  };
+  for (const TableCase& test : cases) Check(test);
+}
+
+TEST(DataTable, LeavesOutOnlyRowsWithFewColumnsOrBadNumbers) {
+  const TableCase cases[] = {
+      {"each reason", "X,Y,Z\n1,2,3\n1,2\n1,,3\n1,2,x\n1,nan,3\n1,2,1e39\n4,5,6\n", "1,2,3 4,5,6",
+       "", true},
+      {"a short first row", "1,2\n1,2,3\n", "1,2,3", "", true},
+      {"a bad first row", "a,2,3\n1,2,3\n", "1,2,3", "", true},
+      {"too many columns stay an error", "1,2,3\n1,2,3,4\n",
+       "a.csv:2: 4 columns where line 1 has 3; "
+       "put quotes around a field that holds a separator or a decimal comma",
+       "", true},
+      {"nothing remains", "X,Y,Z\n1,2,\n",
+       "a.csv:1: no valid site is left; check the rows and the columns chosen", "", true},
+      {"nothing remains without a header", "1,2,\n",
+       "a.csv: no valid site is left; check the rows and the columns chosen", "", true},
+  };
+  for (const TableCase& test : cases) Check(test);
+}
+
+TEST(DataTable, CountsWhatItLeavesOutByReason) {
+  const TemporaryFolder folder;
+  ReadRequest request;
+  request.path =
+      folder.Write("a.csv", "X,Y,Z\n1,2,3\n1,,3\n1,2\n1,2,x\n,2,x\n1,nan,3\n1,2,1e39\n4,5,6\n");
+  request.skip_invalid = true;
+  const Lot result = Read(request);
+  EXPECT_EQ(result.kind, FileKind::Table);
+  EXPECT_EQ(result.skipped, (std::vector<SkippedRows>{{Reason::Empty, 2, 3},
+                                                      {Reason::TooFewColumns, 1, 4},
+                                                      {Reason::Text, 1, 5},
+                                                      {Reason::NotFinite, 2, 7}}));
+}
+
+TEST(DataTable, NamesTheWaferAfterTheFile) {
+  const TemporaryFolder folder;
+  const Lot result = Read({.path = folder.Write("lot 5.csv", "1,2,3\n")});
+  ASSERT_EQ(result.wafers.size(), 1U);
+  EXPECT_EQ(result.wafers[0].name, "lot 5");
+  EXPECT_FALSE(result.wafers[0].slot);
+  EXPECT_FALSE(result.wafers[0].reported);
+}
+
+TEST(DataTable, TellsThePlaceOfAnError) {
+  const TemporaryFolder folder;
+  const auto path = folder.Write("a.csv", "1,2,3\n4,abc,6\n");
+  try {
+    Read({.path = path});
+    FAIL();
+  } catch (const DataError& error) {
+    EXPECT_EQ(error.file(), path.string());
+    EXPECT_EQ(error.line(), 2);
+    EXPECT_EQ(error.column(), 2);
+    EXPECT_EQ(error.sentence(), "'abc' is no number; mend the value or use --skip-invalid");
+  }
+}
+
+TEST(DataTable, HoldsAtMost32767Sites) {
+  const TemporaryFolder folder;
+  for (const std::size_t sites : {32766U, 32767U, 32768U, 40000U}) {
+    std::string content = "X,Y,Z\n";
+    for (std::size_t i = 0; i < sites; ++i) content += "1,2,3\n";
+    const ReadRequest request{.path = folder.Write("a.csv", content)};
+    if (sites <= 32767) {
+      EXPECT_EQ(Read(request).wafers[0].x.size(), sites);
+    } else {
+      EXPECT_EQ(Outcome(request),
+                "a.csv:32769: a wafer holds at most 32767 sites; leave out some or split the file");
+    }
+  }
+}
+
+TEST(DataTable, ReadsLinesUpTo1MiB) {
+  const std::size_t mib = std::size_t{1} << 20;
+  Check({"on the limit", "1,2,3 #" + std::string(mib - 7, 'a') + "\n4,5,6\n", "1,2,3 4,5,6"});
+  const std::string refused = ": the line is longer than 1 MiB; a table has one site on a line";
+  Check({"one above", "4,5,6\n1,2,3 #" + std::string(mib - 6, 'a'), "a.csv:2" + refused});
+  Check({"100 MB", std::string(100'000'000, '1'), "a.csv:1" + refused});
+}
+
+TEST(DataTable, ReadsLineEndsThatFallOnTheEdgeOfABlock) {
+  for (const std::size_t edge : {65534U, 65535U, 65536U, 65537U}) {
+    const std::string comment = '#' + std::string(edge - 1, 'a');
+    Check({"CRLF", comment + "\r\n1,2,x\r\n",
+           "a.csv:2:3: 'x' is no number; mend the value or use --skip-invalid"});
+  }
+}
+
+}  // namespace
+}  // namespace discoplan::data
