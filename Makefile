@@ -31,7 +31,7 @@ bench: packages ## Build, and run the benchmarks
 docs: packages ## Write the page of the controls' members in docs/ anew
 	@cmake --preset release --log-level=WARNING > /dev/null
 	@cmake --build --preset release --target discoplan-members -- --quiet
-	@build/release/docs/discoplan-members . > build/members.md
+	@build/release/docs/discoplan-members > build/members.md
 	@mv build/members.md docs/members.md
 
 pictures: packages ## Take the pictures in docs/ anew

@@ -39,6 +39,7 @@ class CommandError : public std::runtime_error {
 void AddPlotCommand(CLI::App& program);
 void AddStatsCommand(CLI::App& program);
 void AddAutomateCommand(CLI::App& program);
+void AddDescribeCommand(CLI::App& program);
 /// The commands that the programs beside this one carry out.
 void AddBesideCommands(CLI::App& program);
 

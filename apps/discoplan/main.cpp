@@ -26,5 +26,6 @@ int main(int argc, char** argv) {
   AddStatsCommand(program);
   AddBesideCommands(program);
   AddAutomateCommand(program);
+  AddDescribeCommand(program);
   return Run(program, argc, argv);
 }

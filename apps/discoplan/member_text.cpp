@@ -36,22 +36,23 @@ std::string Names(std::span<const Enumerator> choices) {
 }
 
 Variant ToVariant(const std::string& text, const Member& member) {
-  if (member.type == "string") return Variant(text);
-  const auto choice = std::ranges::find(member.choices, text, &Enumerator::name);
-  if (choice != member.choices.end()) return Variant(choice->value);
-  if (member.type == "colour") {
+  if (member.type == Type::String) return Variant(text);
+  if (member.enumeration != nullptr) {
+    if (const Enumerator* choice = member.enumeration->Find(text)) return Variant(choice->value);
+  }
+  if (member.type == Type::Rgb) {
     if (const auto colour = ToColour(text)) return Variant(*colour);
   }
   if (text == "true" || text == "false") return BooleanVariant(text == "true");
   if (const auto number = ToNumber(text)) return Variant(*number);
   throw UsageError("--set " + std::string(member.name) + ": '" + text + "' is no value of type " +
-                   std::string(member.type) + Names(member.choices));
+                   std::string(member.TypeName()) + Names(member.Choices()));
 }
 
 std::string WritableNames(const MemberTable& members) {
   std::string names;
   for (const Member& member : members) {
-    if (!member.writable() || member.type == "object") continue;
+    if (!member.writable() || member.type == Type::Object) continue;
     names += (names.empty() ? "" : ", ") + std::string(member.name);
   }
   return names;
@@ -65,11 +66,11 @@ void SetMember(Object& object, const std::string& assignment) {
     throw UsageError("--set takes NAME=VALUE, not '" + assignment + "'");
   const std::string name = assignment.substr(0, mark);
   const Member* member = object.Members().Find(name);
-  if (member == nullptr || !member->writable() || member->type == "object") {
+  if (member == nullptr || !member->writable() || member->type == Type::Object) {
     throw UsageError("--set: '" + name + "' is none of " + WritableNames(object.Members()));
   }
   try {
-    member->set(object, ToVariant(assignment.substr(mark + 1), *member));
+    member->Set(object, ToVariant(assignment.substr(mark + 1), *member));
   } catch (const RunTimeError& error) {
     throw UsageError("--set " + assignment + ": " + error.what());
   }

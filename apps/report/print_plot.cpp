@@ -54,7 +54,7 @@ bool PrintLegendAt(PlotControl& control, float left, float top) {
   const Member* legend = control.Members().Find("PrintLegend");
   if (legend == nullptr) return false;
   std::array<Variant, 2> place = {Variant(left), Variant(top)};
-  legend->call(control, place);
+  legend->Call(control, place);
   return true;
 }
 

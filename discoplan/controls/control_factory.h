@@ -3,7 +3,6 @@
 
 #include <memory>
 #include <string_view>
-#include <vector>
 
 #include "discoplan/controls/plot_control.h"
 
@@ -13,8 +12,5 @@ namespace discoplan {
 /// container outlive it.
 DISCOPLAN_EXPORT std::unique_ptr<PlotControl> NewControl(std::string_view class_name,
                                                          Platform& platform, Container* container);
-
-/// The class names, in the order of the interface.
-DISCOPLAN_EXPORT std::vector<std::string_view> ControlClasses();
 
 }  // namespace discoplan

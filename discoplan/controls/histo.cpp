@@ -27,11 +27,8 @@ constexpr TwipsBox kCommand1{4680, 0, 1200, 240};
 }  // namespace
 
 Histo::Histo(Platform& platform, Container* container)
-    : PlotControl(platform, container,
-                  {.class_name = "Histo",
-                   .least_print_width = 100,
-                   .least_print_height = 100,
-                   .print_size_first = true}),
+    : PlotControl(platform, container, kClass,
+                  {.least_print_width = 100, .least_print_height = 100, .print_size_first = true}),
       frmhist_(root_.Add(NodeKind::Frame, "frmhist", {})),
       hist_pic_(AddPicture(frmhist_, "histPic", {})),
       plota_(AddPicture(hist_pic_, "PLOTA", {})),
@@ -153,27 +150,6 @@ void Histo::ShowPlotOption() {
   resolution_ = ToInt16(dialog.GetResolution());
   if (dialog.GetBackColor() != back_color) ApplyBackColor(dialog.GetBackColor());
   RedrawHistogram();
-}
-
-const MemberTable& Histo::Members() const {
-  using C = Histo;
-  static constexpr std::array kSlots = {kBeam, kGaussCurve};
-  static const MemberTable table = MembersWith({
-      .properties = {{
-          Property<C, PlotTyEnum>("PlotType", &C::PlotType, &C::PlotType),
-          Property<C, float>("Resolution", &C::Resolution, &C::Resolution),
-      }},
-      .prints = {Method("PrintPlot", &C::PrintPlot), Method("PrintPlot_THN", &C::PrintPlot_THN)},
-      .colours = kSlots,
-      .methods =
-          {
-              Method("SetChartDim", &C::SetChartDim),
-              Method("Borderstyle", &C::Borderstyle),
-              Method("ShowControlLimit", &C::ShowControlLimit),
-              Method("ResetControlLimit", &C::ResetControlLimit),
-          },
-  });
-  return table;
 }
 
 const StoredProperties& Histo::Stored() const {

@@ -5,20 +5,12 @@
 
 namespace discoplan {
 
-/// On which side of the chart the value axis lies.
-enum class PlotTyEnum : std::int32_t { vbbottom = 1, vbTop = 2, vbLeft = 3, vbRight = 4 };
-
-template <>
-inline constexpr std::string_view EnumName<PlotTyEnum> = "PlotTyEnum";
-template <>
-inline constexpr std::array kEnumerators<PlotTyEnum> = {
-    Enumerator{"vbbottom", 1}, Enumerator{"vbTop", 2}, Enumerator{"vbLeft", 3},
-    Enumerator{"vbRight", 4}};
-
 /// Histogram of the values with a Gauss curve. It has no legend panel and no snapshot: each `Plot`
 /// draws anew. Control limits are shown in all histograms of a thread.
 class DISCOPLAN_EXPORT Histo final : public PlotControl {
  public:
+  static constinit const ControlClass kClass;
+
   explicit Histo(Platform& platform, Container* container = nullptr);
 
   PlotTyEnum PlotType() const { return plot_type_; }
@@ -46,7 +38,6 @@ class DISCOPLAN_EXPORT Histo final : public PlotControl {
   }
 
   void ShowPlotOption() override;
-  const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 
  private:

@@ -36,12 +36,4 @@ void LatticeControl::CheckBeforeDrawing() {
   ShowPlotOption();
 }
 
-std::vector<Member> LatticeControl::LatticeMembers() {
-  using C = LatticeControl;
-  return {
-      Property<C, float>("Resolution", &C::Resolution, &C::Resolution),
-      Property<C, Sites>("ShowSites", &C::ShowSites, &C::ShowSites),
-  };
-}
-
 }  // namespace discoplan

@@ -20,7 +20,6 @@ class DISCOPLAN_EXPORT LatticeControl : public MapControl {
   void FillDefaults() override;
   /// A test diameter that shrank may have left the pitch too large.
   void CheckBeforeDrawing() override;
-  static std::vector<Member> LatticeMembers();
 
   float resolution_ = 0;
   bool show_sites_ = false;

@@ -104,9 +104,8 @@ void DrawCross(Node& marker, bool upright) {
 }  // namespace
 
 LineScan::LineScan(Platform& platform, Container* container)
-    : PlotControl(
-          platform, container,
-          {.class_name = "LineScan", .least_print_width = 4000, .least_print_height = 2850}),
+    : PlotControl(platform, container, kClass,
+                  {.least_print_width = 4000, .least_print_height = 2850}),
       plot_(AddFrame(root_, "Plot", {}, true)),
       plota_(AddPicture(plot_, "PLOTA", {})),
       panel_(AddFrame(root_, "frmove", {}, false)),
@@ -428,25 +427,6 @@ void LineScan::SetLineOptions(const ScanSettings& settings) {
     rotation_y_ = ToInt16(settings.y[2]);
     SetAngleText(std::to_string(settings.angle));
   }
-}
-
-const MemberTable& LineScan::Members() const {
-  using C = LineScan;
-  static const MemberTable table = MembersWith({
-      .properties = {{
-          Property<C, std::int16_t>("angle", &C::angle, &C::angle),
-          Property<C, PlotTypeEnumLineScan>("PlotType", &C::PlotType, &C::PlotType),
-          Property<C, std::int16_t>("RotationPointX", &C::RotationPointX, &C::RotationPointX),
-          Property<C, std::int16_t>("RotationPointY", &C::RotationPointY, &C::RotationPointY),
-          Property<C, std::int16_t>("LineStartPointX", &C::LineStartPointX, &C::LineStartPointX),
-          Property<C, std::int16_t>("LineStartPointY", &C::LineStartPointY, &C::LineStartPointY),
-          Property<C, std::int16_t>("LineEndPointX", &C::LineEndPointX, &C::LineEndPointX),
-          Property<C, std::int16_t>("LineEndPointY", &C::LineEndPointY, &C::LineEndPointY),
-      }},
-      .prints = {Method("PrintPlot", &C::PrintPlot)},
-      .loads_variants = false,
-  });
-  return table;
 }
 
 const StoredProperties& LineScan::Stored() const {

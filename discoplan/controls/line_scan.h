@@ -8,22 +8,12 @@
 
 namespace discoplan {
 
-/// How the cut through the wafer is given.
-enum class PlotTypeEnumLineScan : std::int16_t {
-  vbAngle = 1,  ///< Through the rotation point, at an angle.
-  vbline = 2,   ///< From the start point to the end point.
-};
-
-template <>
-inline constexpr std::string_view EnumName<PlotTypeEnumLineScan> = "PlotTypeEnumLineScan";
-template <>
-inline constexpr std::array kEnumerators<PlotTypeEnumLineScan> = {Enumerator{"vbAngle", 1},
-                                                                  Enumerator{"vbline", 2}};
-
 /// The value along a straight cut across the wafer. The user turns the cut with an angle box and a
 /// spinner; the curve follows at once. It keeps no snapshot: each occasion draws anew.
 class DISCOPLAN_EXPORT LineScan final : public PlotControl {
  public:
+  static constinit const ControlClass kClass;
+
   explicit LineScan(Platform& platform, Container* container = nullptr);
 
   /// Degrees, 0 to 360, where 360 counts as 0; another value tells the user and changes nothing.
@@ -49,7 +39,6 @@ class DISCOPLAN_EXPORT LineScan final : public PlotControl {
   const Node* Focused() override { return options_.IsShown() ? &options_ : nullptr; }
   void Shown() override;
   void ShowPlotOption() override;
-  const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 
  private:

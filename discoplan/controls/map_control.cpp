@@ -52,9 +52,9 @@ std::string Indexed(const char* name, std::size_t index) {
 
 }  // namespace
 
-MapControl::MapControl(Platform& platform, Container* container, const Traits& traits,
-                       Legend legend)
-    : PlotControl(platform, container, traits),
+MapControl::MapControl(Platform& platform, Container* container, const ControlClass& own_class,
+                       const Traits& traits, Legend legend)
+    : PlotControl(platform, container, own_class, traits),
       frplot_(AddFrame(root_, "Frplot", kFrplot, " Wafer ")),
       plota_(AddPicture(frplot_, "PLOTA", kPlota)),
       replot_(frplot_.Add(NodeKind::Image, "RePlot", kPlota)),

@@ -27,7 +27,8 @@ class DISCOPLAN_EXPORT MapControl : public PlotControl {
     Interval,   ///< The distance of lines alone.
   };
 
-  MapControl(Platform& platform, Container* container, const Traits& traits, Legend legend);
+  MapControl(Platform& platform, Container* container, const ControlClass& own_class,
+             const Traits& traits, Legend legend);
 
   /// Draws the plot itself on the surface.
   virtual void DrawPlot(Surface& surface) = 0;
@@ -35,10 +36,6 @@ class DISCOPLAN_EXPORT MapControl : public PlotControl {
   virtual void ShowLegend() = 0;
   virtual void PrintLegendOn(PrintWafer& print, float left, float top) {
     print.DrawColoredLegend(wafer_, left, top);
-  }
-  /// For the controls whose interface gives the result as a float.
-  float PrintLegendAsFloat(float left, float top) {
-    return static_cast<float>(PrintLegend(left, top));
   }
   /// Checked before a redraw: mends what has become impossible and tells the user.
   virtual void CheckBeforeDrawing() {}

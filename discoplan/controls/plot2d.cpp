@@ -6,7 +6,7 @@
 namespace discoplan {
 
 Plot2D::Plot2D(Platform& platform, Container* container)
-    : LatticeControl(platform, container, {.class_name = "Plot2D", .ignores_same_limits = true},
+    : LatticeControl(platform, container, kClass, {.ignores_same_limits = true},
                      Legend::Intervals) {}
 
 void Plot2D::InitOwnProperties() {
@@ -29,16 +29,6 @@ void Plot2D::ShowPlotOption() {
     resolution_ = dialog.GetXRes();
     show_sites_ = dialog.GetMarkeSites() != 0;
   });
-}
-
-const MemberTable& Plot2D::Members() const {
-  static const MemberTable table = MembersWith({
-      .properties = {LatticeMembers()},
-      .prints = {Method("PrintPlot", &Plot2D::PrintPlot),
-                 Method("PrintLegend", &Plot2D::PrintLegendAsFloat)},
-      .colours = kIntervalSlots,
-  });
-  return table;
 }
 
 void Plot2D::DrawPlot(Surface& surface) {

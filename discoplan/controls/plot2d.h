@@ -13,6 +13,8 @@ namespace discoplan {
 
 class DISCOPLAN_EXPORT Plot2D final : public LatticeControl {
  public:
+  static constinit const ControlClass kClass;
+
   explicit Plot2D(Platform& platform, Container* container = nullptr);
 
   /// Colour of an interval, 0 the highest to 9.
@@ -22,7 +24,6 @@ class DISCOPLAN_EXPORT Plot2D final : public LatticeControl {
   }
 
   void ShowPlotOption() override;
-  const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 
  private:

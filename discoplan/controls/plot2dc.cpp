@@ -15,7 +15,7 @@ constexpr double kMargin = 6;  // pixels that the outline leaves free, as on the
 }  // namespace
 
 Plot2DC::Plot2DC(Platform& platform, Container* container)
-    : MapControl(platform, container, {.class_name = "Plot2DC"}, Legend::Interval) {}
+    : MapControl(platform, container, kClass, {}, Legend::Interval) {}
 
 void Plot2DC::InitOwnProperties() {
   Resolution(ResoEnum::LowQuality);
@@ -91,22 +91,6 @@ void Plot2DC::ShowPlotOption() {
     resolution_ = static_cast<ResoEnum>(dialog.GetReso());
     plot_colored_ = static_cast<DrawColEnum>(dialog.GetShowColor());
   });
-}
-
-const MemberTable& Plot2DC::Members() const {
-  using C = Plot2DC;
-  static constexpr std::array kSlots = {kMean, kUpper, kLower};
-  static const MemberTable table = MembersWith({
-      .properties = {{
-          Property<C, float>("Interval", &C::Interval, &C::Interval),
-          Property<C, ExconEnum>("markSites", &C::markSites, &C::markSites),
-          Property<C, ResoEnum>("Resolution", &C::Resolution, &C::Resolution),
-          Property<C, DrawColEnum>("PlotColored", &C::PlotColored, &C::PlotColored),
-      }},
-      .prints = {Method("PrintPlot", &C::PrintPlot), Method("PrintPlot_THN", &C::PrintPlot_THN)},
-      .colours = kSlots,
-  });
-  return table;
 }
 
 const StoredProperties& Plot2DC::Stored() const {

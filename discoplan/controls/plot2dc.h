@@ -5,29 +5,11 @@
 
 namespace discoplan {
 
-enum class ResoEnum : std::int16_t { LowQuality = 0, HighQuality = 1, Automatic = 2 };
-enum class ExconEnum : std::int16_t { Exact = 1, Converted = 2, None = 3 };
-enum class DrawColEnum : std::int32_t { BWhitePlot = 0, ColorPlot = -1 };
-
-template <>
-inline constexpr std::string_view EnumName<ResoEnum> = "ResoEnum";
-template <>
-inline constexpr std::array kEnumerators<ResoEnum> = {
-    Enumerator{"LowQuality", 0}, Enumerator{"HighQuality", 1}, Enumerator{"Automatic", 2}};
-template <>
-inline constexpr std::string_view EnumName<ExconEnum> = "ExconEnum";
-template <>
-inline constexpr std::array kEnumerators<ExconEnum> = {
-    Enumerator{"Exact", 1}, Enumerator{"Converted", 2}, Enumerator{"None", 3}};
-template <>
-inline constexpr std::string_view EnumName<DrawColEnum> = "DrawColEnum";
-template <>
-inline constexpr std::array kEnumerators<DrawColEnum> = {Enumerator{"BWhitePlot", 0},
-                                                         Enumerator{"ColorPlot", -1}};
-
 /// Contour lines: at the mean, and above and below it in steps of a part of the mean.
 class DISCOPLAN_EXPORT Plot2DC final : public MapControl {
  public:
+  static constinit const ControlClass kClass;
+
   explicit Plot2DC(Platform& platform, Container* container = nullptr);
 
   /// Distance of the lines in percent of the mean; 0 or less becomes 1.
@@ -52,7 +34,6 @@ class DISCOPLAN_EXPORT Plot2DC final : public MapControl {
   }
 
   void ShowPlotOption() override;
-  const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 
  private:

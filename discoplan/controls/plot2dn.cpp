@@ -4,8 +4,7 @@
 namespace discoplan {
 
 Plot2DN::Plot2DN(Platform& platform, Container* container)
-    : MapControl(platform, container, {.class_name = "Plot2DN", .ignores_same_limits = true},
-                 Legend::Intervals) {
+    : MapControl(platform, container, kClass, {.ignores_same_limits = true}, Legend::Intervals) {
   root_.forwards = kForwardsDblClick | kForwardsMouse;
 }
 
@@ -16,16 +15,6 @@ void Plot2DN::InitOwnProperties() {
 
 void Plot2DN::PrintOn(PrintWafer& print, PageArea& area) {
   print.Print_2DNPlot(wafer_, area, PlotCaption());
-}
-
-const MemberTable& Plot2DN::Members() const {
-  static const MemberTable table = MembersWith({
-      .properties = {},
-      .prints = {Method("PrintPlot", &Plot2DN::PrintPlot),
-                 Method("PrintLegend", &Plot2DN::PrintLegendAsFloat)},
-      .colours = kIntervalSlots,
-  });
-  return table;
 }
 
 const StoredProperties& Plot2DN::Stored() const {

@@ -9,6 +9,8 @@ namespace discoplan {
 /// button does nothing.
 class DISCOPLAN_EXPORT Plot2DN final : public MapControl {
  public:
+  static constinit const ControlClass kClass;
+
   explicit Plot2DN(Platform& platform, Container* container = nullptr);
 
   /// Colour of an interval, 0 the highest to 9.
@@ -19,7 +21,6 @@ class DISCOPLAN_EXPORT Plot2DN final : public MapControl {
 
   const Node* Focused() override { return nullptr; }
   void ShowPlotOption() override {}
-  const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 
  private:

@@ -6,7 +6,7 @@
 namespace discoplan {
 
 Plot2DS::Plot2DS(Platform& platform, Container* container)
-    : SigmaControl(platform, container, "Plot2DS") {}
+    : SigmaControl(platform, container, kClass) {}
 
 void Plot2DS::InitOwnProperties() {
   Resolution(5);
@@ -36,15 +36,6 @@ void Plot2DS::ShowPlotOption() {
     sigma_range_ = dialog.GetSigRange();
     show_sites_ = dialog.GetMarkeSites() != 0;
   });
-}
-
-const MemberTable& Plot2DS::Members() const {
-  static const MemberTable table = MembersWith({
-      .properties = {LatticeMembers(), SigmaMembers()},
-      .prints = Joined({Method("PrintPlot", &Plot2DS::PrintPlot)}, LegendPrints()),
-      .colours = kSlots,
-  });
-  return table;
 }
 
 void Plot2DS::DrawPlot(Surface& surface) {

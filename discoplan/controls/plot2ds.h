@@ -9,13 +9,14 @@ namespace discoplan {
 /// Map of a wafer in three colours: within, above and below a band around the mean.
 class DISCOPLAN_EXPORT Plot2DS final : public SigmaControl<LatticeControl> {
  public:
+  static constinit const ControlClass kClass;
+
   explicit Plot2DS(Platform& platform, Container* container = nullptr);
 
   /// Result codes of `PrintResult`, as numbers.
   float PrintPlot(float& left, float& top, float& width, float& height);
 
   void ShowPlotOption() override;
-  const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 
  private:

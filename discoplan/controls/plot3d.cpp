@@ -6,7 +6,7 @@
 namespace discoplan {
 
 Plot3D::Plot3D(Platform& platform, Container* container)
-    : SurfaceControl(platform, container, {.class_name = "Plot3D"}, Legend::Intervals) {}
+    : SurfaceControl(platform, container, kClass, {}, Legend::Intervals) {}
 
 void Plot3D::InitOwnProperties() {
   XResolution(5);
@@ -58,18 +58,6 @@ void Plot3D::ShowPlotOption() {
     TakeSurface(dialog);
     plot_type_ = static_cast<PlotTypeEnum>(dialog.GetPlotType());
   });
-}
-
-const MemberTable& Plot3D::Members() const {
-  using C = Plot3D;
-  static const MemberTable table = MembersWith({
-      .properties = {SurfaceMembers(),
-                     ViewMembers(),
-                     {Property<C, PlotTypeEnum>("PlotType", &C::PlotType, &C::PlotType)}},
-      .prints = {Method("PrintPlot", &C::PrintPlot), Method("PrintLegend", &C::PrintLegend)},
-      .colours = kIntervalSlots,
-  });
-  return table;
 }
 
 const StoredProperties& Plot3D::Stored() const {

@@ -5,17 +5,11 @@
 
 namespace discoplan {
 
-enum class PlotTypeEnum : std::int16_t { PolyEdge = 1, HiddenWireFrame = 2, WireFrame = 3 };
-
-template <>
-inline constexpr std::string_view EnumName<PlotTypeEnum> = "PlotTypeEnum";
-template <>
-inline constexpr std::array kEnumerators<PlotTypeEnum> = {
-    Enumerator{"PolyEdge", 1}, Enumerator{"HiddenWireFrame", 2}, Enumerator{"WireFrame", 3}};
-
 /// The wafer's values as a surface in perspective.
 class DISCOPLAN_EXPORT Plot3D final : public SurfaceControl {
  public:
+  static constinit const ControlClass kClass;
+
   explicit Plot3D(Platform& platform, Container* container = nullptr);
 
   PlotTypeEnum PlotType() const { return plot_type_; }
@@ -29,7 +23,6 @@ class DISCOPLAN_EXPORT Plot3D final : public SurfaceControl {
   /// Pressing on the snapshot brings the surface itself back.
   void Mouse(Node& node, const MouseAction& action) override;
   void ShowPlotOption() override;
-  const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 
  private:

@@ -11,7 +11,7 @@ constexpr float kDefaultFoot = 5;
 }  // namespace
 
 Plot3DB::Plot3DB(Platform& platform, Container* container)
-    : ViewControl(platform, container, {.class_name = "Plot3DB"}, Legend::Intervals) {}
+    : ViewControl(platform, container, kClass, {}, Legend::Intervals) {}
 
 void Plot3DB::InitOwnProperties() {
   BeamWidth(kDefaultFoot);
@@ -68,21 +68,6 @@ void Plot3DB::ShowPlotOption() {
     beam_scale_ = dialog.GetPlotSccale();
     TakeAngles(dialog);
   });
-}
-
-const MemberTable& Plot3DB::Members() const {
-  using C = Plot3DB;
-  static const MemberTable table = MembersWith({
-      .properties = {{
-                         Property<C, float>("BeamWidth", &C::BeamWidth, &C::BeamWidth),
-                         Property<C, float>("BeamHeight", &C::BeamHeight, &C::BeamHeight),
-                         Property<C, float>("BeamScale", &C::BeamScale, &C::BeamScale),
-                     },
-                     ViewMembers()},
-      .prints = {Method("PrintPlot", &C::PrintPlot), Method("PrintLegend", &C::PrintLegend)},
-      .colours = kIntervalSlots,
-  });
-  return table;
 }
 
 const StoredProperties& Plot3DB::Stored() const {

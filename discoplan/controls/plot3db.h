@@ -8,6 +8,8 @@ namespace discoplan {
 /// Each measured site as a bar on the wafer's disc in perspective.
 class DISCOPLAN_EXPORT Plot3DB final : public ViewControl {
  public:
+  static constinit const ControlClass kClass;
+
   explicit Plot3DB(Platform& platform, Container* container = nullptr);
 
   /// Half sides of a bar's foot in mm, and the scale of its height; stored as given.
@@ -24,7 +26,6 @@ class DISCOPLAN_EXPORT Plot3DB final : public ViewControl {
   }
 
   void ShowPlotOption() override;
-  const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 
  private:

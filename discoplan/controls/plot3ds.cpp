@@ -6,7 +6,7 @@
 namespace discoplan {
 
 Plot3DS::Plot3DS(Platform& platform, Container* container)
-    : SigmaControl(platform, container, "Plot3DS") {}
+    : SigmaControl(platform, container, kClass) {}
 
 void Plot3DS::InitOwnProperties() {
   SigmaRange(0.5F);
@@ -38,15 +38,6 @@ void Plot3DS::ShowPlotOption() {
     TakeSurface(dialog);
     sigma_range_ = dialog.GetSigRange();
   });
-}
-
-const MemberTable& Plot3DS::Members() const {
-  static const MemberTable table = MembersWith({
-      .properties = {SurfaceMembers(), ViewMembers(), SigmaMembers()},
-      .prints = Joined({Method("PrintPlot", &Plot3DS::PrintPlot)}, LegendPrints()),
-      .colours = kSlots,
-  });
-  return table;
 }
 
 const StoredProperties& Plot3DS::Stored() const {

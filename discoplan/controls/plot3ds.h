@@ -9,10 +9,11 @@ namespace discoplan {
 /// The surface in three colours: within, above and below a band around the mean.
 class DISCOPLAN_EXPORT Plot3DS final : public SigmaControl<SurfaceControl> {
  public:
+  static constinit const ControlClass kClass;
+
   explicit Plot3DS(Platform& platform, Container* container = nullptr);
 
   void ShowPlotOption() override;
-  const MemberTable& Members() const override;
   const StoredProperties& Stored() const override;
 
  private:

@@ -29,10 +29,12 @@ constexpr std::array<EventRow, 5> kEvents = {{
 
 }  // namespace
 
-PlotControl::PlotControl(Platform& platform, Container* container, const Traits& traits)
+PlotControl::PlotControl(Platform& platform, Container* container, const ControlClass& own_class,
+                         const Traits& traits)
     : platform_(platform),
+      class_(own_class),
       traits_(traits),
-      root_(NodeKind::Control, std::string(traits.class_name), {}),
+      root_(NodeKind::Control, std::string(own_class.name), {}),
       container_(container != nullptr ? *container : silence_),
       printer_(platform.DefaultPrinter()) {
   root_.forwards = kForwardsAll;
@@ -47,7 +49,7 @@ void PlotControl::InitProperties() {
 
 void PlotControl::WriteProperties(PropertyBag& bag) {
   for (const StoredProperty& row : Stored().written) {
-    Variant value = Members().At(row.property).get(*this);
+    Variant value = Members().At(row.property).Get(*this);
     if (row.kind == StoredKind::Double) value = Variant(value.AsDouble());
     bag.WriteProperty(row.key, row.kind, value, row.otherwise);
   }
@@ -61,7 +63,7 @@ void PlotControl::ReadProperties(const PropertyBag& bag) {
     if (row.property == "MousePointer") {
       SetPointer(value.AsInt16());  // nothing that a store would have to be told
     } else {
-      Members().At(row.property).set(*this, value);
+      Members().At(row.property).Set(*this, value);
     }
   }
 }

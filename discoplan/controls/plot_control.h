@@ -20,7 +20,9 @@
 #include <string>
 #include <vector>
 
+#include "discoplan/controls/control_class.h"
 #include "discoplan/controls/stored_properties.h"
+#include "discoplan/core/enumerations.h"
 #include "discoplan/core/loading.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/forms/node.h"
@@ -32,30 +34,12 @@
 
 namespace discoplan {
 
-enum class WaferSt : std::int32_t { Notch = 1, Flat = 2 };
-enum class Sites : std::int32_t { ShowSite = -1, HideSite = 0 };
 enum class PlotResult : std::int16_t { Done = 0, NoData = 1 };
 enum class PrintResult : std::int16_t {
   Done = 0,
   Failed = 1,         ///< Of a plot: the control is too small. Of a block: no data or no printer.
   NothingToPrint = 2  ///< Of a plot: no data or no printer.
 };
-
-template <>
-inline constexpr std::string_view EnumName<WaferSt> = "WaferSt";
-template <>
-inline constexpr std::array kEnumerators<WaferSt> = {Enumerator{"Notch", 1}, Enumerator{"Flat", 2}};
-template <>
-inline constexpr std::string_view EnumName<Sites> = "Sites";
-template <>
-inline constexpr std::array kEnumerators<Sites> = {Enumerator{"ShowSite", -1},
-                                                   Enumerator{"HideSite", 0}};
-template <>
-inline constexpr std::string_view EnumName<PlotResult> = "int16";
-template <>
-inline constexpr std::string_view EnumName<PrintResult> = "int16";
-template <>
-inline constexpr std::string_view EnumName<LoadResult> = "int16";
 
 enum class MouseEvent { Click, DblClick, MouseDown, MouseMove, MouseUp };
 
@@ -69,6 +53,10 @@ struct MouseAction {
 
 class DISCOPLAN_EXPORT PlotControl : public Object {
  public:
+  /// Of which class this control is.
+  const ControlClass& Class() const { return class_; }
+  const MemberTable& Members() const final { return class_.members; }
+
   /// Gives the properties the values of a new control.
   void InitProperties();
   /// Hands the settings to the container's store, or takes them from there through the public
@@ -101,6 +89,8 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   void MouseIcon(ObjectRef icon);
   std::int16_t MousePointer() const { return mouse_pointer_; }
   void MousePointer(std::int16_t pointer);
+  /// The same without telling the container.
+  void SetPointer(std::int16_t pointer);
   void About() {}
 
   WaferSt WaferStyle() const;
@@ -166,9 +156,8 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   void ReleasePlotLimit();
 
  protected:
-  /// What tells one control from another, apart from its code.
+  /// What tells one control from another, apart from its code and its class.
   struct Traits {
-    std::string_view class_name;
     /// Limits equal to those in force are not taken for a change.
     bool ignores_same_limits = false;
     /// A load marks the grid as changed.
@@ -180,7 +169,8 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
     bool print_size_first = false;
   };
 
-  PlotControl(Platform& platform, Container* container, const Traits& traits);
+  PlotControl(Platform& platform, Container* container, const ControlClass& own_class,
+              const Traits& traits);
 
   // What each control says about itself.
   virtual void InitOwnProperties() = 0;
@@ -206,7 +196,6 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   void Announce(std::string_view property);
   /// The same, for a property that the picture depends on.
   void AnnounceStale(std::string_view property);
-  void SetPointer(std::int16_t pointer);
   PrintResult PrintPlotAs(bool thin, float& left, float& top, float& width, float& height);
   /// Runs `draw` with a print engine of its own, if there are data and a printer.
   PrintResult PrintBlock(const std::function<void(PrintWafer&)>& draw);
@@ -230,20 +219,10 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   /// Raises `Subscript` for an interval above 9.
   static const ColourSlot& IntervalSlot(std::size_t interval);
 
-  /// What a control adds to the members that all share.
-  struct OwnMembers {
-    std::vector<std::vector<Member>> properties;
-    std::vector<Member> prints = {};
-    std::span<const ColourSlot> colours = {};
-    std::vector<Member> methods = {};
-    bool loads_variants = true;
-  };
-  /// All of them in interface order.
-  static MemberTable MembersWith(const OwnMembers& own);
-
   Container& container() const { return container_; }
 
   Platform& platform_;
+  const ControlClass& class_;
   const Traits traits_;
   Node root_;
   wafer wafer_;

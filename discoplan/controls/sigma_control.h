@@ -37,8 +37,8 @@ class SigmaControl : public Base {
 
   float sigma_range_ = 0;
 
-  SigmaControl(Platform& platform, Container* container, std::string_view class_name)
-      : Base(platform, container, {.class_name = class_name}, MapControl::Legend::Sigma) {
+  SigmaControl(Platform& platform, Container* container, const ControlClass& own_class)
+      : Base(platform, container, own_class, {}, MapControl::Legend::Sigma) {
     Node& unit = *this->root_.Find("Label30");
     unit.font.name = "Symbol";
     unit.caption("s");
@@ -66,15 +66,6 @@ class SigmaControl : public Base {
       Node& sign = *this->root_.Find("sigma(" + std::to_string(row) + ")");
       sign.box.left = this->row_nodes_[2 * row]->Right() + kGapToSign;
     }
-  }
-
-  static std::vector<Member> LegendPrints() {
-    return {Method("PrintLegend", &SigmaControl::PrintLegend),
-            Method("PrintLegend_No_Frame", &SigmaControl::PrintLegend_No_Frame)};
-  }
-  static std::vector<Member> SigmaMembers() {
-    return {Property<SigmaControl, float>("SigmaRange", &SigmaControl::SigmaRange,
-                                          &SigmaControl::SigmaRange)};
   }
 
  private:

@@ -12,12 +12,10 @@ std::int16_t InRange(std::int16_t value, std::int16_t last, std::int16_t otherwi
 
 }  // namespace
 
-ViewControl::ViewControl(Platform& platform, Container* container, Traits traits, Legend legend)
-    : MapControl(platform, container,
-                 {.class_name = traits.class_name,
-                  .changes_grid = true,
-                  .least_print_width = 2500,
-                  .least_print_height = 1750},
+ViewControl::ViewControl(Platform& platform, Container* container, const ControlClass& own_class,
+                         const Traits&, Legend legend)
+    : MapControl(platform, container, own_class,
+                 {.changes_grid = true, .least_print_width = 2500, .least_print_height = 1750},
                  legend) {
   plota_.forwards = kForwardsMouse;
 }
@@ -46,15 +44,6 @@ void ViewControl::TakeAngles(const ViewDialog& dialog) {
 MapControl::View ViewControl::IndicatorView() const {
   return {.rotation = static_cast<float>(wafer_rotation_),
           .inclination = static_cast<float>(grid_inclination_)};
-}
-
-std::vector<Member> ViewControl::ViewMembers() {
-  using C = ViewControl;
-  return {
-      Property<C, std::int16_t>("WaferRotation", &C::WaferRotation, &C::WaferRotation),
-      Property<C, std::int16_t>("GridRotation", &C::GridRotation, &C::GridRotation),
-      Property<C, std::int16_t>("GridInclination", &C::GridInclination, &C::GridInclination),
-  };
 }
 
 void SurfaceControl::TakeResolution(float& field, float resolution, std::string_view property) {
@@ -97,15 +86,6 @@ SurfaceView SurfaceControl::SurfaceSettings() const {
           .grid_rotation = static_cast<float>(GridRotation()),
           .wafer_rotation = static_cast<float>(WaferRotation()),
           .grid_inclination = static_cast<float>(GridInclination())};
-}
-
-std::vector<Member> SurfaceControl::SurfaceMembers() {
-  using C = SurfaceControl;
-  return {
-      Property<C, float>("XResolution", &C::XResolution, &C::XResolution),
-      Property<C, float>("YResolution", &C::YResolution, &C::YResolution),
-      Property<C, std::int16_t>("PlotScale", &C::PlotScale, &C::PlotScale),
-  };
 }
 
 }  // namespace discoplan

@@ -21,12 +21,12 @@ class DISCOPLAN_EXPORT ViewControl : public MapControl {
   void GridInclination(std::int16_t degrees);
 
  protected:
-  ViewControl(Platform& platform, Container* container, Traits traits, Legend legend);
+  ViewControl(Platform& platform, Container* container, const ControlClass& own_class,
+              const Traits&, Legend legend);
 
   View IndicatorView() const override;
   /// What the user confirmed.
   void TakeAngles(const ViewDialog& dialog);
-  static std::vector<Member> ViewMembers();
 
   std::int16_t grid_rotation_ = 0;
   std::int16_t wafer_rotation_ = 0;
@@ -51,7 +51,6 @@ class DISCOPLAN_EXPORT SurfaceControl : public ViewControl {
   void FillDefaults() override;
   SurfaceView SurfaceSettings() const;
   void TakeSurface(const ViewDialog& dialog);
-  static std::vector<Member> SurfaceMembers();
 
  private:
   void TakeResolution(float& field, float resolution, std::string_view property);

@@ -25,6 +25,11 @@ constexpr std::array<const char*, 10> kPlotNames = {
     "3D Bar Plot",
 };
 
+constexpr std::array kMembers = {
+    Method<&frmAbout::SetTitle>({.name = "SetTitle", .parameters = {"number"}}),
+};
+constexpr MemberTable kTable(kMembers);
+
 Node& AddLine(Node& root, const char* name, float top, const std::string& text) {
   Node& label = root.Add(NodeKind::Label, name, {1500, top, 4200, 285});
   label.text = text;
@@ -53,9 +58,6 @@ void frmAbout::SetTitle(std::int16_t number) {
   title_.caption(std::string(kTitle) + (known ? kPlotNames[static_cast<std::size_t>(number)] : ""));
 }
 
-const MemberTable& frmAbout::Members() const {
-  static const MemberTable table(std::vector<Member>{Method("SetTitle", &frmAbout::SetTitle)});
-  return table;
-}
+const MemberTable& frmAbout::Members() const { return kTable; }
 
 }  // namespace discoplan

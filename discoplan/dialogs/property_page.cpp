@@ -22,6 +22,14 @@ constexpr float kOptionPitch = 270;
 constexpr float kPreviewLeft = 3300;
 constexpr float kPreviewSide = 1020;
 
+using C = PropertyPage;
+constexpr std::array kMembers = {
+    ReadOnly<C, bool, &C::Changed>({.name = "Changed"}),
+    Method<&C::SelectionChanged>({.name = "SelectionChanged"}),
+    Method<&C::ApplyChanges>({.name = "ApplyChanges"}),
+};
+constexpr MemberTable kTable(kMembers);
+
 }  // namespace
 
 PropertyPage::PropertyPage(Platform& platform, const char* name, const char* caption)
@@ -40,12 +48,12 @@ void PropertyPage::Forget(const Object& control) {
 
 Variant PropertyPage::Get(std::string_view property) const {
   if (control_ == nullptr) throw RunTimeError(Fault::ObjectNotSet, "no control is selected");
-  return control_->Members().At(property).get(*control_);
+  return control_->Members().At(property).Get(*control_);
 }
 
 void PropertyPage::Set(std::string_view property, const Variant& value) const {
   if (control_ == nullptr) throw RunTimeError(Fault::ObjectNotSet, "no control is selected");
-  control_->Members().At(property).set(*control_, value);
+  control_->Members().At(property).Set(*control_, value);
 }
 
 Node& PropertyPage::AddField(NodeKind kind, const char* label, const char* name) {
@@ -152,14 +160,6 @@ void PropertyPage::ApplyChanges() {
   changed_ = false;
 }
 
-const MemberTable& PropertyPage::Members() const {
-  using C = PropertyPage;
-  static const MemberTable table(std::vector<Member>{
-      Property<C, bool>("Changed", &C::Changed),
-      Method("SelectionChanged", &C::SelectionChanged),
-      Method("ApplyChanges", &C::ApplyChanges),
-  });
-  return table;
-}
+const MemberTable& PropertyPage::Members() const { return kTable; }
 
 }  // namespace discoplan

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// How a class writes down its members: typed C++ functions become rows of a `MemberTable`.
+/// How a class writes down its members: typed C++ functions become constant rows.
 ///
-///     const std::vector<Member> kSize = {
-///         Property<Plot2D, float>("TestDiameter", &Plot2D::TestDiameter, &Plot2D::TestDiameter),
-///         Method("Plot", &Plot2D::Plot),
+///     constexpr std::array kSize = {
+///         Property<Plot2D, float, &Plot2D::TestDiameter, &Plot2D::TestDiameter>({
+///             .name = "TestDiameter", .id = 18, .doc = "Diameter of the measured area in mm."}),
+///         Method<&Plot2D::Plot>({.name = "Plot", .id = 30, .doc = "Draws."}),
 ///     };
 
 #include <array>
 #include <string_view>
-#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -19,27 +19,27 @@
 
 namespace discoplan {
 
-/// The interface's name for a type, and the way between the type and a variant. An enumeration of
-/// the interface names itself by specialising `EnumName`, and its values by `kEnumerators`.
+/// The description of an enumeration of the interface; nothing for a plain code.
 template <class T>
-inline constexpr std::string_view EnumName{};
+inline constexpr std::nullptr_t kEnumeration = nullptr;
 template <class T>
-inline constexpr std::array<Enumerator, 0> kEnumerators{};
+inline constexpr bool kIsDescribed =
+    !std::is_same_v<decltype(kEnumeration<T>), const std::nullptr_t>;
 
 template <class T>
-constexpr std::string_view TypeName() {
-  if constexpr (std::is_void_v<T>) return "none";
-  if constexpr (std::is_enum_v<T>) return EnumName<T>;
-  if constexpr (std::is_same_v<T, float>) return "float";
-  if constexpr (std::is_same_v<T, double>) return "double";
-  if constexpr (std::is_same_v<T, std::int16_t>) return "int16";
-  if constexpr (std::is_same_v<T, std::int32_t>) return "int32";
-  if constexpr (std::is_same_v<T, Colour>) return "colour";
-  if constexpr (std::is_same_v<T, bool>) return "boolean";
-  if constexpr (std::is_same_v<T, std::string>) return "string";
-  if constexpr (std::is_same_v<T, ObjectRef>) return "object";
-  if constexpr (std::is_same_v<T, FloatArray> || std::is_same_v<T, ArrayView>) return "array";
-  if constexpr (std::is_same_v<T, Variant>) return "variant";
+constexpr Type TypeOf() {
+  if constexpr (std::is_void_v<T>) return Type::None;
+  if constexpr (std::is_enum_v<T>) return kIsDescribed<T> ? Type::Enumeration : Type::Int16;
+  if constexpr (std::is_same_v<T, float>) return Type::Float;
+  if constexpr (std::is_same_v<T, double>) return Type::Double;
+  if constexpr (std::is_same_v<T, std::int16_t>) return Type::Int16;
+  if constexpr (std::is_same_v<T, std::int32_t>) return Type::Int32;
+  if constexpr (std::is_same_v<T, Colour>) return Type::Rgb;
+  if constexpr (std::is_same_v<T, bool>) return Type::Boolean;
+  if constexpr (std::is_same_v<T, std::string>) return Type::String;
+  if constexpr (std::is_same_v<T, ObjectRef>) return Type::Object;
+  if constexpr (std::is_same_v<T, FloatArray> || std::is_same_v<T, ArrayView>) return Type::Array;
+  if constexpr (std::is_same_v<T, Variant>) return Type::Variant;
 }
 
 template <class T>
@@ -105,59 +105,150 @@ decltype(auto) FromVariant(Variant& value) {
   }
 }
 
-inline std::vector<Member> Joined(std::vector<Member> members, const std::vector<Member>& more) {
-  members.insert(members.end(), more.begin(), more.end());
-  return members;
+/// What a row states beside what its functions tell.
+struct MemberFacts {
+  std::string_view name;
+  std::int32_t id = 0;
+  std::string_view alias = {};
+  std::array<std::string_view, ParameterList::kMost> parameters = {};
+  std::string_view doc = {};
+  Change change = Change::Silent;
+  std::string_view announced = {};  ///< Where that isn't the name.
+  Constant initial = {};
+  Stored stored = {};
+  bool run_time_only = false;
+  bool hidden = false;
+};
+
+namespace member_detail {
+
+/// The object as one of that class.
+template <class C>
+C& As(Object& object, const Member& member) {
+  if (auto* target = dynamic_cast<C*>(&object)) return *target;
+  throw RunTimeError(Fault::MemberNotOffered,
+                     std::string(member.name) + " of an object of another class");
+}
+
+/// What a setter of a value of that type takes.
+template <class T>
+using Given =
+    std::conditional_t<std::is_same_v<std::remove_cvref_t<T>, std::string>, const std::string&, T>;
+
+template <class C, class T, T (C::*get)() const>
+Variant Get(Object& object, const Member& member) {
+  return ToVariant<std::remove_cvref_t<T>>((As<C>(object, member).*get)());
+}
+
+template <class C, class T, void (C::*set)(Given<T>)>
+void Set(Object& object, const Variant& value, const Member& member) {
+  Variant copy = value;
+  (As<C>(object, member).*set)(FromVariant<std::remove_cvref_t<T>>(copy));
+}
+
+template <class>
+struct Signature;
+template <class Class, class R, class... Args>
+struct Signature<R (Class::*)(Args...)> {
+  using C = Class;
+  using Result = R;
+
+  static constexpr ParameterList Parameters(const std::string_view* names) {
+    ParameterList list;
+    std::size_t i = 0;
+    (list.Add(
+         {.name = names[i++],
+          .type = TypeOf<std::remove_cvref_t<Args>>(),
+          .direction = std::is_reference_v<Args> && !std::is_const_v<std::remove_reference_t<Args>>
+                           ? Direction::InOut
+                           : Direction::In}),
+     ...);
+    return list;
+  }
+
+  template <auto method, class Given, std::size_t... I>
+  static Variant Call(C& target, std::span<Variant> args, std::index_sequence<I...>) {
+    if constexpr (std::is_void_v<R>) {
+      (target.*method)(FromVariant<Args>(args[I])...);
+      return Variant();
+    } else {
+      return ToVariant<Given>(static_cast<Given>((target.*method)(FromVariant<Args>(args[I])...)));
+    }
+  }
+  template <auto method, class Given>
+  static Variant Call(Object& object, std::span<Variant> args, const Member& member) {
+    return Call<method, Given>(As<C>(object, member), args, std::index_sequence_for<Args...>());
+  }
+};
+
+}  // namespace member_detail
+
+/// Property of type T that can't be written.
+template <class C, class T, T (C::*get)() const>
+constexpr Member ReadOnly(const MemberFacts& facts) {
+  using Value = std::remove_cvref_t<T>;
+  return {.name = facts.name,
+          .kind = Member::Kind::Property,
+          .type = TypeOf<Value>(),
+          .enumeration = kEnumeration<Value>,
+          .id = facts.id,
+          .alias = facts.alias,
+          .doc = facts.doc,
+          .parameters = {},
+          .run_time_only = facts.run_time_only,
+          .hidden = facts.hidden,
+          .change = facts.change,
+          .announced = facts.change == Change::Silent ? std::string_view()
+                       : facts.announced.empty()      ? facts.name
+                                                      : facts.announced,
+          .initial = facts.initial,
+          .stored = facts.stored,
+          .get = &member_detail::Get<C, T, get>,
+          .set = nullptr,
+          .call = nullptr};
 }
 
 /// Property of type T through an overloaded pair `T Name() const; void Name(T)`.
-template <class C, class T, class Given = T>
-Member Property(std::string_view name, T (C::*get)() const, void (C::*set)(Given) = nullptr) {
-  using Value = std::remove_cvref_t<T>;
-  Member member{.name = name,
-                .kind = Member::Kind::Property,
-                .type = TypeName<Value>(),
-                .choices = kEnumerators<Value>,
-                .get = {},
-                .set = {},
-                .parameters = {},
-                .call = {}};
-  member.get = [get](Object& object) { return ToVariant<Value>((static_cast<C&>(object).*get)()); };
-  if (set != nullptr) {
-    member.set = [set](Object& object, const Variant& value) {
-      Variant copy = value;
-      (static_cast<C&>(object).*set)(FromVariant<Value>(copy));
-    };
-  }
+template <class C, class T, T (C::*get)() const, void (C::*set)(member_detail::Given<T>)>
+constexpr Member Property(const MemberFacts& facts) {
+  Member member = ReadOnly<C, T, get>(facts);
+  member.set = &member_detail::Set<C, T, set>;
   return member;
 }
 
-template <class C, class R, class... Args>
-Member Method(std::string_view name, R (C::*method)(Args...)) {
-  Member member{.name = name,
-                .kind = Member::Kind::Method,
-                .type = TypeName<R>(),
-                .get = {},
-                .set = {},
-                .parameters = {},
-                .call = {}};
-  member.parameters = {TypeName<std::remove_cvref_t<Args>>()...};
-  member.call = [method](Object& object, std::span<Variant> args) {
-    if (args.size() != sizeof...(Args)) {
-      throw RunTimeError(Fault::InvalidCall, "wrong number of arguments");
-    }
-    return [&]<std::size_t... I>(std::index_sequence<I...>) {
-      C& target = static_cast<C&>(object);
-      if constexpr (std::is_void_v<R>) {
-        (target.*method)(FromVariant<Args>(args[I])...);
-        return Variant();
-      } else {
-        return ToVariant<R>((target.*method)(FromVariant<Args>(args[I])...));
-      }
-    }
-    (std::index_sequence_for<Args...>());
+/// A method; its result is given as `Result`.
+template <auto method, class Result = typename member_detail::Signature<decltype(method)>::Result>
+constexpr Member Method(const MemberFacts& facts) {
+  using Signature = member_detail::Signature<decltype(method)>;
+  return {.name = facts.name,
+          .kind = Member::Kind::Method,
+          .type = TypeOf<Result>(),
+          .enumeration = nullptr,
+          .id = facts.id,
+          .alias = facts.alias,
+          .doc = facts.doc,
+          .parameters = Signature::Parameters(facts.parameters.data()),
+          .run_time_only = true,
+          .hidden = facts.hidden,
+          .change = Change::Silent,
+          .announced = {},
+          .initial = {},
+          .stored = {},
+          .get = nullptr,
+          .set = nullptr,
+          .call = &Signature::template Call<method, Result>};
+}
+
+/// Blocks of rows, one behind the other.
+template <std::size_t... N>
+constexpr auto Joined(const std::array<Member, N>&... blocks) {
+  std::array<Member, (N + ...)> all{};
+  std::size_t size = 0;
+  const auto add = [&](const auto& block) {
+    for (const Member& row : block) all[size++] = row;
   };
-  return member;
+  (add(blocks), ...);
+  return all;
 }
 
 }  // namespace discoplan

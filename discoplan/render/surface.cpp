@@ -7,10 +7,38 @@
 namespace discoplan {
 namespace {
 
-template <class T, class Given = T>
-Member StateRow(std::string_view name, T (Surface::*get)() const, void (Surface::*set)(Given)) {
-  return Property<Surface, T, Given>(name, get, set);
+using S = Surface;
+
+template <class T, T (S::*get)() const, void (S::*set)(member_detail::Given<T>)>
+constexpr Member State(std::string_view name) {
+  return Property<S, T, get, set>({.name = name});
 }
+
+constexpr std::array kMembers = {
+    State<Colour, &S::ForeColor, &S::ForeColor>("ForeColor"),
+    State<Colour, &S::BackColor, &S::BackColor>("BackColor"),
+    State<Colour, &S::FillColor, &S::FillColor>("FillColor"),
+    State<std::int16_t, &S::FillStyle, &S::FillStyle>("FillStyle"),
+    State<std::int16_t, &S::DrawStyle, &S::DrawStyle>("DrawStyle"),
+    State<std::int16_t, &S::DrawWidth, &S::DrawWidth>("DrawWidth"),
+    State<float, &S::CurrentX, &S::CurrentX>("CurrentX"),
+    State<float, &S::CurrentY, &S::CurrentY>("CurrentY"),
+    State<bool, &S::FontTransparent, &S::FontTransparent>("FontTransparent"),
+    State<std::int16_t, &S::ScaleMode, &S::ScaleMode>("ScaleMode"),
+    State<float, &S::ScaleLeft, &S::ScaleLeft>("ScaleLeft"),
+    State<float, &S::ScaleTop, &S::ScaleTop>("ScaleTop"),
+    State<float, &S::ScaleWidth, &S::ScaleWidth>("ScaleWidth"),
+    State<float, &S::ScaleHeight, &S::ScaleHeight>("ScaleHeight"),
+    State<float, &S::Width, &S::Width>("Width"),
+    State<float, &S::Height, &S::Height>("Height"),
+    State<const std::string&, &S::FontName, &S::FontName>("Font.Name"),
+    State<float, &S::FontSize, &S::FontSize>("Font.Size"),
+    State<bool, &S::FontBold, &S::FontBold>("Font.Bold"),
+    State<bool, &S::FontUnderline, &S::FontUnderline>("Font.Underline"),
+    ReadOnly<S, float, &S::TwipsPerPixelX>({.name = "TwipsPerPixelX"}),
+    ReadOnly<S, float, &S::TwipsPerPixelY>({.name = "TwipsPerPixelY"}),
+};
+constexpr MemberTable kTable(kMembers);
 
 }  // namespace
 
@@ -25,32 +53,6 @@ float Surface::TwipsPerPixelX() const { numbers_detail::Raise(Fault::MemberNotOf
 
 float Surface::TwipsPerPixelY() const { numbers_detail::Raise(Fault::MemberNotOffered); }
 
-const MemberTable& Surface::Members() const {
-  static const MemberTable table(std::vector<Member>{
-      StateRow<Colour>("ForeColor", &Surface::ForeColor, &Surface::ForeColor),
-      StateRow<Colour>("BackColor", &Surface::BackColor, &Surface::BackColor),
-      StateRow<Colour>("FillColor", &Surface::FillColor, &Surface::FillColor),
-      StateRow<std::int16_t>("FillStyle", &Surface::FillStyle, &Surface::FillStyle),
-      StateRow<std::int16_t>("DrawStyle", &Surface::DrawStyle, &Surface::DrawStyle),
-      StateRow<std::int16_t>("DrawWidth", &Surface::DrawWidth, &Surface::DrawWidth),
-      StateRow<float>("CurrentX", &Surface::CurrentX, &Surface::CurrentX),
-      StateRow<float>("CurrentY", &Surface::CurrentY, &Surface::CurrentY),
-      StateRow<bool>("FontTransparent", &Surface::FontTransparent, &Surface::FontTransparent),
-      StateRow<std::int16_t>("ScaleMode", &Surface::ScaleMode, &Surface::ScaleMode),
-      StateRow<float>("ScaleLeft", &Surface::ScaleLeft, &Surface::ScaleLeft),
-      StateRow<float>("ScaleTop", &Surface::ScaleTop, &Surface::ScaleTop),
-      StateRow<float>("ScaleWidth", &Surface::ScaleWidth, &Surface::ScaleWidth),
-      StateRow<float>("ScaleHeight", &Surface::ScaleHeight, &Surface::ScaleHeight),
-      StateRow<float>("Width", &Surface::Width, &Surface::Width),
-      StateRow<float>("Height", &Surface::Height, &Surface::Height),
-      StateRow<const std::string&>("Font.Name", &Surface::FontName, &Surface::FontName),
-      StateRow<float>("Font.Size", &Surface::FontSize, &Surface::FontSize),
-      StateRow<bool>("Font.Bold", &Surface::FontBold, &Surface::FontBold),
-      StateRow<bool>("Font.Underline", &Surface::FontUnderline, &Surface::FontUnderline),
-      Property<Surface, float>("TwipsPerPixelX", &Surface::TwipsPerPixelX),
-      Property<Surface, float>("TwipsPerPixelY", &Surface::TwipsPerPixelY),
-  });
-  return table;
-}
+const MemberTable& Surface::Members() const { return kTable; }
 
 }  // namespace discoplan

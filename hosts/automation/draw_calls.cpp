@@ -122,7 +122,7 @@ void DrawCall(Surface& surface, const json& call) {
   const Member* state = surface.Members().Find(name);
   if (state == nullptr || !state->writable())
     throw RequestError("There is no call \"" + name + "\".");
-  state->set(surface, ToVariant(args[0], state->type, {}));
+  state->Set(surface, ToVariant(args[0], state->type, {}));
 }
 
 }  // namespace

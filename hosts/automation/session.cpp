@@ -262,8 +262,8 @@ void AutomationSession::Get(const json& request, json& reply) {
   Object& object = ObjectOf(request);
   const std::string name = TextField(request, "name");
   const Member& member = object.Members().At(name);
-  if (!member.get) throw RequestError("\"" + name + "\" is a method; call it.");
-  reply["value"] = ToJson(member.get(object), names_);
+  if (member.get == nullptr) throw RequestError("\"" + name + "\" is a method; call it.");
+  reply["value"] = ToJson(member.Get(object), names_);
 }
 
 void AutomationSession::Set(const json& request, json&) {
@@ -271,14 +271,14 @@ void AutomationSession::Set(const json& request, json&) {
   const std::string name = TextField(request, "name");
   const Member& member = object.Members().At(name);
   if (!member.writable()) throw RequestError("\"" + name + "\" can't be written.");
-  member.set(object, ToVariant(Field(request, "value"), member.type, names_));
+  member.Set(object, ToVariant(Field(request, "value"), member.type, names_));
 }
 
 void AutomationSession::Call(const json& request, json& reply) {
   Object& object = ObjectOf(request);
   const std::string name = TextField(request, "name");
   const Member& member = object.Members().At(name);
-  if (!member.call) throw RequestError("\"" + name + "\" is a property; get or set it.");
+  if (member.call == nullptr) throw RequestError("\"" + name + "\" is a property; get or set it.");
   const json args = request.value("args", json::array());
   if (!args.is_array() || args.size() != member.parameters.size()) {
     throw RequestError("\"" + name + "\" takes a list of " +
@@ -286,7 +286,7 @@ void AutomationSession::Call(const json& request, json& reply) {
   }
   std::vector<Variant> values;
   for (std::size_t i = 0; i < args.size(); ++i) {
-    values.push_back(ToVariant(args[i], member.parameters[i], names_));
+    values.push_back(ToVariant(args[i], member.parameters[i].type, names_));
   }
   const auto in_json = [&] {
     json list = json::array();
@@ -295,8 +295,8 @@ void AutomationSession::Call(const json& request, json& reply) {
   };
   // Compared as they are written: no number equals itself, and what is empty stays null.
   const json before = in_json();
-  const Variant result = member.call(object, values);
-  if (member.type != "none") reply["value"] = ToJson(result, names_);
+  const Variant result = member.Call(object, values);
+  if (member.type != Type::None) reply["value"] = ToJson(result, names_);
   if (json after = in_json(); after != before) reply["args"] = std::move(after);
 }
 
@@ -329,7 +329,7 @@ void AutomationSession::Members(const json& request, json& reply) {
     const bool property = member.kind == Member::Kind::Property;
     reply["value"].push_back({{"name", member.name},
                               {"kind", property ? "property" : "method"},
-                              {"type", member.type},
+                              {"type", member.TypeName()},
                               {"writable", member.writable()}});
   }
 }

@@ -11,7 +11,8 @@ MemoryBag StoreFromJson(const json& store, const PlotControl& control, const Obj
   for (const StoredProperty& row : control.Stored().read) {
     const auto found = store.find(row.key);
     if (found == store.end()) continue;
-    bag.WriteProperty(row.key, row.kind, ToVariant(*found, NameOf(row.kind), names), row.otherwise);
+    const Type type = row.kind == StoredKind::String ? Type::String : Type::None;
+    bag.WriteProperty(row.key, row.kind, ToVariant(*found, type, names), row.otherwise);
   }
   return bag;
 }

@@ -47,7 +47,7 @@ Variant FromObject(const json& value, const ObjectNames& names) {
   return Variant(ToArray(*values, static_cast<std::int32_t>(bound)));
 }
 
-bool IsText(std::string_view type) { return type == "string" || type == "variant"; }
+bool IsText(Type type) { return type == Type::String || type == Type::Variant; }
 
 }  // namespace
 
@@ -56,7 +56,7 @@ double ToNumber(const json& value, const char* what) {
   throw RequestError(std::string(what) + " must be a number.");
 }
 
-Variant ToVariant(const json& value, std::string_view type, const ObjectNames& names) {
+Variant ToVariant(const json& value, Type type, const ObjectNames& names) {
   switch (value.type()) {
     case json::value_t::null:
       return {};

@@ -7,9 +7,8 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 
-#include "discoplan/base/variant.h"
+#include "discoplan/platform/object.h"
 
 namespace discoplan {
 
@@ -27,7 +26,7 @@ struct ObjectNames {
 
 /// A value for a member of that type: numbers, -1 and 0 or true and false, texts, lists and
 /// {"lower", "values"}, {"ref": ID}, null. Raises `RequestError` for a form that no value has.
-Variant ToVariant(const nlohmann::json& value, std::string_view type, const ObjectNames& names);
+Variant ToVariant(const nlohmann::json& value, Type type, const ObjectNames& names);
 
 nlohmann::json ToJson(const Variant& value, const ObjectNames& names);
 

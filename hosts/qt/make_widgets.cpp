@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
-// Writes the header of the nine widgets from the controls' member tables: make_widgets HEADER
+// Writes the header of the nine widgets from the controls' classes: make_widgets HEADER
 
 #include <algorithm>
 #include <cctype>
 #include <fstream>
 #include <iostream>
-#include <map>
 #include <sstream>
 #include <vector>
 
-#include "discoplan/controls/control_factory.h"
-#include "hosts/headless/headless_host.h"
+#include "discoplan/controls/control_class.h"
 
 namespace {
 
+using discoplan::ControlClass;
 using discoplan::Member;
+using discoplan::Type;
 
 struct QtType {
   const char* name;
@@ -22,15 +22,30 @@ struct QtType {
   const char* from_variant;  // behind a QVariant
 };
 
-const std::map<std::string_view, QtType> kTypes = {
-    {"float", {"double", "double", ".toDouble()"}},
-    {"double", {"double", "double", ".toDouble()"}},
-    {"int16", {"int", "int", ".toInt()"}},
-    {"int32", {"int", "int", ".toInt()"}},
-    {"boolean", {"bool", "bool", ".toBool()"}},
-    {"string", {"QString", "const QString&", ".toString()"}},
-    {"colour", {"QColor", "const QColor&", ".value<QColor>()"}},
-};
+/// Nothing for a type that no form file and no program sets.
+const QtType* TypeOf(Type type) {
+  static constexpr QtType kNumber = {"double", "double", ".toDouble()"};
+  static constexpr QtType kWhole = {"int", "int", ".toInt()"};
+  static constexpr QtType kTruth = {"bool", "bool", ".toBool()"};
+  static constexpr QtType kText = {"QString", "const QString&", ".toString()"};
+  static constexpr QtType kColour = {"QColor", "const QColor&", ".value<QColor>()"};
+  switch (type) {
+    case Type::Float:
+    case Type::Double:
+      return &kNumber;
+    case Type::Int16:
+    case Type::Int32:
+      return &kWhole;
+    case Type::Boolean:
+      return &kTruth;
+    case Type::String:
+      return &kText;
+    case Type::Rgb:
+      return &kColour;
+    default:
+      return nullptr;
+  }
+}
 
 struct Property {
   const Member* member;
@@ -43,7 +58,7 @@ struct Property {
     capital.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(capital.front())));
     return "set" + capital;
   }
-  bool is_enumeration() const { return !member->choices.empty(); }
+  bool is_enumeration() const { return member->enumeration != nullptr; }
 };
 
 /// Those that a program or a form file sets. A wafer's diameter drops what lies outside it, and so
@@ -52,11 +67,11 @@ std::vector<Property> PropertiesOf(const discoplan::MemberTable& members) {
   std::vector<Property> properties;
   for (const Member& member : members) {
     if (member.kind != Member::Kind::Property || !member.writable()) continue;
-    const std::string enumeration(member.type);
-    if (!member.choices.empty()) {
+    if (member.enumeration != nullptr) {
+      const std::string enumeration(member.enumeration->name);
       properties.push_back({&member, enumeration, enumeration});
-    } else if (const auto type = kTypes.find(member.type); type != kTypes.end()) {
-      properties.push_back({&member, type->second.name, type->second.parameter});
+    } else if (const QtType* type = TypeOf(member.type)) {
+      properties.push_back({&member, type->name, type->parameter});
     }
   }
   std::stable_partition(properties.begin(), properties.end(), [](const Property& property) {
@@ -71,7 +86,7 @@ void WriteEnumerations(std::ostream& out, const std::vector<Property>& propertie
     if (!property.is_enumeration() || std::ranges::count(written, property.type) > 0) continue;
     written.push_back(property.type);
     out << "  enum " << property.type << " {";
-    for (const auto& choice : property.member->choices) {
+    for (const auto& choice : property.member->Choices()) {
       out << ' ' << choice.name << " = " << choice.value << ',';
     }
     out << " };\n  Q_ENUM(" << property.type << ")\n";
@@ -84,15 +99,16 @@ void WriteAccessors(std::ostream& out, const Property& property) {
   if (property.is_enumeration()) {
     out << "static_cast<" << property.type << ">(Value(\"" << name << "\").toInt()); }\n";
   } else {
-    out << "Value(\"" << name << "\")" << kTypes.at(property.member->type).from_variant << "; }\n";
+    out << "Value(\"" << name << "\")" << TypeOf(property.member->type)->from_variant << "; }\n";
   }
   out << "  void " << property.setter() << '(' << property.parameter << " value) { SetValue(\""
       << name << "\", " << (property.is_enumeration() ? "static_cast<int>(value)" : "value")
       << "); }\n";
 }
 
-void WriteClass(std::ostream& out, const std::string& name, const discoplan::MemberTable& members) {
-  const std::vector<Property> properties = PropertiesOf(members);
+void WriteClass(std::ostream& out, const ControlClass& own_class) {
+  const std::string_view name = own_class.name;
+  const std::vector<Property> properties = PropertiesOf(own_class.members);
   out << "class DISCOPLAN_EXPORT " << name << "Widget final : public PlotWidget {\n  Q_OBJECT\n";
   for (const Property& property : properties) {
     const std::string own = property.name();
@@ -116,7 +132,8 @@ void WriteFactory(std::ostream& out) {
          "has.\n"
          "inline PlotWidget* NewPlotWidget(std::string_view control, QWidget* parent = nullptr) "
          "{\n";
-  for (const std::string_view name : discoplan::ControlClasses()) {
+  for (const ControlClass* own_class : discoplan::ControlClasses()) {
+    const std::string_view name = own_class->name;
     out << "  if (control == \"" << name << "\") return new " << name << "Widget(parent);\n";
   }
   out << "  return nullptr;\n}\n\n";
@@ -125,16 +142,12 @@ void WriteFactory(std::ostream& out) {
 std::string HeaderText() {
   std::ostringstream out;
   out << "// SPDX-License-Identifier: MIT\n"
-         "// Made by make_widgets from the controls' member tables.\n#pragma once\n\n"
+         "// Made by make_widgets from the controls' classes.\n#pragma once\n\n"
          "/// The nine plots as widgets, with the interface's members as properties.\n\n"
          "#include <QColor>\n#include <QString>\n#include <string_view>\n\n#include "
          "\"hosts/qt/plot_widget.h\"\n\n"
          "namespace discoplan::qt {\n\n";
-  discoplan::HeadlessHost host;
-  for (const std::string_view name : discoplan::ControlClasses()) {
-    const auto control = discoplan::NewControl(name, host, nullptr);
-    WriteClass(out, std::string(name), control->Members());
-  }
+  for (const ControlClass* own_class : discoplan::ControlClasses()) WriteClass(out, *own_class);
   WriteFactory(out);
   out << "}  // namespace discoplan::qt\n";
   return out.str();

@@ -246,14 +246,14 @@ void PlotWidget::Sync() {
 QSize PlotWidget::minimumSizeHint() const { return {200, 120}; }
 
 QVariant PlotWidget::Value(const char* property) const {
-  return ToQVariant(Control().Members().At(property).get(Control()));
+  return ToQVariant(Control().Members().At(property).Get(Control()));
 }
 
 void PlotWidget::SetValue(const char* property, const QVariant& value) {
   const QPointer<PlotWidget> self(this);
   const std::shared_ptr<PlotHost> keep = host_;
   const Member& member = keep->control->Members().At(property);
-  Attempt([&] { member.set(*keep->control, FromQVariant(value)); });
+  Attempt([&] { member.Set(*keep->control, FromQVariant(value)); });
   if (self) Sync();
 }
 

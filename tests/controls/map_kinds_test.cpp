@@ -52,8 +52,8 @@ TEST_F(MapKinds, MendPropertiesAsTheyAreWritten) {
        }) {
     const auto control = New(row.kind);
     const Member& member = control->Members().At(row.property);
-    member.set(*control, Variant(row.given));
-    EXPECT_EQ(member.get(*control).AsDouble(), row.read) << row.kind << ' ' << row.property;
+    member.Set(*control, Variant(row.given));
+    EXPECT_EQ(member.Get(*control).AsDouble(), row.read) << row.kind << ' ' << row.property;
   }
 }
 
@@ -82,12 +82,12 @@ TEST_F(MapKinds, DrawOnPlot) {
 TEST_F(MapKinds, GiveBarsAFootOnPlot) {
   const auto control = New("Plot3DB");
   const auto read = [&](const char* name) {
-    return control->Members().At(name).get(*control).AsDouble();
+    return control->Members().At(name).Get(*control).AsDouble();
   };
   EXPECT_EQ(read("BeamScale"), 1);
   for (const char* side : {"BeamWidth", "BeamHeight"}) {
     EXPECT_EQ(read(side), 5);
-    control->Members().At(side).set(*control, Variant(0.0F));
+    control->Members().At(side).Set(*control, Variant(0.0F));
   }
   const std::vector<float> ramp = {1, 2, 3};
   ASSERT_EQ(control->SetWaferData(ramp, ramp, ramp), LoadResult::Loaded);
@@ -104,7 +104,7 @@ TEST_F(MapKinds, RedrawATurnedWaferOnDemandOnly) {
   auto& surface = dynamic_cast<Traced&>(*control->root().Find("PLOTA")->picture);
   control->Plot();
   surface.TakeTrace();
-  control->Members().At("WaferRotation").set(*control, Variant(77.0F));
+  control->Members().At("WaferRotation").Set(*control, Variant(77.0F));
   control->Plot();
   EXPECT_TRUE(surface.TakeTrace().empty());
   control->SetPlotNotVaild();

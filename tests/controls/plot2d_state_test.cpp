@@ -250,9 +250,9 @@ TEST_F(Plot2DState, AnnouncesUnderTheNamesOfTheInterface) {
   for (const Member& member : plot_.Members()) {
     if (!member.writable()) continue;
     const std::string name(member.name);
-    const bool text = member.type == "string";
-    const bool object = member.type == "object";
-    member.set(plot_, text ? Variant(std::string("x")) : object ? Variant() : Variant(2.0));
+    const bool text = member.type == Type::String;
+    const bool object = member.type == Type::Object;
+    member.Set(plot_, text ? Variant(std::string("x")) : object ? Variant() : Variant(2.0));
     if (name == "PrinterObj") {
       EXPECT_THAT(container_.TakeAnnounced(), IsEmpty());
     } else {
@@ -395,7 +395,7 @@ TEST_F(Plot2DState, MembersOfTheWindowAreTheContainers) {
 TEST_F(Plot2DState, ColoursOfTheTenIntervals) {
   for (std::size_t i = 0; i < 10; ++i) {
     const std::string name = std::string("IntervalColor").append(std::to_string(i));
-    plot_.Members().At(name).set(plot_, Variant(static_cast<double>(1000 + i)));
+    plot_.Members().At(name).Set(plot_, Variant(static_cast<double>(1000 + i)));
     EXPECT_EQ(plot_.Wafer().IntervalColor[i], 1000.0F + static_cast<float>(i));
     EXPECT_EQ(plot_.IntervalColor(i), 1000 + i);
     EXPECT_THAT(container_.TakeAnnounced(), ElementsAre(name));
@@ -410,14 +410,14 @@ TEST_F(Plot2DState, ColoursOfTheTenIntervals) {
 TEST_F(Plot2DState, SurvivesEveryPropertyWithEveryNumber) {
   const float infinity = std::numeric_limits<float>::infinity();
   for (const Member& member : plot_.Members()) {
-    if (!member.writable() || member.type == "object" || member.type == "string") continue;
+    if (!member.writable() || member.type == Type::Object || member.type == Type::String) continue;
     for (const float value : {std::nanf(""), infinity, -infinity, 3e38F, -3e38F, 1e-45F, -0.0F}) {
-      Attempt([&] { member.set(plot_, Variant(value)); });  // integers refuse what doesn't fit
+      Attempt([&] { member.Set(plot_, Variant(value)); });  // integers refuse what doesn't fit
       (void)Load();
       EXPECT_NO_THROW((void)plot_.Plot()) << member.name << value;
       plot_.SetPlotNotVaild();
       EXPECT_NO_THROW(plot_.SetSize(5000, 4000)) << member.name << value;
-      Attempt([&] { (void)member.get(plot_); });
+      Attempt([&] { (void)member.Get(plot_); });
     }
     plot_.InitProperties();
   }
@@ -448,7 +448,8 @@ TEST_F(Plot2DState, SurvivesSitesAndLimitsOfEveryNumber) {
 
 TEST(ControlFactory, KnowsItsClasses) {
   RecordingHost host;
-  for (const std::string_view name : ControlClasses()) {
+  for (const ControlClass* own_class : ControlClasses()) {
+    const std::string_view name = own_class->name;
     const auto control = NewControl(name, host, nullptr);
     ASSERT_NE(control, nullptr) << name;
     EXPECT_EQ(control->root().name, name);

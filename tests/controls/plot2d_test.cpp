@@ -98,7 +98,7 @@ TEST_F(Plot2DTest, RedrawsAfterWhatThePictureDependsOn) {
     plot_.Plot();
     Redraws();
     container_.TakeAnnounced();
-    plot_.Members().At(row.name).set(plot_, Variant(row.value));
+    plot_.Members().At(row.name).Set(plot_, Variant(row.value));
     EXPECT_THAT(container_.TakeAnnounced(), ElementsAre(row.name));
     EXPECT_EQ(Redraws(), 0) << row.name;
     plot_.Plot();
@@ -139,8 +139,8 @@ TEST_F(Plot2DTest, MendsPropertiesAsTheyAreWritten) {
            Stored{"IntervalColor3", 0x7FFFFF01, 2147483392},  // 24 bits survive
        }) {
     const Member& member = plot_.Members().At(row.name);
-    member.set(plot_, Variant(row.given));
-    EXPECT_EQ(member.get(plot_).AsDouble(), row.read) << row.name << ' ' << row.given;
+    member.Set(plot_, Variant(row.given));
+    EXPECT_EQ(member.Get(plot_).AsDouble(), row.read) << row.name << ' ' << row.given;
   }
 }
 
@@ -330,7 +330,7 @@ TEST_F(Plot2DTest, SurvivesValuesThatAreNoNumbers) {
   const float values[] = {std::nanf(""), std::numeric_limits<float>::infinity(), -1e38F, 1e38F};
   for (const char* name : {"TestDiameter", "Resolution", "WaferDiameter"}) {
     for (const float value : values) {
-      plot_.Members().At(name).set(plot_, Variant(value));
+      plot_.Members().At(name).Set(plot_, Variant(value));
       Load();
       EXPECT_NO_THROW(plot_.Plot()) << name << ' ' << value;
     }

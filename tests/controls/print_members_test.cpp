@@ -27,7 +27,7 @@ class PrintMembers : public testing::Test {
   }
   double Call(PlotControl& control, const char* member) {
     args_.resize(control.Members().At(member).parameters.size());
-    return control.Members().At(member).call(control, args_).AsDouble();
+    return control.Members().At(member).Call(control, args_).AsDouble();
   }
   bool Prints(const std::string& text) {
     for (const json& call : paper_->TakeTrace()) {
@@ -70,7 +70,7 @@ TEST_F(PrintMembers, TestDataPrinterAndSize) {
   for (const PlotRow& row : kPlots) {
     SCOPED_TRACE(std::string(row.kind) + ' ' + row.method);
     const auto control = New(row.kind, row.least_width - 1, row.least_height);
-    EXPECT_EQ(control->Members().At(row.method).type, row.type);
+    EXPECT_EQ(control->Members().At(row.method).TypeName(), row.type);
     EXPECT_EQ(Call(*control, row.method), row.size_first ? 1 : 2);
     control->PrinterObj(paper_);
     EXPECT_EQ(Call(*control, row.method), row.size_first ? 1 : 2);
@@ -131,7 +131,7 @@ TEST_F(PrintMembers, PrintLegends) {
     ASSERT_EQ(legend != nullptr, *row.type != '\0');
     EXPECT_EQ(control->Members().Find("PrintLegend_No_Frame") != nullptr, row.sigma);
     if (legend == nullptr) continue;
-    EXPECT_EQ(legend->type, row.type);
+    EXPECT_EQ(legend->TypeName(), row.type);
     EXPECT_EQ(Call(*control, "PrintLegend"), 1);
     Load(*control);
     EXPECT_EQ(Call(*control, "PrintLegend"), 1);
@@ -148,7 +148,8 @@ TEST_F(PrintMembers, PrintLegends) {
 }
 
 TEST_F(PrintMembers, PrintBlocks) {
-  for (const std::string_view kind : ControlClasses()) {
+  for (const ControlClass* own_class : ControlClasses()) {
+    const std::string_view kind = own_class->name;
     SCOPED_TRACE(kind);
     const auto control = New(std::string(kind).c_str());
     args_ = {Variant(0.0F), Variant(0.0F), Variant(std::string("nm"))};

@@ -167,11 +167,11 @@ class Stored : public testing::Test {
     return control;
   }
   static double Read(PlotControl& control, std::string_view property) {
-    const Variant value = control.Members().At(property).get(control);
+    const Variant value = control.Members().At(property).Get(control);
     return std::holds_alternative<Colour>(value.value()) ? value.AsColour() : value.AsDouble();
   }
   static void Set(PlotControl& control, std::string_view property, double value) {
-    control.Members().At(property).set(control, Variant(value));
+    control.Members().At(property).Set(control, Variant(value));
   }
   /// Another control of the class with what the first one wrote.
   std::unique_ptr<PlotControl> RoundTrip(PlotControl& control) {

@@ -19,26 +19,22 @@ using testing::ElementsAreArray;
 class Asked final : public Object {
  public:
   explicit Asked(const std::vector<std::pair<const char*, double>>& values) {
-    std::vector<Member> members;
     for (const auto& [name, number] : values) {
       values_[name] = number;
-      members.push_back({.name = name,
-                         .kind = Member::Kind::Property,
-                         .type = "variant",
-                         .get =
-                             [this, key = std::string(name)](Object&) {
-                               read.push_back(key);
-                               return Variant(values_[key]);
-                             },
-                         .set =
-                             [this, key = std::string(name)](Object&, const Variant& value) {
-                               written.push_back(key);
-                               values_[key] = value.AsDouble();
-                             },
-                         .parameters = {},
-                         .call = {}});
+      Member row{.name = name, .kind = Member::Kind::Property, .type = Type::Variant};
+      row.get = [](Object& object, const Member& member) {
+        Asked& asked = static_cast<Asked&>(object);
+        asked.read.emplace_back(member.name);
+        return Variant(asked.values_[std::string(member.name)]);
+      };
+      row.set = [](Object& object, const Variant& value, const Member& member) {
+        Asked& asked = static_cast<Asked&>(object);
+        asked.written.emplace_back(member.name);
+        asked.values_[std::string(member.name)] = value.AsDouble();
+      };
+      rows_.push_back(row);
     }
-    members_ = MemberTable(std::move(members));
+    members_ = MemberTable(rows_);
   }
 
   const MemberTable& Members() const override { return members_; }
@@ -49,6 +45,7 @@ class Asked final : public Object {
 
  private:
   std::map<std::string, double> values_;
+  std::vector<Member> rows_;
   MemberTable members_;
 };
 

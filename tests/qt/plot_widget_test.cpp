@@ -115,14 +115,14 @@ TEST(PlotWidgets, HaveEachWritablePropertyOfTheTable) {
   for (const auto& widget : AllNine()) {
     const QMetaObject& meta = *widget->metaObject();
     for (const Member& member : widget->Control().Members()) {
-      if (member.kind != Member::Kind::Property || member.type == "object") continue;
+      if (member.kind != Member::Kind::Property || member.type == Type::Object) continue;
       const int index = meta.indexOfProperty(std::string(member.name).c_str());
       ASSERT_EQ(index >= 0, member.writable()) << meta.className() << "::" << member.name;
       if (index < 0) continue;
       const QMetaProperty property = meta.property(index);
       const QVariant value = property.read(widget.get());
       EXPECT_TRUE(value.isValid()) << member.name;
-      EXPECT_EQ(property.isEnumType(), !member.choices.empty()) << member.name;
+      EXPECT_EQ(property.isEnumType(), member.enumeration != nullptr) << member.name;
     }
   }
 }

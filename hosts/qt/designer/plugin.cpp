@@ -6,9 +6,8 @@
 #include <QIcon>
 #include <QMetaObject>
 #include <QTimer>
-#include <map>
 
-#include "discoplan/controls/control_factory.h"
+#include "discoplan/controls/control_class.h"
 #include "hosts/qt/designer/sample_wafer.h"
 #include "hosts/qt/designer/task_menu.h"
 #include "hosts/qt/plot_widgets.h"
@@ -20,20 +19,6 @@ namespace {
 constexpr QSize kPlotForIcon(300, 212);
 constexpr double kFaceForIcon = 14;
 constexpr int kIconSide = 64;
-
-const std::map<std::string, const char*>& Descriptions() {
-  static const std::map<std::string, const char*> kDescriptions = {
-      {"Plot2D", "Coloured map of a wafer"},
-      {"Plot2DS", "Map of a wafer by sigma ranges"},
-      {"Plot2DC", "Contour map of a wafer"},
-      {"Plot2DN", "Values at the sites of a wafer"},
-      {"Plot3D", "Wafer as a surface"},
-      {"Plot3DS", "Wafer as a surface by sigma ranges"},
-      {"Plot3DB", "Bars at the sites of a wafer"},
-      {"Histo", "Histogram of a wafer's values"},
-      {"LineScan", "Values along a cut across a wafer"}};
-  return kDescriptions;
-}
 
 /// The largest picture of a plot, from its middle.
 QPixmap PictureOf(PlotWidget& plot) {
@@ -50,7 +35,10 @@ QString PlotWidgetPlugin::name() const {
   return QStringLiteral("discoplan::qt::%1Widget").arg(QString::fromStdString(control_));
 }
 
-QString PlotWidgetPlugin::toolTip() const { return QString::fromUtf8(Descriptions().at(control_)); }
+QString PlotWidgetPlugin::toolTip() const {
+  const std::string_view summary = FindControlClass(control_)->summary;
+  return QString::fromUtf8(summary.data(), static_cast<qsizetype>(summary.size()));
+}
 
 QString PlotWidgetPlugin::domXml() const {
   const QString object = QString::fromStdString(control_).toLower();
@@ -90,8 +78,8 @@ void PlotWidgetPlugin::initialize(QDesignerFormEditorInterface* designer) {
 }
 
 PlotWidgetCollection::PlotWidgetCollection(QObject* parent) : QObject(parent) {
-  for (const std::string_view control : ControlClasses()) {
-    plugins_.push_back(std::make_unique<PlotWidgetPlugin>(std::string(control)));
+  for (const ControlClass* control : ControlClasses()) {
+    plugins_.push_back(std::make_unique<PlotWidgetPlugin>(std::string(control->name)));
   }
 }
 
