@@ -69,14 +69,14 @@ TEST_F(SettingsFile, HoldsNumbersOfAnySize) {
   };
   for (const auto& [value, text] : rows) {
     bars->InitProperties();
-    scale.set(*bars, Variant(value));
+    scale.Set(*bars, Variant(value));
     WriteSettings(*bars, folder_.path() / "a.json");
     std::ifstream file(folder_.path() / "a.json");
     const std::string content(std::istreambuf_iterator<char>(file), {});
     EXPECT_NE(content.find(text + std::string(",")), std::string::npos) << text << content;
     bars->InitProperties();
     ReadSettings(*bars, folder_.path() / "a.json");
-    const float back = scale.get(*bars).AsFloat();
+    const float back = scale.Get(*bars).AsFloat();
     EXPECT_TRUE(back == value || (std::isnan(back) && std::isnan(value))) << back;
   }
 }
