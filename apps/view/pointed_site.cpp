@@ -17,8 +17,8 @@ constexpr double kNearSite = 0.03;  // of the test diameter
 /// The picture that the map was drawn at, in pixels.
 QSizeF SizeOfMap(PlotControl& control) {
   const Node* surface = control.root().Find("PLOTA");
-  if (surface == nullptr || !surface->picture) return {};
-  const Canvas& canvas = surface->picture->canvas();
+  if (surface == nullptr || !surface->Picture()) return {};
+  const Canvas& canvas = surface->Picture()->canvas();
   return QSizeF(canvas.Width(), canvas.Height());
 }
 

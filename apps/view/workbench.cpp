@@ -294,9 +294,9 @@ void Workbench::ShowAbout() {
   // As the about box counts the kinds.
   constexpr std::array<std::int16_t, 9> kNumbers = {1, 3, 5, 8, 2, 4, 9, 7, 6};
   qt::QtPlatform platform(this);
-  frmAbout about(platform);
-  about.SetTitle(kNumbers.at(static_cast<std::size_t>(plots_->currentIndex())));
-  platform.ShowModal(about);
+  const auto about = std::make_shared<frmAbout>(platform);
+  about->SetTitle(kNumbers.at(static_cast<std::size_t>(plots_->currentIndex())));
+  platform.ShowModal(about, {});
 }
 
 void Workbench::dragEnterEvent(QDragEnterEvent* event) {

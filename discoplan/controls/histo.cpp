@@ -34,11 +34,11 @@ Histo::Histo(Platform& platform, Container* container)
       plota_(AddPicture(hist_pic_, "PLOTA", {})),
       lbl_x_(AddLabel(frmhist_, "lblX(0)", {})),
       command1_(root_.Add(NodeKind::Button, "Command1", kCommand1)) {
-  frmhist_.bordered = true;
-  frmhist_.text = " Wafer ";
-  frmhist_.forwards = kForwardsAll;
-  lbl_x_.visible = false;
-  command1_.text = "Plot- Options";
+  frmhist_.Bordered(true);
+  frmhist_.Text(" Wafer ");
+  frmhist_.Forwards(kForwardsAll);
+  lbl_x_.Visible(false);
+  command1_.Text("Plot- Options");
   command1_.on_click = [this] { ShowPlotOption(); };
 }
 
@@ -65,7 +65,7 @@ void Histo::SetChartDim(float topC, float heightC) {
   Resize();
 }
 
-void Histo::Borderstyle(std::int16_t Bstyle) { frmhist_.bordered = Bstyle != 0; }
+void Histo::Borderstyle(std::int16_t Bstyle) { frmhist_.Bordered(Bstyle != 0); }
 
 void Histo::ShowControlLimit(float LCLs, float UCLs) {
   ThreadControlLimits() = {.shown = true, .lower = LCLs, .upper = UCLs};
@@ -79,11 +79,11 @@ void Histo::ApplyBackColor(Colour colour) {
 
 void Histo::RedrawHistogram() {
   SetPointer(kHourglass);
-  plota_.picture->Cls();
-  hist_pic_.picture->Cls();
+  plota_.Picture()->Cls();
+  hist_pic_.Picture()->Cls();
   const Screen& screen = platform_.screen();
-  const TwipsBox& place = plota_.box;
-  wafer_.Statistic(static_cast<std::int16_t>(plot_type_), *plota_.picture, *hist_pic_.picture,
+  const TwipsBox& place = plota_.Box();
+  wafer_.Statistic(static_cast<std::int16_t>(plot_type_), *plota_.Picture(), *hist_pic_.Picture(),
                    {.left = place.left / screen.twips_per_pixel_x,
                     .top = place.top / screen.twips_per_pixel_y,
                     .width = place.width / screen.twips_per_pixel_x - 1,
@@ -98,16 +98,8 @@ void Histo::RedrawHistogram() {
 }
 
 void Histo::Resize() {
-  const TwipsBox& control = root_.box;
-  const bool too_narrow = !(control.width >= kMinimum);
-  const bool too_low = !(control.height >= kMinimum);
-  if (too_narrow || too_low) {
-    Attempt([&] {
-      RequestSize(too_narrow ? kTakenMinimum : control.width,
-                  too_low ? kTakenMinimum : control.height);
-    });
-    return;
-  }
+  if (TakesLeastSize({kMinimum, kMinimum}, {kTakenMinimum, kTakenMinimum})) return;
+  const TwipsBox& control = root_.Box();
   const Screen& screen = platform_.screen();
   frmhist_.Move({0, 0, control.width, control.height});
   const TwipsBox axes{kSideMargin, kTopMargin, control.width - 2 * kSideMargin,
@@ -142,14 +134,14 @@ void Histo::PrintThinOn(PrintWafer& print, PageArea& area) {
 }
 
 void Histo::ShowPlotOption() {
-  frmPlotHist dialog(platform_);
-  const Colour back_color = plota_.picture->BackColor();
-  dialog.SetValues(wafer_, static_cast<float>(resolution_), back_color);
-  platform_.ShowModal(dialog);
-  if (!dialog.Redraw()) return;
-  resolution_ = ToInt16(dialog.GetResolution());
-  if (dialog.GetBackColor() != back_color) ApplyBackColor(dialog.GetBackColor());
-  RedrawHistogram();
+  const auto dialog = std::make_shared<frmPlotHist>(platform_);
+  dialog->SetValues(wafer_, static_cast<float>(resolution_), plota_.Picture()->BackColor());
+  ShowDialog(dialog, [this, dialog] {
+    resolution_ = ToInt16(dialog->GetResolution());
+    const Colour back_color = plota_.Picture()->BackColor();
+    if (dialog->GetBackColor() != back_color) ApplyBackColor(dialog->GetBackColor());
+    RedrawHistogram();
+  });
 }
 
 const StoredProperties& Histo::Stored() const {

@@ -50,7 +50,7 @@ class DISCOPLAN_EXPORT Histo final : public PlotControl {
   HistogramPrint Printed() const;
   void PresentPlot() override { RedrawHistogram(); }
   void Resize() override;
-  void ClearSurface() override { plota_.picture->Cls(); }
+  void ClearSurface() override { plota_.Picture()->Cls(); }
   void ShowLegendPanel(bool) override {}
   void ApplyBackColor(Colour colour) override;
   Node& TitledFrame() const override { return frmhist_; }

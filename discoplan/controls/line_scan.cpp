@@ -39,27 +39,23 @@ constexpr TwipsBox kAngleValue{630, 1710, 660, 285};
 constexpr TwipsBox kUpDown{1305, 1710, 270, 285};
 constexpr TwipsBox kOptions{105, 2370, 1470, 300};
 
-std::string Indexed(const char* name, std::size_t index) {
-  return std::string(name) + "(" + std::to_string(index) + ")";
-}
-
 Node& AddFrame(Node& parent, std::string name, const TwipsBox& place, bool bordered) {
   Node& frame = parent.Add(NodeKind::Frame, std::move(name), place);
-  frame.bordered = bordered;
+  frame.Bordered(bordered);
   return frame;
 }
 
 /// Where a point of a wafer picture lies, in twips of the frame around it.
 SurfacePoint Over(const Node& picture, const SurfacePoint& point) {
-  const Surface& scale = *picture.picture;
+  const Surface& scale = *picture.Picture();
   const double x = static_cast<double>(point.x) - scale.ScaleLeft();
   const double y = static_cast<double>(point.y) - scale.ScaleTop();
-  return {ToFloat(picture.box.left + Divide(x * picture.box.width, scale.ScaleWidth())),
-          ToFloat(picture.box.top + Divide(y * picture.box.height, scale.ScaleHeight()))};
+  return {ToFloat(picture.Box().left + Divide(x * picture.Box().width, scale.ScaleWidth())),
+          ToFloat(picture.Box().top + Divide(y * picture.Box().height, scale.ScaleHeight()))};
 }
 
 void CentreOn(Node& marker, const SurfacePoint& place) {
-  const TwipsBox& own = marker.box;
+  const TwipsBox& own = marker.Box();
   marker.Move({place.x - own.width / 2, place.y - own.height / 2, own.width, own.height});
 }
 
@@ -75,7 +71,10 @@ class NodeMarker final : public Marker {
     line_.Move({from.x, from.y, to.x - from.x, to.y - from.y});
     CentreOn(marker_, to);
   }
-  void Visible(bool visible) override { marker_.visible = line_.visible = visible; }
+  void Visible(bool visible) override {
+    marker_.Visible(visible);
+    line_.Visible(visible);
+  }
 
  private:
   Node& marker_;
@@ -85,7 +84,7 @@ class NodeMarker final : public Marker {
 
 /// A cross, from corner to corner or upright.
 void DrawCross(Node& marker, bool upright) {
-  Surface& surface = *marker.picture;
+  Surface& surface = *marker.Picture();
   const float right = surface.ScaleWidth();
   const float bottom = surface.ScaleHeight();
   const auto line = [&](const SurfacePoint& from, const SurfacePoint& to) {
@@ -118,9 +117,9 @@ LineScan::LineScan(Platform& platform, Container* container)
       angle_value_(frame1_.Add(NodeKind::Text, "AngleValue", kAngleValue)),
       up_down_(frame1_.Add(NodeKind::Spinner, "UpDown1", kUpDown)),
       options_(panel_.Add(NodeKind::Button, "btnoptions", kOptions)) {
-  plot_.text = " Wafer ";
-  plot_.forwards = kForwardsAll;
-  options_.text = "Plot- Options";
+  plot_.Text(" Wafer ");
+  plot_.Forwards(kForwardsAll);
+  options_.Text("Plot- Options");
   options_.on_click = [this] { ShowPlotOption(); };
   DrawMarkers(kButtonFace);
   AddReadOuts();
@@ -135,14 +134,14 @@ LineScan::Indicator LineScan::AddIndicator(const char* frame_name, const char* p
                       .wafer_picture = AddPicture(frame, picture, kWaferPicture),
                       .line = frame.Add(NodeKind::Line, "Line1", {}),
                       .marker = AddMarker(frame, marker)};
-  indicator.line.fore_color = kCurveColour;
-  indicator.line.visible = false;
+  indicator.line.ForeColor(kCurveColour);
+  indicator.line.Visible(false);
   return indicator;
 }
 
 Node& LineScan::AddMarker(Node& frame, const char* name) {
   Node& marker = AddPicture(frame, name, kMarker);
-  marker.visible = false;
+  marker.Visible(false);
   return marker;
 }
 
@@ -158,21 +157,22 @@ void LineScan::DrawMarkers(Colour colour) {
 
 void LineScan::AddReadOuts() {
   for (std::size_t i = 0; i < x_nodes_.size(); ++i) {
-    x_nodes_[i] = &AddLabel(plot_, Indexed("lblX", i), {0, 0, kReadOutWidth, 2 * kLabelHeight});
-    x_nodes_[i]->alignment = Alignment::Centre;
-    x_nodes_[i]->break_before = "Y=";
-    y_nodes_[i] = &AddLabel(plot_, Indexed("lblY", i), {0, 0, 0, kLabelHeight});
-    y_nodes_[i]->auto_size = true;
+    x_nodes_[i] = &AddLabel(plot_, IndexedName("lblX", i), {0, 0, kReadOutWidth, 2 * kLabelHeight});
+    x_nodes_[i]->Alignment(Alignment::Centre);
+    x_nodes_[i]->BreakBefore("Y=");
+    y_nodes_[i] = &AddLabel(plot_, IndexedName("lblY", i), {0, 0, 0, kLabelHeight});
+    SizeByText(*y_nodes_[i]);
     x_labels_[i] = x_nodes_[i];
     y_labels_[i] = y_nodes_[i];
-    x_nodes_[i]->forwards = y_nodes_[i]->forwards = kForwardsAll;
+    x_nodes_[i]->Forwards(kForwardsAll);
+    y_nodes_[i]->Forwards(kForwardsAll);
   }
 }
 
 void LineScan::AddAngleBox() {
-  AddLabel(frame1_, "Label1", kAngleTitle).caption("Angle:");
-  angle_value_.text = std::to_string(angle_);
-  angle_value_.back_color = kWhite;
+  AddLabel(frame1_, "Label1", kAngleTitle, "Angle:");
+  angle_value_.Text(std::to_string(angle_));
+  angle_value_.BackColor(kWhite);
   angle_value_.on_change = [this] { AngleTextChanged(); };
   angle_value_.on_key = [this](int key) {
     if (key == kKeyUp) Spin(+1);
@@ -207,8 +207,8 @@ void LineScan::PlotType(PlotTypeEnumLineScan type) {
 }
 
 void LineScan::ShowMode() {
-  IndicatorOf(false).frame.visible = !ByLine();
-  IndicatorOf(true).frame.visible = ByLine();
+  IndicatorOf(false).frame.Visible(!ByLine());
+  IndicatorOf(true).frame.Visible(ByLine());
 }
 
 void LineScan::TakePoint(std::int16_t& field, std::int16_t value, std::string_view property) {
@@ -249,7 +249,7 @@ void LineScan::ApplyBackColor(Colour colour) {
 
 void LineScan::ShowWafer(Indicator& indicator) {
   Attempt([&] {
-    Surface& surface = *indicator.wafer_picture.picture;
+    Surface& surface = *indicator.wafer_picture.Picture();
     surface.ScaleMode(Surface::kPixels);  // the marker's scale is in millimetres
     float centre_x = 33;
     float centre_y = 33;
@@ -261,10 +261,10 @@ void LineScan::DrawIndicator(Indicator& indicator, const ScanLine& cut) {
   Attempt([&] {
     NodeMarker marker(indicator.marker, indicator.line, indicator.wafer_picture);
     const Node& picture = indicator.wafer_picture;
-    wafer_.draw_indicator(*picture.picture, marker, cut);
+    wafer_.draw_indicator(*picture.Picture(), marker, cut);
     const auto show = [&](Node& node, float x, float y) {
       CentreOn(node, Over(picture, {x, -y}));
-      node.visible = true;
+      node.Visible(true);
     };
     if (cut.at_angle) return show(plus_, 0, 0);
     show(*point_markers_[0], cut.x1, cut.y1);
@@ -277,7 +277,7 @@ void LineScan::ShowReadOuts() {
 }
 
 void LineScan::DrawCurve() {
-  Attempt([&] { wafer_.D1Plot(*plota_.picture, kSteps, Cut(), kCurveColour, {}); });
+  Attempt([&] { wafer_.D1Plot(*plota_.Picture(), kSteps, Cut(), kCurveColour, {}); });
 }
 
 void LineScan::RedrawLineScan() {
@@ -294,7 +294,7 @@ void LineScan::RedrawLineScan() {
   } else if (plot_type_ == PlotTypeEnumLineScan::vbAngle) {
     ShowWafer(IndicatorOf(false));
     IndicatorOf(false).frame.caption("Angle :");
-    if (ParseNumber(angle_value_.text).value_or(0) == angle_) {
+    if (ParseNumber(angle_value_.Text()).value_or(0) == angle_) {
       DrawIndicator(IndicatorOf(false), Cut());
       ShowReadOuts();
       if (plot_requested_) DrawCurve();
@@ -311,28 +311,28 @@ void LineScan::Shown() {
 // Angle box and spinner.
 
 void LineScan::SetAngleText(const std::string& text) {
-  if (angle_value_.text == text) return;
-  angle_value_.text = text;
+  if (angle_value_.Text() == text) return;
+  angle_value_.Text(text);
   AngleTextChanged();
 }
 
 void LineScan::AngleTextChanged() {
-  const std::string text = angle_value_.text;
+  const std::string text = angle_value_.Text();
   if (!CheckIntegerText(text) || !CheckRangeTyping(text, -1, kFullCircle)) {
     return SetAngleText("0");
   }
   ClearSurface();
   angle_ = ToInt16(ParseNumber(text).value_or(0));
-  up_down_.value = angle_;
+  up_down_.Value(angle_);
   DrawIndicator(IndicatorOf(false), AngleCut());
   ShowReadOuts();
   if (plot_requested_) DrawCurve();
 }
 
 void LineScan::Spin(int steps) {
-  const int turned = (up_down_.value + steps % kFullCircle * kIncrement) % kFullCircle;
-  up_down_.value = (turned + kFullCircle) % kFullCircle;
-  SetAngleText(std::to_string(up_down_.value));
+  const int turned = (up_down_.Value() + steps % kFullCircle * kIncrement) % kFullCircle;
+  up_down_.Value((turned + kFullCircle) % kFullCircle);
+  SetAngleText(std::to_string(up_down_.Value()));
 }
 
 // Layout.
@@ -341,29 +341,23 @@ void LineScan::Resize() {
   if (Layout() && plot_requested_) DrawCurve();
 }
 
-/// False if the control was too small: the resize that it asked for has done the work.
+/// False if the control was too small.
 bool LineScan::Layout() {
   Attempt([&] { container().UseTwips(); });
-  const TwipsBox& control = root_.box;
-  const float least_height = legend_shown_ ? kMinimumHeight : kMinimumHeightWithoutLegend;
-  const bool too_narrow = !(control.width >= kMinimumWidth);
-  const bool too_low = !(control.height >= least_height);
-  if (too_narrow || too_low) {
-    Attempt([&] {
-      RequestSize(too_narrow ? kMinimumWidth : control.width,
-                  too_low ? least_height : control.height);
-    });
+  if (TakesLeastSize(
+          {kMinimumWidth, legend_shown_ ? kMinimumHeight : kMinimumHeightWithoutLegend})) {
     return false;
   }
+  const TwipsBox& control = root_.Box();
   ShowReadOuts();
   const float panel = legend_shown_ ? kPanelWidth : 0;
   plot_.Move({0, 0, control.width - panel, control.height});
   panel_.Move({control.width - kPanelWidth, 0, kPanelWidth, control.height});
   PlaceReadOuts();
-  plota_.picture->DropPicture();
+  plota_.Picture()->DropPicture();
   ClearSurface();
   Attempt([&] {
-    Surface& surface = *plota_.picture;
+    Surface& surface = *plota_.Picture();
     wafer_.D1Plot_AdjustLines(surface, 0, 0, surface.ScaleWidth() - 1, surface.ScaleHeight() - 1);
   });
   return true;
@@ -373,23 +367,23 @@ bool LineScan::Layout() {
 /// under it.
 void LineScan::PlaceReadOuts() {
   float widest = 0;
-  for (const Node* label : y_nodes_) widest = std::max(widest, label->box.width);
+  for (const Node* label : y_nodes_) widest = std::max(widest, label->Box().width);
   const float left = 2 * kGap + std::max(widest, kReadOutWidth / 2);
-  const TwipsBox chart{left, kTopMargin, plot_.box.width - left - kReadOutWidth / 2 - kGap,
-                       plot_.box.height - kTopMargin - 2 * kLabelHeight - 2 * kGap};
-  if (chart.width != plota_.box.width || chart.left != plota_.box.left ||
-      chart.height != plota_.box.height) {
+  const TwipsBox chart{left, kTopMargin, plot_.Box().width - left - kReadOutWidth / 2 - kGap,
+                       plot_.Box().height - kTopMargin - 2 * kLabelHeight - 2 * kGap};
+  if (chart.width != plota_.Box().width || chart.left != plota_.Box().left ||
+      chart.height != plota_.Box().height) {
     plota_.Move(chart);
   }
   const float pitch = chart.width / 4;
   for (std::size_t i = 0; i < x_nodes_.size(); ++i) {
     const float share = static_cast<float>(i) / 4;
-    TwipsBox below = x_nodes_[i]->box;
+    TwipsBox below = x_nodes_[i]->Box();
     below.left = chart.left + share * chart.width - kReadOutWidth / 2;
     below.top = chart.top + chart.height + kGap;
     x_nodes_[i]->Move(below);
-    x_nodes_[i]->visible = i % 2 == 0 || pitch >= kReadOutWidth;
-    TwipsBox beside = y_nodes_[i]->box;
+    x_nodes_[i]->Visible(i % 2 == 0 || pitch >= kReadOutWidth);
+    TwipsBox beside = y_nodes_[i]->Box();
     beside.left = chart.left - kGap - beside.width;
     beside.top = chart.top + (1 - share) * chart.height - kLabelHeight / 2;
     y_nodes_[i]->Move(beside);
@@ -401,21 +395,27 @@ void LineScan::PrintOn(PrintWafer& print, PageArea& area) {
 }
 
 void LineScan::ShowPlotOption() {
-  frmPlotOpt1D dialog(platform_);
+  const auto dialog = std::make_shared<frmPlotOpt1D>(platform_);
   const auto mm = [](std::int16_t length) { return static_cast<float>(length); };
-  dialog.SetValues(wafer_, {.type = static_cast<std::int16_t>(plot_type_),
-                            .angle = angle_,
-                            .x = {mm(start_x_), mm(end_x_), mm(rotation_x_)},
-                            .y = {mm(start_y_), mm(end_y_), mm(rotation_y_)}});
-  platform_.ShowModal(dialog);
-  if (!dialog.Redraw()) return;
-  SetLineOptions(dialog.GetResult());
-  RedrawLineScan();
+  dialog->SetValues(wafer_, {.type = static_cast<std::int16_t>(plot_type_),
+                             .angle = angle_,
+                             .x = {mm(start_x_), mm(end_x_), mm(rotation_x_)},
+                             .y = {mm(start_y_), mm(end_y_), mm(rotation_y_)}});
+  ShowDialog(dialog, [this, dialog] {
+    SetLineOptions(dialog->GetResult());
+    RedrawLineScan();
+  });
+}
+
+/// The markers are pictures of fixed size, which only colours draw.
+void LineScan::ScreenChanged() {
+  PlotControl::ScreenChanged();
+  DrawMarkers(plus_.BackColor());
 }
 
 void LineScan::SetLineOptions(const ScanSettings& settings) {
   plot_type_ = static_cast<PlotTypeEnumLineScan>(settings.type);
-  up_down_.value = settings.angle;
+  up_down_.Value(settings.angle);
   ShowMode();
   if (ByLine()) {
     start_x_ = ToInt16(settings.x[0]);

@@ -38,6 +38,7 @@ class DISCOPLAN_EXPORT LineScan final : public PlotControl {
 
   const Node* Focused() override { return options_.IsShown() ? &options_ : nullptr; }
   void Shown() override;
+  void ScreenChanged() override;
   void ShowPlotOption() override;
   const StoredProperties& Stored() const override;
 
@@ -54,8 +55,8 @@ class DISCOPLAN_EXPORT LineScan final : public PlotControl {
   void PrintOn(PrintWafer& print, PageArea& area) override;
   void PresentPlot() override { RedrawLineScan(); }
   void Resize() override;
-  void ClearSurface() override { plota_.picture->Cls(); }
-  void ShowLegendPanel(bool shown) override { panel_.visible = shown; }
+  void ClearSurface() override { plota_.Picture()->Cls(); }
+  void ShowLegendPanel(bool shown) override { panel_.Visible(shown); }
   void ApplyBackColor(Colour colour) override;
   void LimitsChanged() override { ShowReadOuts(); }
   Node& TitledFrame() const override { return plot_; }

@@ -12,9 +12,6 @@ constexpr std::int16_t kHourglass = 11;
 constexpr std::int16_t kDefaultPointer = 0;
 
 // Twips.
-constexpr float kMinimumWidth = 4500;
-constexpr float kMinimumHeight = 3180;
-constexpr float kMinimumWithoutLegend = 750;
 constexpr float kLeastLegendWidth = 1695;
 constexpr float kLegendFrameMargin = 240;
 constexpr float kPanelMargin = 210;
@@ -41,13 +38,9 @@ constexpr TwipsBox kCommand1{105, 2865, 1935, 300};
 
 Node& AddFrame(Node& parent, std::string name, const TwipsBox& place, std::string title = {}) {
   Node& frame = parent.Add(NodeKind::Frame, std::move(name), place);
-  frame.bordered = !title.empty();
-  frame.text = std::move(title);
+  frame.Bordered(!title.empty());
+  frame.Text(std::move(title));
   return frame;
-}
-
-std::string Indexed(const char* name, std::size_t index) {
-  return std::string(name) + "(" + std::to_string(index) + ")";
 }
 
 }  // namespace
@@ -64,10 +57,10 @@ MapControl::MapControl(Platform& platform, Container* container, const ControlCl
       fnpic_(AddPicture(fnlabel_, "FNPic", kFnpic)),
       command1_(frmove_.Add(NodeKind::Button, "Command1", kCommand1)),
       legend_(legend) {
-  frplot_.forwards = kForwardsAll;
-  frmove_.forwards = kForwardsAll;
-  replot_.visible = false;
-  command1_.text = "Plot- Options";
+  frplot_.Forwards(kForwardsAll);
+  frmove_.Forwards(kForwardsAll);
+  replot_.Visible(false);
+  command1_.Text("Plot- Options");
   command1_.on_click = [this] { ShowPlotOption(); };
   if (legend_ == Legend::Interval) {
     AddInterval(frame1_, kFrintAlone);
@@ -79,10 +72,10 @@ MapControl::MapControl(Platform& platform, Container* container, const ControlCl
 
 void MapControl::AddInterval(Node& parent, const TwipsBox& place) {
   frint_ = &AddFrame(parent, "frInt", place);
-  frint_->bordered = true;
-  AddLabel(*frint_, "Label8", kLabel8).caption("Interval:");
+  frint_->Bordered(true);
+  AddLabel(*frint_, "Label8", kLabel8, "Interval:");
   lbldist_ = &AddLabel(*frint_, "lbldist", kLbldist);
-  AddLabel(*frint_, "Label30", kLabel30).caption("%");
+  unit_ = &AddLabel(*frint_, "Label30", kLabel30, "%");
 }
 
 void MapControl::AddRows() {
@@ -91,20 +84,20 @@ void MapControl::AddRows() {
   for (std::size_t i = 0; i < row_nodes_.size(); ++i) {
     const float top = static_cast<float>(i) * kRowPitch;
     row_nodes_[i] =
-        &AddLabel(*legende_, Indexed("ScaleValue", i + 1), {kRowLeft, top, 0, kRowPitch});
-    row_nodes_[i]->auto_size = true;
+        &AddLabel(*legende_, IndexedName("ScaleValue", i + 1), {kRowLeft, top, 0, kRowPitch});
+    SizeByText(*row_nodes_[i]);
     rows_[i] = row_nodes_[i];
-    chips_[i] = &AddLabel(*legende_, Indexed("scalCol", i + 1), {0, top, kChipWidth, kRowPitch});
+    chips_[i] = &AddLabel(*legende_, IndexedName("scalCol", i + 1), {0, top, kChipWidth, kRowPitch});
   }
 }
 
 const Node* MapControl::Focused() { return command1_.IsShown() ? &command1_ : nullptr; }
 
-void MapControl::ClearSurface() { plota_.picture->Cls(); }
+void MapControl::ClearSurface() { plota_.Picture()->Cls(); }
 
 void MapControl::DropSnapshot() {
-  replot_.visible = false;
-  replot_.image.reset();
+  replot_.Visible(false);
+  replot_.Image(nullptr);
 }
 
 void MapControl::ApplyBackColor(Colour colour) {
@@ -121,7 +114,7 @@ PrintResult MapControl::PrintLegend(float left, float top) {
 void MapControl::RedrawPlot() {
   SetPointer(kHourglass);
   if (wafer_.GetNop() > 0) {
-    if (replot_.visible) {
+    if (replot_.Visible()) {
       ShowSurface();
       DropSnapshot();
     }
@@ -130,14 +123,14 @@ void MapControl::RedrawPlot() {
     float centre_x = 34;
     float centre_y = 34;
     const View view = IndicatorView();
-    wafer_.FlatNotchShow(&fnlabel_, *fnpic_.picture, centre_x, centre_y, 30, view.rotation,
+    wafer_.FlatNotchShow(&fnlabel_, *fnpic_.Picture(), centre_x, centre_y, 30, view.rotation,
                          view.inclination);
     if (legend_ != Legend::Intervals) ShowLegend();
     container().Repaint();
-    DrawPlot(*plota_.picture);
-    plota_.picture->ForeColor(kBlack);
+    DrawPlot(*plota_.Picture());
+    plota_.Picture()->ForeColor(kBlack);
     plot_valid_ = true;
-    replot_.image = std::make_shared<Canvas>(plota_.picture->canvas());
+    replot_.Image(std::make_shared<Canvas>(plota_.Picture()->canvas()));
   }
   SetPointer(kDefaultPointer);
 }
@@ -147,28 +140,19 @@ void MapControl::Resize() {
   Attempt([&] { container().UseTwips(); });
   if (legend_ == Legend::Intervals) Attempt([&] { ShowLegend(); });
   if (legend_shown_) {
-    if (TakeMinimum(kMinimumWidth, kMinimumHeight)) return;
+    if (TakesLeastSize({4500, 3180})) return;
     if (legend_ == Legend::Intervals) WidenPanel();
     PlacePanel();
-    PlacePlot(std::min(root_.box.width - frmove_.box.width, root_.box.height));
+    PlacePlot(std::min(root_.Box().width - frmove_.Box().width, root_.Box().height));
   } else {
-    if (TakeMinimum(kMinimumWithoutLegend, kMinimumWithoutLegend)) return;
-    PlacePlot(std::min(root_.box.width, root_.box.height));
+    if (TakesLeastSize({750, 750})) return;
+    PlacePlot(std::min(root_.Box().width, root_.Box().height));
   }
   if (!plot_valid_) {
     Attempt([&] { RedrawPlot(); });
-  } else if (!replot_.visible) {
+  } else if (!replot_.Visible()) {
     ShowSnapshot();
   }
-}
-
-/// True if the control was too small: the resize that it asked for has done the work.
-bool MapControl::TakeMinimum(float width, float height) {
-  const bool too_narrow = !(root_.box.width >= width);
-  const bool too_low = !(root_.box.height >= height);
-  if (!too_narrow && !too_low) return false;
-  RequestSize(too_narrow ? width : root_.box.width, too_low ? height : root_.box.height);
-  return true;
 }
 
 /// Long legend values widen the whole panel.
@@ -176,25 +160,25 @@ void MapControl::WidenPanel() {
   float width = kLeastLegendWidth;
   for (const Node* row : row_nodes_) width = std::max(width, row->Right());
   legende_->Width(width);
-  frleg_->Width(legende_->box.width + kLegendFrameMargin);
-  frame1_.Width(frleg_->box.width + kPanelMargin);
-  frmove_.Width(frame1_.box.width);
-  command1_.Width(frleg_->box.width);
-  fnlabel_.Width(frleg_->box.width);
+  frleg_->Width(legende_->Box().width + kLegendFrameMargin);
+  frame1_.Width(frleg_->Box().width + kPanelMargin);
+  frmove_.Width(frame1_.Box().width);
+  command1_.Width(frleg_->Box().width);
+  fnlabel_.Width(frleg_->Box().width);
 }
 
 void MapControl::PlacePanel() {
-  TwipsBox place = frmove_.box;
-  place.left = root_.box.width - place.width;
+  TwipsBox place = frmove_.Box();
+  place.left = root_.Box().width - place.width;
   frmove_.Move(place);
 }
 
 void MapControl::PlacePlot(double side) {
-  TwipsBox frame = frplot_.box;
+  TwipsBox frame = frplot_.Box();
   frame.width = static_cast<float>(kFrameAspect * side);
   frame.height = static_cast<float>(side);
   frplot_.Move(frame);
-  TwipsBox plot = plota_.box;
+  TwipsBox plot = plota_.Box();
   plot.width = frame.width - 2 * plot.left;
   plot.height = frame.height - plot.top - plot.left;
   plota_.Move(plot);
@@ -202,8 +186,8 @@ void MapControl::PlacePlot(double side) {
 }
 
 void MapControl::ShowSnapshot() {
-  plota_.visible = false;
-  replot_.visible = true;
+  plota_.Visible(false);
+  replot_.Visible(true);
 }
 
 }  // namespace discoplan

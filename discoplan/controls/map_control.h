@@ -48,22 +48,22 @@ class DISCOPLAN_EXPORT MapControl : public PlotControl {
 
   /// Shows the dialog, which has its values, and draws with those that `take` stores if the user
   /// confirms them.
-  template <class Take>
-  void RunDialog(OptionDialog& dialog, Take take) {
-    platform_.ShowModal(dialog);
-    if (!dialog.Redraw()) return;
-    take();
-    if (dialog.GetBackColor() != SurfaceBackColor()) ApplyBackColor(dialog.GetBackColor());
-    RedrawPlot();
+  template <class Dialog, class Take>
+  void RunDialog(const std::shared_ptr<Dialog>& dialog, Take take) {
+    ShowDialog(dialog, [this, dialog, take] {
+      take(*dialog);
+      if (dialog->GetBackColor() != SurfaceBackColor()) ApplyBackColor(dialog->GetBackColor());
+      RedrawPlot();
+    });
   }
-  Colour SurfaceBackColor() const { return plota_.picture->BackColor(); }
+  Colour SurfaceBackColor() const { return plota_.Picture()->BackColor(); }
 
   void RedrawPlot();
   void Resize() override;
   void ClearSurface() override;
   void DropSnapshot() override;
-  void ShowSurface() override { plota_.visible = true; }
-  void ShowLegendPanel(bool shown) override { frmove_.visible = shown; }
+  void ShowSurface() override { plota_.Visible(true); }
+  void ShowLegendPanel(bool shown) override { frmove_.Visible(shown); }
   void ApplyBackColor(Colour colour) override;
   Node& TitledFrame() const override { return frplot_; }
 
@@ -72,10 +72,11 @@ class DISCOPLAN_EXPORT MapControl : public PlotControl {
   Node& replot_;
   Node& frmove_;
   Node& frame1_;
-  Node* frleg_ = nullptr;  // these four as far as the legend has them
+  Node* frleg_ = nullptr;  // these five as far as the legend has them
   Node* legende_ = nullptr;
   Node* frint_ = nullptr;
   Node* lbldist_ = nullptr;
+  Node* unit_ = nullptr;  // Label30
   Node& fnlabel_;
   Node& fnpic_;
   Node& command1_;
@@ -86,7 +87,6 @@ class DISCOPLAN_EXPORT MapControl : public PlotControl {
  private:
   void AddRows();
   void AddInterval(Node& parent, const TwipsBox& place);
-  bool TakeMinimum(float width, float height);
   void WidenPanel();
   void PlacePanel();
   void PlacePlot(double side);

@@ -23,11 +23,11 @@ void Plot2D::PrintOn(PrintWafer& print, PageArea& area) {
 }
 
 void Plot2D::ShowPlotOption() {
-  frmPlotOpt2d dialog(platform_);
-  dialog.SetValues(wafer_, resolution_, show_sites_, SurfaceBackColor());
-  RunDialog(dialog, [&] {
-    resolution_ = dialog.GetXRes();
-    show_sites_ = dialog.GetMarkeSites() != 0;
+  const auto dialog = std::make_shared<frmPlotOpt2d>(platform_);
+  dialog->SetValues(wafer_, resolution_, show_sites_, SurfaceBackColor());
+  RunDialog(dialog, [this](const frmPlotOpt2d& confirmed) {
+    resolution_ = confirmed.GetXRes();
+    show_sites_ = confirmed.GetMarkeSites() != 0;
   });
 }
 

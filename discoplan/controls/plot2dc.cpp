@@ -83,13 +83,13 @@ void Plot2DC::PrintThinOn(PrintWafer& print, PageArea& area) {
 }
 
 void Plot2DC::ShowPlotOption() {
-  frmPlotOpt2DC dialog(platform_);
-  dialog.SetValues(wafer_, Lines(), SurfaceBackColor());
-  RunDialog(dialog, [&] {
-    interval_ = dialog.GetDist();
-    mark_sites_ = static_cast<ExconEnum>(dialog.GetMarkeSites());
-    resolution_ = static_cast<ResoEnum>(dialog.GetReso());
-    plot_colored_ = static_cast<DrawColEnum>(dialog.GetShowColor());
+  const auto dialog = std::make_shared<frmPlotOpt2DC>(platform_);
+  dialog->SetValues(wafer_, Lines(), SurfaceBackColor());
+  RunDialog(dialog, [this](const frmPlotOpt2DC& confirmed) {
+    interval_ = confirmed.GetDist();
+    mark_sites_ = static_cast<ExconEnum>(confirmed.GetMarkeSites());
+    resolution_ = static_cast<ResoEnum>(confirmed.GetReso());
+    plot_colored_ = static_cast<DrawColEnum>(confirmed.GetShowColor());
   });
 }
 

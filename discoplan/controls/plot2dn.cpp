@@ -5,7 +5,7 @@ namespace discoplan {
 
 Plot2DN::Plot2DN(Platform& platform, Container* container)
     : MapControl(platform, container, kClass, {.ignores_same_limits = true}, Legend::Intervals) {
-  root_.forwards = kForwardsDblClick | kForwardsMouse;
+  root_.Forwards(kForwardsDblClick | kForwardsMouse);
 }
 
 void Plot2DN::InitOwnProperties() {

@@ -29,12 +29,12 @@ float Plot2DS::PrintPlot(float& left, float& top, float& width, float& height) {
 }
 
 void Plot2DS::ShowPlotOption() {
-  frmPlotOpt2ds dialog(platform_);
-  dialog.SetValues(wafer_, resolution_, SigmaRange(), show_sites_, SurfaceBackColor());
-  RunDialog(dialog, [&] {
-    resolution_ = dialog.GetXRes();
-    sigma_range_ = dialog.GetSigRange();
-    show_sites_ = dialog.GetMarkeSites() != 0;
+  const auto dialog = std::make_shared<frmPlotOpt2ds>(platform_);
+  dialog->SetValues(wafer_, resolution_, SigmaRange(), show_sites_, SurfaceBackColor());
+  RunDialog(dialog, [this](const frmPlotOpt2ds& confirmed) {
+    resolution_ = confirmed.GetXRes();
+    sigma_range_ = confirmed.GetSigRange();
+    show_sites_ = confirmed.GetMarkeSites() != 0;
   });
 }
 

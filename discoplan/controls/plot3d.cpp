@@ -38,8 +38,8 @@ void Plot3D::Mouse(Node& node, const MouseAction& action) {
   if (&node != &replot_ || action.event != MouseEvent::MouseDown) {
     return SurfaceControl::Mouse(node, action);
   }
-  replot_.visible = false;
-  plota_.visible = true;
+  replot_.Visible(false);
+  plota_.Visible(true);
   SurfaceControl::Mouse(plota_, action);
 }
 
@@ -51,12 +51,12 @@ void Plot3D::PrintOn(PrintWafer& print, PageArea& area) {
 }
 
 void Plot3D::ShowPlotOption() {
-  frmPlotOpt3d dialog(platform_);
-  dialog.SetValues(wafer_, SurfaceSettings(), static_cast<std::int16_t>(plot_type_),
+  const auto dialog = std::make_shared<frmPlotOpt3d>(platform_);
+  dialog->SetValues(wafer_, SurfaceSettings(), static_cast<std::int16_t>(plot_type_),
                    SurfaceBackColor());
-  RunDialog(dialog, [&] {
-    TakeSurface(dialog);
-    plot_type_ = static_cast<PlotTypeEnum>(dialog.GetPlotType());
+  RunDialog(dialog, [this](const frmPlotOpt3d& confirmed) {
+    TakeSurface(confirmed);
+    plot_type_ = static_cast<PlotTypeEnum>(confirmed.GetPlotType());
   });
 }
 

@@ -60,13 +60,13 @@ void Plot3DB::PrintOn(PrintWafer& print, PageArea& area) {
 }
 
 void Plot3DB::ShowPlotOption() {
-  frmPlotOpt3DB dialog(platform_);
-  dialog.SetValues(wafer_, Bars(), SurfaceBackColor());
-  RunDialog(dialog, [&] {
-    beam_width_ = dialog.GetResx();
-    beam_height_ = dialog.GetResy();
-    beam_scale_ = dialog.GetPlotSccale();
-    TakeAngles(dialog);
+  const auto dialog = std::make_shared<frmPlotOpt3DB>(platform_);
+  dialog->SetValues(wafer_, Bars(), SurfaceBackColor());
+  RunDialog(dialog, [this](const frmPlotOpt3DB& confirmed) {
+    beam_width_ = confirmed.GetResx();
+    beam_height_ = confirmed.GetResy();
+    beam_scale_ = confirmed.GetPlotSccale();
+    TakeAngles(confirmed);
   });
 }
 

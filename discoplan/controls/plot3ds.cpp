@@ -32,11 +32,11 @@ void Plot3DS::PrintOn(PrintWafer& print, PageArea& area) {
 }
 
 void Plot3DS::ShowPlotOption() {
-  frmPlotOpt3ds dialog(platform_);
-  dialog.SetValues(wafer_, SurfaceSettings(), SigmaRange(), SurfaceBackColor());
-  RunDialog(dialog, [&] {
-    TakeSurface(dialog);
-    sigma_range_ = dialog.GetSigRange();
+  const auto dialog = std::make_shared<frmPlotOpt3ds>(platform_);
+  dialog->SetValues(wafer_, SurfaceSettings(), SigmaRange(), SurfaceBackColor());
+  RunDialog(dialog, [this](const frmPlotOpt3ds& confirmed) {
+    TakeSurface(confirmed);
+    sigma_range_ = confirmed.GetSigRange();
   });
 }
 

@@ -6,6 +6,8 @@
 
 #include "discoplan/base/numbers.h"
 #include "discoplan/core/number_checks.h"
+#include "discoplan/dialogs/option_dialog.h"
+#include "discoplan/forms/form.h"
 
 namespace discoplan {
 namespace {
@@ -35,12 +37,20 @@ PlotControl::PlotControl(Platform& platform, Container* container, const Control
       class_(own_class),
       traits_(traits),
       root_(NodeKind::Control, std::string(own_class.name), {}),
-      container_(container != nullptr ? *container : silence_),
+      container_(container != nullptr ? container : &silence_),
       printer_(platform.DefaultPrinter()) {
-  root_.forwards = kForwardsAll;
+  root_.Forwards(kForwardsAll);
+}
+
+PlotControl::~PlotControl() {
+  presence_.reset();
+  for (const auto& open : dialogs_) {
+    if (const auto dialog = open.lock(); dialog && dialog->root().Visible()) dialog->Cancel();
+  }
 }
 
 void PlotControl::InitProperties() {
+  const ObjectRef held = Hold();
   TestDiameter(194);
   WaferDiameter(kDefaultWaferDiameter);
   WaferStyle(WaferSt::Notch);
@@ -48,6 +58,7 @@ void PlotControl::InitProperties() {
 }
 
 void PlotControl::WriteProperties(PropertyBag& bag) {
+  const ObjectRef held = Hold();
   for (const StoredProperty& row : Stored().written) {
     Variant value = Members().At(row.property).Get(*this);
     if (row.kind == StoredKind::Double) value = Variant(value.AsDouble());
@@ -56,7 +67,8 @@ void PlotControl::WriteProperties(PropertyBag& bag) {
 }
 
 void PlotControl::ReadProperties(const PropertyBag& bag) {
-  const Variant present_colour(root_.back_color);
+  const ObjectRef held = Hold();
+  const Variant present_colour(root_.BackColor());
   for (const StoredProperty& row : Stored().read) {
     const bool is_colour = row.property == "BackColor";
     const Variant value = bag.ReadProperty(row.key, is_colour ? present_colour : row.otherwise);
@@ -69,43 +81,79 @@ void PlotControl::ReadProperties(const PropertyBag& bag) {
 }
 
 void PlotControl::SetSize(float width, float height) {
-  root_.Move({root_.box.left, root_.box.top, width, height});
+  const ObjectRef held = Hold();
+  root_.Move({root_.Box().left, root_.Box().top, width, height});
   Resize();
 }
 
-void PlotControl::RequestSize(float width, float height) {
+void PlotControl::RequestSize(const Size& size) {
   if (requesting_size_) return;  // the container gives less than that
+  const ObjectRef held = Hold();
   requesting_size_ = true;
   Attempt([&] {
-    container_.ResizeRequested(width, height, [this](float w, float h) { SetSize(w, h); });
+    container_->ResizeRequested(size.width, size.height,
+                                [this](float w, float h) { SetSize(w, h); });
   });
   requesting_size_ = false;
 }
 
+bool PlotControl::TakesLeastSize(const Size& least, const Size& wanted) {
+  const TwipsBox& box = root_.Box();
+  const bool too_narrow = !(box.width >= least.width);
+  const bool too_low = !(box.height >= least.height);
+  if (!too_narrow && !too_low) return false;
+  RequestSize({too_narrow ? wanted.width : box.width, too_low ? wanted.height : box.height});
+  return true;
+}
+
+void PlotControl::ScreenChanged() {
+  const ObjectRef held = Hold();
+  ForEachNode(root_, [](Node& node) { node.Move(node.Box()); });
+  plot_valid_ = false;
+  Resize();
+  if (plot_requested_ && !plot_valid_) PresentPlot();
+}
+
+void PlotControl::ShowDialog(const std::shared_ptr<OptionDialog>& dialog,
+                             const std::function<void()>& take) {
+  const ObjectRef held = Hold();
+  std::erase_if(dialogs_, [](const auto& open) { return open.expired(); });
+  dialogs_.push_back(dialog);
+  platform_.ShowModal(dialog, [this, dialog, take, present = std::weak_ptr<void>(presence_)] {
+    if (present.expired() || !dialog->Redraw()) return;
+    const ObjectRef held_meanwhile = Hold();
+    take();
+  });
+}
+
 Node& PlotControl::AddPicture(Node& parent, std::string name, const TwipsBox& place) {
-  Node& node = parent.Add(NodeKind::Picture, std::move(name), place);
-  node.picture = platform_.NewPicture(place.width, place.height);
-  node.back_color = kWhite;
+  return AddPictureNode(platform_, parent, std::move(name), place);
+}
+
+Node& PlotControl::AddLabel(Node& parent, std::string name, const TwipsBox& place,
+                            const std::string& text) {
+  Node& node = parent.Add(NodeKind::Label, std::move(name), place);
+  node.Text(text);
   return node;
 }
 
-Node& PlotControl::AddLabel(Node& parent, std::string name, const TwipsBox& place) {
-  Node& node = parent.Add(NodeKind::Label, std::move(name), place);
-  node.measure = [this](const Node& label) { return platform_.LabelWidth(label.font, label.text); };
-  return node;
+void PlotControl::SizeByText(Node& label) {
+  label.SizeByText(
+      [this](const Node& node) { return platform_.LabelWidth(node.Font(), node.Text()); });
 }
 
 void PlotControl::Mouse(Node& node, const MouseAction& action) {
   const EventRow& row = kEvents[static_cast<std::size_t>(action.event)];
-  if ((node.forwards & row.forwarded) == 0) return;
+  if ((node.Forwards() & row.forwarded) == 0) return;
   const std::array<Variant, 4> args = {Variant(action.button), Variant(action.shift),
                                        Variant(action.x), Variant(action.y)};
-  container_.EventRaised(row.name, std::span(args).first(row.has_position ? args.size() : 0));
+  container_->EventRaised(row.name, std::span(args).first(row.has_position ? args.size() : 0));
 }
 
 void PlotControl::Announce(std::string_view property) {
-  container_.Repaint();
-  container_.PropertyChanged(property);
+  const ObjectRef held = Hold();
+  container_->Repaint();
+  container_->PropertyChanged(property);
 }
 
 void PlotControl::AnnounceStale(std::string_view property) {
@@ -115,17 +163,18 @@ void PlotControl::AnnounceStale(std::string_view property) {
 
 void PlotControl::MouseIcon(ObjectRef icon) {
   mouse_icon_ = std::move(icon);
-  container_.PropertyChanged("MouseIcon");
+  container_->PropertyChanged("MouseIcon");
 }
 
 void PlotControl::SetPointer(std::int16_t pointer) {
   mouse_pointer_ = pointer;
-  container_.PointerChanged(pointer);
+  container_->PointerChanged(pointer);
 }
 
 void PlotControl::MousePointer(std::int16_t pointer) {
+  const ObjectRef held = Hold();
   SetPointer(pointer);
-  container_.PropertyChanged("MousePointer");
+  container_->PropertyChanged("MousePointer");
 }
 
 WaferSt PlotControl::WaferStyle() const {
@@ -187,26 +236,28 @@ void PlotControl::TableColour(const ColourSlot& slot, Colour colour) {
 
 void PlotControl::BackColor(Colour colour) {
   ApplyBackColor(colour);
-  container_.PropertyChanged("BackColor");
+  container_->PropertyChanged("BackColor");
 }
 
 void PlotControl::HideLegend(bool hidden) {
+  const ObjectRef held = Hold();
   ShowLegendPanel(!hidden);
   legend_shown_ = !hidden;
-  container_.Repaint();
+  container_->Repaint();
   Resize();
-  container_.PropertyChanged("HideLegend");
+  container_->PropertyChanged("HideLegend");
 }
 
-std::string PlotControl::PlotCaption() const { return TitledFrame().text; }
+std::string PlotControl::PlotCaption() const { return TitledFrame().Text(); }
 
 void PlotControl::PlotCaption(const std::string& caption) {
-  TitledFrame().caption(caption);
+  TitledFrame().Text(caption);
   Announce("PlotCaption");
 }
 
 PlotResult PlotControl::Plot() {
   if (wafer_.GetNop() == 0) return PlotResult::NoData;
+  const ObjectRef held = Hold();
   plot_requested_ = true;
   if (wafer_.FlatRatio == 0) WaferStyle(WaferSt::Notch);
   if (wafer_.WaferDiameter == 0) WaferDiameter(kDefaultWaferDiameter);
@@ -219,6 +270,8 @@ PlotResult PlotControl::Plot() {
 }
 
 void PlotControl::Print(const std::function<void(PrintWafer&)>& draw) {
+  const ObjectRef held = Hold();
+  const ObjectRef held_printer = printer_;
   auto* printer = dynamic_cast<Surface*>(printer_.get());
   if (printer == nullptr) throw RunTimeError(Fault::MemberNotOffered, "PrinterObj is no printer");
   PrintWafer print;
@@ -229,7 +282,7 @@ void PlotControl::Print(const std::function<void(PrintWafer&)>& draw) {
 PrintResult PlotControl::PrintPlotAs(bool thin, float& left, float& top, float& width,
                                      float& height) {
   const bool too_small =
-      root_.box.width < traits_.least_print_width || root_.box.height < traits_.least_print_height;
+      root_.Box().width < traits_.least_print_width || root_.Box().height < traits_.least_print_height;
   if (too_small && (traits_.print_size_first || CanPrint())) return PrintResult::Failed;
   if (!CanPrint()) return PrintResult::NothingToPrint;
   PageArea area{left, top, width, height};

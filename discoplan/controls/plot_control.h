@@ -11,10 +11,15 @@
 ///
 /// Properties never draw: they mark the picture as stale and wait for `Plot` or a new size.
 /// `WaferDiameter` drops all data, so it comes first. Failures are result codes; `RunTimeError`
-/// leaves a control only where a value doesn't fit its type. One thread uses a control.
+/// leaves a control only where a value doesn't fit its type, and from the print methods, which let
+/// out what the printer object raises. One thread uses a control, with its platform, container and
+/// dialogs; other threads may use other controls.
+///
+/// The container and the platform outlive the control, unless the container calls `Detach`.
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -33,6 +38,8 @@
 #include "discoplan/print/print_wafer.h"
 
 namespace discoplan {
+
+class OptionDialog;
 
 enum class PlotResult : std::int16_t { Done = 0, NoData = 1 };
 enum class PrintResult : std::int16_t {
@@ -53,6 +60,9 @@ struct MouseAction {
 
 class DISCOPLAN_EXPORT PlotControl : public Object {
  public:
+  /// Cancels the dialogs that are still open.
+  ~PlotControl() override;
+
   /// Of which class this control is.
   const ControlClass& Class() const { return class_; }
   const MemberTable& Members() const final { return class_.members; }
@@ -71,6 +81,11 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   virtual const Node* Focused() { return nullptr; }
   /// The control has become visible.
   virtual void Shown() {}
+  /// The platform's screen has another resolution: all pictures take it, and what was drawn is
+  /// drawn anew.
+  virtual void ScreenChanged();
+  /// The container goes before the control: nothing more is told.
+  void Detach() { container_ = &silence_; }
   /// The user acts with the mouse on a child or on the control itself.
   virtual void Mouse(Node& node, const MouseAction& action);
 
@@ -83,8 +98,8 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   // Members of the interface, common to all nine.
   ObjectRef PrinterObj() const { return printer_; }
   void PrinterObj(ObjectRef printer) { printer_ = std::move(printer); }
-  std::int32_t hdc() const { return container_.DeviceHandle(); }
-  std::int32_t hwnd() const { return container_.WindowHandle(); }
+  std::int32_t hdc() const { return container_->DeviceHandle(); }
+  std::int32_t hwnd() const { return container_->WindowHandle(); }
   ObjectRef MouseIcon() const { return mouse_icon_; }
   void MouseIcon(ObjectRef icon);
   std::int16_t MousePointer() const { return mouse_pointer_; }
@@ -113,7 +128,7 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   /// Half the spread over the middle, in percent.
   float HiLo() const;
 
-  Colour BackColor() const { return root_.back_color; }
+  Colour BackColor() const { return root_.BackColor(); }
   void BackColor(Colour colour);
   bool HideLegend() const { return !legend_shown_; }
   void HideLegend(bool hidden);
@@ -199,12 +214,24 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   PrintResult PrintPlotAs(bool thin, float& left, float& top, float& width, float& height);
   /// Runs `draw` with a print engine of its own, if there are data and a printer.
   PrintResult PrintBlock(const std::function<void(PrintWafer&)>& draw);
-  /// Asks the container for a size in twips, which it may refuse. What it gives isn't asked about
-  /// again.
-  void RequestSize(float width, float height);
+  /// A size in twips.
+  struct Size {
+    float width;
+    float height;
+  };
+  /// True for a control that is too small, in one direction or both. It has asked for the `wanted`
+  /// size there, and the resize that came of it has done the work.
+  bool TakesLeastSize(const Size& least, const Size& wanted);
+  bool TakesLeastSize(const Size& least) { return TakesLeastSize(least, least); }
+  /// Shows the dialog, which has its values. `take` runs if the user confirms them, before or after
+  /// this returns, and not once the control is gone.
+  void ShowDialog(const std::shared_ptr<OptionDialog>& dialog, const std::function<void()>& take);
   /// Adds a picture surface to the tree.
   Node& AddPicture(Node& parent, std::string name, const TwipsBox& place);
-  Node& AddLabel(Node& parent, std::string name, const TwipsBox& place);
+  static Node& AddLabel(Node& parent, std::string name, const TwipsBox& place,
+                        const std::string& text = {});
+  /// The label becomes as wide as each text that it is given.
+  void SizeByText(Node& label);
 
   /// A colour property on a slot of the wafer's colour table.
   struct ColourSlot {
@@ -219,7 +246,9 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   /// Raises `Subscript` for an interval above 9.
   static const ColourSlot& IntervalSlot(std::size_t interval);
 
-  Container& container() const { return container_; }
+  Container& container() const { return *container_; }
+  /// Keeps the control for the rest of a member that calls out.
+  ObjectRef Hold() { return weak_from_this().lock(); }
 
   Platform& platform_;
   const ControlClass& class_;
@@ -236,10 +265,15 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   void Print(const std::function<void(PrintWafer&)>& draw);
   void AfterLoad();
   void ReplotIfRequested();
+  /// Asks the container for a size in twips, which it may refuse. What it gives isn't asked about
+  /// again.
+  void RequestSize(const Size& size);
 
   Container silence_;  // listens in place of a container that isn't there
 
-  Container& container_;
+  Container* container_;
+  std::vector<std::weak_ptr<OptionDialog>> dialogs_;
+  std::shared_ptr<void> presence_ = std::make_shared<char>();  // as long as the control
   ObjectRef printer_;
   ObjectRef mouse_icon_;
   std::int16_t mouse_pointer_ = 0;

@@ -39,15 +39,12 @@ class SigmaControl : public Base {
 
   SigmaControl(Platform& platform, Container* container, const ControlClass& own_class)
       : Base(platform, container, own_class, {}, MapControl::Legend::Sigma) {
-    Node& unit = *this->root_.Find("Label30");
-    unit.font.name = "Symbol";
-    unit.caption("s");
+    ShowSigma(*this->unit_);
     for (std::size_t row = 0; row < kSlots.size(); ++row) {
-      const TwipsBox& beside = this->row_nodes_[2 * row]->box;
-      Node& sign = this->AddLabel(*this->legende_, "sigma(" + std::to_string(row) + ")",
-                                  {beside.left, beside.top, 150, beside.height});
-      sign.font.name = "Symbol";
-      sign.caption("s");
+      const TwipsBox& beside = this->row_nodes_[2 * row]->Box();
+      signs_[row] = &this->AddLabel(*this->legende_, IndexedName("sigma", row),
+                                    {beside.left, beside.top, 150, beside.height});
+      ShowSigma(*signs_[row]);
     }
   }
 
@@ -63,8 +60,9 @@ class SigmaControl : public Base {
     this->wafer_.scale_sigma(this->chips_, this->rows_, sigma_range_);
     this->lbldist_->caption(PlainNumber(sigma_range_));
     for (std::size_t row = 0; row < kSlots.size(); ++row) {
-      Node& sign = *this->root_.Find("sigma(" + std::to_string(row) + ")");
-      sign.box.left = this->row_nodes_[2 * row]->Right() + kGapToSign;
+      TwipsBox place = signs_[row]->Box();
+      place.left = this->row_nodes_[2 * row]->Right() + kGapToSign;
+      signs_[row]->Move(place);
     }
   }
 
@@ -72,10 +70,17 @@ class SigmaControl : public Base {
   static constexpr float kDefaultRange = 0.5F;
   static constexpr float kGapToSign = 60;  // twips
 
+  static void ShowSigma(Node& label) {
+    label.Font({.name = "Symbol"});
+    label.Text("s");
+  }
+
   static const ColourSlot& Slot(std::size_t range) {
     if (range >= kSlots.size()) numbers_detail::Raise(Fault::Subscript);
     return kSlots[range];
   }
+
+  std::array<Node*, kSlots.size()> signs_{};
 };
 
 }  // namespace discoplan

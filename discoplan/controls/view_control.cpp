@@ -17,7 +17,7 @@ ViewControl::ViewControl(Platform& platform, Container* container, const Control
     : MapControl(platform, container, own_class,
                  {.changes_grid = true, .least_print_width = 2500, .least_print_height = 1750},
                  legend) {
-  plota_.forwards = kForwardsMouse;
+  plota_.Forwards(kForwardsMouse);
 }
 
 void ViewControl::GridRotation(std::int16_t degrees) {

@@ -32,7 +32,7 @@ constexpr MemberTable kTable(kMembers);
 
 Node& AddLine(Node& root, const char* name, float top, const std::string& text) {
   Node& label = root.Add(NodeKind::Label, name, {1500, top, 4200, 285});
-  label.text = text;
+  label.Text(text);
   return label;
 }
 
@@ -44,11 +44,11 @@ frmAbout::frmAbout(Platform& platform)
       title_(AddLine(root_, "lblTitle", 240, kTitle)) {
   wafer outline;
   outline.FlatRatio = 1;
-  ShowWaferPreview(outline, *icon_.picture, 0);
+  ShowWaferPreview(outline, *icon_.Picture(), 0);
   AddLine(root_, "lblVersion", 600, "Version " + LibraryVersion());
   AddLine(root_, "lblDescription", 960, "Plots of semiconductor wafers");
   accept_ = cancel_ = &root_.Add(NodeKind::Button, "cmdOK", {4500, 1440, 1200, 375});
-  accept_->text = "OK";
+  accept_->Text("OK");
   accept_->on_click = [this] { Hide(); };
   root_.Move({0, 0, 5940, 1995});
 }

@@ -7,13 +7,7 @@
 
 namespace discoplan {
 
-void EnterText(Node& field, const std::string& text) {
-  if (field.text == text) return;
-  field.text = text;
-  if (field.on_change) field.on_change();
-}
-
-double NumberIn(const Node& field) { return ParseNumber(field.text).value_or(0); }
+double NumberIn(const Node& field) { return ParseNumber(field.Text()).value_or(0); }
 
 NumberEntry::NumberEntry(Node& node, Filter filter) : node_(node), filter_(filter) {
   node_.on_change = [this] { Changed(); };
@@ -24,15 +18,15 @@ void NumberEntry::Open(float value) { Open(value, PlainNumber(value)); }
 void NumberEntry::Open(float value, const std::string& fallback) {
   opening_ = value_ = value;
   fallback_ = fallback;
-  node_.text = PlainNumber(value);
+  node_.Text(PlainNumber(value));
 }
 
 void NumberEntry::Changed() {
   const bool passes =
-      filter_ == Filter::Whole ? CheckIntegerText(node_.text) : CheckDecimalText(node_.text, true);
+      filter_ == Filter::Whole ? CheckIntegerText(node_.Text()) : CheckDecimalText(node_.Text(), true);
   const auto take = [&] { value_ = ToFloat(NumberIn(node_)); };
   if (!passes || !Attempt(take)) {
-    node_.text = fallback_;
+    node_.Text(fallback_);
     Attempt(take);
   }
   if (changed_) changed_();
@@ -44,14 +38,14 @@ AngleEntry::AngleEntry(Node& node, const Range& range) : node_(node), range_(ran
 
 void AngleEntry::Open(std::int16_t degrees) {
   opening_ = degrees;
-  node_.text = PlainNumber(degrees);
+  node_.Text(PlainNumber(degrees));
   Take();
 }
 
 void AngleEntry::Changed() {
   const bool is_angle =
-      CheckRangeTyping(node_.text, -1, range_.end) && CheckDecimalText(node_.text, true);
-  if (!is_angle) node_.text = PlainNumber(opening_);
+      CheckRangeTyping(node_.Text(), -1, range_.end) && CheckDecimalText(node_.Text(), true);
+  if (!is_angle) node_.Text(PlainNumber(opening_));
   Take();
   if (changed_) changed_();
 }
@@ -59,25 +53,28 @@ void AngleEntry::Changed() {
 void AngleEntry::Take() {
   const std::int16_t degrees = ToInt16(NumberIn(node_));
   const bool is_accepted = degrees >= 0 && degrees <= range_.largest;
-  if (!is_accepted) node_.text = degrees < 0 ? "0" : range_.above;
+  if (!is_accepted) node_.Text(degrees < 0 ? "0" : range_.above);
   value_ = is_accepted ? degrees : ToInt16(NumberIn(node_));
   if (accepted_) accepted_();
 }
 
 OptionGroup::OptionGroup(Node& node, std::vector<Option> options)
     : node_(node), options_(std::move(options)) {
-  for (const Option& option : options_) node_.options.emplace_back(option.caption);
+  std::vector<std::string> captions;
+  for (const Option& option : options_) captions.emplace_back(option.caption);
+  node_.Options(std::move(captions));
 }
 
 void OptionGroup::Choose(std::int16_t value) {
-  node_.value = static_cast<std::int32_t>(options_.size()) - 1;
+  std::size_t chosen = options_.size() - 1;
   for (std::size_t i = 0; i < options_.size(); ++i) {
-    if (options_[i].value == value) node_.value = static_cast<std::int32_t>(i);
+    if (options_[i].value == value) chosen = i;
   }
+  node_.Value(static_cast<std::int32_t>(chosen));
 }
 
 std::int16_t OptionGroup::value() const {
-  return options_[static_cast<std::size_t>(node_.value)].value;
+  return options_[static_cast<std::size_t>(node_.Value())].value;
 }
 
 }  // namespace discoplan

@@ -11,9 +11,6 @@
 
 namespace discoplan {
 
-/// Puts another text into a field, as if it had been typed.
-DISCOPLAN_EXPORT void EnterText(Node& field, const std::string& text);
-
 /// The number in a field; 0 for an empty one.
 DISCOPLAN_EXPORT double NumberIn(const Node& field);
 
@@ -28,7 +25,7 @@ class DISCOPLAN_EXPORT NumberEntry {
   NumberEntry& operator=(const NumberEntry&) = delete;
 
   Node& node() { return node_; }
-  const std::string& text() const { return node_.text; }
+  const std::string& text() const { return node_.Text(); }
   /// Fills the field; the value is also the one to fall back to.
   void Open(float value);
   /// Fills it, with a text of its own to fall back to.

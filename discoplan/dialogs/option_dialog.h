@@ -4,16 +4,21 @@
 /// What all option dialogs share: a frame of fields, OK with its checks, Cancel, and a box for a
 /// white background.
 
-#include <memory>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "discoplan/core/wafer.h"
-#include "discoplan/dialogs/fields.h"
+#include "discoplan/dialogs/field_column.h"
 #include "discoplan/forms/form.h"
 
 namespace discoplan {
+
+// Twips.
+inline constexpr float kOptionLabelLeft = 180;
+inline constexpr float kOptionFieldLeft = 1740;
+inline constexpr float kOptionFieldWidth = 900;
 
 class DISCOPLAN_EXPORT OptionDialog : public Form {
  public:
@@ -21,7 +26,7 @@ class DISCOPLAN_EXPORT OptionDialog : public Form {
   bool Redraw() const { return redraw_; }
   /// White, or the system's button face.
   Colour GetBackColor() const {
-    return white_back_ != nullptr && white_back_->value != 0 ? kWhite : kButtonFace;
+    return white_back_ != nullptr && white_back_->Value() != 0 ? kWhite : kButtonFace;
   }
 
  protected:
@@ -32,15 +37,18 @@ class DISCOPLAN_EXPORT OptionDialog : public Form {
 
   OptionDialog(Platform& platform, const char* name, const FrameName& frame);
 
-  /// A label and a field below what is there.
   NumberEntry& AddNumber(const char* label, const char* name, const char* unit = "",
-                         NumberEntry::Filter filter = NumberEntry::Filter::Decimal);
+                         NumberEntry::Filter filter = NumberEntry::Filter::Decimal) {
+    return column_.AddNumber(label, name, unit, filter);
+  }
   OptionGroup& AddOptions(const char* label, const char* name,
-                          std::vector<OptionGroup::Option> options);
+                          std::vector<OptionGroup::Option> options) {
+    return column_.AddOptions(label, name, std::move(options));
+  }
   /// A frame beside the fields, for a preview.
   Node& AddSideFrame(const char* name, const char* caption, float height);
   /// Keeps the frame free down to there for fields that a dialog places itself.
-  void Reserve(float bottom);
+  void Reserve(float bottom) { column_.Reserve(bottom); }
   /// Last of all: the box for the background, and the size of the window.
   void Finish();
   void FinishWithoutBackground();
@@ -68,14 +76,14 @@ class DISCOPLAN_EXPORT OptionDialog : public Form {
     std::optional<double> upper;
   };
 
+  Node& AddButton(const char* name, const char* caption, const TwipsBox& place,
+                  std::function<void()> press);
   void PressOk();
 
+  FieldColumn column_;
   Node* white_back_ = nullptr;
-  std::vector<std::unique_ptr<NumberEntry>> numbers_;
-  std::vector<std::unique_ptr<OptionGroup>> groups_;
   std::vector<Check> checks_;
   const wafer* source_ = nullptr;
-  float next_top_;
   float side_top_;
   bool redraw_ = false;
 };

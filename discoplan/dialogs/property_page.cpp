@@ -13,14 +13,10 @@ namespace {
 // Twips.
 constexpr float kMargin = 180;
 constexpr float kFrameTitle = 300;
-constexpr float kLabelWidth = 1500;
-constexpr float kFieldLeft = 1800;
-constexpr float kFieldWidth = 1200;
-constexpr float kRowHeight = 285;
-constexpr float kRowPitch = 375;
-constexpr float kOptionPitch = 270;
 constexpr float kPreviewLeft = 3300;
 constexpr float kPreviewSide = 1020;
+constexpr FieldColumn::Places kPlaces{
+    .left = kMargin, .field_left = 1800, .field_width = 1200, .check_width = 2820};
 
 using C = PropertyPage;
 constexpr std::array kMembers = {
@@ -33,8 +29,8 @@ constexpr MemberTable kTable(kMembers);
 }  // namespace
 
 PropertyPage::PropertyPage(Platform& platform, const char* name, const char* caption)
-    : Form(platform, name, caption), parent_(&root_), next_top_(kMargin), side_top_(kMargin) {
-  root_.visible = true;
+    : Form(platform, name, caption), column_(root_, kPlaces, kMargin), side_top_(kMargin) {
+  root_.Visible(true);
 }
 
 void PropertyPage::Select(Object* control) {
@@ -56,107 +52,85 @@ void PropertyPage::Set(std::string_view property, const Variant& value) const {
   control_->Members().At(property).Set(*control_, value);
 }
 
-Node& PropertyPage::AddField(NodeKind kind, const char* label, const char* name) {
-  parent_
-      ->Add(NodeKind::Label, std::string(name) + "Label",
-            {kMargin, next_top_, kLabelWidth, kRowHeight})
-      .text = label;
-  Node& field = parent_->Add(kind, name, {kFieldLeft, next_top_, kFieldWidth, kRowHeight});
-  field.back_color = kWhite;
-  next_top_ += kRowPitch;
+void PropertyPage::Bind(std::string_view property, std::function<void(const Variant&)> show,
+                        std::function<Variant()> entered) {
+  fields_[property] = {std::move(show), std::move(entered)};
+}
+
+NumberEntry& PropertyPage::AddNumber(const char* label, const char* name, const char* property,
+                                     const std::string& fallback) {
+  NumberEntry& field = column_.AddNumber(label, name);
+  field.Open(0, fallback);
+  field.node().Text(fallback);
+  field.OnChange([this] { MarkChanged(); });
+  Bind(
+      property, [&field, fallback](const Variant& value) { field.Open(value.AsFloat(), fallback); },
+      [&field] { return Variant(NumberIn(field.node())); });
   return field;
 }
 
-void PropertyPage::AddNumber(const char* label, const char* name, const char* property,
-                             const std::string& fallback) {
-  auto field = std::make_unique<NumberEntry>(AddField(NodeKind::Text, label, name),
-                                             NumberEntry::Filter::Decimal);
-  field->Open(0, fallback);
-  field->node().text = fallback;
-  field->OnChange([this] { MarkChanged(); });
-  fallbacks_[property] = fallback;
-  numbers_[property] = std::move(field);
+AngleEntry& PropertyPage::AddAngle(const char* label, const char* name, const char* property,
+                                   const AngleEntry::Range& range) {
+  AngleEntry& field = column_.AddAngle(label, name, range);
+  field.OnChange([this] { MarkChanged(); });
+  Bind(
+      property, [&field](const Variant& value) { field.Open(value.AsInt16()); },
+      [&field] { return Variant(field.value()); });
+  return field;
 }
 
-void PropertyPage::AddAngle(const char* label, const char* name, const char* property,
-                            const AngleEntry::Range& range) {
-  auto field = std::make_unique<AngleEntry>(AddField(NodeKind::Text, label, name), range);
-  field->OnChange([this] { MarkChanged(); });
-  angles_[property] = std::move(field);
-}
-
-void PropertyPage::AddOptions(const char* label, const char* name, const char* property,
-                              std::vector<OptionGroup::Option> options) {
-  const float height = 300 + kOptionPitch * static_cast<float>(options.size());
-  Node& group = parent_->Add(NodeKind::Options, name,
-                             {kMargin, next_top_, kFieldLeft + kFieldWidth - kMargin, height});
-  group.text = label;
-  group.on_change = [this] { MarkChanged(); };
-  next_top_ += height + 120;
-  groups_[property] = std::make_unique<OptionGroup>(group, std::move(options));
+OptionGroup& PropertyPage::AddOptions(const char* label, const char* name, const char* property,
+                                      std::vector<OptionGroup::Option> options) {
+  OptionGroup& group = column_.AddOptions(label, name, std::move(options));
+  group.node().on_change = [this] { MarkChanged(); };
+  Bind(
+      property, [&group](const Variant& value) { group.Choose(value.AsInt16()); },
+      [&group] { return Variant(group.value()); });
+  return group;
 }
 
 void PropertyPage::AddCheck(const char* label, const char* name, const char* property) {
-  Node& box = parent_->Add(NodeKind::Check, name,
-                           {kMargin, next_top_, kFieldLeft + kFieldWidth - kMargin, kRowHeight});
-  box.text = label;
+  Node& box = column_.AddCheck(label, name);
   box.on_change = [this] { MarkChanged(); };
-  next_top_ += kRowPitch;
-  checks_[property] = &box;
+  Bind(
+      property, [&box](const Variant& value) { box.Value(value.AsBoolean() ? 1 : 0); },
+      [&box] { return BooleanVariant(box.Value() != 0); });
 }
 
-Node& PropertyPage::AddPreview(const char* name) {
-  Node& picture = AddPicture(*parent_, name, {kPreviewLeft, side_top_, kPreviewSide, kPreviewSide});
+Node& PropertyPage::AddPreview(const std::string& name) {
+  Node& picture =
+      AddPicture(column_.parent(), name, {kPreviewLeft, side_top_, kPreviewSide, kPreviewSide});
   side_top_ += kPreviewSide + kMargin;
   return picture;
 }
 
 void PropertyPage::BeginFrame(const char* name, const char* caption) {
-  parent_ = &root_.Add(NodeKind::Frame, name, {kMargin, kMargin, 0, 0});
-  parent_->text = caption;
-  parent_->bordered = true;
-  next_top_ = side_top_ = kFrameTitle;
+  Node& frame = root_.Add(NodeKind::Frame, name, {kMargin, kMargin, 0, 0});
+  frame.Text(caption);
+  frame.Bordered(true);
+  column_.Begin(frame, kFrameTitle);
+  side_top_ = kFrameTitle;
 }
 
 void PropertyPage::Finish() {
   const bool has_previews = side_top_ > kPreviewSide;
-  const float right = has_previews ? kPreviewLeft + kPreviewSide : kFieldLeft + kFieldWidth;
+  const float right = has_previews ? kPreviewLeft + kPreviewSide : kPlaces.Right();
   const float width = right + kMargin;
-  const float height = std::max(next_top_, side_top_) + kMargin;
-  const float around = parent_ == &root_ ? 0 : kMargin;
-  parent_->Move({around, around, width, height});
+  const float height = std::max(column_.next_top(), side_top_) + kMargin;
+  const float around = &column_.parent() == &root_ ? 0 : kMargin;
+  column_.parent().Move({around, around, width, height});
   root_.Move({0, 0, width + 2 * around, height + 2 * around});
 }
 
 void PropertyPage::SelectionChanged() {
-  for (auto it = order_.rbegin(); it != order_.rend(); ++it) {
-    const char* property = *it;
-    const Variant value = Get(property);
-    if (numbers_.contains(property)) {
-      numbers_[property]->Open(value.AsFloat(), fallbacks_[property]);
-    } else if (angles_.contains(property)) {
-      angles_[property]->Open(value.AsInt16());
-    } else if (groups_.contains(property)) {
-      groups_[property]->Choose(value.AsInt16());
-    } else {
-      checks_.at(property)->value = value.AsBoolean() ? 1 : 0;
-    }
+  for (auto property = order_.rbegin(); property != order_.rend(); ++property) {
+    fields_.at(*property).show(Get(*property));
   }
   changed_ = false;
 }
 
 void PropertyPage::ApplyChanges() {
-  for (const char* property : order_) {
-    if (numbers_.contains(property)) {
-      Set(property, Variant(NumberIn(numbers_[property]->node())));
-    } else if (angles_.contains(property)) {
-      Set(property, Variant(angles_[property]->value()));
-    } else if (groups_.contains(property)) {
-      Set(property, Variant(groups_[property]->value()));
-    } else {
-      Set(property, BooleanVariant(checks_.at(property)->value != 0));
-    }
-  }
+  for (const char* property : order_) Set(property, fields_.at(property).entered());
   changed_ = false;
 }
 

@@ -9,17 +9,17 @@
 ///     if (page->Changed()) page->ApplyChanges();
 ///
 /// A page sees the control as an object with named members. A member that the control doesn't
-/// have, or that refuses a value, is a `RunTimeError`.
+/// have, or that refuses a value, is a `RunTimeError`. One thread uses a page and its control.
 
+#include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "discoplan/core/wafer.h"
-#include "discoplan/dialogs/fields.h"
+#include "discoplan/dialogs/field_column.h"
 #include "discoplan/forms/form.h"
 #include "discoplan/platform/object.h"
 
@@ -50,34 +50,33 @@ class DISCOPLAN_EXPORT PropertyPage : public Object, public Form {
 
   // Fields by the property that they stand for, in the order of writing.
 
-  void AddNumber(const char* label, const char* name, const char* property,
-                 const std::string& fallback);
-  void AddAngle(const char* label, const char* name, const char* property,
-                const AngleEntry::Range& range);
-  void AddOptions(const char* label, const char* name, const char* property,
-                  std::vector<OptionGroup::Option> options);
+  NumberEntry& AddNumber(const char* label, const char* name, const char* property,
+                         const std::string& fallback);
+  AngleEntry& AddAngle(const char* label, const char* name, const char* property,
+                       const AngleEntry::Range& range);
+  OptionGroup& AddOptions(const char* label, const char* name, const char* property,
+                          std::vector<OptionGroup::Option> options);
   void AddCheck(const char* label, const char* name, const char* property);
-  Node& AddPreview(const char* name);
+  Node& AddPreview(const std::string& name);
   /// All that is added from here on lies in a frame.
   void BeginFrame(const char* name, const char* caption);
   /// The order in which the properties are written; they are read in the reverse order.
   void WriteInOrder(std::vector<const char*> properties) { order_ = std::move(properties); }
   void Finish();
 
-  AngleEntry& Angle(const char* property) { return *angles_.at(property); }
-
  private:
-  Node& AddField(NodeKind kind, const char* label, const char* name);
+  /// What a field shows of a property, and what was entered for it.
+  struct Field {
+    std::function<void(const Variant&)> show;
+    std::function<Variant()> entered;
+  };
+  void Bind(std::string_view property, std::function<void(const Variant&)> show,
+            std::function<Variant()> entered);
 
   Object* control_ = nullptr;
-  Node* parent_;  // of what is added
-  std::map<std::string_view, std::unique_ptr<NumberEntry>> numbers_;
-  std::map<std::string_view, std::unique_ptr<AngleEntry>> angles_;
-  std::map<std::string_view, std::unique_ptr<OptionGroup>> groups_;
-  std::map<std::string_view, Node*> checks_;
-  std::map<std::string_view, std::string> fallbacks_;
+  FieldColumn column_;
+  std::map<std::string_view, Field> fields_;  // by property
   std::vector<const char*> order_;
-  float next_top_;
   float side_top_;
   bool changed_ = false;
 };

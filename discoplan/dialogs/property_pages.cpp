@@ -20,19 +20,21 @@ float RatioOf(std::int16_t style) { return style == kFlat ? wafer::kFlatRatio : 
 class WaferInfoProp final : public PropertyPage {
  public:
   explicit WaferInfoProp(Platform& platform)
-      : PropertyPage(platform, "WaferInfoProp", "Wafer Size") {
-    AddNumber("Wafer diameter :", "txtWaferDiameter", "WaferDiameter", "200");
-    AddNumber("Test diameter :", "txtTestDiameter", "TestDiameter", "195");
-    AddOptions("Wafer Style:", "nfbox", "WaferStyle", {{"Notch", kNotch}, {"Flat!", kFlat}});
+      : PropertyPage(platform, "WaferInfoProp", "Wafer Size"),
+        wafer_diameter_(
+            AddNumber("Wafer diameter :", "txtWaferDiameter", "WaferDiameter", "200").node()),
+        test_diameter_(
+            AddNumber("Test diameter :", "txtTestDiameter", "TestDiameter", "195").node()),
+        style_(AddOptions("Wafer Style:", "nfbox", "WaferStyle",
+                          {{"Notch", kNotch}, {"Flat!", kFlat}})) {
     AddCheck("HideLegend", "chkHideLegend", "HideLegend");
     AddCheck("Hide Plot Legend:", "showLeg", "");  // on the page, without a role
     picture_ = &AddPreview("FNPic");
-    const TwipsBox& above = picture_->box;
+    const TwipsBox& above = picture_->Box();
     label_ = &root().Add(NodeKind::Label, "FNLabel",
                          {above.left, above.top + above.height, above.width, 285});
-    label_->alignment = Alignment::Centre;
-    Node& style = *root().Find("nfbox");
-    style.on_change = [this] {
+    label_->Alignment(Alignment::Centre);
+    style_.node().on_change = [this] {
       ShowStyle();
       MarkChanged();
     };
@@ -46,28 +48,28 @@ class WaferInfoProp final : public PropertyPage {
   }
 
   void ApplyChanges() override {
-    const double wafer_diameter = NumberIn(*root().Find("txtWaferDiameter"));
-    const double test_diameter = NumberIn(*root().Find("txtTestDiameter"));
-    const bool fits = test_diameter <= wafer_diameter;
+    const bool fits = NumberIn(test_diameter_) <= NumberIn(wafer_diameter_);
     if (!fits) {
       platform_.Show({.text = "Wafer diamter can not be less than test diameter",
                       .title = "Input Error",
                       .critical = true,
                       .system_modal = true});
-      EnterText(*root().Find("txtWaferDiameter"), "200");
-      EnterText(*root().Find("txtTestDiameter"), "195");
+      wafer_diameter_.Type("200");
+      test_diameter_.Type("195");
     }
     PropertyPage::ApplyChanges();
   }
 
  private:
   void ShowStyle() {
-    const bool notch = root().Find("nfbox")->value == 0;
-    wafer_.FlatRatio = RatioOf(notch ? kNotch : kFlat);
-    label_->caption(notch ? "Notch" : "Flat");
-    ShowWaferPreview(wafer_, *picture_->picture, 0);
+    wafer_.FlatRatio = RatioOf(style_.value());
+    label_->Text(style_.value() == kNotch ? "Notch" : "Flat");
+    ShowWaferPreview(wafer_, *picture_->Picture(), 0);
   }
 
+  Node& wafer_diameter_;
+  Node& test_diameter_;
+  OptionGroup& style_;
   wafer wafer_;
   Node* label_;
   Node* picture_;
@@ -122,22 +124,22 @@ class ViewPage : public PropertyPage {
 
   void AddGridAngles() {
     Node& picture = AddPreview("Plot");
-    AddAngle("Rotation:", "txtGridRotation", "GridRotation", AngleEntry::kQuarter);
-    AddAngle("Inclination:", "txtGridInclination", "GridInclination", AngleEntry::kQuarter);
-    AngleEntry& rotation = Angle("GridRotation");
-    AngleEntry& inclination = Angle("GridInclination");
+    AngleEntry& rotation =
+        AddAngle("Rotation:", "txtGridRotation", "GridRotation", AngleEntry::kQuarter);
+    AngleEntry& inclination =
+        AddAngle("Inclination:", "txtGridInclination", "GridInclination", AngleEntry::kQuarter);
     const auto show = [&picture, &rotation, &inclination] {
-      DrawOrientationPatches(*picture.picture, rotation.value(), inclination.value());
+      DrawOrientationPatches(*picture.Picture(), rotation.value(), inclination.value());
     };
     rotation.OnAngle(show);
     inclination.OnAngle(show);
   }
   void AddWaferAngle() {
     Node& picture = AddPreview("FNPlot");
-    AddAngle("Wafer rotation:", "txtWaferRotation", "WaferRotation", AngleEntry::kTurn);
-    AngleEntry& rotation = Angle("WaferRotation");
+    AngleEntry& rotation =
+        AddAngle("Wafer rotation:", "txtWaferRotation", "WaferRotation", AngleEntry::kTurn);
     rotation.OnAngle([this, &picture, &rotation] {
-      ShowWaferPreview(wafer_, *picture.picture, rotation.value());
+      ShowWaferPreview(wafer_, *picture.Picture(), rotation.value());
     });
   }
   void AddSurfaceNumbers() {
@@ -159,7 +161,7 @@ class Plot3DProp final : public ViewPage {
     AddOptions("Plot Type", "optPlot", "PlotType",
                {{"Polys + Edge", 1}, {"Hidden Wireframe", 2}, {"Wireframe", 3}});
     for (int style = 1; style <= 3; ++style) {
-      DrawSurfaceStyle(*AddPreview(("Image" + std::to_string(style)).c_str()).picture, style);
+      DrawSurfaceStyle(*AddPreview("Image" + std::to_string(style)).Picture(), style);
     }
     WriteInOrder({"PlotType", "PlotScale", "GridInclination", "GridRotation", "WaferRotation",
                   "YResolution", "XResolution"});
@@ -183,11 +185,10 @@ class Plot3DSProp final : public ViewPage {
 class Plot3DBProp final : public ViewPage {
  public:
   explicit Plot3DBProp(Platform& platform) : ViewPage(platform, "Plot3DBProp", "PropertyPage1") {
-    AddNumber("Bar width: ", "txtBeamWidth", "BeamWidth", "5");
-    AddNumber("Bar depth:", "txtBeamHeight", "BeamHeight", "5");
-    AddNumber("Scale: ", "txtBeamScale", "BeamScale", "1");
-    for (const char* unfiltered : {"txtBeamWidth", "txtBeamHeight", "txtBeamScale"}) {
-      root().Find(unfiltered)->on_change = [this] { MarkChanged(); };
+    for (NumberEntry* unfiltered : {&AddNumber("Bar width: ", "txtBeamWidth", "BeamWidth", "5"),
+                                    &AddNumber("Bar depth:", "txtBeamHeight", "BeamHeight", "5"),
+                                    &AddNumber("Scale: ", "txtBeamScale", "BeamScale", "1")}) {
+      unfiltered->node().on_change = [this] { MarkChanged(); };
     }
     AddGridAngles();
     WriteInOrder({"BeamScale", "BeamHeight", "BeamWidth", "GridInclination", "GridRotation"});
@@ -203,8 +204,7 @@ class HistogrammProp final : public PropertyPage {
     AddOptions("Plot Type", "optPlot", "PlotType",
                {{"Right", 4}, {"Left", 3}, {"Top", 2}, {"Bottom", 1}});
     for (int side = 4; side >= 1; --side) {
-      const std::string name = "Image" + std::to_string(side);
-      DrawHistogramSide(*AddPreview(name.c_str()).picture, side);
+      DrawHistogramSide(*AddPreview("Image" + std::to_string(side)).Picture(), side);
     }
     WriteInOrder({"Resolution", "PlotType"});
     Finish();
@@ -218,9 +218,9 @@ class LineScanAngleProp final : public PropertyPage {
     BeginFrame("Frame1", "1D Plot Option");
     AddAngle("Angle:", "txtAngle", "angle", AngleEntry::kStrictTurn);
     wafer_.FlatRatio = 1;
-    ShowWaferPreview(wafer_, *AddPreview("FNPic").picture, 0);
+    ShowWaferPreview(wafer_, *AddPreview("FNPic").Picture(), 0);
     Node& cross = AddPreview("picplus");
-    const float side = cross.box.width;
+    const float side = cross.Box().width;
     const TwipsBox lines[] = {
         {side / 2, 0, 0, side}, {side / 2, 0, -90, 150}, {side / 2, 0, 90, 150}};
     for (std::size_t i = 0; i < std::size(lines); ++i) {

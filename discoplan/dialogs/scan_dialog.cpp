@@ -17,19 +17,12 @@ constexpr TwipsBox kPicture{210, 270, 1980, 1980};
 constexpr float kMarkerSide = 105;
 constexpr float kFirstField = 1200;
 constexpr float kPitch = 330;
-constexpr float kLabelLeft = 180;
-constexpr float kFieldLeft = 1740;
-constexpr TwipsBox kFieldSize{0, 0, 900, 285};
 
 constexpr std::array<const char*, 6> kPointLabels = {
     "Start Point X: ", "Start Point Y: ",    "End Point X: ",
     "End Point Y: ",   "Rotation Point X: ", "Rotation Point Y: ",
 };
 constexpr std::array<Colour, 3> kMarkerColours = {kPalette[9], kPalette[9], kPalette[12]};
-
-std::string Indexed(const char* name, std::size_t index) {
-  return std::string(name) + "(" + std::to_string(index) + ")";
-}
 
 }  // namespace
 
@@ -40,13 +33,13 @@ frmPlotOpt1D::frmPlotOpt1D(Platform& platform)
       picture_(AddPicture(side_, "Plot", kPicture)),
       line_(side_.Add(NodeKind::Line, "line1", {})),
       angle_label_(frame_.Add(NodeKind::Label, "lblAngle",
-                              {kLabelLeft, kFirstField + 2 * kPitch, 1500, 285})),
-      angle_(AddField("AngleValue", kFieldLeft, kFirstField + 2 * kPitch),
+                              {kOptionLabelLeft, kFirstField + 2 * kPitch, 1500, 285})),
+      angle_(AddField("AngleValue", kFirstField + 2 * kPitch),
              AngleEntry::kStrictTurn) {
-  line_.fore_color = kPalette[4];
+  line_.ForeColor(kPalette[4]);
   for (std::size_t i = 0; i < kPoints; ++i) AddPoint(i);
-  side_.Add(NodeKind::Image, "NvalidImage", {0, 0, kMarkerSide, kMarkerSide}).visible = false;
-  angle_label_.text = "Start Angle: ";
+  side_.Add(NodeKind::Image, "NvalidImage", {0, 0, kMarkerSide, kMarkerSide}).Visible(false);
+  angle_label_.Text("Start Angle: ");
   angle_.OnChange([this] { ShowLine(); });
   line_group_.node().on_change = [this] {
     ShowMode();
@@ -56,11 +49,11 @@ frmPlotOpt1D::frmPlotOpt1D(Platform& platform)
   FinishWithoutBackground();
 }
 
-Node& frmPlotOpt1D::AddField(std::string name, float left, float top) {
-  Node& field =
-      frame_.Add(NodeKind::Text, std::move(name), {left, top, kFieldSize.width, kFieldSize.height});
-  field.back_color = kWhite;
-  field.text = PlainNumber(0);
+Node& frmPlotOpt1D::AddField(std::string name, float top) {
+  Node& field = frame_.Add(NodeKind::Text, std::move(name),
+                           {kOptionFieldLeft, top, kOptionFieldWidth, kFieldHeight});
+  field.BackColor(kWhite);
+  field.Text(PlainNumber(0));
   return field;
 }
 
@@ -70,15 +63,15 @@ void frmPlotOpt1D::AddPoint(std::size_t i) {
   PointFields& point = points_[i];
   for (std::size_t axis = 0; axis < 2; ++axis) {
     const float row = top + kPitch * static_cast<float>(axis);
-    point.labels[axis] = &frame_.Add(NodeKind::Label, Indexed("lblLine", 2 * i + axis),
-                                     {kLabelLeft, row, 1500, 285});
-    point.labels[axis]->text = kPointLabels[2 * i + axis];
+    point.labels[axis] = &frame_.Add(NodeKind::Label, IndexedName("lblLine", 2 * i + axis),
+                                     {kOptionLabelLeft, row, 1500, kFieldHeight});
+    point.labels[axis]->Text(kPointLabels[2 * i + axis]);
     Node*& field = axis == 0 ? point.x : point.y;
-    field = &AddField(Indexed(axis == 0 ? "resx" : "resy", i), kFieldLeft, row);
+    field = &AddField(IndexedName(axis == 0 ? "resx" : "resy", i), row);
     field->on_leave = [this, i, left = field] { return LeavePoint(i, *left); };
   }
-  point.marker = &AddPicture(side_, Indexed("picgrid", i), {0, 0, kMarkerSide, kMarkerSide});
-  DrawMarkerCross(*point.marker->picture, kMarkerColours[i]);
+  point.marker = &AddPicture(side_, IndexedName("picgrid", i), {0, 0, kMarkerSide, kMarkerSide});
+  DrawMarkerCross(*point.marker->Picture(), kMarkerColours[i]);
 }
 
 void frmPlotOpt1D::SetValues(const wafer& source, const ScanSettings& settings) {
@@ -87,10 +80,10 @@ void frmPlotOpt1D::SetValues(const wafer& source, const ScanSettings& settings) 
   line_group_.Choose(settings.type == 2 ? 2 : 1);
   float centre_x = 33;
   float centre_y = 33;
-  source.FlatNotchShow(nullptr, *picture_.picture, centre_x, centre_y, 20, 0, 90);
+  source.FlatNotchShow(nullptr, *picture_.Picture(), centre_x, centre_y, 20, 0, 90);
   for (std::size_t i = 0; i < kPoints; ++i) {
-    points_[i].x->text = PlainNumber(settings.x[i]);
-    points_[i].y->text = PlainNumber(settings.y[i]);
+    points_[i].x->Text(PlainNumber(settings.x[i]));
+    points_[i].y->Text(PlainNumber(settings.y[i]));
     MovePoint(i);
   }
   angle_.Open(settings.angle);
@@ -114,21 +107,21 @@ void frmPlotOpt1D::ShowMode() {
     const bool shown = ByLine() == (i < 2);
     const PointFields& point = points_[i];
     for (Node* node : {point.labels[0], point.labels[1], point.x, point.y, point.marker}) {
-      node->visible = shown;
+      node->Visible(shown);
     }
   }
-  angle_label_.visible = angle_.node().visible = !ByLine();
+  for (Node* node : {&angle_label_, &angle_.node()}) node->Visible(!ByLine());
 }
 
 bool frmPlotOpt1D::Refuse(Node& field, const char* text) {
   platform_.Show({.text = text, .title = "Input Error"});
-  field.text = PlainNumber(0);
+  field.Text(PlainNumber(0));
   return false;
 }
 
 bool frmPlotOpt1D::LeavePoint(std::size_t i, Node& field) {
   if (source() == nullptr) return true;  // cancelled: closing the window takes the focus away
-  if (!CheckDecimalText(field.text, false)) return Refuse(field, "Enter a numeric experssion");
+  if (!CheckDecimalText(field.Text(), false)) return Refuse(field, "Enter a numeric experssion");
   const double x = NumberIn(*points_[i].x);
   const double y = NumberIn(*points_[i].y);
   const double radius = source()->TestDiameter / 2.0;
@@ -140,21 +133,18 @@ bool frmPlotOpt1D::LeavePoint(std::size_t i, Node& field) {
 
 SurfacePoint frmPlotOpt1D::OnPicture(float x, float y) const {
   const double diameter = source()->TestDiameter;
+  // Whole millimetres, at most 38 to the radius.
   double cell = ToInt16(diameter / 50);
   if (cell == 0) cell = 1;
-  double half = ToInt16(diameter / 2 / cell);
-  if (half > 100) {
-    half = 100;
-    cell = ToInt16(diameter / 196);
-  }
-  const Surface& surface = *picture_.picture;
+  const double half = ToInt16(diameter / 2 / cell);
+  const Surface& surface = *picture_.Picture();
   const double raster = Divide(1, half * cell * 2);
   const double step =
       std::min(surface.ScaleWidth() * raster, surface.ScaleHeight() * raster);  // pixels a mm
-  const double twips_x = Divide(picture_.box.width, surface.ScaleWidth());
-  const double twips_y = Divide(picture_.box.height, surface.ScaleHeight());
-  return {ToFloat(picture_.box.left + picture_.box.width / 2 + x * step * twips_x),
-          ToFloat(picture_.box.top + picture_.box.height / 2 - y * step * twips_y)};
+  const double twips_x = Divide(picture_.Box().width, surface.ScaleWidth());
+  const double twips_y = Divide(picture_.Box().height, surface.ScaleHeight());
+  return {ToFloat(picture_.Box().left + picture_.Box().width / 2 + x * step * twips_x),
+          ToFloat(picture_.Box().top + picture_.Box().height / 2 - y * step * twips_y)};
 }
 
 void frmPlotOpt1D::MovePoint(std::size_t i) {
@@ -168,7 +158,7 @@ void frmPlotOpt1D::MovePoint(std::size_t i) {
 
 void frmPlotOpt1D::ShowLine() {
   if (!running_ || source() == nullptr) return;
-  line_.visible = Attempt([&] {
+  line_.Visible(Attempt([&] {
     const ScanSettings now = GetResult();
     const std::size_t first = ByLine() ? 0 : 2;
     const CutEnds ends = source()->EndsOf({.at_angle = !ByLine(),
@@ -180,7 +170,7 @@ void frmPlotOpt1D::ShowLine() {
     const SurfacePoint from = OnPicture(ends.ax, ends.ay);
     const SurfacePoint to = OnPicture(ends.bx, ends.by);
     line_.Move({from.x, from.y, to.x - from.x, to.y - from.y});
-  });
+  }));
 }
 
 }  // namespace discoplan

@@ -35,7 +35,7 @@ class DISCOPLAN_EXPORT frmPlotOpt1D final : public OptionDialog {
   };
 
   void AddPoint(std::size_t i);
-  Node& AddField(std::string name, float left, float top);
+  Node& AddField(std::string name, float top);
   bool LeavePoint(std::size_t i, Node& field);
   bool Refuse(Node& field, const char* text);
   void MovePoint(std::size_t i);

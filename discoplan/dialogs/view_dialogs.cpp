@@ -12,7 +12,8 @@ constexpr float kGridFrameHeight = 2250;
 constexpr float kWaferFrameHeight = 1890;
 constexpr TwipsBox kPreview{690, 270, 1020, 1020};
 constexpr float kFirstAngle = 1380;
-constexpr float kAnglePitch = 375;
+constexpr FieldColumn::Places kAngles{
+    .left = 120, .label_width = 1300, .field_left = 1500, .field_width = 720};
 
 }  // namespace
 
@@ -26,31 +27,26 @@ ViewDialog::ViewDialog(Platform& platform, const char* name, const char* caption
       wafer_frame_(AddSideFrame("Frame3", "Wafer", kWaferFrameHeight)),
       grid_picture_(AddPicture(grid_frame_, "Plot", kPreview)),
       wafer_picture_(AddPicture(wafer_frame_, "FNPlot", kPreview)),
-      grid_rotation_(AddAngle(grid_frame_, labels.grid_rotation, "talph", kFirstAngle),
-                     AngleEntry::kQuarter),
-      inclination_(AddAngle(grid_frame_, "Inclination:", "tthet", kFirstAngle + kAnglePitch),
-                   AngleEntry::kQuarter),
-      wafer_rotation_(AddAngle(wafer_frame_, "Rotation:", "tphi", kFirstAngle), AngleEntry::kTurn) {
+      grid_fields_(grid_frame_, kAngles, kFirstAngle),
+      wafer_fields_(wafer_frame_, kAngles, kFirstAngle),
+      grid_rotation_(grid_fields_.AddAngle(labels.grid_rotation, "talph", AngleEntry::kQuarter)),
+      inclination_(grid_fields_.AddAngle("Inclination:", "tthet", AngleEntry::kQuarter)),
+      wafer_rotation_(wafer_fields_.AddAngle("Rotation:", "tphi", AngleEntry::kTurn)) {
+  for (AngleEntry* angle : {&grid_rotation_, &inclination_, &wafer_rotation_}) {
+    angle->node().Text("90");
+  }
   grid_rotation_.OnAngle([this] { ShowGrid(); });
   inclination_.OnAngle([this] { ShowGrid(); });
   wafer_rotation_.OnAngle([this] { ShowWafer(); });
 }
 
-Node& ViewDialog::AddAngle(Node& frame, const char* label, const char* name, float top) {
-  frame.Add(NodeKind::Label, std::string(name) + "Label", {120, top, 1300, 285}).text = label;
-  Node& field = frame.Add(NodeKind::Text, name, {1500, top, 720, 285});
-  field.back_color = kWhite;
-  field.text = "90";
-  return field;
-}
-
 void ViewDialog::ShowGrid() {
-  DrawOrientationPatches(*grid_picture_.picture, grid_rotation_.value(), inclination_.value());
+  DrawOrientationPatches(*grid_picture_.Picture(), grid_rotation_.value(), inclination_.value());
 }
 
 void ViewDialog::ShowWafer() {
   if (source() == nullptr) return;
-  ShowWaferPreview(*source(), *wafer_picture_.picture, wafer_rotation_.value());
+  ShowWaferPreview(*source(), *wafer_picture_.Picture(), wafer_rotation_.value());
 }
 
 void ViewDialog::CheckSurface() {
@@ -85,12 +81,12 @@ frmPlotOpt3d::frmPlotOpt3d(Platform& platform)
                  {"Resolution X: ", "Resolution Y: ", "Scale: ", "Rotation:"}),
       plot_type_(AddOptions("Plot Type", "optPlot",
                             {{"Polys + Edge", 1}, {"Hidden Wireframe", 2}, {"Wireframe", 3}})) {
-  const TwipsBox group = plot_type_.node().box;
+  const TwipsBox group = plot_type_.node().Box();
   for (int style = 1; style <= 3; ++style) {
     const float top = group.top + 180 + 270 * static_cast<float>(style - 1);
     Node& image = AddPicture(frame_, "Image" + std::to_string(style),
                              {group.left + group.width + 60, top, 360, 255});
-    DrawSurfaceStyle(*image.picture, style);
+    DrawSurfaceStyle(*image.Picture(), style);
   }
   CheckSurface();
   Finish();
@@ -107,7 +103,7 @@ frmPlotOpt3ds::frmPlotOpt3ds(Platform& platform)
     : ViewDialog(platform, "frmPlotOpt3ds", "3D Plot",
                  {"Resolution X: ", "Resolution Y: ", "Scale: ", "Rotation:"}),
       sigma_range_(AddNumber("Sigma Range: ", "SSigma")) {
-  sigma_range_.node().text = "0,5";
+  sigma_range_.node().Text("0,5");
   CheckSurface();
   Finish();
 }

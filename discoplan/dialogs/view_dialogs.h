@@ -43,7 +43,6 @@ class DISCOPLAN_EXPORT ViewDialog : public OptionDialog {
   NumberEntry& scale_;
 
  private:
-  Node& AddAngle(Node& frame, const char* label, const char* name, float top);
   void ShowGrid();
   void ShowWafer();
 
@@ -51,9 +50,11 @@ class DISCOPLAN_EXPORT ViewDialog : public OptionDialog {
   Node& wafer_frame_;
   Node& grid_picture_;
   Node& wafer_picture_;
-  AngleEntry grid_rotation_;
-  AngleEntry inclination_;
-  AngleEntry wafer_rotation_;
+  FieldColumn grid_fields_;
+  FieldColumn wafer_fields_;
+  AngleEntry& grid_rotation_;
+  AngleEntry& inclination_;
+  AngleEntry& wafer_rotation_;
 };
 
 class DISCOPLAN_EXPORT frmPlotOpt3d final : public ViewDialog {

@@ -3,10 +3,13 @@
 
 /// A window of its own: a tree of nodes with a caption, shown modally by the platform.
 ///
-///     frmPlotOpt2d options(platform);
-///     options.SetValues(lot_wafer, 5, false, kWhite);
-///     platform.ShowModal(options);
-///     if (options.Redraw()) Use(options.GetXRes());
+///     const auto options = std::make_shared<frmPlotOpt2d>(platform);
+///     options->SetValues(lot_wafer, 5, false, kWhite);
+///     platform.ShowModal(options, [options] {
+///       if (options->Redraw()) Use(options->GetXRes());
+///     });
+///
+/// A form belongs to one thread.
 
 #include "discoplan/forms/node.h"
 #include "discoplan/platform/platform.h"
@@ -26,8 +29,8 @@ class DISCOPLAN_EXPORT Form {
   Node* accept_button() { return accept_; }
   Node* cancel_button() { return cancel_; }
 
-  void Show() { root_.visible = true; }
-  void Hide() { root_.visible = false; }
+  void Show() { root_.Visible(true); }
+  void Hide() { root_.Visible(false); }
   /// As the user's closing of the window.
   void Cancel();
 
@@ -39,5 +42,9 @@ class DISCOPLAN_EXPORT Form {
   Node* accept_ = nullptr;
   Node* cancel_ = nullptr;
 };
+
+/// A white picture surface of the platform in a node of its own.
+DISCOPLAN_EXPORT Node& AddPictureNode(Platform& platform, Node& parent, std::string name,
+                                      const TwipsBox& place);
 
 }  // namespace discoplan

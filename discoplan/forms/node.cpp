@@ -14,12 +14,14 @@ std::string_view NameOf(NodeKind kind) {
 }
 
 Node::Node(NodeKind node_kind, std::string node_name, const TwipsBox& place)
-    : kind(node_kind), name(std::move(node_name)), box(place) {}
+    : kind(node_kind), name(std::move(node_name)), box_(place) {}
 
 Node& Node::Add(NodeKind child_kind, std::string child_name, const TwipsBox& place) {
   children_.push_back(std::make_unique<Node>(child_kind, std::move(child_name), place));
-  children_.back()->parent_ = this;
-  return *children_.back();
+  Node& child = *children_.back();
+  child.parent_ = this;
+  Note(Aspect::Children);
+  return child;
 }
 
 Node* Node::Find(std::string_view wanted) {
@@ -30,21 +32,83 @@ Node* Node::Find(std::string_view wanted) {
   return nullptr;
 }
 
-bool Node::IsShown() const { return visible && (parent_ == nullptr || parent_->IsShown()); }
+bool Node::IsShown() const { return visible_ && (parent_ == nullptr || parent_->IsShown()); }
 
-void Node::Move(const TwipsBox& place) {
-  box = place;
-  if (picture) picture->Resize(box.width, box.height);
+void Node::Watch(Watcher watcher) {
+  watcher_ = watcher ? std::make_shared<const Watcher>(std::move(watcher)) : nullptr;
 }
 
-void Node::caption(const std::string& new_text) {
-  text = new_text;
-  if (auto_size && measure) box.width = measure(*this);
+/// The watcher of a root may drop it, and itself.
+void Node::Note(Aspect aspect) {
+  for (const Node *node = this, *next = nullptr; node != nullptr; node = next) {
+    next = node->parent_;
+    if (const auto watcher = node->watcher_) (*watcher)(*this, aspect);
+  }
+}
+
+void Node::Move(const TwipsBox& place) {
+  if (picture_) picture_->Resize(place.width, place.height);
+  Write(box_, place, Aspect::Place);
+}
+
+void Node::Text(const std::string& text) {
+  Write(text_, text, Aspect::Text);
+  if (measure_) Width(measure_(*this));
 }
 
 void Node::BackColor(Colour colour) {
-  back_color = colour;
-  if (picture) picture->BackColor(colour);
+  Write(back_color_, colour, Aspect::Look);
+  if (picture_) picture_->BackColor(colour);
+}
+
+void Node::Picture(std::shared_ptr<discoplan::Picture> picture) {
+  if (picture_) picture_->Watch({});
+  picture_ = std::move(picture);
+  if (!picture_) return;
+  picture_->Watch([this](PictureNews news) {
+    Note(news == PictureNews::Refresh ? Aspect::Refresh : Aspect::Pixels);
+  });
+}
+
+std::string IndexedName(std::string_view array, std::size_t index) {
+  return std::string(array) + "(" + std::to_string(index) + ")";
+}
+
+// A handler may take the node's place in its owner: it is called from a copy.
+
+void Node::Click() {
+  if (const auto handler = on_click) handler();
+}
+
+void Node::Type(const std::string& text) {
+  if (text_ == text) return;
+  Text(text);
+  if (const auto handler = on_change) handler();
+}
+
+void Node::Tick(bool ticked) {
+  if ((value_ != 0) == ticked) return;
+  Value(ticked ? 1 : 0);
+  if (const auto handler = on_change) handler();
+}
+
+void Node::Choose(std::int32_t option) {
+  if (option == value_ || option < 0 || static_cast<std::size_t>(option) >= options_.size()) return;
+  Value(option);
+  if (const auto handler = on_change) handler();
+}
+
+void Node::Spin(int steps) {
+  if (const auto handler = on_spin) handler(steps);
+}
+
+void Node::Key(int code) {
+  if (const auto handler = on_key) handler(code);
+}
+
+bool Node::Leave() {
+  const auto handler = on_leave;
+  return !handler || handler();
 }
 
 }  // namespace discoplan

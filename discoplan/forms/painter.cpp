@@ -41,13 +41,13 @@ class TreePainter {
   TreePainter(Canvas& canvas, const PaintOptions& options) : canvas_(canvas), options_(options) {}
 
   void Paint(const Node& node, double left, double top) {
-    if (!node.visible) return;
-    const Box box = Pixels(left, top, node.box);
+    if (!node.Visible()) return;
+    const Box box = Pixels(left, top, node.Box());
     switch (node.kind) {
       case NodeKind::Control:
       case NodeKind::Form:
       case NodeKind::Panel:
-        Fill(box, node.back_color);
+        Fill(box, node.BackColor());
         break;
       case NodeKind::Frame:
         PaintFrame(node, box);
@@ -56,10 +56,10 @@ class TreePainter {
         PaintLabel(node, box);
         break;
       case NodeKind::Picture:
-        Copy(node.picture->canvas(), box);
+        Copy(node.Picture()->canvas(), box);
         break;
       case NodeKind::Image:
-        if (node.image) Stretch(*node.image, box);
+        if (node.Image()) Stretch(*node.Image(), PicturePixels(left, top, node.Box()));
         break;
       case NodeKind::Button:
         if (options_.buttons) PaintButton(node, box);
@@ -68,21 +68,21 @@ class TreePainter {
         PaintField(node, box);
         break;
       case NodeKind::Check:
-        PaintTick(left, top, node.value != 0);
+        PaintTick(left, top, node.Value() != 0);
         Write(node, box.left + PixelsAcross(kTickIndent), box.top);
         break;
       case NodeKind::Options:
         PaintOptionsOf(node, left, top);
         break;
       case NodeKind::Spinner:
-        PaintSpinner(box);
+        if (options_.buttons) PaintSpinner(box);
         break;
       case NodeKind::Line:
         PaintLine(node, left, top);
         break;
     }
     for (const auto& child : node.children()) {
-      Paint(*child, left + child->box.left, top + child->box.top);
+      Paint(*child, left + child->Box().left, top + child->Box().top);
     }
   }
 
@@ -95,6 +95,14 @@ class TreePainter {
   Box Pixels(double left, double top, const TwipsBox& size) const {
     return {Whole(PixelsAcross(left)), Whole(PixelsDown(top)),
             Whole(PixelsAcross(left + size.width)) - 1, Whole(PixelsDown(top + size.height)) - 1};
+  }
+
+  /// As many pixels as a picture of that size has: a snapshot that wasn't stretched is the picture.
+  Box PicturePixels(double left, double top, const TwipsBox& size) const {
+    const int x = Whole(PixelsAcross(left));
+    const int y = Whole(PixelsDown(top));
+    return {x, y, x + WholePixels(PixelsAcross(size.width)) - 1,
+            y + WholePixels(PixelsDown(size.height)) - 1};
   }
 
   /// In the canvas's own rows.
@@ -117,45 +125,45 @@ class TreePainter {
   }
 
   double TextHeight(const Node& node) const {
-    return options_.text.Height(node.font, PixelsPerPoint());
+    return options_.text.Height(node.Font(), PixelsPerPoint());
   }
   double TextWidth(const Node& node, std::string_view text) const {
-    return options_.text.Width(node.font, PixelsPerPoint(), text);
+    return options_.text.Width(node.Font(), PixelsPerPoint(), text);
   }
-  double TextWidth(const Node& node) const { return TextWidth(node, node.text); }
-  void Write(const Node& node, double x, double y) { Write(node, node.text, x, y); }
+  double TextWidth(const Node& node) const { return TextWidth(node, node.Text()); }
+  void Write(const Node& node, double x, double y) { Write(node, node.Text(), x, y); }
   void Write(const Node& node, std::string_view text, double x, double y) {
-    options_.text.Paint(canvas_, node.font,
+    options_.text.Paint(canvas_, node.Font(),
                         {.x = x,
                          .y = y,
                          .pixels_per_point = PixelsPerPoint(),
-                         .colour = node.fore_color,
+                         .colour = node.ForeColor(),
                          .canvas_top = options_.top},
                         text);
   }
 
   void PaintFrame(const Node& node, const Box& box) {
-    Fill(box, node.back_color);
-    if (!node.bordered) return;
+    Fill(box, node.BackColor());
+    if (!node.Bordered()) return;
     const double height = TextHeight(node);
     Box line = box;
     line.top += Whole(std::floor(height / 2));
     Outline(line, kEdge);
-    if (node.text.empty()) return;
+    if (node.Text().empty()) return;
     const double x = box.left + PixelsAcross(kTitleIndent);
     const double gap = PixelsAcross(kTitleGap);
     Fill({Whole(x - gap), box.top, Whole(x + TextWidth(node) + gap), line.top + LineWidth()},
-         node.back_color);
+         node.BackColor());
     Write(node, x, box.top);
   }
 
   /// A label without a text is a colour chip.
   void PaintLabel(const Node& node, const Box& box) {
-    if (node.text.empty()) return Fill(box, node.back_color);
-    const std::string_view text = node.text;
-    const std::size_t end = node.break_before.empty()
+    if (node.Text().empty()) return Fill(box, node.BackColor());
+    const std::string_view text = node.Text();
+    const std::size_t end = node.BreakBefore().empty()
                                 ? text.size()
-                                : std::min(text.find(node.break_before), text.size());
+                                : std::min(text.find(node.BreakBefore()), text.size());
     const double height = TextHeight(node);
     const double lines = end < text.size() ? 2 : 1;
     const double y = box.top + (box.Height() - lines * height) / 2;
@@ -165,7 +173,7 @@ class TreePainter {
 
   void WriteAligned(const Node& node, std::string_view text, const Box& box, double y) {
     constexpr std::array kShares = {0.0, 0.5, 1.0};
-    const double share = kShares[static_cast<std::size_t>(node.alignment)];
+    const double share = kShares[static_cast<std::size_t>(node.Alignment())];
     Write(node, text, box.left + share * (box.Width() - TextWidth(node, text)), y);
   }
 
@@ -187,12 +195,12 @@ class TreePainter {
   }
 
   void PaintOptionsOf(const Node& node, double left, double top) {
-    PaintFrame(node, Pixels(left, top, node.box));
-    if (!node.text.empty()) Write(node, PixelsAcross(left), PixelsDown(top));
-    for (std::size_t i = 0; i < node.options.size(); ++i) {
+    PaintFrame(node, Pixels(left, top, node.Box()));
+    if (!node.Text().empty()) Write(node, PixelsAcross(left), PixelsDown(top));
+    for (std::size_t i = 0; i < node.Options().size(); ++i) {
       const double row = top + kFirstOption + static_cast<double>(i) * kOptionPitch;
-      PaintTick(left + kTitleIndent, row, static_cast<std::size_t>(node.value) == i);
-      Write(node, node.options[i], PixelsAcross(left + kTitleIndent + kTickIndent),
+      PaintTick(left + kTitleIndent, row, static_cast<std::size_t>(node.Value()) == i);
+      Write(node, node.Options()[i], PixelsAcross(left + kTitleIndent + kTickIndent),
             PixelsDown(row));
     }
   }
@@ -221,8 +229,8 @@ class TreePainter {
     const auto pixel = [&](double x, double y) {
       return PixelPoint{Whole(PixelsAcross(x)), Whole(PixelsDown(y)) - options_.top};
     };
-    canvas_.Line(pixel(left, top), pixel(left + node.box.width, top + node.box.height),
-                 {.pixel = PixelOf(node.fore_color), .width = LineWidth()});
+    canvas_.Line(pixel(left, top), pixel(left + node.Box().width, top + node.Box().height),
+                 {.pixel = PixelOf(node.ForeColor()), .width = LineWidth()});
   }
 
   /// The pixels of a box that lie on the canvas.

@@ -13,7 +13,7 @@ namespace discoplan {
 struct PaintOptions {
   const Screen& resolution;
   const TextPainter& text;
-  bool buttons = true;  ///< A picture for paper has nothing to press.
+  bool buttons = true;  ///< And spinners: a picture for paper has nothing to press.
   int top = 0;          ///< The row that is the canvas's first, for a picture made in strips.
 };
 

@@ -24,7 +24,9 @@ namespace discoplan {
 
 class MemberTable;
 
-class DISCOPLAN_EXPORT Object {
+/// A host that counts references holds objects as `ObjectRef`. Such an object stays alive while one
+/// of its own members runs, also when an event handler drops the last reference meanwhile.
+class DISCOPLAN_EXPORT Object : public std::enable_shared_from_this<Object> {
  public:
   Object() = default;
   Object(const Object&) = delete;

@@ -21,13 +21,10 @@ struct GlyphBox {
 /// Draws the cut over the wafer's outline.
 void DrawCut(Page& page, const wafer& source, const CutEnds& ends, const GlyphBox& box) {
   const double diameter = source.TestDiameter;
+  // 25 cells to the radius, whatever the diameter.
   double cell = diameter / 50;
   if (cell == 0) cell = 1;
-  std::int16_t half = ToInt16(diameter / 2 / cell + 2);
-  if (half > 100) {
-    half = 100;
-    cell = diameter / 196;
-  }
+  const std::int16_t half = ToInt16(diameter / 2 / cell + 2);
   const double scale = Divide(box.side, 2 * half * cell);
   const auto along = [&](double mm) {
     return Divide(scale * mm * 2 * (half - 2) * half / (half + 1) * cell, diameter);

@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "discoplan/base/numbers.h"
 
@@ -41,16 +42,17 @@ Picture::Picture(const Setting& setting, float width, float height)
   Resize(width, height);
 }
 
-void Picture::Resize(float width, float height) {
-  state_.width = width;
-  state_.height = height;
-  TakeSize();
-}
+void Picture::Resize(float width, float height) { TakeSize(width, height); }
 
-void Picture::TakeSize() {
-  const int across = WholePixels(PixelsAcross());
-  const int down = std::min(WholePixels(PixelsDown()), kMostPixelsTogether / std::max(across, 1));
+/// The canvas first, which may not find the memory.
+void Picture::TakeSize(float width, float height) {
+  Touch();
+  const int across = WholePixels(PixelsAcross(width));
+  const int down =
+      std::min(WholePixels(PixelsDown(height)), kMostPixelsTogether / std::max(across, 1));
   canvas_.Resize(across, down, PixelOf(state_.back_color));
+  state_.width = canvas_width_ = width;
+  state_.height = canvas_height_ = height;
   TakeScale();
 }
 
@@ -58,33 +60,37 @@ void Picture::TakeScale() {
   state_.scale_left = 0;
   state_.scale_top = 0;
   state_.scale_width =
-      state_.scale_mode == kTwips ? state_.width : static_cast<float>(PixelsAcross());
+      state_.scale_mode == kTwips ? state_.width : static_cast<float>(PixelsAcross(state_.width));
   state_.scale_height =
-      state_.scale_mode == kTwips ? state_.height : static_cast<float>(PixelsDown());
+      state_.scale_mode == kTwips ? state_.height : static_cast<float>(PixelsDown(state_.height));
 }
 
 void Picture::StateWritten(SurfaceState which) {
-  if (which == SurfaceState::Width || which == SurfaceState::Height) TakeSize();
+  if (which == SurfaceState::Width || which == SurfaceState::Height) {
+    const float width = std::exchange(state_.width, canvas_width_);
+    const float height = std::exchange(state_.height, canvas_height_);
+    TakeSize(width, height);
+  }
   if (which == SurfaceState::ScaleMode &&
       (state_.scale_mode == kTwips || state_.scale_mode == kPixels)) {
     TakeScale();
   }
 }
 
-double Picture::PixelsAcross() const {
-  return state_.width / static_cast<double>(setting_.resolution.twips_per_pixel_x);
+double Picture::PixelsAcross(float width) const {
+  return width / static_cast<double>(setting_.resolution.twips_per_pixel_x);
 }
 
-double Picture::PixelsDown() const {
-  return state_.height / static_cast<double>(setting_.resolution.twips_per_pixel_y);
+double Picture::PixelsDown(float height) const {
+  return height / static_cast<double>(setting_.resolution.twips_per_pixel_y);
 }
 
 double Picture::PixelsPerUnitX() const {
-  return static_cast<float>(PixelsAcross()) / static_cast<double>(state_.scale_width);
+  return static_cast<float>(PixelsAcross(state_.width)) / static_cast<double>(state_.scale_width);
 }
 
 double Picture::PixelsPerUnitY() const {
-  return static_cast<float>(PixelsDown()) / static_cast<double>(state_.scale_height);
+  return static_cast<float>(PixelsDown(state_.height)) / static_cast<double>(state_.scale_height);
 }
 
 double Picture::PixelsPerPoint() const {
@@ -101,7 +107,18 @@ inline Brush Picture::BrushOf() const {
   return {.pixel = PixelOf(state_.fill_color), .visible = state_.fill_style == 0};
 }
 
+void Picture::Watch(std::function<void(PictureNews)> watcher) {
+  watcher_ = std::move(watcher);
+  MarkShown();
+}
+
+void Picture::Tell() {
+  is_told_ = true;
+  watcher_(PictureNews::Drawn);
+}
+
 void Picture::Cls() {
+  Touch();
   canvas_.Clear(PixelOf(state_.back_color));
   if (background_) {
     // A resized copy leaves the rest of a grown surface to the background colour.
@@ -113,12 +130,13 @@ void Picture::Cls() {
 }
 
 void Picture::Refresh() {
-  if (show_) show_();
+  if (watcher_) watcher_(PictureNews::Refresh);
 }
 
 void Picture::KeepImageAsPicture() { background_ = canvas_; }
 
 void Picture::DrawLine(const LineCall& call) {
+  Touch();
   const SurfacePoint from = call.from.value_or(state_.current);
   const PixelPoint a{Nearest(PixelX(from.x)), Nearest(PixelY(from.y))};
   const PixelPoint b{Nearest(PixelX(call.to.x)), Nearest(PixelY(call.to.y))};
@@ -141,6 +159,7 @@ void Picture::DrawLine(const LineCall& call) {
 }
 
 void Picture::Circle(const CircleCall& call) {
+  Touch();
   const double x = PixelX(call.centre.x);
   const double y = PixelY(call.centre.y);
   const double across = call.radius * PixelsPerUnitX();
@@ -160,14 +179,17 @@ void Picture::Circle(const CircleCall& call) {
 }
 
 void Picture::Polygon(std::span<const PixelPoint> points) {
+  Touch();
   canvas_.Polygon(points, PenOf({}), BrushOf());
 }
 
 void Picture::FloodFill(PixelPoint start, Colour boundary) {
+  Touch();
   canvas_.FloodFill(start, PixelOf(boundary), BrushOf());
 }
 
 void Picture::Print(std::string_view text) {
+  Touch();
   setting_.text.Paint(canvas_, state_.font,
                       {.x = PixelX(state_.current.x),
                        .y = PixelY(state_.current.y),

@@ -6,6 +6,8 @@
 ///     Picture picture({.screen = screen, .resolution = screen, .text = painter}, 6000, 4500);
 ///     chart.D2Plot(picture, 5, 5, 0, true, {});
 ///     Show(picture.canvas());
+///
+/// A picture belongs to one thread.
 
 #include <functional>
 #include <memory>
@@ -24,6 +26,11 @@ DISCOPLAN_EXPORT Pixel PixelOf(Colour colour);
 /// Whole pixels along one side: none for what isn't above 0, and 32767 at most.
 DISCOPLAN_EXPORT int WholePixels(double pixels);
 
+enum class PictureNews {
+  Drawn,    ///< The pixels are others than those that were shown.
+  Refresh,  ///< What was drawn so far wants to be seen.
+};
+
 class DISCOPLAN_EXPORT Picture : public Surface {
  public:
   /// All three outlive the picture.
@@ -36,14 +43,20 @@ class DISCOPLAN_EXPORT Picture : public Surface {
   /// Size in twips; the scale is in pixels.
   Picture(const Setting& setting, float width, float height);
 
-  /// Takes a new size in twips, as from its container: what fits at the upper left stays.
+  /// Takes a new size in twips, as from its container: what fits at the upper left stays. Without
+  /// the memory for it the picture stays as it is, and `std::bad_alloc` goes out.
   void Resize(float width, float height);
 
   const Canvas& canvas() const { return canvas_; }
-  Canvas& canvas() { return canvas_; }
+  Canvas& canvas() {
+    Touch();
+    return canvas_;
+  }
 
-  /// Called by `Refresh`, for a host that shows the picture while it grows.
-  void OnRefresh(std::function<void()> show) { show_ = std::move(show); }
+  /// Who shows the picture, or nobody. `Drawn` is told once, at the first drawing, and once more
+  /// for what is drawn after `MarkShown`.
+  void Watch(std::function<void(PictureNews)> watcher);
+  void MarkShown() { is_told_ = !watcher_; }
 
   Kind kind() const override { return Kind::Picture; }
   void Cls() override;
@@ -65,22 +78,29 @@ class DISCOPLAN_EXPORT Picture : public Surface {
   void DrawLine(const LineCall& call) override;
 
  private:
-  double PixelsAcross() const;
-  double PixelsDown() const;
+  double PixelsAcross(float width) const;
+  double PixelsDown(float height) const;
   double PixelsPerUnitX() const;
   double PixelsPerUnitY() const;
   double PixelsPerPoint() const;
   double PixelX(double x) const { return (x - state_.scale_left) * PixelsPerUnitX(); }
   double PixelY(double y) const { return (y - state_.scale_top) * PixelsPerUnitY(); }
-  void TakeSize();
+  void Touch() {
+    if (!is_told_) Tell();
+  }
+  void Tell();
+  void TakeSize(float width, float height);
   void TakeScale();
   inline Pen PenOf(std::optional<Colour> colour) const;
   inline Brush BrushOf() const;
 
   const Setting setting_;
   Canvas canvas_;
+  float canvas_width_ = 0;  // twips
+  float canvas_height_ = 0;
   std::optional<Canvas> background_;
-  std::function<void()> show_;
+  std::function<void(PictureNews)> watcher_;
+  bool is_told_ = true;
 };
 
 }  // namespace discoplan

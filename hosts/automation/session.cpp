@@ -178,10 +178,10 @@ Surface& AutomationSession::SurfaceOf(const json& request) {
   }
   const std::string name = TextField(request, "surface");
   const Node* node = RootOf(request).Find(name);
-  if (node == nullptr || !node->picture) {
+  if (node == nullptr || !node->Picture()) {
     throw RequestError("There is no picture surface \"" + name + "\".");
   }
-  return *node->picture;
+  return *node->Picture();
 }
 
 void AutomationSession::New(const json& request, json&) {
@@ -375,12 +375,12 @@ void AutomationSession::ActInDialog(Form& form) {
   if (!queued_.empty()) queued_.pop_front();
   const auto keep = [&] {
     shown_.push_back({{"form", form.root().name},
-                      {"caption", form.root().text},
+                      {"caption", form.root().Text()},
                       {"fields", FieldsToJson(form.root())}});
   };
   try {
     for (const json& action : actions) {
-      if (form.root().visible) ActOn(form.root(), action);
+      if (form.root().Visible()) ActOn(form.root(), action);
     }
   } catch (...) {
     keep();

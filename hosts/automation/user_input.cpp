@@ -19,52 +19,44 @@ void Demand(const Node& node, NodeKind kind, const char* what) {
 void Type(Node& field, const json& text) {
   Demand(field, NodeKind::Text, "field");
   if (!text.is_string()) throw RequestError("What is typed must be a text.");
-  if (field.text == text.get<std::string>()) return;
-  field.text = text.get<std::string>();
-  if (field.on_change) field.on_change();
+  field.Type(text.get<std::string>());
 }
 
 void Key(Node& field, const json& code) {
   Demand(field, NodeKind::Text, "field");
-  const int key = ToInt32(ToNumber(code, "A key code"));
-  if (field.on_key) field.on_key(key);
+  field.Key(ToInt32(ToNumber(code, "A key code")));
 }
 
 void Spin(Node& spinner, const json& steps) {
   Demand(spinner, NodeKind::Spinner, "spinner");
-  const int upward = ToInt32(ToNumber(steps, "A number of steps"));
-  if (spinner.on_spin) spinner.on_spin(upward);
+  spinner.Spin(ToInt32(ToNumber(steps, "A number of steps")));
 }
 
 void Click(Node& button, const json&) {
   Demand(button, NodeKind::Button, "button");
-  if (button.on_click) button.on_click();
+  button.Click();
 }
 
 void Leave(Node& field, const json&) {
   Demand(field, NodeKind::Text, "field");
-  if (field.on_leave) field.on_leave();
+  field.Leave();
 }
 
 void Select(Node& group, const json& index) {
   const int choice = ToInt32(ToNumber(index, "The number of an option"));
   Demand(group, NodeKind::Options, "group of options");
-  if (choice < 0 || static_cast<std::size_t>(choice) >= group.options.size()) {
-    throw RequestError("The child has " + std::to_string(group.options.size()) +
+  if (choice < 0 || static_cast<std::size_t>(choice) >= group.Options().size()) {
+    throw RequestError("The child has " + std::to_string(group.Options().size()) +
                        " options, numbered from 0.");
   }
-  if (group.value == choice) return;
-  group.value = choice;
-  if (group.on_change) group.on_change();
+  group.Choose(choice);
 }
 
 void Check(Node& box, const json& ticked) {
   Demand(box, NodeKind::Check, "box to tick");
   const bool tick =
       ticked.is_boolean() ? ticked.get<bool>() : ToNumber(ticked, "Whether a box is ticked") != 0;
-  if ((box.value != 0) == tick) return;
-  box.value = tick ? 1 : 0;
-  if (box.on_change) box.on_change();
+  box.Tick(tick);
 }
 
 struct Action {

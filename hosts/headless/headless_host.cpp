@@ -17,7 +17,7 @@ struct PixelSize {
 };
 
 PixelSize PixelsOf(const PlotControl& control, const HeadlessHost& host) {
-  const TwipsBox& box = control.root().box;
+  const TwipsBox& box = control.root().Box();
   const Screen& screen = host.screen();
   return {WholePixels(box.width / screen.twips_per_pixel_x),
           WholePixels(box.height / screen.twips_per_pixel_y)};
@@ -39,16 +39,6 @@ auto InStrips(const PlotControl& control, const HeadlessHost& host, Use&& use) {
 }
 
 }  // namespace
-
-std::unique_ptr<Picture> HeadlessHost::NewPicture(float width, float height) {
-  return std::make_unique<Picture>(
-      Picture::Setting{.screen = screen_, .resolution = screen_, .text = text_}, width, height);
-}
-
-float HeadlessHost::LabelWidth(const Font& font, std::string_view text) const {
-  const double pixels = text_.Width(font, kTwipsPerPoint / screen_.twips_per_pixel_y, text);
-  return static_cast<float>(pixels * screen_.twips_per_pixel_x);
-}
 
 void HeadlessHost::Show(const Message& message) {
   if (show_) show_(message);

@@ -28,13 +28,11 @@ class DISCOPLAN_EXPORT HeadlessHost final : public Platform {
   explicit HeadlessHost(const Screen& screen) : screen_(screen) {}
 
   const Screen& screen() const override { return screen_; }
-  std::unique_ptr<Picture> NewPicture(float width, float height) override;
-  float LabelWidth(const Font& font, std::string_view text) const override;
+  const TextPainter& text() const override { return text_; }
   void Show(const Message& message) override;
 
   /// Where messages for the user go; they are lost without one.
   void OnMessage(std::function<void(const Message&)> show) { show_ = std::move(show); }
-  const TextPainter& text() const { return text_; }
 
  private:
   Screen screen_;

@@ -15,7 +15,10 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QTimer>
 #include <algorithm>
+#include <array>
+#include <utility>
 
 #include "discoplan/raster/picture.h"
 #include "discoplan/raster/symbol_letters.h"
@@ -29,7 +32,7 @@ constexpr int kFirstOption = 16;
 
 int Pixels(float twips) { return qRound(twips / kTwipsPerPixel); }
 
-QString Text(const Node& node) { return ToQString(node.text, node.font); }
+QString Text(const Node& node) { return ToQString(node.Text(), node.Font()); }
 
 /// Shows a picture's own buffer, or a stretched snapshot.
 class CanvasView final : public QWidget {
@@ -40,7 +43,7 @@ class CanvasView final : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent*) override {
-    const Canvas* canvas = node_.picture ? &node_.picture->canvas() : node_.image.get();
+    const Canvas* canvas = node_.Picture() ? &node_.Picture()->canvas() : node_.Image().get();
     QPainter painter(this);
     if (canvas == nullptr || canvas->Pixels().empty()) {
       painter.fillRect(rect(), Qt::white);
@@ -66,8 +69,8 @@ class LineView final : public QWidget {
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(ColourOf(node_.fore_color));
-    const bool falls = (node_.box.width < 0) == (node_.box.height < 0);
+    painter.setPen(ColourOf(node_.ForeColor()));
+    const bool falls = (node_.Box().width < 0) == (node_.Box().height < 0);
     painter.drawLine(falls ? rect().topLeft() : rect().bottomLeft(),
                      falls ? rect().bottomRight() : rect().topRight());
   }
@@ -93,7 +96,7 @@ class StepBox final : public QSpinBox {
 QWidget* NewWidget(Node& node, QWidget* parent) {
   switch (node.kind) {
     case NodeKind::Frame:
-      return node.bordered || !node.text.empty() ? new QGroupBox(parent) : new QWidget(parent);
+      return node.Bordered() || !node.Text().empty() ? new QGroupBox(parent) : new QWidget(parent);
     case NodeKind::Label:
       return new QLabel(parent);
     case NodeKind::Picture:
@@ -118,8 +121,8 @@ QWidget* NewWidget(Node& node, QWidget* parent) {
 
 QString LabelText(const Node& node) {
   QString text = Text(node);
-  if (!node.break_before.empty()) {
-    const QString start = QString::fromStdString(node.break_before);
+  if (!node.BreakBefore().empty()) {
+    const QString start = QString::fromStdString(node.BreakBefore());
     text.replace(start, QLatin1Char('\n') + start);
   }
   return text;
@@ -127,12 +130,12 @@ QString LabelText(const Node& node) {
 
 /// How much of a label's width its text takes.
 double ShareOfWidth(const Node& node) {
-  const QFontMetricsF metrics(FormFont(node.font));
+  const QFontMetricsF metrics(FormFont(node.Font()));
   double widest = 0;
   for (const QString& line : LabelText(node).split(QLatin1Char('\n'))) {
     widest = std::max(widest, metrics.horizontalAdvance(line));
   }
-  return widest * kTwipsPerPixel / std::max(1.0F, std::abs(node.box.width));
+  return widest * kTwipsPerPixel / std::max(1.0F, std::abs(node.Box().width));
 }
 
 /// "lblX(" for a member of a control array.
@@ -151,18 +154,26 @@ QFont FittingFont(const Node& node) {
       if (ArrayOf(*other) == ArrayOf(node)) share = std::max(share, ShareOfWidth(*other));
     }
   }
-  QFont font = FormFont(node.font);
+  QFont font = FormFont(node.Font());
   if (share > 1) font.setPointSizeF(std::max(kSmallest, font.pointSizeF() / share));
   return font;
 }
 
 void SyncColours(const Node& node, QWidget& widget) {
-  const bool is_set = node.back_color != kButtonFace && node.kind != NodeKind::Text;
+  const bool is_set = node.BackColor() != kButtonFace && node.kind != NodeKind::Text;
   widget.setAutoFillBackground(is_set);
   if (!is_set) return;
   QPalette palette = widget.palette();
-  palette.setColor(QPalette::Window, ColourOf(node.back_color));
+  palette.setColor(QPalette::Window, ColourOf(node.BackColor()));
   widget.setPalette(palette);
+}
+
+/// Who takes the mouse keeps it from what lies behind. Widgets that the user works with have their
+/// own way with it.
+bool TakesMouse(const Node& node) {
+  constexpr std::array kThrough = {NodeKind::Button,  NodeKind::Text,    NodeKind::Check,
+                                   NodeKind::Options, NodeKind::Spinner, NodeKind::Line};
+  return std::ranges::find(kThrough, node.kind) == kThrough.end();
 }
 
 }  // namespace
@@ -173,123 +184,161 @@ QFont FormFont(const discoplan::Font& font) {
   return result;
 }
 
-FormView::FormView(Node& root, QWidget* parent) : QWidget(parent) {
-  setFont(FormFont(root.font));
+FormView::FormView(Node& root, QWidget* parent) : QWidget(parent), root_(root) {
+  setFont(FormFont(root.Font()));
   entries_.push_back({&root, this, {}});
+  places_[&root] = widgets_[this] = 0;
   for (const auto& child : root.children()) Build(*child, this);
-  if (root.forwards != 0) installEventFilter(this);
+  installEventFilter(this);
   setMouseTracking(true);
   SetTabOrder();
+  root.Watch([this](Node& node, Aspect aspect) { Note(node, aspect); });
   Sync();
 }
+
+FormView::~FormView() { root_.Watch({}); }
 
 void FormView::Build(Node& node, QWidget* parent) {
   QWidget* widget = NewWidget(node, parent);
   widget->setObjectName(QString::fromStdString(node.name));
-  widget->setFont(FormFont(node.font));
   Entry entry{&node, widget, {}};
   if (auto* button = qobject_cast<QPushButton*>(widget)) {
     button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, this, [this, &node] { Act(node.on_click); });
+    connect(button, &QPushButton::clicked, this, [this, &node] { Act([&node] { node.Click(); }); });
   } else if (auto* field = qobject_cast<QLineEdit*>(widget)) {
-    field->installEventFilter(this);
     connect(field, &QLineEdit::textEdited, this, [this, &node](const QString& text) {
-      node.text = text.toStdString();
-      Act(node.on_change);
+      Act([&node, typed = text.toStdString()] { node.Type(typed); });
     });
   } else if (auto* box = qobject_cast<QCheckBox*>(widget)) {
-    connect(box, &QCheckBox::clicked, this, [this, &node](bool ticked) {
-      node.value = ticked ? 1 : 0;
-      Act(node.on_change);
-    });
+    connect(box, &QCheckBox::clicked, this,
+            [this, &node](bool ticked) { Act([&node, ticked] { node.Tick(ticked); }); });
   } else if (auto* steps = dynamic_cast<StepBox*>(widget)) {
-    steps->turned = [this, &node](int by) {
-      Act([&node, by] {
-        if (node.on_spin) node.on_spin(by);
-      });
-    };
+    steps->turned = [this, &node](int by) { Act([&node, by] { node.Spin(by); }); };
   } else if (node.kind == NodeKind::Options) {
     BuildOptions(node, entry);
   }
-  if (node.forwards != 0) widget->installEventFilter(this);
-  widget->setMouseTracking(true);  // a child without handlers passes the mouse on
+  widget->installEventFilter(this);
+  widget->setMouseTracking(true);
+  places_[&node] = widgets_[widget] = entries_.size();
   entries_.push_back(entry);
   for (const auto& child : node.children()) Build(*child, widget);
 }
 
 void FormView::BuildOptions(Node& node, Entry& entry) {
-  for (std::size_t i = 0; i < node.options.size(); ++i) {
-    auto* choice = new QRadioButton(QString::fromStdString(node.options[i]), entry.widget);
+  for (std::size_t i = 0; i < node.Options().size(); ++i) {
+    auto* choice = new QRadioButton(QString::fromStdString(node.Options()[i]), entry.widget);
     choice->setGeometry(8, kFirstOption + kOptionPitch * static_cast<int>(i),
-                        Pixels(node.box.width) - 16, kOptionPitch);
+                        Pixels(node.Box().width) - 16, kOptionPitch);
     connect(choice, &QRadioButton::clicked, this, [this, &node, i] {
-      if (node.value == static_cast<std::int32_t>(i)) return;
-      node.value = static_cast<std::int32_t>(i);
-      Act(node.on_change);
+      Act([&node, i] { node.Choose(static_cast<std::int32_t>(i)); });
     });
     entry.choices.append(choice);
   }
 }
 
-void FormView::Act(const std::function<void()>& handler) {
-  if (!handler || syncing_) return;
+void FormView::Act(const std::function<void()>& act) {
+  if (syncing_) return;
   const QPointer<FormView> self(this);
-  const std::function<void()> kept = handler;
-  act_ ? act_(kept) : kept();
+  act_ ? act_(act) : act();
   if (self) Sync();
+}
+
+void FormView::Note(Node& node, Aspect aspect) {
+  const auto place = places_.find(&node);
+  if (place == places_.end()) return;  // it comes with the parent that has got it
+  Entry& entry = entries_[place->second];
+  if (aspect == Aspect::Refresh) {
+    if (grown_) grown_(*entry.widget);
+    return;
+  }
+  entry.stale |= MaskOf(aspect);
+  // The labels of an array share their letters' size.
+  if (node.kind == NodeKind::Label && node.parent() != nullptr && ArrayOf(node).ends_with('(')) {
+    for (const auto& other : node.parent()->children()) {
+      const auto found = places_.find(other.get());
+      if (found == places_.end() || ArrayOf(*other) != ArrayOf(node)) continue;
+      entries_[found->second].stale |= MaskOf(Aspect::Look);
+    }
+  }
+  has_stale_ = true;
+  if (std::exchange(is_due_, true)) return;
+  QTimer::singleShot(0, this, [this] { Sync(); });
 }
 
 void FormView::Sync() {
   if (syncing_) return;
+  is_due_ = false;
+  if (!std::exchange(has_stale_, false)) return;
   syncing_ = true;
-  for (const Entry& entry : entries_) SyncEntry(entry);
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    if (entries_[i].stale & MaskOf(Aspect::Children)) {
+      for (const auto& child : entries_[i].node->children()) {
+        if (!places_.contains(child.get())) Build(*child, entries_[i].widget);
+      }
+    }
+    if (entries_[i].stale != 0) SyncEntry(entries_[i]);
+  }
   syncing_ = false;
 }
 
-void FormView::SyncEntry(const Entry& entry) {
+void FormView::SyncEntry(Entry& entry) {
+  const unsigned stale = std::exchange(entry.stale, 0);
   const Node& node = *entry.node;
-  SyncColours(node, *entry.widget);
-  SyncValue(entry);
+  const auto has = [stale](auto... aspects) { return (stale & (MaskOf(aspects) | ...)) != 0; };
+  if (has(Aspect::Look)) {
+    SyncColours(node, *entry.widget);
+    if (entry.widget != this) entry.widget->setFont(FormFont(node.Font()));
+  }
+  if (has(Aspect::Text, Aspect::Look, Aspect::Place)) SyncText(entry);
+  if (has(Aspect::Value)) SyncValue(entry);
   if (entry.widget == this) return;
-  const TwipsBox& box = node.box;
-  const int left = Pixels(std::min(box.left, box.left + box.width));
-  const int top = Pixels(std::min(box.top, box.top + box.height));
-  const int thickness = node.kind == NodeKind::Line ? 1 : 0;
-  entry.widget->setGeometry(left, top, Pixels(std::abs(box.width)) + thickness,
-                            Pixels(std::abs(box.height)) + thickness);
-  entry.widget->setVisible(node.visible);
+  if (has(Aspect::Place)) SyncPlace(entry);
+  if (has(Aspect::Visible)) entry.widget->setVisible(node.Visible());
   if (node.kind == NodeKind::Picture || node.kind == NodeKind::Image ||
       node.kind == NodeKind::Line) {
     entry.widget->update();
+    if (node.Picture()) node.Picture()->MarkShown();
   }
 }
 
-void FormView::SyncValue(const Entry& entry) {
+void FormView::SyncPlace(const Entry& entry) {
+  const TwipsBox& box = entry.node->Box();
+  const int left = Pixels(std::min(box.left, box.left + box.width));
+  const int top = Pixels(std::min(box.top, box.top + box.height));
+  const int thickness = entry.node->kind == NodeKind::Line ? 1 : 0;
+  entry.widget->setGeometry(left, top, Pixels(std::abs(box.width)) + thickness,
+                            Pixels(std::abs(box.height)) + thickness);
+}
+
+void FormView::SyncText(const Entry& entry) {
   const Node& node = *entry.node;
   if (auto* label = qobject_cast<QLabel*>(entry.widget)) {
     label->setText(LabelText(node));
     label->setFont(FittingFont(node));
     constexpr std::array kAlignments = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
-    label->setAlignment(kAlignments[static_cast<std::size_t>(node.alignment)] | Qt::AlignVCenter);
+    label->setAlignment(kAlignments[static_cast<std::size_t>(node.Alignment())] | Qt::AlignVCenter);
   } else if (auto* frame = qobject_cast<QGroupBox*>(entry.widget)) {
     frame->setTitle(Text(node));
-    frame->setFlat(!node.bordered);
-    for (qsizetype i = 0; i < entry.choices.size(); ++i) {
-      static_cast<QRadioButton*>(entry.choices[i])->setChecked(node.value == i);
-    }
+    frame->setFlat(!node.Bordered());
   } else if (auto* button = qobject_cast<QAbstractButton*>(entry.widget)) {
     button->setText(Text(node));
-    if (button->isCheckable()) button->setChecked(node.value != 0);
   } else if (auto* field = qobject_cast<QLineEdit*>(entry.widget)) {
     if (field->text() != Text(node)) field->setText(Text(node));
-  } else if (auto* steps = qobject_cast<QSpinBox*>(entry.widget)) {
-    steps->setValue(node.value);
   }
 }
 
+void FormView::SyncValue(const Entry& entry) {
+  const std::int32_t value = entry.node->Value();
+  for (qsizetype i = 0; i < entry.choices.size(); ++i) {
+    static_cast<QRadioButton*>(entry.choices[i])->setChecked(value == i);
+  }
+  if (auto* box = qobject_cast<QCheckBox*>(entry.widget)) box->setChecked(value != 0);
+  if (auto* steps = qobject_cast<QSpinBox*>(entry.widget)) steps->setValue(value);
+}
+
 QWidget* FormView::WidgetOf(const Node* node) const {
-  const auto entry = std::ranges::find(entries_, node, &Entry::node);
-  return entry == entries_.end() ? nullptr : entry->widget;
+  const auto place = places_.find(node);
+  return place == places_.end() ? nullptr : entries_[place->second].widget;
 }
 
 /// Reading order; a label is the buddy of the field behind it.
@@ -311,7 +360,8 @@ void FormView::SetTabOrder() {
 
 bool FormView::HandleMouse(Node& node, QEvent* event) {
   const auto* mouse = static_cast<QMouseEvent*>(event);
-  const float scale = node.picture ? static_cast<float>(devicePixelRatioF()) : kTwipsPerPixel;
+  const bool in_pixels = node.kind == NodeKind::Picture || node.kind == NodeKind::Image;
+  const float scale = in_pixels ? static_cast<float>(devicePixelRatioF()) : kTwipsPerPixel;
   const Qt::KeyboardModifiers keys = mouse->modifiers();
   const auto bit = [](bool set, int value) { return set ? value : 0; };
   const Qt::MouseButtons buttons =
@@ -329,28 +379,28 @@ bool FormView::HandleMouse(Node& node, QEvent* event) {
 }
 
 bool FormView::eventFilter(QObject* object, QEvent* event) {
-  const auto entry = std::ranges::find_if(
-      entries_, [&](const Entry& candidate) { return candidate.widget == object; });
-  if (entry == entries_.end()) return QWidget::eventFilter(object, event);
-  Node& node = *entry->node;
+  const auto place = widgets_.find(object);
+  if (place == widgets_.end()) return QWidget::eventFilter(object, event);
+  const Entry& entry = entries_[place->second];
+  Node& node = *entry.node;
   switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
     case QEvent::MouseMove:
-      return node.forwards != 0 && HandleMouse(node, event);
+      return TakesMouse(node) && HandleMouse(node, event);
     case QEvent::KeyPress: {
       if (!node.on_key) return false;
       const int key = static_cast<QKeyEvent*>(event)->key();
       if (key != Qt::Key_Up && key != Qt::Key_Down) return false;
-      Act([&node, key] { node.on_key(key == Qt::Key_Up ? 38 : 40); });
+      Act([&node, key] { node.Key(key == Qt::Key_Up ? 38 : 40); });
       return true;
     }
     case QEvent::FocusOut: {
       if (!node.on_leave) return false;
-      QPointer<QWidget> field(entry->widget);
+      const QPointer<QWidget> field(entry.widget);
       bool left = true;
-      Act([&] { left = node.on_leave(); });
+      Act([&] { left = node.Leave(); });
       if (!left && field) field->setFocus();
       return false;
     }

@@ -2,13 +2,15 @@
 #pragma once
 
 /// A tree of nodes as real widgets: a frame is a group box, a text box a line edit, a spinner a
-/// spin box. What the user does reaches the nodes' handlers; what the handlers change reaches the
-/// widgets with the next `Sync`.
+/// spin box. What the user does reaches the nodes; what changes in the nodes is noted, and reaches
+/// their widgets before the event loop goes on, or with the next `Sync`. One view to a tree; the
+/// thread of both is that of the user interface.
 
 #include <QEvent>
 #include <QFont>
 #include <QWidget>
 #include <functional>
+#include <unordered_map>
 #include <vector>
 
 #include "discoplan/forms/node.h"
@@ -32,8 +34,9 @@ class DISCOPLAN_EXPORT FormView : public QWidget {
  public:
   /// The tree outlives the view.
   explicit FormView(Node& root, QWidget* parent = nullptr);
+  ~FormView() override;
 
-  /// Brings the widgets up to date with the nodes.
+  /// Brings the widgets up to date with what changed in the nodes.
   void Sync();
   /// The widget of a node; nothing for one that isn't of this tree.
   QWidget* WidgetOf(const Node* node) const;
@@ -41,6 +44,8 @@ class DISCOPLAN_EXPORT FormView : public QWidget {
   void OnMouse(std::function<void(Node&, const MouseOnNode&)> heard) { heard_ = std::move(heard); }
   /// Called around each handler of a node, so that its owner stays alive for it.
   void OnAct(std::function<void(const std::function<void()>&)> act) { act_ = std::move(act); }
+  /// Who hears that a picture that grows wants to be seen; nobody needs to.
+  void OnGrowth(std::function<void(QWidget&)> grown) { grown_ = std::move(grown); }
 
  protected:
   bool eventFilter(QObject* object, QEvent* event) override;
@@ -50,19 +55,29 @@ class DISCOPLAN_EXPORT FormView : public QWidget {
     Node* node;
     QWidget* widget;
     QList<QWidget*> choices;  // of a group
+    unsigned stale = ~0U;     // which aspects, as a mask
   };
 
   void Build(Node& node, QWidget* parent);
   void BuildOptions(Node& node, Entry& entry);
-  void SyncEntry(const Entry& entry);
+  void Note(Node& node, Aspect aspect);
+  void SyncEntry(Entry& entry);
+  void SyncPlace(const Entry& entry);
+  void SyncText(const Entry& entry);
   void SyncValue(const Entry& entry);
-  void Act(const std::function<void()>& handler);
+  void Act(const std::function<void()>& act);
   bool HandleMouse(Node& node, QEvent* event);
   void SetTabOrder();
 
-  std::vector<Entry> entries_;
+  Node& root_;
+  std::vector<Entry> entries_;  // outer ones first
+  std::unordered_map<const Node*, std::size_t> places_;
+  std::unordered_map<const QObject*, std::size_t> widgets_;
   std::function<void(Node&, const MouseOnNode&)> heard_;
   std::function<void(const std::function<void()>&)> act_;
+  std::function<void(QWidget&)> grown_;
+  bool has_stale_ = true;
+  bool is_due_ = false;
   bool syncing_ = false;
 };
 

@@ -10,6 +10,8 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <optional>
+#include <utility>
 
 #include "discoplan/base/numbers.h"
 #include "discoplan/controls/control_factory.h"
@@ -91,9 +93,9 @@ class PlotHost final : public QtPlatform,
 
   // A widget that dies meanwhile leaves its host to the event loop below: what called this still
   // has to return through the control.
-  void ShowModal(Form& form) override {
+  void ShowModal(const std::shared_ptr<Form>& form, const std::function<void()>& done) override {
     const std::shared_ptr<PlotHost> keep = shared_from_this();
-    QtPlatform::ShowModal(form);
+    QtPlatform::ShowModal(form, done);
     LeaveToLoop(keep);
   }
   void Show(const Message& message) override {
@@ -111,7 +113,7 @@ class PlotHost final : public QtPlatform,
     if (!widget_) return;
     const std::string text(name);
     const QMetaObject& meta = *widget_->metaObject();
-    SyncSoon();
+    if (name == "PlotCaption") widget_->ShowCaption();
     const int index = meta.indexOfProperty(text.c_str());
     if (index >= 0) meta.property(index).notifySignal().invoke(widget_);
     if (widget_) Q_EMIT widget_->PropertyChanged(QString::fromStdString(text));
@@ -130,21 +132,29 @@ class PlotHost final : public QtPlatform,
                        const std::function<void(float, float)>& take) override {
     if (!widget_) return;
     const QSize wanted(qCeil(width / kTwipsPerPixel), qCeil(height / kTwipsPerPixel));
-    widget_->setMinimumSize(wanted);
+    if (!own_minimum_) own_minimum_ = widget_->minimumSize();
+    widget_->setMinimumSize(wanted.expandedTo(*own_minimum_));
     if (widget_->size() != wanted) widget_->resize(wanted);
     take(width, height);
   }
-  void Repaint() override { SyncSoon(); }
+  /// With and without its legend a control has another least size, which it asks for anew.
+  void Repaint() override {
+    if (!widget_ || !control || std::exchange(hides_legend_, control->HideLegend()) == hides_legend_) {
+      return;
+    }
+    if (own_minimum_) widget_->setMinimumSize(*own_minimum_);
+    own_minimum_.reset();
+  }
   void PointerChanged(std::int16_t pointer) override {
     if (!widget_) return;
     pointer == kHourglass ? widget_->setCursor(Qt::WaitCursor) : widget_->unsetCursor();
   }
 
   /// Shows the growing picture, but not more often than a screen does.
-  void PictureGrew(const Node& node) {
+  void ShowGrowing(QWidget& picture) {
     if (!widget_ || (clock_.isValid() && clock_.elapsed() < kFrame)) return;
     clock_.start();
-    if (QWidget* shown = widget_->view_->WidgetOf(&node)) shown->repaint();
+    picture.repaint();
   }
 
   /// A button that goes up clicks, unless it ends a double click.
@@ -157,13 +167,9 @@ class PlotHost final : public QtPlatform,
     control->Mouse(node, action);
   }
 
-  void SyncSoon() {
-    if (pending_ || !widget_) return;
-    pending_ = true;
-    QTimer::singleShot(0, widget_, [this] {
-      pending_ = false;
-      widget_->Sync();
-    });
+  /// The widget may have come to a screen of another resolution.
+  void TakeScreen() {
+    if (FollowScreen()) control->ScreenChanged();
   }
 
   std::unique_ptr<PlotControl> control;
@@ -175,7 +181,8 @@ class PlotHost final : public QtPlatform,
 
   QPointer<PlotWidget> widget_;
   QElapsedTimer clock_;
-  bool pending_ = false;
+  std::optional<QSize> own_minimum_;  // of the widget, while the control asks for more
+  bool hides_legend_ = false;
   bool clicked_twice_ = false;
 };
 
@@ -202,24 +209,13 @@ PlotWidget::PlotWidget(const char* class_name, QWidget* parent)
     const std::shared_ptr<PlotHost> keep = host_;
     keep->TakeMouse(node, action);
   });
-  std::vector<Node*> nodes = {&control.root()};
-  for (std::size_t i = 0; i < nodes.size(); ++i) {
-    Node& node = *nodes[i];
-    if (node.picture) node.picture->OnRefresh([this, &node] { host_->PictureGrew(node); });
-    for (const auto& child : node.children()) nodes.push_back(child.get());
-  }
+  view_->OnGrowth([this](QWidget& picture) { host_->ShowGrowing(picture); });
+  ShowCaption();
   resize(sizeHint());
 }
 
-PlotWidget::~PlotWidget() {
-  // Nothing of the control may call this widget any more.
-  std::vector<Node*> nodes = {&host_->control->root()};
-  for (std::size_t i = 0; i < nodes.size(); ++i) {
-    if (nodes[i]->picture) nodes[i]->picture->OnRefresh({});
-    for (const auto& child : nodes[i]->children()) nodes.push_back(child.get());
-  }
-  delete view_;
-}
+// Nothing of the control may call this widget any more.
+PlotWidget::~PlotWidget() { delete view_; }
 
 PlotControl& PlotWidget::Control() const { return *host_->control; }
 
@@ -238,8 +234,9 @@ PlotResult PlotWidget::Plot() {
   return result;
 }
 
-void PlotWidget::Sync() {
-  view_->Sync();
+void PlotWidget::Sync() { view_->Sync(); }
+
+void PlotWidget::ShowCaption() {
   setAccessibleName(QString::fromStdString(Control().PlotCaption()));
 }
 
@@ -267,8 +264,14 @@ void PlotWidget::resizeEvent(QResizeEvent* event) {
   if (self) Sync();
 }
 
+bool PlotWidget::event(QEvent* event) {
+  if (event->type() == QEvent::ScreenChangeInternal) host_->TakeScreen();
+  return QWidget::event(event);
+}
+
 void PlotWidget::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
+  host_->TakeScreen();
   host_->control->Shown();
   Sync();
 }

@@ -10,6 +10,14 @@
 /// Each hosts one control and shows its tree with real child widgets. The interface's properties
 /// are properties of the widget under the same names, its methods are calls on `control()`. A
 /// widget may be destroyed at any time, also while it plots or shows a dialog.
+///
+/// As any widget it belongs to the thread of the user interface: a worker that has read sites hands
+/// them over by a queued signal. Threads of `Control().UseWorkers` are no exception; they only
+/// share the interpolation within one call.
+///
+/// Positions of the mouse count from the upper left corner of the child that raises the event: in
+/// physical pixels on the plot's picture of the 3D kinds, in twips (1440 to the inch, 15 to a
+/// logical pixel) on the frames and on the widget itself.
 
 #include <QVariant>
 #include <QWidget>
@@ -43,7 +51,7 @@ class DISCOPLAN_EXPORT PlotWidget : public QWidget {
   [[nodiscard]] LoadResult SetWaferData(std::span<const float> x, std::span<const float> y,
                                         std::span<const float> values);
   PlotResult Plot();
-  /// Brings the child widgets up to date; calls on the control that announce nothing need it.
+  /// Brings the child widgets up to date at once; the event loop does so by itself.
   void Sync();
 
   QSize sizeHint() const override { return {400, 300}; }
@@ -66,12 +74,15 @@ class DISCOPLAN_EXPORT PlotWidget : public QWidget {
   QVariant Value(const char* property) const;
   void SetValue(const char* property, const QVariant& value);
 
+  bool event(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
 
  private:
   friend class PlotHost;
+
+  void ShowCaption();
 
   std::shared_ptr<PlotHost> host_;
   FormView* view_ = nullptr;

@@ -25,14 +25,14 @@ PropertyDialog::PropertyDialog(PlotWidget& plot)
   for (const std::string_view name : PropertyPagesOf(plot.Control().root().name)) {
     PropertyPage& page = *pages_.emplace_back(NewPropertyPage(name, *platform_));
     page.Select(&plot.Control());
-    const TwipsBox& box = page.root().box;
+    const TwipsBox& box = page.root().Box();
     auto* view = new FormView(page.root(), tabs);
     view->setMinimumSize(qRound(box.width / kTwipsPerPixel), qRound(box.height / kTwipsPerPixel));
     view->OnAct([this](const std::function<void()>& handler) {
       handler();
       ShowChanged();
     });
-    tabs->addTab(view, QString::fromStdString(page.root().text));
+    tabs->addTab(view, QString::fromStdString(page.root().Text()));
     views_.push_back(view);
   }
   connect(buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);

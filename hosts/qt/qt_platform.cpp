@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
+#include <utility>
 
 #include "discoplan/raster/picture.h"
 #include "hosts/qt/form_view.h"
@@ -19,42 +20,42 @@ namespace {
 /// A form as a window: Return presses OK, Escape and closing press Cancel.
 class FormDialog final : public QDialog {
  public:
-  FormDialog(Form& form, QWidget* parent) : QDialog(parent), form_(form), view_(form.root(), this) {
-    setWindowTitle(QString::fromStdString(form.root().text));
-    setObjectName(QString::fromStdString(form.root().name));
-    setFixedSize(qRound(form.root().box.width / kTwipsPerPixel),
-                 qRound(form.root().box.height / kTwipsPerPixel));
+  FormDialog(std::shared_ptr<Form> form, QWidget* parent)
+      : QDialog(parent), form_(std::move(form)), view_(form_->root(), this) {
+    const Node& root = form_->root();
+    setWindowTitle(QString::fromStdString(root.Text()));
+    setObjectName(QString::fromStdString(root.name));
+    setFixedSize(qRound(root.Box().width / kTwipsPerPixel),
+                 qRound(root.Box().height / kTwipsPerPixel));
     view_.resize(size());
     view_.OnAct([this](const std::function<void()>& handler) {
       handler();
-      if (!form_.root().visible) QDialog::accept();
+      if (!form_->root().Visible()) QDialog::accept();
     });
-    if (auto* ok = qobject_cast<QPushButton*>(view_.WidgetOf(form.accept_button()))) {
+    if (auto* ok = qobject_cast<QPushButton*>(view_.WidgetOf(form_->accept_button()))) {
       ok->setDefault(true);
     }
   }
 
   void reject() override {
-    form_.Cancel();
+    form_->Cancel();
     QDialog::reject();
   }
 
  private:
-  Form& form_;
+  const std::shared_ptr<Form> form_;
   FormView view_;
 };
 
 }  // namespace
 
-QtPlatform::QtPlatform(QWidget* owner) : owner_(owner) {
-  const qreal ratio = owner != nullptr ? owner->devicePixelRatioF() : qApp->devicePixelRatio();
-  const float twips = kTwipsPerPixel / static_cast<float>(ratio);
-  screen_ = {twips, twips};
-}
+QtPlatform::QtPlatform(QWidget* owner) : owner_(owner) { FollowScreen(); }
 
-std::unique_ptr<Picture> QtPlatform::NewPicture(float width, float height) {
-  return std::make_unique<Picture>(
-      Picture::Setting{.screen = screen_, .resolution = screen_, .text = text_}, width, height);
+bool QtPlatform::FollowScreen() {
+  const qreal ratio = owner_ ? owner_->devicePixelRatioF() : qApp->devicePixelRatio();
+  const float twips = kTwipsPerPixel / static_cast<float>(ratio);
+  if (std::exchange(screen_, Screen{twips, twips}).twips_per_pixel_x == twips) return false;
+  return true;
 }
 
 float QtPlatform::LabelWidth(const Font& font, std::string_view text) const {
@@ -71,12 +72,13 @@ void QtPlatform::Show(const Message& message) {
   box.exec();
 }
 
-void QtPlatform::ShowModal(Form& form) {
-  form.Show();
+void QtPlatform::ShowModal(const std::shared_ptr<Form>& form, const std::function<void()>& done) {
+  form->Show();
   QPointer<FormDialog> dialog = new FormDialog(form, owner_);
   dialog->exec();
-  if (form.root().visible) form.Cancel();
+  if (form->root().Visible()) form->Cancel();
   delete dialog.data();
+  if (done) done();
 }
 
 void QtPlatform::RunPendingEvents() {

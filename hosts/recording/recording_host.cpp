@@ -56,19 +56,17 @@ std::unique_ptr<Picture> RecordingHost::NewPicture(float width, float height) {
       Picture::Setting{.screen = screen_, .resolution = screen_, .text = text_}, width, height);
 }
 
-void RecordingHost::ShowModal(Form& form) {
-  form.Show();
+void RecordingHost::ShowModal(const std::shared_ptr<Form>& form,
+                              const std::function<void()>& done) {
+  form->Show();
   try {
-    if (user_) user_(form);
+    if (user_) user_(*form);
   } catch (...) {
-    form.Cancel();
+    form->Cancel();
     throw;
   }
-  if (form.root().visible) form.Cancel();
-}
-
-float RecordingHost::LabelWidth(const Font& font, std::string_view text) const {
-  return static_cast<float>(text_.Width(font, 1, text)) * screen_.twips_per_pixel_x;
+  if (form->root().Visible()) form->Cancel();
+  if (done) done();
 }
 
 }  // namespace discoplan

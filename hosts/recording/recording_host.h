@@ -67,17 +67,16 @@ class Paper : public Surface {
 class RecordingHost final : public Platform {
  public:
   const Screen& screen() const override { return screen_; }
+  const TextPainter& text() const override { return text_; }
   std::unique_ptr<Picture> NewPicture(float width, float height) override;
-  float LabelWidth(const Font& font, std::string_view text) const override;
   void Show(const Message& message) override { messages_.push_back(message); }
   /// Lets the user that was set act in the form, and cancels what is still open then.
-  void ShowModal(Form& form) override;
+  void ShowModal(const std::shared_ptr<Form>& form, const std::function<void()>& done) override;
 
   void SetScreen(const Screen& screen) { screen_ = screen; }
   /// Who acts in the next forms. Nobody, unless set.
   void OnModal(std::function<void(Form&)> user) { user_ = std::move(user); }
   std::vector<Message> TakeMessages() { return std::exchange(messages_, {}); }
-  const TextPainter& text() const { return text_; }
 
  private:
   Screen screen_;

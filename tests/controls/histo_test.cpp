@@ -29,7 +29,7 @@ class HistoControl : public testing::Test {
   static Node& Child(Histo& histo, const char* name) { return *histo.root().Find(name); }
   Node& Child(const char* name) { return Child(histo_, name); }
   static json Trace(Histo& histo, const char* name) {
-    return dynamic_cast<Recording<Picture>&>(*Child(histo, name).picture).TakeTrace();
+    return dynamic_cast<Recording<Picture>&>(*Child(histo, name).Picture()).TakeTrace();
   }
   static bool Prints(const json& trace, const char* text) {
     return std::ranges::find(trace, json{"Print", text}) != trace.end();
@@ -118,13 +118,13 @@ TEST_F(HistoControl, SharesItsControlLimitsInTheThread) {
 }
 
 TEST_F(HistoControl, AlignsItsChartWithAPlotBesideIt) {
-  const TwipsBox plain = Child("PLOTA").box;
+  const TwipsBox plain = Child("PLOTA").Box();
   histo_.SetChartDim(600, 1500);
-  EXPECT_EQ(Child("PLOTA").box.top, 600);
-  EXPECT_EQ(Child("PLOTA").box.height, 1500);
-  EXPECT_EQ(Child("PLOTA").box.left, plain.left);
+  EXPECT_EQ(Child("PLOTA").Box().top, 600);
+  EXPECT_EQ(Child("PLOTA").Box().height, 1500);
+  EXPECT_EQ(Child("PLOTA").Box().left, plain.left);
   histo_.SetChartDim(0, 1500);
-  EXPECT_EQ(Child("PLOTA").box.height, plain.height);
+  EXPECT_EQ(Child("PLOTA").Box().height, plain.height);
 }
 
 TEST_F(HistoControl, AsksForItsLeastSize) {
@@ -133,10 +133,10 @@ TEST_F(HistoControl, AsksForItsLeastSize) {
   } rows[] = {{1999, 1999, 2100, 2100}, {2000, 2000, 2000, 2000}, {5000, 10, 5000, 2100}};
   for (const auto& row : rows) {
     histo_.SetSize(row.width, row.height);
-    EXPECT_EQ(histo_.root().box.width, row.taken_width);
-    EXPECT_EQ(histo_.root().box.height, row.taken_height);
-    EXPECT_GT(Child("PLOTA").box.width, 300);
-    EXPECT_GT(Child("PLOTA").box.height, 300);
+    EXPECT_EQ(histo_.root().Box().width, row.taken_width);
+    EXPECT_EQ(histo_.root().Box().height, row.taken_height);
+    EXPECT_GT(Child("PLOTA").Box().width, 300);
+    EXPECT_GT(Child("PLOTA").Box().height, 300);
   }
 }
 
@@ -153,7 +153,7 @@ TEST_F(HistoControl, KeepsLabelsOfAnyMagnitudeInside) {
       if (call[0] != "Print") continue;
       EXPECT_GE(at, 0) << call << ' ' << factor;
       EXPECT_LE(at + 6 * static_cast<float>(call[1].get<std::string>().size()),
-                Child("histPic").picture->ScaleWidth())
+                Child("histPic").Picture()->ScaleWidth())
           << call << ' ' << factor;
     }
   }
@@ -169,9 +169,9 @@ TEST_F(HistoControl, SetPlotNotVaildHasNoEffect) {
 
 TEST_F(HistoControl, BordersItsFrame) {
   histo_.Borderstyle(0);
-  EXPECT_FALSE(Child("frmhist").bordered);
+  EXPECT_FALSE(Child("frmhist").Bordered());
   histo_.Borderstyle(1);
-  EXPECT_TRUE(Child("frmhist").bordered);
+  EXPECT_TRUE(Child("frmhist").Bordered());
 }
 
 TEST_F(HistoControl, OffersNoMembersOfMaps) {

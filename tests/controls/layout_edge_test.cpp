@@ -42,7 +42,7 @@ class LayoutEdge : public testing::Test {
 
   Node& Child(const std::string& name) { return *plot_.root().Find(name); }
   json TakeTrace(const char* name) {
-    return dynamic_cast<Traced&>(*Child(name).picture).TakeTrace();
+    return dynamic_cast<Traced&>(*Child(name).Picture()).TakeTrace();
   }
   void Load() {
     std::vector<float> ramp(9);
@@ -52,7 +52,7 @@ class LayoutEdge : public testing::Test {
     TakeTrace("FNPic");
   }
   void ExpectBox(const char* name, const TwipsBox& due) {
-    const TwipsBox& box = Child(name).box;
+    const TwipsBox& box = Child(name).Box();
     EXPECT_FLOAT_EQ(box.left, due.left) << name;
     EXPECT_FLOAT_EQ(box.top, due.top) << name;
     EXPECT_FLOAT_EQ(box.width, due.width) << name;
@@ -92,25 +92,25 @@ TEST_F(LayoutEdge, AsksOnceForTheLeastSize) {
     EXPECT_EQ(container_.resizes, asks ? 2 : 1);  // one nested
     if (!asks) continue;
     EXPECT_EQ(container_.requests[0], std::pair(row.asked_width, row.asked_height));
-    EXPECT_EQ(plot_.root().box.width, row.asked_width);
-    EXPECT_EQ(plot_.root().box.height, row.asked_height);
+    EXPECT_EQ(plot_.root().Box().width, row.asked_width);
+    EXPECT_EQ(plot_.root().Box().height, row.asked_height);
   }
 }
 
 TEST_F(LayoutEdge, DoesNoLayoutInTheOuterResize) {
   Load();
   plot_.Plot();
-  const TwipsBox frame = Child("Frplot").box;
+  const TwipsBox frame = Child("Frplot").Box();
   container_.answer = [&](float, float, const Asked::Take&) {};  // keeps the size as it is
   plot_.SetSize(4000, 4000);
   ExpectBox("Frplot", frame);
-  EXPECT_TRUE(Child("PLOTA").visible);
-  EXPECT_FALSE(Child("RePlot").visible);
+  EXPECT_TRUE(Child("PLOTA").Visible());
+  EXPECT_FALSE(Child("RePlot").Visible());
   // The nested one does it all: 4500 - 2145 = 2355 for the frame, and a stretched snapshot.
   container_.answer = [](float w, float h, const Asked::Take& take) { take(w, h); };
   plot_.SetSize(4000, 4000);
   ExpectBox("Frplot", {0, 0, 0.97F * 2355, 2355});
-  EXPECT_TRUE(Child("RePlot").visible);
+  EXPECT_TRUE(Child("RePlot").Visible());
 }
 
 TEST_F(LayoutEdge, EndsWhereTheContainerGivesLess) {
@@ -123,11 +123,11 @@ TEST_F(LayoutEdge, EndsWhereTheContainerGivesLess) {
     container_.requests.clear();
     plot_.SetSize(4000, 4000);
     EXPECT_EQ(container_.requests.size(), 1U) << width;
-    EXPECT_EQ(std::isnan(plot_.root().box.width), std::isnan(width));
+    EXPECT_EQ(std::isnan(plot_.root().Box().width), std::isnan(width));
     // It asks again when it is placed anew.
     container_.answer = [](float w, float h, const Asked::Take& take) { take(w, h); };
     plot_.SetSize(4000, 4000);
-    EXPECT_EQ(plot_.root().box.width, 4500);
+    EXPECT_EQ(plot_.root().Box().width, 4500);
   }
 }
 
@@ -142,25 +142,25 @@ TEST_F(LayoutEdge, AsksAgainAfterAContainerThatFailed) {
 
 TEST_F(LayoutEdge, WidensThePanelToTheWidestRow) {
   Node& row = Child("ScaleValue(7)");
-  row.auto_size = false;
-  row.Move({500, row.box.top, 1500, row.box.height});  // ends at 2000
+  row.SizeByText({});
+  row.Move({500, row.Box().top, 1500, row.Box().height});  // ends at 2000
   for (int i = 1; i <= 10; ++i) {
     Node& other = Child(std::string("ScaleValue(").append(std::to_string(i)).append(")"));
-    other.auto_size = false;
-    if (&other != &row) other.box.width = 100;
+    other.SizeByText({});
+    if (&other != &row) other.Width(100);
   }
   plot_.SetSize(6000, 3500);
-  EXPECT_EQ(Child("legende").box.width, 2000);
-  EXPECT_EQ(Child("frleg").box.width, 2240);
-  EXPECT_EQ(Child("Frame1").box.width, 2450);
-  EXPECT_EQ(Child("frmove").box.width, 2450);
-  EXPECT_EQ(Child("frmove").box.left, 3550);
-  EXPECT_EQ(Child("Command1").box.width, 2240);
-  EXPECT_EQ(Child("FNLabel").box.width, 2240);
+  EXPECT_EQ(Child("legende").Box().width, 2000);
+  EXPECT_EQ(Child("frleg").Box().width, 2240);
+  EXPECT_EQ(Child("Frame1").Box().width, 2450);
+  EXPECT_EQ(Child("frmove").Box().width, 2450);
+  EXPECT_EQ(Child("frmove").Box().left, 3550);
+  EXPECT_EQ(Child("Command1").Box().width, 2240);
+  EXPECT_EQ(Child("FNLabel").Box().width, 2240);
   for (const float width : {1195.0F, 1195.5F, 0.0F}) {  // 1695 is the least
-    row.box.width = width;
+    row.Width(width);
     plot_.SetSize(6000, 3500);
-    EXPECT_EQ(Child("legende").box.width, std::max(1695.0F, 500 + width));
+    EXPECT_EQ(Child("legende").Box().width, std::max(1695.0F, 500 + width));
   }
 }
 
@@ -188,9 +188,9 @@ TEST_F(LayoutEdge, PlacesTheFrameInWhatThePanelLeaves) {
     ExpectBox("Frplot", {0, 0, across, row.side});
     ExpectBox("PLOTA", {105, 225, across - 210, row.side - 330});
     ExpectBox("RePlot", {105, 225, across - 210, row.side - 330});
-    EXPECT_EQ(Child("frmove").visible, row.panel > 0);
+    EXPECT_EQ(Child("frmove").Visible(), row.panel > 0);
     if (row.panel == 0) continue;
-    EXPECT_EQ(Child("frmove").box.left, row.width - row.panel);
+    EXPECT_EQ(Child("frmove").Box().left, row.width - row.panel);
   }
 }
 
@@ -209,30 +209,30 @@ TEST_F(LayoutEdge, SecondResizeWithASnapshotMovesOnly) {
   Load();
   plot_.Plot();
   plot_.SetSize(7000, 6000);
-  const auto image = Child("RePlot").image;
+  const auto image = Child("RePlot").Image();
   TakeTrace("PLOTA");
   TakeTrace("FNPic");
   plot_.SetSize(8000, 7000);
   EXPECT_EQ(TakeTrace("PLOTA"), json::array());
   EXPECT_EQ(TakeTrace("FNPic"), json::array());
-  EXPECT_EQ(Child("RePlot").image, image);
+  EXPECT_EQ(Child("RePlot").Image(), image);
   ExpectBox("RePlot", {105, 225, 0.97F * 5855 - 210, 5855 - 330});
   // Going back to the old size is a resize like any other.
   plot_.SetSize(6000, 4500);
-  EXPECT_TRUE(Child("RePlot").visible);
+  EXPECT_TRUE(Child("RePlot").Visible());
 }
 
 TEST_F(LayoutEdge, SnapshotShowsWhatWasDrawn) {
   Load();
   plot_.Plot();
-  const Canvas& drawn = Child("PLOTA").picture->canvas();
-  const auto image = Child("RePlot").image;
+  const Canvas& drawn = Child("PLOTA").Picture()->canvas();
+  const auto image = Child("RePlot").Image();
   ASSERT_EQ(image->Width(), drawn.Width());
   EXPECT_TRUE(std::ranges::equal(image->Pixels(), drawn.Pixels()));
   const int width = image->Width();
   plot_.SetSize(9000, 8000);
-  EXPECT_EQ(Child("RePlot").image->Width(), width);  // not computed anew
-  EXPECT_GT(Child("PLOTA").picture->canvas().Width(), width);
+  EXPECT_EQ(Child("RePlot").Image()->Width(), width);  // not computed anew
+  EXPECT_GT(Child("PLOTA").Picture()->canvas().Width(), width);
 }
 
 TEST_F(LayoutEdge, BeforeDataOnlyThePointerMoves) {
@@ -255,20 +255,20 @@ TEST_F(LayoutEdge, RedrawsInOrder) {
   // The indicator first, in black on white, then the plot and at last its drawing colour.
   const json indicator = TakeTrace("FNPic");
   EXPECT_EQ(indicator[0], json::parse(R"(["ForeColor", 0])"));
-  EXPECT_EQ(Child("FNLabel").text, "Notch");
+  EXPECT_EQ(Child("FNLabel").Text(), "Notch");
   const json plot = TakeTrace("PLOTA");
   EXPECT_EQ(plot.front(), json::parse(R"(["Cls"])"));
   EXPECT_EQ(plot.back(), json::parse(R"(["ForeColor", 0])"));
   plot_.WaferStyle(WaferSt::Flat);
   plot_.Plot();
-  EXPECT_EQ(Child("FNLabel").text, "Notch");  // a flat leaves the title as it was
+  EXPECT_EQ(Child("FNLabel").Text(), "Notch");  // a flat leaves the title as it was
 }
 
 TEST_F(LayoutEdge, AFailingRedrawLeavesTheHourglass) {
   Load();
   plot_.Plot();
   TakeTrace("PLOTA");
-  Surface& indicator = *Child("FNPic").picture;
+  Surface& indicator = *Child("FNPic").Picture();
   const float across = indicator.ScaleWidth();
   indicator.ScaleWidth(std::numeric_limits<float>::infinity());  // has no centre
   plot_.SetPlotNotVaild();
@@ -278,7 +278,7 @@ TEST_F(LayoutEdge, AFailingRedrawLeavesTheHourglass) {
   indicator.ScaleWidth(across);
   plot_.SetSize(6000, 4600);  // stale still: a real redraw
   EXPECT_EQ(plot_.MousePointer(), 0);
-  EXPECT_FALSE(Child("RePlot").visible);
+  EXPECT_FALSE(Child("RePlot").Visible());
 }
 
 TEST_F(LayoutEdge, SwallowsWhatTheContainerDoesNotOffer) {
@@ -287,7 +287,7 @@ TEST_F(LayoutEdge, SwallowsWhatTheContainerDoesNotOffer) {
   } container;
   Plot2D plot(host_, &container);
   EXPECT_NO_THROW(plot.SetSize(6000, 3500));
-  EXPECT_EQ(plot.root().Find("Frplot")->box.height, 3500);
+  EXPECT_EQ(plot.root().Find("Frplot")->Box().height, 3500);
 }
 
 TEST_F(LayoutEdge, HidingTheLegendStretchesOrRedraws) {
@@ -296,12 +296,12 @@ TEST_F(LayoutEdge, HidingTheLegendStretchesOrRedraws) {
   TakeTrace("PLOTA");
   plot_.HideLegend(true);
   EXPECT_EQ(TakeTrace("PLOTA"), json::array());
-  EXPECT_TRUE(Child("RePlot").visible);
+  EXPECT_TRUE(Child("RePlot").Visible());
   ExpectBox("Frplot", {0, 0, 0.97F * 4500, 4500});
   plot_.SetPlotNotVaild();
   plot_.HideLegend(false);
   EXPECT_FALSE(TakeTrace("PLOTA").empty());
-  EXPECT_FALSE(Child("RePlot").visible);
+  EXPECT_FALSE(Child("RePlot").Visible());
 }
 
 TEST_F(LayoutEdge, EndsWithAnySize) {
@@ -315,7 +315,7 @@ TEST_F(LayoutEdge, EndsWithAnySize) {
       plot_.SetPlotNotVaild();
       EXPECT_NO_THROW(plot_.SetSize(value, value));
       plot_.SetSize(6000, 4500);
-      EXPECT_EQ(Child("Frplot").box.height, hidden ? 4500 : 3855);
+      EXPECT_EQ(Child("Frplot").Box().height, hidden ? 4500 : 3855);
     }
   }
 }

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "hosts/recording/recording_host.h"
 
 namespace discoplan {
@@ -26,7 +28,7 @@ class LineScanControl : public testing::Test {
 
   Node& Child(const char* name) { return *scan_.root().Find(name); }
   json Trace(const char* name) {
-    return dynamic_cast<Recording<Picture>&>(*Child(name).picture).TakeTrace();
+    return dynamic_cast<Recording<Picture>&>(*Child(name).Picture()).TakeTrace();
   }
   std::size_t Lines(const char* name) {
     std::size_t lines = 0;
@@ -44,7 +46,7 @@ class LineScanControl : public testing::Test {
     Trace("PLOTA");
   }
   void Type(const std::string& text) {
-    Child("AngleValue").text = text;
+    Child("AngleValue").Text(text);
     Child("AngleValue").on_change();
   }
 
@@ -57,8 +59,8 @@ TEST_F(LineScanControl, TakesAnglesOfOneTurn) {
   for (const std::int16_t angle : std::initializer_list<std::int16_t>{0, 1, 359}) {
     scan_.angle(angle);
     EXPECT_EQ(scan_.angle(), angle);
-    EXPECT_EQ(Child("AngleValue").text, std::to_string(angle));
-    EXPECT_EQ(Child("UpDown1").value, angle);
+    EXPECT_EQ(Child("AngleValue").Text(), std::to_string(angle));
+    EXPECT_EQ(Child("UpDown1").Value(), angle);
   }
   scan_.angle(360);
   EXPECT_EQ(scan_.angle(), 0);
@@ -91,7 +93,7 @@ TEST_F(LineScanControl, FollowsWhatIsTyped) {
               {"", "", 0},      {"1.5", "0", 0},     {"8", "8", 8},   {"1e1", "0", 0}};
   for (const auto& row : rows) {
     Type(row.typed);
-    EXPECT_EQ(Child("AngleValue").text, row.stands) << row.typed;
+    EXPECT_EQ(Child("AngleValue").Text(), row.stands) << row.typed;
     EXPECT_EQ(scan_.angle(), row.angle) << row.typed;
     EXPECT_EQ(Lines("PLOTA"), 88U) << row.typed;
   }
@@ -103,13 +105,13 @@ TEST_F(LineScanControl, ShowsItsAngleAlsoWhileTheCutIsALine) {
   scan_.LineStartPointX(-50);
   scan_.LineEndPointX(50);
   scan_.angle(90);
-  const TwipsBox level = Child("picplus").box;
+  const TwipsBox level = Child("picplus").Box();
   const Node* line = Child("picplus").parent();
   ASSERT_NE(line, nullptr);
   scan_.PlotType(PlotTypeEnumLineScan::vbAngle);
   scan_.Plot();
-  EXPECT_EQ(Child("picplus").box.left, level.left);
-  EXPECT_EQ(Child("picplus").box.top, level.top);
+  EXPECT_EQ(Child("picplus").Box().left, level.left);
+  EXPECT_EQ(Child("picplus").Box().top, level.top);
 }
 
 TEST_F(LineScanControl, DrawsNothingForAModeThatIsNone) {
@@ -136,16 +138,16 @@ TEST_F(LineScanControl, TurnsByKeysAndSpinner) {
   EXPECT_EQ(scan_.angle(), 357);
   Child("UpDown1").on_spin(2'000'000'000);
   EXPECT_EQ(scan_.angle(), (357 + 2'000'000'000 % 360) % 360);
-  EXPECT_EQ(Child("AngleValue").text, std::to_string(scan_.angle()));
+  EXPECT_EQ(Child("AngleValue").Text(), std::to_string(scan_.angle()));
 }
 
 TEST_F(LineScanControl, WithoutDataTurnsTheIndicatorAlone) {
   Child("UpDown1").on_spin(90);
   EXPECT_EQ(Lines("PLOTA"), 0U);
-  EXPECT_TRUE(Child("picplus").visible);
+  EXPECT_TRUE(Child("picplus").Visible());
   // The cut at 90 degrees ends on the left, in the middle of the picture.
-  const TwipsBox& marker = Child("picplus").box;
-  const TwipsBox& picture = Child("FNPic").box;
+  const TwipsBox& marker = Child("picplus").Box();
+  const TwipsBox& picture = Child("FNPic").Box();
   EXPECT_LT(marker.left, picture.left + 60);
   EXPECT_NEAR(marker.top + marker.height / 2, picture.top + picture.height / 2, 2);
 }
@@ -155,9 +157,9 @@ TEST_F(LineScanControl, PlotsAtOnceAndAgain) {
   EXPECT_EQ(Lines("PLOTA"), 0U);
   EXPECT_EQ(scan_.Plot(), PlotResult::Done);
   EXPECT_GE(Lines("PLOTA"), 88U);
-  EXPECT_EQ(Child("FNLabel(0)").text, "Angle :");
-  EXPECT_EQ(Child("lblX(0)").text, "X=0.00Y=-97.00");
-  EXPECT_EQ(Child("lblY(4)").text, "18.0");
+  EXPECT_EQ(Child("FNLabel(0)").Text(), "Angle :");
+  EXPECT_EQ(Child("lblX(0)").Text(), "X=0.00Y=-97.00");
+  EXPECT_EQ(Child("lblY(4)").Text(), "18.0");
   scan_.Shown();
   EXPECT_EQ(Lines("PLOTA"), 88U);
   scan_.clear();
@@ -170,8 +172,8 @@ TEST_F(LineScanControl, ChangesItsMode) {
   LoadAndPlot();
   scan_.PlotType(PlotTypeEnumLineScan::vbline);
   EXPECT_EQ(Trace("PLOTA"), json::parse(R"([["Cls"]])"));
-  EXPECT_FALSE(Child("FNLabel(0)").visible);
-  EXPECT_TRUE(Child("FNLabel(1)").visible);
+  EXPECT_FALSE(Child("FNLabel(0)").Visible());
+  EXPECT_TRUE(Child("FNLabel(1)").Visible());
   scan_.LineStartPointX(-10);
   scan_.LineStartPointY(1);
   scan_.LineEndPointX(10);
@@ -184,8 +186,8 @@ TEST_F(LineScanControl, ChangesItsMode) {
   EXPECT_EQ(Trace("PLOTA").size(), 6U);  // cleared by each
   EXPECT_EQ(scan_.Plot(), PlotResult::Done);
   EXPECT_EQ(Lines("PLOTA"), 88U);
-  EXPECT_EQ(Child("lblX(4)").text.substr(0, 7), "X=96.79");  // by hand: y = 0.05 x + 1.5
-  EXPECT_EQ(Child("FNLabel(1)").text, "Notch");
+  EXPECT_EQ(Child("lblX(4)").Text().substr(0, 7), "X=96.79");  // by hand: y = 0.05 x + 1.5
+  EXPECT_EQ(Child("FNLabel(1)").Text(), "Notch");
 }
 
 TEST_F(LineScanControl, ACutBesideTheWaferLeavesItsPartOut) {
@@ -200,13 +202,13 @@ TEST_F(LineScanControl, ACutBesideTheWaferLeavesItsPartOut) {
 TEST_F(LineScanControl, LimitsReachTheReadOuts) {
   LoadAndPlot();
   EXPECT_TRUE(scan_.SetPlotLimit(0, 40));
-  EXPECT_EQ(Child("lblY(2)").text, "20.0");
+  EXPECT_EQ(Child("lblY(2)").Text(), "20.0");
   EXPECT_GE(Lines("PLOTA"), 88U);
   EXPECT_TRUE(scan_.SetPlotLimit(0, 40));  // the same again is no reason to stay
   EXPECT_GE(Lines("PLOTA"), 88U);
   EXPECT_FALSE(scan_.SetPlotLimit(40, 0));
   scan_.ReleasePlotLimit();
-  EXPECT_EQ(Child("lblY(0)").text, "10.0");
+  EXPECT_EQ(Child("lblY(0)").Text(), "10.0");
   EXPECT_GE(Lines("PLOTA"), 88U);
 }
 
@@ -228,25 +230,25 @@ TEST_F(LineScanControl, AsksForItsLeastSize) {
   for (const auto& row : rows) {
     scan_.HideLegend(!row.legend);
     scan_.SetSize(row.width, row.height);
-    EXPECT_EQ(scan_.root().box.width, row.taken_width) << row.width;
-    EXPECT_EQ(scan_.root().box.height, row.taken_height) << row.height;
-    EXPECT_EQ(Child("frmove").visible, row.legend);
-    EXPECT_GT(Child("PLOTA").box.width, 1000);
-    EXPECT_GT(Child("PLOTA").box.height, 500);
+    EXPECT_EQ(scan_.root().Box().width, row.taken_width) << row.width;
+    EXPECT_EQ(scan_.root().Box().height, row.taken_height) << row.height;
+    EXPECT_EQ(Child("frmove").Visible(), row.legend);
+    EXPECT_GT(Child("PLOTA").Box().width, 1000);
+    EXPECT_GT(Child("PLOTA").Box().height, 500);
   }
 }
 
 TEST_F(LineScanControl, HasRoomForItsValuesBesideTheChart) {
   LoadAndPlot();
   scan_.SetSize(6000, 4500);
-  const float narrow = Child("PLOTA").box.left;
+  const float narrow = Child("PLOTA").Box().left;
   scan_.SetPlotLimit(-123456.8F, 123456.8F);
   scan_.SetSize(6001, 4500);
-  EXPECT_GT(Child("PLOTA").box.left, narrow);
+  EXPECT_GT(Child("PLOTA").Box().left, narrow);
   for (int i = 0; i < 5; ++i) {
     const Node& label = Child(("lblY(" + std::to_string(i) + ")").c_str());
-    EXPECT_GE(label.box.left, 0) << i;
-    EXPECT_LE(label.Right(), Child("PLOTA").box.left) << i;
+    EXPECT_GE(label.Box().left, 0) << i;
+    EXPECT_LE(label.Right(), Child("PLOTA").Box().left) << i;
   }
 }
 
@@ -254,9 +256,9 @@ TEST_F(LineScanControl, ColoursAllThatLiesAroundTheCurve) {
   scan_.BackColor(0x00FFFF);
   for (const char* name : {"LineScan", "Plot", "FNLabel(0)", "FNLabel(1)", "FNPic", "Picture1",
                            "Picture2", "Picture3", "Picture4", "picplus", "Frame1"}) {
-    EXPECT_EQ(Child(name).back_color, 0x00FFFFU) << name;
+    EXPECT_EQ(Child(name).BackColor(), 0x00FFFFU) << name;
   }
-  EXPECT_EQ(Child("PLOTA").back_color, kWhite);
+  EXPECT_EQ(Child("PLOTA").BackColor(), kWhite);
   EXPECT_THAT(container_.TakeAnnounced(), ElementsAre("BackColor"));
 }
 
@@ -278,6 +280,44 @@ TEST_F(LineScanControl, PassesTheMouseOn) {
   }
   scan_.Mouse(Child("PLOTA"), {.event = MouseEvent::MouseDown});
   EXPECT_THAT(container_.TakeRaised(), IsEmpty());
+}
+
+// 4500 twips high: chart from 300 down to 4500 - 2 * 195 - 2 * 60 = 3990, so 3690 high.
+TEST_F(LineScanControl, WritesTheValuesBesideTheirHeights) {
+  LoadAndPlot();
+  const TwipsBox& chart = Child("PLOTA").Box();
+  EXPECT_EQ(chart.top, 300);
+  EXPECT_EQ(chart.height, 3690);
+  const std::array<float, 5> middles = {3990, 3067.5F, 2145, 1222.5F, 300};  // the lowest first
+  for (std::size_t i = 0; i < middles.size(); ++i) {
+    const TwipsBox& box = Child(IndexedName("lblY", i).c_str()).Box();
+    EXPECT_EQ(box.top + 97.5F, middles[i]) << i;
+    EXPECT_EQ(box.left + box.width, chart.left - 60) << i;
+    EXPECT_EQ(box.width, 4 * 6 * 15) << i << ": four characters";
+  }
+  EXPECT_EQ(chart.left, 2 * 60 + 360) << "beside the widest of them";
+}
+
+TEST(LineScanPointer, IsAnHourglassWhileItDraws) {
+  struct Watching final : Container {
+    void PointerChanged(std::int16_t pointer) override { seen.push_back(pointer); }
+    std::vector<std::int16_t> seen;
+  };
+  for (const auto type : {PlotTypeEnumLineScan::vbAngle, PlotTypeEnumLineScan::vbline}) {
+    RecordingHost host;
+    Watching container;
+    LineScan scan(host, &container);
+    scan.InitProperties();
+    scan.PlotType(type);
+    scan.LineEndPointX(50);
+    const std::vector<float> x = {0, 50}, y = {0, 0}, z = {1, 2};
+    ASSERT_EQ(scan.SetWaferData(x, y, z), LoadResult::Loaded);
+    scan.MousePointer(2);
+    container.seen.clear();
+    scan.Plot();
+    EXPECT_THAT(container.seen, ElementsAre(11, 0));
+    EXPECT_EQ(scan.MousePointer(), 0);
+  }
 }
 
 }  // namespace

@@ -71,7 +71,7 @@ TEST_F(MapKinds, DrawOnPlot) {
         Redraw{"Plot3DB", false}}) {
     const auto control = New(row.kind);
     ASSERT_EQ(control->SetWaferData(ramp, ramp, ramp), LoadResult::Loaded);
-    auto& surface = dynamic_cast<Traced&>(*control->root().Find("PLOTA")->picture);
+    auto& surface = dynamic_cast<Traced&>(*control->root().Find("PLOTA")->Picture());
     EXPECT_EQ(control->Plot(), PlotResult::Done);
     EXPECT_GT(surface.TakeTrace().size(), 10U) << row.kind;
     control->Plot();
@@ -101,7 +101,7 @@ TEST_F(MapKinds, RedrawATurnedWaferOnDemandOnly) {
   const auto control = New("Plot3DB");
   const std::vector<float> ramp = {1, 2, 3};
   ASSERT_EQ(control->SetWaferData(ramp, ramp, ramp), LoadResult::Loaded);
-  auto& surface = dynamic_cast<Traced&>(*control->root().Find("PLOTA")->picture);
+  auto& surface = dynamic_cast<Traced&>(*control->root().Find("PLOTA")->Picture());
   control->Plot();
   surface.TakeTrace();
   control->Members().At("WaferRotation").Set(*control, Variant(77.0F));

@@ -31,7 +31,7 @@ class Plot2DState : public testing::Test {
   }
 
   Node& Child(const char* name) { return *plot_.root().Find(name); }
-  json TakeTrace() { return dynamic_cast<Traced&>(*Child("PLOTA").picture).TakeTrace(); }
+  json TakeTrace() { return dynamic_cast<Traced&>(*Child("PLOTA").Picture()).TakeTrace(); }
   /// Cells are drawn only if the map was.
   bool Redrew() {
     const json trace = TakeTrace();
@@ -199,9 +199,9 @@ TEST_F(Plot2DState, ResultCodesOfALoad) {
     // All but a failure end with an empty picture in place of the snapshot.
     const bool ended = row.result != Failed;
     EXPECT_EQ(TakeTrace(), json::parse(ended ? R"([["Cls"]])" : "[]"));
-    EXPECT_EQ(Child("RePlot").visible, !ended);
-    EXPECT_EQ(Child("RePlot").image == nullptr, ended);
-    EXPECT_EQ(Child("PLOTA").visible, ended);
+    EXPECT_EQ(Child("RePlot").Visible(), !ended);
+    EXPECT_EQ(Child("RePlot").Image() == nullptr, ended);
+    EXPECT_EQ(Child("PLOTA").Visible(), ended);
   }
 }
 
@@ -339,11 +339,11 @@ TEST_F(Plot2DState, WaferDiameterLeavesAValidPlotValid) {
   TakeTrace();
   plot_.WaferDiameter(300);
   EXPECT_EQ(TakeTrace(), json::parse(R"([["Cls"]])"));
-  EXPECT_EQ(Child("RePlot").image, nullptr);
-  EXPECT_FALSE(Child("RePlot").visible);
+  EXPECT_EQ(Child("RePlot").Image(), nullptr);
+  EXPECT_FALSE(Child("RePlot").Visible());
   EXPECT_EQ(plot_.Wafer().WaferRadius, 150);
   plot_.SetSize(7000, 6000);  // valid still: the empty snapshot comes up, and nothing is drawn
-  EXPECT_TRUE(Child("RePlot").visible);
+  EXPECT_TRUE(Child("RePlot").Visible());
   EXPECT_EQ(TakeTrace(), json::array());
   EXPECT_EQ(plot_.Plot(), PlotResult::NoData);
 }
@@ -353,7 +353,7 @@ TEST_F(Plot2DState, ClearKeepsDataSnapshotAndLimits) {
   plot_.SetPlotLimit(0, 10);
   plot_.Plot();
   plot_.clear();
-  EXPECT_NE(Child("RePlot").image, nullptr);
+  EXPECT_NE(Child("RePlot").Image(), nullptr);
   EXPECT_EQ(plot_.Wafer().GetNop(), 5);
   EXPECT_TRUE(Limited());
 }

@@ -28,7 +28,7 @@ class Plot2DTest : public testing::Test {
 
   Node& Child(const char* name) { return *plot_.root().Find(name); }
   nlohmann::json TakeTrace(const char* name) {
-    return dynamic_cast<Traced&>(*Child(name).picture).TakeTrace();
+    return dynamic_cast<Traced&>(*Child(name).Picture()).TakeTrace();
   }
   /// How often the map was drawn since the last look.
   int Redraws() {
@@ -41,7 +41,7 @@ class Plot2DTest : public testing::Test {
     std::iota(x.begin(), x.end(), 10.0F);
     return plot_.SetWaferData(x, x, values);
   }
-  bool ShowsSnapshot() { return Child("RePlot").visible && !Child("PLOTA").visible; }
+  bool ShowsSnapshot() { return Child("RePlot").Visible() && !Child("PLOTA").Visible(); }
 
   RecordingHost host_;
   RecordingContainer container_;
@@ -235,9 +235,9 @@ TEST_F(Plot2DTest, LoadsEndThePlottedState) {
   const std::vector<float> three = {1, 2, 3}, four = {1, 2, 3, 4};
   EXPECT_EQ(plot_.SetWaferData(three, four, three), LoadResult::UpperBoundsDiffer);
   EXPECT_EQ(TakeTrace("PLOTA"), nlohmann::json::parse(R"([["Cls"]])"));  // cleared all the same
-  EXPECT_FALSE(Child("RePlot").visible);
-  EXPECT_TRUE(Child("PLOTA").visible);
-  EXPECT_EQ(Child("RePlot").image, nullptr);
+  EXPECT_FALSE(Child("RePlot").Visible());
+  EXPECT_TRUE(Child("PLOTA").Visible());
+  EXPECT_EQ(Child("RePlot").Image(), nullptr);
   plot_.Plot();
   plot_.Plot();
   Redraws();
@@ -254,7 +254,7 @@ TEST_F(Plot2DTest, ClearKeepsTheData) {
   TakeTrace("PLOTA");
   plot_.clear();
   EXPECT_EQ(TakeTrace("PLOTA"), nlohmann::json::parse(R"([["Cls"]])"));
-  EXPECT_NE(Child("RePlot").image, nullptr);
+  EXPECT_NE(Child("RePlot").Image(), nullptr);
   plot_.Plot();
   EXPECT_EQ(Redraws(), 1);
 }

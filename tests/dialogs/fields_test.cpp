@@ -8,7 +8,7 @@ namespace {
 
 class Fields : public testing::Test {
  protected:
-  void Type(const char* text) { EnterText(node_, text); }
+  void Type(const char* text) { node_.Type(text); }
 
   Node node_{NodeKind::Text, "field", {}};
 };
@@ -27,7 +27,7 @@ TEST_F(Fields, NumbersGiveWayToWhatTheyCameWith) {
       NumberEntry entry(node_, filter);
       entry.Open(12.5F);
       Type(row.typed);
-      EXPECT_EQ(node_.text, filter == NumberEntry::Filter::Decimal ? row.decimal : row.whole)
+      EXPECT_EQ(node_.Text(), filter == NumberEntry::Filter::Decimal ? row.decimal : row.whole)
           << row.typed;
     }
   }
@@ -38,7 +38,7 @@ TEST_F(Fields, NumbersAreKeptAsTheyAreTyped) {
   int changes = 0;
   entry.OnChange([&] { ++changes; });
   entry.Open(5);
-  EXPECT_EQ(node_.text, "5");
+  EXPECT_EQ(node_.Text(), "5");
   Type("2.5");
   EXPECT_EQ(entry.value(), 2.5F);
   Type("");
@@ -70,7 +70,7 @@ TEST_F(Fields, AnglesStayWithinTheirRange) {
       AngleEntry entry(node_, range);
       entry.Open(30);
       Type(row.typed);
-      EXPECT_EQ(node_.text, expected) << row.typed << " up to " << range.largest;
+      EXPECT_EQ(node_.Text(), expected) << row.typed << " up to " << range.largest;
       EXPECT_EQ(entry.value(), static_cast<int>(NumberIn(node_))) << row.typed;
     }
   }
@@ -89,13 +89,13 @@ TEST_F(Fields, AnglesThatAreAcceptedAreShown) {
 TEST_F(Fields, GroupsStandForValues) {
   Node node(NodeKind::Options, "group", {});
   OptionGroup group(node, {{"High", 1}, {"Auto", 2}, {"Low", 0}});
-  EXPECT_EQ(node.options, (std::vector<std::string>{"High", "Auto", "Low"}));
+  EXPECT_EQ(node.Options(), (std::vector<std::string>{"High", "Auto", "Low"}));
   const std::pair<std::int16_t, int> rows[] = {{1, 0}, {2, 1}, {0, 2}, {9, 2}};
   for (const auto& [value, index] : rows) {
     group.Choose(value);
-    EXPECT_EQ(node.value, index) << value;
+    EXPECT_EQ(node.Value(), index) << value;
   }
-  node.value = 1;
+  node.Value(1);
   EXPECT_EQ(group.value(), 2);
 }
 

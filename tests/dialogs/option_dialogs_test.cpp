@@ -112,17 +112,17 @@ TEST_F(OptionDialogs, HaveACaptionAFrameAndTwoButtons) {
   for (const auto& row : kDialogs) {
     const auto dialog = Open(row.name);
     EXPECT_EQ(dialog->root().name, row.name);
-    EXPECT_EQ(dialog->root().text, "Define Plot Options");
-    EXPECT_EQ(Child(*dialog, row.frame).text, row.caption) << row.name;
-    EXPECT_EQ(Child(*dialog, "cancel").text, "Cancel");
+    EXPECT_EQ(dialog->root().Text(), "Define Plot Options");
+    EXPECT_EQ(Child(*dialog, row.frame).Text(), row.caption) << row.name;
+    EXPECT_EQ(Child(*dialog, "cancel").Text(), "Cancel");
     EXPECT_EQ(dialog->accept_button()->name, "OKbtn");
     // All that a form shows lies inside it.
     for (const auto& child : dialog->root().children()) {
-      EXPECT_LE(child->Right(), dialog->root().box.width) << row.name << ' ' << child->name;
-      EXPECT_LE(child->box.top + child->box.height, dialog->root().box.height) << row.name;
+      EXPECT_LE(child->Right(), dialog->root().Box().width) << row.name << ' ' << child->name;
+      EXPECT_LE(child->Box().top + child->Box().height, dialog->root().Box().height) << row.name;
       for (const auto& inner : child->children()) {
-        EXPECT_LE(inner->Right(), child->box.width) << row.name << ' ' << inner->name;
-        EXPECT_LE(inner->box.top + inner->box.height, child->box.height)
+        EXPECT_LE(inner->Right(), child->Box().width) << row.name << ' ' << inner->name;
+        EXPECT_LE(inner->Box().top + inner->Box().height, child->Box().height)
             << row.name << ' ' << inner->name;
       }
     }
@@ -134,11 +134,11 @@ TEST_F(OptionDialogs, AnswerOkAndCancel) {
     const auto dialog = Open(row.name);
     EXPECT_FALSE(dialog->Redraw());
     dialog->cancel_button()->on_click();
-    EXPECT_FALSE(dialog->root().visible);
+    EXPECT_FALSE(dialog->root().Visible());
     EXPECT_FALSE(dialog->Redraw());
     const auto other = Open(row.name);
     EXPECT_EQ(Ok(*other), "");
-    EXPECT_FALSE(other->root().visible);
+    EXPECT_FALSE(other->root().Visible());
     EXPECT_EQ(other->Redraw(), std::string(row.name) != "frmPlotHist") << row.name;
   }
 }
@@ -180,9 +180,9 @@ TEST_F(OptionDialogs, CheckTheirNumbersWithBothBoundsExcluded) {
         {"", label + "can not be empty\n"},   {"-5", label + "not valid\n"}};
     for (const auto& [text, error] : texts) {
       const auto dialog = Open(row.dialog);
-      EnterText(Child(*dialog, row.field), text);
+      Child(*dialog, row.field).Type(text);
       EXPECT_EQ(Ok(*dialog), error) << text;
-      EXPECT_EQ(dialog->root().visible, !error.empty());
+      EXPECT_EQ(dialog->root().Visible(), !error.empty());
       EXPECT_EQ(dialog->Redraw(), error.empty());
     }
   }
@@ -190,8 +190,8 @@ TEST_F(OptionDialogs, CheckTheirNumbersWithBothBoundsExcluded) {
 
 TEST_F(OptionDialogs, TellATextThatIsNoNumber) {
   const auto dialog = Open("frmPlotOpt2ds");
-  Child(*dialog, "tresx").text = "five";  // which no typing leaves there
-  Child(*dialog, "SSigma").text = "-";
+  Child(*dialog, "tresx").Text("five");  // which no typing leaves there
+  Child(*dialog, "SSigma").Text("-");
   EXPECT_EQ(Ok(*dialog), "Resolution must be numeric\nSigma Range must be numeric\n");
 }
 
@@ -208,8 +208,8 @@ TEST_F(OptionDialogs, PutBackTheirOpeningValueWhileTyping) {
               {"frmPlotHist", "tresx", "25", "25"},     {"frmPlotHist", "tresx", "", ""}};
   for (const auto& row : rows) {
     const auto dialog = Open(row.dialog);
-    EnterText(Child(*dialog, row.field), row.typed);
-    EXPECT_EQ(Child(*dialog, row.field).text, row.stands) << row.dialog << ' ' << row.typed;
+    Child(*dialog, row.field).Type(row.typed);
+    EXPECT_EQ(Child(*dialog, row.field).Text(), row.stands) << row.dialog << ' ' << row.typed;
   }
 }
 
@@ -217,13 +217,13 @@ TEST_F(OptionDialogs, StandWithTheirDesignTextsUntilTheyAreFilled) {
   frmPlotOpt2ds map(host_);
   frmPlotOpt3d surface(host_);
   frmPlotOpt3ds sigma(host_);
-  EXPECT_EQ(Child(map, "SSigma").text, "0.5");
-  EXPECT_EQ(Child(sigma, "SSigma").text, "0,5");
+  EXPECT_EQ(Child(map, "SSigma").Text(), "0.5");
+  EXPECT_EQ(Child(sigma, "SSigma").Text(), "0,5");
   for (OptionDialog* dialog :
        {static_cast<OptionDialog*>(&surface), static_cast<OptionDialog*>(&sigma)}) {
-    EXPECT_EQ(Child(*dialog, "tscale").text, "100");
+    EXPECT_EQ(Child(*dialog, "tscale").Text(), "100");
     for (const char* angle : {"talph", "tthet", "tphi"}) {
-      EXPECT_EQ(Child(*dialog, angle).text, "90") << angle;
+      EXPECT_EQ(Child(*dialog, angle).Text(), "90") << angle;
     }
   }
 }
@@ -235,32 +235,32 @@ TEST_F(OptionDialogs, ForgetTheLastAnswerWhenTheyAreFilledAgain) {
   EXPECT_TRUE(dialog.Redraw());
   dialog.SetValues(source_, 7, true, kBlack);
   EXPECT_FALSE(dialog.Redraw());
-  EXPECT_EQ(Child(dialog, "tresx").text, "7");
-  EnterText(Child(dialog, "tresx"), "x");
-  EXPECT_EQ(Child(dialog, "tresx").text, "7");
+  EXPECT_EQ(Child(dialog, "tresx").Text(), "7");
+  Child(dialog, "tresx").Type("x");
+  EXPECT_EQ(Child(dialog, "tresx").Text(), "7");
 }
 
 TEST_F(OptionDialogs, TheSecondResolutionOfASigmaMapHasNoRole) {
   const auto dialog = Open("frmPlotOpt2ds");
-  EXPECT_EQ(Child(*dialog, "tresyLabel").text, "Resolution Y: ");
-  EnterText(Child(*dialog, "tresy"), "0");
+  EXPECT_EQ(Child(*dialog, "tresyLabel").Text(), "Resolution Y: ");
+  Child(*dialog, "tresy").Type("0");
   EXPECT_EQ(Ok(*dialog), "");
 }
 
 TEST_F(OptionDialogs, JoinTheirComplaints) {
   const auto dialog = Open("frmPlotOpt3d");
-  EnterText(Child(*dialog, "tresx"), "");
-  EnterText(Child(*dialog, "tscale"), "0");
+  Child(*dialog, "tresx").Type("");
+  Child(*dialog, "tscale").Type("0");
   EXPECT_EQ(Ok(*dialog), "X Resolution can not be empty\nScale Factor not valid\n");
-  EXPECT_TRUE(dialog->root().visible);
-  EnterText(Child(*dialog, "tresx"), "3");
-  EnterText(Child(*dialog, "tscale"), "3");
+  EXPECT_TRUE(dialog->root().Visible());
+  Child(*dialog, "tresx").Type("3");
+  Child(*dialog, "tscale").Type("3");
   EXPECT_EQ(Ok(*dialog), "");
 }
 
 TEST_F(OptionDialogs, SigmaRangeOfSurfacesHasNoCheck) {
   const auto dialog = Open("frmPlotOpt3ds");
-  EnterText(Child(*dialog, "SSigma"), "");
+  Child(*dialog, "SSigma").Type("");
   EXPECT_EQ(Ok(*dialog), "");
 }
 
@@ -269,7 +269,7 @@ TEST_F(OptionDialogs, CoarsestPitchFollowsTheTestDiameter) {
        {std::pair{198.0F, "50"}, {202.0F, "52"}, {100.0F, "26"}}) {
     source_ = Source(diameter);  // 50.5 and 51.5 round to the even number
     const auto dialog = Open("frmPlotOpt2d");
-    EnterText(Child(*dialog, "tresx"), coarsest);
+    Child(*dialog, "tresx").Type(coarsest);
     EXPECT_EQ(Ok(*dialog), "Resolution not valid\n") << diameter;
   }
 }
@@ -279,9 +279,9 @@ TEST_F(OptionDialogs, GiveBackWhatWasEdited) {
   map.SetValues(source_, 5, true, kWhite);
   EXPECT_EQ(map.GetMarkeSites(), -1);
   EXPECT_EQ(map.GetBackColor(), kWhite);
-  EnterText(Child(map, "tresx"), "2.5");
-  Child(map, "optMark").value = 1;
-  Child(map, "whiteback").value = 0;
+  Child(map, "tresx").Type("2.5");
+  Child(map, "optMark").Value(1);
+  Child(map, "whiteback").Value(0);
   EXPECT_EQ(map.GetXRes(), 2.5F);
   EXPECT_EQ(map.GetMarkeSites(), 0);
   EXPECT_EQ(map.GetBackColor(), 0x8000000FU);
@@ -296,13 +296,13 @@ TEST_F(OptionDialogs, GiveBackWhatWasEdited) {
   frmPlotOpt2DC contour(host_);
   contour.SetValues(source_, {.interval = 3, .mark_sites = 2, .resolution = 2, .plot_colored = 0},
                     kWhite);
-  EXPECT_EQ(Child(contour, "OptQuali").value, 1);
+  EXPECT_EQ(Child(contour, "OptQuali").Value(), 1);
   EXPECT_EQ(contour.GetDist(), 3);
   EXPECT_EQ(contour.GetMarkeSites(), 2);
   EXPECT_EQ(contour.GetReso(), 2);
   EXPECT_EQ(contour.GetShowColor(), 0);
-  Child(contour, "Optcol").value = 0;
-  Child(contour, "OptExcon").value = 2;
+  Child(contour, "Optcol").Value(0);
+  Child(contour, "OptExcon").Value(2);
   EXPECT_EQ(contour.GetShowColor(), -1);
   EXPECT_EQ(contour.GetMarkeSites(), 3);
 
@@ -318,7 +318,7 @@ TEST_F(OptionDialogs, GiveBackWhatWasEdited) {
 
   frmPlotHist histogram(host_);
   histogram.SetValues(source_, 10, kWhite);
-  EnterText(Child(histogram, "tresx"), "12");
+  Child(histogram, "tresx").Type("12");
   Ok(histogram);
   EXPECT_TRUE(histogram.Redraw());
   EXPECT_EQ(histogram.GetResolution(), 12);
@@ -328,23 +328,23 @@ TEST_F(OptionDialogs, PreviewTheView) {
   frmPlotOpt3d dialog(host_);
   dialog.SetValues(source_, {}, 1, kWhite);
   const auto trace = [&](const char* name) {
-    return dynamic_cast<Recording<Picture>&>(*Child(dialog, name).picture).TakeTrace();
+    return dynamic_cast<Recording<Picture>&>(*Child(dialog, name).Picture()).TakeTrace();
   };
   const auto polygons = [](const json& calls) {
     return std::ranges::count_if(calls, [](const json& call) { return call[0] == "Polygon"; });
   };
   trace("Plot");
   trace("FNPlot");
-  EnterText(Child(dialog, "talph"), "25");
+  Child(dialog, "talph").Type("25");
   EXPECT_EQ(polygons(trace("Plot")), 100);
   EXPECT_EQ(polygons(trace("FNPlot")), 0);
-  EnterText(Child(dialog, "tphi"), "200");
+  Child(dialog, "tphi").Type("200");
   EXPECT_EQ(polygons(trace("FNPlot")), 1);
   EXPECT_EQ(polygons(trace("Plot")), 0);
-  EnterText(Child(dialog, "tphi"), "360");
-  EXPECT_EQ(Child(dialog, "tphi").text, "0");
-  EnterText(Child(dialog, "talph"), "100");
-  EXPECT_EQ(Child(dialog, "talph").text, "90");
+  Child(dialog, "tphi").Type("360");
+  EXPECT_EQ(Child(dialog, "tphi").Text(), "0");
+  Child(dialog, "talph").Type("100");
+  EXPECT_EQ(Child(dialog, "talph").Text(), "90");
 }
 
 class ScanDialog : public OptionDialogs {
@@ -354,7 +354,7 @@ class ScanDialog : public OptionDialogs {
   Node& At(const std::string& name) { return Child(dialog_, name); }
   /// What is said when the focus leaves the field.
   std::string Leave(const std::string& field, const char* text) {
-    At(field).text = text;
+    At(field).Text(text);
     const bool left = At(field).on_leave();
     const auto messages = host_.TakeMessages();
     EXPECT_EQ(left, messages.empty());
@@ -369,13 +369,13 @@ class ScanDialog : public OptionDialogs {
 
 TEST_F(ScanDialog, ShowsTheFieldsOfItsMode) {
   const auto shown = [&] {
-    return std::vector<bool>{At("AngleValue").visible, At("resx(2)").visible,
-                             At("picgrid(2)").visible, At("lblLine(5)").visible,
-                             At("resx(0)").visible,    At("resy(1)").visible,
-                             At("lblLine(0)").visible};
+    return std::vector<bool>{At("AngleValue").Visible(), At("resx(2)").Visible(),
+                             At("picgrid(2)").Visible(), At("lblLine(5)").Visible(),
+                             At("resx(0)").Visible(),    At("resy(1)").Visible(),
+                             At("lblLine(0)").Visible()};
   };
   EXPECT_EQ(shown(), (std::vector<bool>{true, true, true, true, false, false, false}));
-  At("optline").value = 1;
+  At("optline").Value(1);
   At("optline").on_change();
   EXPECT_EQ(shown(), (std::vector<bool>{false, false, false, false, true, true, true}));
 }
@@ -386,8 +386,8 @@ TEST_F(ScanDialog, GivesBackWhatItShows) {
   EXPECT_EQ(result.angle, 30);
   EXPECT_EQ(result.x, settings_.x);
   EXPECT_EQ(result.y, settings_.y);
-  At("optline").value = 1;
-  EnterText(At("AngleValue"), "359");
+  At("optline").Value(1);
+  At("AngleValue").Type("359");
   EXPECT_EQ(Leave("resx(1)", "-12.5"), "");
   result = dialog_.GetResult();
   EXPECT_EQ(result.type, 2);
@@ -397,30 +397,30 @@ TEST_F(ScanDialog, GivesBackWhatItShows) {
 
 TEST_F(ScanDialog, RefusesToLeaveABadPoint) {
   EXPECT_EQ(Leave("resx(0)", "abc"), "Enter a numeric experssion");
-  EXPECT_EQ(At("resx(0)").text, "0");
+  EXPECT_EQ(At("resx(0)").Text(), "0");
   EXPECT_EQ(Leave("resy(0)", "1e1"), "Enter a numeric experssion");
   // The test circle's radius is 97: a point on it is refused.
-  At("resy(2)").text = "0";
+  At("resy(2)").Text("0");
   EXPECT_EQ(Leave("resx(2)", "97"), "Testdiameter exeded");
-  EXPECT_EQ(At("resx(2)").text, "0");
+  EXPECT_EQ(At("resx(2)").Text(), "0");
   EXPECT_EQ(Leave("resx(2)", "96.99"), "");
   EXPECT_EQ(Leave("resy(2)", "5"), "Testdiameter exeded");
-  EXPECT_EQ(At("resy(2)").text, "0");
+  EXPECT_EQ(At("resy(2)").Text(), "0");
   EXPECT_EQ(Leave("resy(2)", ""), "");
 }
 
 TEST_F(ScanDialog, TestsTheAngleWhileItIsTyped) {
   for (const auto& [typed, stands] :
        {std::pair{"45", "45"}, {"360", "30"}, {"-1", "30"}, {"x", "30"}, {"359", "359"}}) {
-    EnterText(At("AngleValue"), typed);
-    EXPECT_EQ(At("AngleValue").text, stands) << typed;
+    At("AngleValue").Type(typed);
+    EXPECT_EQ(At("AngleValue").Text(), stands) << typed;
   }
 }
 
 TEST_F(ScanDialog, PlacesMarkersByTheGridOfTheWafer) {
   // Cells of 194 / 50 = 4 mm, 194 / 2 / 4 = 24 of them on each side of the centre: the picture's
   // 1980 twips are 192 mm, a mm is 10.3125 twips. The centre lies at 210 + 990, 270 + 990.
-  const TwipsBox& box = At("picgrid(2)").box;  // of the point at 5, 6
+  const TwipsBox& box = At("picgrid(2)").Box();  // of the point at 5, 6
   EXPECT_NEAR(box.left + box.width / 2, 1200 + 5 * 10.3125, 0.01);
   EXPECT_NEAR(box.top + box.height / 2, 1260 - 6 * 10.3125, 0.01);
 }
@@ -433,22 +433,22 @@ TEST_F(ScanDialog, LetsTheFocusGoWhenItIsCancelled) {
 
 TEST_F(ScanDialog, OpensForTwoPoints) {
   dialog_.SetValues(source_, {.type = 2, .angle = 0, .x = {-90, 90, 0}, .y = {0, 0, 0}});
-  EXPECT_EQ(At("optline").value, 1);
-  EXPECT_TRUE(At("resx(0)").visible);
-  EXPECT_FALSE(At("AngleValue").visible);
+  EXPECT_EQ(At("optline").Value(), 1);
+  EXPECT_TRUE(At("resx(0)").Visible());
+  EXPECT_FALSE(At("AngleValue").Visible());
   EXPECT_EQ(dialog_.GetResult().type, 2);
 }
 
 TEST_F(ScanDialog, MovesMarkersAndLine) {
-  const TwipsBox before = At("picgrid(2)").box;
+  const TwipsBox before = At("picgrid(2)").Box();
   EXPECT_EQ(Leave("resx(2)", "50"), "");
-  EXPECT_GT(At("picgrid(2)").box.left, before.left);
-  EXPECT_EQ(At("picgrid(2)").box.top, before.top);
-  EXPECT_TRUE(At("line1").visible);
+  EXPECT_GT(At("picgrid(2)").Box().left, before.left);
+  EXPECT_EQ(At("picgrid(2)").Box().top, before.top);
+  EXPECT_TRUE(At("line1").Visible());
   // A quarter of a turn: the cut runs from right to left through the rotation point's height.
-  EnterText(At("AngleValue"), "90");
-  EXPECT_LT(At("line1").box.width, -1000);
-  EXPECT_NEAR(At("line1").box.height, 0, 1);
+  At("AngleValue").Type("90");
+  EXPECT_LT(At("line1").Box().width, -1000);
+  EXPECT_NEAR(At("line1").Box().height, 0, 1);
 }
 
 TEST(OrientationPatches, SeenFromAboveAreSquares) {

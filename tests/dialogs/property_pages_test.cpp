@@ -110,7 +110,7 @@ TEST_F(PropertyPages, WriteInOrderAndReadInTheReverseOrder) {
     control_.read.clear();
     control_.written.clear();
     const auto page = Open(row.name);
-    EXPECT_EQ(page->root().text, row.caption);
+    EXPECT_EQ(page->root().Text(), row.caption);
     std::vector<std::string> read = control_.read;
     std::erase(read, "WaferStyle");  // which previews ask for as well
     std::vector<std::string> expected(row.writes.rbegin(), row.writes.rend());
@@ -140,7 +140,7 @@ TEST_F(PropertyPages, TellThatSomethingChanged) {
       for (const auto& child : nodes[i]->children()) nodes.push_back(child.get());
     }
     for (Node* node : nodes) {
-      if (node->kind == NodeKind::Text) EnterText(*node, "8");
+      if (node->kind == NodeKind::Text) node->Type("8");
       if ((node->kind == NodeKind::Options || node->kind == NodeKind::Check) && node->on_change) {
         node->on_change();
       }
@@ -168,11 +168,11 @@ TEST_F(PropertyPages, PutADefaultInPlaceOfABadText) {
       {"HistogrammProp", "txtResolution", "0.01"}};
   for (const auto& row : rows) {
     const auto page = Open(row.page);
-    EnterText(Child(*page, row.field), "x");
-    EXPECT_EQ(Child(*page, row.field).text, row.fallback) << row.page;
+    Child(*page, row.field).Type("x");
+    EXPECT_EQ(Child(*page, row.field).Text(), row.fallback) << row.page;
     EXPECT_TRUE(page->Changed());
-    EnterText(Child(*page, row.field), "");
-    EXPECT_EQ(Child(*page, row.field).text, "");
+    Child(*page, row.field).Type("");
+    EXPECT_EQ(Child(*page, row.field).Text(), "");
   }
 }
 
@@ -191,8 +191,8 @@ TEST_F(PropertyPages, TakeAnglesAsDialogsDo) {
               {"LineScanAngleProp", "txtAngle", "x", "123"}};
   for (const auto& row : rows) {
     const auto page = Open(row.page);
-    EnterText(Child(*page, row.field), row.typed);
-    EXPECT_EQ(Child(*page, row.field).text, row.stands) << row.page << ' ' << row.typed;
+    Child(*page, row.field).Type(row.typed);
+    EXPECT_EQ(Child(*page, row.field).Text(), row.stands) << row.page << ' ' << row.typed;
   }
 }
 
@@ -211,22 +211,22 @@ TEST_F(PropertyPages, TurnOptionsIntoValues) {
   for (const auto& row : rows) {
     for (std::size_t i = 0; i < row.values.size(); ++i) {
       const auto page = Open(row.page);
-      Child(*page, row.group).value = static_cast<int>(i);
+      Child(*page, row.group).Value(static_cast<int>(i));
       page->ApplyChanges();
       EXPECT_EQ(control_[row.property], row.values[i]) << row.page << ' ' << i;
-      EXPECT_EQ(Child(*Open(row.page), row.group).value, static_cast<int>(i)) << row.page;
+      EXPECT_EQ(Child(*Open(row.page), row.group).Value(), static_cast<int>(i)) << row.page;
     }
   }
 }
 
 TEST_F(PropertyPages, RefuseATestDiameterBeyondTheWafers) {
   auto page = Open("WaferInfoProp");
-  EnterText(Child(*page, "txtWaferDiameter"), "200");
-  EnterText(Child(*page, "txtTestDiameter"), "200");
+  Child(*page, "txtWaferDiameter").Type("200");
+  Child(*page, "txtTestDiameter").Type("200");
   page->ApplyChanges();
   EXPECT_TRUE(host_.TakeMessages().empty());
   EXPECT_EQ(control_["TestDiameter"], 200);
-  EnterText(Child(*page, "txtTestDiameter"), "210");
+  Child(*page, "txtTestDiameter").Type("210");
   page->ApplyChanges();
   const auto messages = host_.TakeMessages();
   ASSERT_EQ(messages.size(), 1U);
@@ -239,7 +239,7 @@ TEST_F(PropertyPages, RefuseATestDiameterBeyondTheWafers) {
 
 TEST_F(PropertyPages, WriteAFixedPairInPlaceOfABadOne) {
   const auto page = Open("WaferInfoProp");
-  EnterText(Child(*page, "txtTestDiameter"), "300.5");  // on a wafer of 300
+  Child(*page, "txtTestDiameter").Type("300.5");  // on a wafer of 300
   control_.written.clear();
   page->ApplyChanges();
   EXPECT_THAT(control_.written,
@@ -255,7 +255,7 @@ TEST_F(PropertyPages, ForgetAControlThatGoes) {
   EXPECT_NO_THROW(page->ApplyChanges());
   page->Forget(control_);
   EXPECT_THROW(page->ApplyChanges(), RunTimeError);
-  EXPECT_EQ(Child(*page, "txtResolution").text, "2");
+  EXPECT_EQ(Child(*page, "txtResolution").Text(), "2");
 }
 
 TEST_F(PropertyPages, ShowWhatLiesInsideThem) {
@@ -265,9 +265,9 @@ TEST_F(PropertyPages, ShowWhatLiesInsideThem) {
     for (std::size_t i = 0; i < nodes.size(); ++i) {
       for (const auto& child : nodes[i]->children()) {
         nodes.push_back(child.get());
-        EXPECT_GE(child->box.left, 0) << row.name << ' ' << child->name;
-        EXPECT_LE(child->Right(), nodes[i]->box.width) << row.name << ' ' << child->name;
-        EXPECT_LE(child->box.top + child->box.height, nodes[i]->box.height)
+        EXPECT_GE(child->Box().left, 0) << row.name << ' ' << child->name;
+        EXPECT_LE(child->Right(), nodes[i]->Box().width) << row.name << ' ' << child->name;
+        EXPECT_LE(child->Box().top + child->Box().height, nodes[i]->Box().height)
             << row.name << ' ' << child->name;
       }
     }
@@ -277,8 +277,8 @@ TEST_F(PropertyPages, ShowWhatLiesInsideThem) {
 TEST_F(PropertyPages, TakeAnyTextForABarsSize) {
   const auto page = Open("Plot3DBProp");
   for (const char* name : {"txtBeamWidth", "txtBeamHeight", "txtBeamScale"}) {
-    EnterText(Child(*page, name), "1e");
-    EXPECT_EQ(Child(*page, name).text, "1e") << name;
+    Child(*page, name).Type("1e");
+    EXPECT_EQ(Child(*page, name).Text(), "1e") << name;
     EXPECT_TRUE(page->Changed());
   }
 }
@@ -288,17 +288,17 @@ TEST_F(PropertyPages, PreviewTheView) {
     const auto page = Open(name);
     const auto polygons = [&](const char* picture) {
       const json trace =
-          dynamic_cast<Recording<Picture>&>(*Child(*page, picture).picture).TakeTrace();
+          dynamic_cast<Recording<Picture>&>(*Child(*page, picture).Picture()).TakeTrace();
       return std::ranges::count_if(trace, [](const json& call) { return call[0] == "Polygon"; });
     };
     polygons("Plot");
     for (const char* field : {"txtGridRotation", "txtGridInclination"}) {
-      EnterText(Child(*page, field), "25");
+      Child(*page, field).Type("25");
       EXPECT_EQ(polygons("Plot"), 100) << name << ' ' << field;
     }
     if (page->root().Find("txtWaferRotation") == nullptr) continue;
     polygons("FNPlot");
-    EnterText(Child(*page, "txtWaferRotation"), "130");
+    Child(*page, "txtWaferRotation").Type("130");
     EXPECT_EQ(polygons("FNPlot"), 1) << name;
     EXPECT_EQ(polygons("Plot"), 0) << name;
   }
@@ -308,7 +308,7 @@ TEST_F(PropertyPages, KeepTheScansAngleInAFrameWithItsCross) {
   const auto page = Open("LineScanAngleProp");
   const Node& frame = *page->root().children().front();
   EXPECT_EQ(frame.kind, NodeKind::Frame);
-  EXPECT_EQ(frame.text, "1D Plot Option");
+  EXPECT_EQ(frame.Text(), "1D Plot Option");
   for (const char* name : {"txtAngle", "FNPic", "picplus"}) {
     EXPECT_EQ(Child(*page, name).parent(), &frame) << name;
   }
@@ -320,10 +320,10 @@ TEST_F(PropertyPages, KeepTheScansAngleInAFrameWithItsCross) {
 TEST_F(PropertyPages, ShowTheWafersStyle) {
   const auto page = Open("WaferInfoProp");
   EXPECT_EQ(Child(*page, "FNLabel").kind, NodeKind::Label);
-  EXPECT_EQ(Child(*page, "FNLabel").text, "Flat");
-  Child(*page, "nfbox").value = 0;
+  EXPECT_EQ(Child(*page, "FNLabel").Text(), "Flat");
+  Child(*page, "nfbox").Value(0);
   Child(*page, "nfbox").on_change();
-  EXPECT_EQ(Child(*page, "FNLabel").text, "Notch");
+  EXPECT_EQ(Child(*page, "FNLabel").Text(), "Notch");
   EXPECT_TRUE(page->Changed());
 }
 
@@ -338,8 +338,8 @@ TEST_F(PropertyPages, WithoutAControlAreErrors) {
 TEST(AboutBox, NamesThePlotOfItsNumber) {
   RecordingHost host;
   frmAbout about(host);
-  EXPECT_EQ(about.root().text, "Discoplan.OCX ActiveX Control");
-  EXPECT_EQ(about.root().Find("lblVersion")->text, "Version " + LibraryVersion());
+  EXPECT_EQ(about.root().Text(), "Discoplan.OCX ActiveX Control");
+  EXPECT_EQ(about.root().Find("lblVersion")->Text(), "Version " + LibraryVersion());
   const std::pair<std::int16_t, const char*> rows[] = {{0, ""},
                                                        {1, "2D Plot"},
                                                        {2, "3D Plot"},
@@ -354,11 +354,11 @@ TEST(AboutBox, NamesThePlotOfItsNumber) {
                                                        {-1, ""}};
   for (const auto& [number, name] : rows) {
     about.SetTitle(number);
-    EXPECT_EQ(about.root().Find("lblTitle")->text, std::string("Discoplan.OCX Type: ") + name);
+    EXPECT_EQ(about.root().Find("lblTitle")->Text(), std::string("Discoplan.OCX Type: ") + name);
   }
   about.Show();
   about.accept_button()->on_click();
-  EXPECT_FALSE(about.root().visible);
+  EXPECT_FALSE(about.root().Visible());
 }
 
 }  // namespace

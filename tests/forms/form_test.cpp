@@ -42,12 +42,7 @@ class Notice final : public Form {
 class PlainPlatform final : public Platform {
  public:
   const Screen& screen() const override { return host_.screen(); }
-  std::unique_ptr<Picture> NewPicture(float width, float height) override {
-    return host_.NewPicture(width, height);
-  }
-  float LabelWidth(const Font& font, std::string_view text) const override {
-    return host_.LabelWidth(font, text);
-  }
+  const TextPainter& text() const override { return host_.text(); }
   void Show(const Message&) override {}
 
  private:
@@ -59,12 +54,12 @@ TEST(Forms, AreHiddenUntilTheyAreShown) {
   Question form(host);
   EXPECT_EQ(form.root().kind, NodeKind::Form);
   EXPECT_EQ(form.root().name, "Question");
-  EXPECT_EQ(form.root().text, "Sure?");
-  EXPECT_FALSE(form.root().visible);
+  EXPECT_EQ(form.root().Text(), "Sure?");
+  EXPECT_FALSE(form.root().Visible());
   form.Show();
-  EXPECT_TRUE(form.root().visible);
+  EXPECT_TRUE(form.root().Visible());
   form.Hide();
-  EXPECT_FALSE(form.root().visible);
+  EXPECT_FALSE(form.root().Visible());
 }
 
 TEST(Forms, KnowTheButtonsOfReturnAndEscape) {
@@ -83,52 +78,67 @@ TEST(Forms, ThatAreClosedPressCancel) {
   form.Show();
   form.Cancel();
   EXPECT_EQ(form.cancelled, 1);
-  EXPECT_FALSE(form.root().visible);
+  EXPECT_FALSE(form.root().Visible());
   Notice notice(host);
   notice.Show();
   notice.Cancel();
-  EXPECT_FALSE(notice.root().visible);
+  EXPECT_FALSE(notice.root().Visible());
 }
 
 TEST(Forms, HavePicturesOfTheirPlatform) {
   RecordingHost host;
   const Question form(host);
-  ASSERT_NE(form.picture->picture, nullptr);
-  EXPECT_EQ(form.picture->picture->ScaleWidth(), 80);  // 1200 twips, 15 to a pixel
-  EXPECT_EQ(form.picture->picture->ScaleHeight(), 60);
+  ASSERT_NE(form.picture->Picture(), nullptr);
+  EXPECT_EQ(form.picture->Picture()->ScaleWidth(), 80);  // 1200 twips, 15 to a pixel
+  EXPECT_EQ(form.picture->Picture()->ScaleHeight(), 60);
 }
 
 TEST(Forms, AreCancelledWhereNobodyCanAnswer) {
   PlainPlatform platform;
-  Question form(platform);
-  platform.ShowModal(form);
-  EXPECT_EQ(form.cancelled, 1);
-  EXPECT_EQ(form.accepted, 0);
-  EXPECT_FALSE(form.root().visible);
+  const auto form = std::make_shared<Question>(platform);
+  int done = 0;
+  platform.ShowModal(form, [&] { ++done; });
+  EXPECT_EQ(form->cancelled, 1);
+  EXPECT_EQ(form->accepted, 0);
+  EXPECT_EQ(done, 1);
+  EXPECT_FALSE(form->root().Visible());
 }
 
 TEST(Forms, AreAnsweredByTheUserOfARecordingHost) {
   RecordingHost host;
-  Question form(host);
+  const auto form = std::make_shared<Question>(host);
   host.OnModal([](Form& shown) {
-    EXPECT_TRUE(shown.root().visible);
-    shown.accept_button()->on_click();
+    EXPECT_TRUE(shown.root().Visible());
+    shown.accept_button()->Click();
   });
-  host.ShowModal(form);
-  EXPECT_EQ(form.accepted, 1);
-  EXPECT_EQ(form.cancelled, 0);
-  EXPECT_FALSE(form.root().visible);
+  bool was_open = true;
+  host.ShowModal(form, [&] { was_open = form->root().Visible(); });
+  EXPECT_FALSE(was_open) << "when it is done";
+  EXPECT_EQ(form->accepted, 1);
+  EXPECT_EQ(form->cancelled, 0);
 }
 
 TEST(Forms, ThatTheUserLeavesOpenAreCancelled) {
   RecordingHost host;
-  Question form(host);
-  host.ShowModal(form);
-  EXPECT_EQ(form.cancelled, 1);
+  const auto form = std::make_shared<Question>(host);
+  int done = 0;
+  host.ShowModal(form, [&] { ++done; });
+  EXPECT_EQ(form->cancelled, 1);
+  EXPECT_EQ(done, 1);
   host.OnModal([](Form&) { throw std::runtime_error("left the room"); });
-  EXPECT_THROW(host.ShowModal(form), std::runtime_error);
-  EXPECT_EQ(form.cancelled, 2);
-  EXPECT_FALSE(form.root().visible);
+  EXPECT_THROW(host.ShowModal(form, [&] { ++done; }), std::runtime_error);
+  EXPECT_EQ(form->cancelled, 2);
+  EXPECT_EQ(done, 1) << "who left gave no answer";
+  EXPECT_FALSE(form->root().Visible());
+}
+
+TEST(Platforms, GiveRastersAndMeasureLabelsUnlessTheyKnowBetter) {
+  const PlainPlatform plain;
+  EXPECT_EQ(plain.LabelWidth({}, "abc"), 3 * FixedText::kCharacterWidth * kTwipsPerPixel);
+  PlainPlatform platform;
+  const auto picture = platform.NewPicture(300, 150);
+  EXPECT_EQ(picture->canvas().Width(), 20);
+  EXPECT_EQ(picture->canvas().Height(), 10);
 }
 
 }  // namespace

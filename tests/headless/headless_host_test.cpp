@@ -45,13 +45,34 @@ TEST(HeadlessHost, SavedPictureIsThePaintedOne) {
   }
 }
 
+// A plot that is drawn by its size and not by `Plot` is shown by its snapshot.
+TEST(HeadlessHost, ShowsASnapshotThatIsNotStretchedAsItWasDrawn) {
+  const std::vector<float> x = {0, 60, 0, -60, 0, 80, -80}, y = {0, 0, 60, 0, -60, 40, -40};
+  const std::vector<float> z = {101.2F, 99.8F, 100.4F, 98.9F, 102.3F, 97.5F, 100.1F};
+  for (const float height : {3180.0F, 3187.0F, 3194.0F, 4507.0F, 4511.0F}) {
+    HeadlessHost host;
+    const auto picture = [&](bool size_first) {
+      const auto control = NewControl("Plot2DC", host, nullptr);
+      control->InitProperties();
+      if (size_first) control->SetSize(6000, height);
+      EXPECT_EQ(control->SetWaferData(x, y, z), LoadResult::Loaded);
+      if (!size_first) control->SetSize(6000, height);
+      control->Plot();
+      EXPECT_EQ(control->root().Find("RePlot")->Visible(), !size_first);
+      const Canvas painted = PaintPicture(*control, host);
+      return std::vector<Pixel>(painted.Pixels().begin(), painted.Pixels().end());
+    };
+    EXPECT_EQ(picture(true), picture(false)) << height;
+  }
+}
+
 TEST(HeadlessHost, RefusesAPictureWithoutPixels) {
   const TemporaryFolder folder;
   HeadlessHost host;
   const auto control = NewControl("Plot2D", host, nullptr);
   for (const TwipsBox& box :
        {TwipsBox{0, 0, 6000, -5}, TwipsBox{0, 0, 7, 4500}, TwipsBox{0, 0, std::nanf(""), 4500}}) {
-    control->root().box = box;
+    control->root().Move(box);
     EXPECT_THROW(SavePicture(*control, host, folder.path() / "map.png"), FileError);
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "map.png"));
   }

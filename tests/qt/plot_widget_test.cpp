@@ -16,6 +16,8 @@
 #include <QSignalSpy>
 #include <QTimer>
 #include <functional>
+#include <map>
+#include <utility>
 
 namespace discoplan::qt {
 namespace {
@@ -168,6 +170,128 @@ TEST(PlotWidgets, ForwardEventsAsSignals) {
   plot.control().GridRotation(10);
   EXPECT_EQ(changed.size(), 1);
   EXPECT_EQ(changed[0][0], "GridRotation");
+}
+
+void SendMouse(QWidget& target, QEvent::Type type) {
+  QMouseEvent event(type, QPointF(10, 20), target.mapToGlobal(QPointF(10, 20)), Qt::LeftButton,
+                    type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                    Qt::NoModifier);
+  QApplication::sendEvent(&target, &event);
+}
+
+TEST(PlotWidgets, ForwardWhatTheirChildrenForwardAndNothingElse) {
+  const std::map<QString, int> surfaces = {{"PLOTA", 0},  {"RePlot", 0}, {"FNPic", 0},
+                                           {"Frame1", 0}, {"legende", 0}, {"ScaleValue(1)", 0},
+                                           {"Frplot", 1}, {"frmove", 1}};
+  for (const auto& [name, raised] : surfaces) {
+    Plot2DWidget plot;
+    plot.show();
+    const QSignalSpy down(&plot, &PlotWidget::MouseDown), click(&plot, &PlotWidget::Click);
+    auto* surface = plot.findChild<QWidget*>(name);
+    ASSERT_NE(surface, nullptr) << qPrintable(name);
+    SendMouse(*surface, QEvent::MouseButtonPress);
+    SendMouse(*surface, QEvent::MouseButtonRelease);
+    EXPECT_EQ(down.size(), raised) << qPrintable(name);
+    EXPECT_EQ(click.size(), raised) << qPrintable(name);
+  }
+}
+
+TEST(PlotWidgets, BringASurfaceBackAtAPressOnItsSnapshot) {
+  Plot3DWidget plot;
+  plot.show();
+  ASSERT_EQ(plot.SetWaferData(kX, kY, kZ), LoadResult::Loaded);
+  plot.Plot();
+  plot.resize(500, 400);
+  auto* snapshot = plot.findChild<QWidget*>("RePlot");
+  auto* surface = plot.findChild<QWidget*>("PLOTA");
+  ASSERT_TRUE(snapshot->isVisible());
+  const QSignalSpy down(&plot, &PlotWidget::MouseDown);
+  SendMouse(*snapshot, QEvent::MouseButtonPress);
+  plot.Sync();
+  EXPECT_FALSE(snapshot->isVisible());
+  EXPECT_TRUE(surface->isVisible());
+  ASSERT_EQ(down.size(), 1);
+  EXPECT_EQ(down[0][2].toFloat(), 10) << "in the picture's pixels";
+}
+
+TEST(PlotWidgets, ShowWhatChangesWithoutBeingAsked) {
+  Plot2DWidget plot;
+  plot.show();
+  QApplication::processEvents();
+  plot.control().root().Find("Frplot")->Text("Oxide");
+  plot.control().root().Find("ScaleValue(1)")->Visible(false);
+  QApplication::processEvents();
+  EXPECT_EQ(plot.findChild<QGroupBox*>("Frplot")->title(), "Oxide");
+  EXPECT_FALSE(plot.findChild<QWidget*>("ScaleValue(1)")->isVisible());
+  plot.control().root().Add(NodeKind::Label, "later", {0, 0, 300, 300}).Text("new");
+  QApplication::processEvents();
+  ASSERT_NE(plot.findChild<QLabel*>("later"), nullptr);
+  EXPECT_EQ(plot.findChild<QLabel*>("later")->text(), "new");
+}
+
+TEST(PlotWidgets, NeedLessRoomWithoutTheirLegend) {
+  Plot2DWidget plot;
+  plot.setMinimumSize(60, 55);
+  plot.show();
+  plot.resize(50, 40);
+  QApplication::processEvents();
+  ASSERT_EQ(plot.minimumSize(), QSize(300, 212));
+  plot.setHideLegend(true);
+  EXPECT_EQ(plot.minimumSize(), QSize(60, 55)) << "as the program wants it";
+  plot.resize(100, 90);
+  EXPECT_EQ(plot.size(), QSize(100, 90));
+  plot.setHideLegend(false);
+  QApplication::processEvents();
+  EXPECT_EQ(plot.size(), QSize(300, 212));
+}
+
+/// A plot that can be brought to a screen of another pixel ratio.
+class MovedPlot final : public PlotWidget {
+ public:
+  MovedPlot() : PlotWidget("Plot2D", nullptr) {}
+  void MoveTo(int new_ratio) {
+    ratio = new_ratio;
+    QEvent moved(QEvent::ScreenChangeInternal);
+    QApplication::sendEvent(this, &moved);
+  }
+  int ratio = 1;
+
+ protected:
+  int metric(PaintDeviceMetric which) const override {
+    if (which == PdmDevicePixelRatio) return ratio;
+    if (which == PdmDevicePixelRatioScaled) {
+      return static_cast<int>(ratio * devicePixelRatioFScale());
+    }
+    return PlotWidget::metric(which);
+  }
+};
+
+TEST(PlotWidgets, DrawAnewInThePixelsOfAnotherScreen) {
+  MovedPlot plot;
+  plot.resize(480, 320);
+  plot.show();
+  ASSERT_EQ(plot.SetWaferData(kX, kY, kZ), LoadResult::Loaded);
+  plot.Plot();
+  const auto pixels = [&] {
+    const Canvas& canvas = std::as_const(*plot.Control().root().Find("PLOTA")->Picture()).canvas();
+    return QSize(canvas.Width(), canvas.Height());
+  };
+  const QSize before = pixels();
+  plot.MoveTo(2);
+  EXPECT_NEAR(pixels().width(), 2 * before.width(), 1);
+  EXPECT_NEAR(pixels().height(), 2 * before.height(), 1);
+  MovedPlot sharp;
+  sharp.MoveTo(2);
+  sharp.resize(480, 320);
+  sharp.show();
+  ASSERT_EQ(sharp.SetWaferData(kX, kY, kZ), LoadResult::Loaded);
+  sharp.Plot();
+  const auto all = [](PlotWidget& widget) {
+    const auto& picture = *widget.Control().root().Find("PLOTA")->Picture();
+    const auto span = std::as_const(picture).canvas().Pixels();
+    return std::vector<Pixel>(span.begin(), span.end());
+  };
+  EXPECT_EQ(all(plot), all(sharp)) << "as if it had always been there";
 }
 
 TEST(PlotWidgets, GrowToTheirLeastSize) {

@@ -3,8 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <utility>
+#include <vector>
 
 #include "discoplan/base/numbers.h"
 #include "tests/raster/canvas_pictures.h"
@@ -119,15 +123,46 @@ TEST_F(PictureTest, ClearingBringsBackTheKeptImage) {
   EXPECT_EQ(Drawn(picture), Filled(3, 3, 'r'));
 }
 
-TEST_F(PictureTest, ShowsItselfOnRefreshOnly) {
+TEST_F(PictureTest, TellsOfItsRefreshes) {
   Picture picture = New(2, 2);
   EXPECT_NO_THROW(picture.Refresh());
-  int shown = 0;
-  picture.OnRefresh([&] { ++shown; });
+  int refreshed = 0;
+  picture.Watch([&](PictureNews news) { refreshed += news == PictureNews::Refresh; });
   picture.Cls();
-  EXPECT_EQ(shown, 0);
+  EXPECT_EQ(refreshed, 0);
   picture.Refresh();
-  EXPECT_EQ(shown, 1);
+  EXPECT_EQ(refreshed, 1);
+}
+
+TEST_F(PictureTest, TellsOnceThatItWasDrawnOnUntilItIsShown) {
+  Picture picture = New(6, 6);
+  int told = 0;
+  picture.Watch([&](PictureNews news) { told += news == PictureNews::Drawn; });
+  const std::array<PixelPoint, 3> corners = {{{0, 0}, {3, 0}, {0, 3}}};
+  const std::vector<std::function<void()>> drawings = {
+      [&] { picture.Cls(); },
+      [&] { picture.Line({.to = {3, 3}}); },
+      [&] { picture.Circle({.centre = {2, 2}, .radius = 1}); },
+      [&] { picture.Print("a"); },
+      [&] { picture.Polygon(corners); },
+      [&] { picture.FloodFill({0, 0}, kBlack); },
+      [&] { picture.Resize(60, 75); },
+      [&] { picture.Width(60); },
+      [&] { picture.canvas().Clear(0); },
+  };
+  for (std::size_t i = 0; i < drawings.size(); ++i) {
+    picture.MarkShown();
+    told = 0;
+    drawings[i]();
+    EXPECT_EQ(told, 1) << i;
+    drawings[i]();
+    EXPECT_EQ(told, 1) << i << " a second time, unseen";
+  }
+  picture.MarkShown();
+  told = 0;
+  picture.ForeColor(kWhite);
+  static_cast<void>(std::as_const(picture).canvas());
+  EXPECT_EQ(told, 0) << "nothing was drawn";
 }
 
 TEST_F(PictureTest, DrawsLinesWithoutAndBoxesWithTheirEnd) {

@@ -108,7 +108,7 @@ TEST_F(PlotWindows, StretchTheirPictureWhenResized) {
   const auto plot = ShownPlot<Plot2DWidget>();
   user_.Resize(*plot, {700, 500});
   ASSERT_TRUE(QTest::qWaitFor([&] { return plot->size() == QSize(700, 500); }));
-  EXPECT_EQ(plot->control().root().box.width, 700 * 15);
+  EXPECT_EQ(plot->control().root().Box().width, 700 * 15);
   EXPECT_TRUE(plot->findChild<QWidget*>("RePlot")->isVisible());
   EXPECT_FALSE(plot->findChild<QWidget*>("PLOTA")->isVisible());
   user_.Resize(*plot, {60, 40});
