@@ -242,6 +242,54 @@ void Stamp(Canvas& canvas, const Glyph& glyph, PixelPoint corner, Pixel colour) 
   }
 }
 
+/// Hands the outline of a glyph in font units to a sink.
+struct Tracing {
+  OutlineSink& sink;
+  double scale;
+  double shift;
+
+  static Tracing& Of(void* user) { return *static_cast<Tracing*>(user); }
+  double X(const FT_Vector* p) const { return shift + static_cast<double>(p->x) * scale; }
+  double Y(const FT_Vector* p) const { return static_cast<double>(p->y) * scale; }
+
+  static int Move(const FT_Vector* to, void* user) {
+    const Tracing& t = Of(user);
+    t.sink.MoveTo(t.X(to), t.Y(to));
+    return 0;
+  }
+  static int Line(const FT_Vector* to, void* user) {
+    const Tracing& t = Of(user);
+    t.sink.LineTo(t.X(to), t.Y(to));
+    return 0;
+  }
+  static int Curve(const FT_Vector* control, const FT_Vector* to, void* user) {
+    const Tracing& t = Of(user);
+    t.sink.CurveTo(t.X(control), t.Y(control), t.X(to), t.Y(to));
+    return 0;
+  }
+  static int Cubic(const FT_Vector* a, const FT_Vector* b, const FT_Vector* to, void* user) {
+    const Tracing& t = Of(user);
+    t.sink.CubicTo(t.X(a), t.Y(a), t.X(b), t.Y(b), t.X(to), t.Y(to));
+    return 0;
+  }
+};
+
+void Trace(const Letter& letter, double shift, OutlineSink& sink) {
+  FT_Face face = letter.typeface.face;
+  if (FT_Load_Glyph(face, letter.index, FT_LOAD_NO_SCALE) != 0 ||
+      face->glyph->format != FT_GLYPH_FORMAT_OUTLINE) {
+    return;
+  }
+  FT_Outline& outline = face->glyph->outline;
+  if (letter.typeface.embolden) {
+    FT_Outline_EmboldenXY(&outline, ToInt32(Emboldening(face->units_per_EM)), 0);
+  }
+  Tracing tracing{sink, Scale(face, 1), shift};
+  static constexpr FT_Outline_Funcs kFunctions = {
+      Tracing::Move, Tracing::Line, Tracing::Curve, Tracing::Cubic, 0, 0};
+  FT_Outline_Decompose(&outline, &kFunctions, &tracing);
+}
+
 }  // namespace
 
 /// Keeps the fonts and glyphs that were used.
@@ -279,6 +327,15 @@ class FreeTypeText::Typesetter {
       previous_character = character;
     }
     return x;
+  }
+
+  /// Raises `FontError` where there is no font.
+  std::pair<std::string, int> FileOf(const Font& font) {
+    const FT_Face face = TypefaceOf(font).face;
+    for (const auto& [file, open] : faces_) {
+      if (open == face) return file;
+    }
+    return {};
   }
 
   /// Good until the next call.
@@ -381,6 +438,15 @@ double FreeTypeText::Height(const Font& font, double pixels_per_point) const {
   const FT_Face face = typesetter_->TypefaceOf(font).face;
   const double size = Size(font, pixels_per_point);
   return Ascent(face, size) + Descent(face, size);
+}
+
+void FreeTypeText::Outline(const Font& font, std::string_view text, OutlineSink& sink) const {
+  typesetter_->SetType(font, 1, text,
+                       [&](const Letter& letter, double x) { Trace(letter, x, sink); });
+}
+
+std::pair<std::string, int> FreeTypeText::FileOf(const Font& font) const {
+  return typesetter_->FileOf(font);
 }
 
 void FreeTypeText::Paint(Canvas& canvas, const Font& font, const TextPlacement& placement,

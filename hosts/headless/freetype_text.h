@@ -20,6 +20,8 @@
 
 #include <memory>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 #include "discoplan/raster/canvas.h"
 #include "discoplan/raster/text_painter.h"
@@ -30,6 +32,16 @@ namespace discoplan {
 class DISCOPLAN_EXPORT FontError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
+};
+
+/// Receives the outlines of letters: closed loops of lines and curves.
+class DISCOPLAN_EXPORT OutlineSink {
+ public:
+  virtual ~OutlineSink() = default;
+  virtual void MoveTo(double x, double y) = 0;
+  virtual void LineTo(double x, double y) = 0;
+  virtual void CurveTo(double control_x, double control_y, double x, double y) = 0;
+  virtual void CubicTo(double x1, double y1, double x2, double y2, double x, double y) = 0;
 };
 
 /// Each operation raises `FontError` on a machine without fonts.
@@ -45,6 +57,12 @@ class DISCOPLAN_EXPORT FreeTypeText final : public TextPainter {
   /// Paints nothing for a placement that is no number or over a million pixels away.
   void Paint(Canvas& canvas, const Font& font, const TextPlacement& placement,
              std::string_view text) const override;
+
+  /// The text's outlines in parts of the letters' size, Y upward from the start of the base line,
+  /// without the fitting to pixels that `Paint` does.
+  void Outline(const Font& font, std::string_view text, OutlineSink& sink) const;
+  /// The file and the number in it of the font that a name stands for.
+  std::pair<std::string, int> FileOf(const Font& font) const;
 
  private:
   class Typesetter;

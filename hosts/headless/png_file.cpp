@@ -134,6 +134,14 @@ void FillRow(std::span<const Pixel> pixels, png_byte* row) {
   }
 }
 
+void FillRowWithAlpha(std::span<const Pixel> pixels, png_byte* row) {
+  for (const Pixel pixel : pixels) {
+    FillRow({&pixel, 1}, row);
+    row[3] = static_cast<png_byte>(pixel >> 24);
+    row += 4;
+  }
+}
+
 class PngError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -175,7 +183,7 @@ class PngWriter {
 
   /// `indexed` is null for a picture in RGB.
   std::vector<std::uint8_t> Encode(const PngStrips& picture, const IndexedRows* indexed) {
-    std::vector<png_byte> row(3 * static_cast<std::size_t>(picture.width));
+    std::vector<png_byte> row(4 * static_cast<std::size_t>(picture.width));
     if (info_ == nullptr) throw std::bad_alloc();
     if (!Run(picture, indexed, row.data())) throw PngError(reason_.data());
     return std::move(bytes_);
@@ -201,7 +209,7 @@ class PngWriter {
 
   void WriteColours(const PngStrips& picture, png_byte* row) {
     VisitRows(picture, [&](std::span<const Pixel> pixels) {
-      FillRow(pixels, row);
+      (picture.has_alpha ? FillRowWithAlpha : FillRow)(pixels, row);
       png_write_row(png_, row);
       return true;
     });
@@ -216,7 +224,9 @@ class PngWriter {
     png_set_IHDR(png_, info_, static_cast<png_uint_32>(picture.width),
                  static_cast<png_uint_32>(picture.height),
                  indexed != nullptr ? indexed->BitDepth() : 8,
-                 indexed != nullptr ? PNG_COLOR_TYPE_PALETTE : PNG_COLOR_TYPE_RGB,
+                 indexed != nullptr  ? PNG_COLOR_TYPE_PALETTE
+                 : picture.has_alpha ? PNG_COLOR_TYPE_RGB_ALPHA
+                                     : PNG_COLOR_TYPE_RGB,
                  PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     if (indexed != nullptr) {
       png_set_PLTE(png_, info_, indexed->palette.data(), static_cast<int>(indexed->palette.size()));
@@ -247,7 +257,8 @@ PngStrips AsStrips(const PngPicture& picture) {
                 return picture.pixels.subspan(static_cast<std::size_t>(top) *
                                               static_cast<std::size_t>(picture.width));
               },
-          .pixels_per_metre = picture.pixels_per_metre};
+          .pixels_per_metre = picture.pixels_per_metre,
+          .has_alpha = picture.has_alpha};
 }
 
 void WriteEncoded(const fs::path& path, const auto& picture) {
@@ -276,7 +287,7 @@ std::vector<std::uint8_t> EncodePng(const PngStrips& picture) {
   if (picture.width <= 0 || picture.height <= 0) {
     throw PngError("a picture of " + SizeOf(picture) + " is empty");
   }
-  const std::optional<IndexedRows> indexed = ToIndexed(picture);
+  const std::optional<IndexedRows> indexed = picture.has_alpha ? std::nullopt : ToIndexed(picture);
   return PngWriter().Encode(picture, indexed ? &*indexed : nullptr);
 }
 

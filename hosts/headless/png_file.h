@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Pictures as PNG files: with a palette where at most 256 colours occur, else in RGB; never with
-/// alpha, since a canvas is opaque.
+/// Pictures as PNG files: with a palette where at most 256 colours occur, else in RGB; with alpha
+/// only if asked for, since a canvas is opaque.
 ///
 ///     WritePng("map.png", canvas.Pixels(), canvas.Width(), canvas.Height());
 
@@ -25,6 +25,7 @@ struct PngPicture {
   int width = 0;
   int height = 0;
   int pixels_per_metre = 0;  ///< The file tells its resolution if this is positive.
+  bool has_alpha = false;    ///< Pixels are 0xAARRGGBB, not premultiplied.
 };
 
 /// A picture that needn't be in memory as a whole.
@@ -35,6 +36,7 @@ struct PngStrips {
   /// asked for from top to bottom, and once more where there are too many colours for a palette.
   std::function<std::span<const Pixel>(int top)> rows_from;
   int pixels_per_metre = 0;
+  bool has_alpha = false;
 };
 
 /// The bytes of the file. Raises `std::runtime_error` for a picture without pixels, or with other

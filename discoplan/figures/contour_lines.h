@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Isolines on a map, with their values written into gaps of the lines.
+
+#include <functional>
+#include <memory>
+
+#include "discoplan/figures/map_frame.h"
+
+namespace discoplan::figures {
+
+struct ContourStyle {
+  std::function<Rgba(double)> colour;  ///< Of the line of a level.
+  std::function<Rgba(double)> label;   ///< Of its text.
+  double width = 0.5;
+  double emphasised = 0;  ///< A level drawn thicker.
+  bool has_emphasis = false;
+  bool labels = true;
+  double halo = 0;  ///< Around the labels.
+  Rgba halo_colour = {};
+};
+
+void AddContours(Page& page, const MapFrame& frame, const WaferPlot& plot, const ValueField& field,
+                 const Ticks& levels, const ContourStyle& style);
+
+}  // namespace discoplan::figures

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// A wafer seen from above on a page: where it lies, its rim, its edge, its sites, and the image of
+/// the values between them.
+
+#include <memory>
+#include <vector>
+
+#include "discoplan/figures/page.h"
+#include "discoplan/figures/value_field.h"
+
+namespace discoplan::figures {
+
+/// From millimetres to points.
+struct MapFrame {
+  Point centre;            ///< In points.
+  double scale = 1;        ///< Points for a millimetre.
+  double radius = 0;       ///< Of the wafer, in mm.
+  double test_radius = 0;  ///< Of what a map covers.
+
+  Point At(double x, double y) const { return {centre.x + x * scale, centre.y - y * scale}; }
+  double Length(double mm) const { return mm * scale; }
+};
+
+/// As large as fits into `area`.
+MapFrame FrameIn(const Box& area, const WaferPlot& plot);
+
+/// Corners in mm of the rim with its mark, and of the area that a map covers.
+std::vector<Point> RimPoints(const WaferPlot& plot);
+std::vector<Point> TestAreaPoints(const WaferPlot& plot);
+
+void DrawRim(Page& page, const MapFrame& frame, const WaferPlot& plot);
+/// A dashed ring where the edge exclusion begins.
+void DrawEdge(Page& page, const MapFrame& frame, const WaferPlot& plot);
+void DrawDots(Page& page, const MapFrame& frame, const WaferPlot& plot, double part = 1);
+
+/// Distance in mm beyond which a place is too far from every site to be told: one and a half times
+/// what nine of ten sites are at most away from the next one.
+double FarDistance(const SiteView& sites, double radius);
+
+/// How far each point of a lattice is from the nearest site, to a fraction of its step.
+std::vector<float> DistancesToSites(const Lattice& lattice, const SiteView& sites);
+
+/// The values between the sites in the colours of a scale; what is far from every site is hatched.
+/// True if there is such an area.
+bool AddValueImage(Page& page, const MapFrame& frame, const WaferPlot& plot, const Scale& scale,
+                   std::shared_ptr<const ValueField> field);
+
+}  // namespace discoplan::figures

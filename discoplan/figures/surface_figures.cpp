@@ -1,0 +1,344 @@
+// SPDX-License-Identifier: MIT
+#include <array>
+#include <cmath>
+
+#include "discoplan/figures/kinds.h"
+
+namespace discoplan::figures {
+namespace {
+
+constexpr double kTurn = 6.283185307179586;
+constexpr double kOverlap = 0.35;  // of neighbouring faces, in points
+constexpr double kGap = 0.10;      // between the base and the lowest value
+
+/// The wafer as seen from in front and above; lengths in parts of its radius.
+class View {
+ public:
+  View(const Box& area, const Scale& scale) : scale_(scale) {
+    const double deep = 2 * std::sin(kElevation);
+    // What the width leaves free goes to the height, within reason.
+    const double free = 2 * area.Height() / area.Width() - deep;
+    height_ = std::clamp(free / std::cos(kElevation) / (1 + kGap), 0.5, 0.85);
+    const double up = height_ * (1 + kGap) * std::cos(kElevation);
+    unit_ = std::min(area.Width() / 2, area.Height() / (deep + up));
+    origin_ = {area.Centre().x, area.Centre().y + unit_ * up / 2};
+  }
+
+  double Unit() const { return unit_; }
+  double HeightOf(double value) const {
+    return height_ * (kGap + std::clamp(scale_.Part(value), 0.0, 1.0));
+  }
+  /// Away from the viewer.
+  static double Depth(Point p) { return p.x * std::sin(kRotation) + p.y * std::cos(kRotation); }
+  Point At(Point p, double height) const {
+    const double across = p.x * std::cos(kRotation) - p.y * std::sin(kRotation);
+    return {origin_.x + unit_ * across,
+            origin_.y - unit_ * (Depth(p) * std::sin(kElevation) + height * std::cos(kElevation))};
+  }
+  /// Where the wafer is farthest to the left.
+  static Point LeftMost() { return {-std::cos(kRotation), std::sin(kRotation)}; }
+
+ private:
+  static constexpr double kRotation = 0.35;
+  static constexpr double kElevation = 0.60;
+
+  const Scale& scale_;
+  double unit_ = 1;
+  double height_ = 0.6;  // of the whole range of values, in parts of the wafer's radius
+  Point origin_;
+};
+
+/// Values at any place, from a lattice of them.
+class Sampled {
+ public:
+  Sampled(const ValueField& field, double radius)
+      : lattice_{-1.02 * radius, 1.02 * radius, 2.04 * radius / (kAcross - 1), kAcross, kAcross},
+        values_(lattice_.Size()),
+        radius_(radius) {
+    field.Evaluate(lattice_, 1.5 * radius, values_);
+  }
+  /// `p` in parts of the radius.
+  double At(Point p) const {
+    const double across = (p.x * radius_ - lattice_.x0) / lattice_.step;
+    const double down = (lattice_.y0 - p.y * radius_) / lattice_.step;
+    const int i = std::clamp(static_cast<int>(across), 0, kAcross - 2);
+    const int j = std::clamp(static_cast<int>(down), 0, kAcross - 2);
+    const double u = across - i;
+    const double v = down - j;
+    const auto at = [&](int column, int row) {
+      return static_cast<double>(values_[static_cast<std::size_t>(row * kAcross + column)]);
+    };
+    return (1 - v) * ((1 - u) * at(i, j) + u * at(i + 1, j)) +
+           v * ((1 - u) * at(i, j + 1) + u * at(i + 1, j + 1));
+  }
+
+ private:
+  static constexpr int kAcross = 160;
+  Lattice lattice_;
+  std::vector<float> values_;
+  double radius_;
+};
+
+/// A little larger than its corners say, so that no seam shows beside the next one.
+std::vector<Point> Grown(std::vector<Point> corners, double by) {
+  std::vector<Point> grown = corners;
+  const std::size_t count = corners.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    // Along both sides that end there, so that thin faces grow as much as others.
+    for (const std::size_t from : {(i + 1) % count, (i + count - 1) % count}) {
+      const Point out = corners[i] - corners[from];
+      const double length = std::hypot(out.x, out.y);
+      if (length > 0) grown[i] = grown[i] + out * (by / length);
+    }
+  }
+  return grown;
+}
+
+void AddFace(Page& page, std::vector<Point> corners, Rgba colour, Stroke stroke = {}) {
+  Path path;
+  path.Polygon(std::move(corners));
+  page.Add(PathShape{.path = std::move(path), .fill = colour, .stroke = stroke});
+}
+
+/// Light from the upper left: above 0 is brighter, below darker.
+Rgba Lit(Rgba colour, double light) {
+  return light >= 0 ? Mix(colour, Rgb(0xFFFFFF), std::min(light, 0.35))
+                    : Mix(colour, Rgb(0x000000), std::min(-light, 0.45));
+}
+
+void DrawBase(Page& page, const View& view, const WaferPlot& plot) {
+  std::vector<Point> rim = RimPoints(plot);
+  for (Point& p : rim) p = view.At(p * (2 / plot.diameter), 0);
+  AddFace(page, std::move(rim), page.Ink().nothing, {1.2 * page.Hair(), page.Ink().rim});
+}
+
+void DrawHeightAxis(Page& page, const View& view, const Scale& scale, const Ticks& ticks,
+                    const WaferPlot& plot) {
+  const double em = page.Em();
+  const Point foot = View::LeftMost();
+  const double left = view.At(foot, 0).x - 0.7 * em;
+  const auto y_of = [&](double value) { return view.At(foot, view.HeightOf(value)).y; };
+  page.Line({left, y_of(scale.low)}, {left, y_of(scale.high)}, page.Ink().rim, page.Hair());
+  double widest = 0;
+  for (const double tick : ticks.values) {
+    const std::string text = ticks.Text(tick);
+    widest = std::max(widest, page.Width(text, 0.9 * em));
+    page.Line({left - 0.3 * em, y_of(tick)}, {left, y_of(tick)}, page.Ink().rim, page.Hair());
+    page.Put({.text = text, .size = 0.9 * em, .colour = page.Ink().text},
+             {left - 0.5 * em, y_of(tick)}, Align::End);
+  }
+  const double room = y_of(scale.low) - y_of(scale.high) + 4 * em;
+  page.Put({.text = page.Shortened(QuantityText(plot), room, 0.9 * em),
+            .size = 0.9 * em,
+            .colour = page.Ink().soft,
+            .angle = 90},
+           {left - 1.4 * em - widest, y_of((scale.low + scale.high) / 2)}, Align::Middle);
+}
+
+/// Room at the left for the numbers of the height axis.
+double AxisRoom(const Page& page, const Ticks& ticks) {
+  double widest = 0;
+  for (const double tick : ticks.values) {
+    widest = std::max(widest, page.Width(ticks.Text(tick), 0.9 * page.Em()));
+  }
+  return widest + 3 * page.Em();
+}
+
+/// Distance of the test area's border at an angle, in parts of the wafer's radius.
+class Border {
+ public:
+  explicit Border(const WaferPlot& plot) : points_(TestAreaPoints(plot)) {
+    for (Point& p : points_) p = p * (2 / plot.diameter);
+    round_ = std::hypot(points_.front().x, points_.front().y);
+    middle_ = (points_.front() + points_.back()) * 0.5;
+  }
+  double At(double angle) const {
+    const double flat = std::hypot(middle_.x, middle_.y);
+    if (flat >= round_ * 0.9999) return round_;
+    const double toward = (std::cos(angle) * middle_.x + std::sin(angle) * middle_.y) / flat;
+    return toward > 0 ? std::min(round_, flat / toward) : round_;
+  }
+
+ private:
+  std::vector<Point> points_;
+  double round_;
+  Point middle_;
+};
+
+void DrawFaces(Page& page, const View& view, const WaferPlot& plot, const Scale& scale,
+               const ValueField& field) {
+  const Sampled values(field, plot.diameter / 2);
+  const Border border(plot);
+  // As fine as is seen.
+  const int rings = std::clamp(static_cast<int>(view.Unit() / 3.2), 14, 56);
+  const int sectors = 4 * rings;
+  struct Node {
+    Point place;
+    double value;
+    double height;
+  };
+  const auto node = [&](int ring, int sector) {
+    const double angle = kTurn * sector / sectors;
+    const double radius = border.At(angle) * ring / rings;
+    const Point place{radius * std::cos(angle), radius * std::sin(angle)};
+    const double value = values.At(place);
+    return Node{place, value, view.HeightOf(value)};
+  };
+  std::vector<Node> nodes;
+  for (int ring = 0; ring <= rings; ++ring) {
+    for (int sector = 0; sector < sectors; ++sector) nodes.push_back(node(ring, sector));
+  }
+  const auto number = [&](int ring, int sector) {
+    return static_cast<std::size_t>(ring * sectors + sector % sectors);
+  };
+  struct Face {
+    double depth;
+    std::array<std::size_t, 4> corners;
+  };
+  std::vector<Face> faces;
+  for (int ring = 0; ring < rings; ++ring) {
+    for (int sector = 0; sector < sectors; ++sector) {
+      Face face{0,
+                {number(ring, sector), number(ring + 1, sector), number(ring + 1, sector + 1),
+                 number(ring, sector + 1)}};
+      for (const std::size_t corner : face.corners) face.depth += View::Depth(nodes[corner].place);
+      faces.push_back(face);
+    }
+  }
+  std::stable_sort(faces.begin(), faces.end(),
+                   [](const Face& a, const Face& b) { return a.depth > b.depth; });
+  for (const Face& face : faces) {
+    const Node& a = nodes[face.corners[0]];
+    const Node& b = nodes[face.corners[1]];
+    const Node& c = nodes[face.corners[2]];
+    const Node& d = nodes[face.corners[3]];
+    // The normal, from the diagonals.
+    const Point p = c.place - a.place;
+    const Point q = d.place - b.place;
+    const double pz = c.height - a.height;
+    const double qz = d.height - b.height;
+    const double nx = p.y * qz - pz * q.y;
+    const double ny = pz * q.x - p.x * qz;
+    const double nz = p.x * q.y - p.y * q.x;
+    const double length = std::sqrt(nx * nx + ny * ny + nz * nz);
+    const double light = length > 0 ? (-0.55 * nx + 0.25 * ny + 0.79 * nz) / length - 0.79 : 0;
+    const double value = (a.value + b.value + c.value + d.value) / 4;
+    AddFace(page,
+            Grown({view.At(a.place, a.height), view.At(b.place, b.height),
+                   view.At(c.place, c.height), view.At(d.place, d.height)},
+                  kOverlap),
+            Lit(scale.Colour(value), 0.55 * light));
+  }
+  // The wall under the rim, where it faces the viewer.
+  for (int sector = 0; sector < sectors; ++sector) {
+    const Node& a = nodes[number(rings, sector)];
+    const Node& b = nodes[number(rings, sector + 1)];
+    if (View::Depth((a.place + b.place) * 0.5) > 0) continue;
+    const Rgba wall = Mix(scale.Colour((a.value + b.value) / 2), page.Ink().soft, 0.55);
+    AddFace(page,
+            Grown({view.At(a.place, a.height), view.At(b.place, b.height), view.At(b.place, 0),
+                   view.At(a.place, 0)},
+                  kOverlap),
+            wall);
+  }
+  Path rim;
+  std::vector<Point> line;
+  for (int sector = 0; sector < sectors; ++sector) {
+    const Node& a = nodes[number(rings, sector)];
+    const Node& b = nodes[number(rings, sector + 1)];
+    if (View::Depth(a.place) > 0 || View::Depth(b.place) > 0) continue;
+    rim.Line({view.At(a.place, a.height), view.At(b.place, b.height)});
+  }
+  page.Add(PathShape{.path = std::move(rim), .stroke = {0.7 * page.Hair(), page.Ink().rim}});
+}
+
+/// Scales of sigma maps have limits that nothing is seen of: the axis shows the data's range.
+Scale HeightScale(const WaferPlot& plot, const Summary& summary, const Style& style) {
+  Style plain = style;
+  plain.bands = 0;
+  return MakeScale(plot, summary, plain, 6);
+}
+
+void DrawSurfaceWith(Sketch& sketch, const Scale& colours, const Scale& heights,
+                     const ValueField& field) {
+  Page& page = sketch.page;
+  Ticks ticks = RoundTicks(heights.low, heights.high, 5);
+  const double room = AxisRoom(page, ticks);
+  page.Free().left += room;
+  const View view(page.Free(), heights);
+  DrawBase(page, view, sketch.plot);
+  DrawFaces(page, view, sketch.plot, colours, field);
+  DrawHeightAxis(page, view, heights, ticks, sketch.plot);
+}
+
+}  // namespace
+
+void DrawSurface(Sketch sketch) {
+  auto& [page, plot, summary, style] = sketch;
+  const Scale scale = MakeScale(plot, summary, style, 7);
+  const auto field = FieldOf(plot, style);
+  std::vector<std::string> notes = {MethodNote(*field, plot)};
+  if (const std::string beyond = BeyondNote(plot, scale); !beyond.empty()) {
+    notes.insert(notes.begin(), beyond);
+  }
+  AddWords(page, plot, summary, notes);
+  if (style.legend) AddColourBar(page, scale, plot);
+  DrawSurfaceWith(sketch, scale, scale, *field);
+}
+
+void DrawSigmaSurface(Sketch sketch) {
+  auto& [page, plot, summary, style] = sketch;
+  const SigmaClasses classes = ClassesOf(plot, summary, style);
+  const auto field = FieldOf(plot, style);
+  AddWords(page, plot, summary, {MethodNote(*field, plot)});
+  if (style.legend) AddSigmaKey(page, plot, classes);
+  DrawSurfaceWith(sketch, classes.scale, HeightScale(plot, summary, style), *field);
+}
+
+void DrawBars(Sketch sketch) {
+  auto& [page, plot, summary, style] = sketch;
+  const Scale scale = MakeScale(plot, summary, style, 7);
+  std::vector<std::string> notes;
+  if (const std::string beyond = BeyondNote(plot, scale); !beyond.empty()) notes.push_back(beyond);
+  AddWords(page, plot, summary, notes);
+  if (style.legend) AddColourBar(page, scale, plot);
+  const Ticks ticks = RoundTicks(scale.low, scale.high, 5);
+  page.Free().left += AxisRoom(page, ticks);
+  const View view(page.Free(), scale);
+  DrawBase(page, view, plot);
+  const double spacing = std::sqrt(3.14 / static_cast<double>(summary.count));
+  const double half = std::min(0.045, 0.2 * spacing);
+  std::vector<std::size_t> order(plot.sites.Size());
+  for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
+  const auto place = [&](std::size_t i) {
+    return Point{plot.sites.x[i], plot.sites.y[i]} * (2 / plot.diameter);
+  };
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    return View::Depth(place(a)) > View::Depth(place(b));
+  });
+  for (const std::size_t i : order) {
+    const Point p = place(i);
+    const double top = view.HeightOf(plot.sites.value[i]);
+    const Rgba colour = scale.Colour(plot.sites.value[i]);
+    const std::array<Point, 4> foot = {p + Point{-half, -half}, p + Point{half, -half},
+                                       p + Point{half, half}, p + Point{-half, half}};
+    const Stroke edge = {std::min(0.5 * page.Hair(), 0.1 * half * view.Unit()),
+                         Mix(colour, Rgb(0x000000), 0.45)};
+    // The two sides that face the viewer.
+    AddFace(
+        page,
+        {view.At(foot[0], 0), view.At(foot[1], 0), view.At(foot[1], top), view.At(foot[0], top)},
+        Lit(colour, -0.12), edge);
+    AddFace(
+        page,
+        {view.At(foot[0], 0), view.At(foot[3], 0), view.At(foot[3], top), view.At(foot[0], top)},
+        Lit(colour, -0.32), edge);
+    AddFace(page,
+            {view.At(foot[0], top), view.At(foot[1], top), view.At(foot[2], top),
+             view.At(foot[3], top)},
+            Lit(colour, 0.12), edge);
+  }
+  DrawHeightAxis(page, view, scale, ticks, plot);
+}
+
+}  // namespace discoplan::figures

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+#include <array>
+#include <cmath>
+
+#include "discoplan/figures/map_frame.h"
+
+namespace discoplan::figures {
+namespace {
+
+constexpr int kShades = 256;  // of a continuous scale
+
+/// Values at the pixels of a device, in colours.
+class ValueImage final : public ImageSource {
+ public:
+  ValueImage(const Page& page, const MapFrame& frame, const Scale& scale,
+             std::shared_ptr<const ValueField> field)
+      : frame_(frame),
+        low_(scale.low),
+        high_(scale.high),
+        banded_(!scale.bands.empty()),
+        field_(std::move(field)),
+        nothing_(page.Ink().nothing),
+        hatch_(page.Ink().hatch),
+        hatch_pitch_(0.75 * page.Em()),
+        hatch_width_(1.2 * page.Hair()) {
+    const int count = banded_ ? static_cast<int>(scale.bands.size()) : kShades;
+    for (int i = 0; i < count; ++i) {
+      shades_.push_back(banded_ ? scale.bands[static_cast<std::size_t>(i)]
+                                : scale.colours->At(i / (kShades - 1.0)));
+    }
+  }
+
+  /// What is farther than that from every site of `lattice` is hatched.
+  void HatchBeyond(double far, const Lattice& lattice, std::vector<float> distances) {
+    far_ = static_cast<float>(far);
+    distance_lattice_ = lattice;
+    distances_ = std::move(distances);
+  }
+
+  void Render(const PixelGrid& grid, std::span<Rgba> pixels) const override {
+    const double step = grid.pitch / frame_.scale;
+    const Lattice lattice = {(grid.left + grid.pitch / 2 - frame_.centre.x) / frame_.scale,
+                             (frame_.centre.y - grid.top - grid.pitch / 2) / frame_.scale, step,
+                             grid.columns, grid.rows};
+    std::vector<float> values(lattice.Size());
+    field_->Evaluate(lattice, frame_.test_radius + 2 * step, values);
+    const auto width = static_cast<std::size_t>(grid.columns);
+    for (int row = 0; row < grid.rows; ++row) {
+      const std::size_t start = static_cast<std::size_t>(row) * width;
+      const double y = lattice.Y(row);
+      const double reach = frame_.test_radius + 2 * step;
+      const double half = reach * reach - y * y;
+      if (half < 0) continue;
+      const double across = std::sqrt(half);
+      const int first = std::max(0, static_cast<int>(std::ceil((-across - lattice.x0) / step)));
+      const int last =
+          std::min(grid.columns - 1, static_cast<int>(std::floor((across - lattice.x0) / step)));
+      if (banded_) {
+        ShadeBands(values, lattice, row, first, last, pixels);
+      } else {
+        const auto f = static_cast<float>(kShades / (high_ - low_));
+        const auto low = static_cast<float>(low_);
+        for (int i = first; i <= last; ++i) {
+          const float place = (values[start + static_cast<std::size_t>(i)] - low) * f;
+          const int shade = static_cast<int>(std::min(std::max(place, 0.0F), kShades - 1.0F));
+          pixels[start + static_cast<std::size_t>(i)] = shades_[static_cast<std::size_t>(shade)];
+        }
+      }
+      if (!distances_.empty()) Hatch(grid, lattice, row, first, last, pixels.subspan(start, width));
+    }
+  }
+
+ private:
+  /// The edge between two bands is as soft as a pixel is wide: how much of a pixel each has follows
+  /// from the value and its slope.
+  void ShadeBands(std::span<const float> values, const Lattice& lattice, int row, int first,
+                  int last, std::span<Rgba> pixels) const {
+    const auto width = static_cast<std::size_t>(lattice.columns);
+    const auto count = static_cast<double>(shades_.size());
+    const auto place = [&](std::size_t at) { return (values[at] - low_) / (high_ - low_) * count; };
+    const std::size_t start = static_cast<std::size_t>(row) * width;
+    for (int i = first; i <= last; ++i) {
+      const std::size_t at = start + static_cast<std::size_t>(i);
+      const double here = place(at);
+      const std::size_t band =
+          static_cast<std::size_t>(std::clamp(std::floor(here), 0.0, count - 1));
+      pixels[at] = shades_[band];
+      const double edge = std::round(here);
+      if (!(edge > 0 && edge < count) || std::abs(here - edge) > 0.5) continue;
+      const double dx = i > first && i < last ? (place(at + 1) - place(at - 1)) / 2 : 0;
+      const double dy =
+          row > 0 && row + 1 < lattice.rows ? (place(at + width) - place(at - width)) / 2 : 0;
+      const double slope = std::hypot(dx, dy);
+      const double above = slope > 0 ? (here - edge) / slope + 0.5 : here >= edge;
+      if (above <= 0 || above >= 1) continue;
+      const auto upper = static_cast<std::size_t>(edge);
+      pixels[at] = Mix(shades_[upper - 1], shades_[upper], above);
+    }
+  }
+
+  void Hatch(const PixelGrid& grid, const Lattice& lattice, int row, int first, int last,
+             std::span<Rgba> pixels) const {
+    const double down = (distance_lattice_.y0 - lattice.Y(row)) / distance_lattice_.step;
+    const int j = std::clamp(static_cast<int>(down), 0, distance_lattice_.rows - 2);
+    const double below = down - j;
+    const auto width = static_cast<std::size_t>(distance_lattice_.columns);
+    const float* upper = distances_.data() + static_cast<std::size_t>(j) * width;
+    const float* lower = upper + width;
+    const double pixel_mm = lattice.step;
+    for (int i = first; i <= last; ++i) {
+      const double across = (lattice.X(i) - distance_lattice_.x0) / distance_lattice_.step;
+      const int k = std::clamp(static_cast<int>(across), 0, distance_lattice_.columns - 2);
+      const double right = across - k;
+      const double distance = (1 - below) * ((1 - right) * upper[k] + right * upper[k + 1]) +
+                              below * ((1 - right) * lower[k] + right * lower[k + 1]);
+      const double part = std::clamp((distance - far_) / pixel_mm + 0.5, 0.0, 1.0);
+      if (part <= 0) continue;
+      // Distance to the next of the slanted lines.
+      const double x = grid.left + (i + 0.5) * grid.pitch;
+      const double y = grid.top + (row + 0.5) * grid.pitch;
+      const double along = (x + y) * 0.7071;
+      const double off =
+          std::abs(along - std::round(along / hatch_pitch_) * hatch_pitch_) - hatch_width_ / 2;
+      const Rgba mark = Mix(hatch_, nothing_, std::clamp(off / grid.pitch + 0.5, 0.0, 1.0));
+      Rgba& pixel = pixels[static_cast<std::size_t>(i)];
+      pixel = Mix(pixel, mark, part);
+    }
+  }
+
+  MapFrame frame_;
+  double low_;
+  double high_;
+  bool banded_;
+  std::shared_ptr<const ValueField> field_;
+  std::vector<Rgba> shades_;
+  Rgba nothing_;
+  Rgba hatch_;
+  double hatch_pitch_;
+  double hatch_width_;
+  float far_ = 0;
+  Lattice distance_lattice_;
+  std::vector<float> distances_;
+};
+
+}  // namespace
+
+bool AddValueImage(Page& page, const MapFrame& frame, const WaferPlot& plot, const Scale& scale,
+                   std::shared_ptr<const ValueField> field) {
+  auto source = std::make_shared<ValueImage>(page, frame, scale, std::move(field));
+  const double far = FarDistance(plot.sites, frame.radius);
+  constexpr int kAcross = 96;
+  const double reach = frame.radius * 1.02;
+  const Lattice lattice = {-reach, reach, 2 * reach / (kAcross - 1), kAcross, kAcross};
+  std::vector<float> distances = DistancesToSites(lattice, plot.sites);
+  bool has_far = false;
+  for (int j = 0; j < kAcross && !has_far; ++j) {
+    for (int i = 0; i < kAcross; ++i) {
+      const auto at = static_cast<std::size_t>(j * kAcross + i);
+      if (distances[at] > far && std::hypot(lattice.X(i), lattice.Y(j)) < frame.test_radius) {
+        has_far = true;
+      }
+    }
+  }
+  if (has_far) source->HatchBeyond(far, lattice, std::move(distances));
+  std::vector<Point> outline = TestAreaPoints(plot);
+  for (Point& point : outline) point = frame.At(point.x, point.y);
+  const double side = frame.Length(frame.test_radius);
+  ImageShape image{.area = {frame.centre.x - side, frame.centre.y - side, frame.centre.x + side,
+                            frame.centre.y + side},
+                   .source = std::move(source)};
+  image.outline.Polygon(std::move(outline));
+  page.Add(std::move(image));
+  return has_far;
+}
+
+}  // namespace discoplan::figures

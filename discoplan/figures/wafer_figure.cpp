@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/figures/wafer_figure.h"
+
+#include <array>
+#include <cmath>
+
+#include "discoplan/figures/kinds.h"
+
+namespace discoplan::figures {
+
+Summary Summarise(std::span<const float> values) {
+  Summary summary{.count = values.size()};
+  if (values.empty()) return summary;
+  // Kahan's compensated sum.
+  const auto sum = [&](auto term) {
+    double total = 0;
+    double lost = 0;
+    for (const float value : values) {
+      const double y = term(static_cast<double>(value)) - lost;
+      const double t = total + y;
+      lost = (t - total) - y;
+      total = t;
+    }
+    return total;
+  };
+  const auto count = static_cast<double>(values.size());
+  const auto [low, high] = std::minmax_element(values.begin(), values.end());
+  summary.low = *low;
+  summary.high = *high;
+  summary.mean = sum([](double v) { return v; }) / count;
+  const double mean = summary.mean;
+  const double squares = sum([mean](double v) { return (v - mean) * (v - mean); });
+  summary.sigma = values.size() > 1 ? std::sqrt(squares / (count - 1)) : 0;
+  return summary;
+}
+
+int DecimalsFor(const Summary& summary) {
+  const double range = summary.high - summary.low;
+  if (!(range > 0)) return 3;
+  return std::clamp(2 - static_cast<int>(std::floor(std::log10(range))), 0, 9);
+}
+
+std::shared_ptr<const ValueField> FieldOf(const WaferPlot& plot, const Style& style) {
+  return MakeField(plot.sites, plot.diameter / 2, style.interpolation);
+}
+
+std::string MethodNote(const ValueField& field, const WaferPlot& plot) {
+  std::string note = field.Method();
+  if (field.LeaveOneOutError() > 0) {
+    note += ", leave-one-out error " + WithUnit(NumberText(field.LeaveOneOutError(), 2), plot);
+  }
+  return note;
+}
+
+std::string BeyondNote(const WaferPlot& plot, const Scale& scale) {
+  const auto beyond = std::count_if(plot.sites.value.begin(), plot.sites.value.end(), [&](float v) {
+    // Limits are 32-bit floats' worth: what equals one isn't beyond it.
+    const double slack = 1e-6 * (scale.high - scale.low);
+    return v < scale.low - slack || v > scale.high + slack;
+  });
+  if (beyond == 0) return {};
+  return std::to_string(beyond) + (beyond == 1 ? " site" : " sites") + " beyond the colour scale";
+}
+
+Figure MakeFigure(PlotKind kind, const WaferPlot& plot, const Style& style,
+                  const TextMeasure& text) {
+  using Maker = void (*)(Sketch);
+  static constexpr std::array<Maker, 9> kMakers = {DrawMap,    DrawSigmaMap,  DrawContours,
+                                                   DrawValues, DrawSurface,   DrawSigmaSurface,
+                                                   DrawBars,   DrawHistogram, DrawLineScan};
+  Page page(style, text);
+  const Summary summary = Summarise(plot.sites.value);
+  if (summary.count == 0) {
+    AddWords(page, plot, summary, {"no sites"});
+  } else {
+    kMakers[static_cast<std::size_t>(kind)]({page, plot, summary, style});
+  }
+  return page.Take();
+}
+
+}  // namespace discoplan::figures

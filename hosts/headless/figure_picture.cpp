@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/headless/figure_picture.h"
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"
+#pragma GCC diagnostic ignored "-Wshadow"
+#pragma GCC diagnostic ignored "-Wextra"
+#include <agg_conv_dash.h>
+#include <agg_conv_stroke.h>
+#include <agg_path_storage.h>
+#include <agg_pixfmt_rgba.h>
+#include <agg_rasterizer_scanline_aa.h>
+#include <agg_renderer_scanline.h>
+#include <agg_rendering_buffer.h>
+#include <agg_scanline_u.h>
+#pragma GCC diagnostic pop
+
+#include <cmath>
+
+namespace discoplan {
+namespace {
+
+using figures::DotsShape;
+using figures::Figure;
+using figures::ImageShape;
+using figures::PathShape;
+using figures::PixelGrid;
+using figures::Point;
+using figures::Rgba;
+using figures::Stroke;
+using figures::TextShape;
+
+constexpr double kRadians = 3.14159265358979 / 180;
+
+agg::rgba8 ColourOf(Rgba colour) {
+  return agg::rgba8(colour.red, colour.green, colour.blue, colour.alpha).premultiply();
+}
+
+/// Outlines of letters at their place, in pixels.
+class LetterPath final : public OutlineSink {
+ public:
+  LetterPath(agg::path_storage& path, Point start, double size, double angle)
+      : path_(path),
+        start_(start),
+        c_(std::cos(angle) * size),
+        s_(std::sin(angle) * size),
+        // A piece of a curve is about two pixels long.
+        steps_(std::clamp(static_cast<int>(size / 12) + 2, 3, 16)) {}
+
+  void MoveTo(double x, double y) override {
+    path_.close_polygon();
+    last_ = At(x, y);
+    path_.move_to(last_.x, last_.y);
+  }
+  void LineTo(double x, double y) override {
+    last_ = At(x, y);
+    path_.line_to(last_.x, last_.y);
+  }
+  void CurveTo(double control_x, double control_y, double x, double y) override {
+    const Point control = At(control_x, control_y);
+    const Point to = At(x, y);
+    for (int i = 1; i <= steps_; ++i) {
+      const double t = static_cast<double>(i) / steps_;
+      const Point p = last_ * ((1 - t) * (1 - t)) + control * (2 * t * (1 - t)) + to * (t * t);
+      path_.line_to(p.x, p.y);
+    }
+    last_ = to;
+  }
+  void CubicTo(double x1, double y1, double x2, double y2, double x, double y) override {
+    const Point a = At(x1, y1);
+    const Point b = At(x2, y2);
+    const Point to = At(x, y);
+    for (int i = 1; i <= steps_; ++i) {
+      const double t = static_cast<double>(i) / steps_;
+      const double u = 1 - t;
+      const Point p =
+          last_ * (u * u * u) + a * (3 * u * u * t) + b * (3 * u * t * t) + to * (t * t * t);
+      path_.line_to(p.x, p.y);
+    }
+    last_ = to;
+  }
+
+ private:
+  Point At(double x, double y) const {
+    return {start_.x + c_ * x - s_ * y, start_.y - s_ * x - c_ * y};
+  }
+
+  agg::path_storage& path_;
+  Point start_;
+  double c_;
+  double s_;
+  int steps_;
+  Point last_;
+};
+
+class RasterDevice final : public figures::Device {
+ public:
+  RasterDevice(const Figure& figure, double pixels_per_point, const FreeTypeText& text)
+      : scale_(pixels_per_point),
+        text_(text),
+        font_(figure.font),
+        width_(std::max(1, static_cast<int>(std::lround(figure.width * scale_)))),
+        height_(std::max(1, static_cast<int>(std::lround(figure.height * scale_)))),
+        pixels_(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_)),
+        buffer_(reinterpret_cast<agg::int8u*>(pixels_.data()), static_cast<unsigned>(width_),
+                static_cast<unsigned>(height_), width_ * 4),
+        format_(buffer_),
+        base_(format_) {
+    raster_.clip_box(0, 0, width_, height_);
+    if (figure.background) base_.clear(ColourOf(*figure.background));
+  }
+
+  void Draw(const PathShape& shape) override {
+    agg::path_storage path = PathOf(shape.path);
+    if (shape.fill) Fill(path, *shape.fill);
+    DrawStroke(path, shape.stroke);
+  }
+
+  void Draw(const DotsShape& shape) override {
+    agg::path_storage path;
+    const double radius = shape.radius * scale_;
+    const int corners = std::clamp(static_cast<int>(4 + 5 * std::sqrt(radius)), 8, 64);
+    std::vector<Point> rim;
+    for (int i = 0; i < corners; ++i) {
+      const double angle = 360.0 * i / corners * kRadians;
+      rim.push_back({radius * std::cos(angle), radius * std::sin(angle)});
+    }
+    const auto add = [&](Point centre) {
+      const Point c = centre * scale_;
+      for (std::size_t i = 0; i < rim.size(); ++i) {
+        i == 0 ? path.move_to(c.x + rim[i].x, c.y + rim[i].y)
+               : path.line_to(c.x + rim[i].x, c.y + rim[i].y);
+      }
+      path.close_polygon();
+    };
+    for (const Point centre : shape.centres) add(centre);
+    if (shape.stroke.width > 0) DrawStroke(path, shape.stroke);
+    Fill(path, shape.fill);
+  }
+
+  void Draw(const TextShape& shape) override {
+    agg::path_storage path;
+    LetterPath letters(path, shape.start * scale_, shape.size * scale_, shape.angle * kRadians);
+    text_.Outline({.name = font_, .size = 1, .bold = shape.bold}, shape.text, letters);
+    path.close_polygon();
+    if (shape.halo > 0) DrawStroke(path, {2 * shape.halo, shape.halo_colour});
+    Fill(path, shape.colour);
+  }
+
+  void Draw(const ImageShape& shape) override {
+    const int left = std::max(0, static_cast<int>(std::floor(shape.area.left * scale_)));
+    const int top = std::max(0, static_cast<int>(std::floor(shape.area.top * scale_)));
+    const int right = std::min(width_, static_cast<int>(std::ceil(shape.area.right * scale_)));
+    const int bottom = std::min(height_, static_cast<int>(std::ceil(shape.area.bottom * scale_)));
+    if (right <= left || bottom <= top) return;
+    const PixelGrid grid{left / scale_, top / scale_, 1 / scale_, right - left, bottom - top};
+    std::vector<Rgba> image(static_cast<std::size_t>(grid.columns) *
+                            static_cast<std::size_t>(grid.rows));
+    shape.source->Render(grid, image);
+    agg::path_storage path = PathOf(shape.outline);
+    raster_.reset();
+    raster_.add_path(path);
+    if (!raster_.rewind_scanlines()) return;
+    scanline_.reset(raster_.min_x(), raster_.max_x());
+    while (raster_.sweep_scanline(scanline_)) {
+      const int y = scanline_.y();
+      if (y < top || y >= bottom) continue;
+      const Rgba* row =
+          image.data() + static_cast<std::size_t>(y - top) * static_cast<std::size_t>(grid.columns);
+      auto span = scanline_.begin();
+      for (unsigned k = 0; k < scanline_.num_spans(); ++k, ++span) {
+        for (int i = 0; i < span->len; ++i) {
+          const int x = span->x + i;
+          if (x < left || x >= right) continue;
+          const Rgba colour = row[x - left];
+          const agg::int8u cover = span->covers[i];
+          if (cover == 255 && colour.alpha == 255) {
+            pixels_[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) +
+                    static_cast<std::size_t>(x)] =
+                Pixel{0xFF000000} | static_cast<Pixel>(colour.red) << 16 |
+                static_cast<Pixel>(colour.green) << 8 | static_cast<Pixel>(colour.blue);
+          } else {
+            format_.blend_pixel(x, y, ColourOf(colour), cover);
+          }
+        }
+      }
+    }
+  }
+
+  FigurePicture Take(bool has_alpha) {
+    if (has_alpha) {
+      for (Pixel& pixel : pixels_) {
+        const Pixel alpha = pixel >> 24;
+        if (alpha == 0 || alpha == 255) continue;
+        Pixel plain = alpha << 24;
+        for (const int shift : {0, 8, 16}) {
+          const Pixel part = ((pixel >> shift & 0xFF) * 255 + alpha / 2) / alpha;
+          plain |= std::min<Pixel>(part, 255) << shift;
+        }
+        pixel = plain;
+      }
+    }
+    return {std::move(pixels_), width_, height_, has_alpha};
+  }
+
+ private:
+  agg::path_storage PathOf(const figures::Path& path) const {
+    agg::path_storage made;
+    for (const auto& piece : path.pieces) {
+      for (std::size_t i = 0; i < piece.points.size(); ++i) {
+        const Point p = piece.points[i] * scale_;
+        i == 0 ? made.move_to(p.x, p.y) : made.line_to(p.x, p.y);
+      }
+      if (piece.closed) made.close_polygon();
+    }
+    return made;
+  }
+
+  template <class Source>
+  void Fill(Source& source, Rgba colour) {
+    raster_.reset();
+    raster_.add_path(source);
+    agg::render_scanlines_aa_solid(raster_, scanline_, base_, ColourOf(colour));
+  }
+
+  void DrawStroke(agg::path_storage& path, const Stroke& stroke) {
+    if (stroke.width <= 0 || stroke.colour.alpha == 0) return;
+    const auto outline = [&](auto& source) {
+      agg::conv_stroke lines(source);
+      // Finer than that a line would fade.
+      lines.width(std::max(stroke.width * scale_, 0.7));
+      lines.line_join(agg::round_join);
+      lines.line_cap(agg::butt_cap);
+      Fill(lines, stroke.colour);
+    };
+    if (stroke.dash <= 0) return outline(path);
+    agg::conv_dash dashes(path);
+    dashes.add_dash(stroke.dash * scale_, stroke.dash * scale_);
+    outline(dashes);
+  }
+
+  double scale_;
+  const FreeTypeText& text_;
+  std::string font_;
+  int width_;
+  int height_;
+  std::vector<Pixel> pixels_;
+  agg::rendering_buffer buffer_;
+  agg::pixfmt_bgra32_pre format_;
+  agg::renderer_base<agg::pixfmt_bgra32_pre> base_;
+  agg::rasterizer_scanline_aa<> raster_;
+  agg::scanline_u8 scanline_;
+};
+
+}  // namespace
+
+FigurePicture PaintFigure(const Figure& figure, double pixels_per_point, const FreeTypeText& text) {
+  RasterDevice device(figure, pixels_per_point, text);
+  figures::Draw(figure, device);
+  const bool opaque = figure.background && figure.background->alpha == 255;
+  return device.Take(!opaque);
+}
+
+double FigureText::Width(std::string_view text, double size, bool bold) const {
+  constexpr double kFine = 1000;  // pixels, so that sizes below a pixel are exact too
+  return text_.Width({.name = font_, .size = 1, .bold = bold}, kFine, text) / kFine * size;
+}
+
+}  // namespace discoplan

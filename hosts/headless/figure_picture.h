@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Figures as pixels, with smooth edges: painted by Anti-Grain Geometry (2.4, BSD licence), which
+/// is small, builds wherever C++ does and pulls in no library at run time.
+///
+///     FreeTypeText text;
+///     const FigurePicture picture = PaintFigure(figure, 2, text);
+
+#include <vector>
+
+#include "discoplan/figures/shapes.h"
+#include "hosts/headless/freetype_text.h"
+
+namespace discoplan {
+
+/// Rows from top to bottom.
+struct FigurePicture {
+  std::vector<Pixel> pixels;  ///< 0xAARRGGBB, not premultiplied.
+  int width = 0;
+  int height = 0;
+  bool has_alpha = false;
+};
+
+/// At least one pixel wide and high.
+DISCOPLAN_EXPORT FigurePicture PaintFigure(const figures::Figure& figure, double pixels_per_point,
+                                           const FreeTypeText& text);
+
+/// Text as the figures' devices set it.
+class DISCOPLAN_EXPORT FigureText final : public figures::TextMeasure {
+ public:
+  explicit FigureText(std::string font) : font_(std::move(font)) {}
+  double Width(std::string_view text, double size, bool bold) const override;
+  const FreeTypeText& Letters() const { return text_; }
+
+ private:
+  FreeTypeText text_;
+  std::string font_;
+};
+
+}  // namespace discoplan

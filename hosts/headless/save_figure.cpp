@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/headless/save_figure.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "discoplan/figures/svg.h"
+#include "hosts/headless/figure_pdf.h"
+#include "hosts/headless/png_file.h"
+
+namespace discoplan {
+namespace {
+
+constexpr double kImagePixels = 300.0 / 72;  // per point, of images in vector files
+
+std::vector<std::uint8_t> EncodePicture(const FigurePicture& picture, double pixels_per_point) {
+  return EncodePng(
+      PngPicture{.pixels = picture.pixels,
+                 .width = picture.width,
+                 .height = picture.height,
+                 .pixels_per_metre = static_cast<int>(std::lround(pixels_per_point * 72 / 0.0254)),
+                 .has_alpha = picture.has_alpha});
+}
+
+std::vector<std::uint8_t> EncodeSvg(const figures::Figure& figure) {
+  const std::string text =
+      ToSvg(figure, kImagePixels, [](std::span<const std::uint32_t> pixels, int width) {
+        return EncodePng(
+            PngPicture{.pixels = pixels,
+                       .width = width,
+                       .height = static_cast<int>(pixels.size() / static_cast<std::size_t>(width)),
+                       .has_alpha = true});
+      });
+  return {text.begin(), text.end()};
+}
+
+}  // namespace
+
+FigureSize FigureSize::Pixels(int width, int height) {
+  constexpr double kPlainSide = 300;
+  const double side = std::max(1.0, std::min(width, height) / kPlainSide);
+  const double scale = 1.25 * std::sqrt(side);
+  return {width / scale, height / scale, scale};
+}
+
+FigureSize FigureSize::Millimetres(double width, double height, double dpi) {
+  constexpr double kPoints = 72 / 25.4;
+  return {width * kPoints, height * kPoints, dpi / 72};
+}
+
+std::vector<std::uint8_t> EncodeFigure(const figures::Figure& figure, FigureFormat format,
+                                       double pixels_per_point, const FigureText& text) {
+  switch (format) {
+    case FigureFormat::Pdf:
+      return ToPdf({&figure, 1}, kImagePixels, text.Letters());
+    case FigureFormat::Svg:
+      return EncodeSvg(figure);
+    case FigureFormat::Png:
+      break;
+  }
+  return EncodePicture(PaintFigure(figure, pixels_per_point, text.Letters()), pixels_per_point);
+}
+
+void SaveFigure(const std::filesystem::path& path, figures::PlotKind kind,
+                const figures::WaferPlot& plot, figures::Style style, const FigureSize& size) {
+  style.width = size.width;
+  style.height = size.height;
+  const FigureText text(style.font);
+  const std::string ending = path.extension().string();
+  const FigureFormat format = ending == ".pdf"   ? FigureFormat::Pdf
+                              : ending == ".svg" ? FigureFormat::Svg
+                                                 : FigureFormat::Png;
+  const figures::Figure figure = MakeFigure(kind, plot, style, text);
+  WriteWholeFile(path, EncodeFigure(figure, format, size.pixels_per_point, text));
+}
+
+}  // namespace discoplan
