@@ -32,8 +32,8 @@ void SaveNine(const data::Wafer& measured, const QString& file) {
   QWidget sheet;
   auto* grid = new QGridLayout(&sheet);
   int number = 0;
-  for (const app::PlotKind& kind : app::AllPlotKinds()) {
-    qt::PlotWidget* plot = qt::NewPlotWidget(kind.class_name, &sheet);
+  for (const ControlClass* kind : ControlClasses()) {
+    qt::PlotWidget* plot = qt::NewPlotWidget(kind->name, &sheet);
     plot->setMinimumSize(440, 310);
     grid->addWidget(plot, number / 3, number % 3);
     ++number;

@@ -59,7 +59,7 @@ ordered_json Described(const ParameterList& parameters) {
 ordered_json Kept(const ControlClass& kind, const Member& member) {
   if (!member.kept()) return nullptr;
   const Stored& stored = member.stored;
-  return {{"key", kind.KeyWritten(member)},
+  return {{"key", kind.KeyOf(member)},
           {"kind", NameOf(stored.kind)},
           {"default", ValueOf(stored.otherwise.As(stored.kind, member.type),
                               TypeOf(stored.kind, member.type))}};
@@ -114,7 +114,9 @@ ordered_json Described(const Enumeration& enumeration) {
 void Describe(const std::string& name) {
   if (!name.empty() && FindControlClass(name) == nullptr) {
     std::string names;
-    for (const ControlClass* kind : ControlClasses()) names += ' ' + std::string(kind->name);
+    for (const ControlClass* kind : ControlClasses()) {
+      names += (names.empty() ? " " : ", ") + std::string(kind->name);
+    }
     throw UsageError("'" + name + "' is no class; there are" + names);
   }
   ordered_json text = {{"version", LibraryVersion()},

@@ -27,9 +27,13 @@ std::optional<Colour> ToColour(const std::string& text) {
   return (rgb & 0xFF) << 16 | (rgb & 0xFF00) | rgb >> 16;
 }
 
-std::string Names(std::span<const Enumerator> choices) {
+/// What a value of the member looks like.
+std::string FormOf(const Member& member) {
+  if (member.type == Type::Rgb) return "; it is #RRGGBB, such as #FF0000 for red";
+  if (member.type == Type::Boolean) return "; it is true or false";
+  if (member.enumeration == nullptr) return "; it is a number";
   std::string names;
-  for (const Enumerator& choice : choices) {
+  for (const Enumerator& choice : member.Choices()) {
     names += (names.empty() ? "; it is one of " : ", ") + std::string(choice.name);
   }
   return names;
@@ -46,7 +50,7 @@ Variant ToVariant(const std::string& text, const Member& member) {
   if (text == "true" || text == "false") return BooleanVariant(text == "true");
   if (const auto number = ToNumber(text)) return Variant(*number);
   throw UsageError("--set " + std::string(member.name) + ": '" + text + "' is no value of type " +
-                   std::string(member.TypeName()) + Names(member.Choices()));
+                   std::string(member.TypeName()) + FormOf(member));
 }
 
 std::string WritableNames(const MemberTable& members) {

@@ -18,21 +18,22 @@ namespace {
 
 /// Letters grow with the square root of the picture: large pictures get finer detail and larger
 /// letters at once. Small ones shrink so that the least size of a control fits.
-Screen ScreenFor(const PixelSize& size, const PlotKind& kind) {
+Screen ScreenFor(const PixelSize& size, const ControlClass& kind) {
   constexpr float kPlainSide = 300;
   const auto width = static_cast<float>(size.width);
   const auto height = static_cast<float>(size.height);
   const float grown =
       kTwipsPerPixel / std::sqrt(std::max(1.0F, std::min(width, height) / kPlainSide));
+  const bool scales = kind.family != Family::Chart;  // whose margins are in pixels
   const float twips = std::max(
-      {kind.scales ? grown : kTwipsPerPixel, kind.least.width / width, kind.least.height / height});
+      {scales ? grown : kTwipsPerPixel, kind.least.width / width, kind.least.height / height});
   return {twips, twips};
 }
 
 /// One kind of plot with the host that it stands on.
 class Drawing {
  public:
-  Drawing(const PlotKind& kind, const PictureRequest& request, const Wafer& measured)
+  Drawing(const ControlClass& kind, const PictureRequest& request, const Wafer& measured)
       : host_(ScreenFor(request.size, kind)) {
     WarnByMessages(host_, request.data);
     control_ = LoadedControl(kind, request.plot, request.data, measured, host_);
@@ -81,18 +82,19 @@ class Sheet {
 };
 
 /// The bytes of the file. Leaves the last plot in `drawing`.
-std::vector<std::uint8_t> Draw(const std::vector<PlotKind>& kinds, const PictureRequest& request,
+std::vector<std::uint8_t> Draw(const PlotKinds& kinds, const PictureRequest& request,
                                const Wafer& measured, std::optional<Drawing>& drawing) {
-  if (kinds.size() == 1) return drawing.emplace(kinds.front(), request, measured).Encode();
+  if (kinds.size() == 1) return drawing.emplace(*kinds.front(), request, measured).Encode();
   Sheet sheet(request.size, kinds.size());
-  for (const PlotKind& kind : kinds) sheet.Add(drawing.emplace(kind, request, measured).Paint());
+  for (const ControlClass* kind : kinds)
+    sheet.Add(drawing.emplace(*kind, request, measured).Paint());
   const Canvas canvas = sheet.Take();
   return EncodePng(
       PngPicture{.pixels = canvas.Pixels(), .width = canvas.Width(), .height = canvas.Height()});
 }
 
 void Plot(const PictureRequest& request) {
-  const std::vector<PlotKind> kinds = KindsOf(request.plot);
+  const PlotKinds kinds = KindsOf(request.plot);
   RefuseOverwriting(request.plot, request.output, {request.data.path.string()});
   const Lot data = ReadReporting(request.data);
   const Wafer& measured = OnlyWafer(data, request.data);

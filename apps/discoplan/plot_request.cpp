@@ -8,7 +8,6 @@
 #include "apps/discoplan/member_text.h"
 #include "apps/discoplan/output.h"
 #include "discoplan/base/numbers.h"
-#include "discoplan/controls/control_factory.h"
 #include "discoplan/controls/lattice_control.h"
 #include "discoplan/controls/plot3db.h"
 #include "discoplan/controls/view_control.h"
@@ -155,8 +154,8 @@ void RefuseOverwriting(const PlotRequest& request, const std::string& output,
   RefuseOverwriting({"--output", output}, measured);
 }
 
-std::vector<PlotKind> KindsOf(const PlotRequest& request) {
-  std::vector<PlotKind> kinds = PlotKindsOf(request.kinds);
+PlotKinds KindsOf(const PlotRequest& request) {
+  PlotKinds kinds = PlotKindsOf(request.kinds);
   if (kinds.size() > 1 && !(request.settings + request.saved_settings).empty()) {
     throw UsageError("--settings and --save-settings are for one kind of plot at a time");
   }
@@ -185,11 +184,11 @@ void FitLook(PlotControl& control, const Wafer& measured) {
   }
 }
 
-std::unique_ptr<PlotControl> LoadedControl(const PlotKind& kind, const PlotRequest& request,
+std::unique_ptr<PlotControl> LoadedControl(const ControlClass& kind, const PlotRequest& request,
                                            const ReadRequest& data, const Wafer& measured,
                                            Platform& platform) {
   const std::string source = SourceOf(data.path.string(), measured);
-  std::unique_ptr<PlotControl> control = NewControl(kind.class_name, platform, nullptr);
+  std::unique_ptr<PlotControl> control = kind.make(platform, nullptr);
   control->UseWorkers(request.workers);
   SetUp(*control, request, source, measured);
   LoadSites(*control, source, measured);
@@ -201,15 +200,15 @@ void SaveSettings(const PlotRequest& request, PlotControl& control) {
   if (!request.saved_settings.empty()) WriteSettings(control, request.saved_settings);
 }
 
-void WarnOfEmptyPlots(const std::vector<PlotKind>& kinds, const ReadRequest& data,
-                      const Wafer& measured) {
-  const auto stays_empty = [&](const PlotKind& kind) {
-    return measured.x.size() < kind.least_sites;
+void WarnOfEmptyPlots(const PlotKinds& kinds, const ReadRequest& data, const Wafer& measured) {
+  const auto stays_empty = [&](const ControlClass* each) {
+    return measured.x.size() < each->least_sites;
   };
-  const auto kind = std::ranges::find_if(kinds, stays_empty);
-  if (kind == kinds.end()) return;
+  const auto found = std::ranges::find_if(kinds, stays_empty);
+  if (found == kinds.end()) return;
+  const ControlClass* kind = *found;
   Warn(SourceOf(data.path.string(), measured) + ": " + Counted(measured.x.size(), "site") +
-       ", and a plot of kind " + std::string(kind->name) + " stays empty below " +
+       ", and a plot of kind " + std::string(kind->kind) + " stays empty below " +
        std::to_string(kind->least_sites) + "; --kind 2DN or 3DB shows the values");
 }
 

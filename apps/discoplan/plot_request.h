@@ -32,7 +32,7 @@ struct PlotRequest {
 void AddPlotOptions(CLI::App& command, PlotRequest& request);
 
 /// The kinds that are asked for. Raises `UsageError` for what doesn't go with several.
-std::vector<PlotKind> KindsOf(const PlotRequest& request);
+PlotKinds KindsOf(const PlotRequest& request);
 
 /// Raises `UsageError` if one of the files to write is a file to read or the other one to write.
 /// Settings may go back to where they came from.
@@ -47,7 +47,7 @@ void FitLook(PlotControl& control, const Wafer& measured);
 
 /// A control of that kind with settings and data, not yet plotted. Raises `CommandError` for sites
 /// that no such wafer holds, `UsageError` for settings that make no sense.
-std::unique_ptr<PlotControl> LoadedControl(const PlotKind& kind, const PlotRequest& request,
+std::unique_ptr<PlotControl> LoadedControl(const ControlClass& kind, const PlotRequest& request,
                                            const ReadRequest& data, const Wafer& measured,
                                            Platform& platform);
 
@@ -55,8 +55,7 @@ std::unique_ptr<PlotControl> LoadedControl(const PlotKind& kind, const PlotReque
 void SaveSettings(const PlotRequest& request, PlotControl& control);
 
 /// Says on standard error which kinds of plot the wafer has too few sites for.
-void WarnOfEmptyPlots(const std::vector<PlotKind>& kinds, const ReadRequest& data,
-                      const Wafer& measured);
+void WarnOfEmptyPlots(const PlotKinds& kinds, const ReadRequest& data, const Wafer& measured);
 
 /// Puts what the host has to say about the data on standard error.
 void WarnByMessages(HeadlessHost& host, const ReadRequest& data);

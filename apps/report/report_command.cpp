@@ -86,11 +86,11 @@ class ReportPrinter {
     WarnOfEmptyPlots(kinds_, page.reading, page.measured);
     controls_.clear();
     std::vector<PlotControl*> plots;
-    for (const PlotKind& kind : kinds_) {
-      controls_.push_back(LoadedControl(kind, request_.plot, page.reading, page.measured, host_));
+    for (const ControlClass* kind : kinds_) {
+      controls_.push_back(LoadedControl(*kind, request_.plot, page.reading, page.measured, host_));
       plots.push_back(controls_.back().get());
       plots.back()->SetSize(kControlWidth, kControlHeight);
-      if (!request_.plot.caption) plots.back()->PlotCaption(std::string(kind.title));
+      if (!request_.plot.caption) plots.back()->PlotCaption(std::string(kind->title));
     }
     std::string line = request_.lot.empty() ? "" : "Lot " + request_.lot + "    ";
     line += "Wafer " + (request_.wafer.empty() ? page.measured.name : request_.wafer);
@@ -103,7 +103,7 @@ class ReportPrinter {
  private:
   const ReportRequest& request_;
   const PageSize size_;
-  const std::vector<PlotKind> kinds_;
+  const PlotKinds kinds_;
   HeadlessHost host_;
   std::vector<std::unique_ptr<PlotControl>> controls_;  // of the last page
 };

@@ -16,18 +16,18 @@ constexpr float kControlHeight = 4500;
 
 /// From an origin of its own, since positions on a page are limited.
 void Print(PlotControl& control, const std::shared_ptr<qt::QtPaper>& paper, const PageArea& place,
-           const PlotKind& kind) {
+           const ControlClass& kind) {
   paper->Origin({place.left, place.top});
   const bool fits = Attempt([&] {
     PrintWithLegend(control, paper, {0, 0, place.width, place.height});
   });
   if (fits) return;
-  throw CommandError("--size: a plot of kind " + std::string(kind.name) +
+  throw CommandError("--size: a plot of kind " + std::string(kind.kind) +
                      " can't be drawn that large in a PDF or SVG file; give less");
 }
 
 void Plot(const PictureRequest& request) {
-  const std::vector<PlotKind> kinds = KindsOf(request.plot);
+  const PlotKinds kinds = KindsOf(request.plot);
   RefuseOverwriting(request.plot, request.output, {request.data.path.string()});
   const Lot data = ReadReporting(request.data);
   const Wafer& measured = OnlyWafer(data, request.data);
@@ -43,12 +43,12 @@ void Plot(const PictureRequest& request) {
   WarnByMessages(host, request.data);
   std::unique_ptr<PlotControl> control;
   for (std::size_t i = 0; i < kinds.size(); ++i) {
-    control = LoadedControl(kinds[i], request.plot, request.data, measured, host);
+    control = LoadedControl(*kinds[i], request.plot, request.data, measured, host);
     control->SetSize(kControlWidth, kControlHeight);
     Print(*control, file.paper(),
           {static_cast<float>(grid.ColumnOf(i)) * width, static_cast<float>(grid.RowOf(i)) * height,
            width, height},
-          kinds[i]);
+          *kinds[i]);
   }
   file.Save();
   SaveSettings(request.plot, *control);

@@ -5,7 +5,6 @@
 #include <QPointer>
 #include <QTimer>
 
-#include "apps/discoplan/plot_kinds.h"
 #include "apps/discoplan/plot_request.h"
 #include "apps/view/pointed_site.h"
 #include "apps/view/settings_bag.h"
@@ -29,14 +28,14 @@ constexpr std::array kMaps = {"PLOTA", "RePlot"};
 }  // namespace
 
 PlotTabs::PlotTabs(QWidget* parent) : QTabWidget(parent) {
-  for (const PlotKind& kind : AllPlotKinds()) {
-    qt::PlotWidget* plot = qt::NewPlotWidget(kind.class_name, this);
+  for (const ControlClass* kind : ControlClasses()) {
+    qt::PlotWidget* plot = qt::NewPlotWidget(kind->name, this);
     const SettingsBag kept(GroupOf(plot->Control()));
     // Settings that no control would have written are forgotten.
     const bool has_look = !kept.IsEmpty() && Attempt([&] { plot->Control().ReadProperties(kept); });
     if (!has_look) plot->Control().InitProperties();
     Tab& tab = *tabs_.emplace_back(std::make_unique<Tab>(Tab{plot, has_look}));
-    addTab(plot, ToText(kind.title));
+    addTab(plot, ToText(kind->title));
     Track(*plot);
     connect(plot, &qt::PlotWidget::PropertyChanged, this, [this, &tab] {
       if (!drawing_) DrawSoon(tab);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/base/variant.h"
 
+#include <algorithm>
 #include <type_traits>
 
 #include "discoplan/base/numbers.h"
@@ -15,6 +16,11 @@ T Held(const Variant::Value& value) {
 }
 
 }  // namespace
+
+bool ArrayView::operator==(const ArrayView& other) const {
+  return lower == other.lower &&
+         std::equal(values.begin(), values.end(), other.values.begin(), other.values.end());
+}
 
 double Variant::AsDouble() const {
   return std::visit(
@@ -37,7 +43,10 @@ float Variant::AsFloat() const {
 
 std::int16_t Variant::AsInt16() const { return ToInt16(AsDouble()); }
 
-std::int32_t Variant::AsInt32() const { return ToInt32(AsDouble()); }
+std::int32_t Variant::AsInt32() const {
+  if (const auto* colour = std::get_if<Colour>(&value_)) return static_cast<std::int32_t>(*colour);
+  return ToInt32(AsDouble());
+}
 
 bool Variant::AsBoolean() const { return AsDouble() != 0; }
 
@@ -52,6 +61,11 @@ const std::string& Variant::AsString() const {
 }
 
 ObjectRef Variant::AsObject() const { return IsEmpty() ? ObjectRef() : Held<ObjectRef>(value_); }
+
+ArrayView Variant::AsView() const {
+  if (const auto* view = std::get_if<ArrayView>(&value_)) return *view;
+  return AsArray();
+}
 
 const FloatArray& Variant::AsArray() const {
   if (const auto* array = std::get_if<FloatArray>(&value_)) return *array;

@@ -40,13 +40,16 @@ struct ArrayView {
       const Range& values_in, std::int32_t lower_in = 1)
       : values(values_in), lower(lower_in) {}
   ArrayView(const FloatArray& array) : values(array.values), lower(array.lower) {}
+
+  DISCOPLAN_EXPORT bool operator==(const ArrayView& other) const;
 };
 
-/// Booleans are the 16-bit integers -1 and 0. `std::monostate` is the empty variant.
+/// Booleans are the 16-bit integers -1 and 0. `std::monostate` is the empty variant. An `ArrayView`
+/// borrows a caller's numbers for the time of a call, without a copy.
 class DISCOPLAN_EXPORT Variant {
  public:
   using Value = std::variant<std::monostate, std::int16_t, std::int32_t, Colour, float, double,
-                             std::string, FloatArray, ObjectRef>;
+                             std::string, FloatArray, ArrayView, ObjectRef>;
 
   Variant() = default;
   template <class T>
@@ -61,6 +64,7 @@ class DISCOPLAN_EXPORT Variant {
   float AsFloat() const;
   double AsDouble() const;
   std::int16_t AsInt16() const;
+  /// A colour as the number with the same 32 bits, so that system colours are negative.
   std::int32_t AsInt32() const;
   /// True for any number but 0.
   bool AsBoolean() const;
@@ -69,6 +73,9 @@ class DISCOPLAN_EXPORT Variant {
   const std::string& AsString() const;
   /// Nothing for an empty variant.
   ObjectRef AsObject() const;
+  /// The array to read, owned or borrowed.
+  ArrayView AsView() const;
+  /// An owned one alone.
   const FloatArray& AsArray() const;
   FloatArray& AsArray();
 

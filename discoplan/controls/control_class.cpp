@@ -46,12 +46,36 @@ std::string Key(const ControlClass::Prefixes& prefixes, const Stored& stored,
 
 }  // namespace
 
-std::string ControlClass::KeyWritten(const Member& member) const {
+std::string ControlClass::KeyOf(const Member& member) const {
   return member.kept() ? Key(prefixes, member.stored, prefixes.first) : std::string();
 }
 
-std::string ControlClass::KeyRead(const Member& member) const {
-  return member.kept() ? Key(prefixes, member.stored, prefixes.colours_read) : std::string();
+std::vector<StoredProperty> ControlClass::SettingsWritten() const {
+  std::vector<StoredProperty> rows;
+  for (const std::string_view row : written) {
+    const Member& member = members.At(row);
+    if (!member.kept()) continue;
+    const StoredKind stored_as = member.stored.kind;
+    rows.push_back(
+        {KeyOf(member), stored_as, member.stored.otherwise.As(stored_as, member.type), &member});
+  }
+  return rows;
+}
+
+std::vector<StoredProperty> ControlClass::SettingsRead() const {
+  std::vector<StoredProperty> rows;
+  for (const std::string_view row : read) {
+    const Member& member = members.At(row);
+    if (!member.kept()) continue;
+    const Stored& stored = member.stored;
+    const Stored::Reading own = {.kind = stored.kind, .otherwise = stored.otherwise};
+    const Stored::Reading& reading = stored.reading != nullptr ? *stored.reading : own;
+    const bool present = stored.reading != nullptr && reading.otherwise.IsNothing();
+    rows.push_back({Key(prefixes, stored, prefixes.colours_read), reading.kind,
+                    present ? Variant() : reading.otherwise.As(reading.kind, member.type),
+                    &member});
+  }
+  return rows;
 }
 
 std::span<const ControlClass* const> ControlClasses() { return kClasses; }

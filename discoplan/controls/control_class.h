@@ -18,6 +18,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "discoplan/export.h"
 #include "discoplan/platform/object.h"
@@ -34,6 +35,14 @@ struct Event {
   std::int32_t id;
   ParameterList parameters;
   std::string_view doc;
+};
+
+/// A setting as a store sees it.
+struct StoredProperty {
+  std::string key;
+  StoredKind kind;
+  Variant otherwise;  ///< The default; empty where that is the property's present value.
+  const Member* member;
 };
 
 /// What a plot looks like at large.
@@ -73,15 +82,20 @@ struct ControlClass {
     std::string_view colours_read;  ///< Of the interval colours when they are read.
   };
   Prefixes prefixes;
-  std::span<const std::string_view> initialised;  ///< What a new control sets, in that order.
-  std::span<const std::string_view> written;      ///< What a store is given, in that order.
-  std::span<const std::string_view> read;         ///< What a store is asked for, in that order.
+  /// Orders, by name: what a new control sets, what a store is given, what it is asked for. In the
+  /// last two, members that aren't kept count for nothing.
+  std::span<const std::string_view> initialised;
+  std::span<const std::string_view> written;
+  std::span<const std::string_view> read;
 
   std::unique_ptr<PlotControl> (*make)(Platform&, Container*);
 
-  /// The key under which a member is written, or read; empty for one that isn't kept.
-  DISCOPLAN_EXPORT std::string KeyWritten(const Member& member) const;
-  DISCOPLAN_EXPORT std::string KeyRead(const Member& member) const;
+  /// The key under which a member is written; empty for one that isn't kept.
+  DISCOPLAN_EXPORT std::string KeyOf(const Member& member) const;
+  /// The settings in the order of writing, and in that of reading. They differ in a few places, and
+  /// stores that exist depend on that.
+  DISCOPLAN_EXPORT std::vector<StoredProperty> SettingsWritten() const;
+  DISCOPLAN_EXPORT std::vector<StoredProperty> SettingsRead() const;
 };
 
 /// All classes, in the order of the interface.

@@ -42,21 +42,15 @@ Histo::Histo(Platform& platform, Container* container)
   command1_.on_click = [this] { ShowPlotOption(); };
 }
 
-void Histo::InitOwnProperties() {
-  Resolution(kDefaultClasses);
-  HideLegend(false);
-  PlotType(PlotTyEnum::vbbottom);
-}
-
 void Histo::PlotType(PlotTyEnum type) {
   const bool known = type >= PlotTyEnum::vbbottom && type <= PlotTyEnum::vbRight;
   plot_type_ = known ? type : PlotTyEnum::vbbottom;
-  AnnounceStale("PlotType");
+  Changed("PlotType");
 }
 
 void Histo::Resolution(float classes) {
   resolution_ = ToInt16(classes == 0 ? kDefaultClasses : classes);
-  AnnounceStale("Resolution");
+  Changed("Resolution");
 }
 
 void Histo::SetChartDim(float topC, float heightC) {
@@ -142,22 +136,6 @@ void Histo::ShowPlotOption() {
     if (dialog->GetBackColor() != back_color) ApplyBackColor(dialog->GetBackColor());
     RedrawHistogram();
   });
-}
-
-const StoredProperties& Histo::Stored() const {
-  static const StoredProperty beam = StoredColour("StdBeamColor", kPalette[2], "BeamColor");
-  static const StoredProperty curve =
-      StoredColour("StdGaussCurveColor", kPalette[4], "GaussCurveColor");
-  static const StoredProperty classes = StoredInt16("StdStatResol", 10, "Resolution");
-  static const StoredProperty type = StoredInt16("StdPlotType", 1, "PlotType");
-  static const StoredProperties stored = StoredWith({
-      .prefix = "",
-      .last_prefix = "",
-      .own = {type, classes, beam, curve},
-      .own_read = {beam, curve, classes, type},
-      .has_caption = false,
-  });
-  return stored;
 }
 
 }  // namespace discoplan

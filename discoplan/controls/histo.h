@@ -38,13 +38,11 @@ class DISCOPLAN_EXPORT Histo final : public PlotControl {
   }
 
   void ShowPlotOption() override;
-  const StoredProperties& Stored() const override;
 
  private:
   static constexpr ColourSlot kBeam{"BeamColor", true, 1};
   static constexpr ColourSlot kGaussCurve{"GaussCurveColor", true, 0};
 
-  void InitOwnProperties() override;
   void PrintOn(PrintWafer& print, PageArea& area) override;
   void PrintThinOn(PrintWafer& print, PageArea& area) override;
   HistogramPrint Printed() const;

@@ -14,12 +14,12 @@ void LatticeControl::Resolution(float resolution) {
   if (resolution <= 0) resolution = kDefaultResolution;
   if (resolution > wafer_.TestDiameter / 4.0) resolution = wafer_.TestDiameter / 4;
   resolution_ = resolution;
-  AnnounceStale("Resolution");
+  Changed("Resolution");
 }
 
 void LatticeControl::ShowSites(Sites shown) {
   show_sites_ = shown != Sites::HideSite;
-  AnnounceStale("ShowSites");
+  Changed("ShowSites");
 }
 
 void LatticeControl::FillDefaults() {

@@ -181,11 +181,6 @@ void LineScan::AddAngleBox() {
   up_down_.on_spin = [this](int steps) { Spin(steps); };
 }
 
-void LineScan::InitOwnProperties() {
-  HideLegend(false);
-  PlotCaption("");
-}
-
 void LineScan::angle(std::int16_t degrees) {
   if (degrees < 0 || degrees > kFullCircle) {
     platform_.Show({.text = "Angle value must be between 0 and 359",
@@ -195,7 +190,7 @@ void LineScan::angle(std::int16_t degrees) {
     return;
   }
   SetAngleText(std::to_string(degrees % kFullCircle));
-  Announce("Angle");
+  Changed("angle");
 }
 
 void LineScan::PlotType(PlotTypeEnumLineScan type) {
@@ -203,7 +198,7 @@ void LineScan::PlotType(PlotTypeEnumLineScan type) {
   plot_valid_ = false;
   ClearSurface();
   ShowMode();
-  Announce("1DPlotType");
+  Changed("PlotType");
 }
 
 void LineScan::ShowMode() {
@@ -215,7 +210,7 @@ void LineScan::TakePoint(std::int16_t& field, std::int16_t value, std::string_vi
   plot_valid_ = false;
   ClearSurface();
   field = value;
-  Announce(property);
+  Changed(property);
 }
 
 ScanLine LineScan::AngleCut() const {
@@ -427,29 +422,6 @@ void LineScan::SetLineOptions(const ScanSettings& settings) {
     rotation_y_ = ToInt16(settings.y[2]);
     SetAngleText(std::to_string(settings.angle));
   }
-}
-
-const StoredProperties& LineScan::Stored() const {
-  static const StoredProperties stored = [] {
-    std::vector<StoredProperty> own = {
-        StoredInt16("RotAngle", 0, "angle"),
-        StoredInt16("1DPlotType", 1, "PlotType"),
-        StoredInt16("1DRotationX", 0, "RotationPointX"),
-        StoredInt16("1DRotationY", 0, "RotationPointY"),
-        StoredInt16("1DLineStartX", 0, "LineStartPointX"),
-        StoredInt16("1DLineStartY", 0, "LineStartPointY"),
-        StoredInt16("1DLineEndX", 0, "LineEndPointX"),
-        StoredInt16("1DLineEndY", 0, "LineEndPointY"),
-    };
-    std::vector<StoredProperty> own_read = own;
-    own_read.back().property = "LineEndPointX";  // as stores have always been read
-    return StoredWith({.prefix = "",
-                       .last_prefix = "1D",
-                       .own = std::move(own),
-                       .own_read = std::move(own_read),
-                       .caption_read_otherwise = ""});
-  }();
-  return stored;
 }
 
 }  // namespace discoplan

@@ -23,24 +23,23 @@ class DISCOPLAN_EXPORT LineScan final : public PlotControl {
   void PlotType(PlotTypeEnumLineScan type);
   // Points in mm from the wafer's centre.
   std::int16_t RotationPointX() const { return rotation_x_; }
-  void RotationPointX(std::int16_t x) { TakePoint(rotation_x_, x, "1DRotationX"); }
+  void RotationPointX(std::int16_t x) { TakePoint(rotation_x_, x, "RotationPointX"); }
   std::int16_t RotationPointY() const { return rotation_y_; }
-  void RotationPointY(std::int16_t y) { TakePoint(rotation_y_, y, "1DRotationY"); }
+  void RotationPointY(std::int16_t y) { TakePoint(rotation_y_, y, "RotationPointY"); }
   std::int16_t LineStartPointX() const { return start_x_; }
-  void LineStartPointX(std::int16_t x) { TakePoint(start_x_, x, "1DLineStartX"); }
+  void LineStartPointX(std::int16_t x) { TakePoint(start_x_, x, "LineStartPointX"); }
   std::int16_t LineStartPointY() const { return start_y_; }
-  void LineStartPointY(std::int16_t y) { TakePoint(start_y_, y, "1DLineStartY"); }
+  void LineStartPointY(std::int16_t y) { TakePoint(start_y_, y, "LineStartPointY"); }
   std::int16_t LineEndPointX() const { return end_x_; }
-  void LineEndPointX(std::int16_t x) { TakePoint(end_x_, x, "1DLineEndX"); }
+  void LineEndPointX(std::int16_t x) { TakePoint(end_x_, x, "LineEndPointX"); }
   std::int16_t LineEndPointY() const { return end_y_; }
-  void LineEndPointY(std::int16_t y) { TakePoint(end_y_, y, "1DLineEndY"); }
+  void LineEndPointY(std::int16_t y) { TakePoint(end_y_, y, "LineEndPointY"); }
   void SetPlotNotVaild() override { ClearSurface(); }
 
   const Node* Focused() override { return options_.IsShown() ? &options_ : nullptr; }
   void Shown() override;
   void ScreenChanged() override;
   void ShowPlotOption() override;
-  const StoredProperties& Stored() const override;
 
  private:
   /// The indicator of one mode: a small wafer, the cut, and a marker on its end.
@@ -51,7 +50,6 @@ class DISCOPLAN_EXPORT LineScan final : public PlotControl {
     Node& marker;
   };
 
-  void InitOwnProperties() override;
   void PrintOn(PrintWafer& print, PageArea& area) override;
   void PresentPlot() override { RedrawLineScan(); }
   void Resize() override;

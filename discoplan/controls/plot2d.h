@@ -24,10 +24,8 @@ class DISCOPLAN_EXPORT Plot2D final : public LatticeControl {
   }
 
   void ShowPlotOption() override;
-  const StoredProperties& Stored() const override;
 
  private:
-  void InitOwnProperties() override;
   void PrintOn(PrintWafer& print, PageArea& area) override;
   void ShowLegend() override { wafer_.scale_colored(chips_, rows_); }
   void DrawPlot(Surface& surface) override;

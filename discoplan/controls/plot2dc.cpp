@@ -17,34 +17,25 @@ constexpr double kMargin = 6;  // pixels that the outline leaves free, as on the
 Plot2DC::Plot2DC(Platform& platform, Container* container)
     : MapControl(platform, container, kClass, {}, Legend::Interval) {}
 
-void Plot2DC::InitOwnProperties() {
-  Resolution(ResoEnum::LowQuality);
-  markSites(ExconEnum::Exact);
-  Interval(kDefaultInterval);
-  PlotColored(DrawColEnum::ColorPlot);
-  HideLegend(false);
-  PlotCaption("Wafer");
-}
-
 void Plot2DC::Interval(float percent) {
   interval_ = percent <= 0 ? kDefaultInterval : percent;
-  AnnounceStale("Interval");
+  Changed("Interval");
 }
 
 void Plot2DC::markSites(ExconEnum marked) {
   mark_sites_ = marked;
-  AnnounceStale("MarkSites");
+  Changed("markSites");
 }
 
 void Plot2DC::Resolution(ResoEnum resolution) {
   resolution_ = resolution;
-  AnnounceStale("Resolution");
+  Changed("Resolution");
 }
 
 void Plot2DC::PlotColored(DrawColEnum coloured) {
   plot_colored_ =
       coloured == DrawColEnum::BWhitePlot ? DrawColEnum::BWhitePlot : DrawColEnum::ColorPlot;
-  AnnounceStale("PlotColored");
+  Changed("PlotColored");
 }
 
 void Plot2DC::FillDefaults() {
@@ -91,19 +82,6 @@ void Plot2DC::ShowPlotOption() {
     resolution_ = static_cast<ResoEnum>(confirmed.GetReso());
     plot_colored_ = static_cast<DrawColEnum>(confirmed.GetShowColor());
   });
-}
-
-const StoredProperties& Plot2DC::Stored() const {
-  static const StoredProperties stored = StoredWith({
-      .prefix = "2DC",
-      .last_prefix = "2DC",
-      .own = {StoredColour("2DCMeanCurveCol", kPalette[2], "MeanCurveColor"),
-              StoredColour("2DCUpperCurveCol", kPalette[4], "UpperCurveColor"),
-              StoredColour("2DCLowerCurveCol", kPalette[1], "LowerCurveColor"),
-              StoredInt16("StdReso", 0, "Resolution"), StoredInt16("StdExCon", 1, "markSites"),
-              StoredInt16("StdDist", 1, "Interval"), StoredInt16("StdColor", -1, "PlotColored")},
-  });
-  return stored;
 }
 
 }  // namespace discoplan

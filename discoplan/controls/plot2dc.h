@@ -34,14 +34,12 @@ class DISCOPLAN_EXPORT Plot2DC final : public MapControl {
   }
 
   void ShowPlotOption() override;
-  const StoredProperties& Stored() const override;
 
  private:
   static constexpr ColourSlot kMean{"MeanCurveColor", true, 1};
   static constexpr ColourSlot kUpper{"UpperCurveColor", true, 0};
   static constexpr ColourSlot kLower{"LowerCurveColor", true, 2};
 
-  void InitOwnProperties() override;
   void PrintOn(PrintWafer& print, PageArea& area) override;
   void PrintThinOn(PrintWafer& print, PageArea& area) override;
   ContourSettings Lines() const;

@@ -8,19 +8,8 @@ Plot2DN::Plot2DN(Platform& platform, Container* container)
   root_.Forwards(kForwardsDblClick | kForwardsMouse);
 }
 
-void Plot2DN::InitOwnProperties() {
-  HideLegend(false);
-  PlotCaption("Wafer");
-}
-
 void Plot2DN::PrintOn(PrintWafer& print, PageArea& area) {
   print.Print_2DNPlot(wafer_, area, PlotCaption());
-}
-
-const StoredProperties& Plot2DN::Stored() const {
-  static const StoredProperties stored =
-      StoredWith({.prefix = "2DN", .last_prefix = "2DN", .own = WithIntervals("2DN", {})});
-  return stored;
 }
 
 }  // namespace discoplan

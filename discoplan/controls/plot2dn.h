@@ -21,10 +21,8 @@ class DISCOPLAN_EXPORT Plot2DN final : public MapControl {
 
   const Node* Focused() override { return nullptr; }
   void ShowPlotOption() override {}
-  const StoredProperties& Stored() const override;
 
  private:
-  void InitOwnProperties() override;
   void PrintOn(PrintWafer& print, PageArea& area) override;
   void ShowLegend() override { wafer_.scale_colored(chips_, rows_); }
   void DrawPlot(Surface& surface) override { wafer_.D2Number(surface, {}); }

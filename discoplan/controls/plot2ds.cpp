@@ -8,14 +8,6 @@ namespace discoplan {
 Plot2DS::Plot2DS(Platform& platform, Container* container)
     : SigmaControl(platform, container, kClass) {}
 
-void Plot2DS::InitOwnProperties() {
-  Resolution(5);
-  SigmaRange(0.5F);
-  ShowSites(Sites::HideSite);
-  HideLegend(false);
-  PlotCaption("Wafer");
-}
-
 void Plot2DS::PrintOn(PrintWafer& print, PageArea& area) {
   print.Print_2DSigmaPlot(wafer_, area,
                           {.resolution = resolution_,
@@ -41,17 +33,6 @@ void Plot2DS::ShowPlotOption() {
 void Plot2DS::DrawPlot(Surface& surface) {
   constexpr std::int16_t kSigmaColours = 4;
   wafer_.D2Plot(surface, resolution_, kSigmaColours, SigmaRange(), show_sites_, {});
-}
-
-const StoredProperties& Plot2DS::Stored() const {
-  static const StoredProperties stored = StoredWith({
-      .prefix = "2DS",
-      .last_prefix = "2DS",
-      .own = WithRangeColours("2DS", {StoredInt16("StdResx2DS", 5, "Resolution"),
-                                      StoredInt32("StdMark2DS", 0, "ShowSites"),
-                                      StoredDouble("StdSigRange2DS", 0.5, "SigmaRange")}),
-  });
-  return stored;
 }
 
 }  // namespace discoplan

@@ -17,10 +17,8 @@ class DISCOPLAN_EXPORT Plot2DS final : public SigmaControl<LatticeControl> {
   float PrintPlot(float& left, float& top, float& width, float& height);
 
   void ShowPlotOption() override;
-  const StoredProperties& Stored() const override;
 
  private:
-  void InitOwnProperties() override;
   void PrintOn(PrintWafer& print, PageArea& area) override;
   void DrawPlot(Surface& surface) override;
 };

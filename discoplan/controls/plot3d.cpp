@@ -8,21 +8,9 @@ namespace discoplan {
 Plot3D::Plot3D(Platform& platform, Container* container)
     : SurfaceControl(platform, container, kClass, {}, Legend::Intervals) {}
 
-void Plot3D::InitOwnProperties() {
-  XResolution(5);
-  YResolution(5);
-  GridRotation(40);
-  WaferRotation(40);
-  GridInclination(35);
-  PlotType(PlotTypeEnum::PolyEdge);
-  PlotScale(40);
-  HideLegend(false);
-  PlotCaption("Wafer");
-}
-
 void Plot3D::PlotType(PlotTypeEnum type) {
   plot_type_ = type;
-  AnnounceStale("PlotType");
+  Changed("PlotType");
 }
 
 void Plot3D::FillDefaults() {
@@ -58,24 +46,6 @@ void Plot3D::ShowPlotOption() {
     TakeSurface(confirmed);
     plot_type_ = static_cast<PlotTypeEnum>(confirmed.GetPlotType());
   });
-}
-
-const StoredProperties& Plot3D::Stored() const {
-  // The colours are read under the keys of the coloured map.
-  static const std::vector<StoredProperty> own = {
-      StoredInt16("StdResx3D", 5, "XResolution"),      StoredInt16("StdResy3D", 5, "YResolution"),
-      StoredInt16("StdAlp3D", 40, "GridRotation"),     StoredInt16("StdPhi3D", 40, "WaferRotation"),
-      StoredInt16("StdThet3D", 35, "GridInclination"), StoredInt32("StdD3PlotType", 1, "PlotType"),
-      StoredInt16("StdD3Scale3D", 40, "PlotScale"),
-  };
-  static const StoredProperties stored = StoredWith({
-      .prefix = "3D",
-      .last_prefix = "3D",
-      .own = WithIntervals("3D", own),
-      .own_read = WithIntervals("2D", own),
-      .style_read_as = StoredKind::Int16,
-  });
-  return stored;
 }
 
 }  // namespace discoplan

@@ -23,10 +23,8 @@ class DISCOPLAN_EXPORT Plot3D final : public SurfaceControl {
   /// Pressing on the snapshot brings the surface itself back.
   void Mouse(Node& node, const MouseAction& action) override;
   void ShowPlotOption() override;
-  const StoredProperties& Stored() const override;
 
  private:
-  void InitOwnProperties() override;
   void PrintOn(PrintWafer& print, PageArea& area) override;
   void FillDefaults() override;
   void ShowLegend() override { wafer_.scale_colored(chips_, rows_); }

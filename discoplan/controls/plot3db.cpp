@@ -13,30 +13,19 @@ constexpr float kDefaultFoot = 5;
 Plot3DB::Plot3DB(Platform& platform, Container* container)
     : ViewControl(platform, container, kClass, {}, Legend::Intervals) {}
 
-void Plot3DB::InitOwnProperties() {
-  BeamWidth(kDefaultFoot);
-  BeamHeight(kDefaultFoot);
-  GridRotation(40);
-  WaferRotation(40);
-  GridInclination(35);
-  BeamScale(1);
-  HideLegend(false);
-  PlotCaption("Wafer");
-}
-
 void Plot3DB::BeamWidth(float width) {
   beam_width_ = width;
-  AnnounceStale("BeamWidth");
+  Changed("BeamWidth");
 }
 
 void Plot3DB::BeamHeight(float height) {
   beam_height_ = height;
-  AnnounceStale("BeamHeight");
+  Changed("BeamHeight");
 }
 
 void Plot3DB::BeamScale(float scale) {
   beam_scale_ = scale;
-  AnnounceStale("BeamScale");
+  Changed("BeamScale");
 }
 
 void Plot3DB::FillDefaults() {
@@ -68,27 +57,6 @@ void Plot3DB::ShowPlotOption() {
     beam_scale_ = confirmed.GetPlotSccale();
     TakeAngles(confirmed);
   });
-}
-
-const StoredProperties& Plot3DB::Stored() const {
-  // The colours are read under the keys of the coloured map, and a stored scale is another one
-  // than that of a new control.
-  static const std::vector<StoredProperty> own = {
-      StoredInt16("Stdbx2DB", 5, "BeamWidth"),
-      StoredInt16("Stdby2DB", 5, "BeamHeight"),
-      StoredInt16("StdAlp2DB", 40, "GridRotation"),
-      StoredInt16("StdPhi2DB", 40, "WaferRotation"),
-      StoredInt16("StdThet2DB", 35, "GridInclination"),
-      StoredInt16("StdD3Scale2DB", 10, "BeamScale"),
-  };
-  static const StoredProperties stored = StoredWith({
-      .prefix = "2DB",
-      .last_prefix = "2DB",
-      .own = WithIntervals("2DB", own),
-      .own_read = WithIntervals("2D", own),
-      .style_read_as = StoredKind::Int16,
-  });
-  return stored;
 }
 
 }  // namespace discoplan

@@ -26,10 +26,8 @@ class DISCOPLAN_EXPORT Plot3DB final : public ViewControl {
   }
 
   void ShowPlotOption() override;
-  const StoredProperties& Stored() const override;
 
  private:
-  void InitOwnProperties() override;
   void PrintOn(PrintWafer& print, PageArea& area) override;
   void FillDefaults() override;
   void ShowLegend() override { wafer_.scale_colored(chips_, rows_); }

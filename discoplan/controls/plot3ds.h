@@ -14,10 +14,8 @@ class DISCOPLAN_EXPORT Plot3DS final : public SigmaControl<SurfaceControl> {
   explicit Plot3DS(Platform& platform, Container* container = nullptr);
 
   void ShowPlotOption() override;
-  const StoredProperties& Stored() const override;
 
  private:
-  void InitOwnProperties() override;
   void PrintOn(PrintWafer& print, PageArea& area) override;
   void DrawPlot(Surface& surface) override;
 };

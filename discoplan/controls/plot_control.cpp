@@ -14,20 +14,9 @@ namespace {
 
 constexpr float kDefaultWaferDiameter = 200;
 
-struct EventRow {
-  std::string_view name;
-  unsigned forwarded;
-  bool has_position;
-};
-
 /// By `MouseEvent`.
-constexpr std::array<EventRow, 5> kEvents = {{
-    {"Click", kForwardsClick, false},
-    {"DblClick", kForwardsDblClick, false},
-    {"MouseDown", kForwardsMouse, true},
-    {"MouseMove", kForwardsMouse, true},
-    {"MouseUp", kForwardsMouse, true},
-}};
+constexpr std::array<unsigned, 5> kForwarded = {kForwardsClick, kForwardsDblClick, kForwardsMouse,
+                                                kForwardsMouse, kForwardsMouse};
 
 }  // namespace
 
@@ -37,8 +26,8 @@ PlotControl::PlotControl(Platform& platform, Container* container, const Control
       class_(own_class),
       traits_(traits),
       root_(NodeKind::Control, std::string(own_class.name), {}),
-      container_(container != nullptr ? container : &silence_),
-      printer_(platform.DefaultPrinter()) {
+      container_(container != nullptr ? container : &silence_) {
+  PrinterObj(platform.DefaultPrinter());
   root_.Forwards(kForwardsAll);
 }
 
@@ -51,16 +40,16 @@ PlotControl::~PlotControl() {
 
 void PlotControl::InitProperties() {
   const ObjectRef held = Hold();
-  TestDiameter(194);
-  WaferDiameter(kDefaultWaferDiameter);
-  WaferStyle(WaferSt::Notch);
-  InitOwnProperties();
+  for (const std::string_view name : class_.initialised) {
+    const Member& member = Members().At(name);
+    member.Set(*this, member.initial.As(member.type));
+  }
 }
 
 void PlotControl::WriteProperties(PropertyBag& bag) {
   const ObjectRef held = Hold();
-  for (const StoredProperty& row : Stored().written) {
-    Variant value = Members().At(row.property).Get(*this);
+  for (const StoredProperty& row : class_.SettingsWritten()) {
+    Variant value = row.member->Get(*this);
     if (row.kind == StoredKind::Double) value = Variant(value.AsDouble());
     bag.WriteProperty(row.key, row.kind, value, row.otherwise);
   }
@@ -68,14 +57,15 @@ void PlotControl::WriteProperties(PropertyBag& bag) {
 
 void PlotControl::ReadProperties(const PropertyBag& bag) {
   const ObjectRef held = Hold();
-  const Variant present_colour(root_.BackColor());
-  for (const StoredProperty& row : Stored().read) {
-    const bool is_colour = row.property == "BackColor";
-    const Variant value = bag.ReadProperty(row.key, is_colour ? present_colour : row.otherwise);
-    if (row.property == "MousePointer") {
-      SetPointer(value.AsInt16());  // nothing that a store would have to be told
+  for (const StoredProperty& row : class_.SettingsRead()) {
+    const Member& member = *row.member;
+    const Variant value =
+        bag.ReadProperty(row.key, row.otherwise.IsEmpty() ? member.Get(*this) : row.otherwise);
+    const auto* reading = member.stored.reading;
+    if (reading != nullptr && reading->take != nullptr) {
+      reading->take(*this, value, member);
     } else {
-      Members().At(row.property).Set(*this, value);
+      member.Set(*this, value);
     }
   }
 }
@@ -143,27 +133,25 @@ void PlotControl::SizeByText(Node& label) {
 }
 
 void PlotControl::Mouse(Node& node, const MouseAction& action) {
-  const EventRow& row = kEvents[static_cast<std::size_t>(action.event)];
-  if ((node.Forwards() & row.forwarded) == 0) return;
+  const auto index = static_cast<std::size_t>(action.event);
+  if ((node.Forwards() & kForwarded[index]) == 0) return;
+  const Event& event = class_.events[index];
   const std::array<Variant, 4> args = {Variant(action.button), Variant(action.shift),
                                        Variant(action.x), Variant(action.y)};
-  container_->EventRaised(row.name, std::span(args).first(row.has_position ? args.size() : 0));
+  container_->EventRaised(event.name, std::span(args).first(event.parameters.size()));
 }
 
-void PlotControl::Announce(std::string_view property) {
+void PlotControl::Changed(std::string_view property) {
   const ObjectRef held = Hold();
-  container_->Repaint();
-  container_->PropertyChanged(property);
-}
-
-void PlotControl::AnnounceStale(std::string_view property) {
-  plot_valid_ = false;
-  Announce(property);
+  const Member& row = Members().At(property);
+  if (row.change >= Change::Stale) plot_valid_ = false;
+  if (row.change >= Change::Repainted) container_->Repaint();
+  container_->PropertyChanged(row.announced);
 }
 
 void PlotControl::MouseIcon(ObjectRef icon) {
-  mouse_icon_ = std::move(icon);
-  container_->PropertyChanged("MouseIcon");
+  mouse_icon_.Hold(std::move(icon), *this);
+  Changed("MouseIcon");
 }
 
 void PlotControl::SetPointer(std::int16_t pointer) {
@@ -174,7 +162,7 @@ void PlotControl::SetPointer(std::int16_t pointer) {
 void PlotControl::MousePointer(std::int16_t pointer) {
   const ObjectRef held = Hold();
   SetPointer(pointer);
-  container_->PropertyChanged("MousePointer");
+  Changed("MousePointer");
 }
 
 WaferSt PlotControl::WaferStyle() const {
@@ -183,7 +171,7 @@ WaferSt PlotControl::WaferStyle() const {
 
 void PlotControl::WaferStyle(WaferSt style) {
   wafer_.FlatRatio = style == WaferSt::Flat ? wafer::kFlatRatio : 1.0F;
-  AnnounceStale("WaferStyle");
+  Changed("WaferStyle");
 }
 
 void PlotControl::TestDiameter(float diameter) {
@@ -192,7 +180,7 @@ void PlotControl::TestDiameter(float diameter) {
     ClipToTestDiameter(wafer_, limit_flag_, diameter);
   }
   wafer_.TestDiameter = diameter;
-  AnnounceStale("TestDiameter");
+  Changed("TestDiameter");
 }
 
 void PlotControl::WaferDiameter(float diameter) {
@@ -203,7 +191,7 @@ void PlotControl::WaferDiameter(float diameter) {
   if (diameter <= 0) diameter = kDefaultWaferDiameter;
   wafer_.WaferDiameter = diameter;
   wafer_.WaferRadius = diameter / 2;
-  Announce("WaferDiameter");
+  Changed("WaferDiameter");
 }
 
 float PlotControl::StdDevPercent() const {
@@ -231,12 +219,12 @@ void PlotControl::TableColour(const ColourSlot& slot, Colour colour) {
   float& held =
       slot.auxiliary ? wafer_.AuxColor.at(slot.index) : wafer_.IntervalColor.at(slot.index);
   held = static_cast<float>(static_cast<std::int32_t>(colour));
-  AnnounceStale(slot.property);
+  Changed(slot.property);
 }
 
 void PlotControl::BackColor(Colour colour) {
   ApplyBackColor(colour);
-  container_->PropertyChanged("BackColor");
+  Changed("BackColor");
 }
 
 void PlotControl::HideLegend(bool hidden) {
@@ -245,14 +233,14 @@ void PlotControl::HideLegend(bool hidden) {
   legend_shown_ = !hidden;
   container_->Repaint();
   Resize();
-  container_->PropertyChanged("HideLegend");
+  Changed("HideLegend");
 }
 
 std::string PlotControl::PlotCaption() const { return TitledFrame().Text(); }
 
 void PlotControl::PlotCaption(const std::string& caption) {
   TitledFrame().Text(caption);
-  Announce("PlotCaption");
+  Changed("PlotCaption");
 }
 
 PlotResult PlotControl::Plot() {
@@ -271,8 +259,8 @@ PlotResult PlotControl::Plot() {
 
 void PlotControl::Print(const std::function<void(PrintWafer&)>& draw) {
   const ObjectRef held = Hold();
-  const ObjectRef held_printer = printer_;
-  auto* printer = dynamic_cast<Surface*>(printer_.get());
+  const ObjectRef held_printer = PrinterObj();
+  auto* printer = dynamic_cast<Surface*>(held_printer.get());
   if (printer == nullptr) throw RunTimeError(Fault::MemberNotOffered, "PrinterObj is no printer");
   PrintWafer print;
   print.PrinterObj(printer);
@@ -281,8 +269,8 @@ void PlotControl::Print(const std::function<void(PrintWafer&)>& draw) {
 
 PrintResult PlotControl::PrintPlotAs(bool thin, float& left, float& top, float& width,
                                      float& height) {
-  const bool too_small =
-      root_.Box().width < traits_.least_print_width || root_.Box().height < traits_.least_print_height;
+  const bool too_small = root_.Box().width < traits_.least_print_width ||
+                         root_.Box().height < traits_.least_print_height;
   if (too_small && (traits_.print_size_first || CanPrint())) return PrintResult::Failed;
   if (!CanPrint()) return PrintResult::NothingToPrint;
   PageArea area{left, top, width, height};
@@ -334,7 +322,7 @@ LoadResult PlotControl::SetWaferData(const ArrayView& x, const ArrayView& y, con
 }
 
 LoadResult PlotControl::SetWaferData_Variant(const Variant& x, const Variant& y, const Variant& z) {
-  return SetWaferData(x.AsArray(), y.AsArray(), z.AsArray());
+  return SetWaferData(x.AsView(), y.AsView(), z.AsView());
 }
 
 LoadResult PlotControl::SetDataFile(const std::string& datafile, float nops) {

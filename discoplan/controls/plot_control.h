@@ -26,7 +26,6 @@
 #include <vector>
 
 #include "discoplan/controls/control_class.h"
-#include "discoplan/controls/stored_properties.h"
 #include "discoplan/core/enumerations.h"
 #include "discoplan/core/loading.h"
 #include "discoplan/core/wafer.h"
@@ -73,8 +72,6 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   /// properties. Data aren't stored.
   void WriteProperties(PropertyBag& bag);
   void ReadProperties(const PropertyBag& bag);
-  /// Which settings these are.
-  virtual const StoredProperties& Stored() const = 0;
   /// The container has placed the control or given it a new size.
   void SetSize(float width, float height);
   /// The control has got the focus; gives the child that it moved on to, or nothing.
@@ -96,11 +93,11 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   void UseWorkers(std::shared_ptr<WorkerPool> workers) { wafer_.UseWorkers(std::move(workers)); }
 
   // Members of the interface, common to all nine.
-  ObjectRef PrinterObj() const { return printer_; }
-  void PrinterObj(ObjectRef printer) { printer_ = std::move(printer); }
+  ObjectRef PrinterObj() const { return printer_.Get(); }
+  void PrinterObj(ObjectRef printer) { printer_.Hold(std::move(printer), *this); }
   std::int32_t hdc() const { return container_->DeviceHandle(); }
   std::int32_t hwnd() const { return container_->WindowHandle(); }
-  ObjectRef MouseIcon() const { return mouse_icon_; }
+  ObjectRef MouseIcon() const { return mouse_icon_.Get(); }
   void MouseIcon(ObjectRef icon);
   std::int16_t MousePointer() const { return mouse_pointer_; }
   void MousePointer(std::int16_t pointer);
@@ -188,7 +185,6 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
               const Traits& traits);
 
   // What each control says about itself.
-  virtual void InitOwnProperties() = 0;
   virtual void FillDefaults() {}
   /// What `Plot` ends in.
   virtual void PresentPlot() { Resize(); }
@@ -207,10 +203,8 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   /// New plot limits are in force.
   virtual void LimitsChanged() {}
 
-  /// The last steps of every property let.
-  void Announce(std::string_view property);
-  /// The same, for a property that the picture depends on.
-  void AnnounceStale(std::string_view property);
+  /// The last steps of every property let, as its row tells.
+  void Changed(std::string_view property);
   PrintResult PrintPlotAs(bool thin, float& left, float& top, float& width, float& height);
   /// Runs `draw` with a print engine of its own, if there are data and a printer.
   PrintResult PrintBlock(const std::function<void(PrintWafer&)>& draw);
@@ -261,7 +255,22 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   bool legend_shown_ = true;
 
  private:
-  bool CanPrint() const { return wafer_.GetNop() != 0 && printer_ != nullptr; }
+  /// An object that the host set. A control doesn't keep itself alive by it.
+  class Held {
+   public:
+    ObjectRef Get() const { return object_ ? object_ : owner_.lock(); }
+    void Hold(ObjectRef object, const Object& owner) {
+      const bool own = object.get() == &owner;
+      owner_ = own ? object : nullptr;
+      object_ = own ? nullptr : std::move(object);
+    }
+
+   private:
+    ObjectRef object_;
+    std::weak_ptr<Object> owner_;
+  };
+
+  bool CanPrint() const { return wafer_.GetNop() != 0 && PrinterObj() != nullptr; }
   void Print(const std::function<void(PrintWafer&)>& draw);
   void AfterLoad();
   void ReplotIfRequested();
@@ -274,8 +283,8 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   Container* container_;
   std::vector<std::weak_ptr<OptionDialog>> dialogs_;
   std::shared_ptr<void> presence_ = std::make_shared<char>();  // as long as the control
-  ObjectRef printer_;
-  ObjectRef mouse_icon_;
+  Held printer_;
+  Held mouse_icon_;
   std::int16_t mouse_pointer_ = 0;
   bool requesting_size_ = false;
 };

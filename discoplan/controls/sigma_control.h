@@ -15,7 +15,7 @@ class SigmaControl : public Base {
   float SigmaRange() const { return sigma_range_; }
   void SigmaRange(float range) {
     sigma_range_ = range <= 0 ? kDefaultRange : range;
-    this->AnnounceStale("SigmaRange");
+    this->Changed("SigmaRange");
   }
   /// 0 above the band, 1 within it, 2 below it.
   Colour IntervalColor(std::size_t range) const { return this->TableColour(Slot(range)); }

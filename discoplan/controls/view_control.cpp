@@ -22,17 +22,17 @@ ViewControl::ViewControl(Platform& platform, Container* container, const Control
 
 void ViewControl::GridRotation(std::int16_t degrees) {
   grid_rotation_ = InRange(degrees, 91, 40);
-  AnnounceStale("GridRotation");
+  Changed("GridRotation");
 }
 
 void ViewControl::WaferRotation(std::int16_t degrees) {
   wafer_rotation_ = InRange(degrees, 359, 40);
-  Announce("WaferRotation");
+  Changed("WaferRotation");
 }
 
 void ViewControl::GridInclination(std::int16_t degrees) {
   grid_inclination_ = InRange(degrees, 91, 35);
-  AnnounceStale("GridInclination");
+  Changed("GridInclination");
 }
 
 void ViewControl::TakeAngles(const ViewDialog& dialog) {
@@ -51,7 +51,7 @@ void SurfaceControl::TakeResolution(float& field, float resolution, std::string_
   if (resolution > wafer_.TestDiameter / 4.0) resolution = wafer_.TestDiameter / 4;
   field = resolution;
   wafer_.GridChanged = true;
-  AnnounceStale(property);
+  Changed(property);
 }
 
 void SurfaceControl::XResolution(float resolution) {
@@ -64,7 +64,7 @@ void SurfaceControl::YResolution(float resolution) {
 
 void SurfaceControl::PlotScale(std::int16_t scale) {
   plot_scale_ = scale < 1 ? std::int16_t{40} : scale;
-  AnnounceStale("PlotScale");
+  Changed("PlotScale");
 }
 
 void SurfaceControl::FillDefaults() {

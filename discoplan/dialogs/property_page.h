@@ -85,9 +85,6 @@ class DISCOPLAN_EXPORT PropertyPage : public Object, public Form {
 DISCOPLAN_EXPORT std::unique_ptr<PropertyPage> NewPropertyPage(std::string_view class_name,
                                                                Platform& platform);
 
-/// The pages of a control's class, the one of all controls first.
-DISCOPLAN_EXPORT std::vector<std::string_view> PropertyPagesOf(std::string_view control_class);
-
 /// The class names.
 DISCOPLAN_EXPORT std::vector<std::string_view> PropertyPageClasses();
 

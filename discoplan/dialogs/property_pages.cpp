@@ -241,20 +241,19 @@ std::unique_ptr<PropertyPage> Make(Platform& platform) {
 
 struct PageRow {
   std::string_view name;
-  std::string_view control;  // whose page it is; of all for none
   std::unique_ptr<PropertyPage> (*make)(Platform& platform);
 };
 
 constexpr std::array kPages = {
-    PageRow{"WaferInfoProp", "", Make<WaferInfoProp>},
-    PageRow{"Plot2DProp", "Plot2D", Make<Plot2DProp>},
-    PageRow{"Plot2DSProp", "Plot2DS", Make<Plot2DSProp>},
-    PageRow{"Plot2DCProp", "Plot2DC", Make<Plot2DCProp>},
-    PageRow{"Plot3DProp", "Plot3D", Make<Plot3DProp>},
-    PageRow{"Plot3DSProp", "Plot3DS", Make<Plot3DSProp>},
-    PageRow{"Plot3DBProp", "Plot3DB", Make<Plot3DBProp>},
-    PageRow{"HistogrammProp", "Histo", Make<HistogrammProp>},
-    PageRow{"LineScanAngleProp", "LineScan", Make<LineScanAngleProp>},
+    PageRow{"WaferInfoProp", Make<WaferInfoProp>},
+    PageRow{"Plot2DProp", Make<Plot2DProp>},
+    PageRow{"Plot2DSProp", Make<Plot2DSProp>},
+    PageRow{"Plot2DCProp", Make<Plot2DCProp>},
+    PageRow{"Plot3DProp", Make<Plot3DProp>},
+    PageRow{"Plot3DSProp", Make<Plot3DSProp>},
+    PageRow{"Plot3DBProp", Make<Plot3DBProp>},
+    PageRow{"HistogrammProp", Make<HistogrammProp>},
+    PageRow{"LineScanAngleProp", Make<LineScanAngleProp>},
 };
 
 }  // namespace
@@ -267,14 +266,6 @@ std::unique_ptr<PropertyPage> NewPropertyPage(std::string_view class_name, Platf
 std::vector<std::string_view> PropertyPageClasses() {
   std::vector<std::string_view> names;
   for (const PageRow& row : kPages) names.push_back(row.name);
-  return names;
-}
-
-std::vector<std::string_view> PropertyPagesOf(std::string_view control_class) {
-  std::vector<std::string_view> names;
-  for (const PageRow& row : kPages) {
-    if (row.control.empty() || row.control == control_class) names.push_back(row.name);
-  }
   return names;
 }
 

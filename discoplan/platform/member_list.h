@@ -82,7 +82,7 @@ decltype(auto) FromVariant(Variant& value) {
     if (value.IsEmpty()) value = Variant(FloatArray());
     return (value.AsArray());
   } else if constexpr (std::is_same_v<Bare, ArrayView>) {
-    return value.IsEmpty() ? ArrayView() : ArrayView(value.AsArray());
+    return value.IsEmpty() ? ArrayView() : value.AsView();
   } else if constexpr (std::is_enum_v<Bare>) {
     // A let that mends any number takes any; one that stores 16 bits overflows beyond them.
     return static_cast<Bare>(sizeof(Bare) == 2 ? value.AsInt16() : value.AsInt32());

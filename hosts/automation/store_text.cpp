@@ -8,7 +8,7 @@ using nlohmann::json;
 MemoryBag StoreFromJson(const json& store, const PlotControl& control, const ObjectNames& names) {
   if (!store.is_object()) throw RequestError("A store is an object of keys and values.");
   MemoryBag bag;
-  for (const StoredProperty& row : control.Stored().read) {
+  for (const StoredProperty& row : control.Class().SettingsRead()) {
     const auto found = store.find(row.key);
     if (found == store.end()) continue;
     const Type type = row.kind == StoredKind::String ? Type::String : Type::None;

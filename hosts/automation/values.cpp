@@ -87,6 +87,8 @@ json ToJson(const Variant& value, const ObjectNames& names) {
           json values = json::array();
           for (const float element : held.values) values.push_back(ToJson(element));
           return {{"lower", held.lower}, {"values", std::move(values)}};
+        } else if constexpr (std::is_same_v<T, ArrayView>) {
+          return {{"lower", held.lower}, {"values", held.values}};
         } else if constexpr (std::is_same_v<T, ObjectRef>) {
           if (!held) return nullptr;
           return {{"ref", names.id(held.get())}};

@@ -9,7 +9,6 @@
 #include <string>
 
 #include "discoplan/base/numbers.h"
-#include "discoplan/controls/control_factory.h"
 #include "hosts/headless/headless_host.h"
 #include "hosts/json/json_number.h"
 #include "hosts/json/json_text.h"
@@ -43,12 +42,13 @@ ordered_json Parse(const fs::path& file) {
 }
 
 /// The setting of that key, as it is read or else as it is written.
-const StoredProperty* FindStored(const StoredProperties& stored, const std::string& key) {
-  for (const auto* rows : {&stored.read, &stored.written}) {
-    const auto row = std::ranges::find(*rows, key, &StoredProperty::key);
-    if (row != rows->end()) return &*row;
+std::optional<StoredProperty> FindStored(const ControlClass& own_class, const std::string& key) {
+  for (const auto& rows : {own_class.SettingsRead(), own_class.SettingsWritten()}) {
+    for (const StoredProperty& row : rows) {
+      if (row.key == key) return row;
+    }
   }
-  return nullptr;
+  return {};
 }
 
 /// What a value of a kind looks like in the file.
@@ -93,18 +93,33 @@ ordered_json ValueOf(const Variant& value, StoredKind kind) {
   return ToJson(value.AsDouble());
 }
 
+/// The first setting that can't be read back from the control, such as a colour that its 32-bit
+/// float rounds to one bit too many; nothing if all can.
+const Member* Unreadable(PlotControl& control) {
+  for (const StoredProperty& row : control.Class().SettingsWritten()) {
+    if (!Attempt([&] { (void)row.member->Get(control); })) return row.member;
+  }
+  return nullptr;
+}
+
+std::string Complaint(const ControlClass& own_class, const Member& member) {
+  return std::string(member.name) + " of the " + std::string(own_class.name) +
+         " is a colour that can't be read back; give one of at most 24 bits";
+}
+
 /// What is wrong with the settings, found on another control of the class; empty if nothing is.
 std::string ComplaintOf(const PlotControl& control, const PropertyBag& bag) {
   std::string complaint;
   HeadlessHost host;
   host.OnMessage([&](const Message& message) { complaint = message.text; });
-  const auto trial = NewControl(control.root().name, host, nullptr);
+  const auto trial = control.Class().make(host, nullptr);
   try {
     trial->ReadProperties(bag);
   } catch (const RunTimeError& error) {
-    complaint = std::string("a value doesn't fit its setting (") + error.what() + ")";
+    return std::string("a value doesn't fit its setting (") + error.what() + ")";
   }
-  return complaint;
+  const Member* unreadable = Unreadable(*trial);
+  return unreadable != nullptr ? Complaint(control.Class(), *unreadable) : complaint;
 }
 
 }  // namespace
@@ -114,8 +129,8 @@ void ReadSettings(PlotControl& control, const fs::path& file) {
   if (!settings.is_object()) Refuse(file, "it holds no object of keys and values");
   MemoryBag bag;
   for (const auto& [key, value] : settings.items()) {
-    const StoredProperty* row = FindStored(control.Stored(), key);
-    if (row == nullptr) {
+    const std::optional<StoredProperty> row = FindStored(control.Class(), key);
+    if (!row) {
       Refuse(file, "'" + key + "' is no setting of a " + control.root().name + "; remove it");
     }
     const ValueForm& form = FormOf(row->kind);
@@ -133,6 +148,9 @@ void ReadSettings(PlotControl& control, const fs::path& file) {
 }
 
 void WriteSettings(PlotControl& control, const fs::path& file) {
+  if (const Member* member = Unreadable(control)) {
+    throw FileError("cannot write '" + file.string() + "': " + Complaint(control.Class(), *member));
+  }
   MemoryBag bag;
   control.WriteProperties(bag);
   ordered_json settings;

@@ -114,7 +114,7 @@ class PlotHost final : public QtPlatform,
     const std::string text(name);
     const QMetaObject& meta = *widget_->metaObject();
     if (name == "PlotCaption") widget_->ShowCaption();
-    const int index = meta.indexOfProperty(text.c_str());
+    const int index = meta.indexOfProperty(PropertyAnnouncedAs(name).c_str());
     if (index >= 0) meta.property(index).notifySignal().invoke(widget_);
     if (widget_) Q_EMIT widget_->PropertyChanged(QString::fromStdString(text));
   }
@@ -139,7 +139,8 @@ class PlotHost final : public QtPlatform,
   }
   /// With and without its legend a control has another least size, which it asks for anew.
   void Repaint() override {
-    if (!widget_ || !control || std::exchange(hides_legend_, control->HideLegend()) == hides_legend_) {
+    if (!widget_ || !control ||
+        std::exchange(hides_legend_, control->HideLegend()) == hides_legend_) {
       return;
     }
     if (own_minimum_) widget_->setMinimumSize(*own_minimum_);
@@ -175,6 +176,13 @@ class PlotHost final : public QtPlatform,
   std::unique_ptr<PlotControl> control;
 
  private:
+  /// Some properties are announced by another name than their own.
+  std::string PropertyAnnouncedAs(std::string_view name) const {
+    for (const Member& member : control->Members()) {
+      if (member.announced == name) return std::string(member.name);
+    }
+    return std::string(name);
+  }
   void LeaveToLoop(const std::shared_ptr<PlotHost>& keep) const {
     if (!widget_) QTimer::singleShot(0, qApp, [keep] {});
   }

@@ -22,7 +22,7 @@ PropertyDialog::PropertyDialog(PlotWidget& plot)
   setWindowTitle(tr("Plot properties"));
   setObjectName(QStringLiteral("PropertyDialog"));
   auto* tabs = new QTabWidget(this);
-  for (const std::string_view name : PropertyPagesOf(plot.Control().root().name)) {
+  for (const std::string_view name : plot.Control().Class().pages) {
     PropertyPage& page = *pages_.emplace_back(NewPropertyPage(name, *platform_));
     page.Select(&plot.Control());
     const TwipsBox& box = page.root().Box();

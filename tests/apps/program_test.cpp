@@ -171,6 +171,9 @@ INSTANTIATE_TEST_SUITE_P(
         Complaint{"plot ok.csv -o map.png --set Colour=1", 2, "'Colour' is none of"},
         Complaint{"plot ok.csv -o map.png --set Resolution=fine", 2, "'fine' is no value"},
         Complaint{"plot ok.csv -o map.png --set WaferStyle=Round", 2, "one of Notch, Flat"},
+        Complaint{"plot ok.csv -o map.png --set IntervalColor0=red", 2,
+                  "'red' is no value of type colour; it is #RRGGBB, such as #FF0000 for red"},
+        Complaint{"plot ok.csv -o map.png --set HideLegend=maybe", 2, "it is true or false"},
         Complaint{"plot ok.csv -o map.png --set Resolution", 2, "NAME=VALUE"},
         Complaint{"plot ok.csv -o map.png --kind 4D", 2, "'4D' is none of"},
         Complaint{"plot missing.csv -o map.png", 1, "missing.csv: "},
@@ -238,7 +241,8 @@ TEST_F(Program, AnswersAutomationRequestsInOrder) {
 }
 
 TEST_F(Program, ShowsHelpWithExamplesOnEveryLevel) {
-  for (const char* level : {"--help", "plot --help", "stats --help", "automate --help"}) {
+  for (const char* level :
+       {"--help", "plot --help", "stats --help", "automate --help", "describe --help"}) {
     const Outcome outcome = Run(level);
     EXPECT_EQ(outcome.status, 0) << level;
     EXPECT_NE(outcome.output.find("discoplan "), std::string::npos) << level;

@@ -124,6 +124,19 @@ TEST_F(LineScanControl, DrawsNothingForAModeThatIsNone) {
   EXPECT_THAT(Trace("FNPic"), IsEmpty());
 }
 
+TEST_F(LineScanControl, AResizeDrawsOnceWhatWasAskedFor) {
+  Load();
+  Trace("PLOTA");
+  scan_.SetSize(7000, 5000);
+  EXPECT_EQ(Lines("PLOTA"), 0U);
+  scan_.Plot();
+  Trace("PLOTA");
+  scan_.SetSize(6500, 4800);
+  EXPECT_EQ(Lines("PLOTA"), 88U);
+  scan_.SetSize(100, 100);  // the size that it asks for draws
+  EXPECT_EQ(Lines("PLOTA"), 88U);
+}
+
 TEST_F(LineScanControl, TurnsByKeysAndSpinner) {
   scan_.angle(359);
   Child("AngleValue").on_key(kUp);

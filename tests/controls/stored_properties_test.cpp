@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "discoplan/controls/stored_properties.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -197,7 +195,7 @@ TEST_F(Stored, KeysKindsDefaultsAndOrdersOfWritingAndReading) {
     const std::vector<Row>& read = list.read.empty() ? list.written : list.read;
     EXPECT_THAT(Texts(bag.read, false), ElementsAreArray(Texts(read, false))) << list.control;
     std::vector<StoredKind> kinds, expected;
-    for (const StoredProperty& row : control->Stored().read) kinds.push_back(row.kind);
+    for (const StoredProperty& row : control->Class().SettingsRead()) kinds.push_back(row.kind);
     for (const Row& row : read) expected.push_back(row.kind);
     EXPECT_EQ(kinds, expected) << list.control;
   }
@@ -207,10 +205,10 @@ TEST_F(Stored, NewControlsComeBackAsTheyWere) {
   for (const auto& list : kLists) {
     const auto control = New(list.control);
     const auto other = RoundTrip(*control);
-    for (const StoredProperty& row : control->Stored().written) {
+    for (const StoredProperty& row : control->Class().SettingsWritten()) {
       if (row.kind == StoredKind::String || row.kind == StoredKind::Object) continue;
-      EXPECT_EQ(Read(*other, row.property), Read(*control, row.property))
-          << list.control << ' ' << row.property;
+      EXPECT_EQ(Read(*other, row.member->name), Read(*control, row.member->name))
+          << list.control << ' ' << row.member->name;
     }
   }
 }
@@ -311,7 +309,7 @@ TEST_F(Stored, ReadingAnnouncesAllButThePointer) {
   const auto map = New("Plot2DN");
   map->ReadProperties(MemoryBag());
   const std::vector<std::string> announced = container_.TakeAnnounced();
-  EXPECT_EQ(announced.size(), map->Stored().read.size() - 1);
+  EXPECT_EQ(announced.size(), map->Class().SettingsRead().size() - 1);
   EXPECT_EQ(announced.front(), "BackColor");
   EXPECT_EQ(announced.back(), "MouseIcon");
   EXPECT_EQ(std::ranges::count(announced, "MousePointer"), 0);

@@ -8,6 +8,7 @@
 #include <iterator>
 #include <limits>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/controls/plot2d.h"
 #include "hosts/headless/headless_host.h"
@@ -78,6 +79,59 @@ TEST_F(SettingsFile, HoldsNumbersOfAnySize) {
     ReadSettings(*bars, folder_.path() / "a.json");
     const float back = scale.Get(*bars).AsFloat();
     EXPECT_TRUE(back == value || (std::isnan(back) && std::isnan(value))) << back;
+  }
+}
+
+TEST_F(SettingsFile, NamesAColourThatCannotBeReadBack) {
+  const std::string complaint =
+      "IntervalColor3 of the Plot2D is a colour that can't be read back; give one of at most 24 "
+      "bits";
+  EXPECT_EQ(ErrorOf("{\"2DInterCol3\": 2147483647}"), complaint);
+  EXPECT_EQ(plot_.IntervalColor(3), 0x00FF00U);
+  plot_.IntervalColor(3, 0x7FFFFFFF);
+  const auto file = folder_.path() / "a.json";
+  try {
+    WriteSettings(plot_, file);
+    FAIL() << "no error";
+  } catch (const FileError& error) {
+    EXPECT_EQ(error.what(), "cannot write '" + file.string() + "': " + complaint);
+  }
+  EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+/// What differs between writing and reading.
+bool ComesBack(std::string_view control, std::string_view member) {
+  const bool colours = control == "Plot3D" || control == "Plot3DB";
+  return !(colours && member.starts_with("IntervalColor")) && !member.starts_with("LineEndPoint");
+}
+
+TEST_F(SettingsFile, KeepsExtremeValuesOfEachMember) {
+  constexpr float kMost = std::numeric_limits<float>::max();
+  const double values[] = {0,          -1,          1,     -32768, 32767, 0x7FFFFFFF, 0xFFFFFF,
+                           0x80000000, 0xFFFFFFFFU, kMost, -kMost, 1e-45, 0.1,        16777217};
+  const auto file = folder_.path() / "a.json";
+  for (const ControlClass* row : ControlClasses()) {
+    for (const StoredProperty& setting : row->SettingsWritten()) {
+      const Member& member = *setting.member;
+      if (member.type == Type::String || member.type == Type::Object) continue;
+      for (const double value : values) {
+        SCOPED_TRACE(std::string(row->name) + ' ' + std::string(member.name) + ' ' +
+                     std::to_string(value));
+        const auto control = row->make(host_, nullptr);
+        control->InitProperties();
+        if (!Attempt([&] { member.Set(*control, Variant(value)); })) continue;
+        Variant held;
+        if (!Attempt([&] { held = member.Get(*control); })) {
+          EXPECT_EQ(member.type, Type::Rgb);
+          EXPECT_THROW(WriteSettings(*control, file), FileError);
+          continue;
+        }
+        ASSERT_NO_THROW(WriteSettings(*control, file));
+        const auto other = row->make(host_, nullptr);
+        ASSERT_NO_THROW(ReadSettings(*other, file));
+        if (ComesBack(row->name, member.name)) EXPECT_EQ(member.Get(*other), held);
+      }
+    }
   }
 }
 

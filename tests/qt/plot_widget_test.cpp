@@ -138,6 +138,18 @@ TEST(PlotWidgets, TellWhichPropertyChanged) {
   EXPECT_EQ(caption.size(), 0);
 }
 
+TEST(PlotWidgets, TellByEachSignalThatItsPropertyChanged) {
+  for (const auto& widget : AllNine()) {
+    const QMetaObject& meta = *widget->metaObject();
+    for (int i = PlotWidget::staticMetaObject.propertyCount(); i < meta.propertyCount(); ++i) {
+      const QMetaProperty property = meta.property(i);
+      const QSignalSpy spy(widget.get(), property.notifySignal());
+      EXPECT_TRUE(property.write(widget.get(), property.read(widget.get()))) << property.name();
+      EXPECT_EQ(spy.size(), 1) << meta.className() << "::" << property.name();
+    }
+  }
+}
+
 TEST(PlotWidgets, LeaveAPropertyThatDoesNotFit) {
   Plot2DWidget plot;
   plot.setProperty("MousePointer", 99999);
