@@ -30,7 +30,7 @@ void PrintBlocks(const std::vector<PlotControl*>& plots, float top, const std::s
   float left = kMargin + kBlockWidth + kBlockGap;
   std::vector<bool> printed = {false, false};
   for (PlotControl* plot : plots) {
-    const bool is_sigma = plot->root().name.ends_with('S');
+    const bool is_sigma = plot->Members().Find("SigmaRange") != nullptr;
     if (printed[is_sigma] || !PrintLegendAt(*plot, left, top)) continue;
     printed[is_sigma] = true;
     left += kBlockWidth + kBlockGap;

@@ -225,7 +225,7 @@ TEST_F(ControlRows, PagesAndTheAboutBoxKnowThem) {
       EXPECT_NO_THROW(made->ApplyChanges()) << row->name << ' ' << page;
     }
     about.SetTitle(row->about_number);
-    titles.insert(about.root().Find("lblTitle")->text);
+    titles.insert(about.root().Find("lblTitle")->Text());
   }
   EXPECT_EQ(titles.size(), ControlClasses().size());
 }
@@ -271,7 +271,7 @@ TEST_F(ControlRows, TellWhatDrawsAnew) {
       const auto control = New(*row);
       ASSERT_EQ(control->SetWaferData(x, y, z), LoadResult::Loaded);
       control->Plot();
-      auto& surface = dynamic_cast<Traced&>(*control->root().Find("PLOTA")->picture);
+      auto& surface = dynamic_cast<Traced&>(*control->root().Find("PLOTA")->Picture());
       const Variant value = OtherValue(member, *control);
       surface.TakeTrace();
       member.Set(*control, value);
