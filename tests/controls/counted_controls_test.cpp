@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "discoplan/controls/control_class.h"
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/controls/plot2d.h"
 #include "discoplan/controls/plot3d.h"
@@ -67,7 +68,8 @@ TEST(CountedControls, FinishWhatTheyAreInTheMidstOf) {
        [](PlotControl& c) { c.Mouse(c.root(), {.event = MouseEvent::MouseDown}); },
        {At::Raised}},
   };
-  for (const std::string_view name : ControlClasses()) {
+  for (const ControlClass* own_class : ControlClasses()) {
+    const std::string name(own_class->name);
     for (const Row& row : rows) {
       for (const At at : row.at) {
         RecordingHost host;

@@ -2,6 +2,7 @@
 // Option dialogs on a host that can't block.
 #include <gtest/gtest.h>
 
+#include "discoplan/controls/control_class.h"
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/controls/line_scan.h"
 #include "discoplan/controls/plot2d.h"
@@ -52,7 +53,8 @@ TEST_F(OpenDialogs, ChangeNothingWhenTheyAreCancelled) {
 }
 
 TEST_F(OpenDialogs, OfAllKindsAreClosedWithTheirControl) {
-  for (const std::string_view name : ControlClasses()) {
+  for (const ControlClass* own_class : ControlClasses()) {
+    const std::string name(own_class->name);
     auto control = NewControl(name, host_, nullptr);
     control->InitProperties();
     ASSERT_EQ(control->SetWaferData(kX, kY, kZ), LoadResult::Loaded) << name;
