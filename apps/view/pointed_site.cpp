@@ -3,46 +3,26 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
-#include "discoplan/controls/lattice_control.h"
-#include "discoplan/controls/plot2dc.h"
-#include "discoplan/controls/plot2dn.h"
+#include "discoplan/controls/map_control.h"
 
 namespace discoplan::app {
 namespace {
 
-constexpr double kMargin = 6;       // pixels around a map
 constexpr double kNearSite = 0.03;  // of the test diameter
-
-/// The picture that the map was drawn at, in pixels.
-QSizeF SizeOfMap(PlotControl& control) {
-  const Node* surface = control.root().Find("PLOTA");
-  if (surface == nullptr || !surface->Picture()) return {};
-  const Canvas& canvas = surface->Picture()->canvas();
-  return QSizeF(canvas.Width(), canvas.Height());
-}
-
-/// What of the wafer a map fits into its picture, in mm; nothing for other plots.
-std::optional<double> ShownBy(PlotControl& control) {
-  if (dynamic_cast<Plot2DC*>(&control) != nullptr) return control.WaferDiameter();
-  if (dynamic_cast<Plot2DN*>(&control) != nullptr) return control.TestDiameter();
-  if (const auto* map = dynamic_cast<LatticeControl*>(&control)) {
-    return control.Wafer().D2PlotSide(map->Resolution());
-  }
-  return {};
-}
 
 }  // namespace
 
 std::optional<QPointF> PointOnWafer(PlotControl& control, QPointF share) {
-  const std::optional<double> shown = ShownBy(control);
-  if (!shown || control.Wafer().GetNop() == 0) return {};
-  const QSizeF size = SizeOfMap(control);
-  const double pixels = std::min(size.width(), size.height()) - kMargin;
-  if (!(*shown > 0) || !(pixels > 0)) return {};
-  const double scale = pixels / *shown;
-  return QPointF((share.x() - 0.5) * size.width() / scale,
-                 (0.5 - share.y()) * size.height() / scale);
+  const auto* map = dynamic_cast<MapControl*>(&control);
+  const Node* surface = control.root().Find("PLOTA");
+  if (map == nullptr || surface == nullptr) return {};
+  const Canvas& drawn = std::as_const(*surface->Picture()).canvas();
+  const auto point = map->PointAt({static_cast<float>(share.x() * drawn.Width()),
+                                   static_cast<float>(share.y() * drawn.Height())});
+  if (!point) return {};
+  return QPointF(point->x, point->y);
 }
 
 QString Describe(PlotControl& control, QPointF millimetres) {

@@ -18,6 +18,7 @@ class DISCOPLAN_EXPORT LatticeControl : public MapControl {
   using MapControl::MapControl;
 
   void FillDefaults() override;
+  double ShownSide() const override { return wafer_.D2PlotSide(resolution_); }
   /// A test diameter that shrank may have left the pitch too large.
   void CheckBeforeDrawing() override;
 

@@ -2,6 +2,8 @@
 #include "discoplan/controls/map_control.h"
 
 #include <algorithm>
+#include <new>
+#include <utility>
 
 #include "discoplan/base/numbers.h"
 
@@ -87,7 +89,8 @@ void MapControl::AddRows() {
         &AddLabel(*legende_, IndexedName("ScaleValue", i + 1), {kRowLeft, top, 0, kRowPitch});
     SizeByText(*row_nodes_[i]);
     rows_[i] = row_nodes_[i];
-    chips_[i] = &AddLabel(*legende_, IndexedName("scalCol", i + 1), {0, top, kChipWidth, kRowPitch});
+    chips_[i] =
+        &AddLabel(*legende_, IndexedName("scalCol", i + 1), {0, top, kChipWidth, kRowPitch});
   }
 }
 
@@ -111,6 +114,17 @@ PrintResult MapControl::PrintLegend(float left, float top) {
   return PrintBlock([&](PrintWafer& print) { PrintLegendOn(print, left, top); });
 }
 
+std::optional<SurfacePoint> MapControl::PointAt(const SurfacePoint& pixel) const {
+  constexpr double kMargin = 6;  // pixels around a map
+  const Canvas& canvas = std::as_const(*plota_.Picture()).canvas();
+  const double side = ShownSide();
+  const double pixels = std::min(canvas.Width(), canvas.Height()) - kMargin;
+  if (wafer_.GetNop() == 0 || !(side > 0) || !(pixels > 0)) return {};
+  const double pitch = side / pixels;  // mm to a pixel
+  return SurfacePoint{static_cast<float>((pixel.x - canvas.Width() / 2.0) * pitch),
+                      static_cast<float>((canvas.Height() / 2.0 - pixel.y) * pitch)};
+}
+
 void MapControl::RedrawPlot() {
   SetPointer(kHourglass);
   if (wafer_.GetNop() > 0) {
@@ -127,7 +141,12 @@ void MapControl::RedrawPlot() {
                          view.inclination);
     if (legend_ != Legend::Intervals) ShowLegend();
     container().Repaint();
-    DrawPlot(*plota_.Picture());
+    try {
+      DrawPlot(*plota_.Picture());
+    } catch (const std::bad_alloc&) {
+      plota_.Picture()->ForeColor(kBlack);  // as the next plot expects it
+      throw;
+    }
     plota_.Picture()->ForeColor(kBlack);
     plot_valid_ = true;
     replot_.Image(std::make_shared<Canvas>(plota_.Picture()->canvas()));

@@ -8,6 +8,7 @@
 /// snapshot (`RePlot`), so that dragging a control larger doesn't interpolate anew.
 
 #include <array>
+#include <optional>
 
 #include "discoplan/controls/plot_control.h"
 #include "discoplan/dialogs/option_dialog.h"
@@ -19,6 +20,10 @@ class DISCOPLAN_EXPORT MapControl : public PlotControl {
   const Node* Focused() override;
   /// As on the screen, in a frame.
   PrintResult PrintLegend(float left, float top);
+  /// The point of the wafer in mm from its centre, Y up, that a pixel of `PLOTA` shows, counted
+  /// from its upper left corner; it may lie off the wafer. Nothing without data, and on a plot in
+  /// perspective.
+  std::optional<SurfacePoint> PointAt(const SurfacePoint& pixel) const;
 
  protected:
   enum class Legend {
@@ -45,6 +50,8 @@ class DISCOPLAN_EXPORT MapControl : public PlotControl {
     float inclination = 90;
   };
   virtual View IndicatorView() const { return {}; }
+  /// What of the wafer a flat map fits into its picture, in mm; 0 on a plot in perspective.
+  virtual double ShownSide() const { return 0; }
 
   /// Shows the dialog, which has its values, and draws with those that `take` stores if the user
   /// confirms them.

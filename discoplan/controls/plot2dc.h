@@ -47,6 +47,7 @@ class DISCOPLAN_EXPORT Plot2DC final : public MapControl {
   void FillDefaults() override;
   void ShowLegend() override;
   void DrawPlot(Surface& surface) override;
+  double ShownSide() const override { return wafer_.WaferDiameter; }
 
   float interval_ = 0;
   ExconEnum mark_sites_{};

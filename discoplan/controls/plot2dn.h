@@ -25,6 +25,7 @@ class DISCOPLAN_EXPORT Plot2DN final : public MapControl {
  private:
   void PrintOn(PrintWafer& print, PageArea& area) override;
   void ShowLegend() override { wafer_.scale_colored(chips_, rows_); }
+  double ShownSide() const override { return wafer_.TestDiameter; }
   void DrawPlot(Surface& surface) override { wafer_.D2Number(surface, {}); }
 };
 

@@ -80,10 +80,15 @@ void PlotControl::RequestSize(const Size& size) {
   if (requesting_size_) return;  // the container gives less than that
   const ObjectRef held = Hold();
   requesting_size_ = true;
-  Attempt([&] {
-    container_->ResizeRequested(size.width, size.height,
-                                [this](float w, float h) { SetSize(w, h); });
-  });
+  try {
+    Attempt([&] {
+      container_->ResizeRequested(size.width, size.height,
+                                  [this](float w, float h) { SetSize(w, h); });
+    });
+  } catch (...) {
+    requesting_size_ = false;
+    throw;
+  }
   requesting_size_ = false;
 }
 
