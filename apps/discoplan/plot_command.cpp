@@ -36,10 +36,12 @@ class Drawing {
   Drawing(const ControlClass& kind, const PictureRequest& request, const Wafer& measured)
       : host_(ScreenFor(request.size, kind)) {
     WarnByMessages(host_, request.data);
-    control_ = LoadedControl(kind, request.plot, request.data, measured, host_);
     const Screen& screen = host_.screen();
-    control_->SetSize(static_cast<float>(request.size.width) * screen.twips_per_pixel_x,
-                      static_cast<float>(request.size.height) * screen.twips_per_pixel_y);
+    const PlotStage stage{
+        .platform = host_,
+        .width = static_cast<float>(request.size.width) * screen.twips_per_pixel_x,
+        .height = static_cast<float>(request.size.height) * screen.twips_per_pixel_y};
+    control_ = LoadedControl(kind, request.plot, request.data, measured, stage);
     control_->Plot();
   }
 

@@ -186,11 +186,12 @@ void FitLook(PlotControl& control, const Wafer& measured) {
 
 std::unique_ptr<PlotControl> LoadedControl(const ControlClass& kind, const PlotRequest& request,
                                            const ReadRequest& data, const Wafer& measured,
-                                           Platform& platform) {
+                                           const PlotStage& stage) {
   const std::string source = SourceOf(data.path.string(), measured);
-  std::unique_ptr<PlotControl> control = kind.make(platform, nullptr);
+  std::unique_ptr<PlotControl> control = kind.make(stage.platform, nullptr);
   control->UseWorkers(request.workers);
   SetUp(*control, request, source, measured);
+  control->SetSize(stage.width, stage.height);
   LoadSites(*control, source, measured);
   if (!request.limits.empty()) control->SetPlotLimit(request.limits[0], request.limits[1]);
   return control;

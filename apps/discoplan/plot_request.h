@@ -45,11 +45,19 @@ void FitSize(PlotControl& control, const Wafer& measured);
 /// a map as fine as it gets, and bars as high as they can be told apart.
 void FitLook(PlotControl& control, const Wafer& measured);
 
-/// A control of that kind with settings and data, not yet plotted. Raises `CommandError` for sites
-/// that no such wafer holds, `UsageError` for settings that make no sense.
+/// Where a plot is drawn, and how large in twips.
+struct PlotStage {
+  Platform& platform;
+  float width;
+  float height;
+};
+
+/// A control of that kind with settings, size and data, not yet plotted: it gets its size before
+/// its data, since plots with data draw themselves at each new size. Raises `CommandError` for
+/// sites that no such wafer holds, `UsageError` for settings that make no sense.
 std::unique_ptr<PlotControl> LoadedControl(const ControlClass& kind, const PlotRequest& request,
                                            const ReadRequest& data, const Wafer& measured,
-                                           Platform& platform);
+                                           const PlotStage& stage);
 
 /// Writes the settings if that is asked for: at the end, when nothing else has failed.
 void SaveSettings(const PlotRequest& request, PlotControl& control);

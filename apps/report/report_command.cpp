@@ -87,9 +87,9 @@ class ReportPrinter {
     controls_.clear();
     std::vector<PlotControl*> plots;
     for (const ControlClass* kind : kinds_) {
-      controls_.push_back(LoadedControl(*kind, request_.plot, page.reading, page.measured, host_));
+      controls_.push_back(LoadedControl(*kind, request_.plot, page.reading, page.measured,
+                                        {host_, kControlWidth, kControlHeight}));
       plots.push_back(controls_.back().get());
-      plots.back()->SetSize(kControlWidth, kControlHeight);
       if (!request_.plot.caption) plots.back()->PlotCaption(std::string(kind->title));
     }
     std::string line = request_.lot.empty() ? "" : "Lot " + request_.lot + "    ";

@@ -43,8 +43,8 @@ void Plot(const PictureRequest& request) {
   WarnByMessages(host, request.data);
   std::unique_ptr<PlotControl> control;
   for (std::size_t i = 0; i < kinds.size(); ++i) {
-    control = LoadedControl(*kinds[i], request.plot, request.data, measured, host);
-    control->SetSize(kControlWidth, kControlHeight);
+    control = LoadedControl(*kinds[i], request.plot, request.data, measured,
+                            {host, kControlWidth, kControlHeight});
     Print(*control, file.paper(),
           {static_cast<float>(grid.ColumnOf(i)) * width, static_cast<float>(grid.RowOf(i)) * height,
            width, height},
