@@ -5,12 +5,10 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
-#include <QImage>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
@@ -22,6 +20,7 @@
 
 #include "discoplan/raster/picture.h"
 #include "discoplan/raster/symbol_letters.h"
+#include "hosts/qt/node_widgets.h"
 #include "hosts/qt/qt_paper.h"
 
 namespace discoplan::qt {
@@ -33,91 +32,6 @@ constexpr int kFirstOption = 16;
 int Pixels(float twips) { return qRound(twips / kTwipsPerPixel); }
 
 QString Text(const Node& node) { return ToQString(node.Text(), node.Font()); }
-
-/// Shows a picture's own buffer, or a stretched snapshot.
-class CanvasView final : public QWidget {
- public:
-  CanvasView(const Node& node, QWidget* parent) : QWidget(parent), node_(node) {
-    setAttribute(Qt::WA_OpaquePaintEvent);
-  }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    const Canvas* canvas = node_.Picture() ? &node_.Picture()->canvas() : node_.Image().get();
-    QPainter painter(this);
-    if (canvas == nullptr || canvas->Pixels().empty()) {
-      painter.fillRect(rect(), Qt::white);
-      return;
-    }
-    const QImage image(reinterpret_cast<const uchar*>(canvas->Pixels().data()), canvas->Width(),
-                       canvas->Height(), QImage::Format_RGB32);
-    painter.drawImage(rect(), image);
-  }
-
- private:
-  const Node& node_;
-};
-
-/// A line over its neighbours, through which they are reached by the mouse.
-class LineView final : public QWidget {
- public:
-  LineView(const Node& node, QWidget* parent) : QWidget(parent), node_(node) {
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-  }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(ColourOf(node_.ForeColor()));
-    const bool falls = (node_.Box().width < 0) == (node_.Box().height < 0);
-    painter.drawLine(falls ? rect().topLeft() : rect().bottomLeft(),
-                     falls ? rect().bottomRight() : rect().topRight());
-  }
-
- private:
-  const Node& node_;
-};
-
-/// A spin box that only tells how far it was turned.
-class StepBox final : public QSpinBox {
- public:
-  explicit StepBox(QWidget* parent) : QSpinBox(parent) {
-    setRange(-1, 361);
-    setFocusPolicy(Qt::NoFocus);
-  }
-  std::function<void(int)> turned;
-
-  void stepBy(int steps) override {
-    if (turned) turned(steps);
-  }
-};
-
-QWidget* NewWidget(Node& node, QWidget* parent) {
-  switch (node.kind) {
-    case NodeKind::Frame:
-      return node.Bordered() || !node.Text().empty() ? new QGroupBox(parent) : new QWidget(parent);
-    case NodeKind::Label:
-      return new QLabel(parent);
-    case NodeKind::Picture:
-    case NodeKind::Image:
-      return new CanvasView(node, parent);
-    case NodeKind::Button:
-      return new QPushButton(parent);
-    case NodeKind::Text:
-      return new QLineEdit(parent);
-    case NodeKind::Check:
-      return new QCheckBox(parent);
-    case NodeKind::Options:
-      return new QGroupBox(parent);
-    case NodeKind::Spinner:
-      return new StepBox(parent);
-    case NodeKind::Line:
-      return new LineView(node, parent);
-    default:
-      return new QWidget(parent);
-  }
-}
 
 QString LabelText(const Node& node) {
   QString text = Text(node);
@@ -229,9 +143,8 @@ void FormView::BuildOptions(Node& node, Entry& entry) {
     auto* choice = new QRadioButton(QString::fromStdString(node.Options()[i]), entry.widget);
     choice->setGeometry(8, kFirstOption + kOptionPitch * static_cast<int>(i),
                         Pixels(node.Box().width) - 16, kOptionPitch);
-    connect(choice, &QRadioButton::clicked, this, [this, &node, i] {
-      Act([&node, i] { node.Choose(static_cast<std::int32_t>(i)); });
-    });
+    connect(choice, &QRadioButton::clicked, this,
+            [this, &node, i] { Act([&node, i] { node.Choose(static_cast<std::int32_t>(i)); }); });
     entry.choices.append(choice);
   }
 }

@@ -15,6 +15,7 @@
 
 #include "discoplan/base/numbers.h"
 #include "discoplan/controls/control_factory.h"
+#include "discoplan/forms/painter.h"
 #include "discoplan/raster/picture.h"
 #include "hosts/qt/form_view.h"
 #include "hosts/qt/qt_paper.h"
@@ -243,6 +244,19 @@ PlotResult PlotWidget::Plot() {
 }
 
 void PlotWidget::Sync() { view_->Sync(); }
+
+QImage PlotWidget::Image() const {
+  const TwipsBox& box = Control().root().Box();
+  const Screen& screen = host_->screen();
+  const int width = WholePixels(box.width / screen.twips_per_pixel_x);
+  const int height = WholePixels(box.height / screen.twips_per_pixel_y);
+  Canvas canvas(width, height, PixelOf(kWhite));
+  PaintTree(Control().root(), canvas,
+            {.resolution = screen, .text = host_->text(), .buttons = false});
+  const QImage seen(reinterpret_cast<const uchar*>(canvas.Pixels().data()), width, height,
+                    QImage::Format_RGB32);
+  return seen.copy();
+}
 
 void PlotWidget::ShowCaption() {
   setAccessibleName(QString::fromStdString(Control().PlotCaption()));

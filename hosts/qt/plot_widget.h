@@ -19,6 +19,7 @@
 /// physical pixels on the plot's picture of the 3D kinds, in twips (1440 to the inch, 15 to a
 /// logical pixel) on the frames and on the widget itself.
 
+#include <QImage>
 #include <QVariant>
 #include <QWidget>
 #include <memory>
@@ -51,6 +52,9 @@ class DISCOPLAN_EXPORT PlotWidget : public QWidget {
   [[nodiscard]] LoadResult SetWaferData(std::span<const float> x, std::span<const float> y,
                                         std::span<const float> values);
   PlotResult Plot();
+  /// The plot as its user sees it, without its buttons, in the screen's pixels: to be saved
+  /// (`plot->Image().save("map.png")`) or copied. Paper wants vectors; print on a `QtPaper`.
+  QImage Image() const;
   /// Brings the child widgets up to date at once; the event loop does so by itself.
   void Sync();
 
