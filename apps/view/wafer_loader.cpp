@@ -3,6 +3,8 @@
 
 #include <QtConcurrent>
 
+#include "apps/view/column_dialog.h"
+
 #include "data/left_out.h"
 
 namespace discoplan::app {
@@ -14,18 +16,21 @@ WaferLoader::WaferLoader(ReadRequest reading, QObject* parent)
 
 WaferLoader::~WaferLoader() { watcher_.waitForFinished(); }
 
-void WaferLoader::Load(const QStringList& files) {
-  waiting_.append(files);
+void WaferLoader::Load(const QStringList& files, const std::string& columns) {
+  for (const QString& file : files) waiting_.push_back({file, columns});
   if (current_.isEmpty()) BeginNext();
 }
 
 void WaferLoader::BeginNext() {
-  if (waiting_.isEmpty()) {
+  if (waiting_.empty()) {
     current_.clear();
     return Q_EMIT Finished();
   }
-  current_ = waiting_.takeFirst();
+  const Job job = waiting_.front();
+  waiting_.pop_front();
+  current_ = job.file;
   ReadRequest request = reading_;
+  if (!job.columns.empty()) request.columns = job.columns;
   request.path = current_.toStdString();
   Q_EMIT Began(current_);
   watcher_.setFuture(QtConcurrent::run(&WaferLoader::Read, request));
@@ -41,6 +46,9 @@ WaferLoader::Outcome WaferLoader::Read(const ReadRequest& request) {
     for (Wafer& measured : lot.wafers) {
       outcome.wafers.push_back(std::make_shared<const Wafer>(std::move(measured)));
     }
+  } catch (const data::DataError& error) {
+    outcome.fault = QString::fromUtf8(error.what());
+    outcome.columns = ColumnNames(request.path);
   } catch (const std::exception& error) {
     outcome.fault = QString::fromUtf8(error.what());
   }
@@ -52,7 +60,7 @@ void WaferLoader::TakeOutcome() {
   if (outcome.fault.isEmpty()) {
     Q_EMIT Loaded(current_, outcome.wafers, outcome.skipped);
   } else {
-    Q_EMIT Failed(current_, outcome.fault);
+    Q_EMIT Failed(current_, outcome.fault, outcome.columns);
   }
   BeginNext();
 }

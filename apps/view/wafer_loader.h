@@ -4,6 +4,7 @@
 #include <QFutureWatcher>
 #include <QObject>
 #include <QStringList>
+#include <deque>
 #include <memory>
 #include <vector>
 
@@ -20,14 +21,16 @@ class WaferLoader final : public QObject {
   explicit WaferLoader(ReadRequest reading, QObject* parent = nullptr);
   ~WaferLoader() override;
 
-  void Load(const QStringList& files);
+  /// `columns` are those of the tables among them, in place of what `reading` says.
+  void Load(const QStringList& files, const std::string& columns = {});
 
  Q_SIGNALS:
   void Began(const QString& file);
   /// In the order of the files. `skipped` is empty if nothing was left out.
   void Loaded(const QString& file, const std::vector<std::shared_ptr<const Wafer>>& wafers,
               const QString& skipped);
-  void Failed(const QString& file, const QString& why);
+  /// `columns` are the names to choose from, if that may help.
+  void Failed(const QString& file, const QString& why, const QStringList& columns);
   void Finished();
 
  private:
@@ -35,6 +38,11 @@ class WaferLoader final : public QObject {
     std::vector<std::shared_ptr<const Wafer>> wafers;
     QString skipped;
     QString fault;
+    QStringList columns;
+  };
+  struct Job {
+    QString file;
+    std::string columns;
   };
 
   void BeginNext();
@@ -42,7 +50,7 @@ class WaferLoader final : public QObject {
   static Outcome Read(const ReadRequest& request);
 
   const ReadRequest reading_;
-  QStringList waiting_;
+  std::deque<Job> waiting_;
   QString current_;
   QFutureWatcher<Outcome> watcher_;
 };

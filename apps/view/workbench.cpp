@@ -16,13 +16,16 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QSettings>
 #include <QStatusBar>
 #include <QToolBar>
+#include <set>
 
 #include "apps/discoplan/output.h"
 #include "apps/report/print_plot.h"
 #include "apps/report/report_page.h"
+#include "apps/view/column_dialog.h"
 #include "discoplan/dialogs/about_box.h"
 #include "hosts/headless/whole_file.h"
 #include "hosts/qt/form_view.h"
@@ -74,15 +77,12 @@ Workbench::Workbench(const ReadRequest& reading, QWidget* parent)
   connect(plots_, &PlotTabs::Refused, this,
           [this](const QString& why) { statusBar()->showMessage(why); });
   connect(&loader_, &WaferLoader::Began, this, [this](const QString& file) {
+    if (busy_->isHidden()) wafers_read_ = files_read_ = 0;
     busy_->show();
     statusBar()->showMessage(tr("Reading %1").arg(file));
   });
   connect(&loader_, &WaferLoader::Loaded, this, &Workbench::TakeWafers);
-  connect(&loader_, &WaferLoader::Failed, this, [this](const QString&, const QString& why) {
-    auto* box = new QMessageBox(QMessageBox::Warning, tr("Can't open"), why, QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
-  });
+  connect(&loader_, &WaferLoader::Failed, this, &Workbench::TellFailure);
   connect(&loader_, &WaferLoader::Finished, busy_, &QProgressBar::hide);
   Restore();
   ShowChosen();
@@ -163,21 +163,60 @@ void Workbench::TakeWafers(const QString& file,
   const int first = list_->count();
   for (const auto& measured : wafers) {
     entries_.push_back({file, measured});
-    auto* item = new QListWidgetItem(QString::fromStdString(measured->name), list_);
+    auto* item = new QListWidgetItem(list_);
     item->setToolTip(tr("%1, %n site(s)", nullptr, static_cast<int>(measured->x.size())).arg(file));
   }
+  NameWafers();
   list_->setCurrentRow(first);
   RememberFile(file);
-  statusBar()->showMessage(skipped.isEmpty()
-                               ? tr("%n wafer(s) read", nullptr, static_cast<int>(wafers.size()))
-                               : skipped);
+  wafers_read_ += wafers.size();
+  ++files_read_;
+  QString read = tr("%1 read").arg(QString::fromStdString(Counted(wafers_read_, "wafer")));
+  if (files_read_ > 1) {
+    read += tr(" from %1").arg(QString::fromStdString(Counted(files_read_, "file")));
+  }
+  statusBar()->showMessage(skipped.isEmpty() ? read : read + QStringLiteral("; ") + skipped);
+}
+
+/// Wafers of one name are told apart by their files.
+void Workbench::NameWafers() {
+  std::set<QString> files;
+  std::multiset<QString> short_names;
+  for (const Entry& entry : entries_) files.insert(entry.file);
+  for (const QString& file : files) short_names.insert(QFileInfo(file).fileName());
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    QString name = QString::fromStdString(entries_[i].measured->name);
+    if (files.size() > 1) {
+      const QString short_name = QFileInfo(entries_[i].file).fileName();
+      const bool is_clear = short_names.count(short_name) == 1;
+      name += QStringLiteral(" - ") + (is_clear ? short_name : entries_[i].file);
+    }
+    list_->item(static_cast<int>(i))->setText(name);
+  }
+}
+
+void Workbench::TellFailure(const QString& file, const QString& why, const QStringList& columns) {
+  statusBar()->showMessage(tr("%1 can't be read").arg(file));
+  auto* box = new QMessageBox(QMessageBox::Warning, tr("Can't open"), why, QMessageBox::Ok, this);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  if (!columns.isEmpty()) {
+    const QPushButton* choose = box->addButton(tr("Choose &columns..."), QMessageBox::ActionRole);
+    connect(choose, &QPushButton::clicked, this, [this, file, columns] {
+      auto* dialog = new ColumnDialog(columns, this);
+      dialog->setAttribute(Qt::WA_DeleteOnClose);
+      connect(dialog, &QDialog::accepted, this,
+              [this, file, dialog] { loader_.Load({file}, dialog->Columns()); });
+      dialog->open();
+    });
+  }
+  box->open();
 }
 
 void Workbench::ShowChosen() {
   const int row = list_->currentRow();
   const bool is_wafer = row >= 0 && row < static_cast<int>(entries_.size());
   const Entry* entry = is_wafer ? &entries_[static_cast<std::size_t>(row)] : nullptr;
-  setWindowTitle(is_wafer ? QString::fromStdString(entry->measured->name) : tr("No wafer"));
+  setWindowTitle(is_wafer ? list_->item(row)->text() : tr("No wafer"));
   setWindowFilePath(is_wafer ? entry->file : QString());
   EnableActions();
   plots_->Show(is_wafer ? entry->measured : nullptr);
@@ -188,6 +227,7 @@ void Workbench::RemoveChosen() {
   if (row < 0) return;
   entries_.erase(entries_.begin() + row);
   delete list_->takeItem(row);
+  NameWafers();
   ShowChosen();
 }
 
@@ -242,7 +282,7 @@ QString Workbench::ExportTo(const QString& file) {
     }
     QByteArray bytes;
     QBuffer buffer(&bytes);
-    plot.grab().save(&buffer, "PNG");
+    plot.Image().save(&buffer, "PNG");
     const auto* raw = reinterpret_cast<const std::uint8_t*>(bytes.constData());
     WriteWholeFile(file.toStdString(), {raw, static_cast<std::size_t>(bytes.size())});
     return {};
@@ -251,7 +291,7 @@ QString Workbench::ExportTo(const QString& file) {
   }
 }
 
-void Workbench::CopyPicture() { QApplication::clipboard()->setPixmap(plots_->Current().grab()); }
+void Workbench::CopyPicture() { QApplication::clipboard()->setImage(plots_->Current().Image()); }
 
 void Workbench::PrintOn(QPrinter& printer) {
   printer.setFullPage(true);

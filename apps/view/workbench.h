@@ -52,6 +52,8 @@ class Workbench final : public QMainWindow {
   void ShowAbout();
   void TakeWafers(const QString& file, const std::vector<std::shared_ptr<const Wafer>>& wafers,
                   const QString& skipped);
+  void TellFailure(const QString& file, const QString& why, const QStringList& columns);
+  void NameWafers();
   void ShowChosen();
   void RemoveChosen();
   void RememberFile(const QString& file);
@@ -65,6 +67,8 @@ class Workbench final : public QMainWindow {
 
   WaferLoader loader_;
   std::vector<Entry> entries_;
+  std::size_t wafers_read_ = 0;  // since the last pause
+  std::size_t files_read_ = 0;
   PlotTabs* plots_;
   QListWidget* list_;
   QLabel* pointed_;

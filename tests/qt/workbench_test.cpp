@@ -5,7 +5,9 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QDropEvent>
 #include <QFile>
 #include <QLabel>
@@ -16,6 +18,7 @@
 #include <QPrinter>
 #include <QPushButton>
 #include <QSettings>
+#include <QStatusBar>
 #include <QTest>
 #include <fstream>
 
@@ -162,6 +165,79 @@ TEST_F(WorkbenchTest, TellsWhyAFileIsntOpened) {
   EXPECT_TRUE(box->text().contains("bad.csv"));
   box->close();
   ASSERT_TRUE(QTest::qWaitFor([&] { return List().count() == 25; })) << "the next is opened";
+}
+
+TEST_F(WorkbenchTest, LeavesButtonsOutOfAPicture) {
+  OpenLot();
+  ASSERT_EQ(workbench_->ExportTo(PathOf("map.png")), "");
+  const QImage picture(PathOf("map.png"));
+  EXPECT_EQ(picture.size(), Current().size() * Current().devicePixelRatio());
+  const auto* button = Current().findChild<QPushButton*>("Command1");
+  const QRect place(button->mapTo(&Current(), QPoint(0, 0)), button->size());
+  for (int y = place.top(); y <= place.bottom(); ++y) {
+    for (int x = place.left(); x <= place.right(); ++x) {
+      ASSERT_EQ(picture.pixelColor(x, y), QColor(Qt::white)) << x << ' ' << y;
+    }
+  }
+}
+
+TEST_F(WorkbenchTest, TellsApartWhatSeveralLotsCallTheSame) {
+  OpenLot();
+  QFile::copy(kLot, PathOf("again.csv"));
+  workbench_->Open({PathOf("again.csv")});
+  ASSERT_TRUE(QTest::qWaitFor([&] { return List().count() == 50; }));
+  EXPECT_EQ(List().item(0)->text(), "Slot01 - native_oxide_lot.csv");
+  EXPECT_EQ(List().item(25)->text(), "Slot01 - again.csv");
+  EXPECT_EQ(workbench_->windowTitle(), "Slot01 - again.csv");
+  QDir().mkdir(PathOf("deep"));
+  QFile::copy(kLot, PathOf("deep/again.csv"));
+  workbench_->Open({PathOf("deep/again.csv")});
+  ASSERT_TRUE(QTest::qWaitFor([&] { return List().count() == 75; }));
+  EXPECT_EQ(List().item(50)->text(), "Slot01 - " + PathOf("deep/again.csv"));
+}
+
+TEST_F(WorkbenchTest, CountsTheWafersOfAllFilesThatWereOpenedTogether) {
+  QFile::copy(kLot, PathOf("again.csv"));
+  workbench_->Open({kLot, PathOf("again.csv")});
+  ASSERT_TRUE(QTest::qWaitFor([&] { return List().count() == 50; }));
+  EXPECT_EQ(workbench_->statusBar()->currentMessage(), "50 wafers read from 2 files");
+  std::ofstream(folder_.path() / "one.csv") << "x,y,thickness\n0,0,1\n9,0,2\n0,9,3\n9,9,4\n";
+  workbench_->Open({PathOf("one.csv")});
+  ASSERT_TRUE(QTest::qWaitFor([&] { return List().count() == 51; }));
+  EXPECT_EQ(workbench_->statusBar()->currentMessage(), "1 wafer read");
+}
+
+TEST_F(WorkbenchTest, SaysSoWhenAFileCantBeRead) {
+  std::ofstream(folder_.path() / "bad.csv") << "1,2\n";
+  workbench_->Open({PathOf("bad.csv")});
+  ASSERT_TRUE(QTest::qWaitFor([&] { return workbench_->findChild<QMessageBox*>() != nullptr; }));
+  EXPECT_EQ(workbench_->statusBar()->currentMessage(), PathOf("bad.csv") + " can't be read");
+  workbench_->findChild<QMessageBox*>()->close();
+}
+
+TEST_F(WorkbenchTest, AsksForTheColumnsOfATableWithSeveralValues) {
+  std::ofstream(folder_.path() / "two.csv") << "Xpos;Ypos;thickness;value\n0;0;1;11\n9;0;2;12\n"
+                                               "0;9;3;13\n9;9;4;14\n";
+  workbench_->Open({PathOf("two.csv")});
+  QMessageBox* box = nullptr;
+  ASSERT_TRUE(
+      QTest::qWaitFor([&] { return (box = workbench_->findChild<QMessageBox*>()) != nullptr; }));
+  QAbstractButton* choose = nullptr;
+  for (QAbstractButton* button : box->buttons()) {
+    if (box->buttonRole(button) == QMessageBox::ActionRole) choose = button;
+  }
+  ASSERT_NE(choose, nullptr);
+  choose->click();
+  auto* dialog = workbench_->findChild<QDialog*>("ColumnDialog");
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_EQ(dialog->findChild<QComboBox*>("x")->currentText(), "Xpos");
+  EXPECT_EQ(dialog->findChild<QComboBox*>("y")->currentText(), "Ypos");
+  auto* value = dialog->findChild<QComboBox*>("value");
+  EXPECT_EQ(value->currentText(), "thickness");
+  value->setCurrentText("value");
+  dialog->accept();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return List().count() == 1; }));
+  EXPECT_EQ(Current().Control().Maximum(), 14);
 }
 
 TEST_F(WorkbenchTest, TakesFilesThatAreDropped) {
