@@ -1,11 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QtDesigner/qdesigner_components.h>
+#include <QAction>
+#include <QApplication>
+#include <QDesignerFormEditorInterface>
+#include <QDesignerFormWindowInterface>
+#include <QDesignerFormWindowManagerInterface>
+#include <QDesignerTaskMenuExtension>
+#include <QDialog>
+#include <QExtensionManager>
 #include <QFile>
 #include <QFileInfo>
 #include <QIcon>
+#include <QLineEdit>
 #include <QPluginLoader>
+#include <QTimer>
 #include <QUiLoader>
+#include <QUndoStack>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 #include <set>
 
@@ -74,6 +86,44 @@ TEST_F(DesignerPlugin, FormsKeepTheSettings) {
   const auto* scan = form->findChild<LineScanWidget*>("scan");
   ASSERT_NE(scan, nullptr);
   EXPECT_EQ(scan->angle(), 45);
+}
+
+// In a designer of its own, with a form.
+TEST_F(DesignerPlugin, EditsAPlotInAWayThatCanBeUndone) {
+  const std::unique_ptr<QDesignerFormEditorInterface> designer(
+      QDesignerComponents::createFormEditor(nullptr));
+  auto* form = designer->formWindowManager()->createFormWindow();
+  form->setMainContainer(new QWidget);
+  PlotWidget* plot = nullptr;
+  for (auto* maker : collection_->customWidgets()) {
+    maker->initialize(designer.get());
+    if (!maker->name().endsWith("::Plot2DWidget")) continue;
+    plot = qobject_cast<PlotWidget*>(maker->createWidget(form->mainContainer()));
+  }
+  ASSERT_NE(plot, nullptr);
+  form->manageWidget(plot);
+  QApplication::processEvents();
+  EXPECT_EQ(plot->Control().Wafer().GetNop(), 49) << "a designer sees a sample";
+  auto* menu = qt_extension<QDesignerTaskMenuExtension*>(designer->extensionManager(), plot);
+  ASSERT_NE(menu, nullptr);
+  ASSERT_FALSE(menu->taskActions().isEmpty());
+  EXPECT_EQ(menu->taskActions()[0]->text(), "Plot properties...");
+  for (const bool confirmed : {false, true}) {
+    QTimer::singleShot(0, qApp, [confirmed] {
+      auto* pages = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(pages, nullptr);
+      auto* pitch = pages->findChild<QLineEdit*>("txtResolution");
+      pitch->setText("2.5");
+      Q_EMIT pitch->textEdited("2.5");
+      confirmed ? pages->accept() : pages->reject();
+    });
+    menu->preferredEditAction()->trigger();
+    EXPECT_EQ(plot->property("Resolution"), confirmed ? 2.5 : 5.0);
+  }
+  EXPECT_TRUE(form->isDirty());
+  form->commandHistory()->undo();
+  EXPECT_EQ(plot->property("Resolution"), 5.0);
+  delete form;
 }
 
 }  // namespace
