@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <string>
 #include <system_error>
@@ -17,7 +18,8 @@ namespace fs = std::filesystem;
     int error;
     const char* text;
   };
-  static constexpr std::array<Advice, 7> kAdvice = {{
+  static constexpr std::array<Advice, 8> kAdvice = {{
+      {EEXIST, ": the folder is full of .discoplan-*.part files; remove them"},
       {ENOENT, "; create the folder first"},
       {ENOTDIR, "; choose a folder that exists"},
       {EISDIR, "; add a file name to the folder"},
@@ -43,15 +45,36 @@ int WriteAndClose(std::FILE* file, std::span<const std::uint8_t> bytes) {
   return error;
 }
 
+constexpr int kMostAtOnce = 1000;
+
+fs::path PartNumber(const fs::path& folder, int number) {
+  return folder / (".discoplan-" + std::to_string(number) + ".part");
+}
+
+/// Removes what a program that was killed left behind; false if there is no such file. The bytes
+/// are all there before a file is opened, so that nobody writes to it for long.
+bool RemoveIfLeft(const fs::path& part) {
+  constexpr auto kLongest = std::chrono::hours(1);
+  std::error_code failure;
+  const auto written = fs::last_write_time(part, failure);
+  if (failure) return false;
+  if (fs::file_time_type::clock::now() - written > kLongest) fs::remove(part, failure);
+  return true;
+}
+
 /// A new file in the folder of `target`, with its `name`; null for an error, see errno.
 std::FILE* OpenBeside(const fs::path& target, fs::path& name) {
-  constexpr int kMostLeftovers = 1000;  // of programs that were killed
+  const fs::path folder = target.parent_path();
   std::FILE* file = nullptr;
-  for (int i = 0; i < kMostLeftovers; ++i) {
-    name = target.parent_path() / (".discoplan-" + std::to_string(i) + ".part");
+  int number = 0;
+  do {
+    name = PartNumber(folder, number);
+    RemoveIfLeft(name);
     file = std::fopen(name.c_str(), "wbx");
-    if (file != nullptr || errno != EEXIST) break;
-  }
+    ++number;
+  } while (file == nullptr && errno == EEXIST && number < kMostAtOnce);
+  // Those that follow would stay while this name is free.
+  while (file != nullptr && RemoveIfLeft(PartNumber(folder, number))) ++number;
   return file;
 }
 

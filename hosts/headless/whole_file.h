@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Files that appear whole or not at all.
+/// Files that appear whole or not at all to every program that looks: the bytes go to a file
+/// `.discoplan-N.part` beside it, which then takes its name. A program that is killed meanwhile
+/// leaves that one; it is removed by a later one after an hour. Nothing waits for the disk: a
+/// picture is soon drawn again after a power cut, and a thousand of them had better be drawn fast.
 
 #include <cstdint>
 #include <filesystem>

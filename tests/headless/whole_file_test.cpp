@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
 #include <fstream>
 #include <iterator>
 
@@ -48,6 +49,32 @@ TEST_F(WholeFile, RefusesLinksInACircle) {
   EXPECT_THROW(WriteWholeFile(folder_ / "a", kBytes), FileError);
   EXPECT_TRUE(fs::is_symlink(folder_ / "a"));
   EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 2);
+}
+
+std::string PartName(int number) { return ".discoplan-" + std::to_string(number) + ".part"; }
+
+TEST_F(WholeFile, TakesAwayWhatKilledProgramsLeft) {
+  const auto long_ago = fs::file_time_type::clock::now() - std::chrono::hours(2);
+  for (int i = 0; i < 1000; ++i) {
+    temporary_.Write(PartName(i), "part");
+    if (i != 3) fs::last_write_time(folder_ / PartName(i), long_ago);
+  }
+  // One that was written to lately may belong to somebody.
+  WriteWholeFile(folder_ / "file", kBytes);
+  EXPECT_EQ(Read(folder_ / "file"), "new");
+  EXPECT_EQ(Read(folder_ / PartName(3)), "part");
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 2);
+}
+
+TEST_F(WholeFile, SaysWhatToDoAboutAFolderFullOfParts) {
+  for (int i = 0; i < 1000; ++i) temporary_.Write(PartName(i), "part");
+  try {
+    WriteWholeFile(folder_ / "file", kBytes);
+    FAIL() << "no error";
+  } catch (const FileError& error) {
+    EXPECT_NE(std::string(error.what()).find("remove them"), std::string::npos) << error.what();
+  }
+  EXPECT_FALSE(fs::exists(folder_ / "file"));
 }
 
 }  // namespace
