@@ -10,6 +10,7 @@
 #include "discoplan/dialogs/about_box.h"
 #include "discoplan/dialogs/property_page.h"
 #include "hosts/automation/draw_calls.h"
+#include "hosts/automation/memory_reserve.h"
 #include "hosts/automation/store_text.h"
 #include "hosts/automation/tree_text.h"
 #include "hosts/automation/user_input.h"
@@ -99,6 +100,19 @@ AutomationSession::Operations() {
 }
 
 std::string AutomationSession::Answer(std::string_view line) {
+  const MemoryReserve reserve;
+  try {
+    trace_.clear();
+    std::string reply = JsonText(ReplyTo(line));
+    if (trace_.empty()) return reply;
+    reply.pop_back();
+    return reply + ",\"value\":" + trace_ + '}';
+  } catch (const std::bad_alloc&) {
+    return R"({"error":"The reply needs more memory than there is.","ok":false})";
+  }
+}
+
+AutomationSession::json AutomationSession::ReplyTo(std::string_view line) {
   json reply = {{"ok", true}};
   const auto fail = [&](const std::string& sentence) {
     reply = {{"ok", false}, {"error", sentence}};
@@ -116,7 +130,7 @@ std::string AutomationSession::Answer(std::string_view line) {
     fail(error.what());
   }
   Report(reply);
-  return JsonText(reply);
+  return reply;
 }
 
 bool AutomationSession::Run(std::istream& requests, std::ostream& replies) {
@@ -309,7 +323,9 @@ void AutomationSession::Tree(const json& request, json& reply) {
 }
 
 void AutomationSession::TakeTrace(const json& request, json& reply) {
-  reply["value"] = dynamic_cast<Traced&>(SurfaceOf(request)).TakeTrace();
+  auto& traced = dynamic_cast<Traced&>(SurfaceOf(request));
+  trace_ = traced.TakeTraceText();
+  if (const std::uint64_t count = traced.TakeLeftOut()) reply["left_out"] = count;
 }
 
 void AutomationSession::Draw(const json& request, json&) {

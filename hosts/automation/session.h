@@ -69,6 +69,7 @@ class AutomationSession {
   void ActInDialog(Form& form);
   Node& RootOf(const json& request);
   ObjectRef NewSurface(const json& request, bool printer);
+  json ReplyTo(std::string_view line);
   void Perform(const json& request, json& reply);
   void Report(json& reply);
   Object& ObjectOf(const json& request);
@@ -82,6 +83,7 @@ class AutomationSession {
   ObjectNames names_;
   std::deque<json> queued_;  // what the user will do in the next dialogs
   json shown_ = json::array();
+  std::string trace_;  // the value of the reply, where it is one; the last of its keys
 };
 
 }  // namespace discoplan

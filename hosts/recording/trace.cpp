@@ -2,11 +2,19 @@
 #include "hosts/recording/trace.h"
 
 #include <array>
+#include <new>
+#include <utility>
+
+#include "hosts/json/json_text.h"
 
 namespace discoplan {
 namespace {
 
 using nlohmann::json;
+
+// A list in MessagePack: its sort, then the number of its elements in four bytes.
+constexpr std::uint8_t kArrayOf32Bits = 0xDD;
+constexpr std::size_t kArrayHead = 5;
 
 json Flag(bool value) { return value ? -1 : 0; }
 
@@ -56,43 +64,120 @@ constexpr std::array<StateRow, 21> kStates = {{
 
 }  // namespace
 
-void Trace::State(const Surface& surface, SurfaceState which) {
-  const StateRow& row = kStates[static_cast<std::size_t>(which)];
-  calls_.push_back({row.name, row.value(surface)});
+template <class MakeCall>
+void Trace::Keep(MakeCall&& make_call) {
+  try {
+    Append(make_call());
+  } catch (const std::bad_alloc&) {
+    // What is drawn doesn't depend on what is kept of it.
+    ++left_out_;
+    while (!parts_.empty()) LeaveOutOldest();
+  }
 }
 
-void Trace::Operation(std::string_view name) { calls_.push_back(json::array({name})); }
+void Trace::Append(const json& call) {
+  constexpr std::size_t kPartBytes = std::size_t{1} << 20;
+  if (parts_.empty() || parts_.back().bytes.size() >= kPartBytes) {
+    parts_.emplace_back().bytes.resize(kArrayHead);
+    bytes_ += kArrayHead;
+  }
+  Part& part = parts_.back();
+  const std::size_t before = part.bytes.size();
+  json::to_msgpack(call, part.bytes);
+  ++part.calls;
+  bytes_ += part.bytes.size() - before;
+  while (bytes_ > kMostBytes) LeaveOutOldest();
+}
+
+void Trace::LeaveOutOldest() {
+  bytes_ -= parts_.front().bytes.size();
+  left_out_ += parts_.front().calls;
+  parts_.pop_front();
+}
+
+void Trace::State(const Surface& surface, SurfaceState which) {
+  const StateRow& row = kStates[static_cast<std::size_t>(which)];
+  Keep([&] { return json{row.name, row.value(surface)}; });
+}
+
+void Trace::Operation(std::string_view name) {
+  Keep([&] { return json::array({name}); });
+}
 
 void Trace::Line(const LineCall& call) {
   constexpr std::array<const char*, 3> kShapes = {"line", "box", "filled"};
-  json start_x = nullptr;
-  json start_y = nullptr;
-  if (call.from) {
-    start_x = ToJson(call.from->x);
-    start_y = ToJson(call.from->y);
-  }
-  calls_.push_back({"Line", start_x, start_y, ToJson(call.to.x), ToJson(call.to.y),
-                    OrNull(call.colour), kShapes[static_cast<std::size_t>(call.shape)]});
+  Keep([&] {
+    json start_x = nullptr;
+    json start_y = nullptr;
+    if (call.from) {
+      start_x = ToJson(call.from->x);
+      start_y = ToJson(call.from->y);
+    }
+    return json{"Line",
+                start_x,
+                start_y,
+                ToJson(call.to.x),
+                ToJson(call.to.y),
+                OrNull(call.colour),
+                kShapes[static_cast<std::size_t>(call.shape)]};
+  });
 }
 
 void Trace::Circle(const CircleCall& call) {
-  calls_.push_back({"Circle", ToJson(call.centre.x), ToJson(call.centre.y), ToJson(call.radius),
-                    OrNull(call.colour), OrNull(call.start), OrNull(call.end),
-                    OrNull(call.aspect)});
+  Keep([&] {
+    return json{"Circle",
+                ToJson(call.centre.x),
+                ToJson(call.centre.y),
+                ToJson(call.radius),
+                OrNull(call.colour),
+                OrNull(call.start),
+                OrNull(call.end),
+                OrNull(call.aspect)};
+  });
 }
 
-void Trace::Print(std::string_view text) { calls_.push_back(json::array({"Print", text})); }
+void Trace::Print(std::string_view text) {
+  Keep([&] { return json::array({"Print", text}); });
+}
 
 void Trace::Polygon(std::span<const PixelPoint> points) {
-  json list = json::array();
-  for (const PixelPoint& point : points) list.push_back({point.x, point.y});
-  calls_.push_back(json::array({"Polygon", std::move(list)}));
+  Keep([&] {
+    json list = json::array();
+    for (const PixelPoint& point : points) list.push_back({point.x, point.y});
+    return json::array({"Polygon", std::move(list)});
+  });
 }
 
 void Trace::FloodFill(PixelPoint start, Colour boundary) {
-  calls_.push_back({"FloodFill", start.x, start.y, boundary});
+  Keep([&] { return json{"FloodFill", start.x, start.y, boundary}; });
 }
 
-json Trace::Take() { return std::exchange(calls_, json::array()); }
+template <class Use>
+void Trace::TakeEach(Use&& use) {
+  for (Part& part : parts_) {
+    part.bytes[0] = kArrayOf32Bits;
+    for (std::size_t i = 1; i < kArrayHead; ++i) {
+      part.bytes[i] = static_cast<std::uint8_t>(part.calls >> (8 * (kArrayHead - 1 - i)));
+    }
+    for (json& call : json::from_msgpack(part.bytes)) use(call);
+  }
+  parts_.clear();
+  bytes_ = 0;
+}
+
+json Trace::Take() {
+  json calls = json::array();
+  TakeEach([&](json& call) { calls.push_back(std::move(call)); });
+  return calls;
+}
+
+std::string Trace::TakeText() {
+  std::string text = "[";
+  TakeEach([&](const json& call) {
+    if (text.size() > 1) text += ',';
+    text += JsonText(call);
+  });
+  return text + ']';
+}
 
 }  // namespace discoplan

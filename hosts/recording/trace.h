@@ -4,18 +4,26 @@
 /// The calls that a surface received, in order, each as a JSON list such as
 /// ["Line", 1, 2, 3, 4, 255, "line"].
 
+#include <cstdint>
+#include <deque>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "discoplan/render/surface.h"
 #include "hosts/json/json_number.h"
 
 namespace discoplan {
 
+/// The latest calls, about two million of them: a surface that nobody asks for its trace needn't
+/// fill the memory. They also give way where there is no memory for more.
 class Trace {
  public:
+  static constexpr std::size_t kMostBytes = std::size_t{128} << 20;
+
   void State(const Surface& surface, SurfaceState which);
   void Operation(std::string_view name);
   void Line(const LineCall& call);
@@ -26,9 +34,29 @@ class Trace {
 
   /// The calls since they were last taken.
   nlohmann::json Take();
+  /// The same as the text of a JSON list, which takes far less memory.
+  std::string TakeText();
+  /// How many calls before those were left out, counted since that was last asked.
+  std::uint64_t TakeLeftOut() { return std::exchange(left_out_, 0); }
 
  private:
-  nlohmann::json calls_ = nlohmann::json::array();
+  /// Calls in MessagePack, which takes a tenth of the memory.
+  struct Part {
+    std::vector<std::uint8_t> bytes;
+    std::uint32_t calls = 0;
+  };
+
+  template <class MakeCall>
+  void Keep(MakeCall&& make_call);
+  void Append(const nlohmann::json& call);
+  /// Gives the calls away one by one, and keeps all of them if that fails.
+  template <class Use>
+  void TakeEach(Use&& use);
+  void LeaveOutOldest();
+
+  std::deque<Part> parts_;
+  std::size_t bytes_ = 0;  // of all parts
+  std::uint64_t left_out_ = 0;
 };
 
 /// Any surface that records can be asked for its trace.
@@ -36,6 +64,8 @@ class Traced {
  public:
   virtual ~Traced() = default;
   nlohmann::json TakeTrace() { return trace_.Take(); }
+  std::string TakeTraceText() { return trace_.TakeText(); }
+  std::uint64_t TakeLeftOut() { return trace_.TakeLeftOut(); }
 
  protected:
   Trace trace_;

@@ -52,6 +52,17 @@ void ExpectRefused(const json& reply, const std::string& request) {
   EXPECT_EQ(error.back(), '.') << request << " -> " << error;
 }
 
+TEST_F(Requests, SayHowManyCallsOfATraceWereLeftOut) {
+  NewPicture();
+  const std::string call = "[[\"Print\",\"" + std::string(std::size_t{1} << 20, 'x') + "\"]]";
+  const std::string request = R"({"op":"draw","id":"s","calls":)" + call + "}";
+  for (int i = 0; i < 130; ++i) ASSERT_EQ(Ask(request), kDone);
+  const json reply = Ask(R"({"op":"trace","id":"s"})");
+  EXPECT_EQ(reply["left_out"], 130 - reply["value"].size());
+  EXPECT_GT(reply["value"].size(), 100U);
+  EXPECT_EQ(Ask(R"({"op":"trace","id":"s"})"), (json{{"ok", true}, {"value", json::array()}}));
+}
+
 TEST_F(Requests, RefuseWhatIsNoRequest) {
   NewPlot();
   NewPicture();

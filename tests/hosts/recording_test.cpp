@@ -50,6 +50,35 @@ TEST_F(RecordingTest, StartsWithTheStateOfANewSurface) {
   EXPECT_TRUE(paper.IsPrinter());
 }
 
+TEST_F(RecordingTest, KeepsTheLatestCallsAndCountsTheOthers) {
+  Recording<Paper> paper(host_.screen(), host_.screen(), 300.0F, 300.0F);
+  const std::string long_text(std::size_t{1} << 20, 'x');
+  constexpr std::uint64_t kCalls = 150;
+  for (std::uint64_t i = 0; i < kCalls; ++i) paper.Print(long_text);
+  paper.ForeColor(0x80FF00);
+  const json trace = paper.TakeTrace();
+  EXPECT_GT(trace.size(), 100U);
+  EXPECT_LT((trace.size() - 1) * long_text.size(), Trace::kMostBytes);
+  EXPECT_EQ(trace.back(), json({"ForeColor", 0x80FF00}));
+  EXPECT_EQ(trace.front(), json({"Print", long_text}));
+  EXPECT_EQ(paper.TakeLeftOut(), kCalls + 1 - trace.size());
+  EXPECT_EQ(paper.TakeLeftOut(), 0U);
+  paper.CurrentX(0.1F);
+  EXPECT_EQ(paper.TakeTrace().dump(), R"([["CurrentX",0.1]])");
+}
+
+TEST_F(RecordingTest, TakesLittleMemoryForAMap) {
+  Recording<Paper> paper(host_.screen(), host_.screen(), 300.0F, 300.0F);
+  const std::array<PixelPoint, 4> cell = {{{100, 200}, {103, 200}, {103, 203}, {100, 203}}};
+  constexpr int kCells = 500000;  // of the finest map, three times as many as there can be
+  for (int i = 0; i < kCells; ++i) {
+    paper.FillColor(0x80FF00);
+    paper.Polygon(cell);
+  }
+  EXPECT_EQ(paper.TakeLeftOut(), 0U);
+  EXPECT_EQ(paper.TakeTrace().size(), 2U * kCells);
+}
+
 TEST_F(RecordingTest, KeepsEveryWriteAlsoWhereNothingChanges) {
   Recording<Picture> picture(Setting(), 300.0F, 150.0F);
   picture.ForeColor(0);
