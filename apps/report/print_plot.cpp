@@ -13,8 +13,20 @@ constexpr float kStrip = 1250;         // beside a map, for the wafer's mark
 constexpr float kCaptionHeight = 200;  // above a frame
 constexpr float kLine = 60;
 constexpr float kLegendWidth = 2775 + 120;
-/// In less a line scan has no room for its positions.
-constexpr float kChartWidth = 4400;
+/// In less, the positions of a line scan run into each other and the ticks of a histogram out of
+/// their frame.
+constexpr float kLeastWidth = 6000;
+/// In less, what stands over the wafer's mark leaves the frame.
+constexpr float kLeastHeight = 2400;
+/// Texts of 8 points have 4 then; smaller ones are hard to read.
+constexpr float kLeastScale = 0.5F;
+/// A line scan sets its values in by a part of their distance from the top of the page. Here they
+/// stand clear of the frame and of the curve.
+constexpr float kFromTop = 3000;
+
+float ScaleIn(const PageArea& area) {
+  return std::min({1.0F, area.width / kLeastWidth, area.height / kLeastHeight});
+}
 
 }  // namespace
 
@@ -25,8 +37,9 @@ Grid Grid::For(std::size_t count, const PageArea& area) {
   for (int columns = 1; columns <= plots; ++columns) {
     const Grid grid{columns, (plots + columns - 1) / columns};
     const PageArea cell = grid.Cell(0, area);
-    const float map = std::min(cell.width - kStrip, cell.height - kCaptionHeight);
-    if (columns > 1 && (map < largest || cell.width < kChartWidth)) continue;
+    const float scale = ScaleIn(cell);
+    const float map = std::min(cell.width - scale * kStrip, cell.height - scale * kCaptionHeight);
+    if (columns > 1 && (map < largest || scale < kLeastScale)) continue;
     largest = map;
     best = grid;
   }
@@ -41,6 +54,13 @@ PageArea Grid::Cell(std::size_t number, const PageArea& area) const {
   const auto column = static_cast<float>(static_cast<int>(number) % columns);
   const auto row = static_cast<float>(static_cast<int>(number) / columns);
   return {area.left + column * (width + kGap), area.top + row * (height + kGap), width, height};
+}
+
+void PrintFitted(PlotControl& control, qt::QtPaper& paper, const PageArea& area) {
+  const float scale = ScaleIn(area);
+  paper.Origin({area.left, area.top - scale * kFromTop}, scale);
+  PrintFramed(control, paper, {0, kFromTop, area.width / scale, area.height / scale});
+  paper.Origin({});
 }
 
 void PrintFramed(PlotControl& control, qt::QtPaper& paper, const PageArea& area) {

@@ -18,7 +18,11 @@ struct Grid {
   PageArea Cell(std::size_t number, const PageArea& area) const;
 };
 
-/// Prints the plot in its frame into the area, and nothing beside it.
+/// Prints the plot in its frame into the area, and nothing beside it; in a smaller scale where the
+/// area has no room for the texts of a plot. Positions count from the corner of the page.
+void PrintFitted(PlotControl& control, qt::QtPaper& paper, const PageArea& area);
+
+/// The same in its own scale, whatever the room.
 void PrintFramed(PlotControl& control, qt::QtPaper& paper, const PageArea& area);
 
 /// Prints the plot into the area with its legend at the right, if it shows one and there is room.

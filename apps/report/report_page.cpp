@@ -13,6 +13,8 @@ constexpr float kBlockWidth = 2775;
 constexpr float kBlockGap = 300;
 constexpr float kBlocksHeight = 3800;
 constexpr float kStatisticsHeight = 2400;
+constexpr float kInformationHeight = 3800;  // statistics and size
+constexpr float kLegendHeight = 3060;
 
 void Write(qt::QtPaper& paper, const std::string& text, float y, float size, bool bold) {
   paper.Font({.name = "Arial", .size = size, .bold = bold});
@@ -22,18 +24,19 @@ void Write(qt::QtPaper& paper, const std::string& text, float y, float size, boo
   paper.Print(text);
 }
 
-/// Statistics over size at the left, then one legend of each sort.
-void PrintBlocks(const std::vector<PlotControl*>& plots, float top, const std::string& units) {
+/// Statistics over size, then one legend of each sort at their right, or below them in a column.
+void PrintBlocks(const std::vector<PlotControl*>& plots, float left, float top, bool in_column,
+                 const std::string& units) {
   PlotControl& first = *plots.front();
-  first.PrintWaferStatistic(kMargin, top, units);
-  first.PrintWaferSize(kMargin, top + kStatisticsHeight);
-  float left = kMargin + kBlockWidth + kBlockGap;
+  first.PrintWaferStatistic(left, top, units);
+  first.PrintWaferSize(left, top + kStatisticsHeight);
+  (in_column ? top : left) += in_column ? kInformationHeight : kBlockWidth + kBlockGap;
   std::vector<bool> printed = {false, false};
   for (PlotControl* plot : plots) {
     const bool is_sigma = plot->Members().Find("SigmaRange") != nullptr;
     if (printed[is_sigma] || !PrintLegendAt(*plot, left, top)) continue;
     printed[is_sigma] = true;
-    left += kBlockWidth + kBlockGap;
+    (in_column ? top : left) += in_column ? kLegendHeight : kBlockWidth + kBlockGap;
   }
 }
 
@@ -44,14 +47,19 @@ void PrintReportPage(const std::shared_ptr<qt::QtPaper>& paper, const PageSize& 
   paper->ScaleMode(1);
   Write(*paper, head.title, kMargin, 14, true);
   Write(*paper, head.line, kMargin + 400, 9, false);
-  const PageArea area = {kMargin, kMargin + kHeadHeight, size.width - 2 * kMargin,
-                         size.height - 2 * kMargin - kHeadHeight - kBlocksHeight};
+  // A wide page has room beside its plots, a high one below them.
+  const bool wide = size.width > size.height;
+  PageArea area = {kMargin, kMargin + kHeadHeight, size.width - 2 * kMargin,
+                   size.height - 2 * kMargin - kHeadHeight};
+  (wide ? area.width : area.height) -= wide ? kBlockWidth + kBlockGap : kBlocksHeight;
   const Grid grid = Grid::For(plots.size(), area);
   for (std::size_t i = 0; i < plots.size(); ++i) {
     plots[i]->PrinterObj(paper);
-    PrintFramed(*plots[i], *paper, grid.Cell(i, area));
+    PrintFitted(*plots[i], *paper, grid.Cell(i, area));
   }
-  PrintBlocks(plots, size.height - kMargin - kBlocksHeight + kBlockGap / 2, head.units);
+  PrintBlocks(plots, wide ? size.width - kMargin - kBlockWidth : kMargin,
+              wide ? kMargin : size.height - kMargin - kBlocksHeight + kBlockGap / 2, wide,
+              head.units);
   for (PlotControl* plot : plots) plot->PrinterObj(nullptr);
 }
 

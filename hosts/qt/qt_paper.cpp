@@ -113,9 +113,10 @@ void QtPaper::Finish() {
   }
 }
 
-void QtPaper::Origin(const QPointF& twips) {
+void QtPaper::Origin(const QPointF& twips, double scale) {
   Painter().setTransform(QTransform::fromTranslate(twips.x() / resolution_.twips_per_pixel_x,
-                                                   twips.y() / resolution_.twips_per_pixel_y));
+                                                   twips.y() / resolution_.twips_per_pixel_y)
+                             .scale(scale, scale));
 }
 
 void QtPaper::ClipTo(const QRectF& twips) {

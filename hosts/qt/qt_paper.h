@@ -31,8 +31,9 @@ class DISCOPLAN_EXPORT QtPaper final : public Surface {
 
   /// Paints what is still held back. A new page begins behind it.
   void Finish();
-  /// Counts the positions of what follows from there, in twips from the corner of the page.
-  void Origin(const QPointF& twips);
+  /// Counts the positions of what follows from there, in twips from the corner of the page, and
+  /// draws it in that scale, texts too.
+  void Origin(const QPointF& twips, double scale = 1);
   /// Keeps what follows within a rectangle in twips, until the next call.
   void ClipTo(const QRectF& twips);
   void Unclip();

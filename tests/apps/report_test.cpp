@@ -78,6 +78,37 @@ TEST_F(Report, TakesPapersAndSeveralFiles) {
   }
 }
 
+/// A word on a page, in points from its upper left corner.
+struct Word {
+  double left, top, right, bottom;
+};
+
+TEST_F(Report, KeepsTextsInTheirFramesAndApart) {
+  for (const char* options : {"", "--landscape", "--paper Letter", "--paper Letter --landscape"}) {
+    ASSERT_EQ(Run("report " + kLot + " --wafer 7 -o a.pdf --all " + options).status, 0);
+    const std::string words = Shell("pdftotext -bbox a.pdf -").output;
+    const auto word = [&](const std::string& text) {
+      const std::size_t end = words.find(">" + text + "</word>");
+      EXPECT_NE(end, std::string::npos) << text;
+      Word found{};
+      if (end == std::string::npos) return found;
+      EXPECT_EQ(std::sscanf(words.c_str() + words.rfind("<word", end),
+                            "<word xMin=\"%lf\" yMin=\"%lf\" xMax=\"%lf\" yMax=\"%lf\"",
+                            &found.left, &found.top, &found.right, &found.bottom),
+                4);
+      return found;
+    };
+    EXPECT_GT(word("Interval:").top, word("Contours").top) << options;
+    EXPECT_GT(word("Angle:").top, word("scan").top) << options;
+    const char* const along[] = {"Y=-147.00", "Y=-73.50", "Y=0.00", "Y=73.50", "Y=147.00"};
+    for (int i = 0; i + 1 < 5; ++i) {
+      EXPECT_LT(word(along[i]).right, word(along[i + 1]).left) << options << along[i];
+    }
+    const auto height = [&](const Word& of) { return of.bottom - of.top; };
+    EXPECT_GE(height(word("Contours")), 0.5 * height(word("Statistics"))) << options;
+  }
+}
+
 TEST_F(Report, LeavesNoFileBehindWhatFails) {
   Write("bad.csv", "0,0,1\n10,0,x\n");
   Write("good.csv", "0,0,1\n10,0,2\n0,10,3\n-10,0,4\n");
