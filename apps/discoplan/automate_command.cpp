@@ -16,6 +16,7 @@ namespace {
 void Answer(std::istream& requests) {
   AutomationSession session;
   if (!session.Run(requests, std::cout)) FailStandardOutput();
+  if (requests.bad()) throw CommandError("the requests can't be read to their end");
 }
 
 void Automate(const std::string& file) {

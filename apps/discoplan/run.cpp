@@ -2,18 +2,52 @@
 #include "apps/discoplan/run.h"
 
 #include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <exception>
+#include <new>
 #include <sstream>
 
 #include "apps/discoplan/command.h"
 #include "apps/discoplan/output.h"
 #include "data/plain_text.h"
+#include "hosts/automation/memory_reserve.h"
 
 namespace discoplan::app {
 namespace {
 
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
+
+constexpr const char* kNoMemory =
+    "there is not enough memory for this; ask for less at once, such as a smaller --size or fewer "
+    "files";
+
+/// Nothing may be asked of the memory here.
+[[noreturn]] void End(const char* text) {
+  std::fprintf(stderr, "discoplan: %s\n", text);
+  std::_Exit(kFailed);
+}
+
+/// Where an error gets out of what can't pass it on.
+[[noreturn]] void EndInWords() {
+  try {
+    if (const std::exception_ptr error = std::current_exception()) std::rethrow_exception(error);
+  } catch (const std::bad_alloc&) {
+    EndForMemory();
+  } catch (...) {
+  }
+  End("an error that should not be has ended the program; please report it");
+}
+
+/// A reader that goes away is an output that can't be written, which is told as such.
+void PutEndsIntoWords() {
+  std::set_terminate(EndInWords);
+#ifdef SIGPIPE
+  std::signal(SIGPIPE, SIG_IGN);
+#endif
+}
 
 int Complain(const std::string& text, int status) {
   Warn(text);
@@ -63,7 +97,11 @@ void ParseAndRun(CLI::App& program, int argc, char** argv) {
 
 }  // namespace
 
+void EndForMemory() { End(kNoMemory); }
+
 int Run(CLI::App& program, int argc, char** argv) {
+  PutEndsIntoWords();
+  const MemoryReserve reserve;
   program.set_version_flag("--version", "discoplan " DISCOPLAN_VERSION);
   program.require_subcommand(1);
   try {
@@ -71,6 +109,8 @@ int Run(CLI::App& program, int argc, char** argv) {
     return 0;
   } catch (const UsageError& error) {
     return Complain(error.what(), kWrongUsage);
+  } catch (const std::bad_alloc&) {
+    return Complain(kNoMemory, kFailed);
   } catch (const std::exception& error) {
     return Complain(error.what(), kFailed);
   }

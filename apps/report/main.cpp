@@ -7,9 +7,13 @@
 
 namespace {
 
-/// Paper needs no folder for running programs, nor a word about it.
+/// Paper needs no folder for running programs, nor a word about it. Where memory runs short, the
+/// toolkit leaves parts of a page out and says so; then there is no page.
 void Tell(QtMsgType type, const QMessageLogContext& context, const QString& message) {
   if (message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))) return;
+  for (const char* part : {"QPdfStream::", "qCompress"}) {
+    if (message.startsWith(QLatin1String(part))) discoplan::app::EndForMemory();
+  }
   std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
 }
 
