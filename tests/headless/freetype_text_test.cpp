@@ -12,6 +12,7 @@
 #include <fstream>
 #include <limits>
 #include <optional>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -461,6 +462,46 @@ TEST(FreeTypeText, MachineWithoutFontsIsAnErrorThatSaysWhatToInstall) {
     EXPECT_STREQ(error.what(),
                  "no scalable font was found; install one, such as the package fonts-liberation");
   }
+}
+
+std::string ContentOf(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// A font that is cut off, or has noise in its outlines, says that there is none, or shows less.
+TEST(FreeTypeText, BrokenFontsShowLessOrCountAsNone) {
+  const std::string whole_file = FileOf("Liberation Sans");
+  if (whole_file.empty()) GTEST_SKIP();
+  const std::string whole = ContentOf(whole_file);
+  const TemporaryFolder folder;
+  const fs::path broken = folder.path() / "broken.ttf";
+  std::mt19937 random(3);
+  int none = 0;
+  int shown = 0;
+  for (std::size_t part = 0; part <= 10; ++part) {
+    for (const bool noisy : {false, true}) {
+      std::string content = whole.substr(0, noisy ? whole.size() : whole.size() * part / 10);
+      for (std::size_t i = whole.size() * part / 11; noisy && i < content.size(); i += 7) {
+        content[i] = static_cast<char>(random());
+      }
+      std::ofstream(broken, std::ios::binary) << content;
+      const MachineFonts only({broken.string()});
+      const FreeTypeText text;
+      // Not one of the usual places: those hold whole fonts.
+      const Font font{.name = "Serif of a machine", .size = 12};
+      Canvas canvas(200, 60, kPaper);
+      try {
+        EXPECT_GE(text.Width(font, 1.5, "Wafer 50 \u03BC"), 0);
+        text.Paint(canvas, font, {5, 5}, "Wafer 50 \u03BC");
+        shown += Ink(canvas).has_value();
+      } catch (const FontError&) {
+        ++none;
+      }
+    }
+  }
+  EXPECT_GT(none, 2);
+  EXPECT_GT(shown, 0);
 }
 
 }  // namespace

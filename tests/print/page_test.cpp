@@ -57,7 +57,10 @@ TEST_F(PageTest, CutsTextsThatAreTooWide) {
               {"abcdef", 130, "ab", "ef", "cd"},
               {"abcde", 0, "", "", ""},
               {"", 0, "", "", ""},
-              {"aµm", 120, "aµ", "µm", "µ"}};
+              {"aµm", 120, "aµ", "µm", "µ"},
+              {"µΩ漢字", 130, "µΩ", "漢字", "Ω漢"},
+              {"𝜎漢é", 70, "𝜎", "é", "漢"},
+              {"漢", 59, "", "", ""}};
   for (const auto& row : rows) {
     std::string text = row.text;
     page_.PrintClippedText(text, {100, 200, row.width, 1});
