@@ -7,8 +7,8 @@
 #include <limits>
 #include <numeric>
 
+#include "discoplan/base/numbers.h"
 #include "discoplan/core/lattice_interpolation.h"
-#include "discoplan/core/numbers.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/figures/site_grid.h"
 #include "discoplan/figures/thin_plate.h"
