@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "discoplan/core/wafer.h"
+#include "discoplan/render/plot_area.h"
 
 namespace discoplan::bench {
 
@@ -50,7 +51,6 @@ inline std::vector<Site> DieSites(float pitch) {
 
 inline void Load(wafer& target, const std::vector<Site>& sites) {
   target.WaferDiameter = kDiameter;
-  target.WaferRadius = kDiameter / 2;
   target.TestDiameter = kTestDiameter;
   target.FlatRatio = 1;
   target.reset();

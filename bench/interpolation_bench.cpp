@@ -7,8 +7,8 @@
 #include <string>
 
 #include "bench/bench_wafers.h"
-#include "discoplan/core/lattice_interpolation.h"
-#include "discoplan/core/neighbours.h"
+#include "discoplan/core/interpolation/neighbours.h"
+#include "discoplan/core/interpolation/site_interpolator.h"
 #include "discoplan/core/worker_pool.h"
 #include "tests/core/plain_search.h"
 
@@ -109,16 +109,15 @@ constexpr std::array kScenes = {
     Scene{"dies3mm-aligned", [] { return DieSites(3); }, 1},
 };
 
-constexpr std::array kInstructionSets = {"portable", "sse2", "avx2", "avx512"};
+constexpr std::array kSearches = {"plain", "portable", "sse2", "avx2", "avx512"};
 
-void LatticeByUs(benchmark::State& state, const Scene& scene, InstructionSet instructions,
-                 int threads) {
+void LatticeByUs(benchmark::State& state, const Scene& scene, SiteSearch search, int threads) {
   wafer source;
   Load(source, scene.sites());
   if (threads > 1) source.UseWorkers(std::make_shared<WorkerPool>(threads));
   std::vector<Site> points = WholeLattice(scene.pitch);
   for (auto _ : state) {
-    LatticeInterpolation(source, instructions).Evaluate(points, kLatticeColumns);
+    SiteInterpolator(source.Data(), search).Evaluate(points, kLatticeColumns);
     benchmark::DoNotOptimize(points.data());
     benchmark::ClobberMemory();
   }
@@ -134,11 +133,11 @@ const bool kRegistered = [] {
     const std::string name = std::string("Lattice/") + scene.name + '/';
     benchmark::RegisterBenchmark((name + "nanoflann").c_str(), LatticeByNanoflann, scene)
         ->Unit(benchmark::kMicrosecond);
-    for (const InstructionSet instructions : InstructionSets()) {
-      const char* set = kInstructionSets[static_cast<std::size_t>(instructions)];
-      benchmark::RegisterBenchmark((name + set).c_str(), LatticeByUs, scene, instructions, 1)
+    for (const SiteSearch search : SiteSearches()) {
+      const char* set = kSearches[static_cast<std::size_t>(search)];
+      benchmark::RegisterBenchmark((name + set).c_str(), LatticeByUs, scene, search, 1)
           ->Unit(benchmark::kMicrosecond);
-      benchmark::RegisterBenchmark((name + set + "/2").c_str(), LatticeByUs, scene, instructions, 2)
+      benchmark::RegisterBenchmark((name + set + "/2").c_str(), LatticeByUs, scene, search, 2)
           ->Unit(benchmark::kMicrosecond)
           ->UseRealTime();
     }

@@ -9,6 +9,7 @@
 #include "bench/bench_wafers.h"
 #include "bench/discarding_surface.h"
 #include "discoplan/raster/canvas.h"
+#include "discoplan/render/plots/surface_plot.h"
 
 namespace discoplan::bench {
 

@@ -6,6 +6,11 @@
 #include "bench/bench_wafers.h"
 #include "bench/discarding_surface.h"
 #include "discoplan/base/numbers.h"
+#include "discoplan/render/plots/bar_plot.h"
+#include "discoplan/render/plots/contour_plot.h"
+#include "discoplan/render/plots/histogram_plot.h"
+#include "discoplan/render/plots/scan_plot.h"
+#include "discoplan/render/plots/surface_plot.h"
 #include "hosts/headless/headless_host.h"
 
 namespace discoplan::bench {

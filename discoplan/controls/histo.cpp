@@ -3,6 +3,7 @@
 
 #include "discoplan/dialogs/map_dialogs.h"
 #include "discoplan/render/control_limits.h"
+#include "discoplan/render/plots/histogram_plot.h"
 
 namespace discoplan {
 namespace {

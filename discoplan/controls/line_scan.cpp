@@ -8,6 +8,7 @@
 #include "discoplan/core/number_checks.h"
 #include "discoplan/dialogs/scan_dialog.h"
 #include "discoplan/render/label.h"
+#include "discoplan/render/plots/scan_plot.h"
 
 namespace discoplan {
 namespace {

@@ -5,6 +5,7 @@
 
 #include "discoplan/controls/plot_control.h"
 #include "discoplan/dialogs/scan_dialog.h"
+#include "discoplan/render/plots/scan_plot.h"
 
 namespace discoplan {
 

@@ -5,6 +5,7 @@
 
 #include "discoplan/dialogs/map_dialogs.h"
 #include "discoplan/render/number_text.h"
+#include "discoplan/render/plots/contour_plot.h"
 
 namespace discoplan {
 namespace {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "discoplan/controls/map_control.h"
+#include "discoplan/render/plot_area.h"
 
 namespace discoplan {
 

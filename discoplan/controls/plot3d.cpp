@@ -2,6 +2,7 @@
 #include "discoplan/controls/plot3d.h"
 
 #include "discoplan/dialogs/view_dialogs.h"
+#include "discoplan/render/plots/surface_plot.h"
 
 namespace discoplan {
 
@@ -41,7 +42,7 @@ void Plot3D::PrintOn(PrintWafer& print, PageArea& area) {
 void Plot3D::ShowPlotOption() {
   const auto dialog = std::make_shared<frmPlotOpt3d>(platform_);
   dialog->SetValues(wafer_, SurfaceSettings(), static_cast<std::int16_t>(plot_type_),
-                   SurfaceBackColor());
+                    SurfaceBackColor());
   RunDialog(dialog, [this](const frmPlotOpt3d& confirmed) {
     TakeSurface(confirmed);
     plot_type_ = static_cast<PlotTypeEnum>(confirmed.GetPlotType());

@@ -2,6 +2,7 @@
 #include "discoplan/controls/plot3db.h"
 
 #include "discoplan/dialogs/view_dialogs.h"
+#include "discoplan/render/plots/bar_plot.h"
 
 namespace discoplan {
 namespace {

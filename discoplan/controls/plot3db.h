@@ -2,6 +2,7 @@
 #pragma once
 
 #include "discoplan/controls/view_control.h"
+#include "discoplan/render/plots/bar_plot.h"
 
 namespace discoplan {
 

@@ -2,6 +2,7 @@
 #include "discoplan/controls/plot3ds.h"
 
 #include "discoplan/dialogs/view_dialogs.h"
+#include "discoplan/render/plots/surface_plot.h"
 
 namespace discoplan {
 

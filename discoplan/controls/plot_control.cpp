@@ -195,7 +195,6 @@ void PlotControl::WaferDiameter(float diameter) {
   plot_requested_ = false;
   if (diameter <= 0) diameter = kDefaultWaferDiameter;
   wafer_.WaferDiameter = diameter;
-  wafer_.WaferRadius = diameter / 2;
   Changed("WaferDiameter");
 }
 

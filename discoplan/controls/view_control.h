@@ -3,6 +3,7 @@
 
 #include "discoplan/controls/map_control.h"
 #include "discoplan/dialogs/view_dialogs.h"
+#include "discoplan/render/plots/surface_plot.h"
 
 namespace discoplan {
 

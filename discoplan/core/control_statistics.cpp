@@ -2,20 +2,25 @@
 #include <cmath>
 
 #include "discoplan/base/numbers.h"
+#include "discoplan/core/normal_curve.h"
 #include "discoplan/core/wafer.h"
 
 namespace discoplan {
 namespace {
 
-double Bell(double z) {
-  return 1 / std::sqrt(2.0 * wafer::kPi) * std::exp(-0.5 * std::pow(z, 2.0));
-}
+double Bell(double z) { return 1 / std::sqrt(2.0 * kPi) * std::exp(-0.5 * std::pow(z, 2.0)); }
 
 }  // namespace
 
-float wafer::StandardNormal(float z) { return ToFloat(Bell(z)); }
+float StandardNormal(float z) { return ToFloat(Bell(z)); }
 
-float wafer::Gauss(float x) const { return ToFloat(Bell(Divide(x - mean, StdDev))); }
+float NormalCurve(double mean, double deviation, float x) {
+  return ToFloat(Bell(Divide(x - mean, deviation)));
+}
+
+float wafer::StandardNormal(float z) { return discoplan::StandardNormal(z); }
+
+float wafer::Gauss(float x) const { return NormalCurve(mean, StdDev, x); }
 
 void wafer::Points_OutCL(float lower, float upper) {
   CountBelowLCL = CountAboveUCL = 0;

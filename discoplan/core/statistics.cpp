@@ -3,6 +3,7 @@
 
 #include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
+#include "discoplan/core/wafer_data.h"
 
 namespace discoplan {
 namespace {
@@ -29,7 +30,7 @@ void wafer::MaxMin() {
   ScaleFloor = -0.001F;
   mean = StdDev = 0;
   PlotRange = 0;
-  if (nop_ >= 10) cells_.Build(sites_, WaferDiameter / 2.0, ToInt16(nop_));
+  if (nop_ >= kFewestSitesInCells) cells_.Build(sites_, WaferDiameter / 2.0, ToInt16(nop_));
   SumUp();
 }
 

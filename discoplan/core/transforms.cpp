@@ -11,7 +11,7 @@ namespace {
 /// The angle between 0 and a full turn that shows in the same direction. Taking off one turn after
 /// the other gives the same: a turn has so few digits that none of the differences is rounded.
 double WithinOneTurn(double radians) {
-  constexpr double kTurn = 2.0 * wafer::kPi;
+  constexpr double kTurn = 2.0 * kPi;
   if (radians > kTurn) {
     const double rest = std::fmod(radians, kTurn);
     return rest == 0 ? kTurn : rest;

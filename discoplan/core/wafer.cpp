@@ -2,6 +2,8 @@
 #include "discoplan/core/wafer.h"
 
 #include "discoplan/base/numbers.h"
+#include "discoplan/core/interpolation/site_interpolator.h"
+#include "discoplan/core/wafer_data.h"
 
 namespace discoplan {
 namespace {
@@ -76,6 +78,35 @@ Site wafer::GetGridValue(std::int16_t number) const {
     throw RunTimeError(Fault::Subscript, "site " + std::to_string(number));
   }
   return sites_[static_cast<std::size_t>(number) - 1];
+}
+
+MeasuredSites wafer::Measured() const {
+  return {.sites = sites_,
+          .count = nop_,
+          .wafer_diameter = WaferDiameter,
+          .test_diameter = TestDiameter,
+          .cells = &cells_,
+          .workers = workers_.get()};
+}
+
+WaferData wafer::Data() const {
+  WaferData data{Measured()};
+  data.flat_ratio = FlatRatio;
+  data.mean = mean;
+  data.deviation = StdDev;
+  data.maximum = Maximum;
+  data.minimum = Minimum;
+  data.plot_maximum = PlotMaximum;
+  data.plot_minimum = PlotMinimum;
+  data.plot_range = PlotRange;
+  data.scale_floor = ScaleFloor;
+  data.interval_colours = IntervalColor;
+  data.aux_colours = AuxColor;
+  return data;
+}
+
+float wafer::Interpolation(float x, float y) const noexcept {
+  return SiteInterpolator(Measured()).At(x, y);
 }
 
 }  // namespace discoplan

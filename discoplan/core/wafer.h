@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// One measured wafer: its sites, geometry, statistics, limits and colours, and the operations
-/// that compute and draw from them.
+/// One measured wafer as the interface has it: its sites, geometry, statistics, limits and colours,
+/// and the operations that compute and draw from them, under the interface's names. What a plot or
+/// a figure reads is `Data()`.
 ///
 ///     wafer lot_wafer;
 ///     lot_wafer.WaferDiameter = 200;
-///     lot_wafer.WaferRadius = 100;
 ///     lot_wafer.TestDiameter = 194;
 ///     lot_wafer.reset();
 ///     lot_wafer.SetNop(49);
@@ -30,7 +30,8 @@
 
 #include "discoplan/base/angles.h"
 #include "discoplan/base/variant.h"
-#include "discoplan/core/site_cells.h"
+#include "discoplan/core/interpolation/measured_sites.h"
+#include "discoplan/core/interpolation/site_cells.h"
 #include "discoplan/export.h"
 
 namespace discoplan {
@@ -38,93 +39,15 @@ namespace discoplan {
 class Label;
 class Marker;
 class Surface;
-class WorkerPool;
+struct BeamView;
+struct ContourSettings;
+struct CutEnds;
+struct HistogramChart;
 struct Message;
-
-struct Site {
-  float x = 0;
-  float y = 0;
-  float z = 0;
-
-  bool operator==(const Site&) const = default;
-};
-
-/// Where a plot goes: in twips where the surface is a printer or the mode is 1, which stands for a
-/// rectangle of a page that holds other things. Any other mode fills the whole picture.
-struct PlotArea {
-  float left = 0;
-  float top = 0;
-  float width = 0;
-  float height = 0;
-  std::int16_t mode = 0;
-
-  bool IsPartOfPage() const { return mode == 1; }
-};
-
-struct ContourSettings {
-  std::int16_t radius = 0;         ///< Of the wafer's outline, in surface units.
-  float interval = 1;              ///< Distance of the levels, in percent of the mean.
-  std::int16_t mark_sites = 1;     ///< 1 marks the sites, 2 the points of the mesh, 3 nothing.
-  std::int16_t resolution = 0;     ///< 0 for 121 points, 1 for 441, 2 by the number of sites.
-  std::int16_t plot_colored = -1;  ///< -1 colours the curves, 0 leaves them black.
-};
-
-/// How a surface over the wafer is seen. Angles in degrees.
-struct SurfaceView {
-  float x_resolution = 5;       ///< Cell side along the grid's first axis, in mm.
-  float y_resolution = 5;       ///< Cell side along its second axis, in mm.
-  float plot_scale = 40;        ///< Height of the largest value, in mm of the wafer.
-  float grid_rotation = 40;     ///< Of the grid lines on the surface.
-  float wafer_rotation = 40;    ///< Of the wafer, whatever the grid's rotation.
-  float grid_inclination = 35;  ///< 90 is seen from straight above, 0 from the side.
-};
-
-/// How bars over the sites are seen. Angles in degrees.
-struct BeamView {
-  float beam_width = 5;         ///< Half a side of a bar's foot along the grid's first axis, in mm.
-  float beam_height = 5;        ///< The same along its second axis.
-  float beam_scale = 1;         ///< Millimetres of the wafer for a height of one unit.
-  float grid_rotation = 40;     ///< Of the bars, 0 to 360.
-  float wafer_rotation = 40;    ///< Of the sites around the wafer's centre.
-  float grid_inclination = 35;  ///< 90 is seen from straight above, 0 from the side.
-};
-
-/// A straight cut across the test area: through the first point at an angle, or from the first
-/// point to the second. Lengths in mm.
-struct ScanLine {
-  bool at_angle = true;
-  float x1 = 0;
-  float y1 = 0;
-  float x2 = 0;
-  float y2 = 0;
-  std::int16_t angle = 0;  ///< In degrees; 0 is parallel to the Y axis.
-};
-
-/// Where a cut meets the circle of the test diameter, in the direction of the cut. In mm.
-struct CutEnds {
-  float ax;
-  float ay;
-  float bx;
-  float by;
-};
-
-/// How a histogram lies on its two surfaces, in pixels, or in twips in mode 1, which is print.
-struct HistogramChart {
-  float left = 0;  ///< Of the bars' surface on the surface around it, as is `top`.
-  float top = 0;
-  float width = 0;  ///< Of the chart, as is `height`.
-  float height = 0;
-  float bins = 10;
-  std::int16_t gap = 4;  ///< Between chart and ticks.
-  float plot_left = 0;   ///< Of the chart on the bars' surface, as is `plot_top`.
-  float plot_top = 0;
-  std::int16_t mode = 0;
-};
-
-/// Where the scale of a wafer of one constant value begins: strictly below the value.
-constexpr double FloorUnderConstant(double value, bool negative) {
-  return value * (negative ? 1.1 : 0.9) - 0.001;
-}
+struct PlotArea;
+struct ScanLine;
+struct SurfaceView;
+struct WaferData;
 
 class DISCOPLAN_EXPORT wafer {
  public:
@@ -163,7 +86,7 @@ class DISCOPLAN_EXPORT wafer {
   float CountAboveUCL = 0;
 
   float WaferDiameter = 0;
-  float WaferRadius = 0;  ///< Half of `WaferDiameter`; the two change together.
+  float WaferRadius() const { return WaferDiameter / 2; }
   float TestDiameter = 0;
   float FlatRatio = 0;
 
@@ -210,6 +133,9 @@ class DISCOPLAN_EXPORT wafer {
   void setMaximalMinial(float upper, float lower);
   /// The limits are not those of the data.
   bool HasPlotLimit() const { return PlotMaximum != Maximum || PlotMinimum != Minimum; }
+
+  /// What plots and figures read. It refers to the sites of this wafer.
+  WaferData Data() const;
 
   // Interpolation.
 
@@ -314,18 +240,12 @@ class DISCOPLAN_EXPORT wafer {
                       float rotation, float inclination) const;
 
  private:
-  class CellSearch;
-  friend class LatticeInterpolation;
-
   void Store(std::int16_t number, float x, float y, float z);
   void SumUp();
   /// The sites, to be written.
   std::vector<Site>& ChangeSites();
-  float Interpolation_Einfach(float x, float y) const;
-  CutEnds CutThroughPoints(const ScanLine& cut) const;
-  CutEnds CutAtAngle(const ScanLine& cut) const;
-  float InterpolateFromCells(float x, float y) const noexcept;
-  float StartDistance() const;
+  MeasuredSites Measured() const;
+  void LeavePlot(float scale_floor);
 
   float nop_ = 0;
   float write_index_ = 1;

@@ -4,6 +4,7 @@
 /// The option dialogs of the flat maps and of the histogram.
 
 #include "discoplan/dialogs/option_dialog.h"
+#include "discoplan/render/plots/contour_plot.h"
 
 namespace discoplan {
 

@@ -7,6 +7,7 @@
 #include "discoplan/core/number_checks.h"
 #include "discoplan/dialogs/previews.h"
 #include "discoplan/render/number_text.h"
+#include "discoplan/render/plots/scan_plot.h"
 
 namespace discoplan {
 namespace {
@@ -34,8 +35,7 @@ frmPlotOpt1D::frmPlotOpt1D(Platform& platform)
       line_(side_.Add(NodeKind::Line, "line1", {})),
       angle_label_(frame_.Add(NodeKind::Label, "lblAngle",
                               {kOptionLabelLeft, kFirstField + 2 * kPitch, 1500, 285})),
-      angle_(AddField("AngleValue", kFirstField + 2 * kPitch),
-             AngleEntry::kStrictTurn) {
+      angle_(AddField("AngleValue", kFirstField + 2 * kPitch), AngleEntry::kStrictTurn) {
   line_.ForeColor(kPalette[4]);
   for (std::size_t i = 0; i < kPoints; ++i) AddPoint(i);
   side_.Add(NodeKind::Image, "NvalidImage", {0, 0, kMarkerSide, kMarkerSide}).Visible(false);

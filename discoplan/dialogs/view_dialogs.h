@@ -4,6 +4,8 @@
 /// The option dialogs of the plots in perspective, with small pictures that follow the angles.
 
 #include "discoplan/dialogs/option_dialog.h"
+#include "discoplan/render/plots/bar_plot.h"
+#include "discoplan/render/plots/surface_plot.h"
 
 namespace discoplan {
 

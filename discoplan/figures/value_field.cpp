@@ -8,8 +8,9 @@
 #include <numeric>
 
 #include "discoplan/base/numbers.h"
-#include "discoplan/core/lattice_interpolation.h"
+#include "discoplan/core/interpolation/site_interpolator.h"
 #include "discoplan/core/wafer.h"
+#include "discoplan/core/wafer_data.h"
 #include "discoplan/figures/site_grid.h"
 #include "discoplan/figures/thin_plate.h"
 
@@ -43,7 +44,6 @@ class Idw4Field final : public ValueField {
       farthest = std::max<double>(farthest, std::hypot(sites.x[i], sites.y[i]));
     }
     wafer_.WaferDiameter = static_cast<float>(2 * farthest);
-    wafer_.WaferRadius = static_cast<float>(farthest);
     wafer_.TestDiameter = wafer_.WaferDiameter;
     wafer_.reset();
     wafer_.SetNop(static_cast<float>(sites.Size()));
@@ -66,7 +66,7 @@ class Idw4Field final : public ValueField {
         points[at++].y = static_cast<float>(y);
       }
     }
-    LatticeInterpolation(wafer_).Evaluate(points, static_cast<std::size_t>(lattice.columns));
+    SiteInterpolator(wafer_.Data()).Evaluate(points, static_cast<std::size_t>(lattice.columns));
     for (std::size_t i = 0; i < points.size(); ++i) values[i] = points[i].z;
   }
   std::string Method() const override { return "mean of the four nearest sites (idw4)"; }

@@ -2,10 +2,11 @@
 #include <array>
 
 #include "discoplan/base/numbers.h"
+#include "discoplan/core/wafer_data.h"
 #include "discoplan/print/information.h"
 #include "discoplan/print/print_wafer.h"
-#include "discoplan/render/legend_text.h"
-#include "discoplan/render/plot_frame.h"
+#include "discoplan/render/plots/legend.h"
+#include "discoplan/render/plots/plot_frame.h"
 
 namespace discoplan {
 namespace {
@@ -110,7 +111,7 @@ void DrawColorScale(Page& page, const wafer& source, float x, float y) {
   LegendColumn column(page, x, y, ToInt16(ToFloat(Divide(450, page.TwipsPerPixelX()))));
   for (std::size_t i = 0; i < wafer::kLegendRows; ++i) {
     const double row = static_cast<double>(i);
-    std::string text = IntervalLegendText(source, i);
+    std::string text = IntervalLegendText(source.Data(), i);
     column.Write(text, row);
     column.Fill(source.IntervalColor[i], row);
   }

@@ -20,6 +20,10 @@
 #include "discoplan/core/wafer.h"
 #include "discoplan/export.h"
 #include "discoplan/print/page.h"
+#include "discoplan/render/plots/bar_plot.h"
+#include "discoplan/render/plots/contour_plot.h"
+#include "discoplan/render/plots/scan_plot.h"
+#include "discoplan/render/plots/surface_plot.h"
 
 namespace discoplan {
 

@@ -5,6 +5,8 @@
 #include "discoplan/base/numbers.h"
 #include "discoplan/print/print_wafer.h"
 #include "discoplan/render/number_text.h"
+#include "discoplan/render/plot_area.h"
+#include "discoplan/render/plots/histogram_plot.h"
 
 namespace discoplan {
 namespace {

@@ -9,7 +9,6 @@
 #include <cstdlib>
 
 #include "discoplan/base/numbers.h"
-#include "discoplan/core/wafer.h"
 
 namespace discoplan {
 namespace {
@@ -155,7 +154,7 @@ std::string PlainNumber(float value) {
   return std::string(text.begin(), end);
 }
 
-std::string wafer::FormatLbl(float value) {
+std::string FormatLegendValue(float value) {
   const float magnitude = std::abs(value);
   if (magnitude == 0) return "0.0";
   if (!(magnitude <= 100000 && magnitude >= 0.0000001F)) {

@@ -28,6 +28,10 @@ DISCOPLAN_EXPORT std::string FormatToDigits(float value, std::string picture);
 /// The same without the exponent form.
 DISCOPLAN_EXPORT std::string FormatTrimmed(float value, std::string picture);
 
+/// A value as it stands in a legend and at a site: more decimals for smaller ones, the exponent
+/// form for what is above 100000 or below 0.0000001.
+DISCOPLAN_EXPORT std::string FormatLegendValue(float value);
+
 /// The shortest form with at most 7 significant digits: what a number joined to a text reads.
 DISCOPLAN_EXPORT std::string PlainNumber(float value);
 

@@ -60,7 +60,6 @@ TEST(InterpolatedAt, IsTheInterpolationOfThePlots) {
   const std::vector<Site> sites = RandomSites(9, 5, false);
   wafer measured;
   measured.WaferDiameter = 300;
-  measured.WaferRadius = 150;
   measured.TestDiameter = 294;
   measured.SetNop(9);
   for (const Site& site : sites) measured.SetGridValue(site.x, site.y, site.z);

@@ -275,6 +275,22 @@ TEST_F(LineScanControl, ColoursAllThatLiesAroundTheCurve) {
   EXPECT_THAT(container_.TakeAnnounced(), ElementsAre("BackColor"));
 }
 
+// Showing the cut gives a scan without a diameter one of 200 mm, and its radius with it.
+TEST_F(LineScanControl, InterpolatesAlsoWhereTheCutWasShownFirst) {
+  LineScan scan(host_, &container_);
+  scan.BackColor(0x00FFFF);
+  scan.TestDiameter(194);
+  std::vector<float> x;
+  std::vector<float> y;
+  for (int i = 0; i < 12; ++i) {
+    x.push_back(static_cast<float>(20 * (i % 4) - 30));
+    y.push_back(static_cast<float>(20 * (i / 4) - 20));
+  }
+  ASSERT_EQ(scan.SetWaferData(x, y, std::vector<float>(12, 7)), LoadResult::Loaded);
+  EXPECT_EQ(scan.Wafer().WaferRadius(), 100);
+  EXPECT_FLOAT_EQ(scan.Interpolation(Variant(10.0F), Variant(10.0F)), 7);
+}
+
 TEST_F(LineScanControl, OffersNoMembersOfMaps) {
   for (const char* name :
        {"ShowSites", "Resolution", "SetWaferData_Variant", "PrintLegend", "IntervalColor0"}) {

@@ -341,7 +341,7 @@ TEST_F(Plot2DState, WaferDiameterLeavesAValidPlotValid) {
   EXPECT_EQ(TakeTrace(), json::parse(R"([["Cls"]])"));
   EXPECT_EQ(Child("RePlot").Image(), nullptr);
   EXPECT_FALSE(Child("RePlot").Visible());
-  EXPECT_EQ(plot_.Wafer().WaferRadius, 150);
+  EXPECT_EQ(plot_.Wafer().WaferRadius(), 150);
   plot_.SetSize(7000, 6000);  // valid still: the empty snapshot comes up, and nothing is drawn
   EXPECT_TRUE(Child("RePlot").Visible());
   EXPECT_EQ(TakeTrace(), json::array());

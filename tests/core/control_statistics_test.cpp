@@ -12,7 +12,6 @@ namespace {
 wafer WithValues(const std::vector<float>& values) {
   wafer target;
   target.WaferDiameter = 200;
-  target.WaferRadius = 100;
   target.TestDiameter = 200;
   target.SetNop(static_cast<float>(values.size()));
   for (const float value : values) target.SetGridValue(0, 0, value);

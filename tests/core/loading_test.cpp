@@ -16,7 +16,6 @@ namespace {
 wafer NewWafer() {
   wafer target;
   target.WaferDiameter = 200;
-  target.WaferRadius = 100;
   target.TestDiameter = 200;
   target.FlatRatio = 1;
   return target;

@@ -23,7 +23,6 @@ constexpr float kPageHeight = 7500;
 wafer Measured() {
   wafer source;
   source.WaferDiameter = 200;
-  source.WaferRadius = 100;
   source.TestDiameter = 194;
   source.FlatRatio = 1;
   source.SetNop(49);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/qt/qt_paper.h"
+#include "discoplan/render/plot_area.h"
 
 #include <gtest/gtest.h>
 
@@ -136,7 +137,6 @@ TEST_F(PaperTest, WritesGreekInTheSymbolFont) {
 wafer SlopingWafer() {
   wafer source;
   source.WaferDiameter = 200;
-  source.WaferRadius = 100;
   source.TestDiameter = 194;
   source.FlatRatio = 1;
   source.SetNop(100);

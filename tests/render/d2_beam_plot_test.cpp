@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include "discoplan/render/plots/bar_plot.h"
 #include "tests/render/plot_fixture.h"
 
 namespace discoplan {
@@ -80,6 +81,22 @@ TEST_F(D2BeamPlot, TurnsTheFeet) {
   EXPECT_EQ(Calls(trace, "Polygon"), json::parse(R"([
       ["Polygon", [[115, 125], [115, 105], [105, 105], [105, 125]]],
       ["Polygon", [[115, 125], [115, 125], [105, 125], [105, 125]]]])"));
+}
+
+// On a tall picture 290 of 300 pixels hold the wafer of 200 mm and half a foot at each side, which
+// reaches 10 |cos| + 5 |sin| mm to the side at any turn; on a wide one 10 |sin| + 5 |cos| downward.
+TEST_F(D2BeamPlot, FitsTheTurnedFeetOfAnyQuarter) {
+  const auto radius = [&](float rotation, float across, float down) {
+    BeamView view = kFromAbove;
+    view.grid_rotation = rotation;
+    const json trace = Trace(LoadedWafer({{0, 0, 10}}), view, across, down);
+    return Calls(trace, "Circle")[0][3].get<double>();
+  };
+  const double cosine = std::sqrt(0.75);
+  for (const float rotation : {30.0F, 150.0F, 210.0F, 330.0F}) {
+    EXPECT_NEAR(radius(rotation, 300, 1000), 29000 / (200 + 20 * cosine + 5), 0.001) << rotation;
+    EXPECT_NEAR(radius(rotation, 1000, 300), 29000 / (200 + 10 + 10 * cosine), 0.001) << rotation;
+  }
 }
 
 TEST_F(D2BeamPlot, TurnsTheSitesAboutTheCentre) {

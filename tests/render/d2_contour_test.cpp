@@ -3,6 +3,7 @@
 #include <map>
 
 #include "discoplan/base/numbers.h"
+#include "discoplan/render/plots/contour_plot.h"
 #include "tests/render/plot_fixture.h"
 
 namespace discoplan {

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "discoplan/core/worker_pool.h"
+#include "discoplan/render/plots/surface_plot.h"
 #include "tests/render/plot_fixture.h"
 
 namespace discoplan {

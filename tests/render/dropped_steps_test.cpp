@@ -9,7 +9,12 @@
 #include <random>
 
 #include "discoplan/base/numbers.h"
-#include "discoplan/render/cell_walk.h"
+#include "discoplan/render/plots/bar_plot.h"
+#include "discoplan/render/plots/cell_walk.h"
+#include "discoplan/render/plots/contour_plot.h"
+#include "discoplan/render/plots/histogram_plot.h"
+#include "discoplan/render/plots/scan_plot.h"
+#include "discoplan/render/plots/surface_plot.h"
 #include "tests/render/plot_fixture.h"
 
 namespace discoplan {

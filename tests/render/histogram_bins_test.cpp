@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "discoplan/render/histogram_bins.h"
+#include "discoplan/render/plots/histogram_bins.h"
+#include "discoplan/core/wafer_data.h"
 
 #include <cmath>
 #include <limits>
@@ -21,7 +22,8 @@ wafer ZeroToTen() { return WaferOf({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}); }
 
 TEST(HistogramBins, SiteOnABoundaryGoesToTheEvenBin) {
   // 0 and 10 by the rule for the ends; 1 and 2 as 1.5 and 2.5, both to 2.
-  EXPECT_EQ(HistogramBins::Of(ZeroToTen(), 10).counts, (Counts{0, 1, 2, 0, 2, 0, 2, 0, 2, 0, 2}));
+  EXPECT_EQ(HistogramBins::Of(ZeroToTen().Data(), 10).counts,
+            (Counts{0, 1, 2, 0, 2, 0, 2, 0, 2, 0, 2}));
 }
 
 TEST(HistogramBins, BoundaryTriples) {
@@ -41,7 +43,7 @@ TEST(HistogramBins, BoundaryTriples) {
       ++expected[1];
       ++expected[10];
       ++expected[bin];
-      EXPECT_EQ(HistogramBins::Of(WaferOf({0, z, 10}), 10).counts, expected) << z;
+      EXPECT_EQ(HistogramBins::Of(WaferOf({0, z, 10}).Data(), 10).counts, expected) << z;
     }
   }
 }
@@ -49,7 +51,7 @@ TEST(HistogramBins, BoundaryTriples) {
 TEST(HistogramBins, EqualValuesLandInTheLastBin) {
   const struct { float value, lower; } kCases[] = {{10, 8.999F}, {-10, -11.001F}, {0, -0.001F}};
   for (const auto& [value, lower] : kCases) {
-    const HistogramBins bins = HistogramBins::Of(WaferOf({value, value, value}), 4);
+    const HistogramBins bins = HistogramBins::Of(WaferOf({value, value, value}).Data(), 4);
     EXPECT_EQ(bins.lower, lower);
     EXPECT_EQ(bins.counts, (Counts{0, 0, 0, 0, 3}));
     EXPECT_EQ(bins.Peak(), 3);
@@ -59,27 +61,27 @@ TEST(HistogramBins, EqualValuesLandInTheLastBin) {
 TEST(HistogramBins, SitesOutsideThePlotLimitsAreNotCounted) {
   wafer source = ZeroToTen();
   source.setMaximalMinial(8, 2);
-  const HistogramBins bins = HistogramBins::Of(source, 6);
+  const HistogramBins bins = HistogramBins::Of(source.Data(), 6);
   EXPECT_EQ(bins.lower, 2);
   EXPECT_EQ(bins.width, 1);
   EXPECT_EQ(bins.counts, (Counts{0, 1, 2, 0, 2, 0, 2}));
 }
 
 TEST(HistogramBins, FewerThanThreeSitesAreNotCounted) {
-  EXPECT_TRUE(HistogramBins::Of(WaferOf({1, 2}), 10).counts.empty());
-  EXPECT_EQ(HistogramBins::Of(WaferOf({1, 2}), 10).width, 0.1F);
-  EXPECT_EQ(HistogramBins::Of(WaferOf({1, 2, 3}), 2).counts, (Counts{0, 1, 2}));
+  EXPECT_TRUE(HistogramBins::Of(WaferOf({1, 2}).Data(), 10).counts.empty());
+  EXPECT_EQ(HistogramBins::Of(WaferOf({1, 2}).Data(), 10).width, 0.1F);
+  EXPECT_EQ(HistogramBins::Of(WaferOf({1, 2, 3}).Data(), 2).counts, (Counts{0, 1, 2}));
 }
 
 TEST(HistogramBins, ImpossibleNumberOfBinsCountsNothing) {
   constexpr float kInfinity = std::numeric_limits<float>::infinity();
   for (const float number : {0.0F, -0.4F, -1.0F, -5.0F, 32768.0F, 1e9F, kInfinity, -kInfinity,
                              std::numeric_limits<float>::quiet_NaN()}) {
-    const HistogramBins bins = HistogramBins::Of(ZeroToTen(), number);
+    const HistogramBins bins = HistogramBins::Of(ZeroToTen().Data(), number);
     EXPECT_LE(bins.counts.size(), 1U) << number;
     EXPECT_EQ(bins.Peak(), 0) << number;
   }
-  EXPECT_EQ(HistogramBins::Of(ZeroToTen(), 32767).counts.size(), 32768U);
+  EXPECT_EQ(HistogramBins::Of(ZeroToTen().Data(), 32767).counts.size(), 32768U);
 }
 
 }  // namespace

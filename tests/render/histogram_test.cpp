@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "discoplan/render/control_limits.h"
+#include "discoplan/render/plots/histogram_plot.h"
 #include "tests/render/plot_fixture.h"
 
 namespace discoplan {

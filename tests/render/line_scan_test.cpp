@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/base/numbers.h"
 #include "discoplan/forms/node.h"
+#include "discoplan/render/plots/scan_plot.h"
 #include "tests/render/plot_fixture.h"
 
 namespace discoplan {
@@ -198,7 +199,7 @@ TEST_F(LineCut, ReadOutsNameValuesAndPositions) {
                             "14.0",
                             "16.0",
                             "18.0"};
-  for (std::size_t i = 0; i < 10; ++i) EXPECT_EQ(nodes[i]->text, expected[i]) << i;
+  for (std::size_t i = 0; i < 10; ++i) EXPECT_EQ(nodes[i]->Text(), expected[i]) << i;
 }
 
 class FakeMarker final : public Marker {

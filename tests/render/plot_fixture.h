@@ -10,6 +10,7 @@
 #include <random>
 
 #include "discoplan/core/wafer.h"
+#include "discoplan/render/plot_area.h"
 #include "hosts/recording/recording_host.h"
 
 namespace discoplan {
@@ -18,7 +19,6 @@ inline wafer LoadedWafer(const std::vector<Site>& sites, float diameter = 200,
                          float test_diameter = 200) {
   wafer target;
   target.WaferDiameter = diameter;
-  target.WaferRadius = diameter / 2;
   target.TestDiameter = test_diameter;
   target.FlatRatio = 1;
   if (sites.empty()) return target;

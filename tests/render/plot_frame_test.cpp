@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "discoplan/render/plot_frame.h"
+#include "discoplan/render/plots/plot_frame.h"
 
 #include <cmath>
 #include <limits>

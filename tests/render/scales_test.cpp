@@ -8,7 +8,7 @@
 
 #include "discoplan/core/wafer.h"
 #include "discoplan/render/label.h"
-#include "discoplan/render/value_scale.h"
+#include "discoplan/render/plots/value_scale.h"
 
 namespace discoplan {
 namespace {
