@@ -53,7 +53,7 @@ constexpr Member IntervalRow(Names doc, Colour initial) {
   Member row{.name = kIntervalNames[interval],
              .kind = Member::Kind::Property,
              .type = Type::Rgb,
-             .id = 100 + static_cast<std::int32_t>(interval),
+             .id = kFirstIntervalId + static_cast<std::int32_t>(interval),
              .doc = doc,
              .change = Change::Stale,
              .announced = kIntervalNames[interval],

@@ -226,6 +226,14 @@ void PlotControl::TableColour(const ColourSlot& slot, Colour colour) {
   Changed(slot.property);
 }
 
+PlotControl::ColourSlot PlotControl::IntervalSlot(std::size_t interval, bool auxiliary) const {
+  const Member* row = interval < wafer_.IntervalColor.size()
+                          ? Members().Find(kFirstIntervalId + static_cast<std::int32_t>(interval))
+                          : nullptr;
+  if (row == nullptr) numbers_detail::Raise(Fault::Subscript);
+  return {row->name, auxiliary, interval};
+}
+
 void PlotControl::BackColor(Colour colour) {
   ApplyBackColor(colour);
   Changed("BackColor");

@@ -47,6 +47,9 @@ enum class PrintResult : std::int16_t {
   NothingToPrint = 2  ///< Of a plot: no data or no printer.
 };
 
+/// Id of `IntervalColor0`; those of the other intervals follow it.
+inline constexpr std::int32_t kFirstIntervalId = 100;
+
 enum class MouseEvent { Click, DblClick, MouseDown, MouseMove, MouseUp };
 
 struct MouseAction {
@@ -235,10 +238,8 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   };
   Colour TableColour(const ColourSlot& slot) const;
   void TableColour(const ColourSlot& slot, Colour colour);
-  /// "IntervalColor1" to "IntervalColor9", then "IntervalColor0".
-  static const std::array<ColourSlot, 10> kIntervalSlots;
-  /// Raises `Subscript` for an interval above 9.
-  static const ColourSlot& IntervalSlot(std::size_t interval);
+  /// Of the interval of that number; raises `Subscript` for one that the class doesn't have.
+  ColourSlot IntervalSlot(std::size_t interval, bool auxiliary = false) const;
 
   Container& container() const { return *container_; }
   /// Keeps the control for the rest of a member that calls out.

@@ -18,8 +18,12 @@ class SigmaControl : public Base {
     this->Changed("SigmaRange");
   }
   /// 0 above the band, 1 within it, 2 below it.
-  Colour IntervalColor(std::size_t range) const { return this->TableColour(Slot(range)); }
-  void IntervalColor(std::size_t range, Colour colour) { this->TableColour(Slot(range), colour); }
+  Colour IntervalColor(std::size_t range) const {
+    return this->TableColour(this->IntervalSlot(range, true));
+  }
+  void IntervalColor(std::size_t range, Colour colour) {
+    this->TableColour(this->IntervalSlot(range, true), colour);
+  }
   /// Leaves the place in the printer's pixels in the caller's variables.
   PrintResult PrintLegend_No_Frame(float& left, float& top) {
     return this->PrintBlock([&](PrintWafer& print) {
@@ -28,19 +32,14 @@ class SigmaControl : public Base {
   }
 
  protected:
-  using ColourSlot = PlotControl::ColourSlot;
-  static constexpr std::array<ColourSlot, 3> kSlots = {{
-      {"IntervalColor0", true, 0},
-      {"IntervalColor1", true, 1},
-      {"IntervalColor2", true, 2},
-  }};
+  static constexpr std::size_t kRanges = 3;
 
   float sigma_range_ = 0;
 
   SigmaControl(Platform& platform, Container* container, const ControlClass& own_class)
       : Base(platform, container, own_class, {}, MapControl::Legend::Sigma) {
     ShowSigma(*this->unit_);
-    for (std::size_t row = 0; row < kSlots.size(); ++row) {
+    for (std::size_t row = 0; row < kRanges; ++row) {
       const TwipsBox& beside = this->row_nodes_[2 * row]->Box();
       signs_[row] = &this->AddLabel(*this->legende_, IndexedName("sigma", row),
                                     {beside.left, beside.top, 150, beside.height});
@@ -59,7 +58,7 @@ class SigmaControl : public Base {
   void ShowLegend() override {
     this->wafer_.scale_sigma(this->chips_, this->rows_, sigma_range_);
     this->lbldist_->caption(PlainNumber(sigma_range_));
-    for (std::size_t row = 0; row < kSlots.size(); ++row) {
+    for (std::size_t row = 0; row < kRanges; ++row) {
       TwipsBox place = signs_[row]->Box();
       place.left = this->row_nodes_[2 * row]->Right() + kGapToSign;
       signs_[row]->Move(place);
@@ -75,12 +74,7 @@ class SigmaControl : public Base {
     label.Text("s");
   }
 
-  static const ColourSlot& Slot(std::size_t range) {
-    if (range >= kSlots.size()) numbers_detail::Raise(Fault::Subscript);
-    return kSlots[range];
-  }
-
-  std::array<Node*, kSlots.size()> signs_{};
+  std::array<Node*, kRanges> signs_{};
 };
 
 }  // namespace discoplan
