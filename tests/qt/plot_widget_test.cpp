@@ -298,6 +298,8 @@ TEST(PlotWidgets, DrawAnewInThePixelsOfAnotherScreen) {
   sharp.show();
   ASSERT_EQ(sharp.SetWaferData(kX, kY, kZ), LoadResult::Loaded);
   sharp.Plot();
+  sharp.Control().SetPlotNotVaild();
+  sharp.Plot();  // a second plot begins with the state that the first one left
   const auto all = [](PlotWidget& widget) {
     const auto& picture = *widget.Control().root().Find("PLOTA")->Picture();
     const auto span = std::as_const(picture).canvas().Pixels();
