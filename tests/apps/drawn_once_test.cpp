@@ -2,8 +2,8 @@
 // A program draws a plot once, and one for paper not at all.
 #include <gtest/gtest.h>
 
-#include "apps/discoplan/plot_kinds.h"
 #include "apps/discoplan/plot_request.h"
+#include "discoplan/controls/control_class.h"
 #include "hosts/recording/recording_host.h"
 
 namespace discoplan::app {
@@ -24,17 +24,17 @@ TEST(DrawnOnce, ByEachKind) {
   measured.x = {0, 60, 0, -60, 0, 80, -80};
   measured.y = {0, 0, 60, 0, -60, 40, -40};
   measured.value = {10, 12, 14, 16, 18, 11, 17};
-  for (const PlotKind& kind : AllPlotKinds()) {
+  for (const ControlClass* kind : ControlClasses()) {
     RecordingHost host;
-    const auto control = LoadedControl(kind, {}, {}, measured, {host, 6000, 4500});
+    const auto control = LoadedControl(*kind, {}, {}, measured, {host, 6000, 4500});
     const std::size_t before = Drawn(*control);
-    EXPECT_LE(before, 16U) << kind.name << ": no more than the lines of an empty chart";
+    EXPECT_LE(before, 16U) << kind->name << ": no more than the lines of an empty chart";
     control->Plot();
     const std::size_t once = Drawn(*control);
-    EXPECT_GT(once, 10U) << kind.name;
+    EXPECT_GT(once, 10U) << kind->name;
     control->SetPlotNotVaild();
     control->Plot();
-    EXPECT_EQ(Drawn(*control), once) << kind.name;
+    EXPECT_EQ(Drawn(*control), once) << kind->name;
   }
 }
 
