@@ -405,6 +405,7 @@ void LineScan::ShowPlotOption() {
 
 /// The markers are pictures of fixed size, which only colours draw.
 void LineScan::ScreenChanged() {
+  const ObjectRef held = Hold();
   PlotControl::ScreenChanged();
   DrawMarkers(plus_.BackColor());
 }

@@ -140,10 +140,8 @@ class PlotHost final : public QtPlatform,
   }
   /// With and without its legend a control has another least size, which it asks for anew.
   void Repaint() override {
-    if (!widget_ || !control ||
-        std::exchange(hides_legend_, control->HideLegend()) == hides_legend_) {
-      return;
-    }
+    if (!widget_ || !control || control->HideLegend() == hides_legend_) return;
+    hides_legend_ = control->HideLegend();
     if (own_minimum_) widget_->setMinimumSize(*own_minimum_);
     own_minimum_.reset();
   }
