@@ -14,7 +14,7 @@
 /// Coordinates are in surface units: whole pixels where `ScaleMode` is 3, twips where it is 1,
 /// with X to the right and Y downward. `Polygon` and `FloodFill` are always in device pixels.
 /// A surface clips what lies outside, however far away. A member that a kind of surface doesn't
-/// offer raises `RunTimeError` with `Fault::MemberNotOffered`.
+/// offer raises `RunTimeError` with `Fault::MemberNotOffered`. One thread uses a surface.
 
 #include <cstdint>
 #include <optional>

@@ -6,7 +6,8 @@
 ///     AutomationSession session;
 ///     std::cout << session.Answer(R"({"op":"new","class":"Plot2D","id":"p"})") << '\n';
 ///
-/// Whatever a request holds, it gets a reply, and the next one is answered as well.
+/// Whatever a request holds, it gets a reply, and the next one is answered as well. One thread uses
+/// a session.
 
 #include <deque>
 #include <iosfwd>

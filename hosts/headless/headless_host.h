@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// A host that needs no display: pictures with the machine's own fonts, and PNG files.
+/// A host that needs no display: pictures with the machine's own fonts, and PNG files. One thread
+/// uses a host with its plots; each thread may have its own.
 ///
 ///     HeadlessHost host;
 ///     Plot2D plot(host);

@@ -10,6 +10,7 @@
 ///     measured.D2Plot(paper, 1, 5, 0, true, area);
 ///     paper.Finish();
 ///
+/// One thread uses a paper with its painter; for a file it need not be that of the user interface.
 /// Texts stay texts, cells become one shape for each colour. Lengths are twips until `ScaleMode`
 /// is set to pixels, which are those of the painter's device.
 

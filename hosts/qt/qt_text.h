@@ -6,7 +6,7 @@
 
 namespace discoplan::qt {
 
-/// Text on pictures by Qt's fonts.
+/// Text on pictures by Qt's fonts. It has no state: any thread may use it, where Qt's fonts may be.
 class DISCOPLAN_EXPORT QtText final : public TextPainter {
  public:
   double Width(const Font& font, double pixels_per_point, std::string_view text) const override;

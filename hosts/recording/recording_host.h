@@ -2,7 +2,8 @@
 #pragma once
 
 /// A host without a screen and without fonts, for tests and for automation: pictures are rasters
-/// that record, text is measured and not painted, messages are kept and answered OK.
+/// that record, text is measured and not painted, messages are kept and answered OK. One thread
+/// uses a host with its controls.
 ///
 ///     RecordingHost host;
 ///     RecordingContainer container;
