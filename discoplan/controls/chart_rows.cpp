@@ -110,8 +110,10 @@ constexpr std::array kCut = {
     Property<C, std::int16_t, &C::angle, &C::angle>(
         {.name = "angle",
          .id = 76,
-         .doc = "Angle of the cut, 0 to 360 degrees, where 0 is parallel to the Y axis and 360 "
-                "counts as 0; another value tells the user and changes nothing.",
+         .doc =
+             "Angle of the cut, 0 to 360 degrees, where 360 counts as 0; another value tells the "
+             "user and changes nothing. At 0 the cut runs up the wafer, and it turns "
+             "counterclockwise: at 90 it runs from right to left, so that X falls along it.",
          .change = Change::Repainted,
          .announced = "Angle",
          .initial = 0,

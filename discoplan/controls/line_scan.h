@@ -18,6 +18,8 @@ class DISCOPLAN_EXPORT LineScan final : public PlotControl {
   explicit LineScan(Platform& platform, Container* container = nullptr);
 
   /// Degrees, 0 to 360, where 360 counts as 0; another value tells the user and changes nothing.
+  /// At 0 the cut runs up the wafer, and it turns counterclockwise: at 90 it runs from right to
+  /// left, so that X falls along it.
   std::int16_t angle() const { return angle_; }
   void angle(std::int16_t degrees);
   PlotTypeEnumLineScan PlotType() const { return plot_type_; }
