@@ -2,6 +2,7 @@
 #include "apps/discoplan/plot_request.h"
 
 #include <algorithm>
+#include <system_error>
 
 #include "apps/discoplan/checks.h"
 #include "apps/discoplan/measured_wafer.h"
@@ -82,6 +83,15 @@ void SetUp(PlotControl& control, const PlotRequest& request, const std::string& 
   RefuseFineSurface(control);
 }
 
+std::shared_ptr<WorkerPool> NewWorkers(int threads) {
+  try {
+    return std::make_shared<WorkerPool>(threads);
+  } catch (const std::system_error& error) {
+    throw CommandError("--threads: there is no room for " + std::to_string(threads) +
+                       " threads now (" + error.code().message() + "); give fewer");
+  }
+}
+
 void TakeLimits(const std::vector<float>& limits, PlotRequest& request) {
   if (!(limits[0] < limits[1])) throw UsageError("--limits takes LOW HIGH with LOW below HIGH");
   const bool fits = Attempt([&] {
@@ -137,8 +147,7 @@ void AddPlotOptions(CLI::App& command, PlotRequest& request) {
   command.add_flag("--no-legend", request.no_legend, "Leave out the legend");
   command
       .add_option_function<int>(
-          "--threads",
-          [&request](int threads) { request.workers = std::make_shared<WorkerPool>(threads); },
+          "--threads", [&request](int threads) { request.workers = NewWorkers(threads); },
           "Threads that share the interpolation of a fine map or surface; one otherwise")
       ->check(CLI::Range(1, 64));
 }

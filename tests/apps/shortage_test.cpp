@@ -70,6 +70,14 @@ TEST_F(Shortage, OfMemoryIsToldInOneLine) {
   EXPECT_GT(told, 4);
 }
 
+TEST_F(Shortage, OfThreadsNamesTheOption) {
+  if (watched_) GTEST_SKIP();
+  const Outcome outcome = RunWithin(200000, "plot " + kLot + " --wafer 7 -o map.png --threads 64");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_TRUE(outcome.output.starts_with("discoplan: --threads: there is no room for 64 threads"))
+      << outcome.output;
+}
+
 TEST_F(Shortage, OfMemoryIsAnAnswerOfAutomation) {
   if (watched_) GTEST_SKIP();
   std::string requests =
