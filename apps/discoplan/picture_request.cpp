@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "apps/discoplan/checks.h"
+#include "discoplan/figures/colour_map.h"
 
 namespace discoplan::app {
 namespace {
@@ -15,15 +16,80 @@ PixelSize ParseSize(const std::string& text) {
   constexpr int kLargest = 10000;
   PixelSize size;
   int used = 0;
-  if (std::sscanf(text.c_str(), "%5dx%5d%n", &size.width, &size.height, &used) != 2 ||
-      used != static_cast<int>(text.size()) || std::min(size.width, size.height) < kSmallest ||
-      std::max(size.width, size.height) > kLargest) {
-    throw UsageError("--size takes WIDTHxHEIGHT, 50 to 10000 pixels each, not '" + text + "'");
+  const auto is_whole = [&] { return used == static_cast<int>(text.size()); };
+  if (std::sscanf(text.c_str(), "%5dx%5d%n", &size.width, &size.height, &used) == 2 && is_whole() &&
+      std::min(size.width, size.height) >= kSmallest &&
+      std::max(size.width, size.height) <= kLargest) {
+    return size;
   }
-  return size;
+  used = 0;
+  if (std::sscanf(text.c_str(), "%7lfx%7lfmm%n", &size.width_mm, &size.height_mm, &used) == 2 &&
+      is_whole() && std::min(size.width_mm, size.height_mm) >= 20 &&
+      std::max(size.width_mm, size.height_mm) <= 2000) {
+    return size;
+  }
+  throw UsageError(
+      "--size takes WIDTHxHEIGHT, 50 to 10000 pixels each, or WIDTHxHEIGHTmm, 20 to "
+      "2000 each, not '" +
+      text + "'");
+}
+
+/// The classic look knows pixels alone.
+void TakePixels(PictureRequest& request) {
+  PixelSize& size = request.size;
+  if (size.width_mm <= 0) return;
+  const double pixels = request.dpi.value_or(300) / 25.4;
+  size.width = static_cast<int>(std::lround(size.width_mm * pixels));
+  size.height = static_cast<int>(std::lround(size.height_mm * pixels));
+  if (std::max(size.width, size.height) <= 10000) return;
+  throw UsageError("--size and --dpi make a picture of more than 10000 pixels; give less");
+}
+
+void AddLookOptions(CLI::App& command, PictureRequest& request) {
+  LookRequest& look = request.look;
+  command
+      .add_option_function<std::string>(
+          "--look", [&look](const std::string& name) { look.classic = name == "classic"; },
+          "modern, or classic as the controls draw it")
+      ->check(CLI::IsMember({"modern", "classic"}))
+      ->default_str("modern");
+  command
+      .add_option("--colours", look.colours,
+                  "Colours of the values: " + figures::ColourMapNames() +
+                      "; with _r behind its name reversed")
+      ->check(CLI::Validator(
+          [](std::string& name) {
+            return figures::FindColourMap(name) ? std::string()
+                                                : "is none of " + figures::ColourMapNames();
+          },
+          "NAME"));
+  command.add_option("--bands", look.bands, "Steps of the colour scale; continuous otherwise")
+      ->check(CLI::Range(2, 64));
+  command
+      .add_option("--interpolation", look.interpolation,
+                  "Between the sites: smooth (thin-plate spline) or idw4 (mean of four)")
+      ->check(CLI::IsMember({"smooth", "idw4"}))
+      ->capture_default_str();
+  command.add_option("--notch", look.notch, "Side that notch or flat are at")
+      ->check(CLI::IsMember(NotchSides()))
+      ->capture_default_str();
+  command.add_option("--quantity", look.quantity, "What was measured; the data's name otherwise");
+  command.add_option("--units", look.units, "Unit of the values; the data's otherwise");
+  command.add_option("--font", look.font, "Font of all texts");
+  command.add_flag("--values", look.values, "Write the values beside the sites of a map");
+  command.add_flag("--no-isolines", look.no_isolines, "Leave out the lines of equal value");
+  command.add_flag("--dark", look.dark, "Light on dark");
+  command.add_flag("--transparent", look.transparent, "No background");
+  command.add_option("--dpi", request.dpi, "Dots per inch of a size in mm; 300 otherwise")
+      ->check(CLI::Range(30.0, 2400.0));
 }
 
 }  // namespace
+
+const std::array<std::string, 4>& NotchSides() {
+  static const std::array<std::string, 4> sides = {"bottom", "left", "top", "right"};
+  return sides;
+}
 
 void AddPictureOptions(CLI::App& command, PictureRequest& request) {
   AddDataOptions(command, request.data);
@@ -36,8 +102,10 @@ void AddPictureOptions(CLI::App& command, PictureRequest& request) {
   command
       .add_option_function<std::string>(
           "--size", [&request](const std::string& text) { request.size = ParseSize(text); },
-          "Size of each plot in pixels, 96 to the inch on paper")
+          "Size of each plot in pixels or, as in 160x120mm, on paper")
       ->default_str("800x600");
+  AddLookOptions(command, request);
+  command.parse_complete_callback([&request] { TakePixels(request); });
 }
 
 SheetGrid SheetGrid::For(std::size_t count) {

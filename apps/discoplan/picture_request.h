@@ -3,6 +3,8 @@
 
 /// What is asked of a picture of one wafer, whichever format it is written in.
 
+#include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +15,27 @@ namespace discoplan::app {
 struct PixelSize {
   int width = 800;
   int height = 600;
+  double width_mm = 0;  ///< Above 0 if the size was given in millimetres.
+  double height_mm = 0;
+};
+
+/// The four sides that a notch or flat may be at.
+const std::array<std::string, 4>& NotchSides();
+
+/// How the picture looks; all but the first two belong to the modern look.
+struct LookRequest {
+  bool classic = false;
+  std::string colours;  ///< Name of a colour map; empty for the look's own.
+  int bands = 0;
+  std::string interpolation = "smooth";
+  std::string notch = "bottom";
+  std::string quantity;
+  std::string units;
+  std::string font;
+  bool dark = false;
+  bool transparent = false;
+  bool values = false;
+  bool no_isolines = false;
 };
 
 struct PictureRequest {
@@ -20,6 +43,8 @@ struct PictureRequest {
   PlotRequest plot;
   std::string output;
   PixelSize size;  ///< of each plot
+  std::optional<double> dpi;
+  LookRequest look;
 };
 
 void AddPictureOptions(CLI::App& command, PictureRequest& request);

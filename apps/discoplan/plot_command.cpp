@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "apps/discoplan/beside.h"
+#include "apps/discoplan/figure_command.h"
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/picture_request.h"
 #include "hosts/headless/headless_host.h"
@@ -42,6 +43,7 @@ class Drawing {
         .width = static_cast<float>(request.size.width) * screen.twips_per_pixel_x,
         .height = static_cast<float>(request.size.height) * screen.twips_per_pixel_y};
     control_ = LoadedControl(kind, request.plot, request.data, measured, stage);
+    TakeColours(*control_, request.look.colours);
     control_->Plot();
   }
 
@@ -116,11 +118,13 @@ void AddPlotCommand(CLI::App& program) {
       "Examples:\n"
       "  discoplan plot sites.csv -o map.png\n"
       "  discoplan plot lot.csv --wafer 7 -o slot7.pdf --limits 9.5 10.5\n"
-      "  discoplan plot lot.csv --columns X,Y,slot3 -o map.png --set ShowSites=true\n"
-      "  discoplan plot sites.dat -o map.png --diameter 300 --style flat --size 1600x1200\n"
+      "  discoplan plot lot.csv --columns X,Y,slot3 -o map.png --colours cividis --bands 10\n"
+      "  discoplan plot sites.dat -o map.png --diameter 300 --style flat --size 160x120mm\n"
       "  discoplan plot sites.csv -o sheet.png --kind all --size 400x300");
   command->callback([request] {
-    FormatOf(request->output) == FileFormat::Png ? Plot(*request) : RunBeside(kReportProgram);
+    const bool is_png = FormatOf(request->output) == FileFormat::Png;
+    if (!request->look.classic) return PlotFigures(*request);
+    is_png ? Plot(*request) : RunBeside(kReportProgram);
   });
 }
 

@@ -13,6 +13,7 @@
 #include "discoplan/controls/plot3db.h"
 #include "discoplan/controls/view_control.h"
 #include "discoplan/core/worker_pool.h"
+#include "discoplan/figures/colour_map.h"
 #include "discoplan/render/number_text.h"
 #include "hosts/headless/settings_file.h"
 
@@ -90,6 +91,16 @@ std::shared_ptr<WorkerPool> NewWorkers(int threads) {
     throw CommandError("--threads: there is no room for " + std::to_string(threads) +
                        " threads now (" + error.code().message() + "); give fewer");
   }
+}
+
+/// Of the classes' colours, from the highest on; empty for a plot in one colour.
+std::vector<std::string> ColourMembers(const PlotControl& control) {
+  std::vector<std::string> names;
+  for (int i = 0; i < wafer::kLegendRows; ++i) {
+    std::string name = "IntervalColor" + std::to_string(i);
+    if (control.Members().Find(name) != nullptr) names.push_back(std::move(name));
+  }
+  return names;
 }
 
 void TakeLimits(const std::vector<float>& limits, PlotRequest& request) {
@@ -204,6 +215,18 @@ std::unique_ptr<PlotControl> LoadedControl(const ControlClass& kind, const PlotR
   LoadSites(*control, source, measured);
   if (!request.limits.empty()) control->SetPlotLimit(request.limits[0], request.limits[1]);
   return control;
+}
+
+void TakeColours(PlotControl& control, const std::string& colours) {
+  if (colours.empty()) return;
+  const std::vector<std::string> names = ColourMembers(control);
+  const std::vector<figures::Rgba> bands =
+      figures::BandColours(*figures::FindColourMap(colours), static_cast<int>(names.size()));
+  for (std::size_t i = 0; i < bands.size(); ++i) {
+    const figures::Rgba colour = bands[bands.size() - 1 - i];  // from the highest class on
+    const auto packed = static_cast<Colour>(colour.red | colour.green << 8 | colour.blue << 16);
+    SetMember(control, names[i] + "=" + std::to_string(packed));
+  }
 }
 
 void SaveSettings(const PlotRequest& request, PlotControl& control) {

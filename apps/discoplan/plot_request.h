@@ -59,6 +59,9 @@ std::unique_ptr<PlotControl> LoadedControl(const ControlClass& kind, const PlotR
                                            const ReadRequest& data, const Wafer& measured,
                                            const PlotStage& stage);
 
+/// Gives the ten classes of a coloured plot the colours of a map, if one is named.
+void TakeColours(PlotControl& control, const std::string& colours);
+
 /// Writes the settings if that is asked for: at the end, when nothing else has failed.
 void SaveSettings(const PlotRequest& request, PlotControl& control);
 

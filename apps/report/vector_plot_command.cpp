@@ -45,6 +45,7 @@ void Plot(const PictureRequest& request) {
   for (std::size_t i = 0; i < kinds.size(); ++i) {
     control = LoadedControl(*kinds[i], request.plot, request.data, measured,
                             {host, kControlWidth, kControlHeight});
+    TakeColours(*control, request.look.colours);
     Print(*control, file.paper(),
           {static_cast<float>(grid.ColumnOf(i)) * width, static_cast<float>(grid.RowOf(i)) * height,
            width, height},

@@ -233,7 +233,7 @@ void DrawContours(Sketch sketch) {
   auto& [page, plot, summary, style] = sketch;
   // A band between each two lines, tinted, so that hills are told from hollows.
   Style tinted = style;
-  if (tinted.bands == 0) tinted.bands = std::max(6, MostTicks(page) + 2);
+  if (tinted.bands == 0) tinted.bands = std::max(8, MostTicks(page) + 4);
   Scale scale = MakeScale(plot, summary, tinted, tinted.bands + 1);
   const std::vector<Rgba> full = scale.bands;
   const Rgba ground = style.transparent ? InksFor(false).paper : page.Ink().paper;

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <initializer_list>
 
 namespace discoplan::figures {
 namespace {
@@ -16,6 +17,13 @@ std::string Number(double value) {
   while (shown.back() == '0') shown.pop_back();
   if (shown.back() == '.') shown.pop_back();
   return shown == "-0" ? "0" : shown;
+}
+
+/// The texts one after the other.
+std::string Joined(std::initializer_list<std::string_view> texts) {
+  std::string joined;
+  for (const std::string_view text : texts) joined += text;
+  return joined;
 }
 
 std::string Escaped(std::string_view text) {
@@ -61,9 +69,9 @@ std::string Base64(std::span<const std::uint8_t> bytes) {
 std::string Paint(std::string_view what, Rgba colour) {
   std::array<char, 16> hex;
   std::snprintf(hex.data(), hex.size(), "#%02x%02x%02x", colour.red, colour.green, colour.blue);
-  std::string text = " " + std::string(what) + "=\"" + hex.data() + "\"";
+  std::string text = Joined({" ", what, "=\"", hex.data(), "\""});
   if (colour.alpha != 255) {
-    text += " " + std::string(what) + "-opacity=\"" + Number(colour.alpha / 255.0) + "\"";
+    text += Joined({" ", what, "-opacity=\"", Number(colour.alpha / 255.0), "\""});
   }
   return text;
 }
@@ -72,7 +80,7 @@ std::string StrokeText(const Stroke& stroke) {
   if (stroke.width <= 0) return {};
   std::string text =
       Paint("stroke", stroke.colour) + " stroke-width=\"" + Number(stroke.width) + "\"";
-  if (stroke.dash > 0) text += " stroke-dasharray=\"" + Number(stroke.dash) + "\"";
+  if (stroke.dash > 0) text += Joined({" stroke-dasharray=\"", Number(stroke.dash), "\""});
   return text;
 }
 
@@ -104,7 +112,8 @@ class SvgDevice final : public Device {
     // Dots of round lines without length: a few bytes each.
     const auto dots = [&](double radius, Rgba colour) {
       out_ += "<path d=\"";
-      for (const Point p : shape.centres) out_ += "M" + Number(p.x) + " " + Number(p.y) + "h0";
+      for (const Point p : shape.centres)
+        out_ += Joined({"M", Number(p.x), " ", Number(p.y), "h0"});
       out_ += "\" fill=\"none\" stroke-linecap=\"round\" stroke-width=\"" + Number(2 * radius) +
               "\"" + Paint("stroke", colour) + "/>\n";
     };
@@ -114,17 +123,18 @@ class SvgDevice final : public Device {
 
   void Draw(const TextShape& shape) override {
     const auto write = [&](const std::string& look) {
-      out_ += "<text x=\"" + Number(shape.start.x) + "\" y=\"" + Number(shape.start.y) +
-              "\" font-size=\"" + Number(shape.size) + "\"" +
-              (shape.bold ? " font-weight=\"bold\"" : "") + look;
+      out_ += Joined({"<text x=\"", Number(shape.start.x), "\" y=\"", Number(shape.start.y),
+                      "\" font-size=\"", Number(shape.size), "\"",
+                      shape.bold ? " font-weight=\"bold\"" : "", look});
       if (shape.width > 0) {
-        out_ += " textLength=\"" + Number(shape.width) + "\" lengthAdjust=\"spacingAndGlyphs\"";
+        out_ +=
+            Joined({" textLength=\"", Number(shape.width), "\" lengthAdjust=\"spacingAndGlyphs\""});
       }
       if (shape.angle != 0) {
-        out_ += " transform=\"rotate(" + Number(-shape.angle) + " " + Number(shape.start.x) + " " +
-                Number(shape.start.y) + ")\"";
+        out_ += Joined({" transform=\"rotate(", Number(-shape.angle), " ", Number(shape.start.x),
+                        " ", Number(shape.start.y), ")\""});
       }
-      out_ += ">" + Escaped(shape.text) + "</text>\n";
+      out_ += Joined({">", Escaped(shape.text), "</text>\n"});
     };
     if (shape.halo > 0) {
       write(" aria-hidden=\"true\" fill=\"none\"" +
@@ -164,10 +174,10 @@ class SvgDevice final : public Device {
     std::string text;
     for (const Path::Piece& piece : path.pieces) {
       for (std::size_t i = 0; i < piece.points.size(); ++i) {
-        text += (i == 0   ? "M"
-                 : i == 1 ? "L"
-                          : " ") +
-                Number(piece.points[i].x) + " " + Number(piece.points[i].y);
+        text += Joined({i == 0   ? "M"
+                        : i == 1 ? "L"
+                                 : " ",
+                        Number(piece.points[i].x), " ", Number(piece.points[i].y)});
       }
       if (piece.closed) text += "Z";
     }

@@ -71,7 +71,8 @@ class Document {
 
  private:
   static void KeepFailure(HPDF_STATUS failure, HPDF_STATUS, void* user) {
-    static_cast<Document*>(user)->failure_ = failure;
+    HPDF_STATUS& first = static_cast<Document*>(user)->failure_;
+    if (first == 0) first = failure;
   }
 
   HPDF_STATUS failure_ = 0;

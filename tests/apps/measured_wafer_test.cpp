@@ -22,7 +22,7 @@ class MeasuredWafer : public ProgramFixture {
     EXPECT_EQ(outcome.output, line.empty() ? "" : "discoplan: " + line + '\n') << arguments;
   }
   std::string Picture(const std::string& options) const {
-    const Outcome outcome = Run("plot five.csv -o a.png " + options);
+    const Outcome outcome = Run("plot --look classic five.csv -o a.png " + options);
     EXPECT_EQ(outcome.status, 0) << outcome.output;
     return Read("a.png");
   }
@@ -32,15 +32,15 @@ TEST_F(MeasuredWafer, WithTooFewSitesForAPlotIsDrawnWithAWarning) {
   const std::string three =
       "three.csv: 3 sites, and a plot of kind 2D stays empty below 4; "
       "--kind 2DN or 3DB shows the values";
-  ExpectLine("plot three.csv -o a.png", 0, three);
-  ExpectLine("plot three.csv -o a.png --kind all", 0, three);
-  ExpectLine("plot three.csv -o a.pdf", 0, three);
+  ExpectLine("plot --look classic three.csv -o a.png", 0, three);
+  ExpectLine("plot --look classic three.csv -o a.png --kind all", 0, three);
+  ExpectLine("plot --look classic three.csv -o a.pdf", 0, three);
   ExpectLine("report three.csv -o a.pdf", 0, three);
-  ExpectLine("plot three.csv -o a.png --kind 2DN --kind 3DB --kind histo", 0, "");
-  ExpectLine("plot one.csv -o a.png --kind 2DN --kind histo", 0,
+  ExpectLine("plot --look classic three.csv -o a.png --kind 2DN --kind 3DB --kind histo", 0, "");
+  ExpectLine("plot --look classic one.csv -o a.png --kind 2DN --kind histo", 0,
              "one.csv: 1 site, and a plot of kind histo stays empty below 2; "
              "--kind 2DN or 3DB shows the values");
-  ExpectLine("plot five.csv -o a.png --kind all", 0, "");
+  ExpectLine("plot --look classic five.csv -o a.png --kind all", 0, "");
 }
 
 TEST_F(MeasuredWafer, ThatDoesNotFitSaysWhy) {
@@ -48,19 +48,19 @@ TEST_F(MeasuredWafer, ThatDoesNotFitSaysWhy) {
     const char* arguments;
     const char* line;
   } rows[] = {
-      {"plot far.csv -o a.png --diameter 100",
+      {"plot --look classic far.csv -o a.png --diameter 100",
        "far.csv: a site is 90 mm from the centre, outside a wafer of 100 mm across; "
        "give a larger --diameter"},
       {"report far.csv -o a.pdf --diameter 179",
        "far.csv: a site is 90 mm from the centre, outside a wafer of 179 mm across; "
        "give a larger --diameter"},
-      {"plot huge.csv -o a.png",
+      {"plot --look classic huge.csv -o a.png",
        "huge.csv: the values are too large, so that sums of them don't fit 32-bit floats; "
        "scale the values down"},
       {"stats huge.csv",
        "huge.csv: the values are too large, so that sums of them don't fit 32-bit floats; "
        "scale the values down"},
-      {"plot micro.csv -o a.png",
+      {"plot --look classic micro.csv -o a.png",
        "micro.csv: a site is 90000 mm from the centre; positions are millimetres, scale them, or "
        "give --diameter if they are"},
   };
@@ -69,17 +69,19 @@ TEST_F(MeasuredWafer, ThatDoesNotFitSaysWhy) {
     EXPECT_FALSE(Exists("a.png"));
     EXPECT_FALSE(Exists("a.pdf"));
   }
-  ExpectLine("plot micro.csv -o a.png --diameter 200000 --kind all --size 100x100", 0, "");
-  ExpectLine("plot far.csv -o a.png --diameter 180", 0, "");
-  ExpectLine("plot far.csv -o a.png --diameter 179.5", 0, "");  // beyond the edge by rounding
-  ExpectLine("plot far.csv -o a.png --test-diameter 50", 0, "");
+  ExpectLine("plot --look classic micro.csv -o a.png --diameter 200000 --kind all --size 100x100",
+             0, "");
+  ExpectLine("plot --look classic far.csv -o a.png --diameter 180", 0, "");
+  ExpectLine("plot --look classic far.csv -o a.png --diameter 179.5", 0,
+             "");  // beyond the edge by rounding
+  ExpectLine("plot --look classic far.csv -o a.png --test-diameter 50", 0, "");
 }
 
 TEST_F(MeasuredWafer, WithValuesTakenForZeroIsDrawnWithAWarning) {
   const std::string line =
       "tiny.csv: 2 values too small to be told from 0 (first -2E-16), plotted as 0; "
       "scale the values up";
-  ExpectLine("plot tiny.csv -o a.png --kind all", 0, line);
+  ExpectLine("plot --look classic tiny.csv -o a.png --kind all", 0, line);
   ExpectLine("report tiny.csv -o a.pdf", 0, line);
 }
 
@@ -106,7 +108,7 @@ TEST_F(MeasuredWafer, ComesFromStandardInputByAHyphen) {
   const std::string table = Run("stats five.csv").output;
   EXPECT_EQ(Shell("cat five.csv | " + Program() + " stats -").output.substr(16),
             table.substr(16).replace(table.find("five") - 16, 5, "stdin"));
-  ExpectLine("plot - -o a.png < five.csv", 0, "");
+  ExpectLine("plot --look classic - -o a.png < five.csv", 0, "");
   EXPECT_TRUE(IsPng("a.png"));
   EXPECT_EQ(Shell("cat five.csv | " + Program() + " plot - -o a.pdf").status, 0);
   EXPECT_TRUE(Read("a.pdf").starts_with("%PDF"));

@@ -26,9 +26,9 @@ class Output : public ProgramFixture {
 
 TEST_F(Output, ThatIsLostIsAnError) {
   Write("requests.jsonl", "{\"op\":\"new\",\"class\":\"Plot2D\",\"id\":1}\n");
-  for (const char* command :
-       {"stats five.csv", "stats five.csv --json", "--help", "--version", "plot --help",
-        "automate requests.jsonl", "automate - < requests.jsonl", "plot five.csv -o -"}) {
+  for (const char* command : {"stats five.csv", "stats five.csv --json", "--help", "--version",
+                              "plot --look classic --help", "automate requests.jsonl",
+                              "automate - < requests.jsonl", "plot --look classic five.csv -o -"}) {
     const std::string text = command;
     ExpectComplaint(text + " > /dev/full", 1, "cannot write standard output: No space left");
     ExpectComplaint(text + " >&-", 1, "cannot write standard output: Bad file descriptor");
@@ -55,20 +55,20 @@ TEST_F(Output, OverwritesNeitherDataNorOtherOutput) {
     const char* arguments;
     const char* says;
   } rows[] = {
-      {"plot link.png -o link.png", "--output and DATA are the same file"},
-      {"plot five.csv -o link.png", "--output and DATA are the same file"},
-      {"plot five.csv -o hard.png", "--output and DATA are the same file"},
-      {"plot five.csv -o link.pdf", "--output and DATA are the same file"},
-      {"plot - -o link.png < five.csv", "--output and DATA are the same file"},
-      {"plot folder/../five.csv -o a.png --save-settings five.csv",
+      {"plot --look classic link.png -o link.png", "--output and DATA are the same file"},
+      {"plot --look classic five.csv -o link.png", "--output and DATA are the same file"},
+      {"plot --look classic five.csv -o hard.png", "--output and DATA are the same file"},
+      {"plot --look classic five.csv -o link.pdf", "--output and DATA are the same file"},
+      {"plot --look classic - -o link.png < five.csv", "--output and DATA are the same file"},
+      {"plot --look classic folder/../five.csv -o a.png --save-settings five.csv",
        "--save-settings and DATA are the same file"},
-      {"plot five.csv -o a.png --save-settings a.png",
+      {"plot --look classic five.csv -o a.png --save-settings a.png",
        "--output and --save-settings are the same file"},
-      {"plot five.csv -o a.png --save-settings folder/../a.png",
+      {"plot --look classic five.csv -o a.png --save-settings folder/../a.png",
        "--output and --save-settings are the same file"},
-      {"plot five.csv -o a.svg --save-settings a.svg",
+      {"plot --look classic five.csv -o a.svg --save-settings a.svg",
        "--output and --save-settings are the same file"},
-      {"plot five.csv -o keep.json --settings keep.json", "the ending is none of"},
+      {"plot --look classic five.csv -o keep.json --settings keep.json", "the ending is none of"},
       {"report link.png link.pdf -o link.pdf", "--output and DATA are the same file"},
       {"report five.csv -o a.pdf --save-settings a.pdf",
        "--output and --save-settings are the same file"},
@@ -81,10 +81,11 @@ TEST_F(Output, OverwritesNeitherDataNorOtherOutput) {
   for (const char* name : {"a.png", "a.svg", "a.pdf"}) EXPECT_FALSE(Exists(name)) << name;
   // Settings may go back to where they came from.
   const Outcome back =
-      Run("plot five.csv -o a.png --diameter 50 --settings keep.json --save-settings keep.json");
+      Run("plot --look classic five.csv -o a.png --diameter 50 --settings keep.json "
+          "--save-settings keep.json");
   EXPECT_EQ(back.status, 0) << back.output;
   EXPECT_NE(Read("keep.json").find("\"StdResx2D\": 3"), std::string::npos);
-  EXPECT_EQ(Run("plot five.csv -o /dev/null --save-settings /dev/null").status, 0);
+  EXPECT_EQ(Run("plot --look classic five.csv -o /dev/null --save-settings /dev/null").status, 0);
 }
 
 TEST_F(Output, HasTheFormatThatItsEndingNames) {
@@ -94,12 +95,12 @@ TEST_F(Output, HasTheFormatThatItsEndingNames) {
   } rows[] = {{"a.png", "\x89PNG"}, {"a.PNG", "\x89PNG"}, {"plain", "\x89PNG"}, {"a.pdf", "%PDF"},
               {"a.Pdf", "%PDF"},    {"a.svg", "<?xml"},   {"a.Svg", "<?xml"},   {"a.SVG", "<?xml"}};
   for (const auto& row : rows) {
-    const Outcome outcome = Run(std::string("plot five.csv -o ") + row.name);
+    const Outcome outcome = Run(std::string("plot --look classic five.csv -o ") + row.name);
     EXPECT_EQ(outcome.status, 0) << outcome.output;
     EXPECT_TRUE(Read(row.name).starts_with(row.start)) << row.name;
   }
-  ExpectComplaint("plot five.csv -o b.jpg", 2, "none of .png, .pdf, .svg");
-  ExpectComplaint("plot five.csv -o ''", 2, "--output: takes the name of a file");
+  ExpectComplaint("plot --look classic five.csv -o b.jpg", 2, "none of .png, .pdf, .svg");
+  ExpectComplaint("plot --look classic five.csv -o ''", 2, "--output: takes the name of a file");
   for (const char* name : {"b.svg", "b.png", "b"}) {
     ExpectComplaint(std::string("report five.csv -o ") + name, 2, "end it in .pdf");
     EXPECT_FALSE(Exists(name));
@@ -109,8 +110,8 @@ TEST_F(Output, HasTheFormatThatItsEndingNames) {
 }
 
 TEST_F(Output, GoesToStandardOutputByAHyphen) {
-  ASSERT_EQ(Run("plot five.csv -o a.png").status, 0);
-  EXPECT_EQ(Run("plot five.csv -o - > b.png").status, 0);
+  ASSERT_EQ(Run("plot --look classic five.csv -o a.png").status, 0);
+  EXPECT_EQ(Run("plot --look classic five.csv -o - > b.png").status, 0);
   EXPECT_EQ(Read("b.png"), Read("a.png"));
   EXPECT_EQ(Run("report five.csv -o - > b.pdf").status, 0);
   EXPECT_TRUE(Read("b.pdf").starts_with("%PDF"));
@@ -122,16 +123,19 @@ TEST_F(Output, OfSettingsWaitsForThePicture) {
   const struct {
     const char* arguments;
     int status;
-  } rows[] = {
-      {"plot five.csv -o a.png --limits 6 5", 2}, {"plot five.csv -o a.png --diameter 5", 1},
-      {"plot five.csv -o none/a.png", 1},         {"plot five.csv -o none/a.pdf", 1},
-      {"report five.csv -o none/a.pdf", 1},       {"report five.csv none.csv -o a.pdf", 1}};
+  } rows[] = {{"plot --look classic five.csv -o a.png --limits 6 5", 2},
+              {"plot --look classic five.csv -o a.png --diameter 5", 1},
+              {"plot --look classic five.csv -o none/a.png", 1},
+              {"plot --look classic five.csv -o none/a.pdf", 1},
+              {"report five.csv -o none/a.pdf", 1},
+              {"report five.csv none.csv -o a.pdf", 1}};
   for (const auto& row : rows) {
     EXPECT_EQ(Run(row.arguments + std::string(" --save-settings keep.json")).status, row.status);
     EXPECT_EQ(Read("keep.json"), "old") << row.arguments;
   }
   for (const char* command :
-       {"plot five.csv -o a.png", "plot five.csv -o a.pdf", "report five.csv -o a.pdf"}) {
+       {"plot --look classic five.csv -o a.png", "plot --look classic five.csv -o a.pdf",
+        "report five.csv -o a.pdf"}) {
     Write("keep.json", "old");
     EXPECT_EQ(Run(command + std::string(" --save-settings keep.json --style flat")).status, 0);
     EXPECT_EQ(nlohmann::json::parse(Read("keep.json"))["2DFLAT"], 2) << command;

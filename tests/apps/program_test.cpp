@@ -54,7 +54,7 @@ TEST_F(Program, ArrangesSeveralKindsInASheet) {
 }
 
 TEST_F(Program, KeepsSettingsInAFile) {
-  const std::string plot = "plot " + kLot + " --wafer 7 -o map.png ";
+  const std::string plot = "plot --look classic " + kLot + " --wafer 7 -o map.png ";
   Outcome outcome = Run(plot + "--set Resolution=3.5 --style flat --save-settings a.json");
   ASSERT_EQ(outcome.status, 0) << outcome.output;
   outcome = Run(plot + "--settings a.json --set ShowSites=true --save-settings b.json");
@@ -102,7 +102,7 @@ TEST_F(Program, ListsAllWafersOfALot) {
 
 TEST_F(Program, TakesEveryOptionOfAPlot) {
   const Outcome outcome =
-      Run("plot " + kLot +
+      Run("plot --look classic " + kLot +
           " --wafer 7 -o map.png --diameter 300 --test-diameter 290 --style flat --limits 9 11"
           " --size 500x400 --set Resolution=4 --set ShowSites=ShowSite --set IntervalColor3=#FF8000"
           " --caption Oxide --no-legend");
@@ -113,7 +113,8 @@ TEST_F(Program, TakesEveryOptionOfAPlot) {
 
 TEST_F(Program, DrawsTheSamePictureOnAnyNumberOfThreads) {
   const auto picture = [&](const std::string& threads) {
-    const Outcome outcome = Run("plot " + kLot + " --wafer 7 --kind all -o map.png" + threads);
+    const Outcome outcome =
+        Run("plot --look classic " + kLot + " --wafer 7 --kind all -o map.png" + threads);
     EXPECT_EQ(outcome.status, 0) << outcome.output;
     std::ifstream file(folder_ / "map.png", std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(file), {});
@@ -123,7 +124,7 @@ TEST_F(Program, DrawsTheSamePictureOnAnyNumberOfThreads) {
 
 TEST_F(Program, SaysHowManyRowsItLeftOut) {
   Write("holes.csv", "X,Y,V\n0,0,1\n10,0,\n0,10,3\n-10,0,nan\n0,-10,5\n1,1,1\n");
-  const Outcome outcome = Run("plot holes.csv --skip-invalid -o map.png");
+  const Outcome outcome = Run("plot --look classic holes.csv --skip-invalid -o map.png");
   EXPECT_EQ(outcome.status, 0);
   EXPECT_NE(outcome.output.find("holes.csv: left out 2 rows"), std::string::npos) << outcome.output;
   EXPECT_TRUE(IsPng("map.png"));
@@ -162,59 +163,67 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Complaint{"", 2, "give a command: plot, stats, report, view, automate"},
         Complaint{"bogus", 2, "no command 'bogus'"}, Complaint{"plot", 2, "required"},
-        Complaint{"plot ok.csv", 2, "--output"},
-        Complaint{"plot ok.csv -o map.png --size 10", 2, "--size"},
-        Complaint{"plot ok.csv -o map.png --size 800x600x2", 2, "--size"},
-        Complaint{"plot ok.csv -o map.png --style round", 2, "round"},
-        Complaint{"plot ok.csv -o map.png --limits 5 5", 2, "LOW below HIGH"},
-        Complaint{"plot ok.csv -o map.png --diameter -3", 2, "--diameter"},
-        Complaint{"plot ok.csv -o map.png --set Colour=1", 2, "'Colour' is none of"},
-        Complaint{"plot ok.csv -o map.png --set Resolution=fine", 2, "'fine' is no value"},
-        Complaint{"plot ok.csv -o map.png --set WaferStyle=Round", 2, "one of Notch, Flat"},
-        Complaint{"plot ok.csv -o map.png --set IntervalColor0=red", 2,
+        Complaint{"plot --look classic ok.csv", 2, "--output"},
+        Complaint{"plot --look classic ok.csv -o map.png --size 10", 2, "--size"},
+        Complaint{"plot --look classic ok.csv -o map.png --size 800x600x2", 2, "--size"},
+        Complaint{"plot --look classic ok.csv -o map.png --style round", 2, "round"},
+        Complaint{"plot --look classic ok.csv -o map.png --limits 5 5", 2, "LOW below HIGH"},
+        Complaint{"plot --look classic ok.csv -o map.png --diameter -3", 2, "--diameter"},
+        Complaint{"plot --look classic ok.csv -o map.png --set Colour=1", 2, "'Colour' is none of"},
+        Complaint{"plot --look classic ok.csv -o map.png --set Resolution=fine", 2,
+                  "'fine' is no value"},
+        Complaint{"plot --look classic ok.csv -o map.png --set WaferStyle=Round", 2,
+                  "one of Notch, Flat"},
+        Complaint{"plot --look classic ok.csv -o map.png --set IntervalColor0=red", 2,
                   "'red' is no value of type colour; it is #RRGGBB, such as #FF0000 for red"},
-        Complaint{"plot ok.csv -o map.png --set HideLegend=maybe", 2, "it is true or false"},
-        Complaint{"plot ok.csv -o map.png --set Resolution", 2, "NAME=VALUE"},
-        Complaint{"plot ok.csv -o map.png --kind 4D", 2, "'4D' is none of"},
-        Complaint{"plot missing.csv -o map.png", 1, "missing.csv: "},
-        Complaint{"plot folder -o map.png", 1, "folder: "},
-        Complaint{"plot empty.csv -o map.png", 1, "empty.csv: "},
-        Complaint{"plot short.csv -o map.png", 1, "short.csv:3: "},
-        Complaint{"plot text.csv -o map.png", 1, "text.csv:3:2: "},
-        Complaint{"plot nan.csv -o map.png", 1, "nan.csv:3:3: "},
-        Complaint{"plot ok.csv --columns X,Y,Z -o map.png", 1, "'Z'"},
-        Complaint{"plot far.csv -o map.png --diameter 50", 1, "give a larger --diameter"},
-        Complaint{"plot ok.csv -o none/map.png", 1, "cannot write 'none/map.png'"},
-        Complaint{"plot ok.csv -o folder", 1, "cannot write 'folder'"},
-        Complaint{"plot --bogus a", 2, "no place for '--bogus'; discoplan plot --help"},
-        Complaint{"plot ok.csv -o map.png --bogus", 2, "no place for '--bogus'"},
-        Complaint{"plot ok.csv ok.csv -o map.png", 2, "no place for 'ok.csv'"},
+        Complaint{"plot --look classic ok.csv -o map.png --set HideLegend=maybe", 2,
+                  "it is true or false"},
+        Complaint{"plot --look classic ok.csv -o map.png --set Resolution", 2, "NAME=VALUE"},
+        Complaint{"plot --look classic ok.csv -o map.png --kind 4D", 2, "'4D' is none of"},
+        Complaint{"plot --look classic missing.csv -o map.png", 1, "missing.csv: "},
+        Complaint{"plot --look classic folder -o map.png", 1, "folder: "},
+        Complaint{"plot --look classic empty.csv -o map.png", 1, "empty.csv: "},
+        Complaint{"plot --look classic short.csv -o map.png", 1, "short.csv:3: "},
+        Complaint{"plot --look classic text.csv -o map.png", 1, "text.csv:3:2: "},
+        Complaint{"plot --look classic nan.csv -o map.png", 1, "nan.csv:3:3: "},
+        Complaint{"plot --look classic ok.csv --columns X,Y,Z -o map.png", 1, "'Z'"},
+        Complaint{"plot --look classic far.csv -o map.png --diameter 50", 1,
+                  "give a larger --diameter"},
+        Complaint{"plot --look classic ok.csv -o none/map.png", 1, "cannot write 'none/map.png'"},
+        Complaint{"plot --look classic ok.csv -o folder", 1, "cannot write 'folder'"},
+        Complaint{"plot --look classic --bogus a", 2,
+                  "no place for '--bogus'; discoplan plot --help"},
+        Complaint{"plot --look classic ok.csv -o map.png --bogus", 2, "no place for '--bogus'"},
+        Complaint{"plot --look classic ok.csv ok.csv -o map.png", 2, "no place for 'ok.csv'"},
         Complaint{"--bogus", 2, "no place for '--bogus'; discoplan --help"},
-        Complaint{"plot '' -o map.png", 2, "DATA: takes the name of a file"},
-        Complaint{"plot ok.csv -o map.png --diameter nan", 2,
+        Complaint{"plot --look classic '' -o map.png", 2, "DATA: takes the name of a file"},
+        Complaint{"plot --look classic ok.csv -o map.png --diameter nan", 2,
                   "--diameter: takes a positive number, not 'nan'"},
-        Complaint{"plot ok.csv -o map.png --diameter 1e39", 2, "not '1e39'"},
-        Complaint{"plot ok.csv -o map.png --diameter 0", 2, "not '0'"},
-        Complaint{"plot ok.csv -o map.png --diameter 300mm", 2, "not '300mm'"},
-        Complaint{"plot ok.csv -o map.png --test-diameter inf", 2,
+        Complaint{"plot --look classic ok.csv -o map.png --diameter 1e39", 2, "not '1e39'"},
+        Complaint{"plot --look classic ok.csv -o map.png --diameter 0", 2, "not '0'"},
+        Complaint{"plot --look classic ok.csv -o map.png --diameter 300mm", 2, "not '300mm'"},
+        Complaint{"plot --look classic ok.csv -o map.png --test-diameter inf", 2,
                   "--test-diameter: takes a positive number, not 'inf'"},
-        Complaint{"plot ok.csv -o map.png --test-diameter 51", 2,
+        Complaint{"plot --look classic ok.csv -o map.png --test-diameter 51", 2,
                   "51 mm is more than the wafer's 50 mm"},
-        Complaint{"plot ok.csv -o map.png --diameter 40 --test-diameter 41", 2,
+        Complaint{"plot --look classic ok.csv -o map.png --diameter 40 --test-diameter 41", 2,
                   "41 mm is more than the wafer's 40 mm"},
-        Complaint{"plot ok.csv -o map.png --limits -1e300 1e300", 2,
+        Complaint{"plot --look classic ok.csv -o map.png --limits -1e300 1e300", 2,
                   "--limits: takes a number that a 32-bit float holds, not '-1e300'"},
-        Complaint{"plot ok.csv -o map.png --limits -3e38 3e38", 2, "scale the values"},
-        Complaint{"plot ok.csv -o map.png --limits 2e38 3e38", 2, "scale the values"},
-        Complaint{"plot ok.csv -o map.png --limits 0 nan", 2, "not 'nan'"},
-        Complaint{"plot ok.csv -o map.png --kind 3D --set XResolution=0.0499", 2,
+        Complaint{"plot --look classic ok.csv -o map.png --limits -3e38 3e38", 2,
+                  "scale the values"},
+        Complaint{"plot --look classic ok.csv -o map.png --limits 2e38 3e38", 2,
+                  "scale the values"},
+        Complaint{"plot --look classic ok.csv -o map.png --limits 0 nan", 2, "not 'nan'"},
+        Complaint{"plot --look classic ok.csv -o map.png --kind 3D --set XResolution=0.0499", 2,
                   "can't be below 0.05 mm"},
-        Complaint{"plot ok.csv -o map.png --kind 3DS --set YResolution=0.004", 2,
+        Complaint{"plot --look classic ok.csv -o map.png --kind 3DS --set YResolution=0.004", 2,
                   "can't be below 0.05 mm"},
-        Complaint{"plot ok.csv -o map.png --settings folder", 1, "cannot use 'folder'"},
-        Complaint{"plot ok.csv -o map.png --settings large.json", 1,
+        Complaint{"plot --look classic ok.csv -o map.png --settings folder", 1,
+                  "cannot use 'folder'"},
+        Complaint{"plot --look classic ok.csv -o map.png --settings large.json", 1,
                   "cannot use 'large.json': a number in it is out of"},
-        Complaint{"plot 'lines\nmore.csv' -o map.png", 1, "lines?more.csv: "},
+        Complaint{"plot --look classic 'lines\nmore.csv' -o map.png", 1, "lines?more.csv: "},
         Complaint{"stats missing.csv", 1, "missing.csv: "},
         Complaint{"automate missing.jsonl", 1,
                   "missing.jsonl: the file can't be read (No such file or directory)"},
@@ -241,8 +250,8 @@ TEST_F(Program, AnswersAutomationRequestsInOrder) {
 }
 
 TEST_F(Program, ShowsHelpWithExamplesOnEveryLevel) {
-  for (const char* level :
-       {"--help", "plot --help", "stats --help", "automate --help", "describe --help"}) {
+  for (const char* level : {"--help", "plot --look classic --help", "stats --help",
+                            "automate --help", "describe --help"}) {
     const Outcome outcome = Run(level);
     EXPECT_EQ(outcome.status, 0) << level;
     EXPECT_NE(outcome.output.find("discoplan "), std::string::npos) << level;

@@ -122,8 +122,8 @@ TEST_F(Report, LeavesNoFileBehindWhatFails) {
               {"report good.csv -o a.pdf --paper A7", 2},
               {"report good.csv", 2},
               {"report good.csv good.csv -o a.pdf --wafer-id W", 2},
-              {"plot bad.csv -o a.pdf", 1},
-              {"plot good.csv -o a.svg --kind 4D", 2}};
+              {"plot --look classic bad.csv -o a.pdf", 1},
+              {"plot --look classic good.csv -o a.svg --kind 4D", 2}};
   for (const auto& row : rows) {
     const Outcome outcome = Run(row.arguments);
     EXPECT_EQ(outcome.status, row.status) << row.arguments << '\n' << outcome.output;
@@ -133,17 +133,22 @@ TEST_F(Report, LeavesNoFileBehindWhatFails) {
 }
 
 TEST_F(Report, PlotsIntoVectorFiles) {
-  ASSERT_EQ(Run("plot " + kLot + " --wafer 7 -o a.pdf --kind 2D --size 900x600").status, 0);
+  ASSERT_EQ(
+      Run("plot --look classic " + kLot + " --wafer 7 -o a.pdf --kind 2D --size 900x600").status,
+      0);
   EXPECT_NE(Shell("pdfinfo a.pdf").output.find("675 x 450"), std::string::npos);
   EXPECT_NE(TextOf("a.pdf").find("10.3505 - 10.446"), std::string::npos);
   EXPECT_NE(Shell("pdfimages -list a.pdf").output.find("----\n"), std::string::npos);
   EXPECT_EQ(Shell("pdfimages -list a.pdf | wc -l").output, "2\n") << "no picture in it";
-  ASSERT_EQ(Run("plot " + kLot + " --wafer 7 -o a.svg --kind linescan").status, 0);
+  ASSERT_EQ(Run("plot --look classic " + kLot + " --wafer 7 -o a.svg --kind linescan").status, 0);
   const std::string svg = Shell("cat a.svg").output;
   EXPECT_NE(svg.find("<svg"), std::string::npos);
   EXPECT_NE(svg.find("X=0.00"), std::string::npos);
   EXPECT_EQ(svg.find("<image"), std::string::npos);
-  EXPECT_EQ(Run("plot " + kLot + " --wafer 7 -o all.pdf --kind all --set PlotCaption=x").status, 0);
+  EXPECT_EQ(
+      Run("plot --look classic " + kLot + " --wafer 7 -o all.pdf --kind all --set PlotCaption=x")
+          .status,
+      0);
 }
 
 TEST_F(Report, GivesEachPlotTheSizeAskedFor) {
@@ -154,7 +159,9 @@ TEST_F(Report, GivesEachPlotTheSizeAskedFor) {
               {"--kind 2D --kind histo", "600 x 150"},
               {"--kind all", "900 x 450"}};
   for (const auto& row : rows) {
-    ASSERT_EQ(Run("plot " + kLot + " --wafer 7 -o a.pdf --size 400x200 " + row.kinds).status, 0);
+    ASSERT_EQ(Run("plot --look classic " + kLot + " --wafer 7 -o a.pdf --size 400x200 " + row.kinds)
+                  .status,
+              0);
     const std::string info = Shell("pdfinfo a.pdf").output;
     EXPECT_NE(info.find(row.points), std::string::npos) << row.kinds << '\n' << info;
   }
@@ -162,7 +169,7 @@ TEST_F(Report, GivesEachPlotTheSizeAskedFor) {
 
 TEST_F(Report, RefusesAPlotLargerThanPositionsOnPaper) {
   const Outcome outcome =
-      Run("plot " + kLot + " --wafer 7 -o a.pdf --size 3000x3000 --kind linescan");
+      Run("plot --look classic " + kLot + " --wafer 7 -o a.pdf --size 3000x3000 --kind linescan");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_NE(outcome.output.find("discoplan: --size: "), std::string::npos) << outcome.output;
   EXPECT_FALSE(Exists("a.pdf"));
@@ -172,7 +179,7 @@ TEST_F(Report, SaysNothingWhereAllIsWell) {
   fs::create_directory(folder_ / "run");
   fs::permissions(folder_ / "run", fs::perms::owner_all);
   for (const char* environment : {"env -u XDG_RUNTIME_DIR ", "env XDG_RUNTIME_DIR=$PWD/run "}) {
-    for (const char* command : {"report ", "plot --wafer 7 "}) {
+    for (const char* command : {"report ", "plot --look classic --wafer 7 "}) {
       const Outcome outcome = Shell(environment + Program() + " " + command + kLot + " -o a.pdf");
       EXPECT_EQ(outcome.status, 0);
       EXPECT_EQ(outcome.output, "") << environment << command;
