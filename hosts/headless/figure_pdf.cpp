@@ -102,8 +102,8 @@ class PdfDevice final : public figures::Device {
   void Draw(const PathShape& shape) override {
     const bool stroked = shape.stroke.width > 0;
     if (shape.fill) {
-      Trace(shape.path);
       SetFill(*shape.fill);
+      Trace(shape.path);
       HPDF_Page_Fill(page_);
     }
     if (!stroked) return;
