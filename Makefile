@@ -1,6 +1,6 @@
 # A thin front over the CMake presets. `make help` lists what there is.
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench docs pictures lint format packages
+.PHONY: help demo test bench portability docs pictures lint format packages
 
 SOURCES = git ls-files '*.h' '*.cpp'
 LINTED = $(if $(FILES),echo $(FILES),git ls-files 'discoplan/*.cpp' 'hosts/*.cpp' 'apps/*.cpp')
@@ -27,6 +27,12 @@ bench: packages ## Build, and run the benchmarks
 	@bench/ratios build/bench/bench/discoplan-bench
 	@cmake --build --preset bench --target discoplan-program -- --quiet
 	@bench/whole_process build/bench/apps/discoplan/discoplan
+
+portability: packages ## Compare many sessions by Wine and Node with this machine's own
+	@cmake --preset release --log-level=WARNING > /dev/null
+	@cmake --build --preset release --target discoplan-program -- --quiet
+	@for preset in windows-x64 windows-x86 wasm; do tests/portability/check $$preset \
+	  build/release/apps/discoplan/discoplan $(CURDIR) 36 || [ $$? = 77 ] || exit 1; done
 
 docs: packages ## Write the page of the controls' members in docs/ anew
 	@cmake --preset release --log-level=WARNING > /dev/null

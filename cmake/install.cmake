@@ -1,53 +1,95 @@
-# Two packages: `core` is the library, the host without a display and the command line program;
-# `qt` is all that needs Qt.
+# What is installed, in one component for each Debian package: a library for programs that run, what
+# a programmer needs of it, and the programs, with Qt apart from what does without.
 include(CMakePackageConfigHelpers)
 
 set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/discoplan)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/discoplan)
+if(BUILD_SHARED_LIBS)
+  set(static OFF)
+else()
+  set(static ON)
+endif()
 
-# discoplan_install(COMPONENT TARGET HEADER_FOLDER...): a library, how to find it, and its headers.
-function(discoplan_install component target)
+# discoplan_install(TARGET RUN DEVELOP HEADER_FOLDER...): a library for component RUN, how to find
+# it and its headers for component DEVELOP.
+function(discoplan_install target run develop)
   install(TARGETS ${target} EXPORT ${target}-targets
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT ${component}
-    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT ${component}
-    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${component}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT ${run} NAMELINK_COMPONENT ${develop}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT ${develop}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${run}
     INCLUDES DESTINATION ${include_dir})
   install(EXPORT ${target}-targets NAMESPACE discoplan:: DESTINATION ${package_dir}
-    COMPONENT ${component})
+    COMPONENT ${develop})
   foreach(folder IN LISTS ARGN)
     cmake_path(GET folder PARENT_PATH parent)
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder} DESTINATION ${include_dir}/${parent}
-      COMPONENT ${component} FILES_MATCHING PATTERN "*.h" PATTERN designer EXCLUDE)
+      COMPONENT ${develop} FILES_MATCHING PATTERN "*.h" PATTERN designer EXCLUDE)
   endforeach()
 endfunction()
 
-# discoplan_pkg_config(COMPONENT NAME LIBRARY REQUIRES)
-function(discoplan_pkg_config component name library requires)
+# discoplan_pkg_config(COMPONENT LIBRARY REQUIRES STATIC_REQUIRES STATIC_LIBS)
+function(discoplan_pkg_config component library requires static_requires static_libs)
+  if(static)
+    list(APPEND requires ${static_requires})
+    set(libs "${static_libs}")
+    set(cflags -DDISCOPLAN_STATIC)
+  endif()
+  string(JOIN ", " requires ${requires})
   file(RELATIVE_PATH up_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-  configure_file(cmake/discoplan.pc.in ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc @ONLY)
-  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc
+  configure_file(cmake/discoplan.pc.in ${CMAKE_CURRENT_BINARY_DIR}/${library}.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${library}.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT ${component})
 endfunction()
 
-discoplan_install(core discoplan discoplan)
-discoplan_install(core discoplan-headless hosts/headless)
-discoplan_pkg_config(core discoplan discoplan "")
-discoplan_pkg_config(core discoplan-headless discoplan-headless "discoplan = ${PROJECT_VERSION}")
-install(TARGETS discoplan-program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT core)
-install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR}
-  RENAME copyright COMPONENT core)
+# The library, and the standard library that it was built with, for its headers to compare.
+discoplan_install(discoplan library develop discoplan)
+discoplan_pkg_config(develop discoplan "" "" -pthread)
+include(CheckCXXSourceCompiles)
+foreach(kind IN ITEMS __GLIBCXX__ _LIBCPP_VERSION _MSVC_STL_VERSION)
+  check_cxx_source_compiles("
+    #include <version>
+    #ifndef ${kind}
+    #error another one
+    #endif
+    int main() {}" DISCOPLAN_HAS_${kind})
+  if(DISCOPLAN_HAS_${kind})
+    set(standard_library ${kind})
+  endif()
+endforeach()
+configure_file(cmake/built_with.h.in ${CMAKE_BINARY_DIR}/installed/discoplan/built_with.h @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/installed/discoplan/built_with.h
+  DESTINATION ${include_dir}/discoplan COMPONENT develop)
+
+if(DISCOPLAN_HEADLESS)
+  discoplan_install(discoplan-headless headless develop hosts/headless)
+  set(requires freetype2 libpng)
+  if(DISCOPLAN_FONTCONFIG)
+    list(APPEND requires fontconfig)
+  endif()
+  if(DISCOPLAN_FIGURE_FILES)
+    set(libs "-lagg_pic -lhpdf")
+  endif()
+  discoplan_pkg_config(develop discoplan-headless "discoplan = ${PROJECT_VERSION}" "${requires}"
+    "${libs}")
+endif()
+if(DISCOPLAN_PROGRAMS)
+  install(TARGETS discoplan-program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
+endif()
 
 if(DISCOPLAN_QT)
-  discoplan_install(qt discoplan-qt6 hosts/qt)
+  discoplan_install(discoplan-qt6 qt qt-develop hosts/qt)
   install(FILES ${CMAKE_BINARY_DIR}/generated/hosts/qt/plot_widgets.h
-    DESTINATION ${include_dir}/hosts/qt COMPONENT qt)
-  discoplan_pkg_config(qt discoplan-qt6 discoplan-qt6
-    "discoplan = ${PROJECT_VERSION} Qt6Widgets Qt6PrintSupport Qt6Svg")
-  install(TARGETS discoplan-report discoplan-view
-    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT qt)
+    DESTINATION ${include_dir}/hosts/qt COMPONENT qt-develop)
+  discoplan_pkg_config(qt-develop discoplan-qt6
+    "discoplan = ${PROJECT_VERSION};Qt6Widgets" "" "")
+  if(DISCOPLAN_PROGRAMS)
+    install(TARGETS discoplan-report discoplan-view
+      RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT qt-programs)
+  endif()
+  # Where this Qt looks for plugins, below its prefix, which is a package's own.
   if(TARGET discoplan-designer)
     install(TARGETS discoplan-designer
-      LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/qt6/plugins/designer COMPONENT qt)
+      LIBRARY DESTINATION ${DISCOPLAN_QT_PLUGINS}/designer COMPONENT qt-develop)
   endif()
 endif()
 
@@ -57,26 +99,6 @@ write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/discoplan-config-ve
   COMPATIBILITY SameMinorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/discoplan-config.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/discoplan-config-version.cmake
-        DESTINATION ${package_dir} COMPONENT core)
+        DESTINATION ${package_dir} COMPONENT develop)
 
-set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_NAME discoplan)
-set(CPACK_PACKAGE_VENDOR Discoplan)
-set(CPACK_PACKAGE_CONTACT "The Discoplan developers <developers@discoplan.invalid>")
-set(CPACK_COMPONENTS_ALL core)
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR}/discoplan ${CMAKE_BINARY_DIR}/hosts)
-set(CPACK_DEBIAN_PACKAGE_SECTION science)
-set(CPACK_DEBIAN_CORE_PACKAGE_NAME discoplan)
-set(CPACK_COMPONENT_CORE_DESCRIPTION "Plots of semiconductor wafers: library and command line")
-if(DISCOPLAN_QT)
-  list(APPEND CPACK_COMPONENTS_ALL qt)
-  set(CPACK_DEBIAN_QT_PACKAGE_NAME discoplan-qt)
-  set(CPACK_DEBIAN_QT_PACKAGE_DEPENDS "discoplan (= ${PROJECT_VERSION})")
-  set(CPACK_COMPONENT_QT_DESCRIPTION "Plots of semiconductor wafers: Qt widgets, workbench, reports")
-endif()
-include(CPack)
+include(cmake/debian.cmake)

@@ -5,6 +5,7 @@
 #include <bit>
 
 #include "data/site_rows.h"
+#include "discoplan/base/bits.h"
 #include "discoplan/base/numbers.h"
 
 namespace discoplan::data {
@@ -18,7 +19,7 @@ double NumberAt(std::string_view data, std::size_t offset) {
   for (std::size_t i = kNumberSize; i-- > 0;) {
     bits = bits << 8 | static_cast<unsigned char>(data[offset + i]);
   }
-  return std::bit_cast<double>(bits);
+  return BitCast<double>(bits);
 }
 
 // At least `size` bytes, if the file has them.

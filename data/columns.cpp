@@ -6,6 +6,7 @@
 #include <span>
 
 #include "data/fields.h"
+#include "discoplan/base/algorithms.h"
 
 namespace discoplan::data {
 namespace {
@@ -16,7 +17,7 @@ constexpr std::string_view kValueNames[] = {"value", "z", "thickness", "measurem
 constexpr std::string_view kSiteNames[] = {"site", "site #", "#"};
 
 bool IsAmong(std::string_view name, std::span<const std::string_view> usual) {
-  return std::ranges::any_of(usual, [&](std::string_view u) { return SameName(name, u); });
+  return AnyOf(usual, [&](std::string_view u) { return SameName(name, u); });
 }
 
 std::vector<std::size_t> Matches(const FieldNames& names, auto&& matches) {
@@ -30,7 +31,7 @@ std::vector<std::size_t> Matches(const FieldNames& names, auto&& matches) {
 // A name as `--columns` takes it without quotes for the shell, or else the column's number.
 std::string Entry(const FieldNames& names, std::size_t column) {
   const std::string_view name = names[column];
-  const bool plain = std::ranges::all_of(name, [](char c) {
+  const bool plain = AllOf(name, [](char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
   });
   const auto same = Matches(names, [&](std::string_view other) { return SameName(name, other); });
@@ -82,7 +83,7 @@ std::size_t Position(char axis, std::span<const std::string_view> usual, const F
 FieldNames RequestedColumns(std::string_view request, const std::string& file) {
   FieldNames entries;
   const bool closed = SplitFields(request, {',', false}, entries) == 0;
-  if (!closed || entries.size() != 3 || std::ranges::find(entries, "") != entries.end()) {
+  if (!closed || entries.size() != 3 || FindIn(entries, "") != entries.end()) {
     throw DataError({file}, "--columns " + Shown(request) +
                                 " doesn't name three columns; write it like --columns X,Y,VALUE");
   }
@@ -95,10 +96,10 @@ bool IsColumnNumber(std::string_view entry) {
 
 bool NamesColumns(const FieldNames& names, const FieldNames& requested) {
   const auto has = [&](std::span<const std::string_view> usual) {
-    return std::ranges::any_of(names, [&](std::string_view name) { return IsAmong(name, usual); });
+    return AnyOf(names, [&](std::string_view name) { return IsAmong(name, usual); });
   };
   if (requested.empty()) return has(kXNames) && has(kYNames);
-  return std::ranges::any_of(requested, [&](std::string_view entry) {
+  return AnyOf(requested, [&](std::string_view entry) {
     return !IsColumnNumber(entry) && has({&entry, 1});
   });
 }

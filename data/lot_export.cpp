@@ -9,6 +9,7 @@
 #include "data/site_rows.h"
 #include "data/units.h"
 #include "data/wafer_choice.h"
+#include "discoplan/base/algorithms.h"
 #include "discoplan/base/numbers.h"
 
 namespace discoplan::data {
@@ -112,7 +113,7 @@ void LotReader::ReadBlockLine(const TextLine& line) {
       Refuse(line.number, "a row stands outside the table of sites; mend the lines before it");
     }
   } else {
-    const auto key = std::ranges::find_if(kStatistics, [&](const StatisticKey& statistic) {
+    const auto key = FindIf(kStatistics, [&](const StatisticKey& statistic) {
       return SameName(fields_[0], statistic.key);
     });
     if (key != std::end(kStatistics)) {

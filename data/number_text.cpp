@@ -6,6 +6,8 @@
 #include <cmath>
 #include <iterator>
 
+#include "discoplan/base/algorithms.h"
+#include "discoplan/base/charconv.h"
 #include "discoplan/base/numbers.h"
 
 namespace discoplan::data {
@@ -26,8 +28,7 @@ bool MayGroup(std::string_view text, std::size_t comma) {
   std::string_view whole = text.substr(0, comma);
   if (whole.starts_with('-')) whole.remove_prefix(1);
   const std::string_view rest = text.substr(comma + 1);
-  return whole.size() <= 3 && whole.front() != '0' && rest.size() == 3 &&
-         std::ranges::all_of(rest, IsDigit);
+  return whole.size() <= 3 && whole.front() != '0' && rest.size() == 3 && AllOf(rest, IsDigit);
 }
 
 /// Reads what nearly all numbers look like, "-12.345" of at most 15 digits; false for any other
@@ -80,7 +81,7 @@ NumberFault ReadNumber(std::string_view text, ParsedNumber& number) {
   } else if (text.find('.') != std::string_view::npos) {
     number.decimal_mark = '.';
   }
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number.value);
+  const auto [end, error] = FromChars(text.data(), text.data() + text.size(), number.value);
   if (error == std::errc::invalid_argument || end != text.data() + text.size()) {
     return NumberFault::Text;
   }

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "discoplan/base/algorithms.h"
+
 namespace discoplan::data {
 namespace {
 
@@ -44,7 +46,7 @@ std::string_view Trimmed(std::string_view text) {
 }
 
 bool SameName(std::string_view a, std::string_view b) {
-  return std::ranges::equal(Trimmed(a), Trimmed(b), {}, Lower, Lower);
+  return Equal(Trimmed(a), Trimmed(b), Lower);
 }
 
 std::size_t PrintableLength(std::string_view text) {
@@ -70,7 +72,7 @@ std::string Shown(std::string_view text) { return '\'' + PrintablePart(text, kMo
 
 std::size_t CharactersIn(std::string_view text) {
   const auto begins = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; };
-  return static_cast<std::size_t>(std::ranges::count_if(text, begins));
+  return static_cast<std::size_t>(CountIf(text, begins));
 }
 
 std::string Listed(const std::vector<std::string>& items) {

@@ -7,6 +7,7 @@
 #include "data/line_reader.h"
 #include "data/lot_export.h"
 #include "data/text_table.h"
+#include "discoplan/base/algorithms.h"
 
 namespace discoplan::data {
 namespace {
@@ -74,7 +75,7 @@ Lot ReadText(const ReadRequest& request, FileBytes& bytes) {
   }
   LineReader lines(bytes);
   const bool any_line =
-      std::ranges::any_of(lines.Ahead(), [](const TextLine& line) { return !line.text.empty(); });
+      AnyOf(lines.Ahead(), [](const TextLine& line) { return !line.text.empty(); });
   if (!any_line) {
     throw DataError({bytes.file()},
                     "the file holds nothing but comments and blank lines; choose another one");

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "data/fields.h"
+#include "discoplan/base/algorithms.h"
 
 namespace discoplan::data {
 namespace {
@@ -34,19 +35,19 @@ Place At(const std::string& file, std::int64_t line, std::size_t column) {
 }  // namespace
 
 RowShape ShapeOf(const FieldNames& head, Columns columns, std::int64_t line) {
-  const std::size_t last_used = std::ranges::max(Used(columns));
+  const std::size_t last_used = MinMax(Used(columns)).second;
   return {columns, std::max({FilledWidth(head), last_used + 1, std::size_t{3}}), head.size(), line};
 }
 
 bool IsSite(const std::vector<std::string_view>& fields, const RowShape& shape) {
   return fields.size() >= shape.fewest && FilledWidth(fields) <= shape.most &&
-         std::ranges::all_of(Used(shape.columns), [&](std::size_t column) {
+         AllOf(Used(shape.columns), [&](std::size_t column) {
            return ParseNumber(fields[column]).fault == NumberFault::None;
          });
 }
 
 void CountSkipped(Reason reason, std::int64_t at, std::vector<SkippedRows>& skipped) {
-  auto entry = std::ranges::find(skipped, reason, &SkippedRows::reason);
+  auto entry = FindIn(skipped, reason, &SkippedRows::reason);
   if (entry == skipped.end()) entry = skipped.insert(entry, {reason, 0, at});
   ++entry->count;
 }

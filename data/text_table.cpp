@@ -9,6 +9,7 @@
 #include "data/fields.h"
 #include "data/site_rows.h"
 #include "data/units.h"
+#include "discoplan/base/algorithms.h"
 
 namespace discoplan::data {
 namespace {
@@ -60,7 +61,7 @@ class TableReader {
 
 void TableReader::RefuseNarrow(Dialect dialect) const {
   FieldNames fields;
-  const auto first = std::ranges::find_if(sample_, [&](const TextLine& line) {
+  const auto first = FindIf(sample_, [&](const TextLine& line) {
     SplitFields(line.text, dialect, fields);
     return FilledWidth(fields) > 0;
   });
@@ -74,12 +75,12 @@ void TableReader::RefuseNarrow(Dialect dialect) const {
 // The head is the first line with enough columns; shorter ones before it are rows gone wrong.
 TableHead TableReader::FindHead(Dialect dialect) const {
   FieldNames fields;
-  const auto wide = std::ranges::find_if(sample_, [&](const TextLine& line) {
+  const auto wide = FindIf(sample_, [&](const TextLine& line) {
     SplitOrThrow(line, lines_.file(), dialect, fields);
     return fields.size() >= kFewestColumns && FilledWidth(fields) > 0;
   });
   if (wide == sample_.end()) RefuseNarrow(dialect);
-  const bool any_number = std::ranges::any_of(fields, [](std::string_view field) {
+  const bool any_number = AnyOf(fields, [](std::string_view field) {
     const NumberFault fault = ParseNumber(field).fault;
     return fault != NumberFault::Text && fault != NumberFault::Empty;
   });
@@ -107,8 +108,8 @@ TableReader::Fit TableReader::FitOf(Dialect dialect) const {
     fit.wide_lines += fields.size() >= kFewestColumns;
     fit.fields += fields.size();
     // "1 , 2 , 3" isn't separated by blanks.
-    const bool lone_mark = std::ranges::any_of(
-        fields, [](std::string_view field) { return field == "," || field == ";"; });
+    const bool lone_mark =
+        AnyOf(fields, [](std::string_view field) { return field == "," || field == ";"; });
     if (dialect.separator == ' ' && lone_mark) return {};
   }
   try {
@@ -124,9 +125,9 @@ TableReader::Fit TableReader::FitOf(Dialect dialect) const {
 
 Dialect TableReader::FindDialect() const {
   std::array<Fit, std::size(kSeparators)> fits;
-  std::ranges::transform(kSeparators, fits.begin(),
-                         [&](const Separator& separator) { return FitOf({separator.mark}); });
-  const std::size_t best = static_cast<std::size_t>(std::ranges::max_element(fits) - fits.begin());
+  Transform(kSeparators, fits.begin(),
+            [&](const Separator& separator) { return FitOf({separator.mark}); });
+  const std::size_t best = static_cast<std::size_t>(MaxElement(fits) - fits.begin());
   std::size_t rival = 0;
   while (rival < fits.size() && (rival == best || fits[rival].sites != fits[best].sites)) ++rival;
   if (rival == fits.size() || fits[best].sites == 0) return {kSeparators[best].mark};

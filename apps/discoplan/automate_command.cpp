@@ -8,6 +8,7 @@
 #include "apps/discoplan/checks.h"
 #include "apps/discoplan/command.h"
 #include "apps/discoplan/output.h"
+#include "discoplan/base/file_name.h"
 #include "hosts/automation/session.h"
 
 namespace discoplan::app {
@@ -22,7 +23,7 @@ void Answer(std::istream& requests) {
 void Automate(const std::string& file) {
   if (file == "-") return Answer(std::cin);
   errno = 0;
-  std::ifstream requests(file);
+  std::ifstream requests(PathOf(file));
   requests.peek();  // a folder opens, but can't be read
   if (!requests.is_open() || requests.bad()) {
     throw CommandError(file + ": the file can't be read (" +

@@ -1,30 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "apps/discoplan/beside.h"
 
-#include <unistd.h>
-
-#include <filesystem>
 #include <iostream>
-#include <system_error>
+#include <utility>
 
 #include "apps/discoplan/command.h"
+#include "hosts/port/port.h"
 
 namespace discoplan::app {
 namespace {
 
-char** kept_arguments = nullptr;
+std::vector<std::string> kept_arguments;
 
 }  // namespace
 
-void KeepArguments(char** arguments) { kept_arguments = arguments; }
+void KeepArguments(std::vector<std::string> arguments) { kept_arguments = std::move(arguments); }
 
 void RunBeside(const std::string& program) {
   std::cout.flush();
-  std::error_code ignored;
-  const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", ignored);
-  const std::string beside = (self.parent_path() / program).string();
-  execv(beside.c_str(), kept_arguments);
-  execvp(program.c_str(), kept_arguments);
+  port::Become(program, kept_arguments);
   throw CommandError(program + " is missing; install the part of Discoplan that needs Qt");
 }
 

@@ -4,11 +4,12 @@
 /// The programs with a toolkit that stand beside this one. A map in a PNG file doesn't wait for it.
 
 #include <string>
+#include <vector>
 
 namespace discoplan::app {
 
 /// Takes the command line that this program was started with.
-void KeepArguments(char** arguments);
+void KeepArguments(std::vector<std::string> arguments);
 
 inline constexpr const char* kReportProgram = "discoplan-report";
 inline constexpr const char* kViewProgram = "discoplan-view";

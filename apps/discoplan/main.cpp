@@ -2,6 +2,7 @@
 #include "apps/discoplan/beside.h"
 #include "apps/discoplan/command.h"
 #include "apps/discoplan/run.h"
+#include "hosts/port/port.h"
 
 #if defined(__GLIBC__)
 #include <malloc.h>
@@ -19,7 +20,11 @@ void KeepFreedMemory() {}
 int main(int argc, char** argv) {
   using namespace discoplan::app;
   KeepFreedMemory();
-  KeepArguments(argv);
+  discoplan::port::UseBinaryStreams();
+  const std::vector<std::string> arguments = discoplan::port::Arguments(argc, argv);
+  KeepArguments(arguments);
+  std::vector<const char*> pointers;
+  for (const std::string& argument : arguments) pointers.push_back(argument.c_str());
   CLI::App program("Plots of semiconductor wafers", "discoplan");
   program.footer("Example:\n  discoplan plot sites.csv -o map.png");
   AddPlotCommand(program);
@@ -27,5 +32,5 @@ int main(int argc, char** argv) {
   AddBesideCommands(program);
   AddAutomateCommand(program);
   AddDescribeCommand(program);
-  return Run(program, argc, argv);
+  return Run(program, static_cast<int>(pointers.size()), pointers.data());
 }

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "apps/discoplan/command.h"
+#include "discoplan/base/charconv.h"
 #include "discoplan/base/numbers.h"
 
 namespace discoplan::app {
@@ -13,7 +14,7 @@ namespace {
 
 std::optional<double> ToNumber(const std::string& text) {
   double number = 0;
-  const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), number);
+  const auto [end, fault] = FromChars(text.data(), text.data() + text.size(), number);
   if (fault != std::errc() || end != text.data() + text.size()) return {};
   return number;
 }

@@ -11,6 +11,7 @@
 #include "apps/discoplan/figure_command.h"
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/picture_request.h"
+#include "discoplan/base/algorithms.h"
 #include "hosts/headless/headless_host.h"
 #include "hosts/headless/png_file.h"
 
@@ -69,10 +70,10 @@ class Sheet {
     const auto top = static_cast<std::size_t>(grid_.RowOf(number_) * each_.height);
     const auto width = static_cast<std::size_t>(each_.width);
     for (std::size_t y = 0; y < static_cast<std::size_t>(each_.height); ++y) {
-      std::ranges::copy(picture.Pixels().subspan(y * width, width),
-                        canvas_.Pixels()
-                            .subspan((top + y) * static_cast<std::size_t>(canvas_.Width()) + left)
-                            .begin());
+      CopyTo(picture.Pixels().subspan(y * width, width),
+             canvas_.Pixels()
+                 .subspan((top + y) * static_cast<std::size_t>(canvas_.Width()) + left)
+                 .begin());
     }
     ++number_;
   }

@@ -8,6 +8,7 @@
 #include "apps/discoplan/measured_wafer.h"
 #include "apps/discoplan/member_text.h"
 #include "apps/discoplan/output.h"
+#include "discoplan/base/algorithms.h"
 #include "discoplan/base/numbers.h"
 #include "discoplan/controls/lattice_control.h"
 #include "discoplan/controls/plot3db.h"
@@ -191,7 +192,7 @@ void FitSize(PlotControl& control, const Wafer& measured) {
 void FitLook(PlotControl& control, const Wafer& measured) {
   control.BackColor(kWhite);
   if (auto* bars = dynamic_cast<Plot3DB*>(&control)) {
-    const auto [low, high] = std::ranges::minmax(measured.value);
+    const auto [low, high] = MinMax(measured.value);
     if (low < high) bars->BeamScale(kBarHeight * control.WaferDiameter() / (high - low));
   }
   if (auto* map = dynamic_cast<LatticeControl*>(&control)) {
@@ -237,7 +238,7 @@ void WarnOfEmptyPlots(const PlotKinds& kinds, const ReadRequest& data, const Waf
   const auto stays_empty = [&](const ControlClass* each) {
     return measured.x.size() < each->least_sites;
   };
-  const auto found = std::ranges::find_if(kinds, stays_empty);
+  const auto found = FindIf(kinds, stays_empty);
   if (found == kinds.end()) return;
   const ControlClass* kind = *found;
   Warn(SourceOf(data.path.string(), measured) + ": " + Counted(measured.x.size(), "site") +

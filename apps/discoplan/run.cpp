@@ -12,6 +12,7 @@
 #include "apps/discoplan/command.h"
 #include "apps/discoplan/output.h"
 #include "data/plain_text.h"
+#include "discoplan/base/algorithms.h"
 #include "hosts/automation/memory_reserve.h"
 
 namespace discoplan::app {
@@ -69,8 +70,8 @@ std::string ComplaintOf(const CLI::App& program, const CLI::Error& error) {
   const std::string help =
       has_command ? program.get_subcommands().front()->get_name() + " --help" : "--help";
   if (!strange.empty()) {
-    const auto option = std::ranges::find_if(
-        strange, [](const std::string& argument) { return argument.starts_with('-'); });
+    const auto option =
+        FindIf(strange, [](const std::string& argument) { return argument.starts_with('-'); });
     return "there is no place for " + Shown(option != strange.end() ? *option : strange.front()) +
            "; discoplan " + help + " tells what there is";
   }
@@ -78,7 +79,7 @@ std::string ComplaintOf(const CLI::App& program, const CLI::Error& error) {
   return error.what();
 }
 
-void ParseAndRun(CLI::App& program, int argc, char** argv) {
+void ParseAndRun(CLI::App& program, int argc, const char* const* argv) {
   const auto is_named = [&](const CLI::App* command) { return command->get_name() == argv[1]; };
   if (argc > 1 && argv[1][0] != '-' && program.get_subcommands(is_named).empty()) {
     throw UsageError("there is no command '" + std::string(argv[1]) +
@@ -99,7 +100,7 @@ void ParseAndRun(CLI::App& program, int argc, char** argv) {
 
 void EndForMemory() { End(kNoMemory); }
 
-int Run(CLI::App& program, int argc, char** argv) {
+int Run(CLI::App& program, int argc, const char* const* argv) {
   PutEndsIntoWords();
   const MemoryReserve reserve;
   program.set_version_flag("--version", "discoplan " DISCOPLAN_VERSION);

@@ -10,6 +10,7 @@
 #include "apps/discoplan/measured_wafer.h"
 #include "apps/discoplan/output.h"
 #include "data/plain_text.h"
+#include "discoplan/base/algorithms.h"
 #include "discoplan/controls/plot2d.h"
 #include "discoplan/render/number_text.h"
 #include "hosts/headless/headless_host.h"
@@ -49,8 +50,8 @@ std::vector<Row> Rows(const ReadRequest& request, const Lot& data) {
     control.WaferDiameter(measured.diameter);
     LoadSites(control, SourceOf(request.path.string(), measured), measured);
     Row& row = rows.emplace_back(Row{measured, {}});
-    std::ranges::transform(kColumns, row.statistics.begin(),
-                           [&](const Column& column) { return (control.*column.value)(); });
+    Transform(kColumns, row.statistics.begin(),
+              [&](const Column& column) { return (control.*column.value)(); });
   }
   return rows;
 }

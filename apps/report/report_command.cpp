@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <unistd.h>
-
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -13,6 +11,7 @@
 #include "apps/report/report_commands.h"
 #include "apps/report/report_page.h"
 #include "apps/report/vector_file.h"
+#include "hosts/port/port.h"
 
 namespace discoplan::app {
 namespace {
@@ -58,7 +57,7 @@ std::vector<MeasuredPage> ReadAll(const ReportRequest& request) {
 /// A bar on a terminal, that goes when the work is done.
 class Progress {
  public:
-  explicit Progress(std::size_t total) : total_(total), shown_(isatty(STDERR_FILENO) != 0) {}
+  explicit Progress(std::size_t total) : total_(total), shown_(port::IsTerminal(stderr)) {}
   ~Progress() {
     if (shown_) std::cerr << "\r\033[K" << std::flush;
   }

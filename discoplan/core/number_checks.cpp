@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "discoplan/base/charconv.h"
+
 namespace discoplan {
 namespace {
 
@@ -101,7 +103,7 @@ class NumberParser {
 
   static std::optional<double> Value(const std::string& plain) {
     double number = 0;
-    const auto fault = std::from_chars(plain.data(), plain.data() + plain.size(), number).ec;
+    const auto fault = FromChars(plain.data(), plain.data() + plain.size(), number).ec;
     if (fault == std::errc()) return number;
     // What is too small to be told from zero is zero; what is too large is no number.
     return Magnitude(plain) < 0 ? std::optional(0.0) : std::nullopt;

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "discoplan/base/algorithms.h"
 #include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 
@@ -23,7 +24,7 @@ double WithinOneTurn(double radians) {
 
 /// Middle of the sites' extent along one axis.
 float Middle(std::span<const Site> sites, float Site::*axis) {
-  const auto [low, high] = std::ranges::minmax(sites, {}, axis);
+  const auto [low, high] = MinMax(sites, axis);
   return ToFloat((static_cast<double>(high.*axis) - low.*axis) / 2 + low.*axis);
 }
 
@@ -35,7 +36,7 @@ bool wafer::MoveGrid(float dx, float dy) {
     const double y = static_cast<double>(dy) + site.y;
     return ToFloat(std::sqrt(y * y + x * x)) <= TestDiameter / 2;
   };
-  if (!std::ranges::all_of(sites_, stays_inside)) return false;
+  if (!AllOf(sites_, stays_inside)) return false;
   for (Site& site : ChangeSites()) {
     site.x = ToFloat(static_cast<double>(site.x) + dx);
     site.y = ToFloat(static_cast<double>(site.y) + dy);

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 
+#include "discoplan/base/algorithms.h"
 #include "discoplan/base/numbers.h"
 #include "discoplan/core/number_checks.h"
 #include "discoplan/dialogs/previews.h"
@@ -259,7 +260,7 @@ constexpr std::array kPages = {
 }  // namespace
 
 std::unique_ptr<PropertyPage> NewPropertyPage(std::string_view class_name, Platform& platform) {
-  const auto row = std::ranges::find(kPages, class_name, &PageRow::name);
+  const auto row = FindIn(kPages, class_name, &PageRow::name);
   return row == kPages.end() ? nullptr : row->make(platform);
 }
 

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 
+#include "discoplan/base/algorithms.h"
+
 namespace discoplan {
 
 std::string_view NameOf(StoredKind kind) {
@@ -14,14 +16,14 @@ std::string_view NameOf(StoredKind kind) {
 
 void MemoryBag::WriteProperty(std::string_view key, StoredKind kind, const Variant& value,
                               const Variant& otherwise) {
-  const auto entry = std::ranges::find(entries_, key, &Entry::key);
+  const auto entry = FindIn(entries_, key, &Entry::key);
   if (entry != entries_.end()) entries_.erase(entry);
   entries_.push_back(
       {.key = std::string(key), .kind = kind, .value = value, .otherwise = otherwise});
 }
 
 Variant MemoryBag::ReadProperty(std::string_view key, const Variant& otherwise) const {
-  const auto entry = std::ranges::find(entries_, key, &Entry::key);
+  const auto entry = FindIn(entries_, key, &Entry::key);
   return entry == entries_.end() ? otherwise : entry->value;
 }
 

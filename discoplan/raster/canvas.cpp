@@ -8,21 +8,27 @@
 #include "discoplan/raster/canvas_rows.h"
 
 namespace discoplan {
+namespace {
+
+/// Not yet filled.
+std::shared_ptr<Pixel[]> NewPixels(std::size_t count) {
+  return std::shared_ptr<Pixel[]>(new Pixel[count]);
+}
+
+}  // namespace
 
 Canvas::Canvas(int width, int height, Pixel fill)
-    : width_(std::max(width, 0)),
-      height_(std::max(height, 0)),
-      pixels_(std::make_shared_for_overwrite<Pixel[]>(Size())) {
+    : width_(std::max(width, 0)), height_(std::max(height, 0)), pixels_(NewPixels(Size())) {
   Clear(fill);
 }
 
 void Canvas::Unshare() {
-  auto own = std::make_shared_for_overwrite<Pixel[]>(Size());
+  auto own = NewPixels(Size());
   std::copy_n(pixels_.get(), Size(), own.get());
   pixels_ = std::move(own);
 }
 
-void Canvas::Clear(Pixel fill) { std::ranges::fill(Pixels(), fill); }
+void Canvas::Clear(Pixel fill) { std::fill_n(OwnPixels(), Size(), fill); }
 
 void Canvas::Resize(int width, int height, Pixel fill) {
   if (width == width_ && height == height_) return;

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "discoplan/base/charconv.h"
 #include "discoplan/base/numbers.h"
 
 namespace discoplan {
@@ -33,7 +34,7 @@ struct Decimal {
   double Nearest() const {
     const std::string text = "0." + digits + "e" + std::to_string(exponent);
     double magnitude = 0;
-    std::from_chars(text.data(), text.data() + text.size(), magnitude);
+    FromChars(text.data(), text.data() + text.size(), magnitude);
     return negative ? -magnitude : magnitude;
   }
 
@@ -147,11 +148,11 @@ std::string FormatToDigits(float value, std::string picture) {
 std::string PlainNumber(float value) {
   if (!std::isfinite(value)) return FormatPicture(value, "0");
   std::array<char, 32> text{};
-  const auto end = std::to_chars(text.begin(), text.end(), ToDecimal(value).Nearest(),
-                                 std::chars_format::general, kSignificantDigits)
+  const auto end = ToGeneral(text.data(), text.data() + text.size(), ToDecimal(value).Nearest(),
+                             kSignificantDigits)
                        .ptr;
-  std::replace(text.begin(), end, 'e', 'E');
-  return std::string(text.begin(), end);
+  std::replace(text.data(), end, 'e', 'E');
+  return std::string(text.data(), end);
 }
 
 std::string FormatLegendValue(float value) {

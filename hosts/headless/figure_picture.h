@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "discoplan/figures/shapes.h"
+#include "hosts/headless/export.h"
 #include "hosts/headless/freetype_text.h"
 
 namespace discoplan {
@@ -23,11 +24,12 @@ struct FigurePicture {
 };
 
 /// At least one pixel wide and high.
-DISCOPLAN_EXPORT FigurePicture PaintFigure(const figures::Figure& figure, double pixels_per_point,
-                                           const FreeTypeText& text);
+DISCOPLAN_HEADLESS_EXPORT FigurePicture PaintFigure(const figures::Figure& figure,
+                                                    double pixels_per_point,
+                                                    const FreeTypeText& text);
 
 /// Text as the figures' devices set it.
-class DISCOPLAN_EXPORT FigureText final : public figures::TextMeasure {
+class DISCOPLAN_HEADLESS_EXPORT FigureText final : public figures::TextMeasure {
  public:
   explicit FigureText(std::string font) : font_(std::move(font)) {}
   double Width(std::string_view text, double size, bool bold) const override;

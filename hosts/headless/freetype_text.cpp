@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/headless/freetype_text.h"
 
-#include <fontconfig/fontconfig.h>
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include FT_ADVANCES_H
@@ -10,16 +9,17 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <map>
-#include <optional>
 #include <span>
 #include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
 
+#include "discoplan/base/file_name.h"
 #include "discoplan/base/numbers.h"
 #include "discoplan/raster/picture.h"
 #include "discoplan/raster/symbol_letters.h"
@@ -42,9 +42,6 @@ struct Destroyer {
     Destroy(object);
   }
 };
-using ConfigPtr = std::unique_ptr<FcConfig, Destroyer<FcConfigDestroy>>;
-using PatternPtr = std::unique_ptr<FcPattern, Destroyer<FcPatternDestroy>>;
-using CharSetPtr = std::unique_ptr<FcCharSet, Destroyer<FcCharSetDestroy>>;
 using LibraryPtr = std::unique_ptr<FT_LibraryRec_, Destroyer<FT_Done_FreeType>>;
 
 /// The character that starts at `at`, which moves behind it.
@@ -72,75 +69,6 @@ char32_t NextCharacter(std::string_view text, std::size_t& at) {
 }
 
 bool IsFigure(char32_t character) { return character >= '0' && character <= '9'; }
-
-struct FontFile {
-  std::string path;
-  int index = 0;
-  bool bold = false;
-};
-
-bool IsSans(const std::string& name) {
-  static constexpr std::array kSansNames = {"Arial", "MS Sans Serif", kSymbolFont};
-  return std::find(kSansNames.begin(), kSansNames.end(), name) != kSansNames.end();
-}
-
-/// Where distributions keep Liberation Sans: to start fontconfig takes longer than to draw a map.
-/// Nothing where the environment says which fonts to use.
-std::optional<FontFile> UsualSansFile(bool bold) {
-  static constexpr std::array kVariables = {"FONTCONFIG_FILE", "FONTCONFIG_PATH",
-                                            "FONTCONFIG_SYSROOT"};
-  static constexpr std::array kFolders = {
-      "/usr/share/fonts/truetype/liberation2/", "/usr/share/fonts/truetype/liberation/",
-      "/usr/share/fonts/liberation-sans/", "/usr/share/fonts/liberation/"};
-  const bool chosen = std::any_of(kVariables.begin(), kVariables.end(),
-                                  [](const char* name) { return std::getenv(name) != nullptr; });
-  if (chosen) return {};
-  for (const std::string folder : kFolders) {
-    const std::string path =
-        folder + (bold ? "LiberationSans-Bold.ttf" : "LiberationSans-Regular.ttf");
-    std::error_code ignored;
-    if (std::filesystem::exists(path, ignored)) return FontFile{.path = path, .bold = bold};
-  }
-  return {};
-}
-
-/// Families to try in turn, weight, and a character that the font should hold unless it is 0.
-PatternPtr WantedFont(const std::string& name, bool bold, char32_t needed) {
-  PatternPtr wanted(FcPatternCreate());
-  const auto add_family = [&](const char* family) {
-    FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
-  };
-  if (IsSans(name)) {
-    add_family("Liberation Sans");
-    add_family("DejaVu Sans");
-  } else {
-    add_family(name.c_str());
-  }
-  FcPatternAddInteger(wanted.get(), FC_WEIGHT, bold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
-  FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
-  if (needed != 0) {
-    const CharSetPtr characters(FcCharSetCreate());
-    FcCharSetAddChar(characters.get(), needed);
-    FcPatternAddCharSet(wanted.get(), FC_CHARSET, characters.get());
-  }
-  return wanted;
-}
-
-/// What the machine has that comes nearest.
-std::optional<FontFile> FindFont(FcConfig* config, PatternPtr wanted) {
-  FcConfigSubstitute(config, wanted.get(), FcMatchPattern);
-  FcDefaultSubstitute(wanted.get());
-  FcResult result = FcResultNoMatch;
-  const PatternPtr found(FcFontMatch(config, wanted.get(), &result));
-  FcChar8* path = nullptr;
-  if (!found || FcPatternGetString(found.get(), FC_FILE, 0, &path) != FcResultMatch) return {};
-  FontFile file{.path = reinterpret_cast<const char*>(path)};
-  int weight = FC_WEIGHT_REGULAR;
-  FcPatternGetInteger(found.get(), FC_INDEX, 0, &file.index);
-  FcPatternGetInteger(found.get(), FC_WEIGHT, 0, &weight);
-  file.bold = weight >= FC_WEIGHT_DEMIBOLD;
-  return file;
-}
 
 /// Coverage from 0 to 255, row by row from the top.
 struct Glyph {
@@ -295,6 +223,8 @@ void Trace(const Letter& letter, double shift, OutlineSink& sink) {
 /// Keeps the fonts and glyphs that were used.
 class FreeTypeText::Typesetter {
  public:
+  explicit Typesetter(std::shared_ptr<FontFinder> fonts) : fonts_(std::move(fonts)) {}
+
   /// The one for the font's name; raises `FontError` where there is none.
   Typeface TypefaceOf(const Font& font) {
     const Typeface typeface = Choose(font, 0);
@@ -353,6 +283,7 @@ class FreeTypeText::Typesetter {
   }
 
  private:
+  using Content = std::shared_ptr<const std::vector<std::uint8_t>>;
   using ChoiceKey = std::tuple<std::string, bool, char32_t>;
   using GlyphKey = std::tuple<Letter, FT_F26Dot6, int>;
 
@@ -388,23 +319,16 @@ class FreeTypeText::Typesetter {
     if (const auto known = choices_.find(key); known != choices_.end()) return known->second;
     if (choices_.size() >= kMostTypefaces) choices_.clear();
     Typeface typeface;
-    if (const auto file = FileFor(font, needed)) {
+    if (const auto file =
+            fonts_->Find({.name = font.name, .bold = font.bold, .character = needed})) {
       typeface = {.face = Open(*file), .embolden = font.bold && !file->bold};
     }
     return choices_[key] = typeface;
   }
 
-  std::optional<FontFile> FileFor(const Font& font, char32_t needed) {
-    if (needed == 0 && IsSans(font.name)) {
-      if (auto file = UsualSansFile(font.bold)) return file;
-    }
-    if (!config_) config_.reset(FcInitLoadConfigAndFonts());
-    return FindFont(config_.get(), WantedFont(font.name, font.bold, needed));
-  }
-
   /// Nothing for a file that can't be read or has no outlines.
   FT_Face Open(const FontFile& file) {
-    const auto [known, added] = faces_.try_emplace({file.path, file.index}, nullptr);
+    const auto [known, added] = faces_.try_emplace({file.path, file.content, file.index}, nullptr);
     if (!added) return known->second;
     if (!library_) {
       FT_Library library = nullptr;
@@ -412,20 +336,43 @@ class FreeTypeText::Typesetter {
       library_.reset(library);
     }
     FT_Face face = nullptr;
-    if (FT_New_Face(library_.get(), file.path.c_str(), file.index, &face) != 0) return nullptr;
+    if (NewFace(file, face) != 0) return nullptr;
     if (!FT_IS_SCALABLE(face)) return nullptr;
     return known->second = face;
   }
 
-  ConfigPtr config_;
-  LibraryPtr library_;  // owns the faces
-  std::map<std::pair<std::string, int>, FT_Face> faces_;
+  /// FreeType opens files by the system's own narrow names: others are read for it.
+  FT_Error NewFace(const FontFile& file, FT_Face& face) {
+    const std::string name = Utf8Of(file.path);
+    const auto is_ascii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    if (!file.content && std::all_of(name.begin(), name.end(), is_ascii)) {
+      return FT_New_Face(library_.get(), name.c_str(), file.index, &face);
+    }
+    const auto content = file.content ? file.content : ContentOf(file.path);
+    kept_.push_back(content);
+    return FT_New_Memory_Face(library_.get(), content->data(),
+                              static_cast<FT_Long>(content->size()), file.index, &face);
+  }
+
+  static Content ContentOf(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return std::make_shared<const std::vector<std::uint8_t>>(std::istreambuf_iterator<char>(file),
+                                                             std::istreambuf_iterator<char>());
+  }
+
+  std::shared_ptr<FontFinder> fonts_;
+  std::vector<Content> kept_;  // what the faces read
+  LibraryPtr library_;         // owns the faces
+  std::map<std::tuple<std::filesystem::path, Content, int>, FT_Face> faces_;
   std::map<ChoiceKey, Typeface> choices_;
   std::map<GlyphKey, Glyph> glyphs_;
   std::size_t glyph_bytes_ = 0;
 };
 
-FreeTypeText::FreeTypeText() : typesetter_(std::make_unique<Typesetter>()) {}
+FreeTypeText::FreeTypeText() : FreeTypeText(MachineFonts()) {}
+
+FreeTypeText::FreeTypeText(std::shared_ptr<FontFinder> fonts)
+    : typesetter_(std::make_unique<Typesetter>(std::move(fonts))) {}
 
 FreeTypeText::~FreeTypeText() = default;
 

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Smooth text with the machine's own fonts: found through fontconfig, drawn by FreeType.
+/// Smooth text with the machine's own fonts, or those that a program brings along, drawn by
+/// FreeType.
 ///
 ///     FreeTypeText text;
 ///     const double width = text.Width({.name = "Arial", .size = 8}, 96.0 / 72, "7530.693");
 ///     text.Paint(canvas, {.name = "Arial", .size = 8}, {.x = 10, .y = 20}, "7530.693");
 ///
-/// "Arial" and "MS Sans Serif" are Liberation Sans, or else DejaVu Sans, or else what the machine
-/// puts in their place; "Symbol" is the same with Greek letters for Latin ones. A character that
-/// the font lacks comes from a font that has it. Letters are kerned, figures keep equal widths.
+/// `fonts.h` tells which fonts; "Symbol" has Greek letters for Latin ones. A character that the
+/// font lacks comes from a font that has it. Letters are kerned, figures keep equal widths.
 ///
 /// A letter's size is `size * pixels_per_point`, from 1 to 2000 pixels: what lies outside or is
 /// no number counts as the nearer end, or as 1. Malformed UTF-8 shows as U+FFFD.
@@ -25,17 +25,19 @@
 
 #include "discoplan/raster/canvas.h"
 #include "discoplan/raster/text_painter.h"
+#include "hosts/headless/export.h"
+#include "hosts/headless/fonts.h"
 
 namespace discoplan {
 
 /// The machine has no font that can be drawn.
-class DISCOPLAN_EXPORT FontError : public std::runtime_error {
+class DISCOPLAN_HEADLESS_EXPORT FontError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
 /// Receives the outlines of letters: closed loops of lines and curves.
-class DISCOPLAN_EXPORT OutlineSink {
+class DISCOPLAN_HEADLESS_EXPORT OutlineSink {
  public:
   virtual ~OutlineSink() = default;
   virtual void MoveTo(double x, double y) = 0;
@@ -45,9 +47,11 @@ class DISCOPLAN_EXPORT OutlineSink {
 };
 
 /// Each operation raises `FontError` on a machine without fonts.
-class DISCOPLAN_EXPORT FreeTypeText final : public TextPainter {
+class DISCOPLAN_HEADLESS_EXPORT FreeTypeText final : public TextPainter {
  public:
+  /// With the machine's fonts.
   FreeTypeText();
+  explicit FreeTypeText(std::shared_ptr<FontFinder> fonts);
   ~FreeTypeText() override;
 
   /// Sum of the advances, not rounded; 0 for an empty text.

@@ -13,20 +13,25 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "discoplan/controls/plot_control.h"
 #include "discoplan/platform/platform.h"
 #include "discoplan/raster/picture.h"
+#include "hosts/headless/export.h"
 #include "hosts/headless/freetype_text.h"
 
 namespace discoplan {
 
-class DISCOPLAN_EXPORT HeadlessHost final : public Platform {
+class DISCOPLAN_HEADLESS_EXPORT HeadlessHost final : public Platform {
  public:
   HeadlessHost() = default;
   /// Text grows with the resolution: half the twips per pixel are letters of twice the pixels.
   explicit HeadlessHost(const Screen& screen) : screen_(screen) {}
+  HeadlessHost(const Screen& screen, std::shared_ptr<FontFinder> fonts)
+      : screen_(screen), text_(std::move(fonts)) {}
 
   const Screen& screen() const override { return screen_; }
   const TextPainter& text() const override { return text_; }
@@ -42,14 +47,14 @@ class DISCOPLAN_EXPORT HeadlessHost final : public Platform {
 };
 
 /// The control as its user sees it, without its buttons, in pixels of the host's screen.
-DISCOPLAN_EXPORT Canvas PaintPicture(const PlotControl& control, const HeadlessHost& host);
+DISCOPLAN_HEADLESS_EXPORT Canvas PaintPicture(const PlotControl& control, const HeadlessHost& host);
 
 /// The same as the bytes of a PNG file. Raises `std::runtime_error` for a control without pixels.
-DISCOPLAN_EXPORT std::vector<std::uint8_t> EncodePicture(const PlotControl& control,
-                                                         const HeadlessHost& host);
+DISCOPLAN_HEADLESS_EXPORT std::vector<std::uint8_t> EncodePicture(const PlotControl& control,
+                                                                  const HeadlessHost& host);
 
 /// The same in a PNG file. Raises `FileError` if it can't be written, and leaves no file then.
-DISCOPLAN_EXPORT void SavePicture(const PlotControl& control, const HeadlessHost& host,
-                                  const std::filesystem::path& file);
+DISCOPLAN_HEADLESS_EXPORT void SavePicture(const PlotControl& control, const HeadlessHost& host,
+                                           const std::filesystem::path& file);
 
 }  // namespace discoplan

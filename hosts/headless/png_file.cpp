@@ -13,6 +13,9 @@
 #include <string>
 #include <utility>
 
+#include "discoplan/base/algorithms.h"
+#include "discoplan/base/file_name.h"
+
 namespace discoplan {
 namespace {
 
@@ -84,7 +87,7 @@ std::optional<IndexedRows> ToIndexed(const PngStrips& picture) {
   std::vector<Pixel> above;
   ColourTable table;
   const bool done = VisitRows(picture, [&](std::span<const Pixel> row) {
-    if (std::ranges::equal(row, above)) {
+    if (Equal(row, above)) {
       ++indexed.times.back();
       return true;
     }
@@ -266,7 +269,7 @@ void WriteEncoded(const fs::path& path, const auto& picture) {
   try {
     bytes = EncodePng(picture);
   } catch (const PngError& error) {
-    throw FileError("cannot write '" + path.string() + "': " + error.what());
+    throw FileError("cannot write '" + Utf8Of(path) + "': " + error.what());
   }
   WriteWholeFile(path, bytes);
 }

@@ -13,8 +13,8 @@
 #include <stdexcept>
 #include <vector>
 
-#include "discoplan/export.h"
 #include "discoplan/raster/canvas.h"
+#include "hosts/headless/export.h"
 #include "hosts/headless/whole_file.h"
 
 namespace discoplan {
@@ -41,15 +41,17 @@ struct PngStrips {
 
 /// The bytes of the file. Raises `std::runtime_error` for a picture without pixels, or with other
 /// than `width` * `height` of them.
-DISCOPLAN_EXPORT std::vector<std::uint8_t> EncodePng(const PngPicture& picture);
+DISCOPLAN_HEADLESS_EXPORT std::vector<std::uint8_t> EncodePng(const PngPicture& picture);
 /// The same bytes for the same picture in strips. What `rows_from` raises goes through.
-DISCOPLAN_EXPORT std::vector<std::uint8_t> EncodePng(const PngStrips& picture);
+DISCOPLAN_HEADLESS_EXPORT std::vector<std::uint8_t> EncodePng(const PngStrips& picture);
 
 /// The file appears whole or not at all, and one that was there before stays if this fails. What
 /// is neither a file nor a folder, such as a pipe, is written to as it is. Raises `FileError`, also
 /// for a picture that `EncodePng` refuses.
-DISCOPLAN_EXPORT void WritePng(const std::filesystem::path& path, const PngPicture& picture);
-DISCOPLAN_EXPORT void WritePng(const std::filesystem::path& path, const PngStrips& picture);
+DISCOPLAN_HEADLESS_EXPORT void WritePng(const std::filesystem::path& path,
+                                        const PngPicture& picture);
+DISCOPLAN_HEADLESS_EXPORT void WritePng(const std::filesystem::path& path,
+                                        const PngStrips& picture);
 
 inline void WritePng(const std::filesystem::path& path, std::span<const Pixel> pixels, int width,
                      int height) {

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "discoplan/figures/wafer_figure.h"
+#include "hosts/headless/export.h"
 #include "hosts/headless/figure_picture.h"
 #include "hosts/headless/whole_file.h"
 
@@ -29,20 +30,20 @@ struct FigureSize {
 
   /// In pixels. Letters grow with the square root of the picture, so that large ones get finer
   /// detail and larger letters at once.
-  DISCOPLAN_EXPORT static FigureSize Pixels(int width, int height);
-  DISCOPLAN_EXPORT static FigureSize Millimetres(double width, double height, double dpi);
+  DISCOPLAN_HEADLESS_EXPORT static FigureSize Pixels(int width, int height);
+  DISCOPLAN_HEADLESS_EXPORT static FigureSize Millimetres(double width, double height, double dpi);
 };
 
 /// The bytes of a file. Raises `std::runtime_error`, also on a machine without fonts.
-DISCOPLAN_EXPORT std::vector<std::uint8_t> EncodeFigure(const figures::Figure& figure,
-                                                        FigureFormat format,
-                                                        double pixels_per_point,
-                                                        const FigureText& text);
+DISCOPLAN_HEADLESS_EXPORT std::vector<std::uint8_t> EncodeFigure(const figures::Figure& figure,
+                                                                 FigureFormat format,
+                                                                 double pixels_per_point,
+                                                                 const FigureText& text);
 
 /// The file appears whole or not at all. Raises `FileError` and what `EncodeFigure` does; an ending
 /// that is none of the three is PNG. The style's page size is that of `size`.
-DISCOPLAN_EXPORT void SaveFigure(const std::filesystem::path& path, figures::PlotKind kind,
-                                 const figures::WaferPlot& plot, figures::Style style = {},
-                                 const FigureSize& size = FigureSize::Pixels(800, 600));
+DISCOPLAN_HEADLESS_EXPORT void SaveFigure(const std::filesystem::path& path, figures::PlotKind kind,
+                                          const figures::WaferPlot& plot, figures::Style style = {},
+                                          const FigureSize& size = FigureSize::Pixels(800, 600));
 
 }  // namespace discoplan

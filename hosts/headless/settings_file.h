@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "discoplan/controls/plot_control.h"
+#include "hosts/headless/export.h"
 #include "hosts/headless/whole_file.h"
 
 namespace discoplan {
@@ -14,9 +15,11 @@ namespace discoplan {
 /// Gives the control the settings of the file; a setting that isn't there takes its default.
 /// Raises `FileError` for a file that can't be read, that is damaged, or that holds a key or a
 /// value that the control has no use for, and leaves the control as it was then.
-DISCOPLAN_EXPORT void ReadSettings(PlotControl& control, const std::filesystem::path& file);
+DISCOPLAN_HEADLESS_EXPORT void ReadSettings(PlotControl& control,
+                                            const std::filesystem::path& file);
 
 /// Writes all settings but pictures. Raises `FileError`.
-DISCOPLAN_EXPORT void WriteSettings(PlotControl& control, const std::filesystem::path& file);
+DISCOPLAN_HEADLESS_EXPORT void WriteSettings(PlotControl& control,
+                                             const std::filesystem::path& file);
 
 }  // namespace discoplan

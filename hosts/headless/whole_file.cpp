@@ -8,6 +8,9 @@
 #include <string>
 #include <system_error>
 
+#include "discoplan/base/file_name.h"
+#include "hosts/port/port.h"
+
 namespace discoplan {
 namespace {
 
@@ -32,7 +35,7 @@ namespace fs = std::filesystem;
   for (const Advice& advice : kAdvice) {
     if (advice.error == error) reason += advice.text;
   }
-  throw FileError("cannot write '" + path.string() + "': " + reason);
+  throw FileError("cannot write '" + Utf8Of(path) + "': " + reason);
 }
 
 /// Writes all bytes and closes the file; 0 or the number of the error.
@@ -70,7 +73,7 @@ std::FILE* OpenBeside(const fs::path& target, fs::path& name) {
   do {
     name = PartNumber(folder, number);
     RemoveIfLeft(name);
-    file = std::fopen(name.c_str(), "wbx");
+    file = port::OpenNew(name);
     ++number;
   } while (file == nullptr && errno == EEXIST && number < kMostAtOnce);
   // Those that follow would stay while this name is free.
@@ -88,7 +91,7 @@ int Replace(const fs::path& target, std::span<const std::uint8_t> bytes, fs::per
   if (error == 0 && permissions != fs::perms::unknown) fs::permissions(name, permissions, failure);
   if (error == 0 && !failure) fs::rename(name, target, failure);
   if (failure) error = failure.value();
-  if (error != 0) std::remove(name.c_str());
+  if (error != 0) fs::remove(name, failure);
   return error;
 }
 
@@ -110,7 +113,7 @@ int WriteBytes(const fs::path& path, std::span<const std::uint8_t> bytes) {
   if (!fs::exists(status)) return Replace(EndOfLinks(path), bytes, fs::perms::unknown);
   // A folder or a write-protected file fails here, before anything is replaced.
   const bool regular = fs::is_regular_file(status);
-  std::FILE* file = std::fopen(path.c_str(), regular ? "r+b" : "wb");
+  std::FILE* file = port::Open(path, regular ? "r+b" : "wb");
   if (file == nullptr) return errno;
   if (!regular) return WriteAndClose(file, bytes);
   std::fclose(file);

@@ -11,20 +11,20 @@
 #include <span>
 #include <stdexcept>
 
-#include "discoplan/export.h"
+#include "hosts/headless/export.h"
 
 namespace discoplan {
 
 /// A file that can't be read or written; what() names the file, the reason and what to do, in one
 /// line.
-class DISCOPLAN_EXPORT FileError : public std::runtime_error {
+class DISCOPLAN_HEADLESS_EXPORT FileError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
 /// A file that was there before stays if this fails. What is neither a file nor a folder, such as
 /// a pipe, is written to as it is. Raises `FileError`.
-DISCOPLAN_EXPORT void WriteWholeFile(const std::filesystem::path& path,
-                                     std::span<const std::uint8_t> bytes);
+DISCOPLAN_HEADLESS_EXPORT void WriteWholeFile(const std::filesystem::path& path,
+                                              std::span<const std::uint8_t> bytes);
 
 }  // namespace discoplan

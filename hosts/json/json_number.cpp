@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 
+#include "discoplan/base/charconv.h"
+
 namespace discoplan {
 namespace {
 
@@ -17,11 +19,9 @@ json Shortest(Real value) {
   if (std::isinf(value)) return value < 0 ? "-Infinity" : "Infinity";
   // A short decimal reads back as the 64-bit float that is written with the same digits.
   std::array<char, 64> text;
-  const auto end =
-      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::scientific)
-          .ptr;
+  const auto end = ToShortest(text.data(), text.data() + text.size(), value).ptr;
   double shortest = 0;
-  std::from_chars(text.data(), end, shortest);
+  FromChars(text.data(), end, shortest);
   constexpr double kExactIntegers = 9007199254740992.0;
   const bool negative_zero = shortest == 0 && std::signbit(shortest);
   if (shortest == std::trunc(shortest) && std::abs(shortest) < kExactIntegers && !negative_zero) {

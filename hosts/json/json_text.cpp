@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "discoplan/base/charconv.h"
+
 namespace discoplan {
 namespace {
 
@@ -18,9 +20,8 @@ constexpr int kMostZeros = 3;
 std::string NumberText(double value) {
   if (!std::isfinite(value)) return "null";
   std::array<char, 32> buffer;
-  const char* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
-                                        std::abs(value), std::chars_format::scientific)
-                              .ptr;
+  const char* const end =
+      ToShortest(buffer.data(), buffer.data() + buffer.size(), std::abs(value)).ptr;
   const std::string text(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
   const std::string sign = std::signbit(value) ? "-" : "";
   const std::size_t e = text.find('e');

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "discoplan/render/surface.h"
+#include "hosts/qt/export.h"
 
 namespace discoplan {
 
@@ -27,6 +28,6 @@ struct ColourRegion {
 };
 
 /// Regions that show, painted in their order, what the cells show, painted in theirs.
-DISCOPLAN_EXPORT std::vector<ColourRegion> MergeCells(std::span<const ColourCell> cells);
+DISCOPLAN_QT_EXPORT std::vector<ColourRegion> MergeCells(std::span<const ColourCell> cells);
 
 }  // namespace discoplan

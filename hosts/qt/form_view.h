@@ -14,11 +14,12 @@
 #include <vector>
 
 #include "discoplan/forms/node.h"
+#include "hosts/qt/export.h"
 
 namespace discoplan::qt {
 
 /// The application's font in the size that forms are laid out for.
-DISCOPLAN_EXPORT QFont FormFont(const discoplan::Font& font);
+DISCOPLAN_QT_EXPORT QFont FormFont(const discoplan::Font& font);
 
 struct MouseOnNode {
   QEvent::Type type;
@@ -28,7 +29,7 @@ struct MouseOnNode {
   float y = 0;
 };
 
-class DISCOPLAN_EXPORT FormView : public QWidget {
+class DISCOPLAN_QT_EXPORT FormView : public QWidget {
   Q_OBJECT
 
  public:

@@ -109,7 +109,7 @@ void WriteAccessors(std::ostream& out, const Property& property) {
 void WriteClass(std::ostream& out, const ControlClass& own_class) {
   const std::string_view name = own_class.name;
   const std::vector<Property> properties = PropertiesOf(own_class.members);
-  out << "class DISCOPLAN_EXPORT " << name << "Widget final : public PlotWidget {\n  Q_OBJECT\n";
+  out << "class DISCOPLAN_QT_EXPORT " << name << "Widget final : public PlotWidget {\n  Q_OBJECT\n";
   for (const Property& property : properties) {
     const std::string own = property.name();
     out << "  Q_PROPERTY(" << property.type << ' ' << own << " READ " << own << " WRITE "

@@ -34,13 +34,14 @@
 #include "discoplan/controls/plot3d.h"
 #include "discoplan/controls/plot3db.h"
 #include "discoplan/controls/plot3ds.h"
+#include "hosts/qt/export.h"
 
 namespace discoplan::qt {
 
 class FormView;
 class PlotHost;
 
-class DISCOPLAN_EXPORT PlotWidget : public QWidget {
+class DISCOPLAN_QT_EXPORT PlotWidget : public QWidget {
   Q_OBJECT
 
  public:

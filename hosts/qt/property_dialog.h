@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "discoplan/dialogs/property_page.h"
+#include "hosts/qt/export.h"
 #include "hosts/qt/plot_widget.h"
 
 class QDialogButtonBox;
@@ -20,7 +21,7 @@ class QtPlatform;
 ///     PropertyDialog(*plot).exec();
 ///
 /// A child of the plot, so that it goes with it.
-class DISCOPLAN_EXPORT PropertyDialog final : public QDialog {
+class DISCOPLAN_QT_EXPORT PropertyDialog final : public QDialog {
   Q_OBJECT
 
  public:

@@ -21,10 +21,11 @@
 #include "discoplan/platform/screen.h"
 #include "discoplan/render/surface.h"
 #include "hosts/qt/cell_regions.h"
+#include "hosts/qt/export.h"
 
 namespace discoplan::qt {
 
-class DISCOPLAN_EXPORT QtPaper final : public Surface {
+class DISCOPLAN_QT_EXPORT QtPaper final : public Surface {
  public:
   /// Painter and screen outlive the paper; the page is the painter's device.
   QtPaper(QPainter& painter, const Screen& screen);
@@ -79,12 +80,12 @@ class DISCOPLAN_EXPORT QtPaper final : public Surface {
 };
 
 /// Opaque; system colours are neutral greys.
-DISCOPLAN_EXPORT QColor ColourOf(Colour colour);
+DISCOPLAN_QT_EXPORT QColor ColourOf(Colour colour);
 
 /// The font with the machine's own in place of "Arial" and "MS Sans Serif", if need be.
-DISCOPLAN_EXPORT QFont ToQFont(const discoplan::Font& font);
+DISCOPLAN_QT_EXPORT QFont ToQFont(const discoplan::Font& font);
 
 /// UTF-8 in that font: Greek for the letters of a Symbol font.
-DISCOPLAN_EXPORT QString ToQString(std::string_view text, const discoplan::Font& font);
+DISCOPLAN_QT_EXPORT QString ToQString(std::string_view text, const discoplan::Font& font);
 
 }  // namespace discoplan::qt

@@ -6,13 +6,14 @@
 
 #include "discoplan/forms/form.h"
 #include "discoplan/platform/platform.h"
+#include "hosts/qt/export.h"
 #include "hosts/qt/qt_text.h"
 
 namespace discoplan::qt {
 
 /// What a control asks of the program around it, answered by Qt, on the thread of the user
 /// interface. Pictures are in physical pixels.
-class DISCOPLAN_EXPORT QtPlatform : public Platform {
+class DISCOPLAN_QT_EXPORT QtPlatform : public Platform {
  public:
   /// Boxes and dialogs stand over the window of that widget.
   explicit QtPlatform(QWidget* owner = nullptr);

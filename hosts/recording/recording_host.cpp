@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "discoplan/base/algorithms.h"
 #include "discoplan/base/numbers.h"
 
 namespace discoplan {
@@ -13,7 +14,7 @@ bool BeginsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC
 }  // namespace
 
 double FixedText::Width(const Font&, double, std::string_view text) const {
-  return static_cast<double>(std::ranges::count_if(text, BeginsCharacter)) * kCharacterWidth;
+  return static_cast<double>(CountIf(text, BeginsCharacter)) * kCharacterWidth;
 }
 
 Paper::Paper(const Screen& screen, const Screen& resolution, float width, float height)

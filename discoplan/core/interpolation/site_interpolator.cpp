@@ -7,6 +7,8 @@
 #include <cmath>
 #include <limits>
 
+#include "discoplan/base/algorithms.h"
+#include "discoplan/base/bits.h"
 #include "discoplan/base/numbers.h"
 #include "discoplan/core/interpolation/lattice/tile.h"
 #include "discoplan/core/interpolation/neighbours.h"
@@ -64,8 +66,8 @@ bool NearestByKeys(const TileSites& sites, float x, float y, Neighbours& nearest
   keys.fill(1e60);
   for (std::int32_t i = 0; i < sites.near_count; ++i) {
     const std::uint32_t site = sites.near[i];
-    const auto bits = std::bit_cast<std::uint64_t>(square_to(site));
-    auto key = std::bit_cast<double>((bits & ~kNumberMask) | site);
+    const auto bits = BitCast<std::uint64_t>(square_to(site));
+    auto key = BitCast<double>((bits & ~kNumberMask) | site);
     for (double& nearer : keys) {
       const double farther = std::max(nearer, key);
       nearer = std::min(nearer, key);
@@ -75,7 +77,7 @@ bool NearestByKeys(const TileSites& sites, float x, float y, Neighbours& nearest
   for (std::size_t slot = 0; slot < nearest.size(); ++slot) {
     if (!(keys[slot] * kClearlyFarther < keys[slot + 1])) return false;
     const auto site =
-        static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(keys[slot]) & kNumberMask);
+        static_cast<std::uint32_t>(BitCast<std::uint64_t>(keys[slot]) & kNumberMask);
     nearest[slot] = {std::sqrt(square_to(site)), static_cast<std::int32_t>(site)};
   }
   return true;
@@ -215,7 +217,7 @@ bool SiteInterpolator::Resolve(const Tile& tile, const SureDistances& sure, std:
     // Points of a larger tile come here since they have ties, often among the four alone.
     std::array<std::uint32_t, 4> four;
     for (std::size_t slot = 0; slot < four.size(); ++slot) {
-      four[slot] = std::bit_cast<std::uint32_t>(tile.keys[slot][point]) & lattice::kNumberMask;
+      four[slot] = BitCast<std::uint32_t>(tile.keys[slot][point]) & lattice::kNumberMask;
     }
     const float limit = tile.keys[3][point] * lattice::kClearlyFarther;
     const bool has_the_four = limit < tile.keys[4][point];
@@ -265,7 +267,7 @@ Neighbours SiteInterpolator::NearestInOrder(const TileSites& sites,
 
 /// False for positions beyond the cells.
 bool SiteInterpolator::RangeAround(std::span<const float> positions, CellRange& range) const {
-  const auto [low, high] = std::ranges::minmax(positions);
+  const auto [low, high] = MinMax(positions);
   const double first = measured_.cells->IndexOf(low);
   const double last = low == high ? first : measured_.cells->IndexOf(high);
   const std::int32_t columns = measured_.cells->columns;

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <vector>
 
+#include "discoplan/base/algorithms.h"
 #include "discoplan/base/angles.h"
 #include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer_data.h"
@@ -145,7 +146,7 @@ constexpr std::array<BeamFace, 5> kFaces = {{
 void DrawBeamFace(Surface& surface, const BeamCorners& corners, const BeamFace& face,
                   Colour colour) {
   std::array<PixelPoint, 4> pixels;
-  std::ranges::transform(face.corners, pixels.begin(), [&](std::size_t k) {
+  Transform(face.corners, pixels.begin(), [&](std::size_t k) {
     return PixelPoint{ToInt32(corners[k].x), ToInt32(corners[k].y)};
   });
   surface.FillColor(colour);

@@ -32,7 +32,9 @@ struct LatticeCell {
   bool IsWhole() const {
     return heights[0] != 0 && heights[1] != 0 && heights[2] != 0 && heights[3] != 0;
   }
-  std::ptrdiff_t CornersOff() const { return IsWhole() ? 0 : std::ranges::count(heights, 0.0F); }
+  std::ptrdiff_t CornersOff() const {
+    return IsWhole() ? 0 : std::count(heights.begin(), heights.end(), 0.0F);
+  }
   double MeanHeight() const {
     return (static_cast<double>(heights[0]) + heights[1] + heights[2] + heights[3]) / 4;
   }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "discoplan/base/algorithms.h"
 #include "discoplan/base/numbers.h"
 
 namespace discoplan {
@@ -48,7 +49,7 @@ void HistogramBins::Count(const WaferData& data) {
 }
 
 std::int16_t HistogramBins::Peak() const {
-  return counts.empty() ? std::int16_t{0} : *std::ranges::max_element(counts);
+  return counts.empty() ? std::int16_t{0} : *MaxElement(counts);
 }
 
 }  // namespace discoplan

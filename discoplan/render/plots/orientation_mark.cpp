@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "discoplan/base/algorithms.h"
 #include "discoplan/base/angles.h"
 #include "discoplan/base/numbers.h"
 #include "discoplan/render/label.h"
@@ -38,7 +39,7 @@ void RubOut(Surface& surface, const std::array<SurfacePoint, N>& corners) {
   surface.FillColor(surface.BackColor());
   surface.FillStyle(0);
   std::array<PixelPoint, N> pixels;
-  std::ranges::transform(corners, pixels.begin(), Rounded);
+  Transform(corners, pixels.begin(), Rounded);
   surface.Polygon(pixels);
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <bit>
 #include <cmath>
 
+#include "discoplan/base/bits.h"
 #include "discoplan/core/interpolation/lattice/kernel.h"
 
 namespace discoplan::lattice {
@@ -63,13 +63,13 @@ struct Portable {
   }
   static Float Tag(const Float& a, std::uint32_t number) {
     return Float::Each([&](std::int32_t i) {
-      const auto bits = std::bit_cast<std::uint32_t>(a.lane[i]);
-      return std::bit_cast<float>((bits & ~kNumberMask) | number);
+      const auto bits = BitCast<std::uint32_t>(a.lane[i]);
+      return BitCast<float>((bits & ~kNumberMask) | number);
     });
   }
   static Float Gather(const float* table, const Float& tagged) {
     return Float::Each([&](std::int32_t i) {
-      return table[std::bit_cast<std::uint32_t>(tagged.lane[i]) & kNumberMask];
+      return table[BitCast<std::uint32_t>(tagged.lane[i]) & kNumberMask];
     });
   }
   static Double Low(const Float& a) { return {a.lane[0], a.lane[1]}; }

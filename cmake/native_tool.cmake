@@ -1,0 +1,27 @@
+# discoplan_native_tool(TARGET SOURCE...): a program that writes sources or pages while the tree is
+# built, and so runs on this machine: a cross compiler's tree has it built in a tree beside.
+function(discoplan_native_tool target)
+  if(NOT CMAKE_CROSSCOMPILING)
+    add_executable(${target} EXCLUDE_FROM_ALL ${ARGN})
+    target_link_libraries(${target} PRIVATE discoplan-options)
+    return()
+  endif()
+  include(ExternalProject)
+  set(native ${CMAKE_BINARY_DIR}/native)
+  if(NOT TARGET discoplan-native)
+    ExternalProject_Add(discoplan-native EXCLUDE_FROM_ALL ON
+      SOURCE_DIR ${PROJECT_SOURCE_DIR} BINARY_DIR ${native}
+      CMAKE_ARGS -D CMAKE_BUILD_TYPE=Release -D DISCOPLAN_QT=${DISCOPLAN_QT}
+                 -D DISCOPLAN_TESTS=OFF -D DISCOPLAN_INSTALL=OFF
+      BUILD_COMMAND "" INSTALL_COMMAND "")
+  endif()
+  get_filename_component(folder ${CMAKE_CURRENT_SOURCE_DIR} ABSOLUTE)
+  file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${folder})
+  add_custom_target(${target}-native
+    COMMAND ${CMAKE_COMMAND} --build ${native} --target ${target} DEPENDS discoplan-native
+    BYPRODUCTS ${native}/${folder}/${target} VERBATIM)
+  add_dependencies(${target}-native discoplan-native)
+  add_executable(${target} IMPORTED GLOBAL)
+  set_target_properties(${target} PROPERTIES IMPORTED_LOCATION ${native}/${folder}/${target})
+  add_dependencies(${target} ${target}-native)
+endfunction()

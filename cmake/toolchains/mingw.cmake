@@ -1,0 +1,20 @@
+# Windows by mingw-w64 with POSIX threads, for PROCESSOR x86_64 or i686, run by Wine. The compiler's
+# own libraries are linked in, so that a program is one file.
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES PROCESSOR)
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR ${PROCESSOR})
+set(CMAKE_C_COMPILER ${PROCESSOR}-w64-mingw32-gcc-posix)
+set(CMAKE_CXX_COMPILER ${PROCESSOR}-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER ${PROCESSOR}-w64-mingw32-windres)
+set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
+set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
+if(PROCESSOR STREQUAL "i686")
+  # Results are promised to the bit, which x87's wider registers would change.
+  set(CMAKE_C_FLAGS_INIT "-msse2 -mfpmath=sse")
+  set(CMAKE_CXX_FLAGS_INIT "-msse2 -mfpmath=sse")
+endif()
+set(CMAKE_FIND_ROOT_PATH /usr/${PROCESSOR}-w64-mingw32)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
