@@ -140,6 +140,7 @@ void PlotControl::SizeByText(Node& label) {
 void PlotControl::Mouse(Node& node, const MouseAction& action) {
   const auto index = static_cast<std::size_t>(action.event);
   if ((node.Forwards() & kForwarded[index]) == 0) return;
+  const ObjectRef held = Hold();
   const Event& event = class_.events[index];
   const std::array<Variant, 4> args = {Variant(action.button), Variant(action.shift),
                                        Variant(action.x), Variant(action.y)};
