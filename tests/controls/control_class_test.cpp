@@ -240,6 +240,7 @@ Variant OtherValue(const Member& member, Object& control) {
     }
   }
   if (member.type == Type::Boolean) return BooleanVariant(now == 0);
+  if (member.name == "TestDiameter") return Variant(150.0);  // with all sites inside
   return Variant(now == 7 ? 8.0 : 7.0);
 }
 
