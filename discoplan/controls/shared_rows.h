@@ -149,7 +149,7 @@ inline constexpr std::array kPlotMembers = {
         {.name = "ShowPlotOption",
          .id = 31,
          .doc = "Lets the user edit the plot's options in a dialog, and draws anew if that is "
-                "confirmed."}),
+                "confirmed. Plot2DN has no options and does nothing."}),
     Method<&C::ReleasePlotLimit>(
         {.name = "ReleasePlotLimit",
          .id = 32,
