@@ -5,7 +5,6 @@
 
 #include <type_traits>
 
-
 namespace discoplan {
 
 template <class To, class From>

@@ -263,7 +263,7 @@ class FreeTypeText::Typesetter {
   std::pair<std::string, int> FileOf(const Font& font) {
     const FT_Face face = TypefaceOf(font).face;
     for (const auto& [file, open] : faces_) {
-      if (open == face) return file;
+      if (open == face) return {Utf8Of(std::get<0>(file)), std::get<2>(file)};
     }
     return {};
   }
