@@ -38,6 +38,7 @@ class CommandError : public std::runtime_error {
 
 void AddPlotCommand(CLI::App& program);
 void AddStatsCommand(CLI::App& program);
+void AddLotCommand(CLI::App& program);
 void AddAutomateCommand(CLI::App& program);
 void AddDescribeCommand(CLI::App& program);
 /// The commands that the programs beside this one carry out.

@@ -148,8 +148,9 @@ void PlotFigures(const PictureRequest& request) {
   const FigureFormat format = FigureFormatOf(request.output);
   RefuseClassicOptions(request.plot);
   const PlotKinds kinds = KindsOf(request.plot);
-  RefuseOverwriting(request.plot, request.output, {request.data.path.string()});
-  const Lot lot = ReadReporting(request.data);
+  RefuseOverwriting(request.plot, request.output,
+                    {request.data.path.string(), request.derive.File()});
+  const Lot lot = ReadDerived(request.data, request.derive);
   const Wafer& measured = OnlyWafer(lot, request.data);
   const WaferPlot plot = PlotOf(request, lot, measured);
   const FigureSize size = SizeOf(request);

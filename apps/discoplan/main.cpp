@@ -29,6 +29,7 @@ int main(int argc, char** argv) {
   program.footer("Example:\n  discoplan plot sites.csv -o map.png");
   AddPlotCommand(program);
   AddStatsCommand(program);
+  AddLotCommand(program);
   AddBesideCommands(program);
   AddAutomateCommand(program);
   AddDescribeCommand(program);

@@ -9,8 +9,6 @@
 #include "discoplan/figures/colour_map.h"
 
 namespace discoplan::app {
-namespace {
-
 PixelSize ParseSize(const std::string& text) {
   constexpr int kSmallest = 50;
   constexpr int kLargest = 10000;
@@ -33,6 +31,8 @@ PixelSize ParseSize(const std::string& text) {
       "2000 each, not '" +
       text + "'");
 }
+
+namespace {
 
 /// The classic look knows pixels alone.
 void TakePixels(PictureRequest& request) {
@@ -93,6 +93,7 @@ const std::array<std::string, 4>& NotchSides() {
 
 void AddPictureOptions(CLI::App& command, PictureRequest& request) {
   AddDataOptions(command, request.data);
+  AddDeriveOptions(command, request.derive);
   command
       .add_option("-o,--output", request.output,
                   "File to write; its ending tells the format: .png, .pdf or .svg")

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/discoplan/derive.h"
 #include "apps/discoplan/plot_request.h"
 
 namespace discoplan::app {
@@ -38,8 +39,12 @@ struct LookRequest {
   bool no_isolines = false;
 };
 
+/// From "WIDTHxHEIGHT". Raises `UsageError`.
+PixelSize ParseSize(const std::string& text);
+
 struct PictureRequest {
   ReadRequest data;
+  DeriveRequest derive;
   PlotRequest plot;
   std::string output;
   PixelSize size;  ///< of each plot

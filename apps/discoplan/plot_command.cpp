@@ -100,8 +100,9 @@ std::vector<std::uint8_t> Draw(const PlotKinds& kinds, const PictureRequest& req
 
 void Plot(const PictureRequest& request) {
   const PlotKinds kinds = KindsOf(request.plot);
-  RefuseOverwriting(request.plot, request.output, {request.data.path.string()});
-  const Lot data = ReadReporting(request.data);
+  RefuseOverwriting(request.plot, request.output,
+                    {request.data.path.string(), request.derive.File()});
+  const Lot data = ReadDerived(request.data, request.derive);
   const Wafer& measured = OnlyWafer(data, request.data);
   WarnOfEmptyPlots(kinds, request.data, measured);
   std::optional<Drawing> drawing;

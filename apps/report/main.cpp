@@ -29,5 +29,6 @@ int main(int argc, char** argv) {
   CLI::App program("Wafers on paper", "discoplan");
   AddReportCommand(program);
   AddVectorPlotCommand(program);
+  AddVectorLotCommand(program);
   return Run(program, argc, argv);
 }

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "apps/discoplan/checks.h"
+#include "apps/discoplan/derive.h"
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/plot_request.h"
+#include "apps/discoplan/progress.h"
 #include "apps/report/report_commands.h"
 #include "apps/report/report_page.h"
 #include "apps/report/vector_file.h"
-#include "hosts/port/port.h"
 
 namespace discoplan::app {
 namespace {
@@ -24,6 +24,7 @@ constexpr float kControlHeight = 4500;
 
 struct ReportRequest {
   ReadRequest reading;  // how to read, for all files alike
+  DeriveRequest derive;
   std::vector<std::string> files;
   PlotRequest plot;
   bool all = false;
@@ -48,32 +49,11 @@ std::vector<MeasuredPage> ReadAll(const ReportRequest& request) {
   for (const std::string& file : request.files) {
     ReadRequest reading = request.reading;
     reading.path = file;
-    Lot data = ReadReporting(reading);
+    Lot data = ReadDerived(reading, request.derive);
     for (Wafer& measured : data.wafers) pages.push_back({file, reading, std::move(measured)});
   }
   return pages;
 }
-
-/// A bar on a terminal, that goes when the work is done.
-class Progress {
- public:
-  explicit Progress(std::size_t total) : total_(total), shown_(port::IsTerminal(stderr)) {}
-  ~Progress() {
-    if (shown_) std::cerr << "\r\033[K" << std::flush;
-  }
-
-  void Show(std::size_t done, const std::string& name) const {
-    if (!shown_) return;
-    constexpr std::size_t kWidth = 30;
-    const std::size_t filled = done * kWidth / total_;
-    std::cerr << "\r\033[K[" << std::string(filled, '#') << std::string(kWidth - filled, ' ')
-              << "] " << done << '/' << total_ << ' ' << name << std::flush;
-  }
-
- private:
-  const std::size_t total_;
-  const bool shown_;
-};
 
 class ReportPrinter {
  public:
@@ -115,7 +95,9 @@ void Report(const ReportRequest& request) {
   PageSize size = request.paper == "A4" ? kA4 : kLetter;
   if (request.landscape) std::swap(size.width, size.height);
   ReportPrinter printer(request, size);
-  RefuseOverwriting(request.plot, request.output, request.files);
+  std::vector<std::string> read = request.files;
+  read.push_back(request.derive.File());
+  RefuseOverwriting(request.plot, request.output, read);
   const std::vector<MeasuredPage> pages = ReadAll(request);
   if (!request.wafer.empty() && pages.size() > 1) {
     throw UsageError("--wafer-id names one wafer, and the data have " +
@@ -143,6 +125,7 @@ void AddReportCommand(CLI::App& program) {
       ->required()
       ->transform(InputFile());
   AddReadingOptions(*command, request->reading);
+  AddDeriveOptions(*command, request->derive);
   command->add_option("-o,--output", request->output, "PDF file to write")
       ->required()
       ->check(FileName());

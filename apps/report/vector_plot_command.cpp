@@ -28,8 +28,9 @@ void Print(PlotControl& control, const std::shared_ptr<qt::QtPaper>& paper, cons
 
 void Plot(const PictureRequest& request) {
   const PlotKinds kinds = KindsOf(request.plot);
-  RefuseOverwriting(request.plot, request.output, {request.data.path.string()});
-  const Lot data = ReadReporting(request.data);
+  RefuseOverwriting(request.plot, request.output,
+                    {request.data.path.string(), request.derive.File()});
+  const Lot data = ReadDerived(request.data, request.derive);
   const Wafer& measured = OnlyWafer(data, request.data);
   WarnOfEmptyPlots(kinds, request.data, measured);
   const auto width = static_cast<float>(request.size.width) * kTwipsPerPixel;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/analysis/lot_summary.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -28,6 +29,16 @@ Sample AllOf(std::span<const LotWafer> wafers) {
   return Sample(std::move(values));
 }
 
+/// Takes the marks off again that are no more than the rounding of the sites' 32-bit floats.
+void DropRounding(const Sample& all, const std::vector<double>& values, std::vector<bool>& marks) {
+  constexpr double kRounding = 1e-7;
+  const double least = kRounding * std::max(std::abs(all.Minimum()), std::abs(all.Maximum()));
+  const double median = Sample(values).Quantile(0.5);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (std::abs(values[i] - median) <= least) marks[i] = false;
+  }
+}
+
 void MarkOutlying(LotSummary& lot) {
   std::vector<double> means;
   std::vector<double> sigmas;
@@ -35,8 +46,10 @@ void MarkOutlying(LotSummary& lot) {
     means.push_back(wafer.sample.mean);
     sigmas.push_back(wafer.sample.sigma.value_or(0));
   }
-  const std::vector<bool> by_mean = OutlyingOf(means);
-  const std::vector<bool> by_sigma = OutlyingOf(sigmas);
+  std::vector<bool> by_mean = OutlyingOf(means);
+  std::vector<bool> by_sigma = OutlyingOf(sigmas);
+  DropRounding(lot.all, means, by_mean);
+  DropRounding(lot.all, sigmas, by_sigma);
   const double usual = Sample(sigmas).Quantile(0.5);
   for (std::size_t i = 0; i < lot.wafers.size(); ++i) {
     const bool wide = by_sigma[i] && sigmas[i] > usual;

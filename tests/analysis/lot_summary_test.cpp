@@ -111,6 +111,18 @@ TEST(LotSummary, MarksTheOutlyingWaferOfAMeasuredLot) {
   EXPECT_NEAR(summary.scale.high, 10.33465, 1e-12);
 }
 
+// Means of 0 but for the last bit of one.
+TEST(LotSummary, TakesNoRoundingForOutlying) {
+  const std::vector<std::vector<Site>> lot = {AtCentre({-1, 1}), AtCentre({-2, 2}),
+                                              AtCentre({-1, 1.0000001F}), AtCentre({-2, 2}),
+                                              AtCentre({-1, 1})};
+  std::vector<LotWafer> wafers;
+  for (const std::vector<Site>& sites : lot) wafers.push_back({"", sites});
+  for (const WaferSummary& wafer : SummaryOf(wafers).wafers) {
+    EXPECT_EQ(wafer.outlying, Outlying::No);
+  }
+}
+
 TEST(LotSummary, MarksAWideWaferButNoNarrowOne) {
   const std::vector<std::vector<Site>> lot = {AtCentre({9, 10, 11}), AtCentre({8.9F, 10, 11.1F}),
                                               AtCentre({9.1F, 10, 10.9F}), AtCentre({0, 10, 20}),

@@ -57,9 +57,6 @@ TEST_F(MeasuredWafer, ThatDoesNotFitSaysWhy) {
       {"plot --look classic huge.csv -o a.png",
        "huge.csv: the values are too large, so that sums of them don't fit 32-bit floats; "
        "scale the values down"},
-      {"stats huge.csv",
-       "huge.csv: the values are too large, so that sums of them don't fit 32-bit floats; "
-       "scale the values down"},
       {"plot --look classic micro.csv -o a.png",
        "micro.csv: a site is 90000 mm from the centre; positions are millimetres, scale them, or "
        "give --diameter if they are"},

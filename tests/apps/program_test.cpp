@@ -161,7 +161,7 @@ TEST_P(ProgramComplains, InOneLineAndLeavesNoFile) {
 INSTANTIATE_TEST_SUITE_P(
     Bad, ProgramComplains,
     testing::Values(
-        Complaint{"", 2, "give a command: plot, stats, report, view, automate"},
+        Complaint{"", 2, "give a command: plot, stats, lot, report, view, automate"},
         Complaint{"bogus", 2, "no command 'bogus'"}, Complaint{"plot", 2, "required"},
         Complaint{"plot --look classic ok.csv", 2, "--output"},
         Complaint{"plot --look classic ok.csv -o map.png --size 10", 2, "--size"},
@@ -250,7 +250,7 @@ TEST_F(Program, AnswersAutomationRequestsInOrder) {
 }
 
 TEST_F(Program, ShowsHelpWithExamplesOnEveryLevel) {
-  for (const char* level : {"--help", "plot --look classic --help", "stats --help",
+  for (const char* level : {"--help", "plot --look classic --help", "stats --help", "lot --help",
                             "automate --help", "describe --help"}) {
     const Outcome outcome = Run(level);
     EXPECT_EQ(outcome.status, 0) << level;

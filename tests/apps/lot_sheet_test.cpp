@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+#include "apps/discoplan/lot_sheet.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "apps/discoplan/lot_page.h"
+#include "tests/apps/program_fixture.h"
+
+namespace discoplan {
+namespace {
+
+using namespace app;
+
+data::Wafer WaferOf(const std::string& name, std::vector<float> values) {
+  data::Wafer wafer;
+  wafer.name = name;
+  wafer.diameter = 200;
+  wafer.test_diameter = 194;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    wafer.x.push_back(20 * static_cast<float>(i));
+    wafer.y.push_back(i % 2 == 0 ? 10 : -10);
+  }
+  wafer.value = std::move(values);
+  return wafer;
+}
+
+DerivedLot LotOf(std::vector<data::Wafer> wafers) {
+  DerivedLot derived;
+  derived.lot.source = "some/run4.csv";
+  derived.lot.parameters = {{"Thickness", "nm"}};
+  derived.lot.wafers = std::move(wafers);
+  return derived;
+}
+
+TEST(AxisOver, HasRoundTicksThatSpanTheValues) {
+  const Axis axis = AxisOver(9.43, 10.52, 6);
+  EXPECT_EQ(axis.labels,
+            (std::vector<std::string>{"9.4", "9.6", "9.8", "10.0", "10.2", "10.4", "10.6"}));
+  EXPECT_LE(axis.low, 9.43);
+  EXPECT_GE(axis.high, 10.52);
+  const Axis constant = AxisOver(5, 5, 6);
+  EXPECT_LT(constant.low, 5);
+  EXPECT_GT(constant.high, 5);
+  EXPECT_EQ(AxisOver(-1e-5, 1e-5, 2).labels.front(), "-1e-05");
+}
+
+TEST(LotSheet, SaysWhatAPageShows) {
+  DerivedLot derived = LotOf({WaferOf("A", {1, 2, 3}), WaferOf("B", {3, 4, 8})});
+  derived.what = "minus mean";
+  const std::vector<LotSheet> sheets = SheetsOf(derived, {});
+  ASSERT_EQ(sheets.size(), 1U);
+  const LotSheet& sheet = sheets[0];
+  EXPECT_EQ(sheet.title, "run4");
+  EXPECT_EQ(sheet.subtitle, "Thickness (nm), 2 wafers, 6 sites, minus mean");
+  EXPECT_EQ(sheet.Pages(), 1U);
+  EXPECT_EQ(sheet.cells[0].statistics, "2 ± 1.000");
+  // Quartiles 2.25 and 3.75 of 1 2 3 3 4 8.
+  EXPECT_EQ(sheet.scale.low, 1);
+  EXPECT_EQ(sheet.scale.high, 6);
+  EXPECT_EQ(sheet.scale_labels.front(), "1.0");
+  EXPECT_EQ(sheet.scale_labels.back(), "6.0");
+  EXPECT_EQ(
+      sheet.notes[0],
+      "Colours: Tukey's fences of all sites; 1 of 6 values beyond take the colours of the ends");
+  EXPECT_EQ(sheet.table_titles, (std::vector<std::string>{"Wafer", "Sites", "Mean", "Std. Dev",
+                                                          "Std. Dev %", "Range"}));
+  EXPECT_EQ(sheet.table[0].texts,
+            (std::vector<std::string>{"A", "3", "2.0", "1.000", "50.00", "2"}));
+  EXPECT_EQ(sheet.trend.labels, (std::vector<std::string>{"1", "2"}));
+  EXPECT_EQ(sheet.trend.label_title, "Wafer");
+  EXPECT_EQ(sheet.trend.points[1].mean, 5);
+}
+
+TEST(LotSheet, TakesTheScaleThatIsGiven) {
+  LotSheetOptions options;
+  options.limits = {0, 10};
+  const LotSheet sheet = SheetsOf(LotOf({WaferOf("A", {1, 2, 3})}), options).at(0);
+  EXPECT_EQ(sheet.scale_labels.back(), "10");
+  EXPECT_EQ(sheet.notes, std::vector<std::string>{"Colours: as given"});
+}
+
+TEST(LotSheet, SaysWhatWasLeftOut) {
+  data::Wafer wafer = WaferOf("A", {1, 2, 3});
+  wafer.left_out = {{data::Reason::Outlier, 2}};
+  const LotSheet sheet = SheetsOf(LotOf({wafer, WaferOf("B", {1, 2, 3})}), {}).at(0);
+  EXPECT_EQ(sheet.subtitle, "Thickness (nm), 2 wafers, 6 of 8 sites");
+  EXPECT_EQ(sheet.notes.at(1), "Left out: A with 3 of 5 sites; 2 outliers");
+}
+
+TEST(LotSheet, HasPagesOfACassetteEach) {
+  std::vector<data::Wafer> wafers;
+  for (int i = 0; i < 51; ++i) wafers.push_back(WaferOf("W", {1, 2, 3}));
+  EXPECT_EQ(SheetsOf(LotOf(wafers), {}).at(0).Pages(), 3U);
+}
+
+TEST(LotGrid, LeavesRoomForAllWithoutOverlap) {
+  const SheetBox area{500, 1000, 8900, 9800};
+  for (std::size_t count = 1; count <= 25; ++count) {
+    const LotGrid grid = LotGrid::For(count, area);
+    EXPECT_GE(static_cast<std::size_t>(grid.columns * grid.rows), count);
+    EXPECT_GT(grid.side, 1300) << count;
+    for (std::size_t i = 0; i < count; ++i) {
+      const SheetBox square = grid.Square(i, area);
+      EXPECT_GE(square.left, area.left) << count;
+      EXPECT_LE(square.Right(), area.Right() + 0.1F) << count;
+      EXPECT_LE(square.Bottom() + 370, area.Bottom() + 0.1F) << count;
+      for (std::size_t j = 0; j < i; ++j) {
+        const SheetBox other = grid.Square(j, area);
+        EXPECT_TRUE(other.Right() <= square.left || square.Right() <= other.left ||
+                    other.Bottom() + 370 <= square.top)
+            << count << ' ' << i << ' ' << j;
+      }
+    }
+  }
+}
+
+class LotCommand : public ProgramFixture {};
+
+TEST_F(LotCommand, WritesEachFormat) {
+  EXPECT_EQ(Run("lot " + kLot + " -o lot.png").output, "");
+  EXPECT_TRUE(IsPng("lot.png"));
+  EXPECT_EQ(Run("lot " + kLot + " -o lot.pdf").output, "");
+  EXPECT_TRUE(Read("lot.pdf").starts_with("%PDF-"));
+  EXPECT_EQ(Run("lot " + kLot + " -o lot.svg --wafer 1-3").output, "");
+  EXPECT_NE(Read("lot.svg").find("</svg>"), std::string::npos);
+  EXPECT_NE(Read("lot.svg").find("Slot03"), std::string::npos);
+}
+
+TEST_F(LotCommand, DrawsEveryKindOfPlotDifferently) {
+  std::vector<std::string> pictures;
+  for (const char* kind : {"2D", "2DS", "2DC", "2DN", "3D", "3DS", "3DB", "histo", "linescan"}) {
+    const Outcome outcome =
+        Run("lot " + kLot + " --wafer 1-4 --size 600x425 -o lot.png --kind " + kind);
+    EXPECT_EQ(outcome.output, "") << kind;
+    for (const std::string& other : pictures) EXPECT_TRUE(other != Read("lot.png")) << kind;
+    pictures.push_back(Read("lot.png"));
+  }
+}
+
+TEST_F(LotCommand, ShowsWhatIsMadeOfTheWafers) {
+  Run("lot " + kLot + " -o plain.png");
+  for (const char* how : {"--minus mean", "--residual radial", "--rotate 90", "--mirror x"}) {
+    const Outcome outcome = Run("lot " + kLot + " -o lot.png " + how);
+    EXPECT_EQ(outcome.output, "") << how;
+    EXPECT_TRUE(Read("lot.png") != Read("plain.png")) << how;
+  }
+  EXPECT_EQ(Run("report " + kLot + " --wafer 7 --minus mean --residual plane -o page.pdf").output,
+            "");
+  EXPECT_EQ(Run("plot " + kLot + " --wafer 7 --minus mean -o map.pdf").output, "");
+  EXPECT_EQ(Run("plot " + kLot + " --wafer 7 --minus mean -o map.png").output, "");
+}
+
+TEST_F(LotCommand, SaysWhatMakesNoSense) {
+  Write("few.csv", "X,Y,V\n0,0,1\n10,0,2\n0,10,3\n");
+  const struct {
+    const char* arguments;
+    int status;
+    const char* says;
+  } rows[] = {
+      {"few.csv -o lot.png --kind 4D", 2, "--kind: '4D' is none of 2D, 2DS"},
+      {"few.csv -o lot.png --limits 3 1", 2, "--limits takes LOW HIGH"},
+      {"few.csv -o lot.png --size 400x800", 2, "up to twice as wide as high"},
+      {"few.csv -o lot.png --figures all", 2, "room for 6 figures"},
+      {"few.csv -o lot.txt", 2, "the ending is none of"},
+      {"few.csv -o few.csv", 2, ""},
+      {"few.csv -o lot.png", 0, "1 wafer with less than 4 sites"},
+      {"few.csv -o none/lot.png", 1, "cannot write 'none/lot.png'"},
+  };
+  for (const auto& row : rows) {
+    const Outcome outcome = Run(std::string("lot ") + row.arguments);
+    EXPECT_EQ(outcome.status, row.status) << row.arguments << '\n' << outcome.output;
+    EXPECT_NE(outcome.output.find(row.says), std::string::npos) << row.arguments << '\n'
+                                                                << outcome.output;
+  }
+  EXPECT_TRUE(Read("few.csv").starts_with("X,Y,V"));
+  EXPECT_EQ(Run("lot few.csv -o ref.png --minus ref.png").status, 2);
+}
+
+}  // namespace
+}  // namespace discoplan

@@ -1,0 +1,228 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "apps/discoplan/figure_text.h"
+#include "tests/apps/program_fixture.h"
+
+namespace discoplan {
+namespace {
+
+using app::NumberText;
+
+TEST(NumberText, HasNoDigitsThatSayNothing) {
+  EXPECT_EQ(NumberText(0.8548012, 5), "0.8548");
+  EXPECT_EQ(NumberText(1.470001, 5), "1.47");
+  EXPECT_EQ(NumberText(123456.7, 5), "123457");
+  EXPECT_EQ(NumberText(-2.5, 1), "-2");
+  EXPECT_EQ(NumberText(9.99999, 3), "10");
+  EXPECT_EQ(NumberText(0, 5), "0");
+  EXPECT_EQ(NumberText(1.25e-9, 5), "1.25e-09");
+  EXPECT_EQ(NumberText(3e20, 5), "3e+20");
+  EXPECT_EQ(NumberText(0.00025, 2), "0.00025");
+  EXPECT_EQ(NumberText(-0.0, 5), "0");
+}
+
+TEST(ColumnTexts, HaveTheSameDecimals) {
+  const std::vector<std::optional<double>> column = {9.74726, 10.12, {}, 0.0};
+  EXPECT_EQ(app::ColumnTexts(column, 5),
+            (std::vector<std::string>{"9.7473", "10.1200", "n/a", "0.0000"}));
+  const std::vector<std::optional<double>> mixed = {-0.0116460, 0.0027395, 0.0000422, 12345.678};
+  EXPECT_EQ(app::ColumnTexts(mixed, 3),
+            (std::vector<std::string>{"-0.0116", "0.0027", "4.2e-05", "12345.6780"}));
+  const std::vector<std::optional<double>> small = {100.5, 200.25, 1.5e-9, 1e30};
+  EXPECT_EQ(app::ColumnTexts(small, 4),
+            (std::vector<std::string>{"100.5", "200.2", "1.5e-09", "1e+30"}));
+}
+
+TEST(Rounded, ToSignificantDigits) {
+  EXPECT_EQ(app::Rounded(0.95490000000000003, 10), 0.9549);
+  EXPECT_EQ(app::Rounded(123456, 2), 120000);
+}
+
+class Stats : public ProgramFixture {
+ protected:
+  nlohmann::json Json(const std::string& arguments) const {
+    const Outcome outcome = Run("stats " + arguments + " --json");
+    EXPECT_EQ(outcome.status, 0) << outcome.output;
+    return nlohmann::json::parse(outcome.output);
+  }
+};
+
+TEST_F(Stats, PrintFiguresWithoutNoise) {
+  const Outcome outcome = Run("stats " + kLot + " --wafer 7");
+  EXPECT_EQ(outcome.output,
+            "Wafer             Sites         Mean     Std. Dev   Std. Dev %      Minimum      "
+            "Maximum        Range  Hi/Lo Var %\n"
+            "Slot07               49       9.7473      0.21614       2.2174       9.4911       "
+            "10.446       0.9549       4.7896\n");
+}
+
+TEST_F(Stats, PrintChosenFiguresWithTheirFormulas) {
+  const Outcome outcome =
+      Run("stats " + kLot + " --wafer 7 --figures median,mad,three_sigma --digits 5");
+  EXPECT_EQ(outcome.output,
+            "Wafer             Sites       Median          MAD      3 Sigma\n"
+            "Slot07               49       9.6995       0.1282      0.64841\n"
+            "\n"
+            "Median: z at 1 + (n - 1) / 2 in order\n"
+            "MAD: median |z - median|\n"
+            "3 Sigma: 3 s\n");
+}
+
+// Within 0.04937 and between 0.00639, as squares.
+TEST_F(Stats, PrintWhatIsSaidOfTheLotBelowItsWafers) {
+  const std::string text = Run("stats " + kLot + " --figures mean").output;
+  for (const char* line :
+       {"All sites          1225       9.8339\n", "\nSigma within wafers    0.2222 ",
+        "\nSigma between wafers   0.07994 ", "\nWorst wafer            Slot25 ",
+        "\nOutlying wafers        Slot25 (mean)  |x - median| > 3.5 x 1.4826 MAD"}) {
+    EXPECT_NE(text.find(line), std::string::npos) << line << " in\n" << text;
+  }
+}
+
+TEST_F(Stats, WriteCommaSeparatedText) {
+  const Outcome outcome = Run("stats " + kLot + " --wafer 7-8 --figures mean,std_dev --csv");
+  EXPECT_EQ(outcome.output.substr(0, outcome.output.find('\n')),
+            "wafer,slot,parameter,sites,mean,std_dev");
+  EXPECT_NE(outcome.output.find("\nSlot07,7,Value,49,9.747255102,0.2161364915\n"),
+            std::string::npos)
+      << outcome.output;
+  EXPECT_EQ(std::count(outcome.output.begin(), outcome.output.end(), '\n'), 3);
+}
+
+TEST_F(Stats, LeaveEmptyWhatHasNoMeaning) {
+  Write("one.csv", "X,Y,V\n0,0,5\n");
+  Write("zero.csv", "X,Y,V\n0,0,-1\n10,0,1\n0,10,-1\n-10,0,1\n");
+  EXPECT_EQ(Run("stats one.csv --figures std_dev,mean --csv").output,
+            "wafer,parameter,sites,std_dev,mean\none,V,1,,5\n");
+  EXPECT_TRUE(Json("one.csv --figures std_dev").at(0).at("std_dev").is_null());
+  const std::string text = Run("stats zero.csv").output;
+  EXPECT_NE(text.find(" n/a "), std::string::npos) << text;
+}
+
+TEST_F(Stats, SumUpTheLotForOtherPrograms) {
+  const auto lot = Json(kLot + " --lot").at(0);
+  EXPECT_EQ(lot.at("wafers"), 25);
+  EXPECT_EQ(lot.at("sites"), 1225);
+  EXPECT_NEAR(lot.at("sigma_within").get<double>(), 0.2222014533788505, 1e-9);
+  EXPECT_NEAR(lot.at("sigma_between").get<double>(), 0.07994020901659978, 1e-9);
+  EXPECT_EQ(lot.at("worst_wafer"), "Slot25");
+  EXPECT_EQ(lot.at("formulas").at("range"), "max - min");
+  const Outcome outcome = Run("stats " + kLot + " --figures mean --lot --csv");
+  EXPECT_EQ(outcome.output,
+            "wafers,parameter,sites,mean,sigma_within,sigma_between,worst_wafer,outlying_wafers\n"
+            "25,Value,1225,9.833929633,0.2222014534,0.07994020902,Slot25,Slot25 (mean)\n");
+}
+
+TEST_F(Stats, OfADifferenceOfTheSameSites) {
+  Write("a.csv", "X,Y,V\n0,0,10.3\n10,0,11\n0,10,12\n-10,0,13\n");
+  Write("b.csv", "X,Y,V\n-10,0,1\n0,10,2\n10,0,3\n0,0,0.1\n");
+  const auto stats = Json("a.csv --minus b.csv").at(0);
+  EXPECT_EQ(stats.at("wafer"), "a, minus b");
+  EXPECT_EQ(stats.at("minimum"), 8);
+  EXPECT_EQ(stats.at("maximum"), 12);
+  EXPECT_EQ(stats.at("mean"), 10.05);
+}
+
+TEST_F(Stats, SayThatADifferenceIsInterpolated) {
+  Write("a.csv", "X,Y,V\n0,0,10\n10,10,11\n");
+  Write("b.csv", "X,Y,V\n10,10,1\n-10,10,2\n-10,-10,3\n10,-10,4\n");
+  const Outcome outcome = Run("stats a.csv --minus b.csv --csv --figures mean");
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_NE(outcome.output.find("discoplan: a.csv: minus b: 1 of 2 values interpolated between "
+                                "other sites, up to 14.1 mm from the nearest\n"),
+            std::string::npos)
+      << outcome.output;
+  EXPECT_NE(outcome.output.find("\"a, minus b (interpolated)\",V,2,8.75\n"), std::string::npos)
+      << outcome.output;
+}
+
+// The means of the differences from the mean wafer add up to nothing.
+TEST_F(Stats, OfADifferenceFromTheMeanWaferOfAllWafers) {
+  double sum = 0;
+  for (const auto& wafer : Json(kLot + " --minus mean")) sum += wafer.at("mean").get<double>();
+  EXPECT_NEAR(sum, 0, 1e-6);
+  const auto one = Json(kLot + " --minus mean --wafer 7").at(0);
+  EXPECT_EQ(one.at("wafer"), "Slot07, minus mean");
+  EXPECT_NEAR(one.at("mean").get<double>(), 9.747255102 - 9.833929633, 1e-6);
+}
+
+TEST_F(Stats, OfWhatASurfaceLeaves) {
+  Write("plane.csv", "X,Y,V\n0,0,10\n10,0,13\n0,10,14\n10,10,17\n-10,-10,3.5\n");
+  const auto flat = Json("plane.csv --residual plane").at(0);
+  EXPECT_NEAR(flat.at("mean").get<double>(), 0, 1e-6);
+  EXPECT_LT(flat.at("range").get<double>(), 0.6);
+  EXPECT_EQ(Run("stats plane.csv --residual plane --figures mean --csv").output,
+            "wafer,parameter,sites,mean\n\"plane, residual of plane\",V,5,0\n");
+  // The root of the residual squares over n - 1, of 49 sites whose mean square is 0.07718^2.
+  const auto zernike = Json(kLot + " --wafer 7 --residual zernike:4").at(0);
+  EXPECT_NEAR(zernike.at("std_dev").get<double>(), 0.0771823208126181 * std::sqrt(49.0 / 48), 1e-6);
+}
+
+TEST_F(Stats, OfTurnedAndMirroredWafers) {
+  Write("a.csv", "X,Y,V\n1,0,1\n0,2,2\n-3,0,3\n0,-4,4\n");
+  Write("turned.csv", "X,Y,V\n0,1,1\n-2,0,2\n0,-3,3\n4,0,4\n");
+  Write("mirrored.csv", "X,Y,V\n-1,0,1\n0,2,2\n3,0,3\n0,-4,4\n");
+  EXPECT_EQ(Json("a.csv --rotate 90 --minus turned.csv").at(0).at("range"), 0);
+  EXPECT_EQ(Json("a.csv --mirror x --minus mirrored.csv").at(0).at("range"), 0);
+  EXPECT_EQ(Json("a.csv --mirror y --rotate 180 --minus mirrored.csv").at(0).at("range"), 0);
+  EXPECT_EQ(Json("a.csv --rotate 90").at(0).at("wafer"), "a, turned by 90°");
+}
+
+TEST_F(Stats, SayWhatMakesNoSense) {
+  Write("a.csv", "X,Y,V\n0,0,1\n10,0,2\n0,10,3\n-10,0,4\n");
+  Write("line.csv", "X,Y,V\n0,0,1\n10,0,2\n20,0,3\n30,0,5\n");
+  Write("two.csv", "X,Y,V\n50,0,1\n60,0,2\n");
+  const struct {
+    const char* arguments;
+    int status;
+    const char* says;
+  } rows[] = {
+      {"a.csv --figures mean,sigma", 2, "--figures: 'sigma' is none of mean, std_dev, "},
+      {"a.csv --figures ''", 2, "--figures takes names"},
+      {"a.csv --digits 0", 2, "--digits"},
+      {"a.csv --json --csv", 2, "--csv"},
+      {"a.csv --lot", 2, "--lot goes with --json or --csv"},
+      {"a.csv --residual sphere", 2, "--residual takes plane, radial or zernike:N"},
+      {"a.csv --residual zernike:21", 2, "N from 0 to 20, not 'zernike:21'"},
+      {"a.csv --residual zernike:2", 1,
+       "a.csv: a: 4 sites for the 6 terms of the surface, so "
+       "that nothing is left; give a lower order"},
+      {"line.csv --residual plane", 0, "tell only 2 of them apart"},
+      {"a.csv --rotate round", 2, "--rotate"},
+      {"a.csv --mirror z", 2, "--mirror"},
+      {"a.csv --minus mean", 1, "a.csv: has one wafer, which is its own mean"},
+      {"a.csv --minus two.csv", 1, "a.csv: 'a' has 4 sites that two has not, and too few others"},
+      {"a.csv --minus none.csv", 1, "none.csv: "},
+  };
+  for (const auto& row : rows) {
+    const Outcome outcome = Run(std::string("stats ") + row.arguments);
+    EXPECT_EQ(outcome.status, row.status) << row.arguments << '\n' << outcome.output;
+    EXPECT_NE(outcome.output.find(row.says), std::string::npos) << row.arguments << '\n'
+                                                                << outcome.output;
+  }
+  EXPECT_NE(Run("stats " + kLot + " --minus " + kLot + " --wafer 7").status, 1);
+  Write("other.csv",
+        "WAFER ID,A\nSLOT,1\nSite #,Value,X,Y\n1,5,0,0\n\nWAFER ID,B\nSLOT,2\n"
+        "Site #,Value,X,Y\n1,5,0,0\n\n");
+  EXPECT_NE(Run("stats a.csv --minus other.csv")
+                .output.find("other.csv: has no wafer 'a' to subtract; it has A, B"),
+            std::string::npos);
+}
+
+TEST_F(Stats, ListAllFiguresInTheirHelp) {
+  const std::string help = Run("stats --help").output;
+  for (const auto& figure : analysis::FiguresOfMerit()) {
+    EXPECT_NE(help.find(std::string(figure.key) + ": " + std::string(figure.formula)),
+              std::string::npos)
+        << figure.key;
+  }
+}
+
+}  // namespace
+}  // namespace discoplan
