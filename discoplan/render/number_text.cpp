@@ -2,19 +2,18 @@
 #include "discoplan/render/number_text.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
-#include "discoplan/base/charconv.h"
 #include "discoplan/base/numbers.h"
 
 namespace discoplan {
 namespace {
 
 constexpr int kSignificantDigits = 7;
+/// Of the smallest numbers that are written without an exponent.
+constexpr int kLeastPlainPower = -4;
 
 /// 0.d1 d2 d3... times 10 to the exponent; no digits for zero.
 struct Decimal {
@@ -29,13 +28,6 @@ struct Decimal {
     const bool up = count >= 0 && digits[static_cast<std::size_t>(count)] >= '5';
     digits.resize(static_cast<std::size_t>(std::max(count, 0)));
     if (up) Increment();
-  }
-
-  double Nearest() const {
-    const std::string text = "0." + digits + "e" + std::to_string(exponent);
-    double magnitude = 0;
-    FromChars(text.data(), text.data() + text.size(), magnitude);
-    return negative ? -magnitude : magnitude;
   }
 
   char DigitAt(int power) const {  // the digit worth 10^power
@@ -65,10 +57,12 @@ Decimal ToDecimal(float value) {
   if (value == 0) return decimal;
   char text[160];
   std::snprintf(text, sizeof text, "%.115e", std::abs(static_cast<double>(value)));
-  const std::string exact(text);
-  const std::size_t mark = exact.find('e');
-  decimal.exponent = std::atoi(exact.c_str() + mark + 1) + 1;
-  decimal.digits = exact.substr(0, 1) + exact.substr(2, mark - 2);
+  // Between the digits stands whatever the locale takes for a point, of any length.
+  const char* at = text;
+  for (; *at != 'e'; ++at) {
+    if (*at >= '0' && *at <= '9') decimal.digits += *at;
+  }
+  decimal.exponent = std::atoi(at + 1) + 1;
   decimal.RoundTo(kSignificantDigits);
   return decimal;
 }
@@ -78,17 +72,16 @@ struct Picture {
   int leading;   // at least so many before the point
   int required;  // always so many behind it
   int decimals;  // at most so many behind it
+  bool has_point;
 
-  explicit Picture(std::string_view text) {
+  static Picture Of(std::string_view text) {
     const std::size_t point = std::min(text.find('.'), text.size());
     const std::string_view fraction = text.substr(std::min(point + 1, text.size()));
-    leading = static_cast<int>(point);
-    required = static_cast<int>(std::min(fraction.find('#'), fraction.size()));
-    decimals = static_cast<int>(fraction.size());
-    has_point = point < text.size();
+    return {.leading = static_cast<int>(point),
+            .required = static_cast<int>(std::min(fraction.find('#'), fraction.size())),
+            .decimals = static_cast<int>(fraction.size()),
+            .has_point = point < text.size()};
   }
-
-  bool has_point;
 };
 
 std::string Fixed(Decimal decimal, const Picture& picture) {
@@ -123,8 +116,8 @@ std::string FormatPicture(float value, std::string_view picture) {
   if (std::isnan(value)) return "NaN";
   if (std::isinf(value)) return value < 0 ? "-Infinity" : "Infinity";
   const std::size_t mark = picture.find('E');
-  if (mark == std::string_view::npos) return Fixed(ToDecimal(value), Picture(picture));
-  return Scientific(ToDecimal(value), Picture(picture.substr(0, mark)));
+  if (mark == std::string_view::npos) return Fixed(ToDecimal(value), Picture::Of(picture));
+  return Scientific(ToDecimal(value), Picture::Of(picture.substr(0, mark)));
 }
 
 std::string FormatTrimmed(float value, std::string picture) {
@@ -147,12 +140,18 @@ std::string FormatToDigits(float value, std::string picture) {
 
 std::string PlainNumber(float value) {
   if (!std::isfinite(value)) return FormatPicture(value, "0");
-  std::array<char, 32> text{};
-  const auto end = ToGeneral(text.data(), text.data() + text.size(), ToDecimal(value).Nearest(),
-                             kSignificantDigits)
-                       .ptr;
-  std::replace(text.data(), end, 'e', 'E');
-  return std::string(text.data(), end);
+  Decimal decimal = ToDecimal(value);
+  decimal.digits.resize(decimal.digits.find_last_not_of('0') + 1);
+  const int digits = static_cast<int>(decimal.digits.size());
+  const int power = digits == 0 ? 0 : decimal.exponent - 1;
+  const bool is_fixed = power >= kLeastPlainPower && power < kSignificantDigits;
+  if (!is_fixed) decimal.exponent = 1;
+  const int decimals = std::max(digits - decimal.exponent, 0);
+  const std::string text = Fixed(
+      decimal, {.leading = 1, .required = 0, .decimals = decimals, .has_point = decimals > 0});
+  if (is_fixed) return text;
+  const std::string exponent = std::to_string(std::abs(power));
+  return text + (power < 0 ? "E-" : "E+") + (exponent.size() < 2 ? "0" : "") + exponent;
 }
 
 std::string FormatLegendValue(float value) {

@@ -3,10 +3,18 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <limits>
+#include <random>
+#include <string>
 
 #include "discoplan/core/wafer.h"
+#include "tests/foreign_numbers.h"
 
 namespace discoplan {
 namespace {
@@ -105,6 +113,32 @@ TEST(NumberText, JoinedToATextIsShort) {
   EXPECT_EQ(PlainNumber(0), "0");
   EXPECT_EQ(PlainNumber(12345678), "1.234568E+07");
   EXPECT_EQ(PlainNumber(-1.0F / 3), "-0.3333333");
+}
+
+TEST(NumberText, DoesNotDependOnTheLocale) {
+  const ForeignNumbers foreign;
+  if (!foreign.IsSet()) GTEST_SKIP() << "no locale can be made here";
+  ASSERT_EQ(std::strtod("1.5", nullptr), 1) << "numbers aren't foreign";
+  EXPECT_EQ(FormatPicture(1234.5F, "0.00"), "1234.50");
+  EXPECT_EQ(FormatLegendValue(0.25F), "0.25");
+  EXPECT_EQ(FormatToDigits(1e6F, "0.0"), "1.00E+6");
+  EXPECT_EQ(PlainNumber(48.5F), "48.5");
+  EXPECT_EQ(PlainNumber(12345678), "1.234568E+07");
+}
+
+/// Any 32-bit float against what the C library makes of its 7 digits, ties moved away from zero.
+TEST(NumberText, JoinsAnyNumberAsItsShortestForm) {
+  std::mt19937 random(3);
+  for (int i = 0; i < 20000; ++i) {
+    const float value = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
+    if (!std::isfinite(value)) continue;
+    char text[64];
+    const double away = std::nextafter(static_cast<double>(value), 2.0 * value);
+    std::snprintf(text, sizeof text, "%.7g", away);
+    std::string due = text;
+    std::ranges::replace(due, 'e', 'E');
+    ASSERT_EQ(PlainNumber(value), due) << i;
+  }
 }
 
 }  // namespace
