@@ -11,6 +11,10 @@
 /// to the right and Y downward; what lies outside is clipped, and costs no more than the canvas's
 /// size. The arithmetic is exact. A copy costs nothing until it or its original is drawn on; else
 /// nothing here allocates but `Resize` and what a polygon of many corners or a flood fill needs.
+///
+/// One thread at a time uses a canvas together with its copies, which share its pixels. A copy that
+/// has been written to, if only by asking for `Pixels()`, has pixels of its own and may go
+/// elsewhere.
 
 #include <cstddef>
 #include <cstdint>
@@ -113,6 +117,7 @@ class DISCOPLAN_EXPORT Canvas {
   /// below the centre and -1 above it.
   template <class Visit>
   void VisitEllipseRows(const Box64& box, std::int64_t margin, Visit visit) const;
+  bool IsCoveredFrom(PixelPoint pixel, int pen_width) const;
   /// Strokes from each outline pixel that `wanted(pixel, next)` accepts to its counter-clockwise
   /// neighbour; both are in half pixels from the centre, Y upward.
   template <class Wanted>

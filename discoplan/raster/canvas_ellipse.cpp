@@ -139,6 +139,18 @@ void Canvas::ThinEllipse(const Box64& box, Pixel pixel) {
   });
 }
 
+/// A wide pen's disc around the pixel certainly takes in all corners, and so what is between them.
+bool Canvas::IsCoveredFrom(PixelPoint pixel, int pen_width) const {
+  constexpr std::int64_t kRounded = 2;
+  const std::int64_t reach = pen_width / 2 - kRounded;
+  const auto farthest = [](std::int64_t at, std::int64_t size) {
+    return std::max(std::abs(at), std::abs(size - 1 - at));
+  };
+  const std::int64_t x = farthest(pixel.x, width_);
+  const std::int64_t y = farthest(pixel.y, height_);
+  return x <= reach && y <= reach && x * x + y * y <= reach * reach;
+}
+
 template <class Wanted>
 void Canvas::StrokeEllipse(const Box64& box, const Pen& pen, Wanted wanted) {
   const std::int64_t b = box.bottom - box.top;
@@ -150,14 +162,19 @@ void Canvas::StrokeEllipse(const Box64& box, const Pen& pen, Wanted wanted) {
     return PixelPoint{static_cast<std::int32_t>((x + offset.x) / 2),
                       static_cast<std::int32_t>((y - offset.y) / 2)};
   };
+  bool covered = false;  // what follows would paint the same pixels again
   VisitEllipseRows(box, margin, [&](const EllipseRun& run, int sign) {
     for (const int side : {1, -1}) {
+      if (covered) return;
       const Range columns = VisibleOffsets({box.left, box.right}, visible, side);
       const std::int64_t last = std::min(columns.last, run.outer);
       for (std::int64_t i = std::max(columns.first, run.inner); i <= last; i += 2) {
         const Offset pixel = {side * i, -sign * run.y};
         const Offset next = NextPixel(pixel, run, b);
-        if (wanted(pixel, next)) Line(on_canvas(pixel), on_canvas(next), pen);
+        if (!wanted(pixel, next)) continue;
+        Line(on_canvas(pixel), on_canvas(next), pen);
+        covered = IsCoveredFrom(on_canvas(pixel), pen.width);
+        if (covered) break;
       }
     }
   });

@@ -213,5 +213,33 @@ TEST(CanvasEllipseTest, WideOutlineIsTheSameInAnyWindow) {
   }
 }
 
+// A pen that takes in a whole small canvas stops there; on the large one it never does.
+TEST(CanvasEllipseTest, APenWiderThanTheCanvasPaintsWhatItPaintsInAWindow) {
+  constexpr int kWhole = 160;
+  constexpr int kWindow = 12;
+  for (int width = 14; width <= 44; ++width) {
+    const Pen pen = {.pixel = kPen.pixel, .width = width};
+    Canvas whole(kWhole, kWhole, kWhitePixel);
+    const PixelBox box = {60, 66, 99, 91};
+    whole.Ellipse(box, pen, {.visible = false});
+    const Rows picture = Show(whole);
+    for (int left = 30; left <= 120; left += 5) {
+      for (const int top : {40, 60, 76, 98, 110}) {
+        Rows expected;
+        for (std::size_t y = 0; y < kWindow; ++y) {
+          expected.push_back(picture[y + static_cast<std::size_t>(top)].substr(
+              static_cast<std::size_t>(left), kWindow));
+        }
+        const PixelBox shifted = {box.left - left, box.top - top, box.right - left,
+                                  box.bottom - top};
+        ASSERT_EQ(Drawn(kWindow, kWindow,
+                        [&](Canvas& c) { c.Ellipse(shifted, pen, {.visible = false}); }),
+                  expected)
+            << width << " at " << left << ", " << top;
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace discoplan
