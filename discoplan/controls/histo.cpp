@@ -2,6 +2,7 @@
 #include "discoplan/controls/histo.h"
 
 #include "discoplan/dialogs/map_dialogs.h"
+#include "discoplan/print/print_wafer.h"
 #include "discoplan/render/control_limits.h"
 #include "discoplan/render/plots/histogram_plot.h"
 

@@ -5,6 +5,8 @@
 
 namespace discoplan {
 
+struct HistogramPrint;
+
 /// Histogram of the values with a Gauss curve. It has no legend panel and no snapshot: each `Plot`
 /// draws anew. Control limits are shown in all histograms of a thread.
 class DISCOPLAN_EXPORT Histo final : public PlotControl {

@@ -7,6 +7,8 @@
 
 #include "discoplan/core/number_checks.h"
 #include "discoplan/dialogs/scan_dialog.h"
+#include "discoplan/print/print_wafer.h"
+#include "discoplan/print/scan_print.h"
 #include "discoplan/render/label.h"
 #include "discoplan/render/plots/scan_plot.h"
 

@@ -5,9 +5,10 @@
 
 #include "discoplan/controls/plot_control.h"
 #include "discoplan/dialogs/scan_dialog.h"
-#include "discoplan/render/plots/scan_plot.h"
 
 namespace discoplan {
+
+struct ScanLine;
 
 /// The value along a straight cut across the wafer. The user turns the cut with an angle box and a
 /// spinner; the curve follows at once. It keeps no snapshot: each occasion draws anew.

@@ -12,6 +12,7 @@
 
 #include "discoplan/controls/plot_control.h"
 #include "discoplan/dialogs/option_dialog.h"
+#include "discoplan/print/print_wafer.h"
 
 namespace discoplan {
 

@@ -2,6 +2,7 @@
 #include "discoplan/controls/plot2d.h"
 
 #include "discoplan/dialogs/map_dialogs.h"
+#include "discoplan/print/print_wafer.h"
 #include "discoplan/render/plot_area.h"
 
 namespace discoplan {

@@ -4,6 +4,8 @@
 #include <algorithm>
 
 #include "discoplan/dialogs/map_dialogs.h"
+#include "discoplan/print/contour_print.h"
+#include "discoplan/print/print_wafer.h"
 #include "discoplan/render/number_text.h"
 #include "discoplan/render/plots/contour_plot.h"
 

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "discoplan/controls/map_control.h"
-#include "discoplan/render/plots/contour_plot.h"
 
 namespace discoplan {
+
+struct ContourPrint;
+struct ContourSettings;
 
 /// Contour lines: at the mean, and above and below it in steps of a part of the mean.
 class DISCOPLAN_EXPORT Plot2DC final : public MapControl {

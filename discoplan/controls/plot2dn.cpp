@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/controls/plot2dn.h"
 
+#include "discoplan/print/print_wafer.h"
+
 namespace discoplan {
 
 Plot2DN::Plot2DN(Platform& platform, Container* container)

@@ -2,6 +2,7 @@
 #include "discoplan/controls/plot2ds.h"
 
 #include "discoplan/dialogs/map_dialogs.h"
+#include "discoplan/print/print_wafer.h"
 #include "discoplan/render/plot_area.h"
 
 namespace discoplan {

@@ -2,6 +2,8 @@
 #include "discoplan/controls/plot3d.h"
 
 #include "discoplan/dialogs/view_dialogs.h"
+#include "discoplan/print/print_wafer.h"
+#include "discoplan/print/surface_print.h"
 #include "discoplan/render/plots/surface_plot.h"
 
 namespace discoplan {

@@ -2,6 +2,8 @@
 #include "discoplan/controls/plot3db.h"
 
 #include "discoplan/dialogs/view_dialogs.h"
+#include "discoplan/print/bar_print.h"
+#include "discoplan/print/print_wafer.h"
 #include "discoplan/render/plots/bar_plot.h"
 
 namespace discoplan {

@@ -2,9 +2,10 @@
 #pragma once
 
 #include "discoplan/controls/view_control.h"
-#include "discoplan/render/plots/bar_plot.h"
 
 namespace discoplan {
+
+struct BeamView;
 
 /// Each measured site as a bar on the wafer's disc in perspective.
 class DISCOPLAN_EXPORT Plot3DB final : public ViewControl {

@@ -8,6 +8,7 @@
 #include "discoplan/core/number_checks.h"
 #include "discoplan/dialogs/option_dialog.h"
 #include "discoplan/forms/form.h"
+#include "discoplan/print/print_wafer.h"
 
 namespace discoplan {
 namespace {

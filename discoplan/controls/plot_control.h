@@ -34,11 +34,12 @@
 #include "discoplan/platform/object.h"
 #include "discoplan/platform/platform.h"
 #include "discoplan/platform/property_bag.h"
-#include "discoplan/print/print_wafer.h"
 
 namespace discoplan {
 
 class OptionDialog;
+class PrintWafer;
+struct PageArea;
 
 enum class PlotResult : std::int16_t { Done = 0, NoData = 1 };
 enum class PrintResult : std::int16_t {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "discoplan/controls/map_control.h"
+#include "discoplan/print/print_wafer.h"
 #include "discoplan/render/number_text.h"
 
 namespace discoplan {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/controls/view_control.h"
+#include "discoplan/render/plots/surface_plot.h"
 
 namespace discoplan {
 namespace {

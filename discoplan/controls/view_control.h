@@ -3,9 +3,10 @@
 
 #include "discoplan/controls/map_control.h"
 #include "discoplan/dialogs/view_dialogs.h"
-#include "discoplan/render/plots/surface_plot.h"
 
 namespace discoplan {
+
+struct SurfaceView;
 
 /// What the three plots in perspective have in common: the angles of the view, in degrees. The
 /// indicator turns with the view.

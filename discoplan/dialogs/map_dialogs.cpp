@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/dialogs/map_dialogs.h"
+#include "discoplan/render/plots/contour_plot.h"
 
 namespace discoplan {
 

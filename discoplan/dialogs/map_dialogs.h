@@ -4,9 +4,10 @@
 /// The option dialogs of the flat maps and of the histogram.
 
 #include "discoplan/dialogs/option_dialog.h"
-#include "discoplan/render/plots/contour_plot.h"
 
 namespace discoplan {
+
+struct ContourSettings;
 
 /// Whether sites are marked, as a group of two.
 std::vector<OptionGroup::Option> ShowOrHide();

@@ -3,6 +3,8 @@
 
 #include "discoplan/dialogs/previews.h"
 #include "discoplan/render/orientation_patches.h"
+#include "discoplan/render/plots/bar_plot.h"
+#include "discoplan/render/plots/surface_plot.h"
 
 namespace discoplan {
 namespace {

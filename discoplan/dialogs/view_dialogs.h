@@ -4,10 +4,11 @@
 /// The option dialogs of the plots in perspective, with small pictures that follow the angles.
 
 #include "discoplan/dialogs/option_dialog.h"
-#include "discoplan/render/plots/bar_plot.h"
-#include "discoplan/render/plots/surface_plot.h"
 
 namespace discoplan {
+
+struct BeamView;
+struct SurfaceView;
 
 /// Where grid and wafer are seen from, in degrees.
 struct ViewAngles {

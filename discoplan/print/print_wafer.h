@@ -9,23 +9,25 @@
 ///     print.Print_2DPlot(lot_wafer, area, {.resolution = 1, .caption = " Slot 7 "});
 ///     print.DrawWaferStatistics(lot_wafer, 1440, 8000);
 ///
+/// What the other kinds of plot take stands in a header of each: `surface_print.h` and so on.
+///
 /// Lengths are twips from the page's upper left corner. The printer is any surface, most often
 /// paper; a picture serves as a preview. Pages are begun and ended by whoever owns the printer.
 /// Without a printer each operation raises `ObjectNotSet`; a failing member of the printer ends
 /// the operation with its `RunTimeError`, save for the histograms, which leave that step out.
 
-#include <functional>
 #include <string>
 
 #include "discoplan/core/wafer.h"
 #include "discoplan/export.h"
 #include "discoplan/print/page.h"
-#include "discoplan/render/plots/bar_plot.h"
-#include "discoplan/render/plots/contour_plot.h"
-#include "discoplan/render/plots/scan_plot.h"
-#include "discoplan/render/plots/surface_plot.h"
 
 namespace discoplan {
+
+struct BarPrint;
+struct ContourPrint;
+struct ScanPrint;
+struct SurfacePrint;
 
 /// A rectangle of a page, in twips. Some plots leave the place of the map in it.
 struct PageArea {
@@ -42,33 +44,9 @@ struct MapPrint {
   bool show_sites = false;
 };
 
-struct SurfacePrint {
-  std::int16_t plot_type = 1;
-  SurfaceView view;
-  float sigma_range = 0.5F;
-  std::string caption = {};
-};
-
-struct BarPrint {
-  BeamView view;
-  std::string caption = {};
-};
-
-struct ContourPrint {
-  ContourSettings settings;  ///< The radius follows from the area.
-  std::string caption = {};
-  /// For the box that the plot may raise.
-  std::function<void(const Message&)> show = [](const Message&) {};
-};
-
 struct HistogramPrint {
   std::int16_t plot_type = 1;
   float bins = 10;
-  std::string caption = {};
-};
-
-struct ScanPrint {
-  ScanLine cut;
   std::string caption = {};
 };
 

@@ -3,7 +3,10 @@
 #include <string>
 
 #include "discoplan/base/numbers.h"
+#include "discoplan/print/bar_print.h"
+#include "discoplan/print/contour_print.h"
 #include "discoplan/print/print_wafer.h"
+#include "discoplan/print/surface_print.h"
 #include "discoplan/render/number_text.h"
 #include "discoplan/render/plot_area.h"
 #include "discoplan/render/plots/histogram_plot.h"

@@ -4,6 +4,7 @@
 
 #include "discoplan/base/numbers.h"
 #include "discoplan/print/print_wafer.h"
+#include "discoplan/print/scan_print.h"
 #include "discoplan/render/number_text.h"
 #include "discoplan/render/plot_area.h"
 

@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/base/numbers.h"
+#include "discoplan/print/bar_print.h"
+#include "discoplan/print/contour_print.h"
+#include "discoplan/print/scan_print.h"
+#include "discoplan/print/surface_print.h"
 #include "tests/print/page_fixture.h"
 
 namespace discoplan {

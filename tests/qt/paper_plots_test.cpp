@@ -9,7 +9,11 @@
 #include <array>
 #include <cmath>
 
+#include "discoplan/print/bar_print.h"
+#include "discoplan/print/contour_print.h"
 #include "discoplan/print/print_wafer.h"
+#include "discoplan/print/scan_print.h"
+#include "discoplan/print/surface_print.h"
 #include "hosts/qt/qt_paper.h"
 #include "hosts/recording/recording_host.h"
 
