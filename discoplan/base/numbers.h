@@ -5,11 +5,11 @@
 ///
 /// Stored numbers are 32-bit floats; what is computed between two stores is 64-bit. A store goes
 /// through `ToFloat`, `ToInt16` or `ToInt32`, which round to nearest with ties to even and raise
-/// `RunTimeError` for what is not finite or doesn't fit. Code that must go on after a failing step
-/// runs it through `Attempt`.
+/// `RunTimeError` for what is not finite or doesn't fit. Code that must go on without a value that
+/// fails asks `Narrow` for it; what may raise otherwise runs through `Attempt`.
 ///
 ///     radius = ToFloat(Divide(diameter, 2 * cells));
-///     Attempt([&] { cells = ToInt16(diameter / pitch); });   // keeps its value if it overflows
+///     if (!Narrow(diameter / pitch, cells)) Report();   // keeps its value if it overflows
 
 #include <cfloat>
 #include <cmath>
@@ -74,14 +74,30 @@ inline double RoundHalfEven(double value) {
   return (value + kNoFraction) - kNoFraction;
 }
 
+/// Rounds `value` into `kept`; false if it doesn't fit or isn't finite, and `kept` stays as it was.
+template <class Int>
+[[nodiscard]] bool Narrow(double value, Int& kept) {
+  const double rounded = RoundHalfEven(value);
+  if (!(rounded >= std::numeric_limits<Int>::min() && rounded <= std::numeric_limits<Int>::max())) {
+    return false;
+  }
+  kept = static_cast<Int>(rounded);
+  return true;
+}
+
+[[nodiscard]] inline bool Narrow(double value, float& kept) {
+  const float narrowed = static_cast<float>(value);
+  if (!std::isfinite(narrowed)) return false;
+  kept = narrowed;
+  return true;
+}
+
 /// `value` as an integer of type `Int`; `Overflow` if it doesn't fit or isn't finite.
 template <class Int>
 Int RoundTo(double value) {
-  const double rounded = RoundHalfEven(value);
-  if (!(rounded >= std::numeric_limits<Int>::min() && rounded <= std::numeric_limits<Int>::max())) {
-    numbers_detail::Raise(Fault::Overflow);
-  }
-  return static_cast<Int>(rounded);
+  Int result{};
+  if (!Narrow(value, result)) numbers_detail::Raise(Fault::Overflow);
+  return result;
 }
 
 inline std::int16_t ToInt16(double value) { return RoundTo<std::int16_t>(value); }
@@ -89,9 +105,9 @@ inline std::int32_t ToInt32(double value) { return RoundTo<std::int32_t>(value);
 
 /// `value` as a 32-bit float; `Overflow` if it isn't finite there.
 inline float ToFloat(double value) {
-  const float narrowed = static_cast<float>(value);
-  if (!std::isfinite(narrowed)) numbers_detail::Raise(Fault::Overflow);
-  return narrowed;
+  float result = 0;
+  if (!Narrow(value, result)) numbers_detail::Raise(Fault::Overflow);
+  return result;
 }
 
 /// Quotient; `DivisionByZero` for a divisor of zero.

@@ -77,8 +77,9 @@ CutEnds wafer::EndsOf(const ScanLine& cut) const { return discoplan::EndsOf(cut,
 
 void wafer::D1Plot(Surface& surface, std::int16_t steps, const ScanLine& cut, Colour colour,
                    const PlotArea& area) {
-  if (nop_ > 3) ScaleFloor = ScanFloor(Data());
-  DrawScan(Data(), surface, {.cut = cut, .steps = steps, .colour = colour}, area);
+  const WaferData data = Data();
+  if (data.IsDrawn()) ScaleFloor = ScanFloor(data);
+  DrawScan(data, surface, {.cut = cut, .steps = steps, .colour = colour}, area);
 }
 
 void wafer::D1Plot_Show_lblXY(std::span<Label* const> x, std::span<Label* const> y,

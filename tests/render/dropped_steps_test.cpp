@@ -9,12 +9,17 @@
 #include <random>
 
 #include "discoplan/base/numbers.h"
+#include "discoplan/core/wafer_data.h"
 #include "discoplan/render/plots/bar_plot.h"
 #include "discoplan/render/plots/cell_walk.h"
 #include "discoplan/render/plots/contour_plot.h"
 #include "discoplan/render/plots/histogram_plot.h"
+#include "discoplan/render/plots/map_plot.h"
+#include "discoplan/render/plots/on_failure.h"
+#include "discoplan/render/plots/orientation_mark.h"
 #include "discoplan/render/plots/scan_plot.h"
 #include "discoplan/render/plots/surface_plot.h"
+#include "discoplan/render/plots/value_plot.h"
 #include "tests/render/plot_fixture.h"
 
 namespace discoplan {
@@ -154,11 +159,11 @@ TEST_F(DroppedSteps, LeaveHeightsAsThoseOfTheCornerBefore) {
   int cells = 0;
   WalkCells(
       frame, kColumns, kRows,
-      [&](int j) {
-        return [&, j](int i) {
-          if (fails.at({i, j})) numbers_detail::Raise(Fault::Overflow);
-          return value(i, j);
-        };
+      [&](int j, std::span<float> heights) {
+        for (int i = 0; i <= kColumns; ++i) {
+          const double height = fails.at({i, j}) ? 1e300 : value(i, j);
+          heights[static_cast<std::size_t>(i)] = HeightOrFailed(height);
+        }
       },
       [&](const LatticeCell& cell) {
         const int i = cell.i;
@@ -173,6 +178,112 @@ TEST_F(DroppedSteps, LeaveHeightsAsThoseOfTheCornerBefore) {
       });
   EXPECT_EQ(cells, kColumns * kRows);
   EXPECT_EQ(Calls(picture->TakeTrace(), "Refresh").size(), static_cast<std::size_t>(kRows));
+}
+
+/// A picture that refuses one of all the writes and calls of a plot.
+class FailingPicture : public Picture {
+ public:
+  using Picture::Picture;
+  int calls_before_failure = -1;
+
+  void Circle(const CircleCall& call) override {
+    Count();
+    Picture::Circle(call);
+  }
+  void Polygon(std::span<const PixelPoint> points) override {
+    Count();
+    Picture::Polygon(points);
+  }
+
+ protected:
+  void StateWritten(SurfaceState which) override {
+    Picture::StateWritten(which);
+    Count();
+  }
+  void DrawLine(const LineCall& call) override {
+    Count();
+    Picture::DrawLine(call);
+  }
+
+ private:
+  void Count() {
+    if (calls_before_failure-- == 0) numbers_detail::Raise(Fault::InvalidCall);
+  }
+};
+
+struct RuledPlot {
+  std::string_view name;
+  void (*draw)(wafer& target, Surface& surface);
+};
+
+constexpr PlotArea kRuledArea{.left = 480, .top = 960, .width = 900, .height = 900, .mode = 0};
+
+const std::array kRuledPlots = {
+    RuledPlot{"DrawMap",
+              [](wafer& target, Surface& surface) {
+                DrawMap(target.Data(), surface, {.resolution = 25, .show_sites = true}, kRuledArea);
+              }},
+    RuledPlot{
+        "DrawValues",
+        [](wafer& target, Surface& surface) { DrawValues(target.Data(), surface, kRuledArea); }},
+    RuledPlot{"DrawSurface",
+              [](wafer& target, Surface& surface) {
+                DrawSurface(target.Data(), surface, {}, kRuledArea);
+              }},
+    RuledPlot{
+        "DrawBars",
+        [](wafer& target, Surface& surface) { DrawBars(target.Data(), surface, {}, kRuledArea); }},
+    RuledPlot{"DrawHistogram",
+              [](wafer& target, Surface& surface) {
+                DrawHistogram(target.Data(), HistogramSide::Bottom, surface, surface,
+                              {.width = 100, .height = 100});
+              }},
+    RuledPlot{"DrawContours",
+              [](wafer& target, Surface& surface) {
+                static_cast<void>(
+                    DrawContours(target.Data(), surface, {.radius = 90, .interval = 5}, {}));
+              }},
+    RuledPlot{"DrawScan",
+              [](wafer& target, Surface& surface) { DrawScan(target.Data(), surface, {}, {}); }},
+    RuledPlot{"DrawScanGrid",
+              [](wafer&, Surface& surface) { DrawScanGrid(surface, 0, 0, 100, 100); }},
+    RuledPlot{"DrawOrientationMark",
+              [](wafer&, Surface& surface) { DrawOrientationMark(true, nullptr, surface, {}); }},
+    RuledPlot{"DrawOpenOrientationMark",
+              [](wafer&, Surface& surface) {
+                DrawOpenOrientationMark(false, nullptr, surface, {50, 50}, 40, {});
+              }},
+};
+
+TEST_F(DroppedSteps, FollowTheTable) {
+  ASSERT_EQ(kRuledPlots.size(), kFailureRules.size());
+  for (std::size_t row = 0; row < kRuledPlots.size(); ++row) {
+    const auto& [name, rule] = kFailureRules[row];
+    ASSERT_EQ(kRuledPlots[row].name, name);
+    wafer target = LoadedWafer(FiveSites());
+    const auto draw = [&](int calls_before_failure, json& trace) {
+      Recording<FailingPicture> picture(
+          Picture::Setting{
+              .screen = host_.screen(), .resolution = host_.screen(), .text = host_.text()},
+          kSide * 15, kSide * 15);
+      picture.TakeTrace();
+      picture.calls_before_failure = calls_before_failure;
+      const bool went_on = Attempt([&] { kRuledPlots[row].draw(target, picture); });
+      trace = picture.TakeTrace();
+      return went_on;
+    };
+    json plain;
+    ASSERT_TRUE(draw(-1, plain)) << name;
+    json failed;
+    EXPECT_EQ(draw(0, failed), rule != OnFailure::End) << name;
+    if (rule == OnFailure::End) continue;
+    // What was drawn after the failure: the same in the same order, or elsewhere.
+    std::size_t found = 0;
+    for (std::size_t at = 0; at < plain.size() && found < failed.size(); ++at) {
+      found += plain[at] == failed[found];
+    }
+    EXPECT_EQ(found == failed.size(), rule == OnFailure::Drop) << name;
+  }
 }
 
 }  // namespace

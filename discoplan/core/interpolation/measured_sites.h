@@ -33,6 +33,8 @@ struct MeasuredSites {
   const SiteCells* cells = nullptr;  ///< Never nothing where they are searched.
   WorkerPool* workers = nullptr;     ///< Who share the interpolation of large lattices, if any.
 
+  /// A part of a site more than three is drawn, whether or not it has an interpolation.
+  bool IsDrawn() const { return count > kFewestInterpolatedSites - 1; }
   bool HasInterpolation() const { return count >= kFewestInterpolatedSites; }
   bool SearchesCells() const { return count >= kFewestSitesInCells; }
 };

@@ -80,17 +80,17 @@ class BeamProjection {
   double Scale() const { return scale_; }
   double Height(double value) const { return value * beam_scale_ * tilt_cosine_ * scale_; }
 
-  /// Pixels per mm at which the disc with its bars fits the rectangle. A side without extent
-  /// leaves the decision to the other one.
-  double FitInto(const PlotFrame& frame, const WaferData& data) const {
+  /// Keeps the pixels per mm at which the disc with its bars fits the rectangle. A side without
+  /// extent leaves the decision to the other one.
+  void FitInto(PlotFrame& frame, const WaferData& data, double& scale) const {
     const double floor = data.scale_floor;
     const double wide = 2 * (std::abs(right.x) + std::abs(back.x)) + data.wafer_diameter;
     double high = Tilt() * data.wafer_diameter + 2 * (std::abs(right.y) + std::abs(back.y));
     if (data.plot_maximum - floor > 0) high += Height(data.plot_maximum - floor);
     if (data.plot_minimum - floor < 0) high -= Height(data.plot_minimum - floor);
-    if (wide == 0) return Divide(frame.height - kMargin, high);
+    if (wide == 0) return frame.KeepQuotient(scale, frame.height - kMargin, high);
     const double by_width = (frame.width - kMargin) / wide;
-    return high == 0 ? by_width : std::min((frame.height - kMargin) / high, by_width);
+    scale = high == 0 ? by_width : std::min((frame.height - kMargin) / high, by_width);
   }
 
   void Magnify(double scale) {
@@ -176,7 +176,7 @@ void DrawBars(const WaferData& data, Surface& surface, const BeamView& view, con
   SortBeams(beams, 0, std::ssize(beams) - 1);
   BeamProjection projection(view);
   double scale = 0;
-  frame([&] { scale = projection.FitInto(frame, data); });
+  projection.FitInto(frame, data, scale);
   projection.Magnify(scale);
   const ValueScale values = ValueScale::Of(data);
   const double step = (values.high - values.low) / 10;

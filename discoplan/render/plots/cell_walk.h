@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
+#include <limits>
+#include <span>
 #include <vector>
 
 #include "discoplan/render/plots/plot_frame.h"
@@ -40,30 +43,37 @@ struct LatticeCell {
   }
 };
 
-/// Calls `paint` for each cell, row by row, and refreshes the picture after each row. The height at
-/// a corner (i, j) is `line(j)(i)`. Where that fails it is zero along the top line and at the
-/// beginning of any other, and that of the corner before elsewhere.
+/// Stands in a line for a height that failed.
+inline constexpr float kFailedHeight = std::numeric_limits<float>::quiet_NaN();
+
+/// A height to be kept in a line: what doesn't fit has failed.
+inline float HeightOrFailed(double height) {
+  float kept = kFailedHeight;
+  return Narrow(height, kept) ? kept : kFailedHeight;
+}
+
+/// Calls `paint` for each cell, row by row, and refreshes the picture after each row. `line(j, to)`
+/// fills in the heights at the corners (i, j). One that has failed is dropped in its turn: it is
+/// zero along the top line and at the beginning of any other, and that of the corner before
+/// elsewhere.
 template <class Line, class Paint>
 void WalkCells(PlotFrame& frame, int columns, int rows, Line&& line, Paint&& paint) {
-  const auto index = [](int i) { return static_cast<std::size_t>(i); };
-  std::vector<float> upper(index(columns) + 1);
-  std::vector<float> lower(index(columns) + 1);
-  const auto top = line(0);
-  for (int i = 0; i <= columns; ++i) frame([&] { upper[index(i)] = top(i); });
+  const auto corners = static_cast<std::size_t>(columns) + 1;
+  std::vector<float> upper(corners);
+  std::vector<float> lower(corners);
+  const auto take = [&](float& height, float before) {
+    if (!std::isnan(height)) return;
+    height = before;
+    frame.Drop();
+  };
+  line(0, std::span(upper));
+  for (float& height : upper) take(height, 0);
   for (int j = 0; j < rows; ++j) {
-    const auto height = line(j + 1);
-    // The line at once, unless a step fails: those are dropped in their turn.
-    const bool complete = Attempt([&] {
-      for (int i = 0; i <= columns; ++i) lower[index(i)] = height(i);
-    });
-    const auto step = [&](int i, float before) {
-      lower[index(i)] = before;
-      frame([&] { lower[index(i)] = height(i); });
-    };
-    if (!complete) step(0, 0);
+    line(j + 1, std::span(lower));
+    take(lower[0], 0);
     for (int i = 0; i < columns; ++i) {
-      const std::size_t at = index(i);
-      if (!complete) step(i + 1, lower[at]);
+      const auto at = static_cast<std::size_t>(i);
+      take(lower[at + 1], lower[at]);
       paint({.heights = {upper[at], upper[at + 1], lower[at], lower[at + 1]}, .i = i, .j = j});
     }
     upper.swap(lower);

@@ -178,7 +178,7 @@ bool DrawContours(const WaferData& data, Surface& surface, const ContourSettings
                   const PlotArea& area) {
   ContourPainter painter(data, surface, settings, area);
   painter.PaintOutline();
-  if (data.count <= 3) return true;
+  if (!data.IsDrawn()) return true;
   const float spacing = Spacing(data, settings.interval);
   if (TooClose(data, spacing)) return false;
   painter.PaintCurves(spacing);

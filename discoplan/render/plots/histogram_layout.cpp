@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "discoplan/base/numbers.h"
+#include "discoplan/render/plots/twips.h"
 #include "discoplan/render/surface.h"
 
 namespace discoplan {
@@ -45,13 +46,8 @@ HistogramLayout::HistogramLayout(const HistogramChart& chart, Orientation orient
 }
 
 void HistogramLayout::ToPixels(const Surface& bars) {
-  const bool printer = bars.IsPrinter();
-  const auto across = [&](double twips) {
-    return Divide(twips, printer ? bars.TwipsPerPixelX() : bars.ScreenTwipsPerPixelX());
-  };
-  const auto down = [&](double twips) {
-    return Divide(twips, printer ? bars.TwipsPerPixelY() : bars.ScreenTwipsPerPixelY());
-  };
+  const auto across = [&](double twips) { return PixelsAcross(bars, twips); };
+  const auto down = [&](double twips) { return PixelsDown(bars, twips); };
   Attempt([&] { chart_.left = ToFloat(across(chart_.left)); });
   Attempt([&] { chart_.top = ToFloat(down(chart_.top)); });
   Attempt([&] { chart_.width = ToFloat(across(chart_.width)); });

@@ -58,7 +58,7 @@ class HistogramPainter {
         axis_surface_(axis_surface) {}
 
   void Paint(float bin_number) {
-    bar_surface_.DrawWidth(1);
+    DrawWidth(1);
     DrawCountTicks();
     if (data_.count >= HistogramBins::kFewestSites && peaks_.count >= 1) {
       DrawBins(bin_number);
@@ -91,6 +91,10 @@ class HistogramPainter {
 
   HistogramLayout::TextSize Measure() const {
     return {axis_surface_.TextHeight("0"), axis_surface_.TextWidth("UCL")};
+  }
+
+  void DrawWidth(std::int16_t width) {
+    Attempt([&] { bar_surface_.DrawWidth(width); });
   }
 
   void Refresh(Surface& surface) {
@@ -145,7 +149,7 @@ class HistogramPainter {
 
   void DrawLimits() {
     const ControlLimits& limits = ThreadControlLimits();
-    axis_surface_.ForeColor(kLimitLabelColour);
+    Attempt([&] { axis_surface_.ForeColor(kLimitLabelColour); });
     DrawLimit(limits.lower, "LCL");
     DrawLimit(limits.upper, "UCL");
   }
@@ -156,19 +160,19 @@ class HistogramPainter {
   }
 
   void DrawDistribution() {
-    bar_surface_.DrawWidth(2);
-    axis_surface_.ForeColor(kLightRed);
+    DrawWidth(2);
+    Attempt([&] { axis_surface_.ForeColor(kLightRed); });
     Attempt([&] { axis_surface_.ForeColor(ToColour(data_.aux_colours[0])); });
     if (!layout_.printing()) {
-      axis_surface_.FontName(kFontName);
-      axis_surface_.FontSize(8);
+      Attempt([&] { axis_surface_.FontName(kFontName); });
+      Attempt([&] { axis_surface_.FontSize(8); });
     }
     for (int k = -3; k <= 3; ++k) {
       Attempt([&] { DrawSigma(k); });
     }
     DrawCurve();
     Refresh(bar_surface_);
-    bar_surface_.DrawWidth(1);
+    DrawWidth(1);
   }
 
   void DrawSigma(int k) {
@@ -180,12 +184,12 @@ class HistogramPainter {
       Line(bar_surface_, layout_.SigmaMark(along, reach), ToColour(data_.aux_colours[0]));
     });
     const Font kept = axis_surface_.Font();
-    if (k == 0) axis_surface_.Font({.name = kFontName, .size = kept.size});
+    if (k == 0) Attempt([&] { axis_surface_.Font({.name = kFontName, .size = kept.size}); });
     Attempt([&] {
       const std::string text = kSigmaLabels[static_cast<std::size_t>(kMean + k)];
       Label(layout_.SigmaLabel(along, Measure()), text, text);
     });
-    if (k == 0) axis_surface_.Font(kept);
+    if (k == 0) Attempt([&] { axis_surface_.Font(kept); });
   }
 
   void DrawCurve() {
@@ -240,7 +244,7 @@ HistogramPeaks DrawHistogram(const WaferData& data, HistogramSide side, Surface&
   const bool turned = side == HistogramSide::Left || side == HistogramSide::Right;
   const bool reversed = side == HistogramSide::Top || side == HistogramSide::Right;
   const HistogramLayout layout(chart, {.turned = turned, .reversed = reversed}, bars);
-  if (layout.printing()) bars.FillColor(kPalette[2]);
+  if (layout.printing()) Attempt([&] { bars.FillColor(kPalette[2]); });
   const HistogramBins bins = HistogramBins::Of(data, chart.bins);
   const HistogramPeaks found = PeaksOf(data, bins, peaks);
   HistogramPainter(data, bins, found, layout, bars, axes).Paint(chart.bins);

@@ -40,12 +40,15 @@ class LatticeValues {
                  static_cast<std::size_t>(columns_));
   }
 
-  /// The value anywhere, given its line; `Overflow` for a position that isn't within 32-bit floats.
+  /// The value anywhere, given its line. Not a number for a position beyond 32-bit floats.
   float At(std::span<const Site> line, int i, int j) const {
     const Site& point = line[static_cast<std::size_t>(i)];
     if (!std::isnan(point.x)) return point.z;
     const WaferPoint at = lattice_.Position(i, j);
-    return interpolator_.At(ToFloat(at.x), ToFloat(at.y));
+    float x = 0;
+    float y = 0;
+    if (!Narrow(at.x, x) || !Narrow(at.y, y)) return std::numeric_limits<float>::quiet_NaN();
+    return interpolator_.At(x, y);
   }
 
  private:

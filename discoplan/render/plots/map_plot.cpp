@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -34,10 +36,10 @@ struct Lattice {
   double Side() const { return 2 * n * cell; }
 };
 
-template <class Step>
-Lattice MakeLattice(Step&& step, double test_diameter, double diameter, double resolution) {
+/// Clears `counted` where the number of cells doesn't fit.
+Lattice MakeLattice(double test_diameter, double diameter, double resolution, bool& counted) {
   Lattice lattice{.n = 0, .cell = resolution};
-  step([&] { lattice.n = ToInt16(Divide(diameter / 2, resolution)); });
+  counted = resolution != 0 && Narrow(diameter / 2 / resolution, lattice.n);
   if (lattice.n < kFewestCells) {
     lattice = {.n = kFewestCells, .cell = test_diameter / (2 * kFewestCells)};
   } else if (lattice.n > kMostCells) {
@@ -85,7 +87,7 @@ class MapPainter {
         area_(data, frame),
         points_(lattice_, area_),
         interpolated_(data, points_, lattice.Lines(), lattice.Lines()),
-        pixels_(static_cast<std::size_t>(lattice.Lines())) {}
+        lines_(static_cast<std::size_t>(lattice.Lines())) {}
 
   void Paint() {
     step_ = values_.ClassStep(scale_, floor_);
@@ -95,28 +97,33 @@ class MapPainter {
     PlaceLines();
     WalkCells(
         frame_, lattice_.Cells(), lattice_.Cells(),
-        [&](int j) {
-          return LineHeights{*this, j, lattice_.At(j), interpolated_.Line(j)};
-        },
+        [&](int j, std::span<float> heights) { FillLine(j, heights); },
         [&](const LatticeCell& cell) { PaintCell(cell); });
     frame_.Refresh();
   }
 
  private:
+  /// A line of the lattice as a column and as a row, in pixels.
+  struct PlacedLine {
+    static constexpr std::int64_t kNowhere = std::numeric_limits<std::int64_t>::max();
+
+    std::int64_t x = kNowhere;
+    std::int64_t y = kNowhere;
+  };
+
   /// Off the wafer the height is exactly zero, which stands for no data. The top line leaves out
   /// the test circle itself; all lines below take it in.
-  struct LineHeights {
-    const MapPainter& map;
-    int j;
-    double y;
-    std::span<const Site> values;
-
-    float operator()(int i) const {
-      const double x = map.lattice_.At(i);
-      const bool inside = j == 0 ? map.area_.Contains(x, y) : map.area_.ContainsOrTouches(x, y);
-      return inside ? ToFloat(map.HeightOf(map.interpolated_.At(values, i, j))) : 0.0F;
+  void FillLine(int j, std::span<float> heights) {
+    const std::span<const Site> values = interpolated_.Line(j);
+    const double y = lattice_.At(j);
+    int i = 0;
+    for (float& height : heights) {
+      const double x = lattice_.At(i);
+      const bool inside = j == 0 ? area_.Contains(x, y) : area_.ContainsOrTouches(x, y);
+      height = inside ? HeightOrFailed(HeightOf(interpolated_.At(values, i, j))) : 0.0F;
+      ++i;
     }
-  };
+  }
 
   double HeightOf(double value) const { return values_.Height(value, scale_, floor_); }
 
@@ -132,7 +139,7 @@ class MapPainter {
   void PaintCell(LatticeCell cell) {
     const auto off_wafer = cell.CornersOff();
     if (off_wafer == 1 || off_wafer == 2) Repair(cell);
-    frame_([&] { height_ = ToFloat(cell.MeanHeight()); });
+    frame_.Keep(height_, cell.MeanHeight());
     PlaceCorners(cell);
     frame_([&] { surface_.DrawStyle(5); });
     if (height_ == 0 || off_wafer > 2) return;
@@ -150,39 +157,42 @@ class MapPainter {
       if (height != 0) continue;
       const int i = cell.i + corner.across;
       const int j = cell.j + corner.down;
-      frame_([&] { height = ToFloat(HeightOf(interpolated_.At(interpolated_.Line(j), i, j))); });
+      frame_.Keep(height, HeightOf(interpolated_.At(interpolated_.Line(j), i, j)));
     }
   }
 
   void PlaceCorners(const LatticeCell& cell) {
-    if (frame_.Dropped() != dropped_) PlaceLines();
-    if (lines_placed_) {
-      const PixelPoint* pixels = pixels_.data();
-      const PixelPoint from{pixels[cell.i].x, pixels[cell.j].y};
-      const PixelPoint to{pixels[cell.i + 1].x, pixels[cell.j + 1].y};
-      corners_ = {{from, {to.x, from.y}, to, {from.x, to.y}}};
-      return;
-    }
+    if (frame_.Version() != version_) PlaceLines();
     PixelPoint* pixel = corners_.data();
     for (const LatticeCell::Corner& corner : LatticeCell::kOutline) {
-      frame_([&] { pixel->x = PixelX(cell.i + corner.across); });
-      frame_([&] { pixel->y = PixelY(cell.j + corner.down); });
+      KeepPixel(pixel->x, cell.i + corner.across, &PlacedLine::x);
+      KeepPixel(pixel->y, cell.j + corner.down, &PlacedLine::y);
       ++pixel;
     }
   }
 
-  /// All at once, unless the step of one fails: it is to be dropped in its turn then.
-  void PlaceLines() {
-    dropped_ = frame_.Dropped();
-    lines_placed_ = Attempt([&] {
-      for (int k = 0; k < lattice_.Lines(); ++k) {
-        pixels_[static_cast<std::size_t>(k)] = {PixelX(k), PixelY(k)};
-      }
-    });
+  void KeepPixel(std::int32_t& kept, int k, std::int64_t PlacedLine::*axis) {
+    const std::int64_t pixel = lines_[static_cast<std::size_t>(k)].*axis;
+    if (pixel != PlacedLine::kNowhere) {
+      kept = static_cast<std::int32_t>(pixel);
+      return;
+    }
+    frame_.Drop();
+    if (frame_.Version() != version_) PlaceLines();
   }
 
-  std::int32_t PixelX(int i) const { return ToInt32(frame_.CentreX() + scale_ * lattice_.At(i)); }
-  std::int32_t PixelY(int j) const { return ToInt32(frame_.CentreY() - scale_ * lattice_.At(j)); }
+  void PlaceLines() {
+    version_ = frame_.Version();
+    const auto keep = [](std::int64_t& kept, double pixels) {
+      std::int32_t pixel = 0;
+      kept = Narrow(pixels, pixel) ? pixel : PlacedLine::kNowhere;
+    };
+    for (int k = 0; k < lattice_.Lines(); ++k) {
+      PlacedLine& line = lines_[static_cast<std::size_t>(k)];
+      keep(line.x, frame_.CentreX() + scale_ * lattice_.At(k));
+      keep(line.y, frame_.CentreY() - scale_ * lattice_.At(k));
+    }
+  }
 
   void ChooseColour() {
     if (settings_.kind == MapSettings::kIntervalColours) {
@@ -203,9 +213,8 @@ class MapPainter {
   const TestArea area_;
   const MapPoints points_;
   LatticeValues<MapPoints> interpolated_;
-  std::vector<PixelPoint> pixels_;  // where the lattice lines lie, as columns and as rows,
-  bool lines_placed_ = false;       // if they all fit,
-  unsigned dropped_ = 0;            // after so many dropped steps
+  std::vector<PlacedLine> lines_;
+  unsigned version_ = 0;  // of the rectangle that they are placed in
   double step_ = 0;
   double sigma_low_ = 0;
   double sigma_high_ = 0;
@@ -218,8 +227,8 @@ class MapPainter {
 }  // namespace
 
 double MapSide(double test_diameter, double resolution) {
-  const auto attempt = [](auto&& step) { Attempt(step); };
-  return MakeLattice(attempt, test_diameter, test_diameter, resolution).Side();
+  bool counted = false;
+  return MakeLattice(test_diameter, test_diameter, resolution, counted).Side();
 }
 
 float DrawMap(const WaferData& data, Surface& surface, const MapSettings& settings,
@@ -227,19 +236,18 @@ float DrawMap(const WaferData& data, Surface& surface, const MapSettings& settin
   PlotFrame frame(surface, area);
   frame.Open();
   float floor = data.scale_floor;
-  frame([&] { floor = ToFloat(ValueScale::Of(data).MapFloor()); });
+  frame.Keep(floor, ValueScale::Of(data).MapFloor());
   const bool whole_wafer =
       settings.kind == MapSettings::kIntervalColours && settings.sigma_range != 0;
+  bool counted = false;
   const Lattice lattice =
-      MakeLattice(frame, data.test_diameter, whole_wafer ? data.wafer_diameter : data.test_diameter,
-                  settings.resolution);
+      MakeLattice(data.test_diameter, whole_wafer ? data.wafer_diameter : data.test_diameter,
+                  settings.resolution, counted);
+  if (!counted) frame.Drop();
   frame.MeasureRectangle();
   double scale = 0;
-  frame([&] {
-    scale = std::min(Divide(frame.width - 6.0, lattice.Side()),
-                     Divide(frame.height - 6.0, lattice.Side()));
-  });
-  if (data.count > 3) {
+  frame.KeepScale(scale, lattice.Side(), lattice.Side());
+  if (data.IsDrawn()) {
     MapPainter(data, surface, frame, lattice, scale, floor, settings).Paint();
   }
   if (settings.show_sites) DrawSiteMarks(data, surface, frame, scale);

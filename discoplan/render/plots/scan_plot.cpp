@@ -84,7 +84,7 @@ void DrawScan(const WaferData& data, Surface& surface, const ScanCurve& curve,
   const double base =
       on_page ? ToFloat(static_cast<double>(area.top) + area.height) : surface.ScaleHeight();
   const double width = on_page ? area.width : surface.ScaleWidth();
-  if (data.count <= 3) return;
+  if (!data.IsDrawn()) return;
   const double floor = ScanFloor(data);
   const int steps = curve.steps;
   const CutEnds ends = EndsOf(curve.cut, data.test_diameter);

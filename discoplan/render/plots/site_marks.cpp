@@ -26,7 +26,7 @@ void MeasureOnPrinter(Surface& surface, PlotFrame& frame, MarkSize& size) {
 void DrawSiteMarks(const WaferData& data, Surface& surface, PlotFrame& frame, double scale) {
   MarkSize size = surface.IsPrinter() ? MarkSize{0, 0, 0} : MarkSize{};
   float mean = 0;
-  frame([&] { mean = ToFloat(data.mean); });
+  frame.Keep(mean, data.mean);
   SurfacePoint centre;
   const auto bar = [&](double half_width, double half_height, Colour colour) {
     frame([&] {

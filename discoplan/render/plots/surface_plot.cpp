@@ -41,7 +41,7 @@ struct GridAxis {
 
 GridAxis MakeAxis(PlotFrame& frame, double test_diameter, double resolution) {
   GridAxis axis{.half_count = 0, .cell = resolution};
-  frame([&] { axis.half_count = ToInt16(Divide(test_diameter / 2, resolution) + 2); });
+  if (resolution == 0 || !Narrow(test_diameter / 2 / resolution + 2, axis.half_count)) frame.Drop();
   if (axis.half_count < kFewestCells) {
     axis = {.half_count = kFewestCells, .cell = test_diameter / 8};
   }
@@ -82,18 +82,15 @@ class Grid {
   /// Pixels per mm that fit the grid and the height of the largest value into the rectangle.
   double Scale(PlotFrame& frame, double plot_scale) const {
     double by_width = 0;
-    frame([&] {
-      by_width = Divide((frame.width - 6.0) / 2,
-                        std::abs(x_axis_.cell * on_surface_.cosine) * x_axis_.half_count +
-                            std::abs(y_axis_.cell * on_surface_.sine) * y_axis_.half_count);
-    });
+    frame.KeepQuotient(by_width, (frame.width - 6.0) / 2,
+                       std::abs(x_axis_.cell * on_surface_.cosine) * x_axis_.half_count +
+                           std::abs(y_axis_.cell * on_surface_.sine) * y_axis_.half_count);
     if (tilt_.sine == 0 && plot_scale == 0) return by_width;
+    const double depth = std::abs(x_axis_.cell * on_surface_.sine) * x_axis_.half_count +
+                         std::abs(y_axis_.cell * on_surface_.cosine) * y_axis_.half_count;
     double by_height = 0;
-    frame([&] {
-      const double depth = std::abs(x_axis_.cell * on_surface_.sine) * x_axis_.half_count +
-                           std::abs(y_axis_.cell * on_surface_.cosine) * y_axis_.half_count;
-      by_height = Divide(frame.height - 6.0, 2 * tilt_.sine * depth + plot_scale * tilt_.cosine);
-    });
+    frame.KeepQuotient(by_height, frame.height - 6.0,
+                       2 * tilt_.sine * depth + plot_scale * tilt_.cosine);
     return std::min(by_width, by_height);
   }
 
@@ -152,46 +149,42 @@ class SurfacePainter {
     for (std::size_t k = 0; k < ends_.size(); ++k) {
       ends_[k] = static_cast<float>(top - static_cast<double>(k) * step);
     }
-    frame_([&] {
-      sigma_low_ = ToFloat(HeightOf(data_.mean - settings_.sigma_range * data_.deviation));
-    });
-    frame_([&] {
-      sigma_high_ = ToFloat(HeightOf(data_.mean + settings_.sigma_range * data_.deviation));
-    });
+    frame_.Keep(sigma_low_, HeightOf(data_.mean - settings_.sigma_range * data_.deviation));
+    frame_.Keep(sigma_high_, HeightOf(data_.mean + settings_.sigma_range * data_.deviation));
   }
 
   void Paint() {
     WalkCells(
         frame_, grid_.Columns(), grid_.Rows(),
-        [&](int j) {
-          return LineHeights{*this, interpolated_.Line(j)};
-        },
+        [&](int j, std::span<float> heights) { FillLine(j, heights); },
         [&](const LatticeCell& cell) { PaintCell(cell); });
   }
 
  private:
-  /// Off the wafer the height is exactly zero: the plate.
-  struct LineHeights {
-    const SurfacePainter& painter;
-    std::span<const Site> values;
-
-    float operator()(int i) const {
-      const Site& point = values[static_cast<std::size_t>(i)];
-      return std::isnan(point.x) ? 0.0F : ToFloat(painter.HeightOf(point.z));
-    }
-  };
-
+  /// A corner of the grid in pixels, in one rectangle.
   struct PlacedCorner {
     PixelPoint pixel;
-    unsigned dropped;  // steps, by then
+    unsigned version;
+    bool is_whole;  // both axes fit
+
+    bool Stands(unsigned now) const { return is_whole && version == now; }
   };
+
+  /// Off the wafer the height is exactly zero: the plate.
+  void FillLine(int j, std::span<float> heights) {
+    const Site* point = interpolated_.Line(j).data();
+    for (float& height : heights) {
+      height = std::isnan(point->x) ? 0.0F : HeightOrFailed(HeightOf(point->z));
+      ++point;
+    }
+  }
 
   double HeightOf(double value) const {
     return (value - floor_) * full_height_ / (data_.maximum - double{floor_});
   }
 
   void PaintCell(const LatticeCell& cell) {
-    frame_([&] { height_ = ToFloat(cell.MeanHeight()); });
+    frame_.Keep(height_, cell.MeanHeight());
     PlaceCorners(cell);
     frame_([&] { surface_.DrawStyle(0); });
     frame_([&] { surface_.FillColor(FillOf(cell)); });
@@ -199,35 +192,37 @@ class SurfacePainter {
     frame_([&] { surface_.Polygon(corners_); });
   }
 
+  /// The cell before and the one above have placed three of the corners, unless one of them failed
+  /// or the rectangle has changed since.
   void PlaceCorners(const LatticeCell& cell) {
-    constexpr const auto& kOutline = LatticeCell::kOutline;
-    const auto x = [&](std::size_t k) {
-      return ToInt32(grid_.X(frame_.CentreX(), cell.i + kOutline[k].across,
-                             cell.j + kOutline[k].down, scale_));
-    };
-    const auto y = [&](std::size_t k) {
-      return ToInt32(grid_.Y(static_cast<double>(frame_.top) + frame_.height,
-                             cell.i + kOutline[k].across, cell.j + kOutline[k].down, scale_,
-                             cell.heights[kOutline[k].height]));
-    };
-    const auto pixel = [&](std::size_t k) { return PixelPoint{x(k), y(k)}; };
-    // The cell before and the one above share a side, unless a step was dropped since.
     PlacedCorner& below = line_[static_cast<std::size_t>(cell.i)];
-    const unsigned dropped = frame_.Dropped();
-    const bool follows = cell.i > 0 && dropped_ == dropped;
-    const bool has_above = cell.j > 0 && below.dropped == dropped;
-    dropped_ = dropped;
-    const bool placed = Attempt([&] {
-      const PixelPoint first = follows ? corners_[1] : pixel(0);
-      const PixelPoint last = follows ? corners_[2] : pixel(3);
-      corners_ = {{first, has_above ? below.pixel : pixel(1), pixel(2), last}};
-      below = {corners_[2], dropped};
-    });
-    if (placed) return;
-    for (std::size_t k = 0; k < kOutline.size(); ++k) {
-      frame_([&] { corners_[k].x = x(k); });
-      frame_([&] { corners_[k].y = y(k); });
+    const PlacedCorner before = cell.i > 0 ? placed_[1] : kUnplaced;
+    const PlacedCorner before_below = cell.i > 0 ? placed_[2] : kUnplaced;
+    const PlacedCorner above = cell.j > 0 ? below : kUnplaced;
+    PlaceCorner(cell, 0, before);
+    PlaceCorner(cell, 1, above);
+    PlaceCorner(cell, 2, kUnplaced);
+    PlaceCorner(cell, 3, before_below);
+    below = placed_[2];
+  }
+
+  void PlaceCorner(const LatticeCell& cell, std::size_t k, const PlacedCorner& known) {
+    if (known.Stands(frame_.Version())) {
+      placed_[k] = known;
+      corners_[k] = known.pixel;
+      return;
     }
+    const LatticeCell::Corner& corner = LatticeCell::kOutline[k];
+    const int i = cell.i + corner.across;
+    const int j = cell.j + corner.down;
+    const bool has_x = Narrow(grid_.X(frame_.CentreX(), i, j, scale_), corners_[k].x);
+    if (!has_x) frame_.Drop();
+    const unsigned version = frame_.Version();
+    const double lower_edge = static_cast<double>(frame_.top) + frame_.height;
+    const bool has_y =
+        Narrow(grid_.Y(lower_edge, i, j, scale_, cell.heights[corner.height]), corners_[k].y);
+    if (!has_y) frame_.Drop();
+    placed_[k] = {corners_[k], version, has_x && has_y};
   }
 
   Colour FillOf(const LatticeCell& cell) {
@@ -264,8 +259,9 @@ class SurfacePainter {
   std::array<float, 10> ends_;  // of the classes, from the top
   float sigma_low_ = 0;
   float sigma_high_ = 0;
-  unsigned dropped_ = 0;            // steps, when the last cell was placed
-  std::vector<PlacedCorner> line_;  // below the last cells, of all columns
+  static constexpr PlacedCorner kUnplaced = {{}, 0, false};
+  std::array<PlacedCorner, 4> placed_{};  // of the last cell
+  std::vector<PlacedCorner> line_;        // below the last cells, of all columns
   // A failing step leaves these as the last cell had them.
   std::array<PixelPoint, 4> corners_{};
   float height_ = 0;
@@ -280,12 +276,12 @@ float DrawSurface(const WaferData& data, Surface& surface, const SurfaceSettings
   PlotFrame frame(surface, area, PlotFrame::Rounding::All);
   frame.Open();
   float floor = data.scale_floor;
-  frame([&] { floor = ToFloat(ValueScale{.high = data.maximum, .low = data.minimum}.MapFloor()); });
+  frame.Keep(floor, ValueScale{.high = data.maximum, .low = data.minimum}.MapFloor());
   frame.MeasureRectangle();
   const Grid grid(MakeAxis(frame, data.test_diameter, view.x_resolution),
                   MakeAxis(frame, data.test_diameter, view.y_resolution), view);
   const double scale = grid.Scale(frame, view.plot_scale);
-  if (data.count > 3) {
+  if (data.IsDrawn()) {
     SurfacePainter(data, surface, frame, grid, scale, floor, settings).Paint();
   }
   return floor;

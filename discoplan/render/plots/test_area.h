@@ -11,9 +11,7 @@ class TestArea {
  public:
   TestArea(const WaferData& data, PlotFrame& frame)
       : radius_square_(data.test_diameter / 2.0 * (data.test_diameter / 2.0)) {
-    frame([&] {
-      flat_y_ = ToFloat(-(static_cast<double>(data.flat_ratio) - 0.5) * data.wafer_diameter);
-    });
+    frame.Keep(flat_y_, -(static_cast<double>(data.flat_ratio) - 0.5) * data.wafer_diameter);
   }
 
   bool Contains(double x, double y) const { return x * x + y * y < radius_square_ && y > flat_y_; }

@@ -29,13 +29,10 @@ float DrawValues(const WaferData& data, Surface& surface, const PlotArea& area) 
   frame.Open();
   const ValueScale values = ValueScale::Of(data);
   float floor = data.scale_floor;
-  frame([&] { floor = ToFloat(values.MapFloor()); });
+  frame.Keep(floor, values.MapFloor());
   frame.MeasureRectangle();
   double scale = 0;
-  frame([&] {
-    scale = std::min(Divide(frame.width - 6.0, data.test_diameter),
-                     Divide(frame.height - 6.0, data.test_diameter));
-  });
+  frame.KeepScale(scale, data.test_diameter, data.test_diameter);
   const double step = values.ClassStep(scale, floor);
   frame([&] {
     surface.Circle({.centre = {ToFloat(frame.CentreX()), ToFloat(frame.CentreY())},
@@ -46,7 +43,7 @@ float DrawValues(const WaferData& data, Surface& surface, const PlotArea& area) 
   float colour = 0;
   for (const Site& site : data.sites) {
     frame.Place(place, scale, site.x, site.y);
-    frame([&] { height = ToFloat(values.Height(site.z, scale, floor)); });
+    frame.Keep(height, values.Height(site.z, scale, floor));
     ChooseIntervalColour(data, values.IsFlat(), IntervalClass(height, scale, step), colour);
     if (height == 0) colour = kWhite;
     frame([&] { surface.ForeColor(ToColour(colour)); });
