@@ -2,6 +2,8 @@
 #include "apps/discoplan/stats_table.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
@@ -177,7 +179,11 @@ std::vector<Fields> LotFields(const Lot& lot, const StatsOptions& options) {
 
 std::string CsvText(const nlohmann::json& value) {
   if (value.is_null()) return {};
-  return value.is_string() ? CsvField(value.get<std::string>()) : JsonText(value);
+  if (value.is_string()) return CsvField(value.get<std::string>());
+  if (!value.is_number_float()) return JsonText(value);
+  std::array<char, 40> text{};
+  return {text.data(),
+          std::to_chars(text.data(), text.data() + text.size(), value.get<double>()).ptr};
 }
 
 /// All keys that occur, in the order in which they do; a row without one has an empty field there.

@@ -113,8 +113,8 @@ TEST(LotSummary, MarksTheOutlyingWaferOfAMeasuredLot) {
 
 // Means of 0 but for the last bit of one.
 TEST(LotSummary, TakesNoRoundingForOutlying) {
-  const std::vector<std::vector<Site>> lot = {AtCentre({-1, 1}), AtCentre({-2, 2}),
-                                              AtCentre({-1, 1.0000001F}), AtCentre({-2, 2}),
+  const std::vector<std::vector<Site>> lot = {AtCentre({-1, 1}), AtCentre({-1, 1}),
+                                              AtCentre({-1, 1.0000001F}), AtCentre({-1, 1}),
                                               AtCentre({-1, 1})};
   std::vector<LotWafer> wafers;
   for (const std::vector<Site>& sites : lot) wafers.push_back({"", sites});
