@@ -33,7 +33,7 @@ class DISCOPLAN_EXPORT ColourMap {
   /// The middle of the map stands for "no difference".
   bool IsDiverging() const { return diverging_; }
   /// A map of a few steps, such as the classic ten.
-  bool IsStepped() const { return table_.size() <= 16; }
+  bool IsStepped() const { return table_.size() > 2 && table_.size() <= 16; }
   int Steps() const { return static_cast<int>(table_.size()); }
 
  private:

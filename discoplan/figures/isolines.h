@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "discoplan/export.h"
 #include "discoplan/figures/shapes.h"
 #include "discoplan/figures/value_field.h"
 
@@ -14,11 +15,12 @@ namespace discoplan::figures {
 
 /// Joined pieces in the lattice's millimetres, ends on its border or closed, by marching squares;
 /// the middle of a saddle's cell tells which corners belong together.
-std::vector<std::vector<Point>> Isolines(const Lattice& lattice, std::span<const float> values,
-                                         double level);
+DISCOPLAN_EXPORT std::vector<std::vector<Point>> Isolines(const Lattice& lattice,
+                                                          std::span<const float> values,
+                                                          double level);
 
 /// The pieces of a line that lie inside, their ends on the border.
-std::vector<std::vector<Point>> Clipped(const std::vector<Point>& line,
-                                        const std::function<bool(Point)>& is_inside);
+DISCOPLAN_EXPORT std::vector<std::vector<Point>> Clipped(
+    const std::vector<Point>& line, const std::function<bool(Point)>& is_inside);
 
 }  // namespace discoplan::figures

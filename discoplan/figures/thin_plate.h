@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "discoplan/export.h"
 #include "discoplan/figures/shapes.h"
 
 namespace discoplan::figures {
@@ -16,7 +17,7 @@ struct Sample {
   double value;
 };
 
-class ThinPlate {
+class DISCOPLAN_EXPORT ThinPlate {
  public:
   /// `scale` in mm is the length that counts as 1, `smoothing` the weight of smoothness against
   /// nearness; 0 goes through the sites.

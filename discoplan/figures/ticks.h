@@ -11,7 +11,7 @@
 namespace discoplan::figures {
 
 /// Multiples of 1, 2, 2.5 or 5 times a power of ten.
-struct Ticks {
+struct DISCOPLAN_EXPORT Ticks {
   std::vector<double> values = {};
   double step = 0;
   int decimals = 0;  ///< That tell neighbours apart.

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+// No text of a figure lies on another or is cut, whatever the page, the data and the words.
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "discoplan/figures/wafer_figure.h"
+
+namespace discoplan::figures {
+namespace {
+
+/// Letters of different widths, as wide as those of a sans serif.
+class PlainMeasure final : public TextMeasure {
+ public:
+  double Width(std::string_view text, double size, bool bold) const override {
+    double width = 0;
+    for (const char c : text) {
+      if ((c & 0xC0) == 0x80) continue;
+      width += c == ' ' || c == '.' || c == 'i' ? 0.28 : c == 'm' || c == 'W' ? 0.9 : 0.56;
+    }
+    return width * size * (bold ? 1.08 : 1);
+  }
+};
+
+struct Scene {
+  std::vector<float> x, y, value;
+  WaferPlot plot;
+  Style style;
+  PlotKind kind = PlotKind::Map;
+};
+
+std::string RandomText(std::mt19937& random, int most) {
+  static const std::vector<std::string> kWords = {
+      "Oxide", "thickness", "WWWW", "\u00B5m", "slot 7", "a", "Long-term-repeatability"};
+  std::string text;
+  for (int i = static_cast<int>(random() % static_cast<unsigned>(most + 1)); i > 0; --i) {
+    text += kWords[random() % kWords.size()] + " ";
+  }
+  return text;
+}
+
+Scene RandomScene(unsigned seed) {
+  std::mt19937 random(seed);
+  const auto uniform = [&](double low, double high) {
+    return std::uniform_real_distribution<double>(low, high)(random);
+  };
+  Scene scene;
+  static constexpr int kCounts[] = {1, 2, 5, 13, 49, 49, 121, 400};
+  const double radius = random() % 2 == 0 ? 100 : 150;
+  const double level = std::pow(10, uniform(-5, 7)) * (random() % 3 == 0 ? -1 : 1);
+  const double spread = std::abs(level) * std::pow(10, uniform(-6, 0.5));
+  const double half = random() % 4 == 0 ? 0.4 : 1;  // sites on a part of the wafer alone
+  for (int i = kCounts[random() % 8]; i > 0; --i) {
+    const double r = radius * 0.97 * std::sqrt(uniform(0, 1)) * half;
+    const double angle = uniform(0, 6.283);
+    scene.x.push_back(static_cast<float>(r * std::cos(angle)));
+    scene.y.push_back(static_cast<float>(r * std::sin(angle)));
+    scene.value.push_back(static_cast<float>(level + spread * uniform(-1, 1)));
+  }
+  scene.kind = static_cast<PlotKind>(random() % 9);
+  WaferPlot& plot = scene.plot;
+  plot.diameter = 2 * radius;
+  plot.title = RandomText(random, 9);
+  plot.quantity = RandomText(random, 5);
+  plot.unit = random() % 3 == 0 ? RandomText(random, 2) : "nm";
+  plot.left_out = random() % 3 == 0 ? RandomText(random, 6) : "";
+  plot.notch = static_cast<Side>(random() % 4);
+  plot.orientation = static_cast<Orientation>(random() % 3);
+  plot.edge_exclusion = uniform(0, 10);
+  if (random() % 4 == 0) plot.low = level - spread, plot.high = level + 0.3 * spread;
+  if (random() % 4 == 0) plot.upper_control = level + 1.5 * spread;
+  if (random() % 3 == 0) plot.cut = Cut{{uniform(-90, 90), uniform(-90, 90)}, {5, 7}};
+  Style& style = scene.style;
+  // What pictures of 300 to 4000 pixels are in points, and the sides of pages.
+  style.width = uniform(170, 900);
+  style.height = uniform(130, 900);
+  style.letters = uniform(6, 14);
+  style.bands = random() % 2 == 0 ? 0 : static_cast<int>(2 + random() % 20);
+  style.site_values = random() % 3 == 0;
+  style.dark = random() % 2 == 0;
+  static const char* const kColours[] = {"viridis", "vik", "classic", "grey_r"};
+  style.colours = *FindColourMap(kColours[random() % 4]);
+  style.interpolation = random() % 4 == 0 ? Interpolation::Idw4 : Interpolation::Smooth;
+  return scene;
+}
+
+TEST(FigureLayout, KeepsTextsApartAndOnThePage) {
+  const PlainMeasure measure;
+  int texts = 0;
+  for (unsigned seed = 1; seed <= 300; ++seed) {
+    Scene scene = RandomScene(seed);
+    scene.plot.sites = {scene.x, scene.y, scene.value};
+    const Figure figure = MakeFigure(scene.kind, scene.plot, scene.style, measure);
+    std::vector<const TextShape*> shown;
+    for (const Shape& shape : figure.shapes) {
+      if (const auto* text = std::get_if<TextShape>(&shape)) shown.push_back(text);
+    }
+    const Box page = {0, 0, figure.width, figure.height};
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+      const TextShape& a = *shown[i];
+      ASSERT_TRUE(page.Holds(a.box)) << "seed " << seed << ": '" << a.text << "' is cut";
+      ASSERT_GE(a.box.Width() + a.box.Height(), measure.Width(a.text, a.size, a.bold));
+      for (std::size_t j = 0; j < i; ++j) {
+        ASSERT_FALSE(a.box.Meets(shown[j]->box))
+            << "seed " << seed << ": '" << a.text << "' on '" << shown[j]->text << "'";
+      }
+    }
+    texts += static_cast<int>(shown.size());
+  }
+  EXPECT_GT(texts, 300 * 5);
+}
+
+TEST(FigureLayout, CountsTheValuesThatFindNoRoom) {
+  std::mt19937 random(3);
+  std::uniform_real_distribution<float> place(-60, 60);
+  std::vector<float> x, y, value;
+  for (int i = 0; i < 500; ++i) {
+    x.push_back(place(random));
+    y.push_back(place(random));
+    value.push_back(100 + place(random));
+  }
+  WaferPlot plot;
+  plot.sites = {x, y, value};
+  plot.diameter = 200;
+  const PlainMeasure measure;
+  const Figure figure = MakeFigure(PlotKind::Values, plot, {.width = 240, .height = 200}, measure);
+  std::size_t shown = 0;
+  std::size_t told = 0;
+  for (const Shape& shape : figure.shapes) {
+    const auto* text = std::get_if<TextShape>(&shape);
+    if (text == nullptr) continue;
+    if (text->halo > 0) ++shown;
+    if (text->text.find("not written") != std::string::npos) told = std::stoul(text->text);
+  }
+  EXPECT_GT(shown, 20u);
+  EXPECT_EQ(shown + told, 500u);
+}
+
+}  // namespace
+}  // namespace discoplan::figures

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/figures/value_field.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "discoplan/figures/isolines.h"
+#include "discoplan/figures/thin_plate.h"
+#include "discoplan/figures/ticks.h"
+
+namespace discoplan::figures {
+namespace {
+
+struct Sites {
+  std::vector<float> x, y, value;
+  SiteView View() const { return {x, y, value}; }
+};
+
+template <class Value>
+Sites Spread(int count, Value value) {
+  Sites sites;
+  for (int i = 0; i < count; ++i) {
+    const double r = 145 * std::sqrt((i + 0.5) / count);
+    const double angle = 2.399963 * i;  // the golden one
+    sites.x.push_back(static_cast<float>(r * std::cos(angle)));
+    sites.y.push_back(static_cast<float>(r * std::sin(angle)));
+    sites.value.push_back(static_cast<float>(value(sites.x.back(), sites.y.back())));
+  }
+  return sites;
+}
+
+float ValueAt(const ValueField& field, double x, double y) {
+  float value = 0;
+  field.Evaluate({x, y, 1e9, 1, 1}, 300, {&value, 1});
+  return value;
+}
+
+// A plane bends nowhere, so that every thin-plate spline is the plane itself.
+TEST(ValueField, SmoothKeepsAPlane) {
+  for (const int count : {20, 150, 700, 5000}) {
+    const auto plane = [](double x, double y) { return 50 + 0.1 * x - 0.03 * y; };
+    const Sites sites = Spread(count, plane);
+    const auto field = MakeField(sites.View(), 150, Interpolation::Smooth);
+    for (const Point p : {Point{0, 0}, Point{70, -33}, Point{-100, 60}}) {
+      EXPECT_NEAR(ValueAt(*field, p.x, p.y), plane(p.x, p.y), 0.01) << count;
+    }
+    EXPECT_LT(field->LeaveOneOutError(), 0.01);
+  }
+}
+
+TEST(ValueField, SmoothNeverLeavesTheRangeByMoreThanATwentieth) {
+  const Sites sites = Spread(49, [](double x, double) { return x > 0 ? 1.0 : 0.0; });
+  const auto field = MakeField(sites.View(), 150, Interpolation::Smooth);
+  const Lattice lattice = {-150, 150, 2, 151, 151};
+  std::vector<float> values(lattice.Size());
+  field->Evaluate(lattice, 150, values);
+  for (int j = 0; j < lattice.rows; ++j) {
+    for (int i = 0; i < lattice.columns; ++i) {
+      if (std::hypot(lattice.X(i), lattice.Y(j)) > 150) continue;
+      const float value = values[static_cast<std::size_t>(j * lattice.columns + i)];
+      ASSERT_GE(value, -0.0501F);
+      ASSERT_LE(value, 1.0501F);
+    }
+  }
+}
+
+// Each site foretold by a spline through the others, one after the other.
+TEST(ValueField, LeaveOneOutErrorsInClosedFormAreThoseOfLeavingOut) {
+  std::mt19937 random(1);
+  std::uniform_real_distribution<double> uniform(-1, 1);
+  std::vector<Sample> samples;
+  for (int i = 0; i < 25; ++i) {
+    samples.push_back({100 * uniform(random), 100 * uniform(random), uniform(random)});
+  }
+  for (const double smoothing : {0.0, 0.03}) {
+    double sum = 0;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+      std::vector<Sample> others = samples;
+      others.erase(others.begin() + static_cast<std::ptrdiff_t>(i));
+      const ThinPlate spline(others, {}, 100, smoothing);
+      const auto x = static_cast<float>(samples[i].x);
+      const float one = 1;
+      float value = 0;
+      spline.Add({&x, 1}, static_cast<float>(samples[i].y), {&one, 1}, {&value, 1});
+      sum += (value - samples[i].value) * (value - samples[i].value);
+    }
+    const auto closed = ThinPlate::SquaredErrors(samples, {}, 100, std::span(&smoothing, 1));
+    EXPECT_NEAR(closed.front(), sum, 0.002 * sum);
+  }
+}
+
+// Within the wafer's structure the spline foretells better than the mean of four.
+TEST(ValueField, SmoothForetellsSitesBetterThanTheMeanOfFour) {
+  const auto bowl = [](double x, double y) { return 100 + (x * x + y * y) / 5000 + x / 100; };
+  const Sites sites = Spread(49, bowl);
+  EXPECT_LT(MakeField(sites.View(), 150, Interpolation::Smooth)->LeaveOneOutError(),
+            0.3 * MakeField(sites.View(), 150, Interpolation::Idw4)->LeaveOneOutError());
+}
+
+TEST(ValueField, FewSitesGiveTheirMean) {
+  const Sites sites = {{0, 10, 20}, {0, 0, 5}, {1, 2, 6}};
+  EXPECT_EQ(ValueAt(*MakeField(sites.View(), 100, Interpolation::Smooth), 40, 40), 3);
+}
+
+// Cubic convolution reproduces parabolas.
+TEST(ValueField, RefiningKeepsAParabola) {
+  const auto parabola = [](double x, double y) { return x * x - 0.5 * y * y + x * y; };
+  const Lattice coarse = {-10, 10, 1, 21, 21};
+  std::vector<float> values;
+  for (int j = 0; j < 21; ++j) {
+    for (int i = 0; i < 21; ++i) {
+      values.push_back(static_cast<float>(parabola(coarse.X(i), coarse.Y(j))));
+    }
+  }
+  const Lattice fine = {-7.3, 6.9, 0.37, 35, 35};
+  std::vector<float> refined(fine.Size());
+  Refine(coarse, values, fine, refined);
+  for (int j = 0; j < fine.rows; ++j) {
+    for (int i = 0; i < fine.columns; ++i) {
+      EXPECT_NEAR(refined[static_cast<std::size_t>(j * fine.columns + i)],
+                  parabola(fine.X(i), fine.Y(j)), 1e-3);
+    }
+  }
+}
+
+TEST(Isolines, OfAConeAreClosedCircles) {
+  const Lattice lattice = {-10, 10, 0.25, 81, 81};
+  std::vector<float> values;
+  for (int j = 0; j < 81; ++j) {
+    for (int i = 0; i < 81; ++i) {
+      values.push_back(static_cast<float>(std::hypot(lattice.X(i), lattice.Y(j))));
+    }
+  }
+  const auto lines = Isolines(lattice, values, 6.1);
+  ASSERT_EQ(lines.size(), 1u);
+  EXPECT_EQ(lines.front().front(), lines.front().back());
+  for (const Point p : lines.front()) EXPECT_NEAR(std::hypot(p.x, p.y), 6.1, 0.005);
+  // Above a line through its middle it is half as long, and ends on that line.
+  const auto upper = Clipped(lines.front(), [](Point p) { return p.y >= 0.1; });
+  double length = 0;
+  for (const auto& piece : upper) {
+    for (std::size_t i = 1; i < piece.size(); ++i) {
+      length += std::hypot(piece[i].x - piece[i - 1].x, piece[i].y - piece[i - 1].y);
+    }
+  }
+  EXPECT_NEAR(length, 3.14159 * 6.1 - 0.2, 0.05);
+}
+
+TEST(Ticks, AreRoundAndFewEnough) {
+  EXPECT_EQ(RoundTicks(0, 10, 6).values, (std::vector<double>{0, 2, 4, 6, 8, 10}));
+  EXPECT_EQ(RoundTicks(9.49, 10.45, 6).step, 0.2);
+  EXPECT_EQ(RoundTicks(9.49, 10.45, 6).Text(9.6), "9.6");
+  EXPECT_EQ(RoundTicks(-1, 1, 5).Text(-0.5), "\u22120.5");
+  EXPECT_EQ(RoundTicks(0, 1, 5).decimals, 2);  // quarters
+  EXPECT_EQ(RoundTicks(5, 5, 5).values, std::vector<double>{5});
+}
+
+}  // namespace
+}  // namespace discoplan::figures
