@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 
+#include "data/left_out.h"
 #include "data/site_rows.h"
 #include "discoplan/base/bits.h"
 #include "discoplan/base/numbers.h"
@@ -56,7 +57,7 @@ std::size_t CountSites(const ReadRequest& request, const std::string& file, std:
 
 }  // namespace
 
-Lot ReadBinaryData(const ReadRequest& request, FileBytes& bytes) {
+Lot ReadBinaryData(const ReadRequest& request, const PositionScale& scale, FileBytes& bytes) {
   constexpr std::size_t kMostBytes = kSiteSize * static_cast<std::size_t>(kMostSites);
   const std::string data = FirstBytes(bytes, kMostBytes + kSiteSize);
   const std::size_t sites = CountSites(request, bytes.file(), data.size());
@@ -64,13 +65,15 @@ Lot ReadBinaryData(const ReadRequest& request, FileBytes& bytes) {
   Lot result;
   result.kind = FileKind::Binary;
   result.parameters = {{"Value", ""}};
+  const std::array<double, 2> scales = {scale.x, scale.y};
   Wafer wafer;
   wafer.name = request.path.stem().string();
   for (std::size_t site = 0; site < sites; ++site) {
     std::array<float, 3> numbers{};
     std::size_t block = 0;
     while (block < numbers.size() && Attempt([&] {
-             numbers[block] = ToFloat(NumberAt(data, (block * sites + site) * kNumberSize));
+             const double number = NumberAt(data, (block * sites + site) * kNumberSize);
+             numbers[block] = ToFloat(block == 2 ? number : number * scales[block]);
            })) {
       ++block;
     }
@@ -80,6 +83,7 @@ Lot ReadBinaryData(const ReadRequest& request, FileBytes& bytes) {
       wafer.value.push_back(numbers[2]);
     } else if (request.skip_invalid) {
       CountSkipped(Reason::NotFinite, static_cast<std::int64_t>(site) + 1, result.skipped);
+      Count(Reason::NotFinite, wafer.left_out);
     } else {
       constexpr std::string_view kNames[] = {"X", "Y", "the value"};
       throw DataError({bytes.file()}, std::string(kNames[block]) + " of site " +

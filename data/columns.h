@@ -1,47 +1,66 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Which columns of a table hold X, Y and the value.
+/// Which columns of a table hold positions and values, and in which units.
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "data/data_error.h"
+#include "data/read.h"
 
 namespace discoplan::data {
 
-/// Counted from 0.
-struct Columns {
-  std::size_t x = 0;
-  std::size_t y = 1;
-  std::size_t value = 2;
-};
-
 using FieldNames = std::vector<std::string_view>;
 
-/// The three entries of a request such as "X,Y,slot1"; throws `DataError` if there aren't three.
-FieldNames RequestedColumns(std::string_view request, const std::string& file);
+/// Counted from 0.
+struct Columns {
+  std::size_t x = 0;  ///< or the radius
+  std::size_t y = 1;  ///< or the angle
+  std::vector<std::size_t> values = {2};
+  bool polar = false;
+};
 
-/// All digits: a column's number, not its name.
-bool IsColumnNumber(std::string_view entry);
+/// What `ReadRequest` says of columns, cut into entries: names or numbers from 1.
+struct ColumnWish {
+  std::vector<std::string> positions;  ///< none or two
+  std::vector<std::string> values;     ///< none: guessed
+  bool all_values = false;
 
-/// True if `names` holds one of the requested names or, without a request, names of X and Y.
-bool NamesColumns(const FieldNames& names, const FieldNames& requested);
+  /// Throws `DataError` if `columns` doesn't name two or more, or if values are given twice.
+  ColumnWish(const ReadRequest& request, const std::string& file);
+};
 
-/// The requested columns. `names` is the header or, if `header` is false, the first row. Throws
-/// `DataError` at `place` for a column that isn't there, or a name that several columns have.
-Columns FindColumns(const FieldNames& names, bool header, const FieldNames& requested,
-                    const Place& place);
+/// The line that says what the columns are or, if `header` is false, the first row.
+struct TableHead {
+  FieldNames names;
+  bool header = true;
+  Place place;
+};
+
+/// True if `names` holds names of positions, usual ones or those that are wished for.
+bool NamesPositions(const FieldNames& names, const ColumnWish& wish);
+
+/// The column that an entry names or counts. Throws `DataError` for one that isn't there, or a name
+/// that several columns have.
+std::size_t FindColumn(std::string_view entry, const TableHead& head);
 
 enum class ValueChoice {
-  Only,   ///< the one column with a usual name or, if none has one, the one beside X, Y and site
+  Only,  ///< the one column with a usual name or, if none has one, the one of numbers beside others
   First,  ///< the first of the columns with a usual name, as in a lot export
 };
 
-/// X, Y and value by their usual names. Throws `DataError` at `place` if one isn't there or if
-/// several columns may be it.
-Columns GuessColumns(const FieldNames& names, ValueChoice choice, const Place& place);
+/// Positions and values as wished for or by their usual names; the first three columns without a
+/// header. `holds_numbers` tells which columns may be a value. Throws `DataError` if one isn't
+/// there or if several columns may be it.
+Columns FindColumns(const TableHead& head, const ColumnWish& wish, ValueChoice choice,
+                    const std::function<bool(std::size_t)>& holds_numbers);
+
+/// The values of `columns` as parameters. `units` are those of a row below the header, or none.
+std::vector<Parameter> ParametersOf(const TableHead& head, const Columns& columns,
+                                    const FieldNames& units);
 
 }  // namespace discoplan::data

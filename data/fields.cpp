@@ -15,17 +15,9 @@ std::size_t ClosingQuote(std::string_view line, std::size_t start) {
   return close;
 }
 
-bool CommentAt(std::string_view line, std::size_t at, Dialect dialect) {
-  if (line[at] != '#' || !dialect.comments) return false;
-  const char before = at == 0 ? ' ' : line[at - 1];
-  if (before != ' ' && before != '\t' && before != dialect.separator) return false;
-  return dialect.separator == ' ' || !line.substr(at + 1).starts_with(dialect.separator);
-}
-
-/// Neither comments nor quotes, nor runs of blanks to take for one separator.
+/// No quotes, nor runs of blanks to take for one separator.
 bool IsPlain(std::string_view line, Dialect dialect) {
-  return dialect.separator != ' ' && line.find('"') == std::string_view::npos &&
-         line.find('#') == std::string_view::npos;
+  return dialect.separator != ' ' && line.find('"') == std::string_view::npos;
 }
 
 void SplitPlain(std::string_view line, char separator, std::vector<std::string_view>& fields) {
@@ -52,7 +44,7 @@ std::size_t SplitFields(std::string_view line, Dialect dialect,
            (line[start] == ' ' || dialect.separator != '\t')) {
       ++start;
     }
-    const bool at_end = start == line.size() || CommentAt(line, start, dialect);
+    const bool at_end = start == line.size();
     if (at_end && dialect.separator == ' ') return 0;
     std::size_t end = start;
     std::string_view quoted;
@@ -63,9 +55,7 @@ std::size_t SplitFields(std::string_view line, Dialect dialect,
       end = close + 1;
     }
     const std::size_t after_quote = end;
-    while (end < line.size() && line[end] != dialect.separator && !CommentAt(line, end, dialect)) {
-      ++end;
-    }
+    while (end < line.size() && line[end] != dialect.separator) ++end;
     const bool only_quoted =
         after_quote > start && Trimmed(line.substr(after_quote, end - after_quote)).empty();
     fields.push_back(only_quoted ? quoted : Trimmed(line.substr(start, end - start)));

@@ -15,9 +15,6 @@ namespace discoplan::data {
 /// How rows are written. A blank as separator means any run of blanks.
 struct Dialect {
   char separator = ',';
-  /// A '#' at a field's start or after a blank begins a comment, unless the separator follows it at
-  /// once, as in "Site #,X,Y".
-  bool comments = true;
 };
 
 /// Cuts `line` into `fields`, without the blanks around them and the double quotes around those

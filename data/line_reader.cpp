@@ -18,6 +18,12 @@ constexpr std::size_t kLongestLine = 1U << 20;
 constexpr std::size_t kLinesAhead = 100;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
+/// A '#' with a separator right behind it is the name of a column.
+bool IsComment(std::string_view content) {
+  if (!content.starts_with('#')) return false;
+  return content.size() == 1 || std::string_view(",;\t").find(content[1]) == std::string_view::npos;
+}
+
 [[noreturn]] void RefuseUnreadable(const std::string& file, int error) {
   const std::string why = error == 0 ? "reading failed" : std::generic_category().message(error);
   throw DataError({file},
@@ -26,7 +32,7 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 }  // namespace
 
-FileBytes::FileBytes(const fs::path& path) : file_(path.string()) {
+FileBytes::FileBytes(const fs::path& path) : file_(path.string()), stream_(opened_) {
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
   if (status.type() == fs::file_type::not_found) {
@@ -37,17 +43,46 @@ FileBytes::FileBytes(const fs::path& path) : file_(path.string()) {
     throw DataError({file_}, "this is a folder; name a file in it");
   }
   errno = 0;
-  stream_.open(path, std::ios::binary);
-  if (!stream_) RefuseUnreadable(file_, errno);
-  NextBlock();
+  opened_.open(path, std::ios::binary);
+  if (!opened_) RefuseUnreadable(file_, errno);
+  ReadBytes();
+  BeginUtf16();
 }
 
-void FileBytes::NextBlock() {
+FileBytes::FileBytes(std::string file, std::istream& stream)
+    : file_(std::move(file)), stream_(stream) {
+  ReadBytes();
+  BeginUtf16();
+}
+
+void FileBytes::ReadBytes() {
   block_.resize(kBlockSize);
   errno = 0;
   stream_.read(block_.data(), static_cast<std::streamsize>(kBlockSize));
   if (stream_.bad()) RefuseUnreadable(file_, errno);
   block_.resize(static_cast<std::size_t>(stream_.gcount()));
+}
+
+/// A text begins with its mark and a Latin letter or two, as numbers of a binary file don't.
+void FileBytes::BeginUtf16() {
+  const bool little = block_.starts_with("\xFF\xFE");
+  if (!(little || block_.starts_with("\xFE\xFF")) || block_.size() % 2 != 0) return;
+  const std::size_t high = little ? 1 : 0;
+  for (std::size_t unit = 2; unit < std::min<std::size_t>(block_.size(), 8); unit += 2) {
+    if (block_[unit + high] != 0) return;
+  }
+  decoder_.emplace(little ? ByteOrder::Little : ByteOrder::Big);
+  bytes_ = block_.substr(2);
+  block_.clear();
+  decoder_->Append(bytes_, block_);
+}
+
+void FileBytes::NextBlock() {
+  ReadBytes();
+  if (!decoder_) return;
+  bytes_.swap(block_);
+  block_.clear();
+  decoder_->Append(bytes_, block_);
 }
 
 LineReader::LineReader(FileBytes& bytes) : bytes_(bytes), rest_(bytes.block()) {
@@ -71,7 +106,7 @@ bool LineReader::ReadLine(TextLine& line) {
   while (ReadRaw(line.text)) {
     line.number = number_;
     const std::string_view content = Trimmed(line.text);
-    if (content.starts_with('#')) continue;
+    if (IsComment(content)) continue;
     const bool blank = content.empty();
     if (blank) line.text.clear();
     if (!std::exchange(after_blank_, blank) || !blank) return true;

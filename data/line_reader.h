@@ -7,16 +7,23 @@
 #include <deque>
 #include <filesystem>
 #include <fstream>
+#include <istream>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "data/utf16.h"
+
 namespace discoplan::data {
 
-/// A file in blocks of 64 KiB. Throws `DataError` if the file is missing, a folder or unreadable.
+/// A file in blocks of about 64 KiB; UTF-16 comes as UTF-8. Throws `DataError` if the file is
+/// missing, a folder or unreadable.
 class FileBytes {
  public:
   explicit FileBytes(const std::filesystem::path& path);
+  /// Reads an open stream, which `file` names in messages. It must outlive this.
+  FileBytes(std::string file, std::istream& stream);
 
   const std::string& file() const { return file_; }
   /// The current block, at first the first one; empty at the end of the file.
@@ -24,9 +31,15 @@ class FileBytes {
   void NextBlock();
 
  private:
+  void ReadBytes();
+  void BeginUtf16();
+
   std::string file_;
-  std::ifstream stream_;
+  std::ifstream opened_;
+  std::istream& stream_;
   std::string block_;
+  std::string bytes_;  // of UTF-16
+  std::optional<Utf16Decoder> decoder_;
 };
 
 struct TextLine {

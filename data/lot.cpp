@@ -9,6 +9,12 @@
 #include "data/left_out.h"
 
 namespace discoplan::data {
+namespace {
+
+constexpr std::array kStandardDiameters = {50.0F,  75.0F,  100.0F, 125.0F,
+                                           150.0F, 200.0F, 300.0F, 450.0F};
+
+}  // namespace
 
 std::string Parameter::Caption() const { return unit.empty() ? name : name + " (" + unit + ')'; }
 
@@ -27,6 +33,8 @@ std::span<const Wafer> Lot::Of(std::size_t parameter) const {
   return {first, last};
 }
 
+std::span<const float> StandardDiameters() { return kStandardDiameters; }
+
 double FarthestSite(std::span<const float> x, std::span<const float> y) {
   double farthest = 0;
   double near = 0;  // the square of a distance that is surely no more than the farthest one
@@ -41,8 +49,6 @@ double FarthestSite(std::span<const float> x, std::span<const float> y) {
 }
 
 WaferSize SizeFor(std::span<const float> x, std::span<const float> y) {
-  constexpr std::array kStandardDiameters = {50.0F,  75.0F,  100.0F, 125.0F,
-                                             150.0F, 200.0F, 300.0F, 450.0F};
   constexpr float kEdge = 6;
   constexpr double kLargest = std::numeric_limits<float>::max();
   const double across = std::min(2 * FarthestSite(x, y), kLargest);

@@ -127,6 +127,9 @@ struct WaferSize {
 };
 WaferSize SizeFor(std::span<const float> x, std::span<const float> y);
 
+/// Of wafers, in mm, from 50 to 450.
+std::span<const float> StandardDiameters();
+
 /// Distance in mm of the farthest site from the centre; 0 without sites.
 double FarthestSite(std::span<const float> x, std::span<const float> y);
 

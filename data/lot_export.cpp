@@ -7,7 +7,7 @@
 
 #include "data/fields.h"
 #include "data/site_rows.h"
-#include "data/units.h"
+#include "data/utf16.h"
 #include "data/wafer_choice.h"
 #include "discoplan/base/algorithms.h"
 #include "discoplan/base/numbers.h"
@@ -30,8 +30,10 @@ constexpr StatisticKey kStatistics[] = {{"MEAN", &ReportedStatistics::mean},
                                         {"RANGE", &ReportedStatistics::range}};
 
 struct Block {
-  std::int64_t line = 0;  // of its WAFER ID
-  Wafer wafer;
+  std::int64_t line = 0;      // of its WAFER ID
+  Wafer wafer;                // its name and slot
+  std::vector<Wafer> wafers;  // one for each parameter, once its table has begun
+  Condition condition;
   std::array<TextLine, std::size(kStatistics)> statistics;
   std::optional<RowShape> shape;  // once its table has begun
   std::optional<bool> chosen;     // once that is asked
@@ -42,22 +44,26 @@ class LotReader {
  public:
   LotReader(const ReadRequest& request, char separator, LineReader& lines)
       : request_(request),
-        dialect_{separator, false},
+        dialect_{separator},
         lines_(lines),
+        wish_(request, lines.file()),
         choice_(request.wafers, lines.file()),
-        rows_(lines.file(), request.skip_invalid, result_.skipped) {
+        rows_(lines.file(), request, result_.skipped) {
     result_.kind = FileKind::LotExport;
-    if (!request.columns.empty()) requested_ = RequestedColumns(request.columns, lines.file());
+    if (!request.by.empty()) {
+      Refuse(0, "a lot export tells its wafers apart itself; leave out --by");
+    }
   }
 
   Lot Read();
+  const PositionScale& scale() const { return scale_; }
 
  private:
   void ReadBlockLine(const TextLine& line);
   void OpenTable(const TextLine& line);
   void CloseBlock();
   void RefuseSecond() const;
-  std::optional<ReportedStatistics> Reported();
+  std::optional<ReportedStatistics> Reported(std::size_t column);
   bool IsChosen();
   [[noreturn]] void Refuse(std::int64_t line, const std::string& sentence) const {
     throw DataError({lines_.file(), line}, sentence);
@@ -66,10 +72,12 @@ class LotReader {
   const ReadRequest& request_;
   Dialect dialect_;
   LineReader& lines_;
-  FieldNames requested_;
+  ColumnWish wish_;
   WaferChoice choice_;
   Lot result_;
   SiteRows rows_;
+  PositionScale scale_;
+  std::vector<std::vector<Wafer>> wafers_;  // of each parameter
   std::optional<Block> block_;
   std::vector<std::string_view> fields_;
 };
@@ -82,7 +90,7 @@ Lot LotReader::Read() {
       CloseBlock();
       block_.emplace();
       block_->line = line.number;
-      if (fields_.size() > 1) block_->wafer.name = fields_[1];
+      if (fields_.size() > 1) block_->wafer.name = Utf8(fields_[1]);
     } else if (block_) {
       ReadBlockLine(line);
     }
@@ -90,6 +98,11 @@ Lot LotReader::Read() {
   CloseBlock();
   rows_.Finish();
   choice_.RequireAll();
+  for (std::vector<Wafer>& wafers : wafers_) {
+    for (Wafer& wafer : wafers) {
+      if (!wafer.x.empty()) result_.wafers.push_back(std::move(wafer));
+    }
+  }
   return std::move(result_);
 }
 
@@ -97,7 +110,9 @@ void LotReader::ReadBlockLine(const TextLine& line) {
   if (FilledWidth(fields_) == 0) {
     block_->in_table = false;
   } else if (block_->in_table) {
-    if (IsChosen()) rows_.Add(fields_, line.number, *block_->shape, block_->wafer);
+    if (IsChosen() && rows_.HasWidth(fields_, line.number, *block_->shape)) {
+      rows_.Add(fields_, line.number, *block_->shape, block_->condition, block_->wafers);
+    }
   } else if (SameName(fields_[0], kSitesKey)) {
     OpenTable(line);
   } else if (SameName(fields_[0], kSlotKey)) {
@@ -130,33 +145,46 @@ void LotReader::OpenTable(const TextLine& line) {
   block_->in_table = true;
   block_->shape.emplace();
   if (!IsChosen()) return;
-  const Place place{lines_.file(), line.number};
-  const Columns columns = requested_.empty() ? GuessColumns(fields_, ValueChoice::First, place)
-                                             : FindColumns(fields_, true, requested_, place);
-  block_->shape = ShapeOf(fields_, columns, line.number);
-  if (result_.parameters.empty()) {
-    const Heading value = SplitHeading(fields_[columns.value]);
-    result_.parameters = {{std::string(value.name), std::string(value.unit)}};
+  const TableHead head = {fields_, true, {lines_.file(), line.number}};
+  Columns columns = FindColumns(head, wish_, ValueChoice::First, [](std::size_t) { return true; });
+  const PositionScale scale = ScaleOf(head, columns, {}, request_);
+  std::vector<Parameter> parameters = ParametersOf(head, columns, {});
+  if (wafers_.empty()) {
+    wafers_.resize(parameters.size());
+    result_.parameters = std::move(parameters);
+    scale_ = scale;
+  } else if (parameters != result_.parameters) {
+    Refuse(line.number, "wafer " + Shown(block_->wafer.name) +
+                            " has other values than the wafers before it; read it by itself with "
+                            "--wafer");
   }
+  if (!request_.where.empty()) block_->condition = Condition(request_.where, head);
+  block_->shape = ShapeOf(fields_, std::move(columns), line.number);
+  block_->shape->scale = scale;
+  block_->wafers.assign(wafers_.size(), block_->wafer);
 }
 
 void LotReader::CloseBlock() {
   if (!block_) return;
-  const std::string name = Shown(block_->wafer.name);
   if (IsChosen()) {
     RefuseSecond();
     if (!block_->shape) {
-      Refuse(block_->line, "wafer " + name + " has no table of sites; complete or remove it");
+      Refuse(block_->line, "wafer " + Shown(block_->wafer.name) +
+                               " has no table of sites; complete or remove it");
     }
-    rows_.RequireSites(block_->wafer, block_->shape->line);
-    block_->wafer.reported = Reported();
-    result_.wafers.push_back(std::move(block_->wafer));
+    const bool by_condition = !request_.where.empty();
+    if (!by_condition) rows_.RequireSites(block_->wafers, block_->shape->line);
+    for (std::size_t i = 0; i < wafers_.size(); ++i) {
+      Wafer& wafer = block_->wafers[i];
+      wafer.parameter = i;
+      wafer.reported = Reported(block_->shape->columns.values[i]);
+      wafers_[i].push_back(std::move(wafer));
+    }
   }
   block_.reset();
 }
 
-std::optional<ReportedStatistics> LotReader::Reported() {
-  const std::size_t column = block_->shape->columns.value;
+std::optional<ReportedStatistics> LotReader::Reported(std::size_t column) {
   ReportedStatistics reported;
   bool complete = true;
   for (std::size_t i = 0; i < std::size(kStatistics); ++i) {
@@ -180,7 +208,8 @@ bool LotReader::IsChosen() {
 void LotReader::RefuseSecond() const {
   const Wafer& wafer = block_->wafer;
   if (choice_.TakesAll() || !wafer.slot) return;
-  for (const Wafer& other : result_.wafers) {
+  if (wafers_.empty()) return;
+  for (const Wafer& other : wafers_.front()) {
     if (other.slot != wafer.slot) continue;
     Refuse(block_->line,
            "slot " + std::to_string(*wafer.slot) + " is here a second time; remove one of the two");
@@ -193,7 +222,7 @@ std::optional<char> LotSeparator(LineReader& lines) {
   std::vector<std::string_view> fields;
   for (const char separator : {',', ';', '\t'}) {
     for (const TextLine& line : lines.Ahead()) {
-      SplitFields(line.text, {separator, false}, fields);
+      SplitFields(line.text, {separator}, fields);
       // A table may have a column of that name; its header fills more than two.
       if (fields.size() > 1 && FilledWidth(fields) <= 2 && SameName(fields[0], kWaferKey)) {
         return separator;
@@ -203,8 +232,12 @@ std::optional<char> LotSeparator(LineReader& lines) {
   return {};
 }
 
-Lot ReadLotExport(const ReadRequest& request, char separator, LineReader& lines) {
-  return LotReader(request, separator, lines).Read();
+Lot ReadLotExport(const ReadRequest& request, char separator, LineReader& lines,
+                  PositionScale& scale) {
+  LotReader reader(request, separator, lines);
+  Lot lot = reader.Read();
+  scale = reader.scale();
+  return lot;
 }
 
 }  // namespace discoplan::data

@@ -15,15 +15,16 @@
 /// Lines with other words in front are left out.
 
 #include "data/line_reader.h"
-#include "data/read.h"
+#include "data/positions.h"
 
 namespace discoplan::data {
 
 /// The separator of a lot export; nothing if none of the first 100 lines begins a wafer.
 std::optional<char> LotSeparator(LineReader& lines);
 
-/// Reads all wafers of a lot export, or the one of slot `request.wafer`; the rows of the others are
-/// not looked at then. Throws `DataError` as `Read` does.
-Lot ReadLotExport(const ReadRequest& request, char separator, LineReader& lines);
+/// Reads the wafers of a lot export that are asked for, and how positions were written; the rows of
+/// the others are not looked at. Throws `DataError` as `Read` does.
+Lot ReadLotExport(const ReadRequest& request, char separator, LineReader& lines,
+                  PositionScale& scale);
 
 }  // namespace discoplan::data

@@ -4,10 +4,15 @@
 #include <algorithm>
 
 #include "data/binary_data.h"
+#include "data/doubts.h"
+#include "data/exclusions.h"
+#include "data/foreign_files.h"
+#include "data/klarf.h"
 #include "data/line_reader.h"
 #include "data/lot_export.h"
+#include "data/site_rows.h"
 #include "data/text_table.h"
-#include "discoplan/base/algorithms.h"
+#include "data/units.h"
 
 namespace discoplan::data {
 namespace {
@@ -38,93 +43,104 @@ Kind KindOf(std::string_view block) {
   return !mostly_text && control ? Kind::Binary : Kind::Unclear;
 }
 
-struct KnownFormat {
-  std::string_view start;
-  std::string_view name;
-};
-// What people take for a data file. None of these begins with a position in millimetres.
-constexpr KnownFormat kKnownFormats[] = {
-    {"PK\x03\x04", "a spreadsheet or another zip archive"},
-    {"\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", "an old spreadsheet"},
-    {"\x1F\x8B\x08", "a gzip archive"},
-    {"\x89PNG\r\n", "a picture"},
-    {"%PDF-", "a PDF document"},
-};
-
-bool IsUtf16(std::string_view block) {
-  const bool little = block.starts_with("\xFF\xFE");
-  if (block.size() < 8 || !(little || block.starts_with("\xFE\xFF"))) return false;
-  const std::size_t high = little ? 1 : 0;
-  return block[2 + high] == 0 && block[4 + high] == 0 && block[6 + high] == 0;
-}
-
-void RefuseOtherFormats(const FileBytes& bytes) {
-  const std::string_view block = bytes.block();
-  if (block.empty()) throw DataError({bytes.file()}, "the file is empty; choose another one");
-  if (IsUtf16(block)) throw DataError({bytes.file()}, "the text is UTF-16; save it as UTF-8");
-  for (const KnownFormat& known : kKnownFormats) {
-    if (!block.starts_with(known.start)) continue;
-    throw DataError({bytes.file()}, "this is " + std::string(known.name) +
-                                        "; save the data as comma separated text");
-  }
-}
-
-Lot ReadText(const ReadRequest& request, FileBytes& bytes) {
+Lot ReadText(const ReadRequest& request, FileBytes& bytes, PositionScale& scale) {
   if (request.sites) {
     throw DataError({bytes.file()}, "the file is a text; leave out --sites, it's for binary files");
   }
   LineReader lines(bytes);
-  const bool any_line =
-      AnyOf(lines.Ahead(), [](const TextLine& line) { return !line.text.empty(); });
+  const auto& ahead = lines.Ahead();
+  const bool any_line = std::any_of(ahead.begin(), ahead.end(),
+                                    [](const TextLine& line) { return !line.text.empty(); });
   if (!any_line) {
     throw DataError({bytes.file()},
                     "the file holds nothing but comments and blank lines; choose another one");
   }
-  if (const auto separator = LotSeparator(lines)) return ReadLotExport(request, *separator, lines);
-  if (!request.wafers.empty()) {
-    throw DataError({bytes.file()}, "the file has one wafer without a slot; leave out --wafer");
+  if (IsKlarf(lines)) return ReadKlarf(request, lines, scale);
+  if (const auto separator = LotSeparator(lines)) {
+    return ReadLotExport(request, *separator, lines, scale);
   }
-  return ReadTextTable(request, lines);
+  return ReadTextTable(request, lines, scale);
 }
 
-Lot ReadBinary(const ReadRequest& request, FileBytes& bytes) {
-  if (!request.wafers.empty()) {
-    throw DataError({bytes.file()}, "the file has one wafer without a slot; leave out --wafer");
+Lot ReadBinary(const ReadRequest& request, FileBytes& bytes, PositionScale& scale) {
+  const auto refuse = [&](const std::string& why) { throw DataError({bytes.file()}, why); };
+  if (!request.wafers.empty()) refuse("the file has one wafer without a slot; leave out --wafer");
+  struct Unfit {
+    bool given;
+    const char* option;
+  };
+  const Unfit unfits[] = {{!request.columns.empty(), "--columns"},
+                          {!request.parameters.empty(), "--parameter"},
+                          {!request.by.empty(), "--by"},
+                          {!request.where.empty(), "--where"}};
+  for (const Unfit& unfit : unfits) {
+    if (!unfit.given) continue;
+    refuse(std::string("the file is binary and has no columns; leave out ") + unfit.option);
   }
-  if (!request.columns.empty()) {
-    throw DataError({bytes.file()}, "the file is binary and has no columns; leave out --columns");
+  if (request.pitch) {
+    scale = {.x = request.pitch->width, .y = request.pitch->height, .stated = true};
+  } else if (request.unit) {
+    scale = {.x = MillimetresIn(*request.unit), .y = MillimetresIn(*request.unit), .stated = true};
   }
-  return ReadBinaryData(request, bytes);
+  return ReadBinaryData(request, scale, bytes);
 }
 
-Lot ReadAny(const ReadRequest& request) {
-  FileBytes bytes(request.path);
-  RefuseOtherFormats(bytes);
+Lot ReadAny(const ReadRequest& request, FileBytes& bytes, PositionScale& scale) {
+  const auto refuse = [&](const std::string& why) { throw DataError({bytes.file()}, why); };
+  if (bytes.block().empty()) refuse("the file is empty; choose another one");
+  const std::string foreign = ForeignFile(bytes.block());
+  if (!foreign.empty()) refuse(foreign);
   switch (KindOf(bytes.block())) {
     case Kind::Text:
-      return ReadText(request, bytes);
+      return ReadText(request, bytes, scale);
     case Kind::Binary:
-      return ReadBinary(request, bytes);
+      return ReadBinary(request, bytes, scale);
     case Kind::Unclear:
       break;
   }
-  if (request.sites) return ReadBinary(request, bytes);
+  if (request.sites) return ReadBinary(request, bytes, scale);
   throw DataError({bytes.file()},
                   "this is neither clearly text nor clearly binary; save text as UTF-8, "
                   "or give the number of sites of binary data with --sites");
 }
 
+/// Positions, size and exclusions, in the order in which they rely on each other.
+Lot ReadWafers(const ReadRequest& request, FileBytes& bytes) {
+  PositionScale scale;
+  Lot lot = ReadAny(request, bytes, scale);
+  lot.source = bytes.file();
+  for (Wafer& wafer : lot.wafers) MoveToCentre(request, wafer);
+  TellDoubts(request, scale, lot);
+  for (Wafer& wafer : lot.wafers) {
+    GiveSize(request, wafer);
+    LeaveOutBeyond(request, wafer);
+    if (request.outliers) LeaveOutOutliers(*request.outliers, wafer);
+    if (request.thin) Thin(request.most_sites, wafer);
+    if (std::ssize(wafer.x) > request.most_sites) {
+      throw DataError({bytes.file()}, TooManySites(request.most_sites));
+    }
+  }
+  const auto is_empty = [](const Wafer& wafer) { return wafer.x.empty(); };
+  if (std::all_of(lot.wafers.begin(), lot.wafers.end(), is_empty)) {
+    throw DataError({bytes.file()},
+                    "no site lies in the area that is looked at; give a larger --test-diameter or "
+                    "a smaller --edge-exclusion, and check the positions");
+  }
+  lot.wafers.erase(std::remove_if(lot.wafers.begin(), lot.wafers.end(), is_empty),
+                   lot.wafers.end());
+  return lot;
+}
+
 }  // namespace
 
 Lot Read(const ReadRequest& request) {
-  Lot lot = ReadAny(request);
-  lot.source = request.path.string();
-  for (Wafer& wafer : lot.wafers) {
-    const WaferSize size = SizeFor(wafer.x, wafer.y);
-    wafer.diameter = size.diameter;
-    wafer.test_diameter = size.test_diameter;
-  }
-  return lot;
+  FileBytes bytes(request.path);
+  return ReadWafers(request, bytes);
+}
+
+Lot Read(const ReadRequest& request, std::istream& stream) {
+  FileBytes bytes(request.path.string(), stream);
+  return ReadWafers(request, bytes);
 }
 
 }  // namespace discoplan::data

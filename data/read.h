@@ -13,6 +13,7 @@
 ///
 /// - Binary: no header; all X, then all Y, then all values, as little-endian 64-bit floats.
 /// - Lot export: a text with a line "WAFER ID,name" above each of its wafers (lot_export.h).
+/// - Defects: KLARF 1.2 (klarf.h).
 /// - Table: any other text, one site a line (text_table.h).
 ///
 /// Bad data are refused with a `DataError`, never guessed. Functions of this room may run on
@@ -20,6 +21,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -85,5 +87,7 @@ struct ReadRequest {
 /// bad data, and for options that don't go with the kind of file. A pipe will do for a file. No
 /// more is read than it takes to see that a wafer has too many sites.
 Lot Read(const ReadRequest& request);
+/// The same of a stream; the path only names it.
+Lot Read(const ReadRequest& request, std::istream& stream);
 
 }  // namespace discoplan::data

@@ -6,16 +6,13 @@
 #include <utility>
 
 #include "data/fields.h"
-#include "discoplan/base/algorithms.h"
+#include "data/left_out.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan::data {
 namespace {
 
 constexpr std::string_view kMendOrSkip = "mend the value or use --skip-invalid";
-
-std::array<std::size_t, 3> Used(const Columns& columns) {
-  return {columns.x, columns.y, columns.value};
-}
 
 Reason ReasonFor(NumberFault fault) {
   switch (fault) {
@@ -35,19 +32,25 @@ Place At(const std::string& file, std::int64_t line, std::size_t column) {
 }  // namespace
 
 RowShape ShapeOf(const FieldNames& head, Columns columns, std::int64_t line) {
-  const std::size_t last_used = MinMax(Used(columns)).second;
-  return {columns, std::max({FilledWidth(head), last_used + 1, std::size_t{3}}), head.size(), line};
+  std::size_t last_used = std::max(columns.x, columns.y);
+  for (const std::size_t column : columns.values) last_used = std::max(last_used, column);
+  const std::size_t fewest = std::max({FilledWidth(head), last_used + 1, std::size_t{3}});
+  return {std::move(columns), {}, fewest, head.size(), line};
 }
 
 bool IsSite(const std::vector<std::string_view>& fields, const RowShape& shape) {
+  const auto is_number = [&](std::size_t column) {
+    return ParseNumber(fields[column]).fault == NumberFault::None;
+  };
+  const Columns& columns = shape.columns;
   return fields.size() >= shape.fewest && FilledWidth(fields) <= shape.most &&
-         AllOf(Used(shape.columns), [&](std::size_t column) {
-           return ParseNumber(fields[column]).fault == NumberFault::None;
-         });
+         is_number(columns.x) && is_number(columns.y) &&
+         std::all_of(columns.values.begin(), columns.values.end(), is_number);
 }
 
 void CountSkipped(Reason reason, std::int64_t at, std::vector<SkippedRows>& skipped) {
-  auto entry = FindIn(skipped, reason, &SkippedRows::reason);
+  auto entry = std::find_if(skipped.begin(), skipped.end(),
+                            [&](const SkippedRows& rows) { return rows.reason == reason; });
   if (entry == skipped.end()) entry = skipped.insert(entry, {reason, 0, at});
   ++entry->count;
 }
@@ -68,43 +71,106 @@ std::string FaultSentence(NumberFault fault, std::string_view text, std::string_
   return sentence() + "; " + std::string(remedy);
 }
 
-SiteRows::SiteRows(std::string file, bool skip_invalid, std::vector<SkippedRows>& skipped)
-    : file_(std::move(file)), skip_invalid_(skip_invalid), skipped_(skipped) {}
+std::string TooManySites(std::int64_t most) {
+  return "a wafer holds at most " + std::to_string(most) +
+         " sites; use --thin for a regular subset of them, or split the file";
+}
 
-void SiteRows::Add(const std::vector<std::string_view>& fields, std::int64_t line,
-                   const RowShape& shape, Wafer& wafer) {
+SiteRows::SiteRows(std::string file, const ReadRequest& request, std::vector<SkippedRows>& skipped)
+    : file_(std::move(file)), skip_invalid_(request.skip_invalid), skipped_(skipped) {
+  const bool leaves_out =
+      request.thin || request.test_diameter || request.edge_exclusion || request.outliers;
+  if (!leaves_out) most_ = request.most_sites;
+}
+
+bool SiteRows::HasWidth(const std::vector<std::string_view>& fields, std::int64_t line,
+                        const RowShape& shape) {
   if (FilledWidth(fields) > shape.most) {
     throw DataError({file_, line},
                     Counted(FilledWidth(fields), "column") + " where line " +
                         std::to_string(shape.line) + " has " + std::to_string(shape.most) +
                         "; put quotes around a field that holds a separator or a decimal comma");
   }
-  if (fields.size() < shape.fewest) {
-    if (skip_invalid_) return CountSkipped(Reason::TooFewColumns, line, skipped_);
+  if (fields.size() >= shape.fewest) return true;
+  if (!skip_invalid_) {
     throw DataError({file_, line}, Counted(fields.size(), "column") + " where " +
                                        std::to_string(shape.fewest) +
                                        " are due; complete the line or use --skip-invalid");
   }
-  const auto used = Used(shape.columns);
-  const std::array<ParsedNumber, 3> numbers = {
-      ParseNumber(fields[used[0]]), ParseNumber(fields[used[1]]), ParseNumber(fields[used[2]])};
-  for (std::size_t i = 0; i < used.size(); ++i) {
-    const NumberFault fault = numbers[i].fault;
-    if (fault == NumberFault::None) continue;
-    if (skip_invalid_) return CountSkipped(ReasonFor(fault), line, skipped_);
-    throw DataError(At(file_, line, used[i]), FaultSentence(fault, fields[used[i]], kMendOrSkip));
+  CountSkipped(Reason::TooFewColumns, line, skipped_);
+  return false;
+}
+
+void SiteRows::Fail(NumberFault fault, std::string_view text, std::int64_t line, std::size_t column,
+                    std::span<Wafer> wafers) {
+  if (!skip_invalid_) {
+    throw DataError(At(file_, line, column), FaultSentence(fault, text, kMendOrSkip));
   }
-  for (std::size_t i = 0; i < used.size(); ++i) {
-    if (marks_.Knows(numbers[i])) continue;
-    marks_.Note(numbers[i], fields[used[i]], At(file_, line, used[i]));
+  CountSkipped(ReasonFor(fault), line, skipped_);
+  for (Wafer& wafer : wafers) Count(ReasonFor(fault), wafer.left_out);
+}
+
+void SiteRows::Note(const ParsedNumber& number, std::string_view text, std::int64_t line,
+                    std::size_t column) {
+  if (!marks_.Knows(number)) marks_.Note(number, text, At(file_, line, column));
+}
+
+bool SiteRows::Meets(const Condition& condition, const std::vector<std::string_view>& fields,
+                     std::int64_t line, std::span<Wafer> wafers) {
+  Condition::Fault fault;
+  if (condition.Holds(fields, fault)) return true;
+  if (fault.fault == NumberFault::None) {
+    for (Wafer& wafer : wafers) Count(Reason::NotAskedFor, wafer.left_out);
+  } else {
+    const std::string_view text = fault.column < fields.size() ? fields[fault.column] : "";
+    Fail(fault.fault, text, line, fault.column, wafers);
   }
-  if (std::ssize(wafer.x) == kMostSites) {
-    throw DataError({file_, line}, "a wafer holds at most " + std::to_string(kMostSites) +
-                                       " sites; leave out some or split the file");
+  return false;
+}
+
+bool SiteRows::Add(const std::vector<std::string_view>& fields, std::int64_t line,
+                   const RowShape& shape, const Condition& condition, std::span<Wafer> wafers) {
+  if (condition.IsGiven() && !Meets(condition, fields, line, wafers)) return false;
+  const Columns& columns = shape.columns;
+  const std::array<std::size_t, 2> places = {columns.x, columns.y};
+  std::array<ParsedNumber, 2> numbers;
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    numbers[i] = ParseNumber(fields[places[i]]);
+    if (numbers[i].fault == NumberFault::None) continue;
+    Fail(numbers[i].fault, fields[places[i]], line, places[i], wafers);
+    return false;
   }
-  wafer.x.push_back(numbers[0].narrowed);
-  wafer.y.push_back(numbers[1].narrowed);
-  wafer.value.push_back(numbers[2].narrowed);
+  std::array<float, 2> position = {numbers[0].narrowed, numbers[1].narrowed};
+  if (shape.scale.x != 1 || shape.scale.y != 1 || shape.scale.polar) {
+    const Position placed = InMillimetres(numbers[0].value, numbers[1].value, shape.scale);
+    const bool fits = Attempt([&] { position = {ToFloat(placed.x), ToFloat(placed.y)}; });
+    if (!fits) {
+      Fail(NumberFault::OutOfRange, fields[places[0]], line, places[0], wafers);
+      return false;
+    }
+  }
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    Note(numbers[i], fields[places[i]], line, places[i]);
+  }
+  bool added = false;
+  for (std::size_t i = 0; i < wafers.size(); ++i) {
+    const std::size_t column = columns.values[i];
+    const ParsedNumber value = ParseNumber(fields[column]);
+    if (value.fault != NumberFault::None) {
+      Fail(value.fault, fields[column], line, column, wafers.subspan(i, 1));
+      continue;
+    }
+    Note(value, fields[column], line, column);
+    Wafer& wafer = wafers[i];
+    if (most_ && std::ssize(wafer.x) >= *most_) {
+      throw DataError({file_, line}, TooManySites(*most_));
+    }
+    wafer.x.push_back(position[0]);
+    wafer.y.push_back(position[1]);
+    wafer.value.push_back(value.narrowed);
+    added = true;
+  }
+  return added;
 }
 
 std::optional<double> SiteRows::Number(std::string_view text, std::int64_t line,
@@ -119,8 +185,10 @@ std::optional<double> SiteRows::Number(std::string_view text, std::int64_t line,
   return number.value;
 }
 
-void SiteRows::RequireSites(const Wafer& wafer, std::int64_t head_line) const {
-  if (!wafer.x.empty()) return;
+void SiteRows::RequireSites(std::span<const Wafer> wafers, std::int64_t head_line) const {
+  for (const Wafer& wafer : wafers) {
+    if (!wafer.x.empty()) return;
+  }
   throw DataError({file_, head_line},
                   "no valid site is left; check the rows and the columns chosen");
 }

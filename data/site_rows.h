@@ -4,19 +4,22 @@
 /// Turns the rows of a table into sites, and sees to what is wrong with them.
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "data/columns.h"
+#include "data/condition.h"
 #include "data/number_text.h"
-#include "data/read.h"
+#include "data/positions.h"
 
 namespace discoplan::data {
 
 /// What the head of a table says about its rows.
 struct RowShape {
   Columns columns;
+  PositionScale scale;
   std::size_t fewest = 3;  ///< columns that are due
   std::size_t most = 3;    ///< columns that may be filled
   std::int64_t line = 0;   ///< of the header or, without one, of the first row
@@ -25,7 +28,7 @@ struct RowShape {
 /// The shape of rows below `head`, the fields of a header or of the first row.
 RowShape ShapeOf(const FieldNames& head, Columns columns, std::int64_t line);
 
-/// True if `fields` are a site: enough columns, not too many, and three numbers.
+/// True if `fields` are a site: enough columns, not too many, and numbers.
 bool IsSite(const std::vector<std::string_view>& fields, const RowShape& shape);
 
 /// Counts a row that is left out; `at` is its line or the number of its site.
@@ -34,24 +37,41 @@ void CountSkipped(Reason reason, std::int64_t at, std::vector<SkippedRows>& skip
 /// Why `text` is no number and what to do about it, as an error's sentence.
 std::string FaultSentence(NumberFault fault, std::string_view text, std::string_view remedy);
 
+/// What to do about a wafer with too many sites.
+std::string TooManySites(std::int64_t most);
+
 class SiteRows {
  public:
-  /// Counts what it leaves out in `skipped`, if `skip_invalid` is set.
-  SiteRows(std::string file, bool skip_invalid, std::vector<SkippedRows>& skipped);
+  /// Counts what it leaves out in `skipped`, if that is asked for.
+  SiteRows(std::string file, const ReadRequest& request, std::vector<SkippedRows>& skipped);
 
-  /// Adds one row to `wafer`. Throws `DataError` for a row that isn't valid, unless it is skipped.
-  void Add(const std::vector<std::string_view>& fields, std::int64_t line, const RowShape& shape,
-           Wafer& wafer);
+  /// True if the row has as many columns as it must have. Throws `DataError` if it hasn't, unless
+  /// it is skipped.
+  bool HasWidth(const std::vector<std::string_view>& fields, std::int64_t line,
+                const RowShape& shape);
+  /// Adds one row of that width to `wafers`, one for each value column; false if it went into none.
+  /// Throws `DataError` for a row that isn't valid, unless it is skipped.
+  bool Add(const std::vector<std::string_view>& fields, std::int64_t line, const RowShape& shape,
+           const Condition& condition, std::span<Wafer> wafers);
   /// A number that isn't a site's, in column `column` from 0; nothing if the field is empty.
   std::optional<double> Number(std::string_view text, std::int64_t line, std::size_t column);
-  /// To be called after the last row of `wafer`; throws `DataError` if it has no sites.
-  void RequireSites(const Wafer& wafer, std::int64_t head_line) const;
+  /// To be called after the last row; throws `DataError` if no wafer has sites.
+  void RequireSites(std::span<const Wafer> wafers, std::int64_t head_line) const;
   /// To be called at the end of the file.
   void Finish() const { marks_.Finish(); }
 
  private:
+  bool Meets(const Condition& condition, const std::vector<std::string_view>& fields,
+             std::int64_t line, std::span<Wafer> wafers);
+  /// Says what is wrong with a field, or counts it.
+  void Fail(NumberFault fault, std::string_view text, std::int64_t line, std::size_t column,
+            std::span<Wafer> wafers);
+  void Note(const ParsedNumber& number, std::string_view text, std::int64_t line,
+            std::size_t column);
+
   std::string file_;
   bool skip_invalid_;
+  std::optional<std::int64_t> most_;
   std::vector<SkippedRows>& skipped_;
   DecimalMarks marks_;
 };

@@ -2,169 +2,157 @@
 #include "data/text_table.h"
 
 #include <algorithm>
-#include <array>
-#include <compare>
 #include <utility>
 
-#include "data/fields.h"
-#include "data/site_rows.h"
-#include "data/units.h"
-#include "discoplan/base/algorithms.h"
+#include "data/repeats.h"
+#include "data/table_dialect.h"
+#include "data/utf16.h"
+#include "data/wafer_groups.h"
 
 namespace discoplan::data {
 namespace {
 
-struct Separator {
-  char mark;
-  std::string_view name;
-};
-constexpr Separator kSeparators[] = {
-    {';', "semicolons"}, {'\t', "tabs"}, {',', "commas"}, {' ', "blanks"}};
-
-constexpr std::size_t kFewestColumns = 3;
-
-struct TableHead {
-  RowShape shape;
-  bool header = false;
-  Parameter parameter;
-};
+std::vector<std::size_t> GroupColumns(const ReadRequest& request, const TableHead& head) {
+  std::vector<std::size_t> columns;
+  for (const std::string& entry : request.by) columns.push_back(FindColumn(entry, head));
+  return columns;
+}
 
 class TableReader {
  public:
   TableReader(const ReadRequest& request, LineReader& lines)
-      : request_(request), lines_(lines), sample_(lines.Ahead()) {
-    if (!request.columns.empty()) requested_ = RequestedColumns(request.columns, lines.file());
-  }
+      : request_(request),
+        lines_(lines),
+        wish_(request, lines.file()),
+        start_(FindStart(request, wish_, lines.file(), lines.Ahead())),
+        by_(GroupColumns(request, start_.Head())),
+        choice_(request.wafers, lines.file()),
+        groups_(by_, request.path.stem().string(), start_.shape.columns.values.size(), choice_),
+        rows_(lines.file(), request, lot_.skipped) {}
 
   Lot Read();
+  const PositionScale& scale() const { return start_.shape.scale; }
 
  private:
-  // How well a separator goes with the first lines, in the order of weight.
-  struct Fit {
-    std::size_t sites = 0;
-    std::size_t wide_lines = 0;
-    std::size_t fields = 0;
-
-    auto operator<=>(const Fit&) const = default;
-  };
-
-  [[noreturn]] void RefuseNarrow(Dialect dialect) const;
-  TableHead FindHead(Dialect dialect) const;
-  Fit FitOf(Dialect dialect) const;
-  Dialect FindDialect() const;
+  void ReadRows(const Condition& condition);
+  void RefuseOneWafer() const;
+  void JudgeRepeats();
+  std::string TellersText() const;
 
   const ReadRequest& request_;
   LineReader& lines_;
-  const std::deque<TextLine>& sample_;
-  FieldNames requested_;
+  ColumnWish wish_;
+  TableStart start_;
+  std::vector<std::size_t> by_;
+  Lot lot_;
+  WaferChoice choice_;
+  WaferGroups groups_;
+  SiteRows rows_;
+  KeptRows kept_;
 };
 
-void TableReader::RefuseNarrow(Dialect dialect) const {
-  FieldNames fields;
-  const auto first = FindIf(sample_, [&](const TextLine& line) {
-    SplitFields(line.text, dialect, fields);
-    return FilledWidth(fields) > 0;
-  });
-  const bool any = first != sample_.end();
-  throw DataError({lines_.file(), any ? first->number : 0},
-                  (any ? Counted(fields.size(), "column") : "no column") +
-                      " where at least 3 are due; separate X, Y and value by commas, semicolons, "
-                      "tabs or blanks");
+void TableReader::RefuseOneWafer() const {
+  if (request_.wafers.empty() || !by_.empty()) return;
+  throw DataError({lines_.file()},
+                  "the table is taken for one wafer; name the columns that tell its wafers apart "
+                  "with --by, or leave out --wafer");
 }
 
-// The head is the first line with enough columns; shorter ones before it are rows gone wrong.
-TableHead TableReader::FindHead(Dialect dialect) const {
-  FieldNames fields;
-  const auto wide = FindIf(sample_, [&](const TextLine& line) {
-    SplitOrThrow(line, lines_.file(), dialect, fields);
-    return fields.size() >= kFewestColumns && FilledWidth(fields) > 0;
-  });
-  if (wide == sample_.end()) RefuseNarrow(dialect);
-  const bool any_number = AnyOf(fields, [](std::string_view field) {
-    const NumberFault fault = ParseNumber(field).fault;
-    return fault != NumberFault::Text && fault != NumberFault::Empty;
-  });
-  const bool header = !any_number || NamesColumns(fields, requested_);
-  const Place place{lines_.file(), wide->number};
-  Columns columns;
-  if (!requested_.empty()) {
-    columns = FindColumns(fields, header, requested_, place);
-  } else if (header) {
-    columns = GuessColumns(fields, ValueChoice::Only, place);
-  }
-  Parameter parameter{"Value", ""};
-  if (header) {
-    const Heading value = SplitHeading(fields[columns.value]);
-    parameter = {std::string(value.name), std::string(value.unit)};
-  }
-  return {ShapeOf(fields, columns, wide->number), header, parameter};
-}
-
-TableReader::Fit TableReader::FitOf(Dialect dialect) const {
-  Fit fit;
+void TableReader::ReadRows(const Condition& condition) {
+  TextLine line;
   std::vector<std::string_view> fields;
-  for (const TextLine& line : sample_) {
-    SplitFields(line.text, dialect, fields);
-    fit.wide_lines += fields.size() >= kFewestColumns;
-    fit.fields += fields.size();
-    // "1 , 2 , 3" isn't separated by blanks.
-    const bool lone_mark =
-        AnyOf(fields, [](std::string_view field) { return field == "," || field == ";"; });
-    if (dialect.separator == ' ' && lone_mark) return {};
-  }
+  const bool keeps = by_.empty() && lot_.parameters.size() == 1;
   try {
-    const RowShape shape = FindHead(dialect).shape;
-    for (const TextLine& line : sample_) {
-      fit.sites += SplitFields(line.text, dialect, fields) == 0 && IsSite(fields, shape);
+    while (lines_.Next(line)) {
+      if (line.number <= start_.last_line) continue;
+      SplitOrThrow(line, lines_.file(), start_.dialect, fields);
+      if (FilledWidth(fields) == 0 || !rows_.HasWidth(fields, line.number, start_.shape)) continue;
+      const std::span<Wafer> wafers = groups_.Of(fields);
+      if (wafers.empty()) continue;
+      if (rows_.Add(fields, line.number, start_.shape, condition, wafers) && keeps) {
+        kept_.Add(line.text);
+      }
     }
   } catch (const DataError&) {
-    fit.sites = 0;
+    // Too many sites may be those of several wafers.
+    lot_.wafers = groups_.Take();
+    if (!lot_.wafers.empty() && std::ssize(lot_.wafers[0].x) >= request_.most_sites) JudgeRepeats();
+    throw;
   }
-  return fit;
 }
 
-Dialect TableReader::FindDialect() const {
-  std::array<Fit, std::size(kSeparators)> fits;
-  Transform(kSeparators, fits.begin(),
-            [&](const Separator& separator) { return FitOf({separator.mark}); });
-  const std::size_t best = static_cast<std::size_t>(MaxElement(fits) - fits.begin());
-  std::size_t rival = 0;
-  while (rival < fits.size() && (rival == best || fits[rival].sites != fits[best].sites)) ++rival;
-  if (rival == fits.size() || fits[best].sites == 0) return {kSeparators[best].mark};
-  throw DataError({lines_.file()}, "the columns may be separated by " +
-                                       std::string(kSeparators[best].name) + " or by " +
-                                       std::string(kSeparators[rival].name) +
-                                       "; put quotes around the fields that hold either");
+std::string TableReader::TellersText() const {
+  std::vector<std::size_t> known = {start_.shape.columns.x, start_.shape.columns.y};
+  if (!wish_.all_values) known.push_back(start_.shape.columns.values[0]);
+  std::vector<std::string> texts;
+  for (const auto& columns : kept_.Tellers(lot_.wafers[0], start_.dialect, known)) {
+    std::string text;
+    for (const std::size_t column : columns) {
+      const bool named = start_.header && !start_.names[column].empty();
+      text += (text.empty() ? "" : ",") +
+              (named ? Printable(Utf8(start_.names[column])) : std::to_string(column + 1));
+    }
+    texts.push_back(std::move(text));
+  }
+  if (texts.empty()) return {};
+  std::string list = texts[0];
+  for (std::size_t i = 1; i < texts.size(); ++i) {
+    list += (i + 1 == texts.size() ? " or " : ", ") + texts[i];
+  }
+  return list;
+}
+
+/// Rows of several wafers taken for one would give a false map; a few sites measured twice don't.
+void TableReader::JudgeRepeats() {
+  for (const Wafer& wafer : lot_.wafers) {
+    const std::size_t repeats = RepeatedSites(wafer.x, wafer.y);
+    if (repeats == 0) continue;
+    const std::string tellers = by_.empty() && wafer.parameter == 0 ? TellersText() : std::string();
+    const std::string count = std::to_string(repeats) + " of " + Counted(wafer.x.size(), "site");
+    const std::string of = by_.empty() ? "" : " of wafer " + Shown(wafer.name);
+    if (!tellers.empty()) {
+      throw DataError({lines_.file()},
+                      count + " repeat a position; tell the wafers apart by --by " + tellers);
+    }
+    if (2 * repeats >= wafer.x.size()) {
+      throw DataError({lines_.file()}, count + of +
+                                           " repeat a position; tell the wafers apart by --by and "
+                                           "the columns that do, or split the file");
+    }
+    lot_.warnings.push_back(count + of + " repeat" + (repeats == 1 ? "s" : "") +
+                            " a position; each of them is taken for a site of its own");
+  }
 }
 
 Lot TableReader::Read() {
-  const Dialect dialect = FindDialect();
-  const auto [shape, header, parameter] = FindHead(dialect);
-  Lot result;
-  result.parameters = {parameter};
-  Wafer wafer;
-  wafer.name = request_.path.stem().string();
-  // Memory that nothing is written to costs nothing, and growing costs twice.
-  for (std::vector<float>* column : {&wafer.x, &wafer.y, &wafer.value}) column->reserve(kMostSites);
-  SiteRows rows(lines_.file(), request_.skip_invalid, result.skipped);
-  TextLine line;
-  std::vector<std::string_view> fields;
-  while (lines_.Next(line)) {
-    SplitOrThrow(line, lines_.file(), dialect, fields);
-    const bool is_header = header && line.number == shape.line;
-    if (is_header || FilledWidth(fields) == 0) continue;
-    rows.Add(fields, line.number, shape, wafer);
+  RefuseOneWafer();
+  const TableHead head = start_.Head();
+  const FieldNames units(start_.units.begin(), start_.units.end());
+  lot_.parameters = ParametersOf(head, start_.shape.columns, units);
+  for (const std::size_t column : by_) {
+    lot_.keys.push_back(start_.header ? Utf8(start_.names[column])
+                                      : "column " + std::to_string(column + 1));
   }
-  rows.Finish();
-  rows.RequireSites(wafer, header ? shape.line : 0);
-  result.wafers.push_back(std::move(wafer));
-  return result;
+  const Condition condition =
+      request_.where.empty() ? Condition() : Condition(request_.where, head);
+  ReadRows(condition);
+  rows_.Finish();
+  choice_.RequireAll();
+  lot_.wafers = groups_.Take();
+  if (lot_.wafers.empty() && condition.IsGiven()) {
+    throw DataError({lines_.file()}, "no row is left that --where asks for; loosen it");
+  }
+  rows_.RequireSites(lot_.wafers, start_.header ? start_.place.line : 0);
+  JudgeRepeats();
+  return std::move(lot_);
 }
 
 }  // namespace
 
-Lot ReadTextTable(const ReadRequest& request, LineReader& lines) {
-  return TableReader(request, lines).Read();
+Lot ReadTextTable(const ReadRequest& request, LineReader& lines, PositionScale& scale) {
+  TableReader reader(request, lines);
+  scale = reader.scale();
+  return reader.Read();
 }
 
 }  // namespace discoplan::data

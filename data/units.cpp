@@ -75,7 +75,10 @@ Heading SplitHeading(std::string_view text) {
   text = Trimmed(text);
   const std::size_t open = OpenBracket(text);
   if (open != std::string_view::npos && open > 0) {
-    return {Trimmed(text.substr(0, open)), Trimmed(text.substr(open + 1, text.size() - open - 2))};
+    const std::string_view unit = Trimmed(text.substr(open + 1, text.size() - open - 2));
+    const bool is_number = unit.empty() || (unit.front() >= '0' && unit.front() <= '9');
+    if (is_number) return {text, {}};
+    return {Trimmed(text.substr(0, open)), unit};
   }
   const std::size_t mark = text.find_last_of("_,");
   if (mark != std::string_view::npos && mark > 0) {

@@ -47,11 +47,7 @@ void AddBesideCommands(CLI::App& program);
 /// Puts a line for people on standard error, without harm to a terminal.
 void Warn(std::string_view text);
 
-/// The options that say how to read data, and DATA with them.
-void AddReadingOptions(CLI::App& command, ReadRequest& request);
-void AddDataOptions(CLI::App& command, ReadRequest& request);
-
-/// Reads the data and tells on standard error what was left out.
+/// Reads the data and tells on standard error what can't be read and what looks wrong.
 Lot ReadReporting(const ReadRequest& request);
 
 }  // namespace discoplan::app

@@ -57,7 +57,7 @@ void RefuseFarSites(const PictureRequest& request, const Wafer& measured, double
     throw CommandError(source + ": a site is " + distance + ", outside a wafer of " +
                        figures::NumberText(diameter, 6) + " mm across; give a larger --diameter");
   }
-  if (farthest > 1000 && !request.plot.diameter) {
+  if (farthest > 1000 && !request.data.diameter) {
     throw CommandError(source + ": a site is " + distance +
                        "; positions are millimetres, scale them, or give --diameter if they are");
   }
@@ -67,10 +67,8 @@ WaferPlot PlotOf(const PictureRequest& request, const Lot& lot, const Wafer& mea
   const LookRequest& look = request.look;
   WaferPlot plot;
   plot.sites = {measured.x, measured.y, measured.value};
-  plot.diameter = request.plot.diameter.value_or(measured.diameter);
-  const double margin = static_cast<double>(measured.diameter) - measured.test_diameter;
-  const double inside = plot.diameter - margin > 0 ? plot.diameter - margin : plot.diameter;
-  const double test = request.plot.test_diameter.value_or(static_cast<float>(inside));
+  plot.diameter = measured.diameter;
+  const double test = measured.test_diameter;
   if (test > plot.diameter) {
     throw UsageError("--test-diameter: " + figures::NumberText(test, 6) +
                      " mm is more than the wafer's " + figures::NumberText(plot.diameter, 6) +
@@ -89,9 +87,10 @@ WaferPlot PlotOf(const PictureRequest& request, const Lot& lot, const Wafer& mea
   plot.quantity = look.quantity.empty() ? parameter.name : look.quantity;
   plot.unit = look.units.empty() ? parameter.unit : look.units;
   if (!measured.left_out.empty()) plot.left_out = measured.SitesText();
-  if (!request.plot.limits.empty()) {
-    plot.low = request.plot.limits[0];
-    plot.high = request.plot.limits[1];
+  const std::string source = SourceOf(request.data.path.string(), measured);
+  if (const auto limits = LimitsFor(request.plot, source, measured)) {
+    plot.low = limits->first;
+    plot.high = limits->second;
   }
   RefuseFarSites(request, measured, plot.diameter);
   return plot;

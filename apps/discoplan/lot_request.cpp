@@ -2,6 +2,7 @@
 #include "apps/discoplan/lot_request.h"
 
 #include "apps/discoplan/checks.h"
+#include "apps/discoplan/data_options.h"
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/progress.h"
 

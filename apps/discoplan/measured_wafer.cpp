@@ -11,6 +11,7 @@ std::string Millimetres(double length) { return PlainNumber(static_cast<float>(l
 }  // namespace
 
 std::string SourceOf(const std::string& file, const Wafer& measured) {
+  if (!measured.keys.empty()) return file + ": wafer " + Shown(measured.name);
   return measured.slot ? file + ": slot " + std::to_string(*measured.slot) : file;
 }
 

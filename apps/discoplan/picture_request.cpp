@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "apps/discoplan/checks.h"
+#include "apps/discoplan/data_options.h"
 #include "discoplan/figures/colour_map.h"
 
 namespace discoplan::app {

@@ -8,6 +8,8 @@
 #include "apps/discoplan/measured_wafer.h"
 #include "apps/discoplan/member_text.h"
 #include "apps/discoplan/output.h"
+#include "data/exclusions.h"
+#include "data/wafer_choice.h"
 #include "discoplan/base/algorithms.h"
 #include "discoplan/base/numbers.h"
 #include "discoplan/controls/lattice_control.h"
@@ -34,20 +36,27 @@ void RefuseOtherUnits(const std::string& source, const Wafer& measured) {
                      "--diameter if they are");
 }
 
-void TakeDiameters(PlotControl& control, const PlotRequest& request) {
+void TakeDiameters(PlotControl& control, const ReadRequest& request) {
   if (request.diameter) {
     const float margin = control.WaferDiameter() - control.TestDiameter();
-    const float inside = *request.diameter - margin;
-    control.WaferDiameter(*request.diameter);
-    control.TestDiameter(inside > 0 ? inside : *request.diameter);
+    const auto diameter = static_cast<float>(*request.diameter);
+    const float inside = diameter - margin;
+    control.WaferDiameter(diameter);
+    control.TestDiameter(inside > 0 ? inside : diameter);
+  }
+  if (request.edge_exclusion) {
+    const auto exclusion = static_cast<float>(*request.edge_exclusion);
+    control.TestDiameter(std::max(control.WaferDiameter() - 2 * exclusion, 0.0F));
   }
   if (!request.test_diameter) return;
-  if (*request.test_diameter > control.WaferDiameter()) {
-    throw UsageError("--test-diameter: " + PlainNumber(*request.test_diameter) +
+  const auto test_diameter = static_cast<float>(*request.test_diameter);
+  if (test_diameter > control.WaferDiameter()) {
+    throw UsageError("--test-diameter: " + PlainNumber(test_diameter) +
                      " mm is more than the wafer's " + PlainNumber(control.WaferDiameter()) +
                      " mm; give less, or a larger --diameter");
   }
-  control.TestDiameter(*request.test_diameter);
+  control.TestDiameter(request.edge_exclusion ? std::min(control.TestDiameter(), test_diameter)
+                                              : test_diameter);
 }
 
 /// Cell side in mm: the time that a surface takes grows with the square of its lines, of which
@@ -64,22 +73,33 @@ void RefuseFineSurface(const PlotControl& control) {
                    PlainNumber(finest) + " mm, a thousandth of the wafer's diameter; give more");
 }
 
-void SetUp(PlotControl& control, const PlotRequest& request, const std::string& source,
-           const Wafer& measured) {
+/// With what was left out, since nobody can see that in a map.
+std::string CaptionOf(const std::string& title, const Wafer& measured) {
+  if (measured.left_out.empty()) return title;
+  return title + (title.empty() ? "" : ": ") + measured.SitesText();
+}
+
+struct Measured {
+  const ReadRequest& request;
+  const std::string& source;
+  const Wafer& wafer;
+};
+
+void SetUp(PlotControl& control, const PlotRequest& request, const Measured& measured) {
   const bool fits = request.settings.empty();
   if (fits) {
-    if (!request.diameter) RefuseOtherUnits(source, measured);
+    if (!measured.request.diameter) RefuseOtherUnits(measured.source, measured.wafer);
     control.InitProperties();
-    FitSize(control, measured);
+    FitSize(control, measured.wafer);
   } else {
     ReadSettings(control, request.settings);
   }
-  TakeDiameters(control, request);
-  if (fits) FitLook(control, measured);
+  TakeDiameters(control, measured.request);
+  if (fits) FitLook(control, measured.wafer);
   if (request.style) {
     control.WaferStyle(*request.style == "flat" ? WaferSt::Flat : WaferSt::Notch);
   }
-  if (request.caption) control.PlotCaption(*request.caption);
+  if (request.caption) control.PlotCaption(CaptionOf(*request.caption, measured.wafer));
   for (const std::string& assignment : request.assignments) SetMember(control, assignment);
   if (request.no_legend) control.HideLegend(true);
   RefuseFineSurface(control);
@@ -104,7 +124,46 @@ std::vector<std::string> ColourMembers(const PlotControl& control) {
   return names;
 }
 
-void TakeLimits(const std::vector<float>& limits, PlotRequest& request) {
+/// "9.5" or, as a part of the values, "1%".
+struct Limit {
+  double number = 0;
+  bool is_percent = false;
+};
+
+Limit LimitIn(std::string text) {
+  Limit limit;
+  limit.is_percent = text.ends_with('%');
+  if (limit.is_percent) text.pop_back();
+  CLI::detail::lexical_cast(text, limit.number);
+  return limit;
+}
+
+CLI::Validator LimitText() {
+  return CLI::Validator(
+      [](std::string& text) -> std::string {
+        const Limit limit = LimitIn(text);
+        if (!limit.is_percent) return FiniteNumber()(text);
+        std::string number = text.substr(0, text.size() - 1);
+        const bool fits =
+            FiniteNumber()(number).empty() && limit.number >= 0 && limit.number <= 100;
+        return fits ? "" : "takes a percentage from 0% to 100%, not '" + text + "'";
+      },
+      "");
+}
+
+void ParseLimits(const std::vector<std::string>& texts, PlotRequest& request) {
+  const Limit low = LimitIn(texts[0]);
+  const Limit high = LimitIn(texts[1]);
+  if (low.is_percent != high.is_percent) {
+    throw UsageError("--limits takes two numbers or two percentages, as in --limits 1% 99%");
+  }
+  if (!(low.number < high.number)) throw UsageError("--limits takes LOW HIGH with LOW below HIGH");
+  if (low.is_percent) {
+    request.limit_percents = {low.number, high.number};
+    return;
+  }
+  const std::vector<float> limits = {static_cast<float>(low.number),
+                                     static_cast<float>(high.number)};
   if (!(limits[0] < limits[1])) throw UsageError("--limits takes LOW HIGH with LOW below HIGH");
   const bool fits = Attempt([&] {
     ToFloat(static_cast<double>(limits[1]) - limits[0]);
@@ -116,6 +175,20 @@ void TakeLimits(const std::vector<float>& limits, PlotRequest& request) {
 
 }  // namespace
 
+std::optional<std::pair<float, float>> LimitsFor(const PlotRequest& request,
+                                                 const std::string& source, const Wafer& measured) {
+  if (!request.limits.empty()) return std::pair{request.limits[0], request.limits[1]};
+  if (request.limit_percents.empty()) return {};
+  const auto at = [&](double percent) {
+    return static_cast<float>(data::Quantile(measured.value, percent / 100));
+  };
+  const float low = at(request.limit_percents[0]);
+  const float high = at(request.limit_percents[1]);
+  if (low < high) return std::pair{low, high};
+  throw CommandError(source + ": all values between these --limits are " + PlainNumber(low) +
+                     "; give percentages farther apart, or numbers");
+}
+
 void AddPlotOptions(CLI::App& command, PlotRequest& request) {
   command
       .add_option("--kind", request.kinds,
@@ -124,23 +197,15 @@ void AddPlotOptions(CLI::App& command, PlotRequest& request) {
       ->type_name("KIND")
       ->allow_extra_args(false)
       ->capture_default_str();
-  command
-      .add_option("--diameter", request.diameter,
-                  "Wafer's diameter in mm; the smallest standard one that holds all sites "
-                  "otherwise")
-      ->check(PositiveNumber());
-  command
-      .add_option("--test-diameter", request.test_diameter,
-                  "Diameter of the measured area in mm; 6 less than the wafer's otherwise")
-      ->check(PositiveNumber());
   command.add_option("--style", request.style, "Mark of the orientation; notch otherwise")
       ->check(CLI::IsMember({"notch", "flat"}));
   command
-      .add_option_function<std::vector<float>>(
-          "--limits", [&request](const std::vector<float>& limits) { TakeLimits(limits, request); },
-          "Pin the colour scale")
+      .add_option_function<std::vector<std::string>>(
+          "--limits",
+          [&request](const std::vector<std::string>& texts) { ParseLimits(texts, request); },
+          "Pin the colour scale, to values or to percentages of them as 1% 99%")
       ->expected(2)
-      ->check(FiniteNumber())
+      ->check(LimitText())
       ->type_name("LOW HIGH");
   command.add_option("--set", request.assignments, "Set any writable member of the plot")
       ->type_name("NAME=VALUE")
@@ -186,7 +251,7 @@ PlotKinds KindsOf(const PlotRequest& request) {
 void FitSize(PlotControl& control, const Wafer& measured) {
   control.WaferDiameter(measured.diameter);
   control.TestDiameter(measured.test_diameter);
-  control.PlotCaption(measured.name);
+  control.PlotCaption(CaptionOf(measured.name, measured));
 }
 
 void FitLook(PlotControl& control, const Wafer& measured) {
@@ -211,10 +276,12 @@ std::unique_ptr<PlotControl> LoadedControl(const ControlClass& kind, const PlotR
   const std::string source = SourceOf(data.path.string(), measured);
   std::unique_ptr<PlotControl> control = kind.make(stage.platform, nullptr);
   control->UseWorkers(request.workers);
-  SetUp(*control, request, source, measured);
+  SetUp(*control, request, {data, source, measured});
   control->SetSize(stage.width, stage.height);
   LoadSites(*control, source, measured);
-  if (!request.limits.empty()) control->SetPlotLimit(request.limits[0], request.limits[1]);
+  if (const auto limits = LimitsFor(request, source, measured)) {
+    control->SetPlotLimit(limits->first, limits->second);
+  }
   return control;
 }
 
@@ -251,14 +318,17 @@ void WarnByMessages(HeadlessHost& host, const ReadRequest& data) {
       [file = data.path.string()](const Message& message) { Warn(file + ": " + message.text); });
 }
 
-const Wafer& OnlyWafer(const Lot& data, const ReadRequest& request) {
-  if (data.wafers.size() == 1) return data.wafers.front();
-  std::string slots;
-  for (const Wafer& measured : data.wafers) {
-    slots += (slots.empty() ? "" : ", ") + std::to_string(measured.slot.value_or(0));
+const Wafer& OnlyWafer(const Lot& lot, const ReadRequest& request) {
+  const std::string file = request.path.string();
+  if (lot.parameters.size() > 1) {
+    std::vector<std::string> names;
+    for (const data::Parameter& parameter : lot.parameters) names.push_back(Shown(parameter.name));
+    throw CommandError(file + ": " + std::to_string(names.size()) +
+                       " values are read; choose one by --parameter, from " + Listed(names));
   }
-  throw CommandError(request.path.string() + ": has " + std::to_string(data.wafers.size()) +
-                     " wafers; choose one by --wafer, from slots " + slots);
+  if (lot.wafers.size() == 1) return lot.wafers.front();
+  throw CommandError(file + ": has " + std::to_string(lot.wafers.size()) +
+                     " wafers; choose one by --wafer, from " + data::ChoiceText(lot.wafers));
 }
 
 }  // namespace discoplan::app

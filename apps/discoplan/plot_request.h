@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "apps/discoplan/command.h"
@@ -17,10 +18,9 @@ namespace discoplan::app {
 
 struct PlotRequest {
   std::vector<std::string> kinds = {"2D"};
-  std::optional<float> diameter;
-  std::optional<float> test_diameter;
   std::optional<std::string> style;
   std::vector<float> limits;
+  std::vector<double> limit_percents;  ///< of the values, in place of limits
   std::vector<std::string> assignments;
   std::optional<std::string> caption;
   bool no_legend = false;
@@ -62,6 +62,11 @@ std::unique_ptr<PlotControl> LoadedControl(const ControlClass& kind, const PlotR
 /// Gives the ten classes of a coloured plot the colours of a map, if one is named.
 void TakeColours(PlotControl& control, const std::string& colours);
 
+/// The limits asked for, as numbers or as percentages of the values. Raises `CommandError` if the
+/// values between the percentages are all the same.
+std::optional<std::pair<float, float>> LimitsFor(const PlotRequest& request,
+                                                 const std::string& source, const Wafer& measured);
+
 /// Writes the settings if that is asked for: at the end, when nothing else has failed.
 void SaveSettings(const PlotRequest& request, PlotControl& control);
 
@@ -72,6 +77,6 @@ void WarnOfEmptyPlots(const PlotKinds& kinds, const ReadRequest& data, const Waf
 void WarnByMessages(HeadlessHost& host, const ReadRequest& data);
 
 /// The wafer of data that must have only one. Raises `CommandError` for others.
-const Wafer& OnlyWafer(const Lot& data, const ReadRequest& request);
+const Wafer& OnlyWafer(const Lot& lot, const ReadRequest& request);
 
 }  // namespace discoplan::app

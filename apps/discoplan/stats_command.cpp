@@ -3,6 +3,7 @@
 #include <string>
 
 #include "apps/discoplan/command.h"
+#include "apps/discoplan/data_options.h"
 #include "apps/discoplan/derive.h"
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/stats_table.h"

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "apps/discoplan/checks.h"
+#include "apps/discoplan/data_options.h"
 #include "apps/discoplan/derive.h"
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/plot_request.h"
@@ -40,6 +41,8 @@ struct ReportRequest {
 struct MeasuredPage {
   std::string file;
   ReadRequest reading;
+  data::Parameter parameter;
+  bool named = false;  // its parameter, where that isn't plain
   Wafer measured;
 };
 
@@ -50,7 +53,11 @@ std::vector<MeasuredPage> ReadAll(const ReportRequest& request) {
     ReadRequest reading = request.reading;
     reading.path = file;
     Lot data = ReadDerived(reading, request.derive);
-    for (Wafer& measured : data.wafers) pages.push_back({file, reading, std::move(measured)});
+    for (Wafer& measured : data.wafers) {
+      const data::Parameter& parameter = data.parameters[measured.parameter];
+      pages.push_back({file, reading, parameter,
+                       data.parameters.size() > 1 || !parameter.unit.empty(), std::move(measured)});
+    }
   }
   return pages;
 }
@@ -74,7 +81,10 @@ class ReportPrinter {
     std::string line = request_.lot.empty() ? "" : "Lot " + request_.lot + "    ";
     line += "Wafer " + (request_.wafer.empty() ? page.measured.name : request_.wafer);
     line += "    " + std::filesystem::path(page.file).filename().string();
-    PrintReportPage(paper, size_, {request_.title, line, request_.units}, plots);
+    if (page.named) line += "    " + page.parameter.Caption();
+    if (!page.measured.left_out.empty()) line += "    " + page.measured.SitesText();
+    const std::string& units = request_.units.empty() ? page.parameter.unit : request_.units;
+    PrintReportPage(paper, size_, {request_.title, line, units}, plots);
   }
 
   PlotControl& LastPlot() { return *controls_.back(); }
@@ -139,7 +149,8 @@ void AddReportCommand(CLI::App& program) {
   command->add_option("--lot", request->lot, "Identification of the lot");
   command->add_option("--wafer-id", request->wafer,
                       "Identification of the wafer; its name in the data otherwise");
-  command->add_option("--units", request->units, "Unit of the values");
+  command->add_option("--units", request->units,
+                      "Unit of the values; as the data give it otherwise");
   command->footer(
       "Examples:\n"
       "  discoplan report sites.csv -o report.pdf --units nm\n"

@@ -5,6 +5,7 @@
 
 #include "apps/discoplan/checks.h"
 #include "apps/discoplan/command.h"
+#include "apps/discoplan/data_options.h"
 #include "apps/discoplan/run.h"
 #include "apps/view/workbench.h"
 

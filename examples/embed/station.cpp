@@ -41,10 +41,12 @@ int main(int argc, char** argv) {
 
   auto* map = new Plot2DWidget(plots);
   map->setWaferDiameter(300);
+  map->setTestDiameter(294);
   map->setResolution(2);
   map->setPlotCaption("Thickness (nm)");
   auto* histogram = new HistoWidget(plots);
   histogram->setWaferDiameter(300);
+  histogram->setTestDiameter(294);
   const auto measure = [&, run = 0]() mutable {
     const Measurement measured(++run);
     for (PlotWidget* plot : std::initializer_list<PlotWidget*>{map, histogram}) {

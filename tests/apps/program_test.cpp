@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 class Program : public ProgramFixture {};
 
 TEST_F(Program, PlotsEachFormOfData) {
-  Write("plain.csv", "0,0,1\n10,0,2\n0,10,3\n-10,0,4\n0,-10,5\n");
+  Write("plain.csv", "X (mm),Y (mm),Value\n0,0,1\n10,0,2\n0,10,3\n-10,0,4\n0,-10,5\n");
   for (const std::string& data :
        {kLot + " --wafer 7", kFilm + " --columns X,Y,slot3", std::string("plain.csv")}) {
     fs::remove(folder_ / "map.png");
@@ -143,7 +143,7 @@ TEST_P(ProgramComplains, InOneLineAndLeavesNoFile) {
   Write("short.csv", "X,Y,V\n0,0,1\n1,1\n");
   Write("text.csv", "X,Y,V\n0,0,1\n1,abc,2\n");
   Write("nan.csv", "X,Y,V\n0,0,1\n1,1,inf\n");
-  Write("ok.csv", "X,Y,V\n0,0,1\n1,1,2\n2,2,3\n3,1,4\n");
+  Write("ok.csv", "X (mm),Y (mm),V\n0,0,1\n1,1,2\n2,2,3\n3,1,4\n");
   Write("large.json", "{\"StdResx2D\": 1e400}");
   Write("far.csv", "0 0 1\n1 1 2\n2 2 3\n3 3 4\n4 4 5\n5 5 6\n6 6 7\n7 7 8\n8 8 9\n90 0 10\n");
   fs::create_directory(folder_ / "folder");

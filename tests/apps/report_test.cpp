@@ -61,7 +61,7 @@ TEST_F(Report, GivesEachWaferAPage) {
 }
 
 TEST_F(Report, TakesPapersAndSeveralFiles) {
-  Write("plain.csv", "0,0,1\n10,0,2\n0,10,3\n-10,0,4\n0,-10,5\n");
+  Write("plain.csv", "X (mm),Y (mm),Value\n0,0,1\n10,0,2\n0,10,3\n-10,0,4\n0,-10,5\n");
   const struct {
     const char* options;
     const char* size;
@@ -111,7 +111,7 @@ TEST_F(Report, KeepsTextsInTheirFramesAndApart) {
 
 TEST_F(Report, LeavesNoFileBehindWhatFails) {
   Write("bad.csv", "0,0,1\n10,0,x\n");
-  Write("good.csv", "0,0,1\n10,0,2\n0,10,3\n-10,0,4\n");
+  Write("good.csv", "X (mm),Y (mm),Value\n0,0,1\n10,0,2\n0,10,3\n-10,0,4\n");
   const struct {
     std::string arguments;
     int status;

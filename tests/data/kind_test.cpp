@@ -129,19 +129,22 @@ TEST(DataKind, RefusesWhatIsNeitherAndOptionsThatDontFit) {
       {"UTF-16, little-endian",
        "\xFF\xFE"
        "1\0,\0"
-       "2\0,\0"s,
-       "a: the text is UTF-16; save it as UTF-8"},
-      {"UTF-16, big-endian", "\xFE\xFF\0001\0,\0002\0,"s,
-       "a: the text is UTF-16; save it as UTF-8"},
-      {"spreadsheet", "PK\x03\x04" + std::string(20, '\0'),
-       "a: this is a spreadsheet or another zip archive; save the data as comma separated text"},
+       "2\0,\0"
+       "3\0"s,
+       "1,2,3"},
+      {"UTF-16, big-endian",
+       "\xFE\xFF"
+       "\0001\0,\0002\0,\0003"s,
+       "1,2,3"},
       {"sites of a text",
        "1,2,3\n",
        "a: the file is a text; leave out --sites, it's for binary files",
        {.sites = 1}},
       {"slot of a table",
        "1,2,3\n",
-       "a: the file has one wafer without a slot; leave out --wafer",
+       "a: the table is taken for one wafer; name the columns that tell its wafers apart with "
+       "--by, "
+       "or leave out --wafer",
        {.wafers = {"1"}}},
       {"slot of a binary file",
        Binary({1, 2, 3}),

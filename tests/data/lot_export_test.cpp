@@ -194,7 +194,8 @@ TEST(LotExport, HoldsAtMost32767SitesAWafer) {
   const std::string above = kKeys + kTable + rows + "1,7,0.9,1,2\n";
   // Three lines of head and 32767 rows stand before it.
   EXPECT_EQ(Outcome({.path = folder.Write("lot.csv", above)}),
-            "lot.csv:32771: a wafer holds at most 32767 sites; leave out some or split the file");
+            "lot.csv:32771: a wafer holds at most 32767 sites; use --thin for a regular "
+            "subset of them, or split the file");
 }
 
 TEST(LotExport, EndsCleanlyWhereverTheExampleIsCutOff) {

@@ -38,8 +38,9 @@ TEST(DataTable, ReadsAllWaysToWriteATable) {
       {"CRLF", "X,Y,Z\r\n1,2,3\r\n\r\n", "1,2,3"},
       {"CR alone", "X,Y,Z\r1,2,3\r4,5,6\r", "1,2,3 4,5,6"},
       {"byte order mark", "\xEF\xBB\xBFX,Y,Z\n1,2,3\n", "1,2,3"},
-      {"comments", "# lot 5\n1,2,3 # center\n  # 9,9,9\n4,5,6,# edge\n", "1,2,3 4,5,6"},
-      {"comment behind blanks", "1 2 3 # center\n4 5 6\n", "1,2,3 4,5,6"},
+      {"comments", "# lot 5\n1,2,3\n  # 9,9,9\n4,5,6\n", "1,2,3 4,5,6"},
+      {"a column called #", "#,X,Y,Value\n7,1,2,3\n", "1,2,3"},
+      {"a title above the table", "Lot\nX,Y,Z\n1,2,3\n", "1,2,3"},
       {"a sign for number is no comment", "Site #,X,Y,Value\n7,1,2,3\n", "1,2,3"},
       {"quotes", "\"X\",\"Y\",\"Value\"\n\"1\",2 , \"3\" \n", "1,2,3"},
       {"a separator in quotes", "X,Y,Z,Note\n1,2,3,\"a,b\"\n", "1,2,3"},
@@ -116,11 +117,12 @@ TEST(DataTable, RefusesWhatHasNoClearColumns) {
        "a.csv:1: there is no header line with a column 'X'; "
        "choose columns by number, as in --columns 1,2,3",
        "X,Y,Z"},
-      {"two entries", "1,2,3\n",
-       "a.csv: --columns '1,2' doesn't name three columns; write it like --columns X,Y,VALUE",
-       "1,2"},
+      {"one entry", "1,2,3\n",
+       "a.csv: --columns '1' doesn't name two or more columns; write it like --columns X,Y,VALUE",
+       "1"},
       {"an empty entry", "1,2,3\n",
-       "a.csv: --columns '1,,2' doesn't name three columns; write it like --columns X,Y,VALUE",
+       "a.csv: --columns '1,,2' doesn't name two or more columns; write it like --columns "
+       "X,Y,VALUE",
        "1,,2"},
       {"either separator would do", "x,x,x,1,2,3,y;y;y;4;5;6\n",
        "a.csv: the columns may be separated by commas or by semicolons; "
@@ -174,7 +176,10 @@ TEST(DataTable, RefusesBadRows) {
       {"too few columns", "1,2,3\n4,5\n", "a.csv:2: 2 columns where 3" + complete},
       {"fewer columns than the header", "X,Y,Z,A,B\n1,2,3,4\n",
        "a.csv:2: 4 columns where 5" + complete},
-      {"a title above the table", "Lot\nX,Y,Z\n1,2,3\n", "a.csv:1: 1 column where 3" + complete},
+      {"a title above a table without X", "Lot\nA,B,C\n1,2,3\n",
+       "a.csv:2: no column is called X among 'A', 'B', 'C'; choose three with --columns X,Y,VALUE"},
+      {"a comment behind a row", "1,2,3\n1,2,3 # centre\n",
+       "a.csv:2:3: '3 # centre' is no number" + mend},
       {"decimal commas between commas", "X,Y,Z\n1,5,2,5,3,5\n",
        "a.csv:2: 6 columns where line 1 has 3" + quote},
       {"more columns than the first row", "1,2,3\n4,5,6,7\n",
@@ -248,22 +253,24 @@ TEST(DataTable, HoldsAtMost32767Sites) {
   const TemporaryFolder folder;
   for (const std::size_t sites : {32766U, 32767U, 32768U, 40000U}) {
     std::string content = "X,Y,Z\n";
-    for (std::size_t i = 0; i < sites; ++i) content += "1,2,3\n";
+    for (std::size_t i = 0; i < sites; ++i) content += std::to_string(i) + ",2,3\n";
     const ReadRequest request{.path = folder.Write("a.csv", content)};
     if (sites <= 32767) {
       EXPECT_EQ(Read(request).wafers[0].x.size(), sites);
     } else {
-      EXPECT_EQ(Outcome(request),
-                "a.csv:32769: a wafer holds at most 32767 sites; leave out some or split the file");
+      EXPECT_EQ(
+          Outcome(request),
+          "a.csv:32769: a wafer holds at most 32767 sites; use --thin for a regular subset of "
+          "them, or split the file");
     }
   }
 }
 
 TEST(DataTable, ReadsLinesUpTo1MiB) {
   const std::size_t mib = std::size_t{1} << 20;
-  Check({"on the limit", "1,2,3 #" + std::string(mib - 7, 'a') + "\n4,5,6\n", "1,2,3 4,5,6"});
+  Check({"on the limit", "1,2,3\n#" + std::string(mib - 1, 'a') + "\n4,5,6\n", "1,2,3 4,5,6"});
   const std::string refused = ": the line is longer than 1 MiB; a table has one site on a line";
-  Check({"one above", "4,5,6\n1,2,3 #" + std::string(mib - 6, 'a'), "a.csv:2" + refused});
+  Check({"one above", "4,5,6\n#" + std::string(mib, 'a'), "a.csv:2" + refused});
   Check({"100 MB", std::string(100'000'000, '1'), "a.csv:1" + refused});
 }
 

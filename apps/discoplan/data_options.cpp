@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+#include "apps/discoplan/data_options.h"
+
+#include <map>
+
+#include "apps/discoplan/checks.h"
+#include "apps/discoplan/command.h"
+
+namespace discoplan::app {
+namespace {
+
+using data::LengthUnit;
+using data::Origin;
+using data::OutlierRule;
+
+template <typename Value>
+CLI::Option* AddChoice(CLI::App& command, const std::string& name, Value& value,
+                       const std::map<std::string, typename Value::value_type>& choices,
+                       const std::string& meaning) {
+  std::vector<std::string> words;
+  for (const auto& [word, ignored] : choices) words.push_back(word);
+  return command
+      .add_option_function<std::string>(
+          name, [&value, choices](const std::string& word) { value = choices.at(word); }, meaning)
+      ->check(CLI::IsMember(words));
+}
+
+OutlierRule ParseRule(const std::string& text) {
+  const std::size_t letters = text.find_first_not_of("0123456789.");
+  const std::string spread = letters == std::string::npos ? "" : text.substr(letters);
+  OutlierRule rule;
+  const bool is_number = CLI::detail::lexical_cast(text.substr(0, letters), rule.factor);
+  if (!is_number || !(rule.factor > 0) || !(spread == "iqr" || spread == "mad")) {
+    throw UsageError("--drop-outliers takes a factor and iqr or mad, as in 1.5iqr or 3.5mad, not " +
+                     Shown(text));
+  }
+  rule.spread = spread == "iqr" ? OutlierRule::Spread::Iqr : OutlierRule::Spread::Mad;
+  return rule;
+}
+
+void AddColumnOptions(CLI::App& command, data::ReadRequest& request) {
+  command.add_option("--columns", request.columns,
+                     "X,Y or X,Y,VALUE of a table, by name or number from 1");
+  command
+      .add_option("--parameter", request.parameters,
+                  "Value to read, by name or number; again for another, or 'all'")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
+  command.add_option("--by", request.by, "Columns of a table that tell its wafers apart")
+      ->type_name("COLUMN[,COLUMN]")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  command
+      .add_option("--wafer", request.wafers,
+                  "Wafer to take, by name, slot or range of slots; again for another")
+      ->type_name("NAME|SLOT|FROM-TO")
+      ->allow_extra_args(false);
+  command
+      .add_option("--where", request.where,
+                  "Rows to take of a table, as \"MSE < 12 and Slot != 3\"")
+      ->type_name("CONDITION");
+}
+
+void AddPositionOptions(CLI::App& command, data::ReadRequest& request) {
+  AddChoice(command, "--unit", request.unit,
+            {{"mm", LengthUnit::Millimetre},
+             {"cm", LengthUnit::Centimetre},
+             {"um", LengthUnit::Micrometre},
+             {"in", LengthUnit::Inch}},
+            "Unit of positions; the header's, or mm otherwise");
+  command
+      .add_option_function<std::string>(
+          "--origin",
+          [&request](const std::string& word) {
+            request.origin = word == "corner" ? Origin::Corner : Origin::Centre;
+          },
+          "Where positions count from; the wafer's centre otherwise")
+      ->check(CLI::IsMember({"centre", "center", "corner"}));
+  command
+      .add_option_function<std::vector<double>>(
+          "--pitch",
+          [&request](const std::vector<double>& pitch) {
+            if (pitch[0] == 0 || pitch[1] == 0) throw UsageError("--pitch: a die has no side of 0");
+            request.pitch = data::DiePitch{pitch[0], pitch[1]};
+          },
+          "Positions are numbers of dies of that size in mm; a negative height counts downwards")
+      ->expected(2)
+      ->check(FiniteNumber())
+      ->type_name("WIDTH HEIGHT");
+}
+
+void AddExclusionOptions(CLI::App& command, data::ReadRequest& request) {
+  command
+      .add_option("--diameter", request.diameter,
+                  "Wafer's diameter in mm; the smallest standard one that holds all sites "
+                  "otherwise")
+      ->check(PositiveNumber());
+  command
+      .add_option("--test-diameter", request.test_diameter,
+                  "Diameter of the measured area in mm, outside of which sites are left out; 6 "
+                  "less than the wafer's otherwise")
+      ->check(PositiveNumber());
+  command
+      .add_option("--edge-exclusion", request.edge_exclusion,
+                  "Leave out sites nearer than that to the wafer's edge, in mm")
+      ->check(PositiveNumber());
+  command
+      .add_option_function<std::string>(
+          "--drop-outliers",
+          [&request](const std::string& text) { request.outliers = ParseRule(text); },
+          "Leave out values beyond the quartiles by a factor of their distance (1.5iqr), or "
+          "beyond the median by a factor of the robust standard deviation (3.5mad)")
+      ->type_name("FACTORiqr|FACTORmad");
+  command.add_flag("--thin", request.thin,
+                   "Leave out sites of a wafer with more than 32767, evenly");
+}
+
+}  // namespace
+
+void AddReadingOptions(CLI::App& command, data::ReadRequest& request) {
+  AddColumnOptions(command, request);
+  AddPositionOptions(command, request);
+  AddExclusionOptions(command, request);
+  command.add_option("--sites", request.sites,
+                     "Number of sites in a binary file, if not from its size");
+  command.add_flag("--skip-invalid", request.skip_invalid,
+                   "Leave out rows that can't be read, and say how many");
+}
+
+void AddDataOptions(CLI::App& command, data::ReadRequest& request) {
+  command
+      .add_option("DATA", request.path,
+                  "Measured sites: a table, a lot export, a KLARF or a binary file")
+      ->required()
+      ->transform(InputFile());
+  AddReadingOptions(command, request);
+}
+
+}  // namespace discoplan::app

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "data/doubts.h"
+
+#include <algorithm>
+#include <cmath>
+#include <locale>
+#include <numbers>
+#include <sstream>
+
+#include "data/plain_text.h"
+#include "data/units.h"
+
+namespace discoplan::data {
+namespace {
+
+constexpr std::size_t kFewest = 4;  // sites that say something
+
+std::string Text(double length) {
+  std::ostringstream text;
+  text.imbue(std::locale::classic());
+  text.precision(4);
+  text << length;
+  return text.str();
+}
+
+/// The standard wafer that positions would fill in a unit; nothing if they fill none.
+std::optional<float> FilledBy(double across, double millimetres) {
+  constexpr double kFull = 0.85;
+  for (const float diameter : StandardDiameters()) {
+    const double share = across * millimetres / static_cast<double>(diameter);
+    if (share >= kFull && share <= 1) return diameter;
+  }
+  return {};
+}
+
+std::string DoubtOfQuadrant(const ReadRequest& request, const Wafer& wafer) {
+  const auto is_past = [](float position) { return position >= 0; };
+  const bool one_quadrant = std::all_of(wafer.x.begin(), wafer.x.end(), is_past) &&
+                            std::all_of(wafer.y.begin(), wafer.y.end(), is_past);
+  const auto [left, right] = std::minmax_element(wafer.x.begin(), wafer.x.end());
+  const auto [bottom, top] = std::minmax_element(wafer.y.begin(), wafer.y.end());
+  if (!one_quadrant || *left == *right || *bottom == *top) return {};
+  const auto is_whole = [](float position) { return position == std::floor(position); };
+  const bool whole = std::all_of(wafer.x.begin(), wafer.x.end(), is_whole) &&
+                     std::all_of(wafer.y.begin(), wafer.y.end(), is_whole);
+  std::string doubt =
+      "all sites lie in the quadrant right above the centre; if they are counted from a corner, "
+      "use "
+      "--origin corner";
+  if (whole && !request.pitch) {
+    doubt += ", and if they are numbers of dies, --pitch WIDTH HEIGHT with it";
+  }
+  return doubt;
+}
+
+std::string DoubtOfUnit(const Wafer& wafer) {
+  struct Trial {
+    const char* unit;
+    const char* name;
+    double millimetres;
+  };
+  constexpr Trial kTrials[] = {
+      {"cm", "centimetres", 10}, {"in", "inches", 25.4}, {"um", "micrometres", 1e-3}};
+  const double across = 2 * FarthestSite(wafer.x, wafer.y);
+  const float smallest = StandardDiameters().front();
+  const float largest = StandardDiameters().back();
+  if (across > static_cast<double>(largest) && FilledBy(across, 0.1)) {
+    return "the sites lie within " + Text(across) +
+           " mm, ten times a standard wafer; if a position is a tenth of a millimetre, scale them";
+  }
+  if (across >= 0.9 * static_cast<double>(smallest) && across <= 1e4) return {};
+  std::string fits;
+  for (const Trial& trial : kTrials) {
+    const auto diameter = FilledBy(across, trial.millimetres);
+    if (!diameter) continue;
+    fits += (fits.empty() ? "" : " or ") + std::string("--unit ") + trial.unit + " (" +
+            Text(static_cast<double>(*diameter)) + " mm, in " + trial.name + ')';
+  }
+  if (fits.empty()) return {};
+  return "the sites lie within " + Text(across) + " mm, as on no standard wafer; try " + fits +
+         ", or --unit mm if that is right";
+}
+
+std::string DoubtOfIndex(const Lot& lot, const Wafer& wafer) {
+  for (std::size_t i = 0; i < wafer.value.size(); ++i) {
+    if (wafer.value[i] != wafer.value[0] + static_cast<float>(i)) return {};
+  }
+  if (wafer.value[0] != 0 && wafer.value[0] != 1) return {};
+  return "the value " + Shown(lot.parameters[wafer.parameter].name) +
+         " only counts the sites; choose another with --parameter";
+}
+
+void Tell(const Wafer& wafer, const std::string& doubt, bool several, Lot& lot) {
+  if (!doubt.empty()) {
+    lot.warnings.push_back((several ? "wafer " + Shown(wafer.name) + ": " : "") + doubt);
+  }
+}
+
+}  // namespace
+
+void TellDoubts(const ReadRequest& request, const PositionScale& scale, Lot& lot) {
+  const bool several = lot.wafers.size() > 1;
+  const auto first = std::find_if(lot.wafers.begin(), lot.wafers.end(),
+                                  [](const Wafer& wafer) { return wafer.x.size() >= kFewest; });
+  if (first == lot.wafers.end()) return;
+  const std::string quadrant =
+      request.origin == Origin::Centre ? DoubtOfQuadrant(request, *first) : std::string();
+  Tell(*first, quadrant, several, lot);
+  const bool has_size = scale.stated || request.diameter;
+  if (quadrant.empty() && !has_size) Tell(*first, DoubtOfUnit(*first), several, lot);
+  for (std::size_t parameter = 0; parameter < lot.parameters.size(); ++parameter) {
+    const auto wafers = lot.Of(parameter);
+    if (wafers.empty() || wafers[0].value.size() < kFewest) continue;
+    Tell(wafers[0], DoubtOfIndex(lot, wafers[0]), several, lot);
+  }
+}
+
+}  // namespace discoplan::data

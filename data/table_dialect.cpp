@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: MIT
+#include "data/table_dialect.h"
+
+#include <algorithm>
+#include <array>
+#include <compare>
+#include <iterator>
+#include <optional>
+
+namespace discoplan::data {
+namespace {
+
+struct Separator {
+  char mark;
+  std::string_view name;
+};
+constexpr Separator kSeparators[] = {
+    {';', "semicolons"}, {'\t', "tabs"}, {',', "commas"}, {' ', "blanks"}};
+
+constexpr std::size_t kFewestColumns = 3;
+
+// How well a separator goes with the first lines, in the order of weight.
+struct Fit {
+  std::size_t sites = 0;
+  std::size_t wide_lines = 0;
+  std::size_t fields = 0;
+
+  auto operator<=>(const Fit&) const = default;
+};
+
+class StartFinder {
+ public:
+  StartFinder(const ReadRequest& request, const ColumnWish& wish, const std::string& file,
+              const std::deque<TextLine>& sample)
+      : request_(request), wish_(wish), file_(file), sample_(sample) {}
+
+  TableStart Find() const { return StartOf(FindDialect()); }
+
+ private:
+  using Line = std::deque<TextLine>::const_iterator;
+
+  [[noreturn]] void RefuseNarrow(Dialect dialect) const;
+  std::optional<Line> NamingLine(Dialect dialect, FieldNames& fields) const;
+  Line WideLine(Dialect dialect, FieldNames& fields) const;
+  TableStart StartOf(Dialect dialect) const;
+  bool HoldsNumbers(Line first, Dialect dialect, std::size_t column) const;
+  Fit FitOf(Dialect dialect) const;
+  Dialect FindDialect() const;
+
+  const ReadRequest& request_;
+  const ColumnWish& wish_;
+  const std::string& file_;
+  const std::deque<TextLine>& sample_;
+};
+
+bool IsNumber(std::string_view field) { return ParseNumber(field).fault == NumberFault::None; }
+
+void StartFinder::RefuseNarrow(Dialect dialect) const {
+  FieldNames fields;
+  const auto first = std::find_if(sample_.begin(), sample_.end(), [&](const TextLine& line) {
+    SplitFields(line.text, dialect, fields);
+    return FilledWidth(fields) > 0;
+  });
+  const bool any = first != sample_.end();
+  throw DataError({file_, any ? first->number : 0},
+                  (any ? Counted(fields.size(), "column") : "no column") +
+                      " where at least 3 are due; separate X, Y and value by commas, semicolons, "
+                      "tabs or blanks");
+}
+
+/// The line that names positions, unless rows begin before it.
+std::optional<StartFinder::Line> StartFinder::NamingLine(Dialect dialect,
+                                                         FieldNames& fields) const {
+  for (Line line = sample_.begin(); line != sample_.end(); ++line) {
+    if (SplitFields(line->text, dialect, fields) != 0 || fields.size() < kFewestColumns) continue;
+    if (NamesPositions(fields, wish_)) return line;
+    if (std::all_of(fields.begin(), fields.begin() + kFewestColumns, IsNumber)) break;
+  }
+  return {};
+}
+
+// The first line with enough columns; shorter ones before it are rows gone wrong.
+StartFinder::Line StartFinder::WideLine(Dialect dialect, FieldNames& fields) const {
+  const auto wide = std::find_if(sample_.begin(), sample_.end(), [&](const TextLine& line) {
+    SplitOrThrow(line, file_, dialect, fields);
+    return fields.size() >= kFewestColumns && FilledWidth(fields) > 0;
+  });
+  if (wide == sample_.end()) RefuseNarrow(dialect);
+  return wide;
+}
+
+bool StartFinder::HoldsNumbers(Line first, Dialect dialect, std::size_t column) const {
+  FieldNames fields;
+  bool any_row = false;
+  for (Line line = first; line != sample_.end(); ++line) {
+    SplitFields(line->text, dialect, fields);
+    if (column >= fields.size()) continue;
+    const NumberFault fault = ParseNumber(fields[column]).fault;
+    if (fault != NumberFault::Text && fault != NumberFault::Empty) return true;
+    any_row = any_row || fault == NumberFault::Text;
+  }
+  return !any_row;
+}
+
+TableStart StartFinder::StartOf(Dialect dialect) const {
+  FieldNames fields;
+  const auto naming = NamingLine(dialect, fields);
+  const Line first = naming ? *naming : WideLine(dialect, fields);
+  TableStart start;
+  start.dialect = dialect;
+  start.names.assign(fields.begin(), fields.end());
+  start.header = naming || std::none_of(fields.begin(), fields.end(), [](std::string_view field) {
+                   const NumberFault fault = ParseNumber(field).fault;
+                   return fault != NumberFault::Text && fault != NumberFault::Empty;
+                 });
+  start.place = {file_, first->number};
+  start.last_line = start.header ? first->number : first->number - 1;
+  const TableHead head = start.Head();
+  Line below = start.header ? first + 1 : first;
+  while (below != sample_.end() && Trimmed(below->text).empty()) ++below;
+  Columns columns = FindColumns(head, wish_, ValueChoice::Only, [&](std::size_t column) {
+    return HoldsNumbers(below, dialect, column);
+  });
+  FieldNames units;
+  if (start.header && below != sample_.end()) {
+    SplitFields(below->text, dialect, units);
+    if (IsUnitRow(units, columns)) {
+      start.units.assign(units.begin(), units.end());
+      start.last_line = below->number;
+    } else {
+      units.clear();
+    }
+  }
+  start.shape = ShapeOf(head.names, std::move(columns), first->number);
+  start.shape.scale = ScaleOf(head, start.shape.columns, units, request_);
+  return start;
+}
+
+Fit StartFinder::FitOf(Dialect dialect) const {
+  Fit fit;
+  std::vector<std::string_view> fields;
+  for (const TextLine& line : sample_) {
+    SplitFields(line.text, dialect, fields);
+    fit.wide_lines += fields.size() >= kFewestColumns;
+    fit.fields += fields.size();
+    // "1 , 2 , 3" isn't separated by blanks.
+    const bool lone_mark = std::any_of(fields.begin(), fields.end(), [](std::string_view field) {
+      return field == "," || field == ";";
+    });
+    if (dialect.separator == ' ' && lone_mark) return {};
+  }
+  try {
+    const TableStart start = StartOf(dialect);
+    for (const TextLine& line : sample_) {
+      if (line.number <= start.last_line) continue;
+      fit.sites += SplitFields(line.text, dialect, fields) == 0 && IsSite(fields, start.shape);
+    }
+  } catch (const DataError&) {
+    fit.sites = 0;
+  }
+  return fit;
+}
+
+Dialect StartFinder::FindDialect() const {
+  std::array<Fit, std::size(kSeparators)> fits;
+  std::transform(std::begin(kSeparators), std::end(kSeparators), fits.begin(),
+                 [&](const Separator& separator) { return FitOf({separator.mark}); });
+  const auto best =
+      static_cast<std::size_t>(std::max_element(fits.begin(), fits.end()) - fits.begin());
+  std::size_t rival = 0;
+  while (rival < fits.size() && (rival == best || fits[rival].sites != fits[best].sites)) ++rival;
+  if (rival == fits.size() || fits[best].sites == 0) return {kSeparators[best].mark};
+  throw DataError({file_}, "the columns may be separated by " +
+                               std::string(kSeparators[best].name) + " or by " +
+                               std::string(kSeparators[rival].name) +
+                               "; put quotes around the fields that hold either");
+}
+
+}  // namespace
+
+TableHead TableStart::Head() const {
+  return {FieldNames(names.begin(), names.end()), header, place};
+}
+
+TableStart FindStart(const ReadRequest& request, const ColumnWish& wish, const std::string& file,
+                     const std::deque<TextLine>& sample) {
+  return StartFinder(request, wish, file, sample).Find();
+}
+
+}  // namespace discoplan::data

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// How a table is written: its separator and its head, from its first lines.
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "data/columns.h"
+#include "data/fields.h"
+#include "data/site_rows.h"
+
+namespace discoplan::data {
+
+/// What stands above the rows. Owns its texts.
+struct TableStart {
+  Dialect dialect;
+  std::vector<std::string> names;  ///< fields of the header or, without one, of the first row
+  std::vector<std::string> units;  ///< of a row below the header, or none
+  bool header = false;
+  Place place;                 ///< of the header or the first row
+  std::int64_t last_line = 0;  ///< the rows begin below it
+  RowShape shape;
+
+  TableHead Head() const;
+};
+
+/// Throws `DataError` if the lines don't tell.
+TableStart FindStart(const ReadRequest& request, const ColumnWish& wish, const std::string& file,
+                     const std::deque<TextLine>& sample);
+
+}  // namespace discoplan::data

@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: MIT
+// Wafers of one table, rows that are asked for, and sites that are left out.
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "data/exclusions.h"
+#include "tests/data/data_files.h"
+
+namespace discoplan::data {
+namespace {
+
+constexpr const char* kTwo = "X,Y,Slot,V\n0,0,1,5\n1,0,1,6\n0,0,2,7\n1,0,2,8\n";
+constexpr const char* kFour =
+    "X,Y,Lot,Slot,V\n0,0,A,1,5\n1,0,A,1,6\n0,0,A,2,7\n1,0,A,2,8\n"
+    "0,0,B,1,5\n1,0,B,1,6\n0,0,B,2,7\n1,0,B,2,8\n";
+
+struct GroupCase {
+  const char* shows;
+  std::string content;
+  std::string outcome;
+  ReadRequest options = {};
+};
+
+void Check(GroupCase test) {
+  SCOPED_TRACE(test.shows);
+  const TemporaryFolder folder;
+  ReadRequest request = test.options;
+  if (request.columns.empty()) request.columns = "X,Y,V";
+  request.path = folder.Write("a.csv", test.content);
+  EXPECT_EQ(Outcome(request), test.outcome);
+}
+
+TEST(Groups, AreWafersOfATable) {
+  const GroupCase cases[] = {
+      {"by one column", kTwo, "0,0,5 1,0,6 | 0,0,7 1,0,8", {.by = {"Slot"}}},
+      {"by two",
+       kFour,
+       "0,0,5 1,0,6 | 0,0,7 1,0,8 | 0,0,5 1,0,6 | 0,0,7 1,0,8",
+       {.by = {"Lot", "4"}}},
+      {"in rows of any order",
+       "X,Y,W,V\n0,0,b,1\n0,0,a,2\n1,0,b,3\n",
+       "0,0,1 1,0,3 | 0,0,2",
+       {.by = {"w"}}},
+      {"chosen by slot", kTwo, "0,0,7 1,0,8", {.by = {"Slot"}, .wafers = {"2"}}},
+      {"chosen by range", kTwo, "0,0,5 1,0,6 | 0,0,7 1,0,8", {.by = {"Slot"}, .wafers = {"1-2"}}},
+      {"chosen by name", kFour, "0,0,7 1,0,8", {.by = {"Lot", "Slot"}, .wafers = {"b, 2"}}},
+      {"rows of others aren't looked at",
+       "X,Y,W,V\n0,0,b,x\n0,0,a,2\n",
+       "0,0,2",
+       {.by = {"W"}, .wafers = {"a"}}},
+      {"no such slot",
+       kTwo,
+       "a.csv: there is no slot 3-9; choose from 1, 2",
+       {.by = {"Slot"}, .wafers = {"3-9"}}},
+      {"a range that runs backwards",
+       kTwo,
+       "a.csv: --wafer '2-1' runs backwards; write the lower slot first",
+       {.by = {"Slot"}, .wafers = {"2-1"}}},
+      {"no such column",
+       kTwo,
+       "a.csv:1: there is no column 'Lot'; choose from 'X', 'Y', 'Slot', 'V'",
+       {.by = {"Lot"}}},
+  };
+  for (const GroupCase& test : cases) Check(test);
+}
+
+TEST(Groups, AreAskedForWherePositionsRepeat) {
+  const GroupCase cases[] = {
+      {"one column tells", kTwo,
+       "a.csv: 2 of 4 sites repeat a position; tell the wafers apart by --by Slot"},
+      {"two columns tell", kFour,
+       "a.csv: 6 of 8 sites repeat a position; tell the wafers apart by --by Lot,Slot"},
+      {"too few columns given",
+       kFour,
+       "a.csv: 2 of 4 sites of wafer 'A' repeat a position; tell the wafers apart by --by and the "
+       "columns that do, or split the file",
+       {.by = {"Lot"}}},
+      {"no column tells", "X,Y,V\n0,0,5\n1,0,6\n0,0,5\n1,0,6\n",
+       "a.csv: 2 of 4 sites repeat a position; tell the wafers apart by --by and the columns that "
+       "do, or split the file"},
+      {"numbers of sites don't tell", "Site,X,Y,V\n1,0,0,5\n2,1,0,6\n3,0,0,5\n4,1,0,6\n",
+       "a.csv: 2 of 4 sites repeat a position; tell the wafers apart by --by and the columns that "
+       "do, or split the file"},
+  };
+  for (const GroupCase& test : cases) Check(test);
+  std::istringstream centre("X,Y,V\n0,0,5\n1,0,6\n0,1,7\n0,-1,7\n-0,0,5.1\n");
+  EXPECT_EQ(Read({.path = "a.csv"}, centre).warnings.at(0),
+            "1 of 5 sites repeats a position; each of them is taken for a site of its own");
+}
+
+TEST(Groups, CarryTheirTexts) {
+  std::istringstream stream(kFour);
+  const Lot lot = Read({.path = "a.csv", .columns = "X,Y,V", .by = {"Lot", "Slot"}}, stream);
+  EXPECT_EQ(lot.keys, (std::vector<std::string>{"Lot", "Slot"}));
+  EXPECT_EQ(lot.wafers[3].name, "B, 2");
+  EXPECT_EQ(lot.wafers[3].keys, (std::vector<std::string>{"B", "2"}));
+}
+
+TEST(Condition, TakesTheRowsAskedFor) {
+  const std::string rows =
+      "X,Y,V,Goodness of fit (%),S\n0,0,1,50,ok\n1,0,2,60,ok\n2,0,3,70,bad\n3,0,4,,OK\n";
+  const auto only = [&](const std::string& where, const std::string& sites) {
+    Check({"a condition", rows, sites, {.where = where}});
+  };
+  only("V < 2", "0,0,1");
+  only("V<=2 and V>1", "1,0,2");
+  only("not V <= 2 and S != 'ok'", "2,0,3");
+  only("not (V <= 2 and S = 'ok')", "2,0,3 3,0,4");
+  only("V = 1 or V = 3 and X == 2", "0,0,1 2,0,3");
+  only("`Goodness of fit` >= 60 AND V<3",
+       "a.csv:5:4: the field is empty where a number is due; "
+       "mend the value or use --skip-invalid");
+  only("V<3 and `Goodness of fit` >= 60", "1,0,2");
+  only("V > X and V <> 4", "0,0,1 1,0,2 2,0,3");
+  only("V = 1e0 or V = -2 or 4 <= V", "0,0,1 3,0,4");
+  only("5 < 3", "--where: character 1 of 5 < 3: no column is compared; name one");
+  only("V >", "--where: character 4 of V >: a column, a number or a text in quotes is due");
+  only("V 3", "--where: character 3 of V 3: one of <, <=, >, >=, = and != is due");
+  only("V > 3 V", "--where: character 7 of V > 3 V: 'and', 'or' or the end is due");
+  only("(V > 3", "--where: character 7 of (V > 3: a closing parenthesis is due");
+  only("V < 'a'", "--where: character 1 of V < 'a': texts have no order; compare them by = or !=");
+  only("Q < 1",
+       "--where: character 1 of Q < 1: there is no column 'Q'; choose from 'X', 'Y', 'V', "
+       "'Goodness of fit (%)', 'S'");
+  only("`V < 4", "--where: character 1 of `V < 4: a quote is opened and not closed");
+  only("V > 9", "a.csv: no row is left that --where asks for; loosen it");
+}
+
+TEST(LeftOut, IsToldInWords) {
+  std::istringstream stream(
+      "X (mm),Y (mm),V\n0,0,1\n0,140,2\n0,148,3\n0,147.0005,100\n-5,0,2\n5,0,1.5\n");
+  const Lot lot = Read({.path = "a.csv",
+                        .edge_exclusion = 3,
+                        .outliers = OutlierRule{3.5, OutlierRule::Spread::Mad}},
+                       stream);
+  // 147.0005 is 147 as far as positions are rounded; the median of 1, 1.5, 2, 2, 100 is 2 and that
+  // of the distances 0.5, so that 2 +- 3.5 * 1.4826 * 0.5 stays.
+  EXPECT_EQ(lot.wafers[0].SitesText(), "4 of 6 sites; 1 beyond 147 mm, 1 outlier");
+  EXPECT_EQ(lot.wafers[0].diameter, 300.0F);
+  EXPECT_EQ(lot.wafers[0].test_diameter, 294.0F);
+  EXPECT_EQ(lot.wafers[0].Measured(), 6);
+}
+
+TEST(LeftOut, FollowsTheQuartiles) {
+  // Of 1, 2, 3, 4, 9 the quartiles are 2 and 4; 2 - 1.5 * 2 to 4 + 1.5 * 2 stays.
+  std::istringstream stream("-50,0,1\n50,0,2\n0,50,3\n0,-50,4\n0,0,9\n");
+  const Lot lot = Read({.path = "a.csv", .outliers = OutlierRule{}}, stream);
+  EXPECT_EQ(lot.wafers[0].SitesText(), "5 sites") << "a factor of 0 reaches nowhere";
+  std::istringstream again("-50,0,1\n50,0,2\n0,50,3\n0,-50,4\n0,0,9\n");
+  const Lot dropped =
+      Read({.path = "a.csv", .outliers = OutlierRule{1.5, OutlierRule::Spread::Iqr}}, again);
+  EXPECT_EQ(dropped.wafers[0].SitesText(), "4 of 5 sites; 1 outlier");
+  EXPECT_EQ(Quantile({4, 1, 3, 2}, 0.25), 1.75);
+  EXPECT_EQ(Quantile({4, 1, 3, 2}, 1), 4);
+}
+
+TEST(LeftOut, IsThinnedEvenly) {
+  Wafer wafer;
+  for (int column = 0; column < 300; ++column) {
+    for (int row = 0; row < 300; ++row) {
+      wafer.x.push_back(static_cast<float>(column));
+      wafer.y.push_back(static_cast<float>(row));
+      wafer.value.push_back(1);
+    }
+  }
+  Thin(kMostSites, wafer);
+  EXPECT_LE(wafer.x.size(), 32767U);
+  EXPECT_GT(wafer.x.size(), 30000U);
+  EXPECT_EQ(wafer.Measured(), 90000);
+  // Each tenth of the square holds its part.
+  for (int tenth = 0; tenth < 10; ++tenth) {
+    std::size_t here = 0;
+    for (const float x : wafer.x) here += static_cast<int>(x) / 30 == tenth;
+    EXPECT_NEAR(static_cast<double>(here), static_cast<double>(wafer.x.size()) / 10, 250);
+  }
+  std::ostringstream table;
+  for (int site = 0; site < 40000; ++site) table << site * 0.005 - 100 << ",0," << site % 7 << '\n';
+  std::istringstream stream(table.str());
+  const Lot lot = Read({.path = "a.csv", .thin = true}, stream);
+  EXPECT_LE(lot.wafers[0].x.size(), 32767U);
+  EXPECT_EQ(lot.wafers[0].Measured(), 40000);
+}
+
+/// Gives some bytes and then fails.
+class FailingBuffer : public std::streambuf {
+ public:
+  explicit FailingBuffer(std::string bytes) : bytes_(std::move(bytes)) {
+    setg(bytes_.data(), bytes_.data(), bytes_.data() + bytes_.size());
+  }
+
+ protected:
+  int_type underflow() override { throw std::runtime_error("the disk is gone"); }
+
+ private:
+  std::string bytes_;
+};
+
+TEST(ReadError, InMidFileIsToldAndNothingIsRead) {
+  FailingBuffer buffer("X,Y,V\n1,2,3\n4,5,6\n");
+  std::istream stream(&buffer);
+  try {
+    Read({.path = "a.csv"}, stream);
+    FAIL();
+  } catch (const DataError& error) {
+    EXPECT_NE(error.sentence().find("the file can't be read"), std::string::npos);
+  }
+}
+
+}  // namespace
+}  // namespace discoplan::data

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "data/foreign_files.h"
+#include "tests/data/data_files.h"
+
+namespace discoplan::data {
+namespace {
+
+const std::string kHead =
+    "FileVersion 1 2;\nInspectionStationID \"A\" \"2132\" \"T;1\";\nLotID \"Lot 1\";\n"
+    "SampleSize 1 200;\nDiePitch 1.0e+04 1.2e+04;\nDieOrigin 0 0;\n"
+    "ClassLookup 2\n0 \"Unclassified\"\n1 \"Particle\";\n";
+const std::string kSpec =
+    "DefectRecordSpec 9 DEFECTID XREL YREL XINDEX YINDEX DSIZE CLASSNUMBER IMAGECOUNT IMAGELIST "
+    ";\n";
+const std::string kWafer = "WaferID \"W01\";\nSlot 1;\nSampleCenterLocation 5000 6000;\n";
+// Index times 10 or 12 mm, plus the offset, less the centre at 5, 6 mm.
+const std::string kDefects =
+    "DefectList\n 1 5000 6000 0 0 0.5 1 0 0\n 2 6000 6000 1 -1 0.75 1 2\n 1 0\n 2 0\n"
+    " 3 5000 6000 -2 3 0.25 0 0 0\n;\n";
+const std::string kSecond = "WaferID \"W02\"; Slot 2;\nDefectList\n 1 5000 6000 1 0 4 1 0 0;\n";
+const std::string kEnd = "EndOfFile;\n";
+const std::string kWhole = kHead + kWafer + kSpec + kDefects + kSecond + kEnd;
+
+struct KlarfCase {
+  const char* shows;
+  std::string content;
+  std::string outcome;
+  ReadRequest options = {};
+};
+
+TEST(Klarf, GivesDefectsAsSitesOrSaysWhatIsWrong) {
+  const std::string first = "0,0,0.5 11,-12,0.75 -20,36,0.25";
+  const KlarfCase cases[] = {
+      {"two wafers, with lists of images", kWhole, first + " | 10,0,4"},
+      {"one of them by slot", kWhole, "10,0,4", {.wafers = {"2"}}},
+      {"by name", kWhole, first, {.wafers = {"w01"}}},
+      {"another field",
+       kWhole,
+       "0,0,1 11,-12,1 -20,36,0 | 10,0,1",
+       {.parameters = {"ClassNumber"}}},
+      {"the size by its usual name", kWhole, first + " | 10,0,4", {.parameters = {"DEFECTSIZE"}}},
+      {"a condition", kWhole, "0,0,0.5 11,-12,0.75", {.wafers = {"1"}, .where = "CLASSNUMBER = 1"}},
+      {"no such field",
+       kWhole,
+       "a.txt:13: there is no field 'Foo'; choose from 'DEFECTID', 'XREL', 'YREL', 'XINDEX', "
+       "'YINDEX', 'DSIZE', 'CLASSNUMBER', 'IMAGECOUNT', 'IMAGELIST'",
+       {.parameters = {"Foo"}}},
+      {"options for tables",
+       kWhole,
+       "a.txt: a KLARF says itself where its defects lie and on which wafer; leave out --by",
+       {.by = {"Slot"}}},
+      {"a later version", "FileVersion 1 8;\n" + kEnd,
+       "a.txt:1: this is KLARF 1.8; save it as 1.2"},
+      {"the form of later versions", "Record FileRecord \"1.8\"\n{\n}\n",
+       "a.txt:1: this is KLARF 1.8 or newer; save it as 1.2"},
+      {"cut off", kHead + kWafer + kSpec + kDefects,
+       "a.txt: the file ends without EndOfFile, so that a part of it is missing; save it again"},
+      {"no pitch", "FileVersion 1 2;\n" + kWafer + kSpec + kDefects + kEnd,
+       "a.txt:6: there is no DiePitch or no SampleCenterLocation above the defects, so that nobody "
+       "knows where they lie; add them"},
+      {"no specification", kHead + kWafer + kDefects + kEnd,
+       "a.txt:13: a DefectList stands above its DefectRecordSpec; put it below"},
+      {"another number of fields", kHead + kWafer + "DefectRecordSpec 3 DEFECTID XREL;\n" + kEnd,
+       "a.txt:13: DefectRecordSpec announces 3 fields and names 2; mend it"},
+      {"a short defect", kHead + kWafer + kSpec + "DefectList\n 1 2 3;\n" + kEnd,
+       "a.txt:15: 3 fields where DefectRecordSpec names 9; mend the line or the specification"},
+      {"a text in place of a number",
+       kHead + kWafer + kSpec + "DefectList\n 1 5x 6000 0 0 0.5 1 0 0;\n" + kEnd,
+       "a.txt:15:2: '5x' is no number; mend the value or use --skip-invalid"},
+      {"no defects", kHead + kWafer + kSpec + "DefectList\n;\n" + kEnd,
+       "a.txt: no defect is left; choose another file or wafer"},
+      {"an origin inside the die", kHead + "DieOrigin 1 0;\n" + kEnd,
+       "a.txt:10: DieOrigin isn't 0 0; save the positions from the lower left corner of their "
+       "dies"},
+  };
+  const TemporaryFolder folder;
+  for (const KlarfCase& test : cases) {
+    SCOPED_TRACE(test.shows);
+    ReadRequest request = test.options;
+    request.path = folder.Write("a.txt", test.content);
+    EXPECT_EQ(Outcome(request), test.outcome);
+  }
+}
+
+TEST(Klarf, SaysSizesAndUnits) {
+  std::istringstream stream(kWhole);
+  const Lot lot = Read({.path = "a.txt"}, stream);
+  EXPECT_EQ(lot.kind, FileKind::Defects);
+  EXPECT_EQ(lot.parameters, (std::vector<Parameter>{{"DSIZE", "\xC2\xB5m"}}));
+  EXPECT_EQ(lot.wafers.at(0).diameter, 200.0F);
+  EXPECT_EQ(lot.wafers.at(1).slot, 2);
+}
+
+TEST(ForeignFile, IsNamedWithWhatToDo) {
+  using std::string_literals::operator""s;
+  const struct {
+    std::string bytes;
+    const char* sentence;
+  } cases[] = {
+      {"PK\x03\x04....xl/workbook.xml", "this is an Excel workbook; save it as CSV"},
+      {"PK\x03\x04....content", "this is a zip archive; unpack it"},
+      {"\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1....",
+       "this is an old Excel workbook or another Office document; save it as CSV"},
+      {"%PDF-1.7\n", "this is a PDF document; get the data it was made from, as CSV"},
+      {"\x1F\x8B\x08....", "this is compressed by gzip; unpack it"},
+      {"PAR1....", "this is a Parquet file; save it as CSV"},
+      {"\x89PNG\r\n\x1A\n....", "this is a PNG picture; get the data it was made from, as CSV"},
+      {"\x89HDF\r\n\x1A\n....", "this is an HDF5 file; save the table as CSV"},
+      {"\x02\x00\x00\x0A\x02\x04"s, "this is an STDF file; convert it to CSV"},
+      {"SQLite format 3\x00...."s, "this is an SQLite database; save the table as CSV"},
+      {std::string(257, 'a') + "ustar  ", "this is a tar archive; unpack it"},
+      {"<html><table>", "this is a web page; save its table as CSV"},
+      {"X,Y,V\n1,2,3\n", ""},
+      {"", ""},
+  };
+  const TemporaryFolder folder;
+  for (const auto& test : cases) {
+    EXPECT_EQ(ForeignFile(test.bytes), test.sentence);
+    if (*test.sentence == 0) continue;
+    EXPECT_EQ(Outcome({.path = folder.Write("a", test.bytes)}), std::string("a: ") + test.sentence);
+  }
+}
+
+}  // namespace
+}  // namespace discoplan::data

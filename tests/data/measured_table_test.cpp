@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+// Tables as instruments write them: what stands above the rows, and in which units.
+
+#include <gtest/gtest.h>
+
+#include "tests/data/data_files.h"
+#include "tests/places.h"
+
+namespace discoplan::data {
+namespace {
+
+struct InstrumentCase {
+  const char* shows;
+  std::string content;
+  std::string outcome;
+  ReadRequest options = {};
+};
+
+void Check(const InstrumentCase& test) {
+  SCOPED_TRACE(test.shows);
+  const TemporaryFolder folder;
+  ReadRequest request = test.options;
+  request.path = folder.Write("a.csv", test.content);
+  EXPECT_EQ(Outcome(request), test.outcome);
+}
+
+TEST(InstrumentTable, IsFoundBelowFreeText) {
+  const InstrumentCase cases[] = {
+      {"quotes, rows of other lengths and blank lines",
+       "Recipe: \"abc\nOperator,Bob,x\n1,5\n\nX\tY\tMSE\n1\t2\t3\n4\t5\t6\n", "1,2,3 4,5,6"},
+      {"a row of units and a blank line", "Lot 5\nX,Y,V\n(cm),(cm),(nm)\n\n1,2,3\n", "10,20,3"},
+      {"columns chosen by their names",
+       "Machine;A;B\ncol;row;V\n1;2;3\n",
+       "1,2,3",
+       {.columns = "col,row,V"}},
+      {"rows above the names are no text", "1,2,3\nX,Y,Z\n4,5,6\n",
+       "a.csv:2:1: 'X' is no number; mend the value or use --skip-invalid"},
+  };
+  for (const InstrumentCase& test : cases) Check(test);
+}
+
+TEST(InstrumentTable, HasPositionsInUnits) {
+  const InstrumentCase cases[] = {
+      {"cm", "X (cm),Y (cm),V\n1,-2,3\n", "10,-20,3"},
+      {"mm in brackets", "X [mm],Y [mm],V\n1,2,3\n", "1,2,3"},
+      {"um behind a line", "X_um,Y_um,V\n1000,-2000,3\n", "1,-2,3"},
+      {"inches without a blank", "X(in),Y(in),V\n1,2,3\n", "25.3999996,50.7999992,3"},
+      {"micro sign in Latin-1", "X (\xB5m),Y (\xB5m),V\n1000,2000,3\n", "1,2,3"},
+      {"micro sign in UTF-8", "X (\xC2\xB5m),Y (\xCE\xBCm),V\n1000,2000,3\n", "1,2,3"},
+      {"units below the names", "X,Y,V\nmm,mm,nm\n1,2,3\n", "1,2,3"},
+      {"asked for", "X,Y,V\n1,2,3\n", "10,20,3", {.unit = LengthUnit::Centimetre}},
+      {"asked for and the same",
+       "X (cm),Y (cm),V\n1,2,3\n",
+       "10,20,3",
+       {.unit = LengthUnit::Centimetre}},
+      {"radius and degrees", "R (mm),Theta (deg),V\n100,0,5\n50,180,6\n", "100,0,5 -50,0,6"},
+      {"dies", "X,Y,V\n-1,2,3\n", "-10,-24,3", {.pitch = DiePitch{10, -12}}},
+  };
+  for (const InstrumentCase& test : cases) Check(test);
+}
+
+TEST(InstrumentTable, IsRefusedInUnitsThatArentKnown) {
+  const InstrumentCase cases[] = {
+      {"no length", "X (px),Y (px),V\n1,2,3\n",
+       "a.csv:1: 'X (px)' is in 'px', which is no unit of length that is known; say what it is "
+       "with "
+       "--unit mm, cm, um or in"},
+      {"another one asked for",
+       "X (cm),Y (cm),V\n1,2,3\n",
+       "a.csv:1: 'X (cm)' is in 'cm' and --unit says mm; leave out --unit or mend the header",
+       {.unit = LengthUnit::Millimetre}},
+      {"of one position only", "X (cm),Y,V\n1,2,3\n",
+       "a.csv:1: one of X and Y has a unit and the other one has none; mend the header"},
+      {"no angle", "R (mm),Theta (grad),V\n1,2,3\n",
+       "a.csv:1: 'Theta (grad)' is in 'grad'; write deg or rad"},
+      {"numbers of dies", "DieX,DieY,V\n1,2,3\n",
+       "a.csv:1: 'DieX' counts dies; give their size in mm with --pitch WIDTH HEIGHT"},
+      {"a pitch of lengths",
+       "X (mm),Y (mm),V\n1,2,3\n",
+       "a.csv:1: the positions are lengths with a unit and don't count dies; leave out --pitch",
+       {.pitch = DiePitch{10, 12}}},
+  };
+  for (const InstrumentCase& test : cases) Check(test);
+}
+
+TEST(InstrumentTable, CountsFromACornerIfAskedTo) {
+  const std::string sites = "X,Y,V\n3,150,1\n297,150,2\n150,3,3\n";
+  const std::string dies = "X,Y,V\n1,1,1\n3,1,2\n2,4,3\n";
+  const InstrumentCase cases[] = {
+      {"of the smallest wafer that has all sites inside",
+       sites,
+       "-147,0,1 147,0,2 0,-147,3",
+       {.origin = Origin::Corner}},
+      {"of the wafer given",
+       sites,
+       "-222,-75,1 72,-75,2 -75,-222,3",
+       {.origin = Origin::Corner, .diameter = 450}},
+      {"of the dies, around their middle",
+       dies,
+       "-10,-18,1 10,-18,2 0,18,3",
+       {.origin = Origin::Corner, .pitch = DiePitch{10, 12}}},
+      {"of no wafer",
+       "X,Y,V\n0,150,1\n597,150,2\n",
+       "a.csv: no standard wafer holds sites that are counted from its corner like these; give its "
+       "--diameter, or leave out --origin corner",
+       {.origin = Origin::Corner}},
+  };
+  for (const InstrumentCase& test : cases) Check(test);
+}
+
+TEST(InstrumentTable, NamesItsParametersWithTheirUnits) {
+  struct NameCase {
+    const char* content;
+    std::vector<std::string> parameters;
+    std::vector<Parameter> names;
+  };
+  const NameCase cases[] = {
+      {"X,Y,Thickness # 1 (nm),MSE\n1,2,3,4\n", {"all"}, {{"Thickness # 1", "nm"}, {"MSE", ""}}},
+      {"X,Y,Thk_nm\n1,2,3\n", {}, {{"Thk", "nm"}}},
+      {"X,Y,Rs [Ohm/sq]\n1,2,3\n", {}, {{"Rs", "Ohm/sq"}}},
+      {"X,Y,V\nmm,mm,\xB5m\n1,2,3\n", {}, {{"V", "\xC2\xB5m"}}},
+      {"X,Y,spline_e2(13.996)\n1,2,3\n", {}, {{"spline_e2(13.996)", ""}}},
+      {"X,Y,Lot,Rs\n1,2,A,5\n3,4,B,6\n", {}, {{"Rs", ""}}},
+      {"X,Y,V,V\n1,2,3,4\n", {"all"}, {{"V", ""}, {"V in column 4", ""}}},
+      {"1,2,3\n", {}, {{"Value", ""}}},
+  };
+  const TemporaryFolder folder;
+  for (const NameCase& test : cases) {
+    SCOPED_TRACE(test.content);
+    EXPECT_EQ(Read({.path = folder.Write("a.csv", test.content), .parameters = test.parameters})
+                  .parameters,
+              test.names);
+  }
+}
+
+TEST(InstrumentTable, ReadsTheExamplesOfAnEllipsometer) {
+  const std::filesystem::path path = Example("ellipsometer_line_map.txt");
+  const Lot lot = Read({.path = path, .parameters = {"Thickness # 1"}});
+  ASSERT_EQ(lot.wafers.size(), 1U);
+  EXPECT_EQ(lot.parameters, (std::vector<Parameter>{{"Thickness # 1", "nm"}}));
+  EXPECT_EQ(lot.wafers[0].x.size(), 11U);
+  EXPECT_EQ(lot.wafers[0].x[0], -18.0F);
+  EXPECT_EQ(lot.wafers[0].value[0], 117.26F);
+  EXPECT_TRUE(lot.warnings.empty());
+  const Lot all = Read({.path = Example("ellipsometer_line_map_v2.txt"), .parameters = {"all"}});
+  EXPECT_EQ(all.parameters.size(), 20U);
+  EXPECT_EQ(all.Of(19).size(), 1U);
+}
+
+TEST(InstrumentTable, TellsWhatLooksWrong) {
+  struct DoubtCase {
+    const char* content;
+    std::vector<std::string> warnings;
+  };
+  const DoubtCase cases[] = {
+      {"X,Y,Q\n-14.7,0,9\n14.7,0,2\n0,14.7,3\n0,-14.7,4\n",
+       {"the sites lie within 29.4 mm, as on no standard wafer; try --unit cm (300 mm, in "
+        "centimetres), or --unit mm if that is right"}},
+      {"X (mm),Y (mm),Q\n-14.7,0,9\n14.7,0,2\n0,14.7,3\n0,-14.7,4\n", {}},
+      {"X,Y,Q\n-5.8,0,9\n5.8,0,2\n0,5.8,3\n0,-5.8,4\n",
+       {"the sites lie within 11.6 mm, as on no standard wafer; try --unit cm (125 mm, in "
+        "centimetres) or --unit in (300 mm, in inches), or --unit mm if that is right"}},
+      {"X,Y,Q\n-1470,0,9\n1470,0,2\n0,1470,3\n0,-1470,4\n",
+       {"the sites lie within 2940 mm, ten times a standard wafer; if a position is a tenth of a "
+        "millimetre, scale them"}},
+      {"X,Y,Q\n3,150,9\n297,150,2\n150.5,3,3\n150,297,4\n",
+       {"all sites lie in the quadrant right above the centre; if they are counted from a corner, "
+        "use --origin corner"}},
+      {"X,Y,Q\n1,1,9\n2,1,2\n1,2,3\n2,2,4\n",
+       {"all sites lie in the quadrant right above the centre; if they are counted from a corner, "
+        "use --origin corner, and if they are numbers of dies, --pitch WIDTH HEIGHT with it"}},
+      {"X,Y,Q\n-100,0,1\n100,0,2\n0,100,3\n0,-100,4\n",
+       {"the value 'Q' only counts the sites; choose another with --parameter"}},
+      {"X,Y,Q\n-100,0,1\n100,0,2\n0,100,3\n0,-100,4.5\n", {}},
+  };
+  const TemporaryFolder folder;
+  for (const DoubtCase& test : cases) {
+    SCOPED_TRACE(test.content);
+    EXPECT_EQ(Read({.path = folder.Write("a.csv", test.content)}).warnings, test.warnings);
+  }
+}
+
+}  // namespace
+}  // namespace discoplan::data
