@@ -1,6 +1,6 @@
 # A thin front over the CMake presets. `make help` lists what there is.
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench portability docs pictures lint format packages
+.PHONY: help demo test bench fuzz portability docs pictures lint format packages
 
 SOURCES = git ls-files '*.h' '*.cpp'
 LINTED = $(if $(FILES),echo $(FILES),git ls-files 'discoplan/*.cpp' 'hosts/*.cpp' 'apps/*.cpp')
@@ -33,6 +33,14 @@ portability: packages ## Compare many sessions by Wine and Node with this machin
 	@cmake --build --preset release --target discoplan-program -- --quiet
 	@for preset in windows-x64 windows-x86 wasm; do tests/portability/check $$preset \
 	  build/release/apps/discoplan/discoplan $(CURDIR) 36 || [ $$? = 77 ] || exit 1; done
+
+fuzz: packages ## Feed each reader with damaged files for five minutes, by clang
+	@cmake -S . -B build/fuzz -G Ninja -D CMAKE_CXX_COMPILER=clang++-14 -D DISCOPLAN_FUZZ=ON \
+	  -D DISCOPLAN_QT=OFF -D DISCOPLAN_TESTS=OFF --log-level=WARNING > /dev/null
+	@cmake --build build/fuzz --target discoplan-fuzz -- --quiet
+	@for reader in table lot_export klarf condition; do mkdir -p build/fuzz/found/$$reader; \
+	  build/fuzz/fuzz/discoplan-$$reader-fuzz -max_total_time=300 -max_len=4096 \
+	    build/fuzz/found/$$reader fuzz/corpus/$$reader || exit 1; done
 
 docs: packages ## Write the page of the controls' members in docs/ anew
 	@cmake --preset release --log-level=WARNING > /dev/null

@@ -29,7 +29,8 @@ std::uint64_t BitsOf(float x, float y) {
 }
 
 /// Keys that came before, by open addressing.
-std::size_t CountRepeats(std::size_t count, const std::function<std::uint64_t(std::size_t)>& key) {
+template <typename Key>
+std::size_t CountRepeats(std::size_t count, const Key& key) {
   std::size_t size = 64;
   while (size < 2 * count) size *= 2;
   std::vector<std::uint64_t> table(size, 0);
@@ -63,6 +64,12 @@ std::size_t RepeatedSites(std::span<const float> x, std::span<const float> y) {
 }
 
 void KeptRows::Add(std::string_view line) {
+  // Memory that nothing is written to costs nothing, and growing costs twice.
+  if (ends_.empty()) {
+    constexpr std::size_t kUsualBytes = std::size_t{1} << 21;
+    text_.reserve(kUsualBytes);
+    ends_.reserve(static_cast<std::size_t>(kMostSites));
+  }
   full_ = full_ || text_.size() + line.size() > kMostBytes;
   if (full_) return;
   text_ += line;

@@ -64,7 +64,14 @@ WaferGroups::Group& WaferGroups::NewGroup(const std::vector<std::string_view>& f
   wafer.slot = SlotOf(wafer.keys);
   if (!columns_.empty() && !choice_.Takes(wafer.name, wafer.slot)) return group;
   group.assign(parameters_, wafer);
-  for (std::size_t i = 0; i < parameters_; ++i) group[i].parameter = i;
+  for (std::size_t i = 0; i < parameters_; ++i) {
+    group[i].parameter = i;
+    if (!columns_.empty()) continue;
+    // Memory that nothing is written to costs nothing, and growing costs twice.
+    for (std::vector<float>* column : {&group[i].x, &group[i].y, &group[i].value}) {
+      column->reserve(static_cast<std::size_t>(kMostSites));
+    }
+  }
   return group;
 }
 

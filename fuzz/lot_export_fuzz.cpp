@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#include <cstddef>
+#include <cstdint>
+
+#include "fuzz/one_input.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+  discoplan::fuzz::ReadOne({reinterpret_cast<const char*>(bytes), size}, "WAFER ID,A\\nSLOT,1\\n");
+  return 0;
+}
