@@ -33,4 +33,5 @@ cmake_dependent_option(DISCOPLAN_WHOLE_PROGRAM
   "DISCOPLAN_PROGRAMS;BUILD_SHARED_LIBS" OFF)
 cmake_dependent_option(DISCOPLAN_TESTS "Tests" ${runs_here} DISCOPLAN_PROGRAMS OFF)
 cmake_dependent_option(DISCOPLAN_BENCH "Benchmarks" OFF DISCOPLAN_HEADLESS OFF)
+option(DISCOPLAN_FUZZ "Fuzzers of the readers, by clang" OFF)
 option(DISCOPLAN_INSTALL "What is installed and packed" ${on_its_own})
