@@ -145,6 +145,8 @@ int FileDigits(const StatsOptions& options) {
 }
 
 std::vector<Fields> WaferFields(const Lot& lot, const StatsOptions& options) {
+  const bool leaves_out = std::any_of(lot.wafers.begin(), lot.wafers.end(),
+                                      [](const Wafer& wafer) { return !wafer.left_out.empty(); });
   std::vector<Fields> rows;
   for (const StatsGroup& group : GroupsOf(lot)) {
     for (std::size_t i = 0; i < group.wafers.size(); ++i) {
@@ -152,6 +154,7 @@ std::vector<Fields> WaferFields(const Lot& lot, const StatsOptions& options) {
       fields.emplace_back("wafer", group.wafers[i]->name);
       if (group.wafers[i]->slot) fields.emplace_back("slot", *group.wafers[i]->slot);
       AddParameter(fields, *group.parameter);
+      if (leaves_out) fields.emplace_back("measured", group.wafers[i]->Measured());
       AddFigures(fields, group.summary.wafers[i].sample, options.figures, FileDigits(options));
     }
   }
@@ -228,8 +231,13 @@ std::string StatsTable(const Lot& lot, const StatsOptions& options) {
   std::string text;
   for (const StatsGroup& group : GroupsOf(lot)) {
     if (!text.empty()) text += '\n';
-    if (lot.parameters.size() > 1) text += Printable(group.parameter->Caption()) + '\n';
+    const bool is_told = lot.parameters.size() > 1 || !group.parameter->unit.empty();
+    if (is_told) text += Printable(group.parameter->Caption()) + '\n';
     text += GroupText(group, options, digits);
+    for (const Wafer* wafer : group.wafers) {
+      if (wafer->left_out.empty()) continue;
+      text += Printable(wafer->name) + ": " + wafer->SitesText() + '\n';
+    }
   }
   return options.formulas ? text + '\n' + FormulasByTitle(options.figures) : text;
 }
