@@ -17,8 +17,8 @@ struct Heading {
   std::string_view unit;  ///< empty if there is none
 };
 
-/// What stands in brackets at the end is a unit, unless it begins with a digit; what stands behind an underscore
-/// or a comma is one if it is known.
+/// What stands in brackets at the end is a unit, unless it begins with a digit; what stands behind
+/// an underscore or a comma is one if it is known.
 Heading SplitHeading(std::string_view text);
 
 /// Millimetres in a unit of length as people write it; nothing for other words.

@@ -22,8 +22,8 @@ void NumberEntry::Open(float value, const std::string& fallback) {
 }
 
 void NumberEntry::Changed() {
-  const bool passes =
-      filter_ == Filter::Whole ? CheckIntegerText(node_.Text()) : CheckDecimalText(node_.Text(), true);
+  const bool passes = filter_ == Filter::Whole ? CheckIntegerText(node_.Text())
+                                               : CheckDecimalText(node_.Text(), true);
   const auto take = [&] { value_ = ToFloat(NumberIn(node_)); };
   if (!passes || !Attempt(take)) {
     node_.Text(fallback_);

@@ -24,9 +24,10 @@ constexpr const char* kCaption = "Define Plot Options";
 OptionDialog::OptionDialog(Platform& platform, const char* name, const FrameName& frame)
     : Form(platform, name, kCaption),
       frame_(root_.Add(NodeKind::Frame, frame.name, {kMargin, kMargin, 0, 0})),
-      column_(frame_,
-              {.field_left = kOptionFieldLeft, .field_width = kOptionFieldWidth, .check_width = 2640},
-              kFirstRow),
+      column_(
+          frame_,
+          {.field_left = kOptionFieldLeft, .field_width = kOptionFieldWidth, .check_width = 2640},
+          kFirstRow),
       side_top_(kFirstRow) {
   frame_.Text(frame.caption);
   frame_.Bordered(true);
@@ -55,8 +56,8 @@ Node& OptionDialog::AddButton(const char* name, const char* caption, const Twips
 
 void OptionDialog::FinishWithoutBackground() {
   const bool has_sides = side_top_ > kFirstRow;
-  const float width = has_sides ? kSideLeft + kSideWidth + kMargin
-                                : column_.places().Right() + kRightOfFields;
+  const float width =
+      has_sides ? kSideLeft + kSideWidth + kMargin : column_.places().Right() + kRightOfFields;
   const float height = std::max(column_.next_top(), has_sides ? side_top_ : 0) + kMargin;
   frame_.Move({kMargin, kMargin, width, height});
   const float buttons = width + 2 * kMargin;

@@ -37,13 +37,19 @@ TEST_F(NodeTest, TellsWhatBecameAnotherValueAndOnlyThat) {
   TakeNotes();
   const auto image = std::make_shared<const Canvas>(1, 1, 0);
   const std::vector<std::pair<Aspect, std::function<void()>>> changes = {
-      {Aspect::Place, [&] { node.Move({1, 2, 3, 4}); }},
+      {Aspect::Place,
+       [&] {
+         node.Move({1, 2, 3, 4});
+       }},
       {Aspect::Place, [&] { node.Width(5); }},
       {Aspect::Visible, [&] { node.Visible(false); }},
       {Aspect::Text, [&] { node.Text("text"); }},
       {Aspect::Text, [&] { node.caption("caption"); }},
       {Aspect::Value, [&] { node.Value(1); }},
-      {Aspect::Look, [&] { node.Options({"one", "two", "three"}); }},
+      {Aspect::Look,
+       [&] {
+         node.Options({"one", "two", "three"});
+       }},
       {Aspect::Look, [&] { node.BackColor(1); }},
       {Aspect::Look, [&] { node.ForeColor(1); }},
       {Aspect::Look, [&] { node.Font({.name = "Symbol"}); }},

@@ -143,11 +143,12 @@ TEST_F(PageTest, RubsTheOutlineOutInWhite) {
   for (const float ratio : {1.0F, 0.98F}) {
     page_.DrawFlatNotchGlyph(1488, 2800, 350, {.flat_ratio = ratio});
     const json trace = Trace();
-    const auto polygon = std::ranges::find_if(
-        trace, [](const json& call) { return call[0] == "Polygon"; });
+    const auto polygon =
+        std::ranges::find_if(trace, [](const json& call) { return call[0] == "Polygon"; });
     ASSERT_NE(polygon, trace.end());
-    EXPECT_EQ(json(polygon - 3, polygon),
-              json::parse(R"([["ForeColor", 16777215], ["FillColor", 16777215], ["FillStyle", 0]])"));
+    EXPECT_EQ(
+        json(polygon - 3, polygon),
+        json::parse(R"([["ForeColor", 16777215], ["FillColor", 16777215], ["FillStyle", 0]])"));
   }
 }
 

@@ -192,7 +192,7 @@ void SendMouse(QWidget& target, QEvent::Type type) {
 }
 
 TEST(PlotWidgets, ForwardWhatTheirChildrenForwardAndNothingElse) {
-  const std::map<QString, int> surfaces = {{"PLOTA", 0},  {"RePlot", 0}, {"FNPic", 0},
+  const std::map<QString, int> surfaces = {{"PLOTA", 0},  {"RePlot", 0},  {"FNPic", 0},
                                            {"Frame1", 0}, {"legende", 0}, {"ScaleValue(1)", 0},
                                            {"Frplot", 1}, {"frmove", 1}};
   for (const auto& [name, raised] : surfaces) {

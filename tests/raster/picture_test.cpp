@@ -141,11 +141,17 @@ TEST_F(PictureTest, TellsOnceThatItWasDrawnOnUntilItIsShown) {
   const std::array<PixelPoint, 3> corners = {{{0, 0}, {3, 0}, {0, 3}}};
   const std::vector<std::function<void()>> drawings = {
       [&] { picture.Cls(); },
-      [&] { picture.Line({.to = {3, 3}}); },
-      [&] { picture.Circle({.centre = {2, 2}, .radius = 1}); },
+      [&] {
+        picture.Line({.to = {3, 3}});
+      },
+      [&] {
+        picture.Circle({.centre = {2, 2}, .radius = 1});
+      },
       [&] { picture.Print("a"); },
       [&] { picture.Polygon(corners); },
-      [&] { picture.FloodFill({0, 0}, kBlack); },
+      [&] {
+        picture.FloodFill({0, 0}, kBlack);
+      },
       [&] { picture.Resize(60, 75); },
       [&] { picture.Width(60); },
       [&] { picture.canvas().Clear(0); },

@@ -76,8 +76,7 @@ bool NearestByKeys(const TileSites& sites, float x, float y, Neighbours& nearest
   }
   for (std::size_t slot = 0; slot < nearest.size(); ++slot) {
     if (!(keys[slot] * kClearlyFarther < keys[slot + 1])) return false;
-    const auto site =
-        static_cast<std::uint32_t>(BitCast<std::uint64_t>(keys[slot]) & kNumberMask);
+    const auto site = static_cast<std::uint32_t>(BitCast<std::uint64_t>(keys[slot]) & kNumberMask);
     nearest[slot] = {std::sqrt(square_to(site)), static_cast<std::int32_t>(site)};
   }
   return true;
