@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <cmath>
+#include <functional>
 
 #include "discoplan/figures/contour_lines.h"
 #include "discoplan/figures/kinds.h"
@@ -69,61 +70,74 @@ struct Label {
   std::string text;
 };
 
-/// Labels around their points: at the dot's sides, then smaller, then farther off with a line to
-/// their dot. The number of those that found no room.
+/// Tries the places around each dot, with letters of one size; those that find none.
+std::vector<const Label*> PutBesideDots(Page& page, const std::vector<Label>& labels, double dot,
+                                        const std::function<Words(const Label&)>& words) {
+  const double em = page.Em();
+  std::vector<const Label*> left;
+  for (const Label& label : labels) {
+    const Words w = words(label);
+    const Point p = label.at;
+    const double down = 0.5 * w.size + dot + 0.2 * em;
+    const double aside = dot + 0.3 * em;
+    const bool put = page.Put(w, {p.x, p.y + down}, Align::Middle) ||
+                     page.Put(w, {p.x, p.y - down}, Align::Middle) ||
+                     page.Put(w, {p.x + aside, p.y}, Align::Start) ||
+                     page.Put(w, {p.x - aside, p.y}, Align::End) ||
+                     page.Put(w, {p.x + aside, p.y + 0.6 * w.size}, Align::Start) ||
+                     page.Put(w, {p.x - aside, p.y - 0.6 * w.size}, Align::End);
+    if (!put) left.push_back(&label);
+  }
+  return left;
+}
+
+/// Farther off, with a line to the dot.
+bool PutWithLeader(Page& page, const Label& label, double dot, const Words& words) {
+  const double em = page.Em();
+  for (int ring = 2; ring <= 4; ++ring) {
+    for (int k = 0; k < 16; ++k) {
+      const double angle = 6.283185307179586 * k / 16;
+      const Point off = {std::cos(angle), std::sin(angle)};
+      const Point to = label.at + off * (ring * em);
+      const Align align = off.x >= 0 ? Align::Start : Align::End;
+      // A line that left the plot would cross the words around it.
+      if (!page.Free().Holds(page.BoxOf(words, to, align)) || !page.Put(words, to, align)) continue;
+      page.Line(label.at + off * dot, to, page.Ink().soft, 0.7 * page.Hair());
+      return true;
+    }
+  }
+  return false;
+}
+
+/// Labels around their points, all of the largest size in which they find room; in the smallest one
+/// some stand farther off with a line to their dot. The number of those that found no room.
 std::size_t PutLabels(Page& page, const std::vector<Label>& labels, double dot) {
   const double em = page.Em();
-  const Inks& ink = page.Ink();
   for (const Label& label : labels) {
     page.Reserve({label.at.x - dot, label.at.y - dot, label.at.x + dot, label.at.y + dot});
   }
-  std::vector<const Label*> left;
-  for (const Label& label : labels) left.push_back(&label);
-  const auto words = [&](const Label& label, double size) {
+  const Inks& ink = page.Ink();
+  double size = 0;
+  const std::function<Words(const Label&)> words = [&](const Label& label) {
     return Words{.text = label.text,
                  .size = size,
                  .colour = ink.text,
                  .halo = 0.14 * em,
                  .halo_colour = page.Look().transparent ? Rgba{255, 255, 255, 200} : ink.paper};
   };
-  for (const double size : {0.9 * em, 0.78 * em, 0.66 * em}) {
-    std::vector<const Label*> still;
-    for (const Label* label : left) {
-      const double down = 0.5 * size + dot + 0.2 * em;
-      const double aside = dot + 0.3 * em;
-      const Words w = words(*label, size);
-      const Point p = label->at;
-      if (page.Put(w, {p.x, p.y + down}, Align::Middle) ||
-          page.Put(w, {p.x, p.y - down}, Align::Middle) ||
-          page.Put(w, {p.x + aside, p.y}, Align::Start) ||
-          page.Put(w, {p.x - aside, p.y}, Align::End) ||
-          page.Put(w, {p.x + aside, p.y + 0.6 * size}, Align::Start) ||
-          page.Put(w, {p.x - aside, p.y - 0.6 * size}, Align::End)) {
-        continue;
-      }
-      still.push_back(label);
-    }
-    left = std::move(still);
+  const Page::State before = page.Keep();
+  std::vector<const Label*> left;
+  for (const double part : {0.9, 0.78, 0.66}) {
+    page.Restore(before);
+    size = part * em;
+    left = PutBesideDots(page, labels, dot, words);
+    if (left.empty()) return 0;
   }
   // Leaders help where a few are crowded; among thousands they would be a thicket.
   std::size_t lost = left.size();
   if (left.size() > 60) return lost;
   for (const Label* label : left) {
-    const double size = 0.66 * em;
-    bool put = false;
-    for (int ring = 2; ring <= 5 && !put; ++ring) {
-      for (int k = 0; k < 16 && !put; ++k) {
-        const double angle = 6.283185307179586 * k / 16;
-        const Point to = {label->at.x + ring * em * std::cos(angle),
-                          label->at.y + ring * em * std::sin(angle)};
-        put = page.Put(words(*label, size), to, std::cos(angle) >= 0 ? Align::Start : Align::End);
-        if (put) {
-          const Point from = label->at + (to - label->at) * (dot / (ring * em));
-          page.Line(from, to, ink.soft, 0.7 * page.Hair());
-        }
-      }
-    }
-    lost -= put ? 1 : 0;
+    if (PutWithLeader(page, *label, dot, words(*label))) --lost;
   }
   return lost;
 }

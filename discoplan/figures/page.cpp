@@ -151,6 +151,11 @@ bool Page::Put(const Words& words, Point at, Align align) {
   return true;
 }
 
+void Page::Restore(const State& state) {
+  taken_ = state.taken;
+  figure_.shapes.resize(state.shapes);
+}
+
 void Page::Add(Shape shape) { figure_.shapes.push_back(std::move(shape)); }
 
 void Page::Line(Point a, Point b, Rgba colour, double width, double dash) {

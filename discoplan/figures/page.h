@@ -68,6 +68,13 @@ class Page {
   Box BoxOf(const Words& words, Point at, Align align) const;
   /// Puts it there if its box lies on the page and is free.
   bool Put(const Words& words, Point at, Align align);
+  /// What was put so far, for another try.
+  struct State {
+    BoxField taken;
+    std::size_t shapes;
+  };
+  State Keep() const { return {taken_, figure_.shapes.size()}; }
+  void Restore(const State& state);
   /// Keeps texts away.
   void Reserve(const Box& box) { taken_.Take(box); }
   bool IsFree(const Box& box) const;
