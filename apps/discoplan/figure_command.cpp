@@ -26,13 +26,17 @@ void RefuseClassicOptions(const PlotRequest& plot) {
                    " belongs to the classic look; give --look classic with it");
 }
 
-figures::ColourMap ColoursOf(const LookRequest& look) {
-  return *figures::FindColourMap(look.colours.empty() ? figures::kDefaultColours : look.colours);
+/// Differences and residuals are about 0.
+figures::ColourMap ColoursOf(const PictureRequest& request) {
+  const bool is_difference = !request.derive.minus.empty() || request.derive.residual;
+  const std::string_view own = is_difference ? "vik" : figures::kDefaultColours;
+  const std::string& asked = request.look.colours;
+  return *figures::FindColourMap(asked.empty() ? own : std::string_view(asked));
 }
 
 Style StyleOf(const PictureRequest& request, const FigureSize& size) {
   const LookRequest& look = request.look;
-  Style style{.width = size.width, .height = size.height, .colours = ColoursOf(look)};
+  Style style{.width = size.width, .height = size.height, .colours = ColoursOf(request)};
   if (!look.font.empty()) style.font = look.font;
   style.bands = look.bands;
   style.interpolation =

@@ -230,7 +230,8 @@ void AddWords(Page& page, const WaferPlot& plot, const Summary& summary,
   };
   items.push_back("mean " + WithUnit(number(summary.mean, 0), plot));
   items.push_back("\u03C3 " + WithUnit(number(summary.sigma, 1), plot));
-  if (summary.mean != 0) {
+  // Of values on both sides of 0 it says nothing.
+  if (summary.low > 0 || summary.high < 0) {
     items.push_back("\u03C3/mean " + NumberText(100 * summary.sigma / std::abs(summary.mean), 3) +
                     " %");
   }
