@@ -5,7 +5,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <span>
 #include <vector>
 
@@ -105,10 +104,9 @@ class MapPainter {
  private:
   /// A line of the lattice as a column and as a row, in pixels.
   struct PlacedLine {
-    static constexpr std::int64_t kNowhere = std::numeric_limits<std::int64_t>::max();
-
-    std::int64_t x = kNowhere;
-    std::int64_t y = kNowhere;
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+    bool fits = false;
   };
 
   /// Off the wafer the height is exactly zero, which stands for no data. The top line leaves out
@@ -163,34 +161,30 @@ class MapPainter {
 
   void PlaceCorners(const LatticeCell& cell) {
     if (frame_.Version() != version_) PlaceLines();
+    const PlacedLine* const lines = lines_.data();
+    const PlacedLine& right = lines[cell.i];
+    const PlacedLine& left = lines[cell.i + 1];
+    const PlacedLine& upper = lines[cell.j];
+    const PlacedLine& lower = lines[cell.j + 1];
+    if (right.fits && left.fits && upper.fits && lower.fits) {
+      corners_ = {{{right.x, upper.y}, {left.x, upper.y}, {left.x, lower.y}, {right.x, lower.y}}};
+      return;
+    }
     PixelPoint* pixel = corners_.data();
     for (const LatticeCell::Corner& corner : LatticeCell::kOutline) {
-      KeepPixel(pixel->x, cell.i + corner.across, &PlacedLine::x);
-      KeepPixel(pixel->y, cell.j + corner.down, &PlacedLine::y);
+      frame_.Keep(pixel->x, frame_.CentreX() + scale_ * lattice_.At(cell.i + corner.across));
+      frame_.Keep(pixel->y, frame_.CentreY() - scale_ * lattice_.At(cell.j + corner.down));
       ++pixel;
     }
   }
 
-  void KeepPixel(std::int32_t& kept, int k, std::int64_t PlacedLine::*axis) {
-    const std::int64_t pixel = lines_[static_cast<std::size_t>(k)].*axis;
-    if (pixel != PlacedLine::kNowhere) {
-      kept = static_cast<std::int32_t>(pixel);
-      return;
-    }
-    frame_.Drop();
-    if (frame_.Version() != version_) PlaceLines();
-  }
-
   void PlaceLines() {
     version_ = frame_.Version();
-    const auto keep = [](std::int64_t& kept, double pixels) {
-      std::int32_t pixel = 0;
-      kept = Narrow(pixels, pixel) ? pixel : PlacedLine::kNowhere;
-    };
     for (int k = 0; k < lattice_.Lines(); ++k) {
       PlacedLine& line = lines_[static_cast<std::size_t>(k)];
-      keep(line.x, frame_.CentreX() + scale_ * lattice_.At(k));
-      keep(line.y, frame_.CentreY() - scale_ * lattice_.At(k));
+      const bool has_x = Narrow(frame_.CentreX() + scale_ * lattice_.At(k), line.x);
+      const bool has_y = Narrow(frame_.CentreY() - scale_ * lattice_.At(k), line.y);
+      line.fits = has_x && has_y;
     }
   }
 
