@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "discoplan/controls/plot_control.h"
+#include "discoplan/print/print_wafer.h"
 #include "hosts/qt/qt_paper.h"
 
 namespace discoplan::app {
