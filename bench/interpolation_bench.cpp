@@ -10,7 +10,7 @@
 #include "discoplan/core/interpolation/neighbours.h"
 #include "discoplan/core/interpolation/site_interpolator.h"
 #include "discoplan/core/worker_pool.h"
-#include "tests/core/plain_search.h"
+#include "tests/core/interpolation/plain_search.h"
 
 namespace discoplan::bench {
 namespace {

@@ -6,7 +6,9 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <algorithm>
+#include <array>
 
+#include "data/data_error.h"
 #include "data/fields.h"
 #include "data/line_reader.h"
 

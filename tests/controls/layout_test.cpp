@@ -93,7 +93,7 @@ TEST_F(Layout, WidensThePanelForLongValues) {
   float widest = 1695;
   for (int i = 1; i <= 10; ++i) {
     const Node& row = Child(("ScaleValue(" + std::to_string(i) + ")").c_str());
-    EXPECT_EQ(row.Box().width, static_cast<float>(row.text.size()) * 90);
+    EXPECT_EQ(row.Box().width, static_cast<float>(row.Text().size()) * 90);
     widest = std::max(widest, row.Right());
   }
   ASSERT_GT(widest, 1695);

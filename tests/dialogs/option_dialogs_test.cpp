@@ -7,6 +7,9 @@
 #include "discoplan/dialogs/scan_dialog.h"
 #include "discoplan/dialogs/view_dialogs.h"
 #include "discoplan/render/orientation_patches.h"
+#include "discoplan/render/plots/bar_plot.h"
+#include "discoplan/render/plots/contour_plot.h"
+#include "discoplan/render/plots/surface_plot.h"
 #include "hosts/recording/recording_host.h"
 
 namespace discoplan {

@@ -127,7 +127,8 @@ TEST_F(Painter, CopiesAPictureAndStretchesAnImage) {
   EXPECT_EQ(Painted(6, 4)[0], "#.....");  // no image yet
   stretched.Image(std::make_shared<Canvas>(copied.Picture()->canvas()));
   EXPECT_EQ(Painted(6, 4), (Rows{"#.##..", "..##..", "......", "......"}));
-  copied.Box().width = 75;  // a picture isn't stretched
+  // A picture is never stretched.
+  copied.Move({copied.Box().left, copied.Box().top, 75, copied.Box().height});
   stretched.Visible(false);
   EXPECT_EQ(Painted(6, 4)[0], "#.....");
   stretched.Visible(true);
@@ -140,9 +141,9 @@ TEST_F(Painter, CopiesAnImageOfItsOwnSize) {
   image.Image(std::make_shared<Canvas>(2, 2, kRedPixel));
   std::const_pointer_cast<Canvas>(image.Image())->FillBox({1, 1, 1, 1}, kBlackPixel);
   EXPECT_EQ(Painted(6, 4), (Rows{"......", "...rr.", "...r#.", "......"}));
-  image.Box() = At(-1, 3, 2, 2);
+  image.Move(At(-1, 3, 2, 2));
   EXPECT_EQ(Painted(6, 4), (Rows{"......", "......", "......", "r....."}));
-  image.Box() = At(-1, -1, 2, 2);
+  image.Move(At(-1, -1, 2, 2));
   EXPECT_EQ(Painted(6, 4), (Rows{"#.....", "......", "......", "......"}));
 }
 

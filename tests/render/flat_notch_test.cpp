@@ -25,7 +25,7 @@ TEST_F(FlatNotch, DrawsANotchAtTheBottom) {
   const wafer source = LoadedWafer({});
   Node label(NodeKind::Frame, "FNLabel", {});
   const json trace = Show(source, &label, 0, 90);
-  EXPECT_EQ(label.text, "Notch");
+  EXPECT_EQ(label.Text(), "Notch");
   EXPECT_EQ(centre_x_, 34);
   EXPECT_EQ(centre_y_, 34);
   // Radius 27: 27 sin 10 = 4.69, 27 cos 10 = 26.59, tip at 21.6, outside at 28.35.
@@ -53,9 +53,9 @@ TEST_F(FlatNotch, DrawsAFlatAndLeavesTheLabelAlone) {
   wafer source = LoadedWafer({});
   source.FlatRatio = 0.98F;
   Node label(NodeKind::Frame, "FNLabel", {});
-  label.text = "Flat";
+  label.Text("Flat");
   const json trace = Show(source, &label, 0, 90);
-  EXPECT_EQ(label.text, "Flat");
+  EXPECT_EQ(label.Text(), "Flat");
   // 27 sin 35 = 15.49, 27 cos 35 = 22.12; at 36: 20.65 and 29.49.
   EXPECT_EQ(Calls(trace, "Polygon")[0],
             json::parse(R"(["Polygon", [[49, 56], [19, 56], [13, 63], [55, 63]]])"));
@@ -110,7 +110,7 @@ class OpenOutline : public PlotFixture {
 TEST_F(OpenOutline, LeavesTheNotchOutAndFillsTheInside) {
   Node label(NodeKind::Frame, "FNLabel", {});
   const json trace = Show(1, 0, &label);
-  EXPECT_EQ(label.text, "Notch");
+  EXPECT_EQ(label.Text(), "Notch");
   ASSERT_EQ(trace.size(), 10U);
   EXPECT_EQ(trace[0], json::parse(R"(["Cls"])"));
   EXPECT_EQ(trace[1], json::parse(R"(["DrawWidth", 1])"));
@@ -137,7 +137,7 @@ TEST_F(OpenOutline, LeavesTheNotchOutAndFillsTheInside) {
 TEST_F(OpenOutline, NamesTheFlat) {
   Node label(NodeKind::Frame, "FNLabel", {});
   const json trace = Show(0.98F, 0, &label);
-  EXPECT_EQ(label.text, "Flat");
+  EXPECT_EQ(label.Text(), "Flat");
   EXPECT_EQ(Calls(trace, "Line").size(), 2U);
   EXPECT_NEAR(trace[2][5].get<double>(), 304 * 3.14159265 / 180, 1e-5);
   EXPECT_NEAR(trace[2][6].get<double>(), 236 * 3.14159265 / 180, 1e-5);

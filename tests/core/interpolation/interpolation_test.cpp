@@ -9,7 +9,7 @@
 
 #include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
-#include "tests/core/plain_search.h"
+#include "tests/core/interpolation/plain_search.h"
 
 namespace discoplan {
 namespace {
