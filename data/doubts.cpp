@@ -13,7 +13,8 @@
 namespace discoplan::data {
 namespace {
 
-constexpr std::size_t kFewest = 4;  // sites that say something
+constexpr std::size_t kFewest = 4;         // sites that say something
+constexpr std::size_t kFewestToCount = 9;  // values that are no accident if they count 1, 2, 3
 
 std::string Text(double length) {
   std::ostringstream text;
@@ -37,6 +38,10 @@ std::string DoubtOfQuadrant(const ReadRequest& request, const Wafer& wafer) {
   const auto is_past = [](float position) { return position >= 0; };
   const bool one_quadrant = std::all_of(wafer.x.begin(), wafer.x.end(), is_past) &&
                             std::all_of(wafer.y.begin(), wafer.y.end(), is_past);
+  // No wafer reaches into the corner of the square around it.
+  for (std::size_t i = 0; i < wafer.x.size(); ++i) {
+    if (wafer.x[i] == 0 && wafer.y[i] == 0) return {};
+  }
   const auto [left, right] = std::minmax_element(wafer.x.begin(), wafer.x.end());
   const auto [bottom, top] = std::minmax_element(wafer.y.begin(), wafer.y.end());
   if (!one_quadrant || *left == *right || *bottom == *top) return {};
@@ -45,8 +50,7 @@ std::string DoubtOfQuadrant(const ReadRequest& request, const Wafer& wafer) {
                      std::all_of(wafer.y.begin(), wafer.y.end(), is_whole);
   std::string doubt =
       "all sites lie in the quadrant right above the centre; if they are counted from a corner, "
-      "use "
-      "--origin corner";
+      "use --origin corner";
   if (whole && !request.pitch) {
     doubt += ", and if they are numbers of dies, --pitch WIDTH HEIGHT with it";
   }
@@ -82,6 +86,7 @@ std::string DoubtOfUnit(const Wafer& wafer) {
 }
 
 std::string DoubtOfIndex(const Lot& lot, const Wafer& wafer) {
+  if (wafer.value.size() < kFewestToCount) return {};
   for (std::size_t i = 0; i < wafer.value.size(); ++i) {
     if (wafer.value[i] != wafer.value[0] + static_cast<float>(i)) return {};
   }
@@ -110,7 +115,7 @@ void TellDoubts(const ReadRequest& request, const PositionScale& scale, Lot& lot
   if (quadrant.empty() && !has_size) Tell(*first, DoubtOfUnit(*first), several, lot);
   for (std::size_t parameter = 0; parameter < lot.parameters.size(); ++parameter) {
     const auto wafers = lot.Of(parameter);
-    if (wafers.empty() || wafers[0].value.size() < kFewest) continue;
+    if (wafers.empty()) continue;
     Tell(wafers[0], DoubtOfIndex(lot, wafers[0]), several, lot);
   }
 }

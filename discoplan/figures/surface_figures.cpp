@@ -296,7 +296,8 @@ void DrawSigmaSurface(Sketch sketch) {
 }
 
 void DrawBars(Sketch sketch) {
-  auto& [page, plot, summary, style] = sketch;
+  auto& [page, drawn, summary, style] = sketch;
+  const auto& plot = drawn;  // structured bindings can't be captured by all compilers
   const Scale scale = MakeScale(plot, summary, style, 7);
   std::vector<std::string> notes;
   if (const std::string beyond = BeyondNote(plot, scale); !beyond.empty()) notes.push_back(beyond);

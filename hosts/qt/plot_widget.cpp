@@ -10,7 +10,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <optional>
 #include <utility>
 
 #include "discoplan/base/numbers.h"
@@ -133,8 +132,10 @@ class PlotHost final : public QtPlatform,
                        const std::function<void(float, float)>& take) override {
     if (!widget_) return;
     const QSize wanted(qCeil(width / kTwipsPerPixel), qCeil(height / kTwipsPerPixel));
-    if (!own_minimum_) own_minimum_ = widget_->minimumSize();
-    widget_->setMinimumSize(wanted.expandedTo(*own_minimum_));
+    // Another minimum than the one asked for last is the program's own.
+    if (widget_->minimumSize() != asked_minimum_) own_minimum_ = widget_->minimumSize();
+    asked_minimum_ = wanted.expandedTo(own_minimum_);
+    widget_->setMinimumSize(asked_minimum_);
     if (widget_->size() != wanted) widget_->resize(wanted);
     take(width, height);
   }
@@ -142,8 +143,7 @@ class PlotHost final : public QtPlatform,
   void Repaint() override {
     if (!widget_ || !control || control->HideLegend() == hides_legend_) return;
     hides_legend_ = control->HideLegend();
-    if (own_minimum_) widget_->setMinimumSize(*own_minimum_);
-    own_minimum_.reset();
+    if (widget_->minimumSize() == asked_minimum_) widget_->setMinimumSize(own_minimum_);
   }
   void PointerChanged(std::int16_t pointer) override {
     if (!widget_) return;
@@ -188,7 +188,8 @@ class PlotHost final : public QtPlatform,
 
   QPointer<PlotWidget> widget_;
   QElapsedTimer clock_;
-  std::optional<QSize> own_minimum_;  // of the widget, while the control asks for more
+  QSize own_minimum_;    // as the program wants it
+  QSize asked_minimum_;  // as the control does
   bool hides_legend_ = false;
   bool clicked_twice_ = false;
 };

@@ -79,7 +79,7 @@ TEST_F(Program, KeepsSettingsInAFile) {
 }
 
 TEST_F(Program, ReadsWhatABinaryFileHolds) {
-  const double blocks[3][5] = {{0, 10, 0, -10, 0}, {0, 0, 10, 0, -10}, {1, 2, 3, 4, 5}};
+  const double blocks[3][5] = {{0, 90, 0, -90, 0}, {0, 0, 90, 0, -90}, {1, 2, 3, 4, 5}};
   Write("sites.dat", std::string(reinterpret_cast<const char*>(blocks), sizeof blocks));
   const Outcome outcome = Run("stats sites.dat --json");
   ASSERT_EQ(outcome.status, 0) << outcome.output;
@@ -145,7 +145,7 @@ TEST_P(ProgramComplains, InOneLineAndLeavesNoFile) {
   Write("nan.csv", "X,Y,V\n0,0,1\n1,1,inf\n");
   Write("ok.csv", "X (mm),Y (mm),V\n0,0,1\n1,1,2\n2,2,3\n3,1,4\n");
   Write("large.json", "{\"StdResx2D\": 1e400}");
-  Write("far.csv", "0 0 1\n1 1 2\n2 2 3\n3 3 4\n4 4 5\n5 5 6\n6 6 7\n7 7 8\n8 8 9\n90 0 10\n");
+  Write("far.csv", "0 0 1\n1 1 2\n2 2 3\n3 3 4\n4 4 5\n5 5 6\n6 6 7\n7 7 8\n8 8 9\n90 0 9\n");
   fs::create_directory(folder_ / "folder");
   const Complaint& due = GetParam();
   const Outcome outcome = Run(due.arguments);

@@ -96,8 +96,8 @@ TEST_F(Stats, WriteCommaSeparatedText) {
 }
 
 TEST_F(Stats, LeaveEmptyWhatHasNoMeaning) {
-  Write("one.csv", "X,Y,V\n0,0,5\n");
-  Write("zero.csv", "X,Y,V\n0,0,-1\n10,0,1\n0,10,-1\n-10,0,1\n");
+  Write("one.csv", "X (mm),Y (mm),V\n0,0,5\n");
+  Write("zero.csv", "X (mm),Y (mm),V\n0,0,-1\n10,0,1\n0,10,-1\n-10,0,1\n");
   EXPECT_EQ(Run("stats one.csv --figures std_dev,mean --csv").output,
             "wafer,parameter,sites,std_dev,mean\none,V,1,,5\n");
   EXPECT_TRUE(Json("one.csv --figures std_dev").at(0).at("std_dev").is_null());
@@ -120,8 +120,8 @@ TEST_F(Stats, SumUpTheLotForOtherPrograms) {
 }
 
 TEST_F(Stats, OfADifferenceOfTheSameSites) {
-  Write("a.csv", "X,Y,V\n0,0,10.3\n10,0,11\n0,10,12\n-10,0,13\n");
-  Write("b.csv", "X,Y,V\n-10,0,1\n0,10,2\n10,0,3\n0,0,0.1\n");
+  Write("a.csv", "X (mm),Y (mm),V\n0,0,10.3\n10,0,11\n0,10,12\n-10,0,13\n");
+  Write("b.csv", "X (mm),Y (mm),V\n-10,0,1\n0,10,2\n10,0,3\n0,0,0.1\n");
   const auto stats = Json("a.csv --minus b.csv").at(0);
   EXPECT_EQ(stats.at("wafer"), "a, minus b");
   EXPECT_EQ(stats.at("minimum"), 8);
@@ -130,8 +130,8 @@ TEST_F(Stats, OfADifferenceOfTheSameSites) {
 }
 
 TEST_F(Stats, SayThatADifferenceIsInterpolated) {
-  Write("a.csv", "X,Y,V\n0,0,10\n10,10,11\n");
-  Write("b.csv", "X,Y,V\n10,10,1\n-10,10,2\n-10,-10,3\n10,-10,4\n");
+  Write("a.csv", "X (mm),Y (mm),V\n0,0,10\n10,10,11\n");
+  Write("b.csv", "X (mm),Y (mm),V\n10,10,1\n-10,10,2\n-10,-10,3\n10,-10,4\n");
   const Outcome outcome = Run("stats a.csv --minus b.csv --csv --figures mean");
   EXPECT_EQ(outcome.status, 0);
   EXPECT_NE(outcome.output.find("discoplan: a.csv: minus b: 1 of 2 values interpolated between "
@@ -153,7 +153,7 @@ TEST_F(Stats, OfADifferenceFromTheMeanWaferOfAllWafers) {
 }
 
 TEST_F(Stats, OfWhatASurfaceLeaves) {
-  Write("plane.csv", "X,Y,V\n0,0,10\n10,0,13\n0,10,14\n10,10,17\n-10,-10,3.5\n");
+  Write("plane.csv", "X (mm),Y (mm),V\n0,0,10\n10,0,13\n0,10,14\n10,10,17\n-10,-10,3.5\n");
   const auto flat = Json("plane.csv --residual plane").at(0);
   EXPECT_NEAR(flat.at("mean").get<double>(), 0, 1e-6);
   EXPECT_LT(flat.at("range").get<double>(), 0.6);
@@ -165,9 +165,9 @@ TEST_F(Stats, OfWhatASurfaceLeaves) {
 }
 
 TEST_F(Stats, OfTurnedAndMirroredWafers) {
-  Write("a.csv", "X,Y,V\n1,0,1\n0,2,2\n-3,0,3\n0,-4,4\n");
-  Write("turned.csv", "X,Y,V\n0,1,1\n-2,0,2\n0,-3,3\n4,0,4\n");
-  Write("mirrored.csv", "X,Y,V\n-1,0,1\n0,2,2\n3,0,3\n0,-4,4\n");
+  Write("a.csv", "X (mm),Y (mm),V\n1,0,1\n0,2,2\n-3,0,3\n0,-4,4\n");
+  Write("turned.csv", "X (mm),Y (mm),V\n0,1,1\n-2,0,2\n0,-3,3\n4,0,4\n");
+  Write("mirrored.csv", "X (mm),Y (mm),V\n-1,0,1\n0,2,2\n3,0,3\n0,-4,4\n");
   EXPECT_EQ(Json("a.csv --rotate 90 --minus turned.csv").at(0).at("range"), 0);
   EXPECT_EQ(Json("a.csv --mirror x --minus mirrored.csv").at(0).at("range"), 0);
   EXPECT_EQ(Json("a.csv --mirror y --rotate 180 --minus mirrored.csv").at(0).at("range"), 0);
@@ -175,9 +175,9 @@ TEST_F(Stats, OfTurnedAndMirroredWafers) {
 }
 
 TEST_F(Stats, SayWhatMakesNoSense) {
-  Write("a.csv", "X,Y,V\n0,0,1\n10,0,2\n0,10,3\n-10,0,4\n");
-  Write("line.csv", "X,Y,V\n0,0,1\n10,0,2\n20,0,3\n30,0,5\n");
-  Write("two.csv", "X,Y,V\n50,0,1\n60,0,2\n");
+  Write("a.csv", "X (mm),Y (mm),V\n0,0,1\n10,0,2\n0,10,3\n-10,0,4\n");
+  Write("line.csv", "X (mm),Y (mm),V\n0,0,1\n10,0,2\n20,0,3\n30,0,5\n");
+  Write("two.csv", "X (mm),Y (mm),V\n50,0,1\n60,0,2\n");
   const struct {
     const char* arguments;
     int status;

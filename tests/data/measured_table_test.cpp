@@ -149,9 +149,11 @@ TEST(InstrumentTable, ReadsTheExamplesOfAnEllipsometer) {
 
 TEST(InstrumentTable, TellsWhatLooksWrong) {
   struct DoubtCase {
-    const char* content;
+    std::string content;
     std::vector<std::string> warnings;
   };
+  const std::string counted =
+      "X,Y,Q\n-100,0,1\n100,0,2\n0,100,3\n0,-100,4\n0,0,5\n70,70,6\n-70,70,7\n70,-70,8\n";
   const DoubtCase cases[] = {
       {"X,Y,Q\n-14.7,0,9\n14.7,0,2\n0,14.7,3\n0,-14.7,4\n",
        {"the sites lie within 29.4 mm, as on no standard wafer; try --unit cm (300 mm, in "
@@ -169,9 +171,12 @@ TEST(InstrumentTable, TellsWhatLooksWrong) {
       {"X,Y,Q\n1,1,9\n2,1,2\n1,2,3\n2,2,4\n",
        {"all sites lie in the quadrant right above the centre; if they are counted from a corner, "
         "use --origin corner, and if they are numbers of dies, --pitch WIDTH HEIGHT with it"}},
-      {"X,Y,Q\n-100,0,1\n100,0,2\n0,100,3\n0,-100,4\n",
+      {counted + "-70,-70,9\n",
        {"the value 'Q' only counts the sites; choose another with --parameter"}},
-      {"X,Y,Q\n-100,0,1\n100,0,2\n0,100,3\n0,-100,4.5\n", {}},
+      {counted + "-70,-70,9.5\n", {}},
+      {counted, {}},
+      // A site in the corner itself would lie beside the wafer.
+      {"X,Y,Q\n0,0,9\n90,0,2\n0,90,3\n60,60,4\n", {}},
   };
   const TemporaryFolder folder;
   for (const DoubtCase& test : cases) {

@@ -500,7 +500,7 @@ TEST(FreeTypeText, BrokenFontsShowLessOrCountAsNone) {
       }
     }
   }
-  EXPECT_GT(none, 2);
+  EXPECT_GE(none, 2);  // nothing of it, and a tenth
   EXPECT_GT(shown, 0);
 }
 

@@ -23,8 +23,8 @@ class User {
     MoveTo(widget, place);
     Do({"click", "1"});
   }
-  void DoubleClick(const QWidget& widget) {
-    MoveTo(widget);
+  void DoubleClick(const QWidget& widget, QPoint place) {
+    MoveTo(widget, place);
     Do({"click", "--repeat", "2", "--delay", "40", "1"});
   }
   void Type(const QString& text) { Do({"type", "--delay", "10", text}); }
