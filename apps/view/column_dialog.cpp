@@ -79,7 +79,8 @@ ColumnDialog::ColumnDialog(const QStringList& names, QWidget* parent) : QDialog(
 std::string ColumnDialog::Columns() const {
   std::string columns;
   for (const QComboBox* choice : choices_) {
-    columns += (columns.empty() ? "" : ",") + std::to_string(choice->currentIndex() + 1);
+    if (!columns.empty()) columns += ',';
+    columns += std::to_string(choice->currentIndex() + 1);
   }
   return columns;
 }

@@ -16,9 +16,9 @@ class PlainSearch {
  public:
   PlainSearch(std::vector<Site> sites, float diameter, float test_diameter)
       : sites_(std::move(sites)), diameter_(diameter), test_diameter_(test_diameter) {
-    constexpr double kPi = 3.14159274101257324;  // the nearest 32-bit float
+    constexpr double kNearPi = 3.14159274101257324;  // the nearest 32-bit float
     const double r = diameter / 2.0;
-    cell_ = static_cast<float>(std::sqrt(r * r * kPi * 4 / static_cast<double>(sites_.size())));
+    cell_ = static_cast<float>(std::sqrt(r * r * kNearPi * 4 / static_cast<double>(sites_.size())));
     half_ = std::lrint(r / cell_);
     cells_.assign(static_cast<std::size_t>((2 * half_ + 1) * (2 * half_ + 1)), {});
     for (std::size_t i = 0; i < sites_.size(); ++i) {
