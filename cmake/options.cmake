@@ -2,7 +2,8 @@
 # no compiler may fuse a multiplication with an addition.
 add_library(discoplan-options INTERFACE)
 target_compile_options(discoplan-options INTERFACE
-  -ffp-contract=off -fno-semantic-interposition -Wall -Wextra -Wconversion -Wshadow $<$<BOOL:${DISCOPLAN_WERROR}>:-Werror>)
+  -ffp-contract=off $<$<NOT:$<BOOL:${EMSCRIPTEN}>>:-fno-semantic-interposition>
+  -Wall -Wextra -Wconversion -Wshadow $<$<BOOL:${DISCOPLAN_WERROR}>:-Werror>)
 
 # discoplan_library(TARGET BUILDING): what every shared library of ours is: its version, and the
 # mark by which its export header knows who makes it.

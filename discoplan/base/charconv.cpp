@@ -82,7 +82,7 @@ std::string Print(const char* format, int precision, double value) {
   std::string text(buffer, static_cast<std::size_t>(length));
   const std::string local = DecimalPoint();
   if (const std::size_t point = text.find(local); point != std::string::npos) {
-    text.replace(point, local.size(), ".");
+    text.replace(point, local.size(), 1, '.');
   }
   return text;
 }

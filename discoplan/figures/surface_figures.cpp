@@ -311,7 +311,7 @@ void DrawBars(Sketch sketch) {
   const double half = std::min(0.045, 0.2 * spacing);
   std::vector<std::size_t> order(plot.sites.Size());
   for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
-  const auto place = [&](std::size_t i) {
+  const auto place = [&plot = plot](std::size_t i) {
     return Point{plot.sites.x[i], plot.sites.y[i]} * (2 / plot.diameter);
   };
   std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {

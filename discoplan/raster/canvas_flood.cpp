@@ -28,8 +28,9 @@ void Canvas::FloodFill(PixelPoint start, Pixel boundary, const Brush& brush) {
     std::int64_t end = x + 1;
     while (left > 0 && open(left - 1, y)) --left;
     while (end < width_ && open(end, y)) ++end;
-    const auto row = reached.begin() + y * width_;
-    std::fill(row + left, row + end, true);
+    const auto row = reached.begin() + static_cast<std::ptrdiff_t>(y * width_);
+    std::fill(row + static_cast<std::ptrdiff_t>(left), row + static_cast<std::ptrdiff_t>(end),
+              true);
     FillRow(Row(y), left, end, brush.pixel);
     for (const std::int64_t neighbour : {y - 1, y + 1}) {
       if (neighbour < 0 || neighbour >= height_) continue;
