@@ -296,8 +296,7 @@ void DrawSigmaSurface(Sketch sketch) {
 }
 
 void DrawBars(Sketch sketch) {
-  auto& [page, drawn, summary, style] = sketch;
-  const auto& plot = drawn;  // structured bindings can't be captured by all compilers
+  auto& [page, plot, summary, style] = sketch;
   const Scale scale = MakeScale(plot, summary, style, 7);
   std::vector<std::string> notes;
   if (const std::string beyond = BeyondNote(plot, scale); !beyond.empty()) notes.push_back(beyond);
