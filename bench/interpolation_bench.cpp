@@ -9,6 +9,7 @@
 #include "bench/bench_wafers.h"
 #include "discoplan/core/interpolation/neighbours.h"
 #include "discoplan/core/interpolation/site_interpolator.h"
+#include "discoplan/core/wafer_data.h"
 #include "discoplan/core/worker_pool.h"
 #include "tests/core/interpolation/plain_search.h"
 

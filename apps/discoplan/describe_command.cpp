@@ -6,6 +6,7 @@
 #include "discoplan/controls/control_class.h"
 #include "discoplan/version.h"
 #include "hosts/json/json_number.h"
+#include "hosts/json/json_text.h"
 
 namespace discoplan::app {
 namespace {
@@ -128,7 +129,7 @@ void Describe(const std::string& name) {
   for (const ControlClass* kind : ControlClasses()) {
     if (name.empty() || kind->name == name) text["classes"].push_back(Described(*kind));
   }
-  WriteStandardOutput(text.dump(2) + '\n');
+  WriteStandardOutput(JsonText(text, 2) + '\n');
 }
 
 }  // namespace
