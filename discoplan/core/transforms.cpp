@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "discoplan/base/algorithms.h"
+#include "discoplan/base/angles.h"
 #include "discoplan/base/numbers.h"
 #include "discoplan/core/wafer.h"
 
@@ -56,14 +57,14 @@ void wafer::rotate(float angle) {
     const double y = site.y;
     double direction = 0;
     if (x != 0) {
-      direction = std::atan(y / x) + (x < 0 ? kPi : 0.0);
+      direction = ArcTangent(y / x) + (x < 0 ? kPi : 0.0);
     } else if (y != 0) {
       direction = y > 0 ? kPi / 2.0 : kPi * 3.0 / 2;
     }
     const double radius = std::sqrt(x * x + y * y);
     const double turned = WithinOneTurn(direction - clockwise);
-    site.x = ToFloat(radius * std::cos(turned));
-    site.y = ToFloat(radius * std::sin(turned));
+    site.x = ToFloat(radius * Cosine(turned));
+    site.y = ToFloat(radius * Sine(turned));
   }
 }
 

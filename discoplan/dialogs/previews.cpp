@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/dialogs/previews.h"
+#include "discoplan/base/angles.h"
 
 #include <array>
-#include <cmath>
 
 #include "discoplan/base/numbers.h"
 
@@ -23,7 +23,7 @@ void DrawSurfaceStyle(Surface& picture, int style) {
   const auto corner = [&](int column, int row) {
     const double u = (column - row) / (2.0 * kCells);
     const double v = (column + row) / (2.0 * kCells);
-    const double hill = std::cos(4 * u) * std::sin(3.1 * v) * 0.3;
+    const double hill = Cosine(4 * u) * Sine(3.1 * v) * 0.3;
     return PixelPoint{ToInt32(width * (0.5 + 0.9 * u)), ToInt32(height * (0.35 + 0.55 * v - hill))};
   };
   for (int row = 0; row < kCells; ++row) {

@@ -2,7 +2,6 @@
 #include "discoplan/print/page.h"
 
 #include <array>
-#include <cmath>
 
 #include "discoplan/base/angles.h"
 #include "discoplan/base/numbers.h"
@@ -47,8 +46,8 @@ struct Glyph {
   double flattening;
 
   SurfacePoint At(double degrees, double distance) const {
-    return {ToFloat(x + distance * std::sin(Radians(degrees))),
-            ToFloat(y + distance * flattening * std::cos(Radians(degrees)))};
+    return {ToFloat(x + distance * Sine(Radians(degrees))),
+            ToFloat(y + distance * flattening * Cosine(Radians(degrees)))};
   }
 };
 
@@ -193,7 +192,7 @@ void Page::DrawFlatNotchGlyph(float x, float y, float radius, const GlyphView& v
   const Glyph glyph = {.x = ToFloat(Divide(x, TwipsPerPixelX())),
                        .y = ToFloat(Divide(y, TwipsPerPixelY())),
                        .radius = ToFloat(Divide(radius, TwipsPerPixelX())),
-                       .flattening = std::sin(Radians(view.inclination))};
+                       .flattening = Sine(Radians(view.inclination))};
   printer_.ForeColor(kBlack);
   printer_.FillColor(kWhite);
   printer_.Circle({.centre = {ToFloat(glyph.x), ToFloat(glyph.y)},

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/raster/picture.h"
+#include "discoplan/base/angles.h"
 
 #include <algorithm>
 #include <array>
@@ -172,8 +173,8 @@ void Picture::Circle(const CircleCall& call) {
   // Far out along the rays, so that rounding the points doesn't turn them.
   constexpr double kFarOut = 256;
   const auto along = [&](double angle) {
-    return PixelPoint{Nearest(x + kFarOut * across * std::cos(angle)),
-                      Nearest(y - kFarOut * down * std::sin(angle))};
+    return PixelPoint{Nearest(x + kFarOut * across * Cosine(angle)),
+                      Nearest(y - kFarOut * down * Sine(angle))};
   };
   canvas_.Arc(box, along(*call.start), along(*call.end), pen);
 }

@@ -19,9 +19,9 @@ void DrawOrientationPatches(Surface& surface, float rotation, float inclination)
   surface.ForeColor(kBlack);
   surface.BackColor(kWhite);
   surface.Cls();
-  const double cosine = std::cos(Radians(rotation));
-  const double sine = std::sin(Radians(rotation));
-  const double tilt = std::sin(Radians(inclination));
+  const double cosine = Cosine(Radians(rotation));
+  const double sine = Sine(Radians(rotation));
+  const double tilt = Sine(Radians(inclination));
   // The corners of the turned board touch the picture's edges.
   const double side = std::min(surface.ScaleWidth(), surface.ScaleHeight()) - 2.0;
   const double step = side / (2 * kHalf * std::sqrt(2.0));

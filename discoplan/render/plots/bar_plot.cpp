@@ -27,8 +27,8 @@ struct Beam {
 };
 
 std::vector<Beam> PrepareBeams(std::span<const Site> sites, double rotation) {
-  const double cosine = std::cos(Radians(rotation));
-  const double sine = std::sin(Radians(rotation));
+  const double cosine = Cosine(Radians(rotation));
+  const double sine = Sine(Radians(rotation));
   std::vector<Beam> beams;
   beams.reserve(sites.size());
   for (const Site& site : sites) {
@@ -67,11 +67,11 @@ using BeamCorners = std::array<ScreenPoint, 8>;
 class BeamProjection {
  public:
   explicit BeamProjection(const BeamView& view)
-      : tilt_sine_(std::sin(Radians(view.grid_inclination))),
-        tilt_cosine_(std::cos(Radians(view.grid_inclination))),
+      : tilt_sine_(Sine(Radians(view.grid_inclination))),
+        tilt_cosine_(Cosine(Radians(view.grid_inclination))),
         beam_scale_(view.beam_scale) {
-    const double turn_sine = std::sin(Radians(view.grid_rotation));
-    const double turn_cosine = std::cos(Radians(view.grid_rotation));
+    const double turn_sine = Sine(Radians(view.grid_rotation));
+    const double turn_cosine = Cosine(Radians(view.grid_rotation));
     right = {view.beam_width * turn_cosine, view.beam_width * turn_sine * tilt_sine_};
     back = {-view.beam_height * turn_sine, view.beam_height * turn_cosine * tilt_sine_};
   }

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/render/plots/contour_mesh.h"
 
-#include <cmath>
-
 #include "discoplan/base/angles.h"
 #include "discoplan/base/numbers.h"
 #include "discoplan/core/interpolation/site_interpolator.h"
@@ -57,7 +55,7 @@ ContourMesh MakeContourMesh(const WaferData& data, int rings) {
     const double radius = static_cast<double>(data.test_diameter) * ring / (2 * rings);
     const double step = static_cast<double>(kPi) / (4 * ring);
     for (int m = 0; m < kSectors * ring; ++m) {
-      add_point(radius * std::cos(m * step), -radius * std::sin(m * step));
+      add_point(radius * Cosine(m * step), -radius * Sine(m * step));
     }
     for (int sector = 0; sector < kSectors; ++sector) AddStrip(mesh, ring, sector);
   }

@@ -2,7 +2,6 @@
 #include "discoplan/render/plots/orientation_mark.h"
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <optional>
 #include <span>
 #include <vector>
@@ -25,8 +24,8 @@ struct Outline {
   double upright_radius;
 
   SurfacePoint At(double degrees, double factor = 1) const {
-    return {ToFloat(x + factor * radius * std::sin(Radians(degrees))),
-            ToFloat(y + factor * upright_radius * std::cos(Radians(degrees)))};
+    return {ToFloat(x + factor * radius * Sine(Radians(degrees))),
+            ToFloat(y + factor * upright_radius * Cosine(Radians(degrees)))};
   }
 };
 
@@ -90,7 +89,7 @@ void DrawOpenOutline(Surface& surface, const Outline& outline, double rotation, 
 void DrawOpenOrientationMark(bool notch, Label* label, Surface& surface, const SurfacePoint& centre,
                              float radius, const MarkView& view) {
   const double rotation = view.rotation;
-  const double flattening = std::sin(Radians(view.inclination));
+  const double flattening = Sine(Radians(view.inclination));
   const Outline outline{centre.x, centre.y, radius, radius * flattening};
   // The mark's ends lie a degree farther out than those of the arc and so close the outline.
   const double reach = notch ? 10 : 34;
@@ -112,7 +111,7 @@ void DrawOpenOrientationMark(bool notch, Label* label, Surface& surface, const S
 SurfacePoint DrawOrientationMark(bool notch, Label* label, Surface& surface, const MarkView& view) {
   const SurfacePoint centre{surface.ScaleWidth() / 2, surface.ScaleHeight() / 2};
   const float radius = ToFloat(std::min(centre.x, centre.y) - 7.0);
-  const double flattening = std::sin(Radians(view.inclination));
+  const double flattening = Sine(Radians(view.inclination));
   const Outline outline{centre.x, centre.y, radius, radius * flattening};
 
   surface.ForeColor(kBlack);

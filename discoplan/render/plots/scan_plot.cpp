@@ -59,7 +59,7 @@ CutEnds CutAtAngle(const ScanLine& cut, double radius) {
     return CutUpright(cut.x1, radius, cut.angle != 180);
   }
   const double direction = ToFloat(Radians(cut.angle + 90.0));
-  const float slope = ToFloat(Divide(std::sin(direction), std::cos(direction)));
+  const float slope = ToFloat(Divide(Sine(direction), Cosine(direction)));
   const float offset = ToFloat(cut.y1 - static_cast<double>(slope) * cut.x1);
   return CutAlong(slope, offset, radius, cut.angle >= 180);
 }

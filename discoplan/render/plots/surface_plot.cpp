@@ -25,7 +25,7 @@ constexpr std::int16_t kFewestCells = 6;
 constexpr Colour kPlateFromAbove = 0x80000000;
 
 struct Direction {
-  explicit Direction(double radians) : cosine(std::cos(radians)), sine(std::sin(radians)) {}
+  explicit Direction(double radians) : cosine(Cosine(radians)), sine(Sine(radians)) {}
 
   double cosine;
   double sine;
