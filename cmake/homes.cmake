@@ -34,4 +34,8 @@ cmake_dependent_option(DISCOPLAN_WHOLE_PROGRAM
 cmake_dependent_option(DISCOPLAN_TESTS "Tests" ${runs_here} DISCOPLAN_PROGRAMS OFF)
 cmake_dependent_option(DISCOPLAN_BENCH "Benchmarks" OFF DISCOPLAN_HEADLESS OFF)
 option(DISCOPLAN_FUZZ "Fuzzers of the readers, by clang" OFF)
+set(DISCOPLAN_WIDL ${CMAKE_SYSTEM_PROCESSOR}-w64-mingw32-widl)
+find_program(has_widl ${DISCOPLAN_WIDL})
+cmake_dependent_option(DISCOPLAN_ACTIVEX "ActiveX server; its type library takes widl" ON
+  "on_its_own;WIN32;has_widl" OFF)
 option(DISCOPLAN_INSTALL "What is installed and packed" ${on_its_own})
