@@ -1,6 +1,6 @@
 # A thin front over the CMake presets. `make help` lists what there is.
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench fuzz portability docs pictures lint format packages
+.PHONY: help demo test bench fuzz portability activex docs pictures lint format packages
 
 SOURCES = git ls-files '*.h' '*.cpp'
 LINTED = $(if $(FILES),echo $(FILES),git ls-files 'discoplan/*.cpp' 'hosts/*.cpp' 'apps/*.cpp')
@@ -33,6 +33,11 @@ portability: packages ## Compare many sessions by Wine and Node with this machin
 	@cmake --build --preset release --target discoplan-program -- --quiet
 	@for preset in windows-x64 $(if $(SHORT),,windows-x86 linux-x86) wasm; do tests/portability/check $$preset \
 	  build/release/apps/discoplan/discoplan $(CURDIR) $(if $(SHORT),2,36) || [ $$? = 77 ] || exit 1; done
+
+activex: packages ## Ask the ActiveX server by a script in Wine, and compare its answers
+	@cmake --preset release --log-level=WARNING > /dev/null
+	@cmake --build --preset release --target discoplan-program -- --quiet
+	@tests/activex/check build/release/apps/discoplan/discoplan $(CURDIR) || [ $$? = 77 ]
 
 fuzz: packages ## Feed each reader with damaged files for five minutes, by clang
 	@cmake -S . -B build/fuzz -G Ninja -D CMAKE_CXX_COMPILER=clang++-14 -D DISCOPLAN_FUZZ=ON \

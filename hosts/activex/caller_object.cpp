@@ -14,8 +14,21 @@ namespace {
 constexpr std::int16_t kNoOutline = 5;
 constexpr DWORD kFirstFault = 0x800A0000;
 
+/// Objects of scripts answer this one, and not all of them the plain one.
+ComPtr<IDispatchEx> Extended(IDispatch& object) {
+  ComPtr<IDispatchEx> extended;
+  object.QueryInterface(IID_PPV_ARGS(&extended));
+  return extended;
+}
+
 DISPID IdOf(IDispatch& object, const wchar_t* name) {
   DISPID id = DISPID_UNKNOWN;
+  if (const ComPtr<IDispatchEx> extended = Extended(object)) {
+    const BSTR text = SysAllocString(name);
+    const HRESULT known = extended->GetDispID(text, fdexNameCaseInsensitive, &id);
+    SysFreeString(text);
+    return SUCCEEDED(known) ? id : DISPID_UNKNOWN;
+  }
   auto* wanted = const_cast<LPOLESTR>(name);
   const HRESULT found = object.GetIDsOfNames(IID_NULL, &wanted, 1, LOCALE_USER_DEFAULT, &id);
   return SUCCEEDED(found) ? id : DISPID_UNKNOWN;
@@ -53,8 +66,11 @@ void Invoke(IDispatch& object, const wchar_t* name, WORD kind, std::span<const V
   DISPPARAMS params{reversed.data(), puts ? &put : nullptr, static_cast<UINT>(reversed.size()),
                     puts ? 1U : 0U};
   EXCEPINFO raised{};
-  const HRESULT called =
-      object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &params, result, &raised, nullptr);
+  const ComPtr<IDispatchEx> extended = Extended(object);
+  const HRESULT called = extended ? extended->InvokeEx(id, LOCALE_USER_DEFAULT, kind, &params,
+                                                       result, &raised, nullptr)
+                                  : object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &params,
+                                                  result, &raised, nullptr);
   if (FAILED(called)) RaiseFrom(called, raised, name);
 }
 

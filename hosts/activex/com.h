@@ -5,6 +5,7 @@
 
 #include <windows.h>
 //
+#include <dispex.h>
 #include <objsafe.h>
 #include <ocidl.h>
 #include <olectl.h>

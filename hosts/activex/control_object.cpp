@@ -17,7 +17,7 @@ bool AreOne(IUnknown* a, IUnknown* b) {
   ComPtr<IUnknown> second;
   a->QueryInterface(IID_PPV_ARGS(&first));
   b->QueryInterface(IID_PPV_ARGS(&second));
-  return first == second;
+  return first.Get() == second.Get();
 }
 
 /// A control that is its own printer would keep itself alive by a wrapped reference.
