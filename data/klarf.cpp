@@ -287,7 +287,7 @@ void KlarfReader::TakeDefect(const std::vector<std::string_view>& words) {
       return CountSkipped(Reason::TooFewColumns, line_, lot_.skipped);
     }
     Refuse(Counted(words.size(), "field") + " where DefectRecordSpec names " +
-           std::to_string(fields_.size()) + "; mend the line or the specification");
+           std::to_string(fields_.size()) + "; mend the line or the DefectRecordSpec");
   }
   const auto images = image_count_ ? ParseNumber(words[*image_count_]).value : 0;
   images_due_ = 2 * images - static_cast<double>(words.size() - fewest_);

@@ -67,7 +67,7 @@ TEST(Klarf, GivesDefectsAsSitesOrSaysWhatIsWrong) {
       {"another number of fields", kHead + kWafer + "DefectRecordSpec 3 DEFECTID XREL;\n" + kEnd,
        "a.txt:13: DefectRecordSpec announces 3 fields and names 2; mend it"},
       {"a short defect", kHead + kWafer + kSpec + "DefectList\n 1 2 3;\n" + kEnd,
-       "a.txt:15: 3 fields where DefectRecordSpec names 9; mend the line or the specification"},
+       "a.txt:15: 3 fields where DefectRecordSpec names 9; mend the line or the DefectRecordSpec"},
       {"a text in place of a number",
        kHead + kWafer + kSpec + "DefectList\n 1 5x 6000 0 0 0.5 1 0 0;\n" + kEnd,
        "a.txt:15:2: '5x' is no number; mend the value or use --skip-invalid"},
