@@ -1,6 +1,6 @@
 # A thin front over the CMake presets. `make help` lists what there is.
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench fuzz portability activex docs pictures lint format packages
+.PHONY: help demo test bench fuzz portability activex docs pictures lint format packages elsewhere
 
 SOURCES = git ls-files '*.h' '*.cpp'
 LINTED = $(if $(FILES),echo $(FILES),git ls-files 'discoplan/*.cpp' 'hosts/*.cpp' 'apps/*.cpp')
@@ -10,6 +10,9 @@ help: ## Show this list
 
 packages: ## Install the Debian packages that are missing
 	@scripts/install-packages
+
+elsewhere: packages
+	@scripts/install-packages elsewhere
 
 demo: packages ## Build, and plot the measured wafers of examples/ into out/
 	@cmake --preset release --log-level=WARNING > /dev/null
@@ -28,13 +31,13 @@ bench: packages ## Build, and run the benchmarks
 	@cmake --build --preset bench --target discoplan-program -- --quiet
 	@bench/whole_process build/bench/apps/discoplan/discoplan
 
-portability: packages ## Compare many sessions by Wine and Node with this machine's own, or SHORT=1 few
+portability: elsewhere ## Compare many sessions by Wine and Node with this machine's own, or SHORT=1 few
 	@cmake --preset release --log-level=WARNING > /dev/null
 	@cmake --build --preset release --target discoplan-program -- --quiet
 	@for preset in windows-x64 $(if $(SHORT),,windows-x86 linux-x86) wasm; do tests/portability/check $$preset \
 	  build/release/apps/discoplan/discoplan $(CURDIR) $(if $(SHORT),2,36) || [ $$? = 77 ] || exit 1; done
 
-activex: packages ## Ask the ActiveX server by a script in Wine, and compare its answers
+activex: elsewhere ## Ask the ActiveX server by a script in Wine, and compare its answers
 	@cmake --preset release --log-level=WARNING > /dev/null
 	@cmake --build --preset release --target discoplan-program -- --quiet
 	@tests/activex/check build/release/apps/discoplan/discoplan $(CURDIR) || [ $$? = 77 ]
