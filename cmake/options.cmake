@@ -3,7 +3,10 @@
 add_library(discoplan-options INTERFACE)
 target_compile_options(discoplan-options INTERFACE
   -ffp-contract=off $<$<NOT:$<BOOL:${EMSCRIPTEN}>>:-fno-semantic-interposition>
-  -Wall -Wextra -Wconversion -Wshadow $<$<BOOL:${DISCOPLAN_WERROR}>:-Werror>)
+  -Wall -Wextra -Wconversion -Wshadow
+  # g++ 12 sees overlaps in sums of texts where there are none.
+  $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>
+  $<$<BOOL:${DISCOPLAN_WERROR}>:-Werror>)
 
 # discoplan_library(TARGET BUILDING): what every shared library of ours is: its version, and the
 # mark by which its export header knows who makes it.

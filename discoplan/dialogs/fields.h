@@ -89,6 +89,10 @@ class DISCOPLAN_EXPORT OptionGroup {
   struct Option {
     const char* caption;
     std::int16_t value;
+
+    template <class Enum>
+    Option(const char* own_caption, Enum of)
+        : caption(own_caption), value(static_cast<std::int16_t>(of)) {}
   };
 
   OptionGroup(Node& node, std::vector<Option> options);

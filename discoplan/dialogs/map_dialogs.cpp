@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/dialogs/map_dialogs.h"
+#include "discoplan/core/enumerations.h"
 #include "discoplan/render/plots/contour_plot.h"
 
 namespace discoplan {
 
-std::vector<OptionGroup::Option> ShowOrHide() { return {{"Show", -1}, {"Hide", 0}}; }
+std::vector<OptionGroup::Option> ShowOrHide() {
+  return {{"Show", Sites::ShowSite}, {"Hide", Sites::HideSite}};
+}
 
 frmPlotOpt2d::frmPlotOpt2d(Platform& platform)
     : OptionDialog(platform, "frmPlotOpt2d", {"frmplot", "2D Plot"}),
@@ -45,10 +48,17 @@ void frmPlotOpt2ds::SetValues(const wafer& source, float resolution, float sigma
 frmPlotOpt2DC::frmPlotOpt2DC(Platform& platform)
     : OptionDialog(platform, "frmPlotOpt2DC", {"frmplot", "2D Contour Plot"}),
       interval_(AddNumber("Interval:", "tdist", "%")),
-      quality_(AddOptions("Plot Resolution:", "OptQuali", {{"High", 1}, {"Auto", 2}, {"Low", 0}})),
-      marks_(
-          AddOptions("Marked Sites:", "OptExcon", {{"exact", 1}, {"converted", 2}, {"none", 3}})),
-      colours_(AddOptions("Draw Plot:", "Optcol", {{"colored", -1}, {"black/white", 0}})) {
+      quality_(AddOptions("Plot Resolution:", "OptQuali",
+                          {{"High", ResoEnum::HighQuality},
+                           {"Auto", ResoEnum::Automatic},
+                           {"Low", ResoEnum::LowQuality}})),
+      marks_(AddOptions("Marked Sites:", "OptExcon",
+                        {{"exact", ExconEnum::Exact},
+                         {"converted", ExconEnum::Converted},
+                         {"none", ExconEnum::None}})),
+      colours_(AddOptions(
+          "Draw Plot:", "Optcol",
+          {{"colored", DrawColEnum::ColorPlot}, {"black/white", DrawColEnum::BWhitePlot}})) {
   CheckOnOk(interval_, "Interval ", 0.009, 1000);
   Finish();
 }

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/dialogs/previews.h"
-#include "discoplan/base/angles.h"
 
 #include <array>
 
+#include "discoplan/base/angles.h"
 #include "discoplan/base/numbers.h"
+#include "discoplan/core/enumerations.h"
 
 namespace discoplan {
 
@@ -12,6 +13,12 @@ void ShowWaferPreview(const wafer& source, Surface& picture, float rotation) {
   float centre_x = 34;
   float centre_y = 34;
   source.FlatNotchShow(nullptr, picture, centre_x, centre_y, 30, rotation, 90);
+}
+
+std::vector<OptionGroup::Option> SurfaceStyles() {
+  return {{"Polys + Edge", PlotTypeEnum::PolyEdge},
+          {"Hidden Wireframe", PlotTypeEnum::HiddenWireFrame},
+          {"Wireframe", PlotTypeEnum::WireFrame}};
 }
 
 void DrawSurfaceStyle(Surface& picture, int style) {

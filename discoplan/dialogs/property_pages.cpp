@@ -4,6 +4,7 @@
 
 #include "discoplan/base/algorithms.h"
 #include "discoplan/base/numbers.h"
+#include "discoplan/core/enumerations.h"
 #include "discoplan/core/number_checks.h"
 #include "discoplan/dialogs/previews.h"
 #include "discoplan/dialogs/property_page.h"
@@ -13,8 +14,8 @@
 namespace discoplan {
 namespace {
 
-constexpr std::int16_t kNotch = 1;
-constexpr std::int16_t kFlat = 2;
+constexpr auto kNotch = static_cast<std::int16_t>(WaferSt::Notch);
+constexpr auto kFlat = static_cast<std::int16_t>(WaferSt::Flat);
 
 float RatioOf(std::int16_t style) { return style == kFlat ? wafer::kFlatRatio : 1.0F; }
 
@@ -103,10 +104,15 @@ class Plot2DCProp final : public PropertyPage {
   explicit Plot2DCProp(Platform& platform) : PropertyPage(platform, "Plot2DCProp", "Plot2DCProp") {
     AddNumber("Interval:", "txtInterval", "Interval", "1");
     AddOptions("Mark Sites:", "OptExcon", "markSites",
-               {{"none", 3}, {"exact", 1}, {"converted", 2}});
-    AddOptions("Draw Plot:", "Optcol", "PlotColored", {{"black/white", 0}, {"colored", -1}});
+               {{"none", ExconEnum::None},
+                {"exact", ExconEnum::Exact},
+                {"converted", ExconEnum::Converted}});
+    AddOptions("Draw Plot:", "Optcol", "PlotColored",
+               {{"black/white", DrawColEnum::BWhitePlot}, {"colored", DrawColEnum::ColorPlot}});
     AddOptions("Plot Resolution:", "OptQuali", "Resolution",
-               {{"High", 1}, {"Auto", 2}, {"Low", 0}});
+               {{"High", ResoEnum::HighQuality},
+                {"Auto", ResoEnum::Automatic},
+                {"Low", ResoEnum::LowQuality}});
     WriteInOrder({"markSites", "Resolution", "PlotColored", "Interval"});
     Finish();
   }
@@ -159,8 +165,7 @@ class Plot3DProp final : public ViewPage {
     AddSurfaceNumbers();
     AddGridAngles();
     AddWaferAngle();
-    AddOptions("Plot Type", "optPlot", "PlotType",
-               {{"Polys + Edge", 1}, {"Hidden Wireframe", 2}, {"Wireframe", 3}});
+    AddOptions("Plot Type", "optPlot", "PlotType", SurfaceStyles());
     for (int style = 1; style <= 3; ++style) {
       DrawSurfaceStyle(*AddPreview("Image" + std::to_string(style)).Picture(), style);
     }
@@ -203,7 +208,10 @@ class HistogrammProp final : public PropertyPage {
       : PropertyPage(platform, "HistogrammProp", "HistogrammProp") {
     AddNumber("Resolution : ", "txtResolution", "Resolution", "0.01");
     AddOptions("Plot Type", "optPlot", "PlotType",
-               {{"Right", 4}, {"Left", 3}, {"Top", 2}, {"Bottom", 1}});
+               {{"Right", PlotTyEnum::vbRight},
+                {"Left", PlotTyEnum::vbLeft},
+                {"Top", PlotTyEnum::vbTop},
+                {"Bottom", PlotTyEnum::vbbottom}});
     for (int side = 4; side >= 1; --side) {
       DrawHistogramSide(*AddPreview("Image" + std::to_string(side)).Picture(), side);
     }

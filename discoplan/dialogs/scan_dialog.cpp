@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "discoplan/base/numbers.h"
+#include "discoplan/core/enumerations.h"
 #include "discoplan/core/number_checks.h"
 #include "discoplan/dialogs/previews.h"
 #include "discoplan/render/number_text.h"
@@ -29,7 +30,9 @@ constexpr std::array<Colour, 3> kMarkerColours = {kPalette[9], kPalette[9], kPal
 
 frmPlotOpt1D::frmPlotOpt1D(Platform& platform)
     : OptionDialog(platform, "frmPlotOpt1D", {"Frame2", "Line Scan"}),
-      line_group_(AddOptions("", "optline", {{"Point + Angle :", 1}, {"Two Points :", 2}})),
+      line_group_(AddOptions("", "optline",
+                             {{"Point + Angle :", PlotTypeEnumLineScan::vbAngle},
+                              {"Two Points :", PlotTypeEnumLineScan::vbline}})),
       side_(AddSideFrame("Frame1", "Wafer", kSideHeight)),
       picture_(AddPicture(side_, "Plot", kPicture)),
       line_(side_.Add(NodeKind::Line, "line1", {})),

@@ -81,8 +81,7 @@ ViewAngles AnglesOf(const View& view) {
 frmPlotOpt3d::frmPlotOpt3d(Platform& platform)
     : ViewDialog(platform, "frmPlotOpt3d", "3D Plot",
                  {"Resolution X: ", "Resolution Y: ", "Scale: ", "Rotation:"}),
-      plot_type_(AddOptions("Plot Type", "optPlot",
-                            {{"Polys + Edge", 1}, {"Hidden Wireframe", 2}, {"Wireframe", 3}})) {
+      plot_type_(AddOptions("Plot Type", "optPlot", SurfaceStyles())) {
   const TwipsBox group = plot_type_.node().Box();
   for (int style = 1; style <= 3; ++style) {
     const float top = group.top + 180 + 270 * static_cast<float>(style - 1);
