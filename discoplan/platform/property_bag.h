@@ -6,6 +6,8 @@
 ///     MemoryBag bag;
 ///     plot.WriteProperties(bag);
 ///     other_plot.ReadProperties(bag);
+///
+/// One thread uses a bag at a time.
 
 #include <span>
 #include <string>

@@ -14,7 +14,8 @@
 /// Lengths are twips from the page's upper left corner. The printer is any surface, most often
 /// paper; a picture serves as a preview. Pages are begun and ended by whoever owns the printer.
 /// Without a printer each operation raises `ObjectNotSet`; a failing member of the printer ends
-/// the operation with its `RunTimeError`, save for the histograms, which leave that step out.
+/// the operation with its `RunTimeError`, save for the histograms, which leave that step out. One
+/// thread uses it, that of the printer and the wafer.
 
 #include <string>
 
