@@ -7,6 +7,7 @@
 #include <QDesignerFormEditorInterface>
 #include <QDesignerFormWindowInterface>
 #include <QDesignerFormWindowManagerInterface>
+#include <QDesignerIntegration>
 #include <QDesignerTaskMenuExtension>
 #include <QDialog>
 #include <QExtensionManager>
@@ -92,6 +93,7 @@ TEST_F(DesignerPlugin, FormsKeepTheSettings) {
 TEST_F(DesignerPlugin, EditsAPlotInAWayThatCanBeUndone) {
   const std::unique_ptr<QDesignerFormEditorInterface> designer(
       QDesignerComponents::createFormEditor(nullptr));
+  const QDesignerIntegration integration(designer.get());
   auto* form = designer->formWindowManager()->createFormWindow();
   form->setMainContainer(new QWidget);
   PlotWidget* plot = nullptr;
