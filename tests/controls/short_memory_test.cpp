@@ -25,6 +25,10 @@ void* Allocate(std::size_t bytes) {
 
 void* operator new(std::size_t bytes) { return Allocate(bytes); }
 void* operator new[](std::size_t bytes) { return Allocate(bytes); }
+void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
+  return remaining_allocations == 0 ? nullptr : std::malloc(bytes == 0 ? 1 : bytes);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
