@@ -14,25 +14,35 @@ namespace {
 /// How many allocations of this thread still go well; all of them if negative.
 thread_local long remaining_allocations = -1;
 
-void* Allocate(std::size_t bytes) {
-  if (remaining_allocations == 0) throw std::bad_alloc();
+void* TryToAllocate(std::size_t bytes) {
+  if (remaining_allocations == 0) return nullptr;
   if (remaining_allocations > 0) --remaining_allocations;
-  if (void* memory = std::malloc(bytes == 0 ? 1 : bytes)) return memory;
+  return std::malloc(bytes == 0 ? 1 : bytes);
+}
+
+void* Allocate(std::size_t bytes) {
+  if (void* memory = TryToAllocate(bytes)) return memory;
   throw std::bad_alloc();
 }
 
 }  // namespace
 
+// Every form of each pair, since a sanitizer brings the forms that are missing and then meets pairs
+// that don't belong together.
 void* operator new(std::size_t bytes) { return Allocate(bytes); }
 void* operator new[](std::size_t bytes) { return Allocate(bytes); }
 void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
-  return remaining_allocations == 0 ? nullptr : std::malloc(bytes == 0 ? 1 : bytes);
+  return TryToAllocate(bytes);
 }
-void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept {
+  return TryToAllocate(bytes);
+}
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+void operator delete[](void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
 
 namespace discoplan {
 namespace {
