@@ -8,18 +8,11 @@
 #include <utility>
 
 #include "discoplan/controls/shared_rows.h"
+#include "discoplan/core/default_colours.h"
 
 namespace discoplan::rows {
 
 // Colours.
-
-/// By interval, from the highest values to the lowest.
-inline constexpr std::array<Colour, 10> kIntervalColours = {
-    kPalette[4], kPalette[12], kPalette[14], kPalette[10], kPalette[6],
-    kPalette[2], kPalette[3],  kPalette[9],  kPalette[1],  kPalette[5],
-};
-/// Above, within and below a range.
-inline constexpr std::array<Colour, 3> kRangeColours = {kPalette[4], kPalette[2], kPalette[1]};
 
 inline constexpr std::array<Names, 10> kIntervalNames = {
     "IntervalColor0", "IntervalColor1", "IntervalColor2", "IntervalColor3", "IntervalColor4",

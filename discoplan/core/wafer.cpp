@@ -1,18 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/core/wafer.h"
 
+#include <algorithm>
+
 #include "discoplan/base/numbers.h"
+#include "discoplan/core/default_colours.h"
 #include "discoplan/core/interpolation/site_interpolator.h"
 #include "discoplan/core/wafer_data.h"
 
 namespace discoplan {
 namespace {
 
-constexpr std::array<float, 10> kIntervalColors = {
-    0x000080, 0x0000FF, 0x00FFFF, 0x00FF00, 0x008080,
-    0x008000, 0x808000, 0xFF0000, 0x800000, 0x800080,
-};
-constexpr std::array<float, 3> kAuxColors = {0x000080, 0x008000, 0x800000};
+/// A wafer holds its colours as 32-bit floats.
+template <std::size_t N>
+std::array<float, N> AsFloats(const std::array<Colour, N>& colours) {
+  std::array<float, N> floats;
+  std::transform(colours.begin(), colours.end(), floats.begin(),
+                 [](Colour colour) { return static_cast<float>(colour); });
+  return floats;
+}
 
 constexpr float kSmallestValue = 1e-15F;
 
@@ -21,7 +27,7 @@ bool IsRealValue(float z) { return z != 0 && (z >= kSmallestValue || z <= -kSmal
 
 }  // namespace
 
-wafer::wafer() : IntervalColor(kIntervalColors), AuxColor(kAuxColors) {}
+wafer::wafer() : IntervalColor(AsFloats(kIntervalColours)), AuxColor(AsFloats(kRangeColours)) {}
 
 void wafer::reset() {
   HasZeroValue = false;
