@@ -9,7 +9,7 @@
 namespace discoplan {
 
 Plot3D::Plot3D(Platform& platform, Container* container)
-    : SurfaceControl(platform, container, kClass, {}, Legend::Intervals) {}
+    : SurfaceControl(platform, container, kClass, Legend::Intervals) {}
 
 void Plot3D::PlotType(PlotTypeEnum type) {
   plot_type_ = type;
@@ -43,7 +43,7 @@ void Plot3D::PrintOn(PrintWafer& print, PageArea& area) {
 
 void Plot3D::ShowPlotOption() {
   const auto dialog = std::make_shared<frmPlotOpt3d>(platform_);
-  dialog->SetValues(wafer_, SurfaceSettings(), static_cast<std::int16_t>(plot_type_),
+  dialog->SetValues(wafer_, DialogValues(), static_cast<std::int16_t>(plot_type_),
                     SurfaceBackColor());
   RunDialog(dialog, [this](const frmPlotOpt3d& confirmed) {
     TakeSurface(confirmed);

@@ -14,7 +14,7 @@ constexpr float kDefaultFoot = 5;
 }  // namespace
 
 Plot3DB::Plot3DB(Platform& platform, Container* container)
-    : ViewControl(platform, container, kClass, {}, Legend::Intervals) {}
+    : ViewControl(platform, container, kClass, Legend::Intervals) {}
 
 void Plot3DB::BeamWidth(float width) {
   beam_width_ = width;
@@ -53,7 +53,7 @@ void Plot3DB::PrintOn(PrintWafer& print, PageArea& area) {
 
 void Plot3DB::ShowPlotOption() {
   const auto dialog = std::make_shared<frmPlotOpt3DB>(platform_);
-  dialog->SetValues(wafer_, Bars(), SurfaceBackColor());
+  dialog->SetValues(wafer_, {beam_width_, beam_height_, beam_scale_, Angles()}, SurfaceBackColor());
   RunDialog(dialog, [this](const frmPlotOpt3DB& confirmed) {
     beam_width_ = confirmed.GetResx();
     beam_height_ = confirmed.GetResy();

@@ -24,7 +24,7 @@ void Plot3DS::PrintOn(PrintWafer& print, PageArea& area) {
 
 void Plot3DS::ShowPlotOption() {
   const auto dialog = std::make_shared<frmPlotOpt3ds>(platform_);
-  dialog->SetValues(wafer_, SurfaceSettings(), SigmaRange(), SurfaceBackColor());
+  dialog->SetValues(wafer_, DialogValues(), SigmaRange(), SurfaceBackColor());
   RunDialog(dialog, [this](const frmPlotOpt3ds& confirmed) {
     TakeSurface(confirmed);
     sigma_range_ = confirmed.GetSigRange();

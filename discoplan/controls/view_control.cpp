@@ -14,10 +14,8 @@ std::int16_t InRange(std::int16_t value, std::int16_t last, std::int16_t otherwi
 }  // namespace
 
 ViewControl::ViewControl(Platform& platform, Container* container, const ControlClass& own_class,
-                         const Traits&, Legend legend)
-    : MapControl(platform, container, own_class,
-                 {.changes_grid = true, .least_print_width = 2500, .least_print_height = 1750},
-                 legend) {
+                         Legend legend)
+    : MapControl(platform, container, own_class, legend) {
   plota_.Forwards(kForwardsMouse);
 }
 
@@ -34,6 +32,10 @@ void ViewControl::WaferRotation(std::int16_t degrees) {
 void ViewControl::GridInclination(std::int16_t degrees) {
   grid_inclination_ = InRange(degrees, 91, 35);
   Changed("GridInclination");
+}
+
+ViewAngles ViewControl::Angles() const {
+  return {grid_rotation_, wafer_rotation_, grid_inclination_};
 }
 
 void ViewControl::TakeAngles(const ViewDialog& dialog) {
@@ -78,6 +80,10 @@ void SurfaceControl::TakeSurface(const ViewDialog& dialog) {
   y_resolution_ = dialog.GetResy();
   plot_scale_ = ToInt16(dialog.GetPlotSccale());
   TakeAngles(dialog);
+}
+
+ViewValues SurfaceControl::DialogValues() const {
+  return {x_resolution_, y_resolution_, static_cast<float>(plot_scale_), Angles()};
 }
 
 SurfaceView SurfaceControl::SurfaceSettings() const {

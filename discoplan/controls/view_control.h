@@ -24,9 +24,10 @@ class DISCOPLAN_EXPORT ViewControl : public MapControl {
 
  protected:
   ViewControl(Platform& platform, Container* container, const ControlClass& own_class,
-              const Traits&, Legend legend);
+              Legend legend);
 
   View IndicatorView() const override;
+  ViewAngles Angles() const;
   /// What the user confirmed.
   void TakeAngles(const ViewDialog& dialog);
 
@@ -52,6 +53,7 @@ class DISCOPLAN_EXPORT SurfaceControl : public ViewControl {
 
   void FillDefaults() override;
   SurfaceView SurfaceSettings() const;
+  ViewValues DialogValues() const;
   void TakeSurface(const ViewDialog& dialog);
 
  private:

@@ -3,8 +3,6 @@
 
 #include "discoplan/dialogs/previews.h"
 #include "discoplan/render/orientation_patches.h"
-#include "discoplan/render/plots/bar_plot.h"
-#include "discoplan/render/plots/surface_plot.h"
 
 namespace discoplan {
 namespace {
@@ -58,25 +56,15 @@ void ViewDialog::CheckSurface() {
   CheckOnOk(scale_, "Scale Factor ", 0.001, 1000);
 }
 
-void ViewDialog::Fill(float first, float second, float scale, const ViewAngles& angles) {
-  first_.Open(first);
-  second_.Open(second);
-  scale_.Open(scale);
-  grid_rotation_.Open(angles.grid_rotation);
-  inclination_.Open(angles.grid_inclination);
-  wafer_rotation_.Open(angles.wafer_rotation);
+void ViewDialog::Begin(const wafer& source, const ViewValues& values, Colour back_color) {
+  OptionDialog::Begin(source, back_color);
+  first_.Open(values.first);
+  second_.Open(values.second);
+  scale_.Open(values.scale);
+  grid_rotation_.Open(values.angles.grid_rotation);
+  inclination_.Open(values.angles.grid_inclination);
+  wafer_rotation_.Open(values.angles.wafer_rotation);
 }
-
-namespace {
-
-template <class View>
-ViewAngles AnglesOf(const View& view) {
-  return {static_cast<std::int16_t>(view.grid_rotation),
-          static_cast<std::int16_t>(view.wafer_rotation),
-          static_cast<std::int16_t>(view.grid_inclination)};
-}
-
-}  // namespace
 
 frmPlotOpt3d::frmPlotOpt3d(Platform& platform)
     : ViewDialog(platform, "frmPlotOpt3d", "3D Plot",
@@ -93,10 +81,9 @@ frmPlotOpt3d::frmPlotOpt3d(Platform& platform)
   Finish();
 }
 
-void frmPlotOpt3d::SetValues(const wafer& source, const SurfaceView& view, std::int16_t plot_type,
+void frmPlotOpt3d::SetValues(const wafer& source, const ViewValues& values, std::int16_t plot_type,
                              Colour back_color) {
-  Begin(source, back_color);
-  Fill(view.x_resolution, view.y_resolution, view.plot_scale, AnglesOf(view));
+  Begin(source, values, back_color);
   plot_type_.Choose(plot_type);
 }
 
@@ -109,10 +96,9 @@ frmPlotOpt3ds::frmPlotOpt3ds(Platform& platform)
   Finish();
 }
 
-void frmPlotOpt3ds::SetValues(const wafer& source, const SurfaceView& view, float sigma_range,
+void frmPlotOpt3ds::SetValues(const wafer& source, const ViewValues& values, float sigma_range,
                               Colour back_color) {
-  Begin(source, back_color);
-  Fill(view.x_resolution, view.y_resolution, view.plot_scale, AnglesOf(view));
+  Begin(source, values, back_color);
   sigma_range_.Open(sigma_range);
 }
 
@@ -125,9 +111,8 @@ frmPlotOpt3DB::frmPlotOpt3DB(Platform& platform)
   Finish();
 }
 
-void frmPlotOpt3DB::SetValues(const wafer& source, const BeamView& view, Colour back_color) {
-  Begin(source, back_color);
-  Fill(view.beam_width, view.beam_height, view.beam_scale, AnglesOf(view));
+void frmPlotOpt3DB::SetValues(const wafer& source, const ViewValues& values, Colour back_color) {
+  Begin(source, values, back_color);
 }
 
 }  // namespace discoplan

@@ -7,14 +7,19 @@
 
 namespace discoplan {
 
-struct BeamView;
-struct SurfaceView;
-
 /// Where grid and wafer are seen from, in degrees.
 struct ViewAngles {
   std::int16_t grid_rotation = 90;
   std::int16_t wafer_rotation = 90;
   std::int16_t grid_inclination = 90;
+};
+
+/// What a plot in perspective is drawn with: the sides of a cell or a bar in mm, and a scale.
+struct ViewValues {
+  float first = 0;
+  float second = 0;
+  float scale = 0;
+  ViewAngles angles = {};
 };
 
 class DISCOPLAN_EXPORT ViewDialog : public OptionDialog {
@@ -39,7 +44,7 @@ class DISCOPLAN_EXPORT ViewDialog : public OptionDialog {
 
   /// Checks of the numbers of a surface.
   void CheckSurface();
-  void Fill(float first, float second, float scale, const ViewAngles& angles);
+  void Begin(const wafer& source, const ViewValues& values, Colour back_color);
 
   NumberEntry& first_;
   NumberEntry& second_;
@@ -64,7 +69,7 @@ class DISCOPLAN_EXPORT frmPlotOpt3d final : public ViewDialog {
  public:
   explicit frmPlotOpt3d(Platform& platform);
 
-  void SetValues(const wafer& source, const SurfaceView& view, std::int16_t plot_type,
+  void SetValues(const wafer& source, const ViewValues& values, std::int16_t plot_type,
                  Colour back_color);
   std::int16_t GetPlotType() const { return plot_type_.value(); }
 
@@ -77,7 +82,7 @@ class DISCOPLAN_EXPORT frmPlotOpt3ds final : public ViewDialog {
  public:
   explicit frmPlotOpt3ds(Platform& platform);
 
-  void SetValues(const wafer& source, const SurfaceView& view, float sigma_range,
+  void SetValues(const wafer& source, const ViewValues& values, float sigma_range,
                  Colour back_color);
   float GetSigRange() const { return sigma_range_.value(); }
 
@@ -89,7 +94,7 @@ class DISCOPLAN_EXPORT frmPlotOpt3DB final : public ViewDialog {
  public:
   explicit frmPlotOpt3DB(Platform& platform);
 
-  void SetValues(const wafer& source, const BeamView& view, Colour back_color);
+  void SetValues(const wafer& source, const ViewValues& values, Colour back_color);
 };
 
 }  // namespace discoplan

@@ -53,19 +53,19 @@ const struct {
     {"frmPlotOpt3d", "frmplot", "3D Plot",
      [](Platform& p, const wafer& w) -> std::unique_ptr<OptionDialog> {
        auto d = std::make_unique<frmPlotOpt3d>(p);
-       d->SetValues(w, {}, 1, kWhite);
+       d->SetValues(w, {5, 5, 40, {40, 40, 35}}, 1, kWhite);
        return d;
      }},
     {"frmPlotOpt3ds", "frmplot", "3D Plot",
      [](Platform& p, const wafer& w) -> std::unique_ptr<OptionDialog> {
        auto d = std::make_unique<frmPlotOpt3ds>(p);
-       d->SetValues(w, {}, 0.5F, kWhite);
+       d->SetValues(w, {5, 5, 40, {40, 40, 35}}, 0.5F, kWhite);
        return d;
      }},
     {"frmPlotOpt3DB", "frmplot", "3D Bar Plot",
      [](Platform& p, const wafer& w) -> std::unique_ptr<OptionDialog> {
        auto d = std::make_unique<frmPlotOpt3DB>(p);
-       d->SetValues(w, {}, kWhite);
+       d->SetValues(w, {5, 5, 1, {40, 40, 35}}, kWhite);
        return d;
      }},
     {"frmPlotHist", "Frame9", "Histogram Options",
