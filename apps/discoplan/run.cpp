@@ -13,7 +13,7 @@
 #include "apps/discoplan/output.h"
 #include "data/plain_text.h"
 #include "discoplan/base/algorithms.h"
-#include "hosts/automation/memory_reserve.h"
+#include "discoplan/base/memory_reserve.h"
 
 namespace discoplan::app {
 namespace {

@@ -5,12 +5,12 @@
 #include <istream>
 #include <ostream>
 
+#include "discoplan/base/memory_reserve.h"
 #include "discoplan/base/numbers.h"
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/dialogs/about_box.h"
 #include "discoplan/dialogs/property_page.h"
 #include "hosts/automation/draw_calls.h"
-#include "hosts/automation/memory_reserve.h"
 #include "hosts/automation/store_text.h"
 #include "hosts/automation/tree_text.h"
 #include "hosts/automation/user_input.h"
