@@ -10,6 +10,8 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <map>
+#include <string_view>
 #include <utility>
 
 #include "discoplan/base/numbers.h"
@@ -25,6 +27,17 @@ namespace {
 
 constexpr qint64 kFrame = 16;  // milliseconds between two looks at a growing plot
 constexpr std::int16_t kHourglass = 11;
+
+/// By the events of the control.
+const std::map<std::string_view, void (PlotWidget::*)()> kBareSignals = {
+    {"Click", &PlotWidget::Click},
+    {"DblClick", &PlotWidget::DblClick},
+};
+const std::map<std::string_view, void (PlotWidget::*)(int, int, float, float)> kMouseSignals = {
+    {"MouseDown", &PlotWidget::MouseDown},
+    {"MouseMove", &PlotWidget::MouseMove},
+    {"MouseUp", &PlotWidget::MouseUp},
+};
 
 /// The double that a person means by a 32-bit float: 0.1 for 0.1F.
 double Meant(float value) {
@@ -120,12 +133,10 @@ class PlotHost final : public QtPlatform,
   }
   void EventRaised(std::string_view name, std::span<const Variant> args) override {
     if (!widget_) return;
-    if (name == "Click") return Q_EMIT widget_->Click();
-    if (name == "DblClick") return Q_EMIT widget_->DblClick();
-    const auto signal = name == "MouseDown"   ? &PlotWidget::MouseDown
-                        : name == "MouseMove" ? &PlotWidget::MouseMove
-                                              : &PlotWidget::MouseUp;
-    Q_EMIT(widget_->*signal)
+    if (const auto bare = kBareSignals.find(name); bare != kBareSignals.end()) {
+      return Q_EMIT(widget_->*bare->second)();
+    }
+    Q_EMIT(widget_->*kMouseSignals.at(name))
     (args[0].AsInt16(), args[1].AsInt16(), args[2].AsFloat(), args[3].AsFloat());
   }
   void ResizeRequested(float width, float height,
