@@ -62,7 +62,7 @@ ordered_json Kept(const ControlClass& kind, const Member& member) {
   const Stored& stored = member.stored;
   return {{"key", kind.KeyOf(member)},
           {"kind", NameOf(stored.kind)},
-          {"default", ValueOf(stored.otherwise.As(stored.kind, member.type),
+          {"default", ValueOf(stored.default_value.As(stored.kind, member.type),
                               TypeOf(stored.kind, member.type))}};
 }
 

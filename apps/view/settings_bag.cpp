@@ -27,10 +27,10 @@ void SettingsBag::WriteProperty(std::string_view key, StoredKind kind, const Var
 }
 
 /// A value that was damaged by hand is its default.
-Variant SettingsBag::ReadProperty(std::string_view key, const Variant& otherwise) const {
+Variant SettingsBag::ReadProperty(std::string_view key, const Variant& default_value) const {
   const QVariant value = settings_.value(KeyOf(key));
-  if (!value.isValid()) return otherwise;
-  if (std::holds_alternative<std::string>(otherwise.value())) {
+  if (!value.isValid()) return default_value;
+  if (std::holds_alternative<std::string>(default_value.value())) {
     return Variant(value.toString().toStdString());
   }
   if (value.toString() == QLatin1String("true") || value.toString() == QLatin1String("false")) {
@@ -38,7 +38,7 @@ Variant SettingsBag::ReadProperty(std::string_view key, const Variant& otherwise
   }
   bool is_number = false;
   const double number = value.toDouble(&is_number);
-  return is_number ? Variant(number) : otherwise;
+  return is_number ? Variant(number) : default_value;
 }
 
 }  // namespace discoplan::app

@@ -56,8 +56,8 @@ std::vector<StoredProperty> ControlClass::SettingsWritten() const {
     const Member& member = members.At(row);
     if (!member.kept()) continue;
     const StoredKind stored_as = member.stored.kind;
-    rows.push_back(
-        {KeyOf(member), stored_as, member.stored.otherwise.As(stored_as, member.type), &member});
+    rows.push_back({KeyOf(member), stored_as,
+                    member.stored.default_value.As(stored_as, member.type), &member});
   }
   return rows;
 }
@@ -68,11 +68,11 @@ std::vector<StoredProperty> ControlClass::SettingsRead() const {
     const Member& member = members.At(row);
     if (!member.kept()) continue;
     const Stored& stored = member.stored;
-    const Stored::Reading own = {.kind = stored.kind, .otherwise = stored.otherwise};
+    const Stored::Reading own = {.kind = stored.kind, .default_value = stored.default_value};
     const Stored::Reading& reading = stored.reading != nullptr ? *stored.reading : own;
-    const bool present = stored.reading != nullptr && reading.otherwise.IsNothing();
+    const bool present = stored.reading != nullptr && reading.default_value.IsNothing();
     rows.push_back({Key(prefixes, stored, prefixes.colours_read), reading.kind,
-                    present ? Variant() : reading.otherwise.As(reading.kind, member.type),
+                    present ? Variant() : reading.default_value.As(reading.kind, member.type),
                     &member});
   }
   return rows;

@@ -41,7 +41,7 @@ struct Event {
 struct StoredProperty {
   std::string key;
   StoredKind kind;
-  Variant otherwise;  ///< The default; empty where that is the property's present value.
+  Variant default_value;  ///< Empty where that is the property's present value.
   const Member* member;
 };
 
@@ -69,7 +69,12 @@ struct ControlClass {
     float height;
   };
   Size least;
+  Size least_printed = {750, 750};  ///< A smaller control prints no plot.
+  /// A control that is too small says so before anything else, not only once it has data.
+  bool asks_size_first = false;
   std::size_t least_sites;  ///< With less the plot stays empty.
+  /// Limits equal to those in force are no change.
+  bool ignores_same_limits = false;
 
   std::span<const std::string_view> pages;  ///< Property pages, that of all controls first.
   MemberTable members;

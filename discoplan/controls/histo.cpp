@@ -29,8 +29,7 @@ constexpr TwipsBox kCommand1{4680, 0, 1200, 240};
 }  // namespace
 
 Histo::Histo(Platform& platform, Container* container)
-    : PlotControl(platform, container, kClass,
-                  {.least_print_width = 100, .least_print_height = 100, .print_size_first = true}),
+    : PlotControl(platform, container, kClass),
       frmhist_(root_.Add(NodeKind::Frame, "frmhist", {})),
       hist_pic_(AddPicture(frmhist_, "histPic", {})),
       plota_(AddPicture(hist_pic_, "PLOTA", {})),

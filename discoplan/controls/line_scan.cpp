@@ -106,8 +106,7 @@ void DrawCross(Node& marker, bool upright) {
 }  // namespace
 
 LineScan::LineScan(Platform& platform, Container* container)
-    : PlotControl(platform, container, kClass,
-                  {.least_print_width = 4000, .least_print_height = 2850}),
+    : PlotControl(platform, container, kClass),
       plot_(AddFrame(root_, "Plot", {}, true)),
       plota_(AddPicture(plot_, "PLOTA", {})),
       panel_(AddFrame(root_, "frmove", {}, false)),

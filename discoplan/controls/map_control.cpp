@@ -48,8 +48,8 @@ Node& AddFrame(Node& parent, std::string name, const TwipsBox& place, std::strin
 }  // namespace
 
 MapControl::MapControl(Platform& platform, Container* container, const ControlClass& own_class,
-                       const Traits& traits, Legend legend)
-    : PlotControl(platform, container, own_class, traits),
+                       Legend legend)
+    : PlotControl(platform, container, own_class),
       frplot_(AddFrame(root_, "Frplot", kFrplot, " Wafer ")),
       plota_(AddPicture(frplot_, "PLOTA", kPlota)),
       replot_(frplot_.Add(NodeKind::Image, "RePlot", kPlota)),

@@ -34,7 +34,7 @@ class DISCOPLAN_EXPORT MapControl : public PlotControl {
   };
 
   MapControl(Platform& platform, Container* container, const ControlClass& own_class,
-             const Traits& traits, Legend legend);
+             Legend legend);
 
   /// Draws the plot itself on the surface.
   virtual void DrawPlot(Surface& surface) = 0;

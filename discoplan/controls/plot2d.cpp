@@ -8,8 +8,7 @@
 namespace discoplan {
 
 Plot2D::Plot2D(Platform& platform, Container* container)
-    : LatticeControl(platform, container, kClass, {.ignores_same_limits = true},
-                     Legend::Intervals) {}
+    : LatticeControl(platform, container, kClass, Legend::Intervals) {}
 
 void Plot2D::PrintOn(PrintWafer& print, PageArea& area) {
   print.Print_2DPlot(

@@ -18,7 +18,7 @@ constexpr double kMargin = 6;  // pixels that the outline leaves free, as on the
 }  // namespace
 
 Plot2DC::Plot2DC(Platform& platform, Container* container)
-    : MapControl(platform, container, kClass, {}, Legend::Interval) {}
+    : MapControl(platform, container, kClass, Legend::Interval) {}
 
 void Plot2DC::Interval(float percent) {
   interval_ = percent <= 0 ? kDefaultInterval : percent;

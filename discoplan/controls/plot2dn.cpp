@@ -6,7 +6,7 @@
 namespace discoplan {
 
 Plot2DN::Plot2DN(Platform& platform, Container* container)
-    : MapControl(platform, container, kClass, {.ignores_same_limits = true}, Legend::Intervals) {
+    : MapControl(platform, container, kClass, Legend::Intervals) {
   root_.Forwards(kForwardsDblClick | kForwardsMouse);
 }
 

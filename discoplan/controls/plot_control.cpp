@@ -21,11 +21,9 @@ constexpr std::array<unsigned, 5> kForwarded = {kForwardsClick, kForwardsDblClic
 
 }  // namespace
 
-PlotControl::PlotControl(Platform& platform, Container* container, const ControlClass& own_class,
-                         const Traits& traits)
+PlotControl::PlotControl(Platform& platform, Container* container, const ControlClass& own_class)
     : platform_(platform),
       class_(own_class),
-      traits_(traits),
       root_(NodeKind::Control, std::string(own_class.name), {}),
       container_(container != nullptr ? container : &silence_) {
   PrinterObj(platform.DefaultPrinter());
@@ -52,7 +50,7 @@ void PlotControl::WriteProperties(PropertyBag& bag) {
   for (const StoredProperty& row : class_.SettingsWritten()) {
     Variant value = row.member->Get(*this);
     if (row.kind == StoredKind::Double) value = Variant(value.AsDouble());
-    bag.WriteProperty(row.key, row.kind, value, row.otherwise);
+    bag.WriteProperty(row.key, row.kind, value, row.default_value);
   }
 }
 
@@ -60,8 +58,8 @@ void PlotControl::ReadProperties(const PropertyBag& bag) {
   const ObjectRef held = Hold();
   for (const StoredProperty& row : class_.SettingsRead()) {
     const Member& member = *row.member;
-    const Variant value =
-        bag.ReadProperty(row.key, row.otherwise.IsEmpty() ? member.Get(*this) : row.otherwise);
+    const Variant value = bag.ReadProperty(
+        row.key, row.default_value.IsEmpty() ? member.Get(*this) : row.default_value);
     const auto* reading = member.stored.reading;
     if (reading != nullptr && reading->take != nullptr) {
       reading->take(*this, value, member);
@@ -283,9 +281,9 @@ void PlotControl::Print(const std::function<void(PrintWafer&)>& draw) {
 
 PrintResult PlotControl::PrintPlotAs(bool thin, float& left, float& top, float& width,
                                      float& height) {
-  const bool too_small = root_.Box().width < traits_.least_print_width ||
-                         root_.Box().height < traits_.least_print_height;
-  if (too_small && (traits_.print_size_first || CanPrint())) return PrintResult::Failed;
+  const bool too_small = root_.Box().width < class_.least_printed.width ||
+                         root_.Box().height < class_.least_printed.height;
+  if (too_small && (class_.asks_size_first || CanPrint())) return PrintResult::Failed;
   if (!CanPrint()) return PrintResult::NothingToPrint;
   PageArea area{left, top, width, height};
   Print([&](PrintWafer& print) { thin ? PrintThinOn(print, area) : PrintOn(print, area); });
@@ -320,7 +318,7 @@ void PlotControl::clear() {
 }
 
 void PlotControl::AfterLoad() {
-  if (traits_.changes_grid) wafer_.GridChanged = true;
+  if (class_.family == Family::View) wafer_.GridChanged = true;
   clear();
   DropSnapshot();
   ShowSurface();
@@ -379,7 +377,7 @@ void PlotControl::ReplotIfRequested() {
 }
 
 bool PlotControl::SetPlotLimit(float LPL, float UPL) {
-  if (traits_.ignores_same_limits && LPL == wafer_.PlotMinimum && UPL == wafer_.PlotMaximum) {
+  if (class_.ignores_same_limits && LPL == wafer_.PlotMinimum && UPL == wafer_.PlotMaximum) {
     return false;
   }
   limit_flag_ = ApplyPlotLimit(wafer_, LPL, UPL);

@@ -172,21 +172,7 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
   void ReleasePlotLimit();
 
  protected:
-  /// What tells one control from another, apart from its code and its class.
-  struct Traits {
-    /// Limits equal to those in force are not taken for a change.
-    bool ignores_same_limits = false;
-    /// A load marks the grid as changed.
-    bool changes_grid = false;
-    /// Below this size in twips the control prints no plot.
-    float least_print_width = 750;
-    float least_print_height = 750;
-    /// The size is looked at before anything else.
-    bool print_size_first = false;
-  };
-
-  PlotControl(Platform& platform, Container* container, const ControlClass& own_class,
-              const Traits& traits);
+  PlotControl(Platform& platform, Container* container, const ControlClass& own_class);
 
   // What each control says about itself.
   virtual void FillDefaults() {}
@@ -248,7 +234,6 @@ class DISCOPLAN_EXPORT PlotControl : public Object {
 
   Platform& platform_;
   const ControlClass& class_;
-  const Traits traits_;
   Node root_;
   wafer wafer_;
   bool limit_flag_ = false;

@@ -16,12 +16,16 @@ namespace discoplan::rows {
 using Names = std::string_view;
 using Prefix = Stored::Prefix;
 
-constexpr Stored Kept(Prefix prefix, Names key, StoredKind kind, Constant otherwise = {},
+constexpr Stored Kept(Prefix prefix, Names key, StoredKind kind, Constant default_value = {},
                       const Stored::Reading* reading = nullptr) {
-  return {.key = key, .kind = kind, .otherwise = otherwise, .prefix = prefix, .reading = reading};
+  return {.key = key,
+          .kind = kind,
+          .default_value = default_value,
+          .prefix = prefix,
+          .reading = reading};
 }
-constexpr Stored Kept(Names key, StoredKind kind, Constant otherwise) {
-  return Kept(Prefix::None, key, kind, otherwise);
+constexpr Stored Kept(Names key, StoredKind kind, Constant default_value) {
+  return Kept(Prefix::None, key, kind, default_value);
 }
 
 /// The title of the frame around the plot.

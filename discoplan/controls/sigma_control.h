@@ -38,7 +38,7 @@ class SigmaControl : public Base {
   float sigma_range_ = 0;
 
   SigmaControl(Platform& platform, Container* container, const ControlClass& own_class)
-      : Base(platform, container, own_class, {}, MapControl::Legend::Sigma) {
+      : Base(platform, container, own_class, MapControl::Legend::Sigma) {
     ShowSigma(*this->unit_);
     for (std::size_t row = 0; row < kRanges; ++row) {
       const TwipsBox& beside = this->row_nodes_[2 * row]->Box();

@@ -142,13 +142,13 @@ struct Stored {
 
   std::string_view key = {};  ///< Behind the prefix.
   StoredKind kind = StoredKind::Int16;
-  Constant otherwise = {};  ///< The default; an object's is nothing.
+  Constant default_value = {};  ///< An object's is nothing.
   Prefix prefix = Prefix::None;
 
   /// Where reading differs from writing. Stores that exist depend on it.
   struct Reading {
     StoredKind kind;
-    Constant otherwise;  ///< Nothing stands for the property's present value.
+    Constant default_value;  ///< Nothing stands for the property's present value.
     /// In place of the property's own set.
     void (*take)(Object&, const Variant&, const Member&) = nullptr;
   };

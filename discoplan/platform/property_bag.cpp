@@ -15,16 +15,16 @@ std::string_view NameOf(StoredKind kind) {
 }
 
 void MemoryBag::WriteProperty(std::string_view key, StoredKind kind, const Variant& value,
-                              const Variant& otherwise) {
+                              const Variant& default_value) {
   const auto entry = FindIn(entries_, key, &Entry::key);
   if (entry != entries_.end()) entries_.erase(entry);
   entries_.push_back(
-      {.key = std::string(key), .kind = kind, .value = value, .otherwise = otherwise});
+      {.key = std::string(key), .kind = kind, .value = value, .default_value = default_value});
 }
 
-Variant MemoryBag::ReadProperty(std::string_view key, const Variant& otherwise) const {
+Variant MemoryBag::ReadProperty(std::string_view key, const Variant& default_value) const {
   const auto entry = FindIn(entries_, key, &Entry::key);
-  return entry == entries_.end() ? otherwise : entry->value;
+  return entry == entries_.end() ? default_value : entry->value;
 }
 
 }  // namespace discoplan

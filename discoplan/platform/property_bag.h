@@ -31,9 +31,9 @@ class DISCOPLAN_EXPORT PropertyBag {
 
   /// A value that equals its default need not be kept.
   virtual void WriteProperty(std::string_view key, StoredKind kind, const Variant& value,
-                             const Variant& otherwise) = 0;
+                             const Variant& default_value) = 0;
   /// The value of that key, or the default.
-  virtual Variant ReadProperty(std::string_view key, const Variant& otherwise) const = 0;
+  virtual Variant ReadProperty(std::string_view key, const Variant& default_value) const = 0;
 };
 
 /// Keeps all that is written, in order.
@@ -43,12 +43,12 @@ class DISCOPLAN_EXPORT MemoryBag final : public PropertyBag {
     std::string key;
     StoredKind kind;
     Variant value;
-    Variant otherwise;
+    Variant default_value;
   };
 
   void WriteProperty(std::string_view key, StoredKind kind, const Variant& value,
-                     const Variant& otherwise) override;
-  Variant ReadProperty(std::string_view key, const Variant& otherwise) const override;
+                     const Variant& default_value) override;
+  Variant ReadProperty(std::string_view key, const Variant& default_value) const override;
 
   std::span<const Entry> entries() const { return entries_; }
 

@@ -128,7 +128,7 @@ MemoryBag Taken(IPropertyBag& bag, IErrorLog* log, const ControlClass& row,
     if (value.vt == VT_EMPTY || value.vt == VT_NULL) continue;
     taken.WriteProperty(setting.key, setting.kind,
                         FromCaller(value, TypeOf(setting.kind), LOCALE_INVARIANT, objects),
-                        setting.otherwise);
+                        setting.default_value);
   }
   return taken;
 }

@@ -12,7 +12,7 @@ MemoryBag StoreFromJson(const json& store, const PlotControl& control, const Obj
     const auto found = store.find(row.key);
     if (found == store.end()) continue;
     const Type type = row.kind == StoredKind::String ? Type::String : Type::None;
-    bag.WriteProperty(row.key, row.kind, ToVariant(*found, type, names), row.otherwise);
+    bag.WriteProperty(row.key, row.kind, ToVariant(*found, type, names), row.default_value);
   }
   return bag;
 }
@@ -25,7 +25,7 @@ json StoreToJson(PlotControl& control, const ObjectNames& names) {
     list.push_back({{"key", entry.key},
                     {"kind", NameOf(entry.kind)},
                     {"value", ToJson(entry.value, names)},
-                    {"default", ToJson(entry.otherwise, names)}});
+                    {"default", ToJson(entry.default_value, names)}});
   }
   return list;
 }

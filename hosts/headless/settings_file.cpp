@@ -139,7 +139,7 @@ void ReadSettings(PlotControl& control, const fs::path& file) {
       const std::string shown = value.is_structured() ? "a list or object" : JsonText(value);
       Refuse(file, "'" + key + "' is " + shown + ", not " + std::string(form.name));
     }
-    bag.WriteProperty(key, row->kind, *variant, row->otherwise);
+    bag.WriteProperty(key, row->kind, *variant, row->default_value);
   }
   if (const std::string complaint = ComplaintOf(control, bag); !complaint.empty()) {
     Refuse(file, complaint);

@@ -15,20 +15,20 @@ using testing::ElementsAreArray;
 struct Row {
   std::string key;
   StoredKind kind;
-  Variant otherwise;
+  Variant default_value;
 };
 
 constexpr Colour kIntervals[] = {0x000080, 0x0000FF, 0x00FFFF, 0x00FF00, 0x008080,
                                  0x008000, 0x808000, 0xFF0000, 0x800000, 0x800080};
 
-Row Int16(const std::string& key, int otherwise) {
-  return {key, StoredKind::Int16, Variant(static_cast<std::int16_t>(otherwise))};
+Row Int16(const std::string& key, int default_value) {
+  return {key, StoredKind::Int16, Variant(static_cast<std::int16_t>(default_value))};
 }
-Row Int32(const std::string& key, int otherwise) {
-  return {key, StoredKind::Int32, Variant(std::int32_t{otherwise})};
+Row Int32(const std::string& key, int default_value) {
+  return {key, StoredKind::Int32, Variant(std::int32_t{default_value})};
 }
-Row ColourRow(const std::string& key, Colour otherwise) {
-  return {key, StoredKind::Int32, Variant(otherwise)};
+Row ColourRow(const std::string& key, Colour default_value) {
+  return {key, StoredKind::Int32, Variant(default_value)};
 }
 
 /// The expected list of a control, from what its keys begin with and from its own rows.
@@ -125,12 +125,12 @@ const struct {
 class AskedBag final : public PropertyBag {
  public:
   void WriteProperty(std::string_view key, StoredKind kind, const Variant&,
-                     const Variant& otherwise) override {
-    written.push_back({std::string(key), kind, otherwise});
+                     const Variant& default_value) override {
+    written.push_back({std::string(key), kind, default_value});
   }
-  Variant ReadProperty(std::string_view key, const Variant& otherwise) const override {
-    read.push_back({std::string(key), StoredKind::Int32, otherwise});
-    return otherwise;
+  Variant ReadProperty(std::string_view key, const Variant& default_value) const override {
+    read.push_back({std::string(key), StoredKind::Int32, default_value});
+    return default_value;
   }
 
   std::vector<Row> written;
@@ -140,7 +140,7 @@ class AskedBag final : public PropertyBag {
 std::string Text(const Row& row, bool with_kind) {
   std::string text = row.key;
   if (with_kind) text += ' ' + std::string(NameOf(row.kind));
-  const Variant& value = row.otherwise;
+  const Variant& value = row.default_value;
   if (row.kind == StoredKind::Object || value == Variant(ObjectRef())) return text + " nothing";
   if (std::holds_alternative<std::string>(value.value()))
     return text + " '" + value.AsString() + "'";
