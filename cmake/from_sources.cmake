@@ -1,5 +1,5 @@
-# zlib, libpng and FreeType for a cross compiler, from the sources that this machine's own are built
-# from: the same versions give the same bytes and letters.
+# zlib, libpng, FreeType and libharu for a cross compiler, from the sources that this machine's own
+# are built from: the same versions give the same bytes and letters.
 set(sources ${PROJECT_SOURCE_DIR}/build/sources)
 execute_process(COMMAND ${PROJECT_SOURCE_DIR}/scripts/fetch-sources ${sources}
   COMMAND_ERROR_IS_FATAL ANY)
@@ -26,6 +26,16 @@ discoplan_c_library(discoplan-libpng libpng
 target_include_directories(discoplan-libpng SYSTEM PUBLIC ${CMAKE_BINARY_DIR}/sources/libpng)
 target_link_libraries(discoplan-libpng PUBLIC discoplan-zlib)
 add_library(PNG::PNG ALIAS discoplan-libpng)
+
+if(DISCOPLAN_FIGURE_FILES)
+  set(config ${CMAKE_BINARY_DIR}/sources/libharu)
+  file(CONFIGURE OUTPUT ${config}/hpdf_config.h CONTENT "#define LIBHPDF_HAVE_NOPNGLIB 1\n" @ONLY)
+  file(GLOB libharu RELATIVE ${sources}/libharu ${sources}/libharu/src/*.c)
+  list(TRANSFORM libharu REPLACE "[.]c$" "")
+  discoplan_c_library(discoplan-libharu libharu ${libharu})
+  target_include_directories(discoplan-libharu SYSTEM PUBLIC ${sources}/libharu/include ${config})
+  target_link_libraries(discoplan-libharu PUBLIC discoplan-zlib)
+endif()
 
 set(CMAKE_POLICY_DEFAULT_CMP0077 NEW)
 set(ZLIB_LIBRARY discoplan-zlib)

@@ -22,7 +22,7 @@ option(DISCOPLAN_DATA "Readers of measured files" ${on_its_own})
 option(DISCOPLAN_HEADLESS "Host without a display: FreeType's letters, PNG files" ${on_its_own})
 option(DISCOPLAN_FONTCONFIG "Let it find fonts by fontconfig" ${has_fontconfig})
 cmake_dependent_option(DISCOPLAN_FIGURE_FILES "Let it save figures by AGG and libharu"
-  ${has_fontconfig} DISCOPLAN_HEADLESS OFF)
+  ON DISCOPLAN_HEADLESS OFF)
 cmake_dependent_option(DISCOPLAN_AUTOMATION "Hosts of scripts and tests: recording, automation"
   ${on_its_own} DISCOPLAN_HEADLESS OFF)
 cmake_dependent_option(DISCOPLAN_QT "Qt host" ${runs_here} DISCOPLAN_HEADLESS OFF)

@@ -67,7 +67,7 @@ if(DISCOPLAN_HEADLESS)
     list(APPEND requires fontconfig)
   endif()
   if(DISCOPLAN_FIGURE_FILES)
-    set(libs "-lagg_pic -lhpdf")
+    set(libs "-lhpdf")
   endif()
   discoplan_pkg_config(develop discoplan-headless "discoplan = ${PROJECT_VERSION}" "${requires}"
     "${libs}")

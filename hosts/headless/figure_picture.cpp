@@ -1,21 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/headless/figure_picture.h"
 
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wconversion"
-#pragma GCC diagnostic ignored "-Wshadow"
-#pragma GCC diagnostic ignored "-Wextra"
-#include <agg_conv_dash.h>
-#include <agg_conv_stroke.h>
-#include <agg_path_storage.h>
-#include <agg_pixfmt_rgba.h>
-#include <agg_rasterizer_scanline_aa.h>
-#include <agg_renderer_scanline.h>
-#include <agg_rendering_buffer.h>
-#include <agg_scanline_u.h>
-#pragma GCC diagnostic pop
-
 #include <cmath>
+
+#include "hosts/headless/agg_headers.h"
+#include "hosts/headless/path_strokes.h"
 
 namespace discoplan {
 namespace {
@@ -225,18 +214,12 @@ class RasterDevice final : public figures::Device {
 
   void DrawStroke(agg::path_storage& path, const Stroke& stroke) {
     if (stroke.width <= 0 || stroke.colour.alpha == 0) return;
-    const auto outline = [&](auto& source) {
-      agg::conv_stroke lines(source);
-      // Finer than that a line would fade.
-      lines.width(std::max(stroke.width * scale_, 0.7));
-      lines.line_join(agg::round_join);
-      lines.line_cap(agg::butt_cap);
-      Fill(lines, stroke.colour);
-    };
-    if (stroke.dash <= 0) return outline(path);
-    agg::conv_dash dashes(path);
-    dashes.add_dash(stroke.dash * scale_, stroke.dash * scale_);
-    outline(dashes);
+    agg::path_storage dashes;
+    if (stroke.dash > 0) dashes = Dashed(path, stroke.dash * scale_);
+    // Finer than that a line would fade.
+    const double width = std::max(stroke.width * scale_, 0.7);
+    agg::path_storage lines = Outlined(stroke.dash > 0 ? dashes : path, width);
+    Fill(lines, stroke.colour);
   }
 
   double scale_;

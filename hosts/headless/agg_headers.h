@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Anti-Grain Geometry, which isn't as strict about conversions as we are.
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"
+#pragma GCC diagnostic ignored "-Wshadow"
+#pragma GCC diagnostic ignored "-Wextra"
+#include <agg2/agg_math_stroke.h>
+#include <agg2/agg_path_storage.h>
+#include <agg2/agg_pixfmt_rgba.h>
+#include <agg2/agg_rasterizer_scanline_aa.h>
+#include <agg2/agg_renderer_scanline.h>
+#include <agg2/agg_rendering_buffer.h>
+#include <agg2/agg_scanline_u.h>
+#include <agg2/agg_vertex_sequence.h>
+#pragma GCC diagnostic pop

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/headless/path_strokes.h"
+
+#include <algorithm>
+
+namespace discoplan {
+namespace {
+
+/// Points that differ, each with its distance to the next.
+using Corners = agg::vertex_sequence<agg::vertex_dist>;
+
+/// Takes the pieces of two corners and more, one after the other: `take(corners, closed)`.
+template <class Take>
+void ForEachPiece(agg::path_storage& path, const Take& take) {
+  Corners corners;
+  const auto finish = [&](bool closed) {
+    corners.close(closed);
+    if (corners.size() > 1) take(corners, closed && corners.size() > 2);
+    corners.remove_all();
+  };
+  path.rewind(0);
+  double x = 0;
+  double y = 0;
+  for (;;) {
+    const unsigned command = path.vertex(&x, &y);
+    if (agg::is_stop(command)) return finish(false);
+    if (agg::is_end_poly(command)) {
+      finish(agg::is_close(command));
+      continue;
+    }
+    if (agg::is_move_to(command)) finish(false);
+    corners.add(agg::vertex_dist(x, y));
+  }
+}
+
+/// Goes around a piece at half the width.
+class Outliner {
+ public:
+  Outliner(const Corners& corners, double width) : corners_(corners) {
+    pen_.width(width);
+    pen_.line_join(agg::round_join);
+    pen_.line_cap(agg::butt_cap);
+  }
+
+  void GoAround(bool closed, agg::path_storage& outline) {
+    const unsigned count = corners_.size();
+    if (!closed) Cap(0, 1, outline);
+    for (unsigned i = closed ? 0 : 1; i < (closed ? count : count - 1); ++i) {
+      Join((i + count - 1) % count, i, (i + 1) % count, outline);
+    }
+    closed ? outline.close_polygon() : Cap(count - 1, count - 2, outline);
+    begun_ = begun_ && !closed;
+    for (unsigned i = closed ? count : count - 1; i-- > (closed ? 0 : 1);) {
+      Join((i + 1) % count, i, (i + count - 1) % count, outline);
+    }
+    outline.close_polygon();
+  }
+
+ private:
+  void Cap(unsigned at, unsigned toward, agg::path_storage& outline) {
+    pen_.calc_cap(points_, corners_[at], corners_[toward], Distance(at, toward));
+    Append(outline);
+  }
+  void Join(unsigned from, unsigned at, unsigned to, agg::path_storage& outline) {
+    pen_.calc_join(points_, corners_[from], corners_[at], corners_[to], Distance(from, at),
+                   Distance(at, to));
+    Append(outline);
+  }
+  /// Of neighbours in either direction.
+  double Distance(unsigned a, unsigned b) const {
+    const auto [first, second] = std::minmax(a, b);
+    return corners_[second - first == 1 ? first : second].dist;
+  }
+  void Append(agg::path_storage& outline) {
+    for (unsigned i = 0; i < points_.size(); ++i) {
+      begun_ ? outline.line_to(points_[i].x, points_[i].y)
+             : outline.move_to(points_[i].x, points_[i].y);
+      begun_ = true;
+    }
+  }
+
+  const Corners& corners_;
+  agg::pod_bvector<agg::point_d> points_;
+  agg::math_stroke<agg::pod_bvector<agg::point_d>> pen_;
+  bool begun_ = false;
+};
+
+}  // namespace
+
+agg::path_storage Outlined(agg::path_storage& path, double width) {
+  agg::path_storage outline;
+  ForEachPiece(path, [&](const Corners& corners, bool closed) {
+    Outliner(corners, width).GoAround(closed, outline);
+  });
+  return outline;
+}
+
+agg::path_storage Dashed(agg::path_storage& path, double length) {
+  agg::path_storage dashes;
+  ForEachPiece(path, [&](const Corners& corners, bool closed) {
+    bool down = true;
+    double left = length;  // of this dash or gap
+    dashes.move_to(corners[0].x, corners[0].y);
+    const auto go_to = [&](double x, double y) {
+      down ? dashes.line_to(x, y) : dashes.move_to(x, y);
+    };
+    for (unsigned i = 0; i + (closed ? 0 : 1) < corners.size(); ++i) {
+      const agg::vertex_dist& from = corners[i];
+      const agg::vertex_dist& to = corners[(i + 1) % corners.size()];
+      double rest = from.dist;
+      for (; rest > left; left = length, down = !down) {
+        rest -= left;
+        go_to(to.x - (to.x - from.x) * rest / from.dist, to.y - (to.y - from.y) * rest / from.dist);
+      }
+      left -= rest;
+      go_to(to.x, to.y);
+    }
+  });
+  return dashes;
+}
+
+}  // namespace discoplan
