@@ -46,7 +46,7 @@ fuzz: packages ## Feed each reader with damaged files for five minutes, by clang
 	@cmake -S . -B build/fuzz -G Ninja -D CMAKE_CXX_COMPILER=clang++-14 -D DISCOPLAN_FUZZ=ON \
 	  -D DISCOPLAN_QT=OFF -D DISCOPLAN_TESTS=OFF --log-level=WARNING > /dev/null
 	@cmake --build build/fuzz --target discoplan-fuzz -- --quiet
-	@for reader in table lot_export klarf condition; do mkdir -p build/fuzz/found/$$reader; \
+	@for reader in table lot_export klarf binary condition; do mkdir -p build/fuzz/found/$$reader; \
 	  build/fuzz/fuzz/discoplan-$$reader-fuzz -max_total_time=300 -max_len=4096 \
 	    build/fuzz/found/$$reader fuzz/corpus/$$reader || exit 1; done
 

@@ -214,11 +214,11 @@ std::size_t KlarfReader::FieldOf(std::string_view name) const {
 }
 
 void KlarfReader::TakeSpec() {
+  const double count = Number(1);
   if (!fields_.empty()) {
     if (Words(statement_.begin() + 2, statement_.end()) == fields_) return;
     Refuse("a second DefectRecordSpec has other fields; split the file");
   }
-  const double count = Number(1);
   if (count != static_cast<double>(statement_.size() - 2)) {
     Refuse("DefectRecordSpec announces " + Printable(statement_[1]) + " fields and names " +
            std::to_string(statement_.size() - 2) + "; mend it");

@@ -14,11 +14,14 @@
 namespace discoplan::fuzz {
 namespace {
 
-void ReadFolder(const std::string& folder, std::string_view begin) {
+class Corpus : public testing::TestWithParam<Reader> {};
+
+TEST_P(Corpus, EndsWithSitesOrAnError) {
+  const Reader& reader = GetParam();
   std::mt19937 random(7);
   std::size_t files = 0;
-  for (const auto& entry :
-       std::filesystem::directory_iterator(TestData("../fuzz/corpus/" + folder))) {
+  for (const auto& entry : std::filesystem::directory_iterator(
+           TestData("../fuzz/corpus/" + std::string(reader.name)))) {
     ++files;
     std::ifstream file(entry.path(), std::ios::binary);
     const std::string whole{std::istreambuf_iterator<char>(file), {}};
@@ -29,17 +32,14 @@ void ReadFolder(const std::string& folder, std::string_view begin) {
         input[random() % input.size()] =
             change % 2 == 0 ? whole[random() % whole.size()] : static_cast<char>(random() % 256);
       }
-      ReadOne(input, begin);
+      ReadOne(reader, input);
     }
   }
   EXPECT_GT(files, 0U);
 }
 
-TEST(Corpus, OfTablesEndsWithSitesOrAnError) { ReadFolder("table", ""); }
-TEST(Corpus, OfLotExportsEndsWithSitesOrAnError) {
-  ReadFolder("lot_export", "WAFER ID,A\nSLOT,1\n");
-}
-TEST(Corpus, OfDefectsEndsWithSitesOrAnError) { ReadFolder("klarf", "FileVersion 1 2;\n"); }
+INSTANTIATE_TEST_SUITE_P(Readers, Corpus, testing::ValuesIn(kReaders),
+                         [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
 }  // namespace discoplan::fuzz

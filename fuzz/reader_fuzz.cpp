@@ -5,6 +5,7 @@
 #include "fuzz/one_input.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-  discoplan::fuzz::ReadOne({reinterpret_cast<const char*>(bytes), size}, "");
+  static const discoplan::fuzz::Reader& reader = discoplan::fuzz::ReaderNamed(DISCOPLAN_READER);
+  discoplan::fuzz::ReadOne(reader, {reinterpret_cast<const char*>(bytes), size});
   return 0;
 }
