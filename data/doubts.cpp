@@ -36,15 +36,17 @@ std::optional<float> FilledBy(double across, double millimetres) {
 
 std::string DoubtOfQuadrant(const ReadRequest& request, const Wafer& wafer) {
   const auto is_past = [](float position) { return position >= 0; };
-  const bool one_quadrant = std::all_of(wafer.x.begin(), wafer.x.end(), is_past) &&
-                            std::all_of(wafer.y.begin(), wafer.y.end(), is_past);
+  if (!std::all_of(wafer.x.begin(), wafer.x.end(), is_past) ||
+      !std::all_of(wafer.y.begin(), wafer.y.end(), is_past)) {
+    return {};
+  }
   // No wafer reaches into the corner of the square around it.
   for (std::size_t i = 0; i < wafer.x.size(); ++i) {
     if (wafer.x[i] == 0 && wafer.y[i] == 0) return {};
   }
   const auto [left, right] = std::minmax_element(wafer.x.begin(), wafer.x.end());
   const auto [bottom, top] = std::minmax_element(wafer.y.begin(), wafer.y.end());
-  if (!one_quadrant || *left == *right || *bottom == *top) return {};
+  if (*left == *right || *bottom == *top) return {};
   const auto is_whole = [](float position) { return position == std::floor(position); };
   const bool whole = std::all_of(wafer.x.begin(), wafer.x.end(), is_whole) &&
                      std::all_of(wafer.y.begin(), wafer.y.end(), is_whole);

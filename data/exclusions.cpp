@@ -50,50 +50,62 @@ Square SquareAround(const Wafer& wafer) {
   return {*left, *bottom, side > 0 ? side : 1};
 }
 
-/// The squares of a grid over the wafer, and in each the site nearest to its centre.
-class Grid {
+/// Where sites lie in the square around them, 0 to 1, and in which square of a grid over it.
+class Placing {
  public:
-  Grid(const Wafer& wafer, std::size_t side)
-      : around_(SquareAround(wafer)), side_(side), nearest_(side * side, kNone) {
-    std::vector<double> distances(side * side);
+  explicit Placing(const Wafer& wafer) : around_(SquareAround(wafer)) {
     for (std::size_t i = 0; i < wafer.x.size(); ++i) {
-      const double column = Index(wafer.x[i] - around_.left);
-      const double row = Index(wafer.y[i] - around_.bottom);
-      const auto square = static_cast<std::size_t>(row) * side_ + static_cast<std::size_t>(column);
-      const double pitch = around_.side / static_cast<double>(side_);
-      const double distance = std::hypot(wafer.x[i] - around_.left - (column + 0.5) * pitch,
-                                         wafer.y[i] - around_.bottom - (row + 0.5) * pitch);
-      if (nearest_[square] == kNone) {
-        ++occupied_;
-      } else if (!(distance < distances[square])) {
-        continue;
-      }
-      nearest_[square] = i;
-      distances[square] = distance;
+      across_.push_back((wafer.x[i] - around_.left) / around_.side);
+      up_.push_back((wafer.y[i] - around_.bottom) / around_.side);
     }
   }
 
-  std::size_t occupied() const { return occupied_; }
-  std::vector<bool> Kept(std::size_t sites) const {
-    std::vector<bool> kept(sites, false);
-    for (const std::size_t site : nearest_) {
+  /// Whether no more than `most` squares of a grid of `side` by `side` hold sites.
+  bool Fits(std::size_t most, std::size_t side) const {
+    std::vector<bool> is_occupied(side * side, false);
+    std::size_t occupied = 0;
+    for (std::size_t i = 0; i < across_.size() && occupied <= most; ++i) {
+      const std::size_t square = Index(up_[i], side) * side + Index(across_[i], side);
+      occupied += !is_occupied[square];
+      is_occupied[square] = true;
+    }
+    return occupied <= most;
+  }
+
+  /// The site nearest to the centre of each square, the first of several.
+  std::vector<bool> Nearest(const Wafer& wafer, std::size_t side) const {
+    constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
+    const double pitch = around_.side / static_cast<double>(side);
+    std::vector<std::size_t> nearest(side * side, kNone);
+    std::vector<double> distances(side * side);
+    for (std::size_t i = 0; i < across_.size(); ++i) {
+      const std::size_t column = Index(across_[i], side);
+      const std::size_t row = Index(up_[i], side);
+      const std::size_t square = row * side + column;
+      const auto from_centre = [pitch](double offset, std::size_t index) {
+        return offset - (static_cast<double>(index) + 0.5) * pitch;
+      };
+      const double distance = std::hypot(from_centre(wafer.x[i] - around_.left, column),
+                                         from_centre(wafer.y[i] - around_.bottom, row));
+      if (nearest[square] != kNone && !(distance < distances[square])) continue;
+      nearest[square] = i;
+      distances[square] = distance;
+    }
+    std::vector<bool> kept(across_.size(), false);
+    for (const std::size_t site : nearest) {
       if (site != kNone) kept[site] = true;
     }
     return kept;
   }
 
  private:
-  static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
-
-  double Index(double offset) const {
-    const auto side = static_cast<double>(side_);
-    return std::min(std::floor(offset / around_.side * side), side - 1);
+  static std::size_t Index(double place, std::size_t side) {
+    return std::min(static_cast<std::size_t>(place * static_cast<double>(side)), side - 1);
   }
 
   Square around_;
-  std::size_t side_;
-  std::size_t occupied_ = 0;
-  std::vector<std::size_t> nearest_;
+  std::vector<double> across_;
+  std::vector<double> up_;
 };
 
 }  // namespace
@@ -161,13 +173,14 @@ void Thin(std::int64_t most, Wafer& wafer) {
   if (wafer.x.size() <= limit) return;
   // Squares get occupied as they get smaller, if not strictly so; sites in a line need no finer.
   constexpr std::size_t kFinest = 1024;
+  const Placing placing(wafer);
   std::size_t fits = 1;
   std::size_t too_fine = kFinest + 1;
   while (fits + 1 < too_fine) {
     const std::size_t side = (fits + too_fine) / 2;
-    (Grid(wafer, side).occupied() <= limit ? fits : too_fine) = side;
+    (placing.Fits(limit, side) ? fits : too_fine) = side;
   }
-  const std::vector<bool> kept = Grid(wafer, fits).Kept(wafer.x.size());
+  const std::vector<bool> kept = placing.Nearest(wafer, fits);
   Keep(wafer, Reason::Thinned, [&](std::size_t i) { return kept[i]; });
 }
 

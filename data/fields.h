@@ -28,6 +28,10 @@ void SplitOrThrow(const TextLine& line, const std::string& file, Dialect dialect
                   std::vector<std::string_view>& fields);
 
 /// Number of fields up to the last one that isn't empty.
-std::size_t FilledWidth(const std::vector<std::string_view>& fields);
+inline std::size_t FilledWidth(const std::vector<std::string_view>& fields) {
+  std::size_t width = fields.size();
+  while (width > 0 && fields[width - 1].empty()) --width;
+  return width;
+}
 
 }  // namespace discoplan::data

@@ -105,6 +105,11 @@ bool LineReader::Next(TextLine& line) {
 bool LineReader::ReadLine(TextLine& line) {
   while (ReadRaw(line.text)) {
     line.number = number_;
+    // Nearly all lines begin with a sign or a digit, which stand above '#'.
+    if (!line.text.empty() && line.text.front() > '#') {
+      after_blank_ = false;
+      return true;
+    }
     const std::string_view content = Trimmed(line.text);
     if (IsComment(content)) continue;
     const bool blank = content.empty();

@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "data/number_text.h"
 
-#include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <iterator>
 
+#include "data/byte_words.h"
 #include "discoplan/base/algorithms.h"
 #include "discoplan/base/charconv.h"
 #include "discoplan/base/numbers.h"
 
 namespace discoplan::data {
 namespace {
+
+constexpr std::size_t kMostDigits = 15;
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -31,20 +34,70 @@ bool MayGroup(std::string_view text, std::size_t comma) {
   return whole.size() <= 3 && whole.front() != '0' && rest.size() == 3 && AllOf(rest, IsDigit);
 }
 
-/// Reads what nearly all numbers look like, "-12.345" of at most 15 digits; false for any other
-/// text. Digits and power of ten are whole numbers below 2^53 then, so that one division gives the
-/// nearest double, as the general way does.
-bool ReadPlainDecimal(std::string_view text, ParsedNumber& number) {
+/// Digits and power of ten are whole numbers below 2^53, so that one division gives the nearest
+/// double, as the general way does.
+void Take(std::int64_t digits, std::size_t decimals, bool negative, bool has_point,
+          ParsedNumber& number) {
   static constexpr double kPowers[] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14};
-  constexpr std::size_t kMostDigits = std::size(kPowers);
+  static_assert(std::size(kPowers) == kMostDigits);
+  const int sign = 1 - 2 * static_cast<int>(negative);  // gives a zero its sign too
+  number.value = sign * (static_cast<double>(digits) / kPowers[decimals]);
+  number.narrowed = ToFloat(number.value);
+  number.decimal_mark = has_point ? '.' : '\0';
+}
+
+/// The bytes of 1 to 8 characters, the first one lowest.
+std::uint64_t BytesOf(std::string_view text) {
+  const std::size_t size = text.size();
+  if (size >= 4) {
+    return FourBytes(text.data()) | FourBytes(text.data() + size - 4) << (8 * (size - 4));
+  }
+  const auto at = [text](std::size_t i) {
+    return std::uint64_t{static_cast<unsigned char>(text[i])} << (8 * i);
+  };
+  return at(0) | at(size / 2) | at(size - 1);
+}
+
+/// "12.345" of 1 to 8 characters, without looking at them one by one.
+bool ReadShortDecimal(std::string_view text, bool negative, ParsedNumber& number) {
+  constexpr std::uint64_t kZeros = InEachByte('0');
+  std::uint64_t bytes = BytesOf(text);
+  std::size_t size = text.size();
+  std::size_t decimals = 0;
+  const std::uint64_t points = PlacesOf('.', bytes);
+  if (points != 0) {
+    const auto point = static_cast<std::size_t>(std::countr_zero(points)) / 8;
+    if (point == 0 || point + 1 == size) return false;
+    const std::uint64_t before = (std::uint64_t{1} << (8 * point)) - 1;
+    bytes = (bytes & before) | ((bytes >> 8) & ~before);
+    --size;
+    decimals = size - point;
+  }
+  // Eight digits, with zeros in front.
+  const std::size_t room = 64 - 8 * size;
+  bytes = bytes << room | (kZeros & ((std::uint64_t{1} << room) - 1));
+  constexpr std::uint64_t kHigh = InEachByte('\xF0');
+  const std::uint64_t above_nine = (bytes + InEachByte(6)) & kHigh;
+  if ((bytes & kHigh) != kZeros || above_nine != kZeros) return false;
+  bytes -= kZeros;
+  // Each step joins neighbours: 2, then 4, then all 8 digits.
+  bytes = (bytes * 10 + (bytes >> 8)) & 0x00FF00FF00FF00FFU;
+  bytes = (bytes * 100 + (bytes >> 16)) & 0x0000FFFF0000FFFFU;
+  bytes = (bytes * 10000 + (bytes >> 32)) & 0xFFFFFFFFU;
+  Take(static_cast<std::int64_t>(bytes), decimals, negative, points != 0, number);
+  return true;
+}
+
+/// Reads what nearly all numbers look like, "-12.345" of at most 15 digits; false for any other
+/// text.
+bool ReadPlainDecimal(std::string_view text, ParsedNumber& number) {
   const bool negative = text.starts_with('-');
   text.remove_prefix(negative);
-  if (text.empty() || text.size() > kMostDigits + 1 || !IsDigit(text.front()) ||
-      !IsDigit(text.back())) {
-    return false;
-  }
-  // Without branches on the characters and the sign, which a processor can't foresee.
+  if (text.empty() || text.size() > kMostDigits + 1) return false;
+  if (text.size() <= 8) return ReadShortDecimal(text, negative, number);
+  if (!IsDigit(text.front()) || !IsDigit(text.back())) return false;
+  // Without branches on the characters, which a processor can't foresee.
   std::int64_t digits = 0;
   std::size_t point = text.size();
   int marks = 0;
@@ -56,11 +109,7 @@ bool ReadPlainDecimal(std::string_view text, ParsedNumber& number) {
   }
   if (marks > 1 || (marks == 1 && text[point] != '.')) return false;
   if (marks == 0 && text.size() > kMostDigits) return false;
-  const std::size_t decimals = marks == 0 ? 0 : text.size() - point - 1;
-  const int sign = 1 - 2 * static_cast<int>(negative);  // gives a zero its sign too
-  number.value = sign * (static_cast<double>(digits) / kPowers[decimals]);
-  number.narrowed = ToFloat(number.value);
-  number.decimal_mark = marks == 0 ? '\0' : '.';
+  Take(digits, marks == 0 ? 0 : text.size() - point - 1, negative, marks != 0, number);
   return true;
 }
 

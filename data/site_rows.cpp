@@ -133,9 +133,9 @@ bool SiteRows::Add(const std::vector<std::string_view>& fields, std::int64_t lin
   if (condition.IsGiven() && !Meets(condition, fields, line, wafers)) return false;
   const Columns& columns = shape.columns;
   const std::array<std::size_t, 2> places = {columns.x, columns.y};
-  std::array<ParsedNumber, 2> numbers;
+  const std::array<ParsedNumber, 2> numbers = {ParseNumber(fields[columns.x]),
+                                               ParseNumber(fields[columns.y])};
   for (std::size_t i = 0; i < places.size(); ++i) {
-    numbers[i] = ParseNumber(fields[places[i]]);
     if (numbers[i].fault == NumberFault::None) continue;
     Fail(numbers[i].fault, fields[places[i]], line, places[i], wafers);
     return false;

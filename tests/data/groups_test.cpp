@@ -3,7 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <random>
 #include <sstream>
+#include <tuple>
 
 #include "data/exclusions.h"
 #include "tests/data/data_files.h"
@@ -181,6 +186,59 @@ TEST(LeftOut, IsThinnedEvenly) {
   const Lot lot = Read({.path = "a.csv", .thin = true}, stream);
   EXPECT_LE(lot.wafers[0].x.size(), 32767U);
   EXPECT_EQ(lot.wafers[0].Measured(), 40000);
+}
+
+/// Those nearest to the centres of the squares of the finest grid that is no fuller than that.
+std::vector<std::size_t> ThinnedPlainly(const Wafer& wafer, std::size_t most) {
+  const auto [left, right] = std::minmax_element(wafer.x.begin(), wafer.x.end());
+  const auto [bottom, top] = std::minmax_element(wafer.y.begin(), wafer.y.end());
+  const double whole =
+      std::max(static_cast<double>(*right) - *left, static_cast<double>(*top) - *bottom);
+  std::map<std::pair<double, double>, std::size_t> nearest;
+  const auto fill = [&](double side) {
+    nearest.clear();
+    const auto from_centre = [&](std::size_t i) {
+      const double x = wafer.x[i] - double{*left};
+      const double y = wafer.y[i] - double{*bottom};
+      const double column = std::min(std::floor(x / whole * side), side - 1);
+      const double row = std::min(std::floor(y / whole * side), side - 1);
+      return std::tuple(
+          row, column,
+          std::hypot(x - (column + 0.5) * (whole / side), y - (row + 0.5) * (whole / side)));
+    };
+    for (std::size_t i = 0; i < wafer.x.size(); ++i) {
+      const auto [row, column, distance] = from_centre(i);
+      const auto [place, is_first] = nearest.try_emplace({row, column}, i);
+      if (!is_first && distance < std::get<2>(from_centre(place->second))) place->second = i;
+    }
+    return nearest.size();
+  };
+  double fits = 1;
+  for (double low = 1, high = 1025; low + 1 < high; fits = low) {
+    const double side = std::floor((low + high) / 2);
+    (fill(side) <= most ? low : high) = side;
+  }
+  fill(fits);
+  std::vector<std::size_t> kept;
+  for (const auto& [square, site] : nearest) kept.push_back(site);
+  std::sort(kept.begin(), kept.end());
+  return kept;
+}
+
+TEST(LeftOut, IsThinnedToTheSameSitesAsByThePlainWay) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 6; ++round) {
+    Wafer wafer;
+    const int steps = round % 2 == 0 ? 40 : 100000;  // dies, whose distances tie, or any places
+    for (int i = 0; i < 3000; ++i) {
+      wafer.x.push_back(static_cast<float>(static_cast<int>(random() % 997) % steps) / 7);
+      wafer.y.push_back(static_cast<float>(static_cast<int>(random() % 499) % steps) / 3 - 50);
+      wafer.value.push_back(static_cast<float>(i));
+    }
+    const std::vector<std::size_t> kept = ThinnedPlainly(wafer, 500);
+    Thin(500, wafer);
+    ASSERT_EQ(std::vector<std::size_t>(wafer.value.begin(), wafer.value.end()), kept) << round;
+  }
 }
 
 /// Gives some bytes and then fails.

@@ -82,13 +82,16 @@ TEST(PlainNumbers, EndWhereTheGeneralWayBegins) {
     ExpectSameNumber(text);
   }
   std::mt19937 random(2);
-  for (int i = 0; i < 100'000; ++i) ExpectSameNumber(AnyText("0123456789.-,e", 19, random));
+  for (const char* alphabet : {"0123456789.-,e", "0123456789.", "09./:\x80\xAE\xB0\xB9\xFF"}) {
+    for (int i = 0; i < 100'000; ++i) ExpectSameNumber(AnyText(alphabet, 19, random));
+    for (int i = 0; i < 100'000; ++i) ExpectSameNumber(AnyText(alphabet, 9, random));
+  }
 }
 
 TEST(PlainRows, HaveTheFieldsOfTheGeneralWay) {
   std::mt19937 random(3);
   for (int i = 0; i < 100'000; ++i) {
-    const std::string line = AnyText("123.-a, ;\t", 24, random);
+    const std::string line = AnyText("123.-a, ;\t\xAC\xBB", 24, random);
     for (const char separator : {',', ';', '\t', ' '}) {
       // A field in quotes, which only the general way reads.
       const std::string quoted = line + separator + "\"\"";
