@@ -31,7 +31,10 @@ DISCOPLAN_HEADLESS_EXPORT FigurePicture PaintFigure(const figures::Figure& figur
 /// Text as the figures' devices set it.
 class DISCOPLAN_HEADLESS_EXPORT FigureText final : public figures::TextMeasure {
  public:
+  /// With the machine's fonts.
   explicit FigureText(std::string font) : font_(std::move(font)) {}
+  FigureText(std::string font, std::shared_ptr<FontFinder> fonts)
+      : text_(std::move(fonts)), font_(std::move(font)) {}
   double Width(std::string_view text, double size, bool bold) const override;
   const FreeTypeText& Letters() const { return text_; }
 

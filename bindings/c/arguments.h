@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// What callers pass: structs that grow from version to version, and arrays with strides.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <span>
+#include <string>
+
+#include "bindings/c/errors.h"
+
+namespace discoplan::c {
+
+/// A copy of a struct that begins with its size; all zeros for null. One of a later version will do
+/// as long as it asks for nothing that isn't known here.
+template <class T>
+T Taken(const T* given, const char* name) {
+  T taken{};
+  taken.size = sizeof(T);
+  if (given == nullptr) return taken;
+  if (given->size < sizeof(T)) {
+    Refuse(std::string(name) + ": its field 'size' is " + std::to_string(given->size) +
+           ", not sizeof the struct, " + std::to_string(sizeof(T)));
+  }
+  const auto* bytes = reinterpret_cast<const std::byte*>(given);
+  const std::span<const std::byte> beyond(bytes + sizeof(T), given->size - sizeof(T));
+  if (std::any_of(beyond.begin(), beyond.end(), [](std::byte b) { return b != std::byte{}; })) {
+    Refuse(std::string(name) + ": it asks for what this version of the library doesn't know");
+  }
+  std::memcpy(&taken, given, sizeof(T));
+  return taken;
+}
+
+/// Sets a struct that the caller gave the size of; the fields of later versions become 0.
+template <class T>
+void Give(T* wanted, const char* name, T value) {
+  Needed(wanted, name);
+  const std::uint32_t size = wanted->size;
+  if (size < sizeof(T)) {
+    Refuse(std::string(name) + ": its field 'size' is " + std::to_string(size) +
+           ", not sizeof the struct, " + std::to_string(sizeof(T)));
+  }
+  value.size = size;
+  auto* bytes = reinterpret_cast<std::byte*>(wanted);
+  std::fill(bytes + sizeof(T), bytes + size, std::byte{});
+  std::memcpy(bytes, &value, sizeof(T));
+}
+
+/// A caller's array, read one number at a time.
+class Numbers {
+ public:
+  Numbers(const discoplan_array& array, const char* name);
+  double operator[](std::int64_t i) const {
+    const std::byte* at = data_ + i * stride_;
+    if (is_double_) return Read<double>(at);
+    return Read<float>(at);
+  }
+
+ private:
+  template <class T>
+  static T Read(const std::byte* at) {
+    T value;
+    std::memcpy(&value, at, sizeof value);
+    return value;
+  }
+
+  const std::byte* data_;
+  std::int64_t stride_;
+  bool is_double_;
+};
+
+/// Offsets of 32 or 64 bits; ascending, within 0 to `limit`.
+class Offsets {
+ public:
+  Offsets(const std::int32_t* narrow, const std::int64_t* wide, std::int64_t count,
+          std::int64_t limit);
+  std::int64_t operator[](std::int64_t i) const {
+    return narrow_ != nullptr ? narrow_[i] : wide_[i];
+  }
+
+ private:
+  const std::int32_t* narrow_;
+  const std::int64_t* wide_;
+};
+
+}  // namespace discoplan::c

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include <limits>
+
+#include "bindings/c/arguments.h"
+#include "bindings/c/drawing.h"
+#include "discoplan/analysis/figures_of_merit.h"
+
+using namespace discoplan;
+using namespace discoplan::c;
+
+namespace {
+
+/// Pieces behind each other, and where each begins.
+template <class T>
+class Pieces {
+ public:
+  template <class Piece>
+  void Add(const Piece& piece) {
+    content_.insert(content_.end(), piece.begin(), piece.end());
+    offsets_.push_back(static_cast<std::int64_t>(content_.size()));
+  }
+  const T* Content() const { return content_.data(); }
+  const std::int64_t* Offsets() const { return offsets_.data(); }
+
+ private:
+  std::vector<T> content_;
+  std::vector<std::int64_t> offsets_ = {0};
+};
+
+class BatchResult final : public Held {
+ public:
+  static constexpr Kind kKind = Kind::Result;
+  using Handle = discoplan_result;
+
+  explicit BatchResult(std::int64_t wafers)
+      : Held(kKind),
+        wafers_(static_cast<std::size_t>(wafers)),
+        statistics_(wafers_ * analysis::FiguresOfMerit().size(),
+                    std::numeric_limits<double>::quiet_NaN()) {
+    statuses_.reserve(wafers_);
+  }
+
+  void Set(const std::vector<double>& figures) {
+    const std::size_t wafer = statuses_.size();
+    for (std::size_t i = 0; i < figures.size(); ++i) statistics_[i * wafers_ + wafer] = figures[i];
+  }
+  void Finish(discoplan_status status, std::span<const std::uint8_t> file) {
+    statuses_.push_back(status);
+    pictures_.Add(file);
+    messages_.Add(status == DISCOPLAN_OK ? std::string_view() : std::string_view(LastError()));
+  }
+  discoplan_result_view View() const {
+    return {.size = 0,
+            .reserved = 0,
+            .wafers = static_cast<std::int64_t>(wafers_),
+            .figures = static_cast<std::int64_t>(analysis::FiguresOfMerit().size()),
+            .statuses = statuses_.data(),
+            .statistics = statistics_.data(),
+            .pictures = pictures_.Content(),
+            .picture_offsets = pictures_.Offsets(),
+            .messages = messages_.Content(),
+            .message_offsets = messages_.Offsets()};
+  }
+
+ private:
+  std::size_t wafers_;
+  std::vector<discoplan_status> statuses_;
+  std::vector<double> statistics_;
+  Pieces<std::uint8_t> pictures_;
+  Pieces<char> messages_;
+};
+
+/// The batch, checked as far as it is the same for all wafers.
+class Batch {
+ public:
+  explicit Batch(const discoplan_batch& batch)
+      : wafers_(Counted(batch)),
+        sites_{.size = sizeof(discoplan_sites),
+               .reserved = 0,
+               .count = batch.count,
+               .x = batch.x,
+               .y = batch.y,
+               .value = batch.value},
+        offsets_(batch.offsets32, batch.offsets64, wafers_, batch.count),
+        wafer_(Taken(batch.wafer, "discoplan_wafer_options")),
+        format_(FormatOf(batch.format)) {
+    if (batch.plot != nullptr) drawing_ = DrawingOf(Taken(batch.plot, "discoplan_plot_options"));
+    if (drawing_ && drawing_->classic && format_ != FigureFormat::Png) {
+      Refuse("the classic look has pixels alone; take PNG, or the modern look");
+    }
+    if (batch.names == nullptr) return;
+    names_ = batch.names;
+    name_offsets_.emplace(batch.name_offsets32, batch.name_offsets64, wafers_,
+                          std::numeric_limits<std::int64_t>::max());
+  }
+
+  std::shared_ptr<BatchResult> Run() const {
+    auto result = std::make_shared<BatchResult>(wafers_);
+    for (std::int64_t i = 0; i < wafers_; ++i) {
+      std::vector<std::uint8_t> file;
+      const discoplan_status status = Guarded([&] { Do(i, *result, file); });
+      if (status == DISCOPLAN_NO_MEMORY) throw std::bad_alloc();
+      result->Finish(status, file);
+    }
+    return result;
+  }
+
+ private:
+  static std::int64_t Counted(const discoplan_batch& batch) {
+    if (batch.wafers < 0 || batch.count < 0) Refuse("batch: its counts are negative");
+    return batch.wafers;
+  }
+
+  void Do(std::int64_t i, BatchResult& result, std::vector<std::uint8_t>& file) const {
+    std::string name = TextOr(wafer_.name);
+    if (name_offsets_) {
+      const std::int64_t first = (*name_offsets_)[i];
+      name.assign(names_ + first, static_cast<std::size_t>((*name_offsets_)[i + 1] - first));
+    }
+    discoplan_wafer_options options = wafer_;
+    options.name = name.c_str();
+    const auto wafer = NewWafer(sites_, offsets_[i], offsets_[i + 1], options);
+    result.Set(wafer->Statistics());
+    if (drawing_) file = Draw(wafer, *drawing_)->File(format_);
+  }
+
+  std::int64_t wafers_;
+  discoplan_sites sites_;
+  Offsets offsets_;
+  discoplan_wafer_options wafer_;
+  FigureFormat format_;
+  std::optional<Drawing> drawing_;
+  const char* names_ = nullptr;
+  std::optional<Offsets> name_offsets_;
+};
+
+}  // namespace
+
+discoplan_status discoplan_batch_run(const discoplan_batch* batch, discoplan_result** result) {
+  return HandedOut<BatchResult>(
+      result, [&] { return Batch(Taken(&Needed(batch, "batch"), "discoplan_batch")).Run(); });
+}
+
+discoplan_status discoplan_result_get(discoplan_result* result, discoplan_result_view* view) {
+  return Guarded([&] { Give(view, "discoplan_result_view", Get<BatchResult>(result)->View()); });
+}

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// A measured wafer that callers hold. It never changes once it is made.
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "bindings/c/handles.h"
+#include "data/lot.h"
+#include "discoplan/core/wafer.h"
+#include "discoplan/core/wafer_data.h"
+#include "discoplan/figures/wafer_figure.h"
+
+namespace discoplan::c {
+
+class MeasuredWafer final : public Held {
+ public:
+  static constexpr Kind kKind = Kind::Wafer;
+  using Handle = discoplan_wafer;
+
+  /// How a wafer lies, and what its values are.
+  struct Look {
+    data::Parameter parameter;
+    figures::Orientation orientation = figures::Orientation::Notch;
+    figures::Side notch = figures::Side::Bottom;
+  };
+
+  /// The wafer has its size. Raises `Error` for sites off the wafer and for values whose sums are
+  /// too large.
+  MeasuredWafer(data::Wafer measured, Look look, bool size_given);
+
+  const data::Wafer& Measured() const { return measured_; }
+  const Look& Looks() const { return look_; }
+  const std::string& SitesText() const { return sites_text_; }
+  std::span<const Site> Sites() const { return sites_.Sites(); }
+  /// For interpolation and for the classic plots.
+  WaferData Data() const { return sites_.Data(); }
+  std::int64_t LeftOut() const;
+
+  /// Values at points whose z is set; not a number outside the test area.
+  void Interpolate(std::span<Site> points, std::size_t columns) const;
+  float At(float x, float y) const;
+  bool IsInside(float x, float y) const;
+  std::vector<double> Statistics() const;
+
+ private:
+  data::Wafer measured_;
+  Look look_;
+  std::string sites_text_;
+  wafer sites_;
+};
+
+/// From a caller's arrays, sites `first` to below `last`. Raises `Error` and `data::DataError`.
+std::shared_ptr<MeasuredWafer> NewWafer(const discoplan_sites& sites, std::int64_t first,
+                                        std::int64_t last, const discoplan_wafer_options& options);
+
+/// The same wafer with other sites. Raises `Error`.
+std::shared_ptr<MeasuredWafer> WithSites(const MeasuredWafer& like, std::span<const Site> sites,
+                                         const std::string& name);
+
+}  // namespace discoplan::c
