@@ -27,6 +27,7 @@ cmake_dependent_option(DISCOPLAN_AUTOMATION "Hosts of scripts and tests: recordi
   ${on_its_own} DISCOPLAN_HEADLESS OFF)
 cmake_dependent_option(DISCOPLAN_C "C interface, for other languages" ${on_its_own}
   "DISCOPLAN_DATA;DISCOPLAN_FIGURE_FILES;NOT EMSCRIPTEN" OFF)
+cmake_dependent_option(DISCOPLAN_PYTHON "Python package" ${runs_here} DISCOPLAN_C OFF)
 cmake_dependent_option(DISCOPLAN_QT "Qt host" ${runs_here} DISCOPLAN_HEADLESS OFF)
 cmake_dependent_option(DISCOPLAN_PROGRAMS "Programs; those that need Qt where its host is built"
   ${on_its_own} "DISCOPLAN_DATA;DISCOPLAN_AUTOMATION" OFF)

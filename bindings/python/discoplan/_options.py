@@ -1,0 +1,107 @@
+# SPDX-License-Identifier: MIT
+"""Keywords of Python as the fields of the C interface."""
+
+import os
+from typing import Any, Optional, Sequence, Tuple
+
+FLAGS = {
+    "dark": 1,
+    "transparent": 2,
+    "no_legend": 4,
+    "values": 8,
+    "no_isolines": 16,
+    "no_dots": 32,
+}
+_LIMITED, _CUT, _CONTROL_LIMITS = 64, 128, 256
+ORIENTATIONS = ("notch", "flat", "none")
+SIDES = ("bottom", "left", "top", "right")
+LOOKS = ("modern", "classic")
+_METHODS = {"smooth": 0, "idw4": -1}
+_FONTS = os.path.join(os.path.dirname(__file__), "fonts")
+
+
+def choice(names: Sequence[str], given: str, what: str) -> int:
+    """The number of a name; raises `ValueError` for one that is none."""
+    if given in names:
+        return list(names).index(given)
+    raise ValueError(f"{what}: {given!r} is none of {', '.join(names)}")
+
+
+def _pair(given: Any, what: str) -> Tuple[float, float]:
+    try:
+        low, high = given
+        return float(low), float(high)
+    except (TypeError, ValueError):
+        raise ValueError(f"{what} takes two numbers, not {given!r}") from None
+
+
+def _bundled_fonts() -> dict[str, Any]:
+    regular = os.path.join(_FONTS, "LiberationSans-Regular.ttf")
+    if not os.path.exists(regular):
+        return {}
+    return {
+        "font_file": regular,
+        "bold_font_file": os.path.join(_FONTS, "LiberationSans-Bold.ttf"),
+    }
+
+
+_FONT_FIELDS = _bundled_fonts()
+
+
+def plot_fields(
+    *,
+    look: str = "modern",
+    size: Any = None,
+    limits: Optional[Tuple[float, float]] = None,
+    control_limits: Optional[Tuple[float, float]] = None,
+    interpolation: Optional[str] = None,
+    mm: Optional[Tuple[float, float]] = None,
+    **given: Any,
+) -> dict[str, Any]:
+    """The fields of `discoplan_plot_options`."""
+    fields: dict[str, Any] = dict(_FONT_FIELDS)
+    flags = 0
+    if look != "modern":
+        fields["look"] = choice(LOOKS, look, "look")
+    if size is not None:
+        width, height = _pair(size, "size")
+        fields["width"], fields["height"] = int(width), int(height)
+    if mm is not None:
+        fields["width_mm"], fields["height_mm"] = _pair(mm, "mm")
+    if limits is not None:
+        fields["low"], fields["high"] = _pair(limits, "limits")
+        flags |= _LIMITED
+    if control_limits is not None:
+        fields["lower_control"], fields["upper_control"] = _pair(control_limits, "control_limits")
+        flags |= _CONTROL_LIMITS
+    if interpolation is not None:
+        if interpolation not in _METHODS:
+            raise ValueError(f"interpolation: {interpolation!r} is neither smooth nor idw4")
+        fields["method"] = _METHODS[interpolation]
+    for name, value in given.items():
+        if name in FLAGS:
+            flags |= FLAGS[name] if value else 0
+        elif value is not None:
+            fields[name] = value
+    if "cut" in fields:
+        flags |= _CUT
+    fields["flags"] = flags
+    return fields
+
+
+def wafer_fields(
+    *,
+    orientation: str = "notch",
+    notch: str = "bottom",
+    edge_exclusion: Optional[float] = None,
+    **given: Any,
+) -> dict[str, Any]:
+    """The fields of `discoplan_wafer_options`, or those of a reader that it shares."""
+    fields = {name: value for name, value in given.items() if value is not None}
+    if orientation != "notch":
+        fields["orientation"] = choice(ORIENTATIONS, orientation, "orientation")
+    if notch != "bottom":
+        fields["notch_side"] = choice(SIDES, notch, "notch")
+    if edge_exclusion is not None:
+        fields["edge_given"], fields["edge_exclusion"] = 1, edge_exclusion
+    return fields

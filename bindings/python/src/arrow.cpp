@@ -1,0 +1,321 @@
+// SPDX-License-Identifier: MIT
+#include "bindings/python/src/arrow.h"
+
+#include <charconv>
+#include <cstring>
+#include <limits>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "bindings/python/src/buffers.h"
+
+// The Arrow C data interface, as its specification has it.
+extern "C" {
+struct ArrowSchema {
+  const char* format;
+  const char* name;
+  const char* metadata;
+  int64_t flags;
+  int64_t n_children;
+  ArrowSchema** children;
+  ArrowSchema* dictionary;
+  void (*release)(ArrowSchema*);
+  void* private_data;
+};
+struct ArrowArray {
+  int64_t length;
+  int64_t null_count;
+  int64_t offset;
+  int64_t n_buffers;
+  int64_t n_children;
+  const void** buffers;
+  ArrowArray** children;
+  ArrowArray* dictionary;
+  void (*release)(ArrowArray*);
+  void* private_data;
+};
+struct ArrowArrayStream {
+  int (*get_schema)(ArrowArrayStream*, ArrowSchema*);
+  int (*get_next)(ArrowArrayStream*, ArrowArray*);
+  const char* (*get_last_error)(ArrowArrayStream*);
+  void (*release)(ArrowArrayStream*);
+  void* private_data;
+};
+}
+
+namespace discoplan::python {
+namespace {
+
+/// One of the three, released by itself.
+template <class T>
+struct Owned : T {
+  Owned() : T() {}
+  Owned(const Owned&) = delete;
+  Owned& operator=(const Owned&) = delete;
+  ~Owned() {
+    if (this->release != nullptr) this->release(this);
+  }
+};
+
+template <class T>
+T* InCapsule(PyObject* capsule, const char* name) {
+  auto* const held = static_cast<T*>(PyCapsule_GetPointer(capsule, name));
+  if (held == nullptr) throw PythonError();
+  return held;
+}
+
+bool IsSet(const void* bits, int64_t i) {
+  return (static_cast<const std::uint8_t*>(bits)[i / 8] >> (i % 8) & 1) != 0;
+}
+
+bool IsNull(const ArrowArray& array, int64_t i) {
+  return array.n_buffers > 0 && array.buffers[0] != nullptr && array.null_count != 0 &&
+         !IsSet(array.buffers[0], array.offset + i);
+}
+
+template <class T>
+T At(const ArrowArray& array, int64_t i) {
+  T value;
+  std::memcpy(&value,
+              static_cast<const char*>(array.buffers[1]) +
+                  (array.offset + i) * static_cast<int64_t>(sizeof(T)),
+              sizeof value);
+  return value;
+}
+
+/// A number of a column; nothing for a type that has none.
+std::optional<double> NumberAt(const char* format, const ArrowArray& array, int64_t i) {
+  if (format[0] == '\0' || format[1] != '\0') return {};
+  switch (format[0]) {
+    case 'f':
+      return At<float>(array, i);
+    case 'g':
+      return At<double>(array, i);
+    case 'c':
+      return At<std::int8_t>(array, i);
+    case 'C':
+      return At<std::uint8_t>(array, i);
+    case 's':
+      return At<std::int16_t>(array, i);
+    case 'S':
+      return At<std::uint16_t>(array, i);
+    case 'i':
+      return At<std::int32_t>(array, i);
+    case 'I':
+      return At<std::uint32_t>(array, i);
+    case 'l':
+      return static_cast<double>(At<std::int64_t>(array, i));
+    case 'L':
+      return static_cast<double>(At<std::uint64_t>(array, i));
+    default:
+      return {};
+  }
+}
+
+template <class Offset>
+std::string_view TextBetween(const ArrowArray& array, int64_t i) {
+  const Offset first = At<Offset>(array, i);
+  return {static_cast<const char*>(array.buffers[2]) + first,
+          static_cast<std::size_t>(At<Offset>(array, i + 1) - first)};
+}
+
+/// Of the type that has short texts within 16 bytes and long ones in further buffers.
+std::string_view TextViewed(const ArrowArray& array, int64_t i) {
+  constexpr std::int32_t kInline = 12;
+  const char* const view = static_cast<const char*>(array.buffers[1]) + (array.offset + i) * 16;
+  std::int32_t parts[4];  // size, start of the text, buffer, offset
+  std::memcpy(parts, view, sizeof parts);
+  const auto size = static_cast<std::size_t>(parts[0]);
+  if (parts[0] <= kInline) return {view + 4, size};
+  return {static_cast<const char*>(array.buffers[2 + parts[2]]) + parts[3], size};
+}
+
+[[noreturn]] void RefuseType(const std::string& name, const char* format, const char* wanted) {
+  Raise(PyExc_TypeError,
+        "column '" + name + "' has the Arrow type '" + format + "'; cast it to " + wanted);
+}
+
+/// What tells wafers apart, as people write it.
+std::string TextAt(const ArrowSchema& schema, const ArrowArray& array, int64_t i,
+                   const std::string& name) {
+  if (IsNull(array, i)) return "";
+  if (schema.dictionary != nullptr) {
+    const std::optional<double> entry = NumberAt(schema.format, array, i);
+    if (!entry) RefuseType(name, schema.format, "texts");
+    return TextAt(*schema.dictionary, *array.dictionary, static_cast<int64_t>(*entry), name);
+  }
+  const std::string_view format = schema.format;
+  if (format == "u" || format == "z") return std::string(TextBetween<std::int32_t>(array, i));
+  if (format == "U" || format == "Z") return std::string(TextBetween<std::int64_t>(array, i));
+  if (format == "vu") return std::string(TextViewed(array, i));
+  if (format == "b") return IsSet(array.buffers[1], array.offset + i) ? "true" : "false";
+  const std::optional<double> number = NumberAt(schema.format, array, i);
+  if (!number) RefuseType(name, schema.format, "texts or numbers");
+  char text[32];
+  return {text, std::to_chars(text, text + sizeof text, *number).ptr};
+}
+
+void AppendNumbers(const ArrowSchema& schema, const ArrowArray& array, const std::string& name,
+                   std::vector<double>& numbers) {
+  numbers.reserve(numbers.size() + static_cast<std::size_t>(array.length));
+  for (int64_t i = 0; i < array.length; ++i) {
+    if (schema.format[0] == 'n' || IsNull(array, i)) {
+      numbers.push_back(std::numeric_limits<double>::quiet_NaN());
+      continue;
+    }
+    const std::optional<double> number =
+        schema.dictionary == nullptr ? NumberAt(schema.format, array, i) : std::nullopt;
+    if (!number) RefuseType(name, schema.format, "numbers");
+    numbers.push_back(*number);
+  }
+}
+
+Object Doubles(const std::vector<double>& numbers) {
+  NewArray made(static_cast<Py_ssize_t>(numbers.size() * sizeof(double)));
+  std::memcpy(made.Data(), numbers.data(), numbers.size() * sizeof(double));
+  return made.View("d");
+}
+
+/// Calls `visit` with each chunk of a stream.
+template <class Visit>
+void ForEachChunk(PyObject* capsule, const Visit& visit) {
+  auto* const stream = InCapsule<ArrowArrayStream>(capsule, "arrow_array_stream");
+  const auto check = [&](int code) {
+    if (code == 0) return;
+    const char* const text = stream->get_last_error(stream);
+    Raise(PyExc_ValueError, text != nullptr ? text : "the table can't be read");
+  };
+  Owned<ArrowSchema> schema;
+  check(stream->get_schema(stream, &schema));
+  while (true) {
+    Owned<ArrowArray> chunk;
+    check(stream->get_next(stream, &chunk));
+    if (chunk.release == nullptr) return;
+    visit(static_cast<const ArrowSchema&>(schema), static_cast<const ArrowArray&>(chunk));
+  }
+}
+
+std::vector<std::string> Names(PyObject* list) {
+  std::vector<std::string> names;
+  for (Py_ssize_t i = 0; i < PyList_Size(list); ++i)
+    names.push_back(TextOf(PyList_GetItem(list, i)));
+  return names;
+}
+
+/// The child of that name; raises for none.
+int64_t ChildOf(const ArrowSchema& schema, const std::string& name) {
+  std::string all;
+  for (int64_t i = 0; i < schema.n_children; ++i) {
+    if (name == schema.children[i]->name) return i;
+    all += std::string(i == 0 ? "" : ", ") + schema.children[i]->name;
+  }
+  Raise(PyExc_ValueError, "the table has no column '" + name + "', but " + all);
+}
+
+/// The wafers of a table, numbered as they come.
+class Groups {
+ public:
+  /// `keys` are the texts of one row.
+  void Add(std::vector<std::string> keys) {
+    std::string joined;
+    for (const std::string& key : keys) joined += key + '\x1f';
+    if (last_ >= 0 && joined == last_key_) {
+      ids_.push_back(last_);
+      return;
+    }
+    const auto [at, is_new] = by_key_.emplace(joined, static_cast<std::int64_t>(keys_.size()));
+    if (is_new) keys_.push_back(std::move(keys));
+    last_ = at->second;
+    last_key_ = std::move(joined);
+    ids_.push_back(last_);
+  }
+
+  /// Where each wafer begins once the rows are sorted, and for each row its place.
+  std::pair<std::vector<std::int64_t>, std::vector<std::int64_t>> Sorted() const {
+    std::vector<std::int64_t> offsets(keys_.size() + 1);
+    for (const std::int64_t id : ids_) ++offsets[static_cast<std::size_t>(id) + 1];
+    for (std::size_t i = 1; i < offsets.size(); ++i) offsets[i] += offsets[i - 1];
+    std::vector<std::int64_t> next = offsets, places;
+    places.reserve(ids_.size());
+    for (const std::int64_t id : ids_) places.push_back(next[static_cast<std::size_t>(id)]++);
+    return {std::move(offsets), std::move(places)};
+  }
+
+  Object Keys() const {
+    Object list(PyList_New(0));
+    for (const std::vector<std::string>& keys : keys_) {
+      Object row(PyTuple_New(static_cast<Py_ssize_t>(keys.size())));
+      for (std::size_t i = 0; i < keys.size(); ++i) {
+        PyTuple_SetItem(row.Get(), static_cast<Py_ssize_t>(i), TextObject(keys[i].c_str()).Give());
+      }
+      if (PyList_Append(list.Get(), row.Get()) < 0) throw PythonError();
+    }
+    return list;
+  }
+
+ private:
+  std::unordered_map<std::string, std::int64_t> by_key_;
+  std::vector<std::vector<std::string>> keys_;
+  std::vector<std::int64_t> ids_;
+  std::string last_key_;
+  std::int64_t last_ = -1;
+};
+
+}  // namespace
+
+Object ColumnFromStream(PyObject* capsule, const char* name) {
+  std::vector<double> numbers;
+  ForEachChunk(capsule, [&](const ArrowSchema& schema, const ArrowArray& chunk) {
+    AppendNumbers(schema, chunk, name, numbers);
+  });
+  return Doubles(numbers);
+}
+
+Object ColumnFromArray(PyObject* schema, PyObject* array, const char* name) {
+  std::vector<double> numbers;
+  AppendNumbers(*InCapsule<ArrowSchema>(schema, "arrow_schema"),
+                *InCapsule<ArrowArray>(array, "arrow_array"), name, numbers);
+  return Doubles(numbers);
+}
+
+Object GroupedTable(PyObject* capsule, PyObject* numbers, PyObject* keys) {
+  const std::vector<std::string> number_names = Names(numbers), key_names = Names(keys);
+  std::vector<std::vector<double>> columns(number_names.size());
+  Groups groups;
+  ForEachChunk(capsule, [&](const ArrowSchema& schema, const ArrowArray& chunk) {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      const int64_t child = ChildOf(schema, number_names[i]);
+      AppendNumbers(*schema.children[child], *chunk.children[child], number_names[i], columns[i]);
+    }
+    std::vector<int64_t> children;
+    for (const std::string& name : key_names) children.push_back(ChildOf(schema, name));
+    for (int64_t row = 0; row < chunk.length; ++row) {
+      std::vector<std::string> texts;
+      for (std::size_t i = 0; i < children.size(); ++i) {
+        const auto child = children[i];
+        texts.push_back(TextAt(*schema.children[child], *chunk.children[child], row, key_names[i]));
+      }
+      groups.Add(std::move(texts));
+    }
+  });
+  const auto [offsets, places] = groups.Sorted();
+  Object list(PyList_New(0));
+  for (const std::vector<double>& column : columns) {
+    std::vector<double> sorted(column.size());
+    for (std::size_t i = 0; i < column.size(); ++i) {
+      sorted[static_cast<std::size_t>(places[i])] = column[i];
+    }
+    if (PyList_Append(list.Get(), Doubles(sorted).Get()) < 0) throw PythonError();
+  }
+  NewArray starts(static_cast<Py_ssize_t>(offsets.size() * sizeof(std::int64_t)));
+  std::memcpy(starts.Data(), offsets.data(), offsets.size() * sizeof(std::int64_t));
+  Object all(PyTuple_New(3));
+  PyTuple_SetItem(all.Get(), 0, list.Give());
+  PyTuple_SetItem(all.Get(), 1, starts.View("q").Give());
+  PyTuple_SetItem(all.Get(), 2, groups.Keys().Give());
+  return all;
+}
+
+}  // namespace discoplan::python
