@@ -69,6 +69,8 @@ BITMAPINFO RowsOf(int width, int height) {
   info.bmiHeader.biHeight = -height;
   info.bmiHeader.biPlanes = 1;
   info.bmiHeader.biBitCount = 32;
+  // Optional by the book, but a metafile may count on it.
+  info.bmiHeader.biSizeImage = static_cast<DWORD>(4 * width * height);
   return info;
 }
 

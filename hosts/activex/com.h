@@ -5,6 +5,7 @@
 
 #include <windows.h>
 //
+#include <commctrl.h>
 #include <dispex.h>
 #include <objsafe.h>
 #include <ocidl.h>

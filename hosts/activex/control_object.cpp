@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/activex/control_object.h"
 
+#include <algorithm>
+
 #include "discoplan/controls/control_factory.h"
 #include "hosts/activex/caller_object.h"
 #include "hosts/activex/ids.h"
@@ -38,23 +40,6 @@ Objects ObjectsOf(IDispatch& own, const Screen& screen,
 
 }  // namespace
 
-ComPlatform::ComPlatform() {
-  const HDC screen = GetDC(nullptr);
-  const int across = GetDeviceCaps(screen, LOGPIXELSX);
-  const int down = GetDeviceCaps(screen, LOGPIXELSY);
-  ReleaseDC(nullptr, screen);
-  if (across > 0 && down > 0) {
-    screen_ = {static_cast<float>(kTwipsPerInch / across),
-               static_cast<float>(kTwipsPerInch / down)};
-  }
-}
-
-void ComPlatform::Show(const Message& message) {
-  const UINT look =
-      (message.critical ? MB_ICONERROR : 0U) | (message.system_modal ? MB_SYSTEMMODAL : 0U);
-  MessageBoxW(GetActiveWindow(), Wide(message.text).c_str(), Wide(message.title).c_str(), look);
-}
-
 HRESULT ControlObject::Create(const ControlClass& row, IUnknown* outer, REFIID id, void** out) try {
   auto* object = new ControlObject(row, outer);
   const HRESULT result = object->self_.QueryInterface(id, out);
@@ -67,13 +52,28 @@ HRESULT ControlObject::Create(const ControlClass& row, IUnknown* outer, REFIID i
 ControlObject::ControlObject(const ControlClass& row, IUnknown* outer)
     : whole_(outer != nullptr ? outer : &self_),
       row_(row),
+      platform_({.window =
+                     [this] {
+                       const HWND own = in_place_.window();
+                       const HWND around = own != nullptr ? own : site_.Window();
+                       return around != nullptr ? around : GetActiveWindow();
+                     },
+                 .enable = [this](bool enable) { in_place_.EnableFrame(enable); }}),
+      events_(*whole_, row),
+      in_place_(*this),
+      embedding_(*this),
+      browsing_(*this),
+      transfer_(*this),
       control_(NewControl(row.name, platform_, this)),
       objects_(ObjectsOf(*this, platform_.screen(), control_)) {
   control_->root().Move({0, 0, kFirstWidth, kFirstHeight});
+  WatchTree();
   LockModule();
 }
 
 ControlObject::~ControlObject() {
+  in_place_.InPlaceDeactivate();
+  control_->root().Watch({});
   control_->Detach();
   UnlockModule();
 }
@@ -96,15 +96,29 @@ STDMETHODIMP_(ULONG) ControlObject::Self::Release() {
 
 IUnknown* ControlObject::Interface(REFIID id) {
   if (id == IID_IDispatch || id == ToGuid(MembersId(row_))) return static_cast<IDispatch*>(this);
-  if (id == IID_IProvideClassInfo || id == IID_IProvideClassInfo2) {
-    return static_cast<IProvideClassInfo2*>(this);
+  const struct {
+    const GUID& id;
+    IUnknown* found;
+  } own[] = {
+      {IID_IProvideClassInfo, static_cast<IProvideClassInfo2*>(this)},
+      {IID_IProvideClassInfo2, static_cast<IProvideClassInfo2*>(this)},
+      {IID_IPersist, static_cast<IPersistStreamInit*>(this)},
+      {IID_IPersistStreamInit, static_cast<IPersistStreamInit*>(this)},
+      {IID_IPersistPropertyBag, static_cast<IPersistPropertyBag*>(this)},
+      {IID_IPersistStorage, static_cast<IPersistStorage*>(this)},
+      {IID_IViewObject, static_cast<IViewObjectEx*>(this)},
+      {IID_IViewObject2, static_cast<IViewObjectEx*>(this)},
+      {IID_IViewObjectEx, static_cast<IViewObjectEx*>(this)},
+      {IID_IObjectSafety, static_cast<IObjectSafety*>(this)},
+      {IID_IOleWindow, static_cast<IOleInPlaceObject*>(&in_place_)},
+  };
+  for (const auto& entry : own) {
+    if (entry.id == id) return entry.found;
   }
-  if (id == IID_IPersist || id == IID_IPersistStreamInit) {
-    return static_cast<IPersistStreamInit*>(this);
+  for (IUnknown* found : {events_.Find(id), in_place_.Find(id), embedding_.Find(id),
+                          browsing_.Find(id), transfer_.Find(id)}) {
+    if (found != nullptr) return found;
   }
-  if (id == IID_IPersistPropertyBag) return static_cast<IPersistPropertyBag*>(this);
-  if (id == IID_IViewObject || id == IID_IViewObject2) return static_cast<IViewObject2*>(this);
-  if (id == IID_IObjectSafety) return static_cast<IObjectSafety*>(this);
   return nullptr;
 }
 
@@ -116,6 +130,27 @@ PlotControl& ControlObject::Control() {
     is_dirty_ = false;
   }
   return *control_;
+}
+
+SIZE ControlObject::ToPixels(float width, float height) const {
+  const Screen& screen = platform_.screen();
+  return {std::lround(width / screen.twips_per_pixel_x),
+          std::lround(height / screen.twips_per_pixel_y)};
+}
+
+/// Whole pixels whatever the container counts in, or the same size would be two.
+void ControlObject::SetPixels(SIZE pixels) {
+  const Screen& screen = platform_.screen();
+  const float width = static_cast<float>(std::max(0L, pixels.cx)) * screen.twips_per_pixel_x;
+  const float height = static_cast<float>(std::max(0L, pixels.cy)) * screen.twips_per_pixel_y;
+  const TwipsBox& box = control_->root().Box();
+  if (box.width == width && box.height == height) return;
+  if (is_new_) return control_->root().Move({0, 0, width, height});  // before its store is read
+  control_->SetSize(width, height);
+}
+
+void ControlObject::WatchTree() {
+  control_->root().Watch([this](Node&, Aspect) { NoteView(); });
 }
 
 STDMETHODIMP ControlObject::GetClassInfo(ITypeInfo** info) {
@@ -146,6 +181,29 @@ STDMETHODIMP ControlObject::SetInterfaceSafetyOptions(REFIID id, DWORD mask, DWO
   return (mask & on & ~known) == 0 ? S_OK : E_FAIL;
 }
 
-void ControlObject::PropertyChanged(std::string_view) { is_dirty_ = true; }
+void ControlObject::PropertyChanged(std::string_view property) {
+  is_dirty_ = true;
+  for (const Member& member : row_.members) {
+    if (member.announced == property) return events_.Changed(member.id);
+  }
+}
+
+void ControlObject::EventRaised(std::string_view event, std::span<const Variant> args) {
+  events_.Raise(event, args);
+}
+
+/// In a window the container has the last word, else the control takes what it wants.
+void ControlObject::ResizeRequested(float width, float height,
+                                    const std::function<void(float, float)>& take) {
+  if (!in_place_.RequestSize(ToPixels(width, height))) take(width, height);
+}
+
+// Handles have 32 bits that count, also where pointers have 64.
+std::int32_t ControlObject::DeviceHandle() const {
+  return static_cast<std::int32_t>(reinterpret_cast<INT_PTR>(in_place_.device()));
+}
+std::int32_t ControlObject::WindowHandle() const {
+  return static_cast<std::int32_t>(reinterpret_cast<INT_PTR>(in_place_.window()));
+}
 
 }  // namespace discoplan::activex

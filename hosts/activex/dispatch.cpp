@@ -13,6 +13,7 @@ namespace {
 
 constexpr SCODE kFirstFault = static_cast<SCODE>(0x800A0000);
 constexpr int kOutOfMemory = 7;
+constexpr auto kSetNotPermitted = static_cast<Fault>(387);
 
 HRESULT Raise(EXCEPINFO* raised, const ControlClass& row, int number, std::string_view what) {
   if (raised == nullptr) return DISP_E_EXCEPTION;
@@ -99,12 +100,15 @@ STDMETHODIMP ControlObject::Invoke(DISPID id, REFIID interface_id, LCID locale, 
                                    UINT* wrong) {
   if (interface_id != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (params == nullptr) return E_POINTER;
-  const ComPtr<IUnknown> alive = &self_;
+  const ComPtr<IUnknown> alive = Keep();
   if (result != nullptr) VariantInit(result);
   try {
     const Member* member = row_.members.Find(id);
     if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
-    return InvokeMember(*member, locale, kind, *params, result, wrong);
+    const HRESULT invoked = InvokeMember(*member, locale, kind, *params, result, wrong);
+    in_place_.Sync();
+    TellViewChanged();
+    return invoked;
   } catch (const RunTimeError& error) {
     return Raise(raised, row_, static_cast<int>(error.fault()), error.what());
   } catch (const std::bad_alloc&) {
@@ -119,6 +123,9 @@ HRESULT ControlObject::InvokeMember(const Member& member, LCID locale, WORD kind
   if ((kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
     if (!member.writable()) return DISP_E_MEMBERNOTFOUND;
     if (params.cArgs != 1) return DISP_E_BADPARAMCOUNT;
+    if (member.announces() && !events_.MayChange(member.id)) {
+      throw RunTimeError(kSetNotPermitted, "the container keeps the property as it is");
+    }
     member.Set(Control(), FromCaller(params.rgvarg[0], member.type, locale, objects_));
     return S_OK;
   }

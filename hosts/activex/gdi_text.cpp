@@ -7,7 +7,6 @@
 #include "discoplan/raster/canvas.h"
 #include "discoplan/raster/picture.h"
 #include "discoplan/raster/symbol_letters.h"
-#include "hosts/activex/com.h"
 
 namespace discoplan::activex {
 namespace {
@@ -18,20 +17,10 @@ constexpr int kLargest = 8192;     // pixels of a text's box
 /// A device in memory with the font in it.
 class FontDevice {
  public:
-  FontDevice(const Font& font, double pixels_per_point) : device_(CreateCompatibleDC(nullptr)) {
-    LOGFONTW wanted{};
-    const double height =
-        std::clamp(static_cast<double>(font.size) * pixels_per_point, 1.0, 4096.0);
-    wanted.lfHeight = -static_cast<LONG>(std::lround(height));
-    wanted.lfWeight = font.bold ? FW_BOLD : FW_NORMAL;
-    wanted.lfUnderline = font.underline;
-    wanted.lfCharSet = DEFAULT_CHARSET;
-    wanted.lfQuality = ANTIALIASED_QUALITY;
-    const std::wstring name = font.name == kSymbolFont ? L"Arial" : Wide(font.name);
-    name.copy(wanted.lfFaceName, LF_FACESIZE - 1);
-    font_ = CreateFontIndirectW(&wanted);
-    before_ = SelectObject(device_, font_);
-  }
+  FontDevice(const Font& font, double pixels_per_point)
+      : device_(CreateCompatibleDC(nullptr)),
+        font_(NewFont(font, pixels_per_point)),
+        before_(SelectObject(device_, font_)) {}
   ~FontDevice() {
     SelectObject(device_, before_);
     DeleteObject(font_);
@@ -104,6 +93,19 @@ Pixel Blend(Pixel below, Pixel above, std::uint32_t share) {
 }
 
 }  // namespace
+
+HFONT NewFont(const Font& font, double pixels_per_point) {
+  LOGFONTW wanted{};
+  const double height = std::clamp(static_cast<double>(font.size) * pixels_per_point, 1.0, 4096.0);
+  wanted.lfHeight = -static_cast<LONG>(std::lround(height));
+  wanted.lfWeight = font.bold ? FW_BOLD : FW_NORMAL;
+  wanted.lfUnderline = font.underline;
+  wanted.lfCharSet = DEFAULT_CHARSET;
+  wanted.lfQuality = ANTIALIASED_QUALITY;
+  const std::wstring name = font.name == kSymbolFont ? L"Arial" : Wide(font.name);
+  name.copy(wanted.lfFaceName, LF_FACESIZE - 1);
+  return CreateFontIndirectW(&wanted);
+}
 
 double GdiText::Width(const Font& font, double pixels_per_point, std::string_view text) const {
   return FontDevice(font, pixels_per_point).Extent(TextOf(font, text)).cx;

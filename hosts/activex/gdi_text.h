@@ -2,8 +2,12 @@
 #pragma once
 
 #include "discoplan/raster/text_painter.h"
+#include "hosts/activex/com.h"
 
 namespace discoplan::activex {
+
+/// The system's font; the caller deletes it.
+HFONT NewFont(const Font& font, double pixels_per_point);
 
 /// Text by the system's own fonts, smooth without colours.
 class GdiText final : public TextPainter {

@@ -11,11 +11,12 @@
 namespace discoplan::activex {
 namespace {
 
-/// A value as a bag or a stream keeps it, in the type that the property has.
+/// A value as a bag keeps it: whole numbers of the kind that the key has, others of their own type.
 void ToStored(const Variant& value, StoredKind kind, VARIANT& result, const Objects& objects) {
   const auto type_of = [&]() -> Type {
     if (kind == StoredKind::Boolean) return Type::Boolean;
     if (kind == StoredKind::Object) return Type::Object;
+    if (kind == StoredKind::Int32) return Type::Int32;
     constexpr std::array kTypes = {Type::None,  Type::Int16,  Type::Int32, Type::Rgb,
                                    Type::Float, Type::Double, Type::String};
     return kTypes[value.value().index()];
@@ -31,6 +32,7 @@ Type TypeOf(StoredKind kind) {
 
 constexpr std::uint32_t kMark = 0x4E4C5044;  // "DPLN"
 constexpr std::uint32_t kForm = 1;
+constexpr const wchar_t* kContents = L"Contents";
 constexpr std::uint32_t kLongest = 1U << 20;
 
 /// Raises its failures; `Save` and `Load` give them back.
@@ -160,16 +162,19 @@ STDMETHODIMP ControlObject::InitNew() {
   });
 }
 
-/// A store that fails half-way leaves the settings as they were.
+/// A store that fails half-way leaves the settings as they were. Reading announces what it sets, so
+/// that the control counts as changed afterwards.
 void ControlObject::TakeSettings(const PropertyBag& bag) {
   is_new_ = false;
   control_->ReadProperties(bag);
   control_->SetSize(control_->root().Box().width, control_->root().Box().height);
+  in_place_.Sync();
+  TellViewChanged();
 }
 
 STDMETHODIMP ControlObject::Load(IStream* stream) {
   if (stream == nullptr) return E_POINTER;
-  const ComPtr<IUnknown> alive = &self_;
+  const ComPtr<IUnknown> alive = Keep();
   return Guarded([&] {
     Stream in(*stream);
     if (in.Read<std::uint32_t>() != kMark) throw STG_E_DOCFILECORRUPT;
@@ -181,13 +186,12 @@ STDMETHODIMP ControlObject::Load(IStream* stream) {
     for (auto left = in.Read<std::uint32_t>(); left > 0; --left) ReadValue(in, bag, objects_);
     control_->root().Move({0, 0, width, height});
     TakeSettings(bag);
-    is_dirty_ = false;
   });
 }
 
 STDMETHODIMP ControlObject::Save(IStream* stream, BOOL clear_dirty) {
   if (stream == nullptr) return E_POINTER;
-  const ComPtr<IUnknown> alive = &self_;
+  const ComPtr<IUnknown> alive = Keep();
   return Guarded([&] {
     MemoryBag bag;
     Control().WriteProperties(bag);
@@ -204,16 +208,13 @@ STDMETHODIMP ControlObject::Save(IStream* stream, BOOL clear_dirty) {
 
 STDMETHODIMP ControlObject::Load(IPropertyBag* bag, IErrorLog* log) {
   if (bag == nullptr) return E_POINTER;
-  const ComPtr<IUnknown> alive = &self_;
-  return Guarded([&] {
-    TakeSettings(Taken(*bag, log, row_, objects_));
-    is_dirty_ = false;
-  });
+  const ComPtr<IUnknown> alive = Keep();
+  return Guarded([&] { TakeSettings(Taken(*bag, log, row_, objects_)); });
 }
 
 STDMETHODIMP ControlObject::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL) {
   if (bag == nullptr) return E_POINTER;
-  const ComPtr<IUnknown> alive = &self_;
+  const ComPtr<IUnknown> alive = Keep();
   return Guarded([&] {
     MemoryBag settings;
     Control().WriteProperties(settings);
@@ -225,6 +226,40 @@ STDMETHODIMP ControlObject::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL) {
     }
     if (clear_dirty) is_dirty_ = false;
   });
+}
+
+STDMETHODIMP ControlObject::InitNew(IStorage* storage) {
+  return storage == nullptr ? E_POINTER : InitNew();
+}
+
+STDMETHODIMP ControlObject::Load(IStorage* storage) {
+  if (storage == nullptr) return E_POINTER;
+  ComPtr<IStream> stream;
+  const HRESULT opened =
+      storage->OpenStream(kContents, nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0, &stream);
+  return FAILED(opened) ? opened : Load(stream.Get());
+}
+
+STDMETHODIMP ControlObject::Save(IStorage* storage, BOOL) {
+  if (storage == nullptr) return E_POINTER;
+  if (holds_no_storage_) return E_UNEXPECTED;
+  ComPtr<IStream> stream;
+  const HRESULT made = storage->CreateStream(
+      kContents, STGM_CREATE | STGM_WRITE | STGM_SHARE_EXCLUSIVE, 0, 0, &stream);
+  return FAILED(made) ? made : Save(stream.Get(), FALSE);
+}
+
+STDMETHODIMP ControlObject::SaveCompleted(IStorage*) {
+  const ComPtr<IUnknown> alive = Keep();
+  holds_no_storage_ = false;
+  is_dirty_ = false;
+  embedding_.Saved();
+  return S_OK;
+}
+
+STDMETHODIMP ControlObject::HandsOffStorage() {
+  holds_no_storage_ = true;
+  return S_OK;
 }
 
 }  // namespace discoplan::activex

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/activex/registration.h"
 
+#include <iterator>
 #include <vector>
 
+#include "discoplan/dialogs/property_page.h"
+#include "hosts/activex/embedding.h"
 #include "hosts/activex/ids.h"
 
 // The headers leave these out.
@@ -13,6 +16,7 @@ namespace discoplan::activex {
 namespace {
 
 constexpr const wchar_t* kProgrammableCategory = L"{40FC6ED5-2438-11CF-A3DB-080036F12502}";
+constexpr const wchar_t* kControlCategory = L"{40FC6ED4-2438-11CF-A3DB-080036F12502}";
 
 struct Entry {
   std::wstring key;
@@ -48,12 +52,25 @@ std::vector<Entry> EntriesOf(const ControlClass& row) {
       {key + L"\\Version", version},
       {key + L"\\Programmable", {}},
       {key + L"\\Implemented Categories\\" + kProgrammableCategory, {}},
+      {key + L"\\Implemented Categories\\" + kControlCategory, {}},
+      {key + L"\\Control", {}},
+      {key + L"\\MiscStatus", L"0"},
+      {key + L"\\MiscStatus\\1", std::to_wstring(kMiscStatus)},
       {Name(row), title},
       {Name(row) + L"\\CLSID", id},
       {Name(row) + L"\\CurVer", VersionedName(row)},
       {VersionedName(row), title},
       {VersionedName(row) + L"\\CLSID", id},
   };
+}
+
+std::wstring PageKey(std::string_view page) { return L"CLSID\\" + InBraces(PageId(page)); }
+
+std::vector<Entry> EntriesOf(std::string_view page) {
+  const std::wstring key = PageKey(page);
+  return {{key, L"Discoplan " + Wide(page)},
+          {key + L"\\InprocServer32", ModuleFile()},
+          {key + L"\\InprocServer32", L"Apartment", L"ThreadingModel"}};
 }
 
 LSTATUS Write(Registry registry, const Entry& entry) {
@@ -71,11 +88,29 @@ LSTATUS Write(Registry registry, const Entry& entry) {
   return status;
 }
 
-LSTATUS WriteAll(Registry registry) {
+std::vector<Entry> AllEntries() {
+  std::vector<Entry> all;
+  const auto add = [&](std::vector<Entry> entries) {
+    std::move(entries.begin(), entries.end(), std::back_inserter(all));
+  };
+  for (const ControlClass* row : ControlClasses()) add(EntriesOf(*row));
+  for (const std::string_view page : PropertyPageClasses()) add(EntriesOf(page));
+  return all;
+}
+
+/// The keys that hold all that was written, and nothing else.
+std::vector<std::wstring> AllKeys() {
+  std::vector<std::wstring> all;
   for (const ControlClass* row : ControlClasses()) {
-    for (const Entry& entry : EntriesOf(*row)) {
-      if (const LSTATUS status = Write(registry, entry); status != ERROR_SUCCESS) return status;
-    }
+    all.insert(all.end(), {ClassKey(*row), Name(*row), VersionedName(*row)});
+  }
+  for (const std::string_view page : PropertyPageClasses()) all.push_back(PageKey(page));
+  return all;
+}
+
+LSTATUS WriteAll(Registry registry) {
+  for (const Entry& entry : AllEntries()) {
+    if (const LSTATUS status = Write(registry, entry); status != ERROR_SUCCESS) return status;
   }
   return ERROR_SUCCESS;
 }
@@ -113,11 +148,9 @@ HRESULT Register(Registry registry) {
 
 HRESULT Unregister(Registry registry) {
   HRESULT result = UnregisterLibrary(registry);
-  for (const ControlClass* row : ControlClasses()) {
-    for (const std::wstring& key : {ClassKey(*row), Name(*row), VersionedName(*row)}) {
-      const LSTATUS status = RegDeleteTreeW(Hive(registry), (kRoot + key).c_str());
-      if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND) result = SELFREG_E_CLASS;
-    }
+  for (const std::wstring& key : AllKeys()) {
+    const LSTATUS status = RegDeleteTreeW(Hive(registry), (kRoot + key).c_str());
+    if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND) result = SELFREG_E_CLASS;
   }
   return result;
 }

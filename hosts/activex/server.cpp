@@ -3,37 +3,26 @@
 
 #include "hosts/activex/com.h"
 #include "hosts/activex/control_object.h"
+#include "hosts/activex/form_dialog.h"
+#include "hosts/activex/ids.h"
+#include "hosts/activex/page_object.h"
 #include "hosts/activex/registration.h"
 
 namespace discoplan::activex {
 namespace {
 
-class ClassFactory final : public IClassFactory {
+/// Makes controls of one class, or property pages of one kind.
+class ClassFactory final : public Counted<IClassFactory> {
  public:
-  explicit ClassFactory(const ControlClass& row) : row_(row) { LockModule(); }
-  virtual ~ClassFactory() { UnlockModule(); }
+  explicit ClassFactory(const ControlClass& row) : row_(&row) {}
+  explicit ClassFactory(std::string_view page) : page_(page) {}
 
-  STDMETHODIMP QueryInterface(REFIID id, void** out) override {
-    if (out == nullptr) return E_POINTER;
-    const bool own = id == IID_IUnknown || id == IID_IClassFactory;
-    *out = own ? static_cast<IClassFactory*>(this) : nullptr;
-    if (!own) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override {
-    return static_cast<ULONG>(InterlockedIncrement(&references_));
-  }
-  STDMETHODIMP_(ULONG) Release() override {
-    const LONG left = InterlockedDecrement(&references_);
-    if (left == 0) delete this;
-    return static_cast<ULONG>(left);
-  }
   STDMETHODIMP CreateInstance(IUnknown* outer, REFIID id, void** out) override {
     if (out == nullptr) return E_POINTER;
     *out = nullptr;
-    if (outer != nullptr && id != IID_IUnknown) return CLASS_E_NOAGGREGATION;
-    return ControlObject::Create(row_, outer, id, out);
+    if (outer != nullptr && (row_ == nullptr || id != IID_IUnknown)) return CLASS_E_NOAGGREGATION;
+    return row_ != nullptr ? ControlObject::Create(*row_, outer, id, out)
+                           : PageObject::Create(page_, id, out);
   }
   STDMETHODIMP LockServer(BOOL lock) override {
     lock ? LockModule() : UnlockModule();
@@ -41,9 +30,23 @@ class ClassFactory final : public IClassFactory {
   }
 
  private:
-  const ControlClass& row_;
-  LONG references_ = 1;
+  const ControlClass* row_ = nullptr;
+  std::string_view page_;
 };
+
+/// Nothing for a class that isn't of this library, or without the memory.
+ComPtr<ClassFactory> FactoryOf(REFCLSID class_id, HRESULT& result) {
+  ComPtr<ClassFactory> factory;
+  result = CLASS_E_CLASSNOTAVAILABLE;
+  const auto make = [&](std::string_view id, const auto& what) {
+    if (factory || ToGuid(id) != class_id) return;
+    factory.Attach(new (std::nothrow) ClassFactory(what));
+    result = factory ? S_OK : E_OUTOFMEMORY;
+  };
+  for (const ControlClass* row : ControlClasses()) make(row->class_id, *row);
+  for (const std::string_view page : PropertyPageClasses()) make(PageId(page), page);
+  return factory;
+}
 
 }  // namespace
 }  // namespace discoplan::activex
@@ -55,21 +58,19 @@ extern "C" {
 
 BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void*) {
   if (reason == DLL_PROCESS_ATTACH) Module(module);
+  if (reason == DLL_PROCESS_DETACH) {
+    FormWindow::Unregister();
+    FormDialog::Unregister();
+  }
   return TRUE;
 }
 
 STDAPI DllGetClassObject(REFCLSID class_id, REFIID id, void** out) {
   if (out == nullptr) return E_POINTER;
   *out = nullptr;
-  for (const ControlClass* row : ControlClasses()) {
-    if (ToGuid(row->class_id) != class_id) continue;
-    auto* factory = new (std::nothrow) ClassFactory(*row);
-    if (factory == nullptr) return E_OUTOFMEMORY;
-    const HRESULT result = factory->QueryInterface(id, out);
-    factory->Release();
-    return result;
-  }
-  return CLASS_E_CLASSNOTAVAILABLE;
+  HRESULT result = S_OK;
+  const ComPtr<ClassFactory> factory = FactoryOf(class_id, result);
+  return factory ? factory->QueryInterface(id, out) : result;
 }
 
 STDAPI DllCanUnloadNow() { return ModuleIsFree() ? S_OK : S_FALSE; }

@@ -1,0 +1,384 @@
+// SPDX-License-Identifier: MIT
+// What needs no window: identity, members, stores, the picture.
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <set>
+
+#include "tests/activex/container.h"
+
+namespace discoplan::activex {
+namespace {
+
+TEST(Object, IsOneWhateverInterfaceIsAsked) {
+  const GUID ids[] = {IID_IDispatch,
+                      IID_IProvideClassInfo2,
+                      IID_IPersistStreamInit,
+                      IID_IPersistPropertyBag,
+                      IID_IPersistStorage,
+                      IID_IViewObjectEx,
+                      IID_IObjectSafety,
+                      IID_IOleObject,
+                      IID_IOleControl,
+                      IID_IQuickActivate,
+                      IID_IRunnableObject,
+                      IID_IOleInPlaceObject,
+                      IID_IOleInPlaceActiveObject,
+                      IID_IConnectionPointContainer,
+                      IID_ISpecifyPropertyPages,
+                      IID_IPerPropertyBrowsing,
+                      IID_IDataObject};
+  for (const wchar_t* name : kPlots) {
+    const ComPtr<IDispatch> plot = NewPlot(name);
+    const auto whole = As<IUnknown>(plot);
+    for (const GUID& id : ids) {
+      ComPtr<IUnknown> offered;
+      ASSERT_EQ(S_OK, plot->QueryInterface(id, reinterpret_cast<void**>(offered.GetAddressOf())));
+      EXPECT_EQ(whole.Get(), As<IUnknown>(offered).Get());
+    }
+    ComPtr<IMalloc> none;
+    EXPECT_EQ(E_NOINTERFACE, plot->QueryInterface(IID_PPV_ARGS(&none)));
+    EXPECT_EQ(E_POINTER, plot->QueryInterface(IID_IUnknown, nullptr));
+  }
+}
+
+TEST(Object, TellsItsClassAndItsEvents) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  const auto info = As<IProvideClassInfo2>(plot);
+  GUID events{};
+  EXPECT_EQ(S_OK, info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &events));
+  ComPtr<ITypeInfo> type;
+  ASSERT_EQ(S_OK, info->GetClassInfo(&type));
+  TYPEATTR* attributes = nullptr;
+  ASSERT_EQ(S_OK, type->GetTypeAttr(&attributes));
+  EXPECT_TRUE(attributes->guid == ClassOf(L"Plot2D"));
+  EXPECT_EQ(TKIND_COCLASS, attributes->typekind);
+  EXPECT_EQ(2, attributes->cImplTypes);
+  type->ReleaseTypeAttr(attributes);
+  EXPECT_EQ(E_INVALIDARG, info->GetGUID(2, &events));
+  EXPECT_EQ(E_POINTER, info->GetGUID(1, nullptr));
+}
+
+TEST(Object, TakesNamedArguments) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  Load(*plot.Get());
+  LPOLESTR names[] = {const_cast<LPOLESTR>(L"setplotlimit"), const_cast<LPOLESTR>(L"upl"),
+                      const_cast<LPOLESTR>(L"LPL")};
+  DISPID ids[3];
+  ASSERT_EQ(S_OK, plot->GetIDsOfNames(IID_NULL, names, 3, LOCALE_INVARIANT, ids));
+  VARIANT limits[] = {Of(20.0), Of(5.0)};
+  DISPPARAMS params{limits, &ids[1], 2, 2};
+  OwnedVariant result;
+  ASSERT_EQ(S_OK, plot->Invoke(ids[0], IID_NULL, LOCALE_INVARIANT, DISPATCH_METHOD, &params,
+                               &result, nullptr, nullptr));
+  EXPECT_EQ(VT_BOOL, result.vt);
+  EXPECT_EQ(VARIANT_TRUE, result.boolVal);  // 5 below 20; in their order it would be false
+  DISPPARAMS one{limits, &ids[1], 1, 1};
+  EXPECT_EQ(DISP_E_PARAMNOTOPTIONAL,
+            plot->Invoke(ids[0], IID_NULL, LOCALE_INVARIANT, DISPATCH_METHOD, &one, nullptr,
+                         nullptr, nullptr));
+}
+
+TEST(Object, GivesArraysInTheTypeOfTheCallersVariable) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot3D");
+  Singles x(-3, {0, 10, 20, -30}), y(-3, {0, 5, -20, 30}), z(-3, {1, 2, 3, 4});
+  EXPECT_EQ(
+      0, Call(*plot.Get(), L"SetWaferData", {x.ByReference(), y.ByReference(), z.ByReference()}));
+  EXPECT_EQ(2.5, Get(*plot.Get(), L"mean"));
+  Singles gx(0, {}), gy(7, {1, 2}), gz(0, {});
+  EXPECT_EQ(4, Call(*plot.Get(), L"GetWaferData",
+                    {gx.ByReference(), gy.ByReference(), gz.ByReference()}));
+  EXPECT_EQ((std::vector<float>{0, 10, 20, -30}), gx.Values());
+  EXPECT_EQ((std::vector<float>{0, 5, -20, 30}), gy.Values());
+  EXPECT_EQ(1, gy.Lower());
+  EXPECT_EQ(VT_R4, gz.Type());
+}
+
+TEST(Object, RaisesErrorsByTheirNumbers) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Histo");
+  VARIANT text{};
+  text.vt = VT_BSTR;
+  text.bstrVal = SysAllocString(L"wide");
+  EXPECT_EQ(13, Invoke(*plot.Get(), L"TestDiameter", DISPATCH_PROPERTYPUT, {text}).error);
+  EXPECT_EQ(6, Invoke(*plot.Get(), L"MousePointer", DISPATCH_PROPERTYPUT, {Of(40000.0)}).error);
+  SysFreeString(text.bstrVal);
+  EXPECT_EQ(DISP_E_BADPARAMCOUNT, Invoke(*plot.Get(), L"Plot", DISPATCH_METHOD, {Of(1.0)}).result);
+  EXPECT_EQ(DISP_E_MEMBERNOTFOUND,
+            Invoke(*plot.Get(), L"mean", DISPATCH_PROPERTYPUT, {Of(1.0)}).result);
+}
+
+/// A container's own bag.
+class Bag final : public IPropertyBag {
+ public:
+  STDMETHODIMP QueryInterface(REFIID id, void** out) override {
+    const bool own = id == IID_IUnknown || id == IID_IPropertyBag;
+    *out = own ? this : nullptr;
+    return own ? S_OK : E_NOINTERFACE;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+  STDMETHODIMP_(ULONG) Release() override { return 1; }
+  STDMETHODIMP Read(LPCOLESTR name, VARIANT* value, IErrorLog*) override {
+    const auto entry = entries.find(name);
+    return entry == entries.end() ? E_INVALIDARG : VariantCopy(value, &entry->second);
+  }
+  STDMETHODIMP Write(LPCOLESTR name, VARIANT* value) override {
+    order.push_back(name);
+    return VariantCopy(&entries[name], value);
+  }
+
+  std::map<std::wstring, OwnedVariant> entries;
+  std::vector<std::wstring> order;
+};
+
+TEST(Stores, KeepSettingsInABag) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  Put(*plot.Get(), L"WaferDiameter", 300);
+  Put(*plot.Get(), L"TestDiameter", 294);
+  Put(*plot.Get(), L"Resolution", 2.5);
+  Put(*plot.Get(), L"IntervalColor3", 0x123456);
+  const auto from = As<IPersistPropertyBag>(plot);
+  EXPECT_EQ(S_OK, As<IPersistStreamInit>(plot)->IsDirty());
+  Bag bag;
+  ASSERT_EQ(S_OK, from->Save(&bag, TRUE, TRUE));
+  EXPECT_EQ(S_FALSE, As<IPersistStreamInit>(plot)->IsDirty());
+  EXPECT_EQ(VT_R4, bag.entries[L"2DTESTDM"].vt);  // the property's own type
+  EXPECT_EQ(294, bag.entries[L"2DTESTDM"].fltVal);
+  EXPECT_EQ(VT_I4, bag.entries[L"2DFLAT"].vt);
+  ASSERT_GE(bag.order.size(), 4U);
+  EXPECT_EQ(L"2DBackColor", bag.order[0]);
+  EXPECT_EQ(L"2DWAFERDM", bag.order[3]);
+
+  const ComPtr<IDispatch> other = NewPlot(L"Plot2D");
+  ASSERT_EQ(S_OK, As<IPersistPropertyBag>(other)->Load(&bag, nullptr));
+  EXPECT_EQ(300, Get(*other.Get(), L"WaferDiameter"));
+  EXPECT_EQ(294, Get(*other.Get(), L"TestDiameter"));
+  EXPECT_EQ(2.5, Get(*other.Get(), L"Resolution"));
+  EXPECT_EQ(0x123456, Get(*other.Get(), L"IntervalColor3"));
+}
+
+TEST(Stores, KeepSettingsAndSizeInAStream) {
+  for (const wchar_t* name : kPlots) {
+    const ComPtr<IDispatch> plot = NewPlot(name);
+    Put(*plot.Get(), L"TestDiameter", 150);
+    SIZEL size{12700, 10160};  // 5 by 4 inches
+    ASSERT_EQ(S_OK, As<IOleObject>(plot)->SetExtent(DVASPECT_CONTENT, &size));
+    ComPtr<IStream> stream;
+    ASSERT_EQ(S_OK, CreateStreamOnHGlobal(nullptr, TRUE, &stream));
+    ASSERT_EQ(S_OK, As<IPersistStreamInit>(plot)->Save(stream.Get(), TRUE));
+    stream->Seek({}, STREAM_SEEK_SET, nullptr);
+    const ComPtr<IDispatch> other = NewPlot(name);
+    ASSERT_EQ(S_OK, As<IPersistStreamInit>(other)->Load(stream.Get()));
+    EXPECT_EQ(150, Get(*other.Get(), L"TestDiameter"));
+    SIZEL restored{};
+    ASSERT_EQ(S_OK, As<IOleObject>(other)->GetExtent(DVASPECT_CONTENT, &restored));
+    EXPECT_EQ(12700, restored.cx);
+    EXPECT_EQ(10160, restored.cy);
+  }
+}
+
+TEST(Stores, RefuseADamagedStreamAndKeepTheSettings) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  Put(*plot.Get(), L"TestDiameter", 150);
+  ComPtr<IStream> stream;
+  ASSERT_EQ(S_OK, CreateStreamOnHGlobal(nullptr, TRUE, &stream));
+  ASSERT_EQ(S_OK, As<IPersistStreamInit>(plot)->Save(stream.Get(), TRUE));
+  STATSTG about{};
+  stream->Stat(&about, STATFLAG_NONAME);
+  Put(*plot.Get(), L"TestDiameter", 120);
+  for (ULONGLONG cut = 0; cut < about.cbSize.QuadPart; cut += 7) {
+    ULARGE_INTEGER shorter;
+    shorter.QuadPart = cut;
+    ComPtr<IStream> damaged;
+    stream->Clone(&damaged);
+    ComPtr<IStream> part;
+    ASSERT_EQ(S_OK, CreateStreamOnHGlobal(nullptr, TRUE, &part));
+    damaged->Seek({}, STREAM_SEEK_SET, nullptr);
+    damaged->CopyTo(part.Get(), shorter, nullptr, nullptr);
+    part->Seek({}, STREAM_SEEK_SET, nullptr);
+    EXPECT_TRUE(FAILED(As<IPersistStreamInit>(plot)->Load(part.Get()))) << cut;
+    ASSERT_EQ(120, Get(*plot.Get(), L"TestDiameter"));
+  }
+}
+
+TEST(Stores, KeepSettingsInAStorage) {
+  ComPtr<ILockBytes> bytes;
+  ComPtr<IStorage> storage;
+  ASSERT_EQ(S_OK, CreateILockBytesOnHGlobal(nullptr, TRUE, &bytes));
+  ASSERT_EQ(S_OK,
+            StgCreateDocfileOnILockBytes(
+                bytes.Get(), STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE, 0, &storage));
+  const ComPtr<IDispatch> plot = NewPlot(L"LineScan");
+  const auto keeper = As<IPersistStorage>(plot);
+  ASSERT_EQ(S_OK, keeper->InitNew(storage.Get()));
+  Put(*plot.Get(), L"angle", 45);
+  EXPECT_EQ(S_OK, keeper->IsDirty());
+  ASSERT_EQ(S_OK, OleSave(keeper.Get(), storage.Get(), TRUE));
+  EXPECT_EQ(S_OK, keeper->SaveCompleted(nullptr));
+  EXPECT_EQ(S_FALSE, keeper->IsDirty());
+  ComPtr<IDispatch> other;
+  ASSERT_EQ(S_OK, OleLoad(storage.Get(), IID_IDispatch, nullptr,
+                          reinterpret_cast<void**>(other.GetAddressOf())));
+  EXPECT_EQ(45, Get(*other.Get(), L"angle"));
+}
+
+TEST(Stores, KeepThePointersPicture) {
+  ICONINFO info{};
+  info.hbmMask = CreateBitmap(16, 16, 1, 1, nullptr);
+  info.hbmColor = CreateBitmap(16, 16, 1, 32, nullptr);
+  PICTDESC about{};
+  about.cbSizeofstruct = sizeof about;
+  about.picType = PICTYPE_ICON;
+  about.icon.hicon = CreateIconIndirect(&info);
+  ComPtr<IDispatch> picture;
+  ASSERT_EQ(S_OK, OleCreatePictureIndirect(&about, IID_IDispatch, TRUE,
+                                           reinterpret_cast<void**>(picture.GetAddressOf())));
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  EXPECT_EQ(S_OK,
+            Invoke(*plot.Get(), L"MouseIcon", DISPATCH_PROPERTYPUTREF, {Of(picture.Get())}).result);
+  Bag bag;
+  ASSERT_EQ(S_OK, As<IPersistPropertyBag>(plot)->Save(&bag, TRUE, TRUE));
+  ASSERT_EQ(VT_DISPATCH, bag.entries[L"2DMouseIcon"].vt);
+  EXPECT_EQ(picture.Get(), bag.entries[L"2DMouseIcon"].pdispVal);
+  DeleteObject(info.hbmMask);
+  DeleteObject(info.hbmColor);
+}
+
+/// The pixels of a view drawn at that size.
+std::vector<DWORD> Drawn(const ComPtr<IDispatch>& plot, int width, int height) {
+  const HDC device = CreateCompatibleDC(nullptr);
+  const BITMAPINFO info = RowsOf(width, height);
+  void* pixels = nullptr;
+  const HBITMAP bitmap = CreateDIBSection(device, &info, DIB_RGB_COLORS, &pixels, nullptr, 0);
+  const HGDIOBJ before = SelectObject(device, bitmap);
+  const RECTL bounds{0, 0, width, height};
+  EXPECT_EQ(S_OK, As<IViewObject2>(plot)->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr,
+                                               device, &bounds, nullptr, nullptr, 0));
+  GdiFlush();
+  const auto* first = static_cast<const DWORD*>(pixels);
+  std::vector<DWORD> copy(first, first + width * height);
+  for (DWORD& pixel : copy) pixel &= 0xFFFFFF;
+  SelectObject(device, before);
+  DeleteObject(bitmap);
+  DeleteDC(device);
+  return copy;
+}
+
+std::size_t Colours(const std::vector<DWORD>& pixels) {
+  return std::set<DWORD>(pixels.begin(), pixels.end()).size();
+}
+
+TEST(View, ShowsTheBackgroundAndThePlot) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  SIZEL size{10583, 7938};  // 400 by 300 pixels
+  As<IOleObject>(plot)->SetExtent(DVASPECT_CONTENT, &size);
+  Put(*plot.Get(), L"BackColor", 0x804020);
+  Load(*plot.Get());
+  const std::vector<DWORD> before = Drawn(plot, 400, 300);
+  EXPECT_EQ(0x204080U, before.back());  // red last in a colour, first in a pixel
+  EXPECT_EQ(0, Call(*plot.Get(), L"Plot"));
+  const std::vector<DWORD> after = Drawn(plot, 400, 300);
+  EXPECT_NE(before, after);
+  EXPECT_GE(Colours(after), 12U);
+  EXPECT_EQ(E_POINTER, As<IViewObject2>(plot)->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr,
+                                                    nullptr, nullptr, nullptr, nullptr, 0));
+}
+
+TEST(View, GoesOutAsBitmapAndMetafiles) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot3DB");
+  SIZEL size{10583, 7938};
+  As<IOleObject>(plot)->SetExtent(DVASPECT_CONTENT, &size);
+  Load(*plot.Get());
+  EXPECT_EQ(0, Call(*plot.Get(), L"Plot"));
+  const std::vector<DWORD> drawn = Drawn(plot, 400, 300);
+  const auto data = As<IDataObject>(plot);
+
+  FORMATETC format{CF_DIB, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
+  STGMEDIUM medium{};
+  ASSERT_EQ(S_OK, data->GetData(&format, &medium));
+  const auto* header = static_cast<const BITMAPINFOHEADER*>(GlobalLock(medium.hGlobal));
+  EXPECT_EQ(400, header->biWidth);
+  EXPECT_EQ(300, header->biHeight);
+  const auto* pixels = reinterpret_cast<const DWORD*>(header + 1);
+  for (std::size_t y = 0; y < 300; y += 11) {
+    for (std::size_t x = 0; x < 400; x += 7) {
+      ASSERT_EQ(drawn[y * 400 + x], pixels[(299 - y) * 400 + x] & 0xFFFFFF);
+    }
+  }
+  GlobalUnlock(medium.hGlobal);
+  ReleaseStgMedium(&medium);
+
+  const auto played = [](const auto& play) {
+    const HDC device = CreateCompatibleDC(nullptr);
+    const BITMAPINFO info = RowsOf(400, 300);
+    void* rows = nullptr;
+    const HBITMAP bitmap = CreateDIBSection(device, &info, DIB_RGB_COLORS, &rows, nullptr, 0);
+    const HGDIOBJ before = SelectObject(device, bitmap);
+    play(device);
+    GdiFlush();
+    const auto* first = static_cast<const DWORD*>(rows);
+    std::vector<DWORD> copy(first, first + 400 * 300);
+    for (DWORD& pixel : copy) pixel &= 0xFFFFFF;
+    SelectObject(device, before);
+    DeleteObject(bitmap);
+    DeleteDC(device);
+    return copy;
+  };
+  format = {CF_METAFILEPICT, nullptr, DVASPECT_CONTENT, -1, TYMED_MFPICT};
+  ASSERT_EQ(S_OK, data->GetData(&format, &medium));
+  const auto* picture = static_cast<const METAFILEPICT*>(GlobalLock(medium.hMetaFilePict));
+  EXPECT_EQ(MM_ANISOTROPIC, picture->mm);
+  EXPECT_NEAR(10583, picture->xExt, 1);
+  EXPECT_NEAR(7938, picture->yExt, 1);
+  const std::vector<DWORD> by_metafile = played([&](HDC device) {
+    SetMapMode(device, MM_ANISOTROPIC);
+    SetViewportExtEx(device, 400, 300, nullptr);
+    PlayMetaFile(device, picture->hMF);
+  });
+  GlobalUnlock(medium.hMetaFilePict);
+  ReleaseStgMedium(&medium);
+  EXPECT_EQ(drawn, by_metafile);
+
+  format = {CF_ENHMETAFILE, nullptr, DVASPECT_CONTENT, -1, TYMED_ENHMF};
+  ASSERT_EQ(S_OK, data->GetData(&format, &medium));
+  ENHMETAHEADER about{};
+  GetEnhMetaFileHeader(medium.hEnhMetaFile, sizeof about, &about);
+  EXPECT_NEAR(10583, about.rclFrame.right - about.rclFrame.left, 30);
+  const std::vector<DWORD> by_enhanced = played([&](HDC device) {
+    const RECT all{0, 0, 400, 300};
+    PlayEnhMetaFile(device, medium.hEnhMetaFile, &all);
+  });
+  ReleaseStgMedium(&medium);
+  EXPECT_GE(Colours(by_enhanced), 8U);
+
+  format.cfFormat = CF_WAVE;
+  EXPECT_EQ(DV_E_FORMATETC, data->GetData(&format, &medium));
+}
+
+TEST(Designer, NamesTheValuesOfEnumerations) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  const auto browsing = As<IPerPropertyBrowsing>(plot);
+  const DISPID style = IdOf(*plot.Get(), L"WaferStyle");
+  CALPOLESTR names{};
+  CADWORD cookies{};
+  ASSERT_EQ(S_OK, browsing->GetPredefinedStrings(style, &names, &cookies));
+  ASSERT_EQ(2U, names.cElems);
+  EXPECT_EQ(std::wstring(L"Notch"), names.pElems[0]);
+  EXPECT_EQ(std::wstring(L"Flat"), names.pElems[1]);
+  OwnedVariant value;
+  ASSERT_EQ(S_OK, browsing->GetPredefinedValue(style, cookies.pElems[1], &value));
+  EXPECT_EQ(2, value.lVal);
+  for (ULONG i = 0; i < names.cElems; ++i) CoTaskMemFree(names.pElems[i]);
+  CoTaskMemFree(names.pElems);
+  CoTaskMemFree(cookies.pElems);
+  Put(*plot.Get(), L"WaferStyle", 2);
+  BSTR shown = nullptr;
+  ASSERT_EQ(S_OK, browsing->GetDisplayString(style, &shown));
+  EXPECT_EQ(std::wstring(L"Flat"), shown);
+  SysFreeString(shown);
+  EXPECT_EQ(E_NOTIMPL,
+            browsing->GetPredefinedStrings(IdOf(*plot.Get(), L"mean"), &names, &cookies));
+}
+
+}  // namespace
+}  // namespace discoplan::activex
