@@ -105,12 +105,10 @@ Lattice LatticeFor(const Page& page, const MapFrame& frame) {
 }  // namespace
 
 void AddContours(Page& page, const MapFrame& frame, const WaferPlot& plot, const ValueField& field,
-                 const Ticks& levels, const ContourStyle& style) {
+                 const Coverage& coverage, const Ticks& levels, const ContourStyle& style) {
   const Lattice lattice = LatticeFor(page, frame);
   std::vector<float> values(lattice.Size());
   field.Evaluate(lattice, frame.test_radius * 1.5 + 3 * lattice.step, values);
-  const double far = FarDistance(plot.sites, frame.radius);
-  const std::vector<float> distances = DistancesToSites(lattice, plot.sites);
   const std::vector<Point> area = TestAreaPoints(plot);
   // The area is the circle, cut by a flat between its first and last corners.
   const Point middle = (area.front() + area.back()) * 0.5;
@@ -118,18 +116,14 @@ void AddContours(Page& page, const MapFrame& frame, const WaferPlot& plot, const
   const auto is_inside = [&](Point p) {
     if (std::hypot(p.x, p.y) > frame.test_radius) return false;
     if (flat < frame.test_radius && p.x * middle.x + p.y * middle.y > flat * flat) return false;
-    const int column = static_cast<int>(std::lround((p.x - lattice.x0) / lattice.step));
-    const int row = static_cast<int>(std::lround((lattice.y0 - p.y) / lattice.step));
-    const auto at = static_cast<std::size_t>(std::clamp(row, 0, lattice.rows - 1)) *
-                        static_cast<std::size_t>(lattice.columns) +
-                    static_cast<std::size_t>(std::clamp(column, 0, lattice.columns - 1));
-    return distances[at] <= far;
+    return !coverage.IsFar(p);
   };
+  IsolineFinder finder(lattice, values);
   for (const double level : levels.values) {
     const bool emphasised =
         style.has_emphasis && std::abs(level - style.emphasised) < 1e-9 * levels.step;
     Path path;
-    for (const std::vector<Point>& line : Isolines(lattice, values, level)) {
+    for (const std::vector<Point>& line : finder.Lines(level)) {
       for (std::vector<Point>& piece : Clipped(line, is_inside)) {
         if (piece.size() < 2) continue;
         for (Point& point : piece) point = frame.At(point.x, point.y);

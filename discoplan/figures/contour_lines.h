@@ -22,6 +22,6 @@ struct ContourStyle {
 };
 
 void AddContours(Page& page, const MapFrame& frame, const WaferPlot& plot, const ValueField& field,
-                 const Ticks& levels, const ContourStyle& style);
+                 const Coverage& coverage, const Ticks& levels, const ContourStyle& style);
 
 }  // namespace discoplan::figures

@@ -3,6 +3,8 @@
 
 /// Lines of equal value over a lattice.
 
+#include <array>
+#include <cstdint>
 #include <functional>
 #include <span>
 #include <vector>
@@ -13,11 +15,32 @@
 
 namespace discoplan::figures {
 
-/// Joined pieces in the lattice's millimetres, ends on its border or closed, by marching squares;
-/// the middle of a saddle's cell tells which corners belong together.
-DISCOPLAN_EXPORT std::vector<std::vector<Point>> Isolines(const Lattice& lattice,
-                                                          std::span<const float> values,
-                                                          double level);
+/// By marching squares; the middle of a saddle's cell tells which corners belong together. Reads
+/// the values as long as it lives.
+class DISCOPLAN_EXPORT IsolineFinder {
+ public:
+  IsolineFinder(const Lattice& lattice, std::span<const float> values);
+
+  /// Joined pieces in the lattice's millimetres, ends on its border or closed.
+  std::vector<std::vector<Point>> Lines(double level);
+
+ private:
+  using Edge = std::uint32_t;
+
+  void Cross(std::size_t at, unsigned mask);
+  void Link(std::size_t a, std::size_t b);
+  void Unlink(Edge from, Edge to);
+  Point PointOf(Edge edge) const;
+  std::vector<Point> Follow(Edge edge);
+
+  Lattice lattice_;
+  std::span<const float> values_;
+  double level_ = 0;
+  // The line crosses edges of the lattice, of which the one to the right of point i is 2 i and the
+  // one below it 2 i + 1; each is linked with at most two others.
+  std::vector<std::array<Edge, 2>> links_;
+  std::vector<Edge> touched_;
+};
 
 /// The pieces of a line that lie inside, their ends on the border.
 DISCOPLAN_EXPORT std::vector<std::vector<Point>> Clipped(

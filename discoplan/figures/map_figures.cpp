@@ -28,36 +28,13 @@ MapFrame FrameOn(Page& page, const WaferPlot& plot) {
   return FrameIn(page.Free().Grown(-0.3 * page.Em()), plot);
 }
 
-std::string FarNote(const WaferPlot& plot) {
-  return "hatched: more than " + FixedText(FarDistance(plot.sites, plot.diameter / 2), 0) +
-         " mm from every site";
-}
-
-/// Every note that may be due, so that the words can be laid out before the map.
-bool HasFar(const WaferPlot& plot) {
-  constexpr int kAcross = 64;
-  const double radius = plot.diameter / 2;
-  const Lattice lattice = {-radius, radius, 2 * radius / (kAcross - 1), kAcross, kAcross};
-  const std::vector<float> distances = DistancesToSites(lattice, plot.sites);
-  const double far = FarDistance(plot.sites, radius);
-  for (int j = 0; j < kAcross; ++j) {
-    for (int i = 0; i < kAcross; ++i) {
-      if (distances[static_cast<std::size_t>(j * kAcross + i)] > far &&
-          std::hypot(lattice.X(i), lattice.Y(j)) < radius - plot.edge_exclusion) {
-        return true;
-      }
-    }
-  }
-  return false;
-}
-
 std::vector<std::string> MapNotes(const Sketch& sketch, const ValueField& field,
-                                  const Scale& scale) {
+                                  const Coverage& coverage, const Scale& scale) {
   std::vector<std::string> notes = {MethodNote(field, sketch.plot)};
   if (const std::string beyond = BeyondNote(sketch.plot, scale); !beyond.empty()) {
     notes.insert(notes.begin(), beyond);
   }
-  if (HasFar(sketch.plot)) notes.insert(notes.begin(), FarNote(sketch.plot));
+  if (coverage.HasFar()) notes.insert(notes.begin(), coverage.Note("hatched"));
   return notes;
 }
 
@@ -167,14 +144,15 @@ void DrawMap(Sketch sketch) {
   auto& [page, plot, summary, style] = sketch;
   const Scale scale = MakeScale(plot, summary, style, MostTicks(page));
   const auto field = FieldOf(plot, style);
-  AddWords(page, plot, summary, MapNotes(sketch, *field, scale));
+  const auto coverage = std::make_shared<const Coverage>(plot);
+  AddWords(page, plot, summary, MapNotes(sketch, *field, *coverage, scale));
   if (style.legend) AddColourBar(page, scale, plot);
   const MapFrame frame = FrameOn(page, plot);
-  AddValueImage(page, frame, plot, scale, field);
+  AddValueImage(page, frame, plot, scale, field, coverage);
   if (style.isolines) {
     const auto on = [&](double level) { return LineOn(scale.Colour(level)); };
     const auto letters = [&](double level) { return LettersOn(scale.Colour(level)); };
-    AddContours(page, frame, plot, *field, scale.ticks,
+    AddContours(page, frame, plot, *field, *coverage, scale.ticks,
                 {.colour = on, .label = letters, .width = 0.8 * page.Hair()});
   }
   DrawEdge(page, frame, plot);
@@ -221,18 +199,19 @@ void DrawSigmaMap(Sketch sketch) {
   auto& [page, plot, summary, style] = sketch;
   const SigmaClasses classes = ClassesOf(plot, summary, style);
   const auto field = FieldOf(plot, style);
+  const auto coverage = std::make_shared<const Coverage>(plot);
   std::vector<std::string> notes = {MethodNote(*field, plot)};
-  if (HasFar(plot)) notes.insert(notes.begin(), FarNote(plot));
+  if (coverage->HasFar()) notes.insert(notes.begin(), coverage->Note("hatched"));
   AddWords(page, plot, summary, notes);
   if (style.legend) AddSigmaKey(page, plot, classes);
   const MapFrame frame = FrameOn(page, plot);
-  AddValueImage(page, frame, plot, classes.scale, field);
+  AddValueImage(page, frame, plot, classes.scale, field, coverage);
   const Rgba line = page.Ink().rim;
   const auto colour = [&](double) { return line; };
   Ticks limits{.values = {classes.lower, classes.upper},
                .step = classes.upper - classes.lower,
                .decimals = DecimalsFor(summary)};
-  AddContours(page, frame, plot, *field, limits,
+  AddContours(page, frame, plot, *field, *coverage, limits,
               {.colour = colour,
                .label = [](double) { return Rgb(0x14171C); },
                .width = page.Hair(),
@@ -253,10 +232,11 @@ void DrawContours(Sketch sketch) {
   const Rgba ground = style.transparent ? InksFor(false).paper : page.Ink().paper;
   for (Rgba& band : scale.bands) band = Mix(ground, band, 0.45);
   const auto field = FieldOf(plot, style);
-  AddWords(page, plot, summary, MapNotes(sketch, *field, scale));
+  const auto coverage = std::make_shared<const Coverage>(plot);
+  AddWords(page, plot, summary, MapNotes(sketch, *field, *coverage, scale));
   if (style.legend) AddColourBar(page, scale, plot);
   const MapFrame frame = FrameOn(page, plot);
-  AddValueImage(page, frame, plot, scale, field);
+  AddValueImage(page, frame, plot, scale, field, coverage);
   Ticks levels;
   const auto count = static_cast<double>(full.size());
   levels.step = (scale.high - scale.low) / count;
@@ -267,7 +247,7 @@ void DrawContours(Sketch sketch) {
   Scale lines = scale;
   lines.bands = full;
   const Rgba ink = page.Ink().text;
-  AddContours(page, frame, plot, *field, levels,
+  AddContours(page, frame, plot, *field, *coverage, levels,
               {.colour = [&](double level) { return Mix(lines.Colour(level), ink, 0.3); },
                .label = [&](double) { return ink; },
                .width = 1.4 * page.Hair()});

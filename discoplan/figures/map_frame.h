@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "discoplan/figures/coverage.h"
 #include "discoplan/figures/page.h"
 #include "discoplan/figures/value_field.h"
 
@@ -35,16 +36,9 @@ void DrawRim(Page& page, const MapFrame& frame, const WaferPlot& plot);
 void DrawEdge(Page& page, const MapFrame& frame, const WaferPlot& plot);
 void DrawDots(Page& page, const MapFrame& frame, const WaferPlot& plot, double part = 1);
 
-/// Distance in mm beyond which a place is too far from every site to be told: one and a half times
-/// what nine of ten sites are at most away from the next one.
-double FarDistance(const SiteView& sites, double radius);
-
-/// How far each point of a lattice is from the nearest site, to a fraction of its step.
-std::vector<float> DistancesToSites(const Lattice& lattice, const SiteView& sites);
-
 /// The values between the sites in the colours of a scale; what is far from every site is hatched.
-/// True if there is such an area.
-bool AddValueImage(Page& page, const MapFrame& frame, const WaferPlot& plot, const Scale& scale,
-                   std::shared_ptr<const ValueField> field);
+void AddValueImage(Page& page, const MapFrame& frame, const WaferPlot& plot, const Scale& scale,
+                   std::shared_ptr<const ValueField> field,
+                   std::shared_ptr<const Coverage> coverage);
 
 }  // namespace discoplan::figures

@@ -44,7 +44,8 @@ struct NearSite {
 
 /// Takes a small map with the cut from the right of what is free.
 void AddSmallMap(Page& page, const WaferPlot& plot, const Scale& scale, const Scan& scan,
-                 const std::shared_ptr<const ValueField>& field) {
+                 const std::shared_ptr<const ValueField>& field,
+                 const std::shared_ptr<const Coverage>& coverage) {
   const double em = page.Em();
   Box& free = page.Free();
   const double side = std::min(0.26 * free.Width(), 0.6 * free.Height());
@@ -52,7 +53,7 @@ void AddSmallMap(Page& page, const WaferPlot& plot, const Scale& scale, const Sc
   const Box area = {free.right - side, free.top + em, free.right, free.top + em + side};
   free.right = area.left - 1.5 * em;
   const MapFrame frame = FrameIn(area.Grown(-0.8 * em), plot);
-  AddValueImage(page, frame, plot, scale, field);
+  AddValueImage(page, frame, plot, scale, field, coverage);
   DrawRim(page, frame, plot);
   const Point a = frame.At(scan.from.x, scan.from.y);
   const Point b = frame.At(scan.to.x, scan.to.y);
@@ -91,23 +92,17 @@ void DrawLineScan(Sketch sketch) {
            {std::to_string(sites.size()) + (sites.size() == 1 ? " site" : " sites") + " within " +
                 NumberText(near, 2) + " mm of the cut",
             MethodNote(*field, plot)});
-  AddSmallMap(page, plot, scale, scan, field);
+  const auto coverage = std::make_shared<const Coverage>(plot);
+  AddSmallMap(page, plot, scale, scan, field, coverage);
   constexpr int kSteps = 400;
   std::vector<double> values;
   std::vector<bool> known;
-  const double far = FarDistance(plot.sites, plot.diameter / 2);
   for (int i = 0; i <= kSteps; ++i) {
     const Point p = scan.At(scan.length * i / kSteps);
     float value = 0;
     field->Evaluate({p.x, p.y, 1e9, 1, 1}, plot.diameter, {&value, 1});
     values.push_back(value);
-    double nearest = 4 * plot.diameter * plot.diameter;
-    for (std::size_t k = 0; k < plot.sites.Size(); ++k) {
-      const double dx = plot.sites.x[k] - p.x;
-      const double dy = plot.sites.y[k] - p.y;
-      nearest = std::min(nearest, dx * dx + dy * dy);
-    }
-    known.push_back(nearest <= far * far);
+    known.push_back(!coverage->IsFar(p));
   }
   double low = *std::min_element(values.begin(), values.end());
   double high = *std::max_element(values.begin(), values.end());

@@ -33,13 +33,13 @@ class SiteGrid {
   /// The `count` nearest, or all, in no certain order.
   std::vector<std::size_t> Nearest(double x, double y, std::size_t count) const {
     struct Found {
-      double distance;
+      double square;
       std::size_t site;
     };
     std::vector<Found> found;
     const int column = Slot(x);
     const int row = Slot(y);
-    const auto nearer = [](const Found& a, const Found& b) { return a.distance < b.distance; };
+    const auto nearer = [](const Found& a, const Found& b) { return a.square < b.square; };
     for (int ring = 0; ring <= 2 * side_; ++ring) {
       for (int j = std::max(0, row - ring); j <= std::min(side_ - 1, row + ring); ++j) {
         const bool edge = j == row - ring || j == row + ring;
@@ -48,14 +48,15 @@ class SiteGrid {
           const std::size_t cell = Cell(i, j);
           for (std::size_t k = starts_[cell]; k < starts_[cell + 1]; ++k) {
             const Sample& s = samples_[sites_[k]];
-            found.push_back({std::hypot(s.x - x, s.y - y), sites_[k]});
+            found.push_back({(s.x - x) * (s.x - x) + (s.y - y) * (s.y - y), sites_[k]});
           }
         }
       }
       if (found.size() < std::min(count, samples_.size())) continue;
       const auto last = found.begin() + static_cast<std::ptrdiff_t>(std::min(count, found.size()));
       std::nth_element(found.begin(), last - 1, found.end(), nearer);
-      if ((last - 1)->distance <= ring * pitch_ || found.size() == samples_.size()) break;
+      if ((last - 1)->square <= ring * pitch_ * ring * pitch_ || found.size() == samples_.size())
+        break;
     }
     std::vector<std::size_t> sites;
     for (std::size_t i = 0; i < std::min(count, found.size()); ++i) sites.push_back(found[i].site);

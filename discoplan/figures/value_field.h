@@ -6,8 +6,9 @@
 /// `idw4` is the classic rule, the inverse-distance-squared mean of the four nearest sites. It
 /// jumps where another site becomes one of the four. `smooth` is a thin-plate spline, with as much
 /// smoothing as foretells a site best from the others: the least leave-one-out error of some
-/// weights. Above a few hundred sites it is a blend of splines through the sites nearby. It never
-/// leaves the measured range by more than a twentieth of it.
+/// weights. Above some hundred sites it is found on a lattice of knots about as far apart as the
+/// sites are, and a part of the sites is left out at once. It never leaves the measured range by
+/// more than a twentieth of it.
 ///
 /// Source: J. Duchon, "Splines minimizing rotation-invariant semi-norms in Sobolev spaces" (1977);
 /// S. Rippa, "An algorithm for selecting a good value for the parameter c in radial basis function
@@ -68,10 +69,5 @@ class DISCOPLAN_EXPORT ValueField {
 /// place count as one with their mean.
 DISCOPLAN_EXPORT std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
                                                              Interpolation interpolation);
-
-/// Values in between the points of a coarser lattice, by cubic convolution; `fine` must lie within
-/// `coarse`, two of its points from the border. Shared with tests.
-DISCOPLAN_EXPORT void Refine(const Lattice& coarse, std::span<const float> values,
-                             const Lattice& fine, std::span<float> refined);
 
 }  // namespace discoplan::figures

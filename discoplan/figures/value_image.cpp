@@ -13,12 +13,13 @@ constexpr int kShades = 256;  // of a continuous scale
 class ValueImage final : public ImageSource {
  public:
   ValueImage(const Page& page, const MapFrame& frame, const Scale& scale,
-             std::shared_ptr<const ValueField> field)
+             std::shared_ptr<const ValueField> field, std::shared_ptr<const Coverage> coverage)
       : frame_(frame),
         low_(scale.low),
         high_(scale.high),
         banded_(!scale.bands.empty()),
         field_(std::move(field)),
+        coverage_(std::move(coverage)),
         nothing_(page.Ink().nothing),
         hatch_(page.Ink().hatch),
         hatch_pitch_(0.75 * page.Em()),
@@ -28,13 +29,6 @@ class ValueImage final : public ImageSource {
       shades_.push_back(banded_ ? scale.bands[static_cast<std::size_t>(i)]
                                 : scale.colours->At(i / (kShades - 1.0)));
     }
-  }
-
-  /// What is farther than that from every site of `lattice` is hatched.
-  void HatchBeyond(double far, const Lattice& lattice, std::vector<float> distances) {
-    far_ = static_cast<float>(far);
-    distance_lattice_ = lattice;
-    distances_ = std::move(distances);
   }
 
   void Render(const PixelGrid& grid, std::span<Rgba> pixels) const override {
@@ -66,7 +60,7 @@ class ValueImage final : public ImageSource {
           pixels[start + static_cast<std::size_t>(i)] = shades_[static_cast<std::size_t>(shade)];
         }
       }
-      if (!distances_.empty()) Hatch(grid, lattice, row, first, last, pixels.subspan(start, width));
+      if (coverage_->HasFar()) Hatch(grid, lattice, row, first, last, pixels.subspan(start, width));
     }
   }
 
@@ -100,20 +94,10 @@ class ValueImage final : public ImageSource {
 
   void Hatch(const PixelGrid& grid, const Lattice& lattice, int row, int first, int last,
              std::span<Rgba> pixels) const {
-    const double down = (distance_lattice_.y0 - lattice.Y(row)) / distance_lattice_.step;
-    const int j = std::clamp(static_cast<int>(down), 0, distance_lattice_.rows - 2);
-    const double below = down - j;
-    const auto width = static_cast<std::size_t>(distance_lattice_.columns);
-    const float* upper = distances_.data() + static_cast<std::size_t>(j) * width;
-    const float* lower = upper + width;
     const double pixel_mm = lattice.step;
     for (int i = first; i <= last; ++i) {
-      const double across = (lattice.X(i) - distance_lattice_.x0) / distance_lattice_.step;
-      const int k = std::clamp(static_cast<int>(across), 0, distance_lattice_.columns - 2);
-      const double right = across - k;
-      const double distance = (1 - below) * ((1 - right) * upper[k] + right * upper[k + 1]) +
-                              below * ((1 - right) * lower[k] + right * lower[k + 1]);
-      const double part = std::clamp((distance - far_) / pixel_mm + 0.5, 0.0, 1.0);
+      const double distance = coverage_->DistanceAt({lattice.X(i), lattice.Y(row)});
+      const double part = std::clamp((distance - coverage_->Far()) / pixel_mm + 0.5, 0.0, 1.0);
       if (part <= 0) continue;
       // Distance to the next of the slanted lines.
       const double x = grid.left + (i + 0.5) * grid.pitch;
@@ -132,36 +116,21 @@ class ValueImage final : public ImageSource {
   double high_;
   bool banded_;
   std::shared_ptr<const ValueField> field_;
+  std::shared_ptr<const Coverage> coverage_;
   std::vector<Rgba> shades_;
   Rgba nothing_;
   Rgba hatch_;
   double hatch_pitch_;
   double hatch_width_;
-  float far_ = 0;
-  Lattice distance_lattice_;
-  std::vector<float> distances_;
 };
 
 }  // namespace
 
-bool AddValueImage(Page& page, const MapFrame& frame, const WaferPlot& plot, const Scale& scale,
-                   std::shared_ptr<const ValueField> field) {
-  auto source = std::make_shared<ValueImage>(page, frame, scale, std::move(field));
-  const double far = FarDistance(plot.sites, frame.radius);
-  constexpr int kAcross = 96;
-  const double reach = frame.radius * 1.02;
-  const Lattice lattice = {-reach, reach, 2 * reach / (kAcross - 1), kAcross, kAcross};
-  std::vector<float> distances = DistancesToSites(lattice, plot.sites);
-  bool has_far = false;
-  for (int j = 0; j < kAcross && !has_far; ++j) {
-    for (int i = 0; i < kAcross; ++i) {
-      const auto at = static_cast<std::size_t>(j * kAcross + i);
-      if (distances[at] > far && std::hypot(lattice.X(i), lattice.Y(j)) < frame.test_radius) {
-        has_far = true;
-      }
-    }
-  }
-  if (has_far) source->HatchBeyond(far, lattice, std::move(distances));
+void AddValueImage(Page& page, const MapFrame& frame, const WaferPlot& plot, const Scale& scale,
+                   std::shared_ptr<const ValueField> field,
+                   std::shared_ptr<const Coverage> coverage) {
+  auto source =
+      std::make_shared<ValueImage>(page, frame, scale, std::move(field), std::move(coverage));
   std::vector<Point> outline = TestAreaPoints(plot);
   for (Point& point : outline) point = frame.At(point.x, point.y);
   const double side = frame.Length(frame.test_radius);
@@ -170,7 +139,6 @@ bool AddValueImage(Page& page, const MapFrame& frame, const WaferPlot& plot, con
                    .source = std::move(source)};
   image.outline.Polygon(std::move(outline));
   page.Add(std::move(image));
-  return has_far;
 }
 
 }  // namespace discoplan::figures

@@ -13,8 +13,8 @@
 #include <string>
 #include <utility>
 
-#include "discoplan/base/algorithms.h"
 #include "discoplan/base/file_name.h"
+#include "hosts/headless/run_deflater.h"
 
 namespace discoplan {
 namespace {
@@ -87,7 +87,8 @@ std::optional<IndexedRows> ToIndexed(const PngStrips& picture) {
   std::vector<Pixel> above;
   ColourTable table;
   const bool done = VisitRows(picture, [&](std::span<const Pixel> row) {
-    if (Equal(row, above)) {
+    // By pointers, which are compared as memory.
+    if (above.size() == width && std::equal(row.data(), row.data() + width, above.data())) {
       ++indexed.times.back();
       return true;
     }
@@ -128,21 +129,38 @@ void PackRow(std::span<const png_byte> indices, int bit_depth, png_byte* row) {
   if (free_bits < 8) *row = static_cast<png_byte>(bits);
 }
 
-void FillRow(std::span<const Pixel> pixels, png_byte* row) {
-  for (const Pixel pixel : pixels) {
-    const png_color colour = ToPng(pixel);
-    *row++ = colour.red;
-    *row++ = colour.green;
-    *row++ = colour.blue;
+/// Each byte less the one above it, behind the number of that filter. A map's rows repeat or nearly
+/// repeat the row above, so that the differences are runs of zeros.
+void FillRow(std::span<const Pixel> pixels, std::span<const Pixel> above, bool has_alpha,
+             png_byte* row) {
+  constexpr png_byte kUp = 2;
+  *row++ = kUp;
+  const auto less = [](Pixel a, Pixel b, int shift) {
+    return static_cast<png_byte>((a >> shift) - (b >> shift));
+  };
+  for (std::size_t i = 0; i < pixels.size(); ++i) {
+    const Pixel a = pixels[i];
+    const Pixel b = above[i];
+    *row++ = less(a, b, 16);
+    *row++ = less(a, b, 8);
+    *row++ = less(a, b, 0);
+    if (has_alpha) *row++ = less(a, b, 24);
   }
 }
 
-void FillRowWithAlpha(std::span<const Pixel> pixels, png_byte* row) {
-  for (const Pixel pixel : pixels) {
-    FillRow({&pixel, 1}, row);
-    row[3] = static_cast<png_byte>(pixel >> 24);
-    row += 4;
-  }
+/// The compressed rows of a picture in RGB, with alpha or without.
+std::vector<std::uint8_t> DeflateColours(const PngStrips& picture) {
+  const auto width = static_cast<std::size_t>(picture.width);
+  std::vector<png_byte> row(1 + (picture.has_alpha ? 4 : 3) * width);
+  std::vector<Pixel> above(width);
+  RunDeflater deflater;
+  VisitRows(picture, [&](std::span<const Pixel> pixels) {
+    FillRow(pixels, above, picture.has_alpha, row.data());
+    deflater.Add(row);
+    above.assign(pixels.begin(), pixels.end());
+    return true;
+  });
+  return deflater.Take();
 }
 
 class PngError : public std::runtime_error {
@@ -184,21 +202,28 @@ class PngWriter {
   PngWriter(const PngWriter&) = delete;
   PngWriter& operator=(const PngWriter&) = delete;
 
-  /// `indexed` is null for a picture in RGB.
-  std::vector<std::uint8_t> Encode(const PngStrips& picture, const IndexedRows* indexed) {
-    std::vector<png_byte> row(4 * static_cast<std::size_t>(picture.width));
+  /// `indexed` is null for a picture in RGB, whose rows are compressed already.
+  std::vector<std::uint8_t> Encode(const PngStrips& picture, const IndexedRows* indexed,
+                                   const std::vector<std::uint8_t>& colours) {
+    std::vector<png_byte> row(static_cast<std::size_t>(picture.width));
     if (info_ == nullptr) throw std::bad_alloc();
-    if (!Run(picture, indexed, row.data())) throw PngError(reason_.data());
+    if (!Run(picture, indexed, colours, row.data())) throw PngError(reason_.data());
     return std::move(bytes_);
   }
 
  private:
-  bool Run(const PngStrips& picture, const IndexedRows* indexed, png_byte* row) {
+  bool Run(const PngStrips& picture, const IndexedRows* indexed,
+           const std::vector<std::uint8_t>& colours, png_byte* row) {
     if (setjmp(png_jmpbuf(png_)) != 0) return false;
     png_set_write_fn(png_, &bytes_, Append, Flush);
     WriteHeader(picture, indexed);
-    indexed != nullptr ? WriteIndexed(picture, *indexed, row) : WriteColours(picture, row);
-    png_write_end(png_, nullptr);
+    if (indexed != nullptr) {
+      WriteIndexed(picture, *indexed, row);
+      png_write_end(png_, nullptr);
+    } else {
+      WriteChunk("IDAT", colours);
+      WriteChunk("IEND", {});
+    }
     return true;
   }
 
@@ -210,12 +235,8 @@ class PngWriter {
     }
   }
 
-  void WriteColours(const PngStrips& picture, png_byte* row) {
-    VisitRows(picture, [&](std::span<const Pixel> pixels) {
-      (picture.has_alpha ? FillRowWithAlpha : FillRow)(pixels, row);
-      png_write_row(png_, row);
-      return true;
-    });
+  void WriteChunk(const char* name, std::span<const std::uint8_t> bytes) {
+    png_write_chunk(png_, reinterpret_cast<png_const_bytep>(name), bytes.data(), bytes.size());
   }
 
   void WriteHeader(const PngStrips& picture, const IndexedRows* indexed) {
@@ -291,7 +312,8 @@ std::vector<std::uint8_t> EncodePng(const PngStrips& picture) {
     throw PngError("a picture of " + SizeOf(picture) + " is empty");
   }
   const std::optional<IndexedRows> indexed = picture.has_alpha ? std::nullopt : ToIndexed(picture);
-  return PngWriter().Encode(picture, indexed ? &*indexed : nullptr);
+  return PngWriter().Encode(picture, indexed ? &*indexed : nullptr,
+                            indexed ? std::vector<std::uint8_t>() : DeflateColours(picture));
 }
 
 void WritePng(const fs::path& path, const PngPicture& picture) { WriteEncoded(path, picture); }

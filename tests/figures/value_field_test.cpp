@@ -7,6 +7,7 @@
 #include <random>
 
 #include "discoplan/figures/isolines.h"
+#include "discoplan/figures/refine.h"
 #include "discoplan/figures/thin_plate.h"
 #include "discoplan/figures/ticks.h"
 
@@ -133,7 +134,7 @@ TEST(Isolines, OfAConeAreClosedCircles) {
       values.push_back(static_cast<float>(std::hypot(lattice.X(i), lattice.Y(j))));
     }
   }
-  const auto lines = Isolines(lattice, values, 6.1);
+  const auto lines = IsolineFinder(lattice, values).Lines(6.1);
   ASSERT_EQ(lines.size(), 1u);
   EXPECT_EQ(lines.front().front(), lines.front().back());
   for (const Point p : lines.front()) EXPECT_NEAR(std::hypot(p.x, p.y), 6.1, 0.005);

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/figures/coverage.h"
+
+#include <cmath>
+#include <limits>
+
+#include "discoplan/figures/site_grid.h"
+#include "discoplan/figures/ticks.h"
+
+namespace discoplan::figures {
+namespace {
+
+constexpr int kAcross = 96;  // points of the lattice
+
+double FarDistance(const SiteView& sites, double radius) {
+  if (sites.Size() < 4) return 2 * radius;
+  std::vector<Sample> samples;
+  for (std::size_t i = 0; i < sites.Size(); ++i) samples.push_back({sites.x[i], sites.y[i], 0});
+  const SiteGrid grid(samples);
+  // Some hundred of them tell.
+  const std::size_t stride = std::max<std::size_t>(1, samples.size() / 256);
+  std::vector<double> next;
+  for (std::size_t i = 0; i < samples.size(); i += stride) {
+    double nearest = 2 * radius;
+    for (const std::size_t near : grid.Nearest(samples[i].x, samples[i].y, 4)) {
+      const double distance =
+          std::hypot(samples[near].x - samples[i].x, samples[near].y - samples[i].y);
+      if (near != i && distance > 1e-6 * radius) nearest = std::min(nearest, distance);
+    }
+    next.push_back(nearest);
+  }
+  std::sort(next.begin(), next.end());
+  const double even = radius * std::sqrt(3.14159 / static_cast<double>(samples.size()));
+  // No hole among the dies of a wafer is far from them.
+  return std::max({1.5 * next[next.size() * 9 / 10], 0.75 * even, 0.1 * radius});
+}
+
+}  // namespace
+
+Coverage::Coverage(const WaferPlot& plot) {
+  const double radius = plot.diameter / 2;
+  const double reach = radius * 1.02;
+  far_ = FarDistance(plot.sites, radius);
+  lattice_ = {-reach, reach, 2 * reach / (kAcross - 1), kAcross, kAcross};
+  distances_ = DistancesToSites(lattice_, plot.sites);
+  const double inside = std::max(radius - plot.edge_exclusion, 0.05 * radius);
+  for (int j = 0; j < kAcross && !has_far_; ++j) {
+    for (int i = 0; i < kAcross; ++i) {
+      has_far_ = has_far_ || (distances_[static_cast<std::size_t>(j * kAcross + i)] > far_ &&
+                              std::hypot(lattice_.X(i), lattice_.Y(j)) < inside);
+    }
+  }
+}
+
+double Coverage::DistanceAt(Point place) const {
+  const double across = (place.x - lattice_.x0) / lattice_.step;
+  const double down = (lattice_.y0 - place.y) / lattice_.step;
+  const int i = std::clamp(static_cast<int>(across), 0, kAcross - 2);
+  const int j = std::clamp(static_cast<int>(down), 0, kAcross - 2);
+  const double right = across - i;
+  const double below = down - j;
+  const float* upper = distances_.data() + static_cast<std::size_t>(j * kAcross + i);
+  const float* lower = upper + kAcross;
+  return (1 - below) * ((1 - right) * upper[0] + right * upper[1]) +
+         below * ((1 - right) * lower[0] + right * lower[1]);
+}
+
+std::string Coverage::Note(const char* look) const {
+  if (!has_far_) return {};
+  return std::string(look) + ": more than " + FixedText(far_, 0) + " mm from every site";
+}
+
+std::vector<float> DistancesToSites(const Lattice& lattice, const SiteView& sites) {
+  const auto width = static_cast<std::size_t>(lattice.columns);
+  const auto height = static_cast<std::size_t>(lattice.rows);
+  std::vector<int> nearest(lattice.Size(), -1);
+  const auto squared = [&](std::size_t column, std::size_t row, int site) {
+    const double dx = lattice.X(static_cast<int>(column)) - sites.x[static_cast<std::size_t>(site)];
+    const double dy = lattice.Y(static_cast<int>(row)) - sites.y[static_cast<std::size_t>(site)];
+    return dx * dx + dy * dy;
+  };
+  for (std::size_t i = 0; i < sites.Size(); ++i) {
+    const double column = std::round((sites.x[i] - lattice.x0) / lattice.step);
+    const double row = std::round((lattice.y0 - sites.y[i]) / lattice.step);
+    if (!(column >= 0 && row >= 0 && column < lattice.columns && row < lattice.rows)) continue;
+    nearest[static_cast<std::size_t>(row) * width + static_cast<std::size_t>(column)] =
+        static_cast<int>(i);
+  }
+  const auto offer = [&](std::size_t column, std::size_t row, std::size_t from_column,
+                         std::size_t from_row) {
+    const int offered = nearest[from_row * width + from_column];
+    int& kept = nearest[row * width + column];
+    if (offered < 0 || offered == kept) return;
+    if (kept < 0 || squared(column, row, offered) < squared(column, row, kept)) kept = offered;
+  };
+  // Each point asks its neighbours, forward and back again (P.-E. Danielsson, 1980).
+  for (int turn = 0; turn < 2; ++turn) {
+    for (std::size_t j = 0; j < height; ++j) {
+      const std::size_t row = turn == 0 ? j : height - 1 - j;
+      if (j > 0) {
+        const std::size_t before = turn == 0 ? row - 1 : row + 1;
+        for (std::size_t column = 0; column < width; ++column) {
+          offer(column, row, column, before);
+          if (column > 0) offer(column, row, column - 1, before);
+          if (column + 1 < width) offer(column, row, column + 1, before);
+        }
+      }
+      for (std::size_t column = 1; column < width; ++column) offer(column, row, column - 1, row);
+      for (std::size_t column = width - 1; column-- > 0;) offer(column, row, column + 1, row);
+    }
+  }
+  std::vector<float> distances(lattice.Size(), std::numeric_limits<float>::max());
+  for (std::size_t row = 0; row < height; ++row) {
+    for (std::size_t column = 0; column < width; ++column) {
+      const int site = nearest[row * width + column];
+      if (site >= 0) {
+        distances[row * width + column] = static_cast<float>(std::sqrt(squared(column, row, site)));
+      }
+    }
+  }
+  return distances;
+}
+
+}  // namespace discoplan::figures

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Which places of a wafer are too far from every site to be told.
+
+#include <string>
+#include <vector>
+
+#include "discoplan/figures/wafer_figure.h"
+
+namespace discoplan::figures {
+
+class Coverage {
+ public:
+  explicit Coverage(const WaferPlot& plot);
+
+  /// One and a half times what nine of ten sites are at most away from the next one, in mm.
+  double Far() const { return far_; }
+  /// Whether a part of the test area is farther than that from every site.
+  bool HasFar() const { return has_far_; }
+  /// About, in mm; the place is in mm too.
+  double DistanceAt(Point place) const;
+  bool IsFar(Point place) const { return has_far_ && DistanceAt(place) > far_; }
+  /// "hatched: more than 12 mm from every site"; empty where there is no such part.
+  std::string Note(const char* look) const;
+
+ private:
+  double far_;
+  Lattice lattice_;
+  std::vector<float> distances_;
+  bool has_far_ = false;
+};
+
+/// How far each point of a lattice is from the nearest site, to a fraction of its step.
+std::vector<float> DistancesToSites(const Lattice& lattice, const SiteView& sites);
+
+}  // namespace discoplan::figures

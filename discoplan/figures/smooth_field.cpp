@@ -1,0 +1,265 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "discoplan/figures/field_kinds.h"
+#include "discoplan/figures/lattice_spline.h"
+#include "discoplan/figures/refine.h"
+
+namespace discoplan::figures {
+namespace {
+
+constexpr double kOvershoot = 0.05;
+constexpr double kNever = std::numeric_limits<double>::infinity();
+
+/// What no value leaves.
+struct Bounds {
+  float low;
+  float high;
+
+  explicit Bounds(const std::vector<Sample>& samples) {
+    const auto [least, most] =
+        std::minmax_element(samples.begin(), samples.end(),
+                            [](const Sample& a, const Sample& b) { return a.value < b.value; });
+    const double margin = kOvershoot * (most->value - least->value);
+    low = static_cast<float>(least->value - margin);
+    high = static_cast<float>(most->value + margin);
+  }
+  void Keep(std::span<float> values) const {
+    for (float& value : values) value = std::min(std::max(value, low), high);
+  }
+};
+
+/// Usual distance of neighbours, in mm.
+double SpacingOf(std::size_t count, double radius) {
+  return radius * std::sqrt(3.14159 / static_cast<double>(count));
+}
+
+class PlateField final : public ValueField {
+ public:
+  PlateField(const std::vector<Sample>& samples, double radius)
+      : bounds_(samples),
+        pitch_(SpacingOf(samples.size(), radius) / kNodesBetweenSites),
+        smoothing_(ChosenFor(samples, radius)),
+        spline_(samples, {}, radius, smoothing_) {}
+
+  void Evaluate(const Lattice& lattice, double radius, std::span<float> values) const override {
+    // A spline of smooth data needn't be asked at every pixel.
+    if (pitch_ <= 1.3 * lattice.step) {
+      EvaluateAll(lattice, radius, values);
+    } else {
+      const Lattice coarse = Around(lattice);
+      std::vector<float> nodes(coarse.Size());
+      EvaluateAll(coarse, radius + 4 * pitch_, nodes);
+      Refine(coarse, nodes, lattice, values);
+    }
+    bounds_.Keep(values);
+  }
+
+  std::string Method() const override {
+    return smoothing_ > 0 ? "thin-plate spline with smoothing" : "thin-plate spline";
+  }
+
+ private:
+  static constexpr double kNodesBetweenSites = 5;
+
+  /// The smoothing by which sites are foretold best.
+  double ChosenFor(const std::vector<Sample>& samples, double radius) {
+    static constexpr std::array kSmoothings = {0.0, 0.003, 0.03, 0.3, 3.0};
+    const auto errors = ThinPlate::SquaredErrors(samples, {}, radius, kSmoothings);
+    const auto best = std::min_element(errors.begin(), errors.end());
+    error_ = *best < kNever ? std::sqrt(*best / static_cast<double>(samples.size())) : 0;
+    return kSmoothings[static_cast<std::size_t>(best - errors.begin())];
+  }
+
+  Lattice Around(const Lattice& fine) const {
+    const auto across = [&](int count) {
+      return static_cast<int>(std::ceil((count - 1) * fine.step / pitch_)) + 5;
+    };
+    return {fine.x0 - 2 * pitch_, fine.y0 + 2 * pitch_, pitch_, across(fine.columns),
+            across(fine.rows)};
+  }
+
+  void EvaluateAll(const Lattice& lattice, double radius, std::span<float> values) const {
+    std::fill(values.begin(), values.end(), 0.0F);
+    const auto columns = static_cast<std::size_t>(lattice.columns);
+    const std::vector<float> ones(columns, 1.0F);
+    std::vector<float> x(columns);
+    for (std::size_t i = 0; i < columns; ++i) {
+      x[i] = static_cast<float>(lattice.X(static_cast<int>(i)));
+    }
+    for (int row = 0; row < lattice.rows; ++row) {
+      const double y = lattice.Y(row);
+      const double half = radius * radius - y * y;
+      if (half < 0) continue;
+      const double reach = std::sqrt(half);
+      const auto column_at = [&](double place) {
+        return std::clamp((place - lattice.x0) / lattice.step, -1.0, lattice.columns + 1.0);
+      };
+      const auto first = static_cast<std::size_t>(std::max(0.0, std::ceil(column_at(-reach))));
+      const auto end = static_cast<std::size_t>(
+          std::clamp(std::floor(column_at(reach)) + 1, 0.0, double(lattice.columns)));
+      if (first >= end) continue;
+      spline_.Add(std::span(x).subspan(first, end - first), static_cast<float>(y),
+                  std::span(ones).first(end - first),
+                  values.subspan(static_cast<std::size_t>(row) * columns + first, end - first));
+    }
+  }
+
+  Bounds bounds_;
+  double pitch_;
+  double smoothing_;
+  ThinPlate spline_;
+};
+
+/// The one of least squares; level where the sites don't tell.
+struct Plane {
+  double level = 0;
+  double across = 0;
+  double up = 0;
+
+  explicit Plane(const std::vector<Sample>& samples) {
+    const auto count = static_cast<double>(samples.size());
+    double x = 0, y = 0, value = 0;
+    for (const Sample& s : samples) x += s.x / count, y += s.y / count, value += s.value / count;
+    double xx = 0, xy = 0, yy = 0, xv = 0, yv = 0;
+    for (const Sample& s : samples) {
+      xx += (s.x - x) * (s.x - x);
+      xy += (s.x - x) * (s.y - y);
+      yy += (s.y - y) * (s.y - y);
+      xv += (s.x - x) * (s.value - value);
+      yv += (s.y - y) * (s.value - value);
+    }
+    const double square = xx * yy - xy * xy;
+    if (square > 1e-9 * xx * yy) {
+      across = (xv * yy - yv * xy) / square;
+      up = (yv * xx - xv * xy) / square;
+    }
+    level = value - across * x - up * y;
+  }
+  double At(double x, double y) const { return level + across * x + up * y; }
+};
+
+constexpr double kPrecision = 0.002;  // of what the values vary
+constexpr double kTrialPrecision = 0.01;
+constexpr std::size_t kPart = 10;  // of the sites is left out in a trial
+
+/// Sites foretold by a spline near the others.
+class Trial {
+ public:
+  Trial(LatticeSpline spline, const std::vector<Sample>& samples, std::size_t turn)
+      : spline_(std::move(spline)) {
+    std::vector<Sample> kept;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+      (i % kPart == turn ? left_out_ : kept).push_back(samples[i]);
+    }
+    spline_.Add(kept);
+  }
+  std::size_t Count() const { return left_out_.size(); }
+  const std::vector<float>& Found() const { return found_; }
+  double SquaredErrors(double bending) {
+    found_ = spline_.Solve(bending, kTrialPrecision, std::move(found_));
+    double sum = 0;
+    for (const Sample& sample : left_out_) {
+      const double error = spline_.At(found_, sample.x, sample.y) - sample.value;
+      sum += error * error;
+    }
+    return sum;
+  }
+
+ private:
+  LatticeSpline spline_;
+  std::vector<Sample> left_out_;
+  std::vector<float> found_;
+};
+
+class LatticeField final : public ValueField {
+ public:
+  LatticeField(std::vector<Sample> samples, double radius) : bounds_(samples), plane_(samples) {
+    double reach = radius;
+    for (Sample& sample : samples) {
+      sample.value -= plane_.At(sample.x, sample.y);
+      reach = std::max({reach, std::abs(sample.x), std::abs(sample.y)});
+    }
+    spacing_ = SpacingOf(samples.size(), radius);
+    pitch_ = spacing_ * (samples.size() <= kMany ? 1.0 : 1.6);
+    std::vector<float> found = Choose(samples, reach);
+    LatticeSpline spline({reach, reach}, pitch_);
+    spline.Add(samples);
+    knots_ = spline.Knots();
+    coefficients_ = spline.Solve(bending_, kPrecision, std::move(found));
+  }
+
+  void Evaluate(const Lattice& lattice, double, std::span<float> values) const override {
+    Refine(knots_, coefficients_, lattice, values, Points::Coefficients);
+    float* value = values.data();
+    for (int row = 0; row < lattice.rows; ++row) {
+      const auto start = static_cast<float>(plane_.At(lattice.x0, lattice.Y(row)));
+      const auto step = static_cast<float>(plane_.across * lattice.step);
+      for (int i = 0; i < lattice.columns; ++i) *value++ += start + step * static_cast<float>(i);
+    }
+    bounds_.Keep(values);
+  }
+
+  std::string Method() const override { return "smoothing spline"; }
+
+ private:
+  static constexpr std::size_t kMany = 4000;
+
+  /// The weight of bending by which sites that were left out are foretold best. A strip through
+  /// the middle tells it for very many sites.
+  /// Coefficients to begin with, where they are for the same knots.
+  std::vector<float> Choose(const std::vector<Sample>& samples, double reach) {
+    static constexpr std::array kWeights = {10.0, 1.0, 0.1, 0.01, 0.001};
+    std::vector<Sample> strip;
+    const double share =
+        std::min(1.0, static_cast<double>(kMany) / static_cast<double>(samples.size()));
+    const double half = share < 1 ? share * reach : reach;
+    std::copy_if(samples.begin(), samples.end(), std::back_inserter(strip),
+                 [half](const Sample& sample) { return std::abs(sample.y) <= half; });
+    std::vector<Trial> trials;
+    for (std::size_t turn = 0; turn < std::clamp<std::size_t>(1000 / strip.size(), 1, kPart);
+         ++turn) {
+      trials.emplace_back(LatticeSpline({reach, half}, pitch_), strip, turn);
+    }
+    double least = kNever;
+    std::vector<float> found;
+    for (const double weight : kWeights) {
+      double sum = 0;
+      std::size_t count = 0;
+      for (Trial& trial : trials) {
+        sum += trial.SquaredErrors(weight * spacing_ * spacing_);
+        count += trial.Count();
+      }
+      // Less smoothing than the noise calls for only gets worse.
+      if (sum >= least) break;
+      least = sum;
+      error_ = std::sqrt(sum / static_cast<double>(std::max<std::size_t>(count, 1)));
+      bending_ = weight * spacing_ * spacing_;
+      found = trials.front().Found();
+    }
+    return share < 1 ? std::vector<float>() : found;
+  }
+
+  Bounds bounds_;
+  Plane plane_;
+  double spacing_ = 1;
+  double pitch_ = 1;
+  double bending_ = 1;
+  Lattice knots_;
+  std::vector<float> coefficients_;
+};
+
+}  // namespace
+
+std::shared_ptr<const ValueField> MakePlateField(std::vector<Sample> samples, double radius) {
+  return std::make_shared<PlateField>(samples, radius);
+}
+
+std::shared_ptr<const ValueField> MakeLatticeField(std::vector<Sample> samples, double radius) {
+  return std::make_shared<LatticeField>(std::move(samples), radius);
+}
+
+}  // namespace discoplan::figures

@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/headless/run_deflater.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <cstring>
+#include <numeric>
+
+namespace discoplan {
+namespace {
+
+constexpr std::size_t kBlock = 1 << 15;     // tokens
+constexpr std::ptrdiff_t kPiece = 1 << 14;  // bytes
+constexpr std::size_t kLeastRun = 3;
+constexpr std::size_t kMostRun = 258;
+constexpr std::size_t kEnd = 256;
+constexpr std::uint16_t kFirstRun = 512;  // tokens of runs are their lengths from there on
+constexpr unsigned kLongestCode = 15;
+
+/// How a run of a length is written.
+struct RunCode {
+  std::uint16_t symbol;
+  std::uint8_t extra;
+  std::uint8_t rest;  // the extra bits
+};
+
+constexpr std::array<RunCode, kMostRun + 1> MakeRunCodes() {
+  std::array<RunCode, kMostRun + 1> codes = {};
+  std::size_t length = kLeastRun;
+  for (std::uint16_t symbol = 257; symbol <= 284; ++symbol) {
+    const int extra = symbol < 265 ? 0 : (symbol - 261) / 4;
+    for (int rest = 0; rest < 1 << extra && length < kMostRun; ++rest, ++length) {
+      codes[length] = {symbol, static_cast<std::uint8_t>(extra), static_cast<std::uint8_t>(rest)};
+    }
+  }
+  codes[kMostRun] = {285, 0, 0};
+  return codes;
+}
+constexpr std::array<RunCode, kMostRun + 1> kRunCodes = MakeRunCodes();
+
+/// Lengths of the shortest codes for such counts; 0 for what never comes.
+template <std::size_t kCount>
+std::array<std::uint8_t, kCount> LengthsFor(std::array<std::uint32_t, kCount> counts) {
+  struct Node {
+    std::uint64_t count;
+    int left;
+    int right;
+  };
+  while (true) {
+    std::vector<Node> nodes;
+    std::vector<std::size_t> symbols;
+    for (std::size_t i = 0; i < kCount; ++i) {
+      if (counts[i] > 0) symbols.push_back(i);
+    }
+    std::stable_sort(symbols.begin(), symbols.end(),
+                     [&](std::size_t a, std::size_t b) { return counts[a] < counts[b]; });
+    for (const std::size_t symbol : symbols) nodes.push_back({counts[symbol], -1, -1});
+    const std::size_t leaves = nodes.size();
+    // The two rarest are joined, again and again: joints come in the order of their counts.
+    std::size_t leaf = 0;
+    std::size_t joint = leaves;
+    const auto rarest = [&] {
+      const bool takes_leaf =
+          leaf < leaves && (joint >= nodes.size() || nodes[leaf].count <= nodes[joint].count);
+      return takes_leaf ? leaf++ : joint++;
+    };
+    for (std::size_t i = 1; i < leaves; ++i) {
+      const std::size_t a = rarest();
+      const std::size_t b = rarest();
+      nodes.push_back({nodes[a].count + nodes[b].count, static_cast<int>(a), static_cast<int>(b)});
+    }
+    std::vector<unsigned> depth(nodes.size());
+    for (std::size_t i = nodes.size(); i-- > leaves;) {
+      for (const int child : {nodes[i].left, nodes[i].right}) {
+        depth[static_cast<std::size_t>(child)] = depth[i] + 1;
+      }
+    }
+    std::array<std::uint8_t, kCount> lengths = {};
+    unsigned longest = 0;
+    for (std::size_t i = 0; i < leaves; ++i) {
+      const unsigned length = std::max(depth[i], 1u);
+      lengths[symbols[i]] = static_cast<std::uint8_t>(length);
+      longest = std::max(longest, length);
+    }
+    if (longest <= kLongestCode) return lengths;
+    // Nearer to each other they get shorter codes.
+    for (std::uint32_t& count : counts) count = count > 0 ? count / 2 + 1 : 0;
+  }
+}
+
+/// The codes of such lengths, their first bit lowest.
+template <std::size_t kCount>
+std::array<std::uint16_t, kCount> CodesFor(const std::array<std::uint8_t, kCount>& lengths) {
+  std::array<unsigned, kLongestCode + 1> of_length = {};
+  for (const std::uint8_t length : lengths) ++of_length[length];
+  of_length[0] = 0;
+  std::array<unsigned, kLongestCode + 1> next = {};
+  for (std::size_t i = 1; i < next.size(); ++i) next[i] = (next[i - 1] + of_length[i - 1]) << 1;
+  std::array<std::uint16_t, kCount> codes = {};
+  for (std::size_t i = 0; i < kCount; ++i) {
+    unsigned code = next[lengths[i]]++;
+    for (unsigned bit = 0; bit < lengths[i]; ++bit, code >>= 1) {
+      codes[i] = static_cast<std::uint16_t>(codes[i] << 1 | (code & 1));
+    }
+  }
+  return codes;
+}
+
+}  // namespace
+
+RunDeflater::RunDeflater()
+    : out_{0x78, 0x01}, check_(static_cast<std::uint32_t>(adler32(0, nullptr, 0))) {
+  tokens_.reserve(kBlock + kPiece);
+}
+
+void RunDeflater::Put(std::uint64_t bits, unsigned count) {
+  bits_ |= bits << bit_count_;
+  bit_count_ += count;
+  while (bit_count_ >= 8) {
+    out_.push_back(static_cast<std::uint8_t>(bits_));
+    bits_ >>= 8;
+    bit_count_ -= 8;
+  }
+}
+
+void RunDeflater::Add(std::span<const std::uint8_t> bytes) {
+  check_ = static_cast<std::uint32_t>(
+      adler32(check_, bytes.data(), static_cast<unsigned>(bytes.size())));
+  const std::uint8_t* at = bytes.data();
+  const std::uint8_t* const end = at + bytes.size();
+  while (at < end) {
+    const std::uint8_t* const piece_end = at + std::min<std::ptrdiff_t>(end - at, kPiece);
+    // No more tokens than bytes.
+    tokens_.resize(count_ + kPiece);
+    Token* next = tokens_.data() + count_;
+    while (at < piece_end) {
+      const std::uint8_t byte = *at++;
+      *next++ = byte;
+      if (at == piece_end || *at != byte) continue;
+      const std::uint8_t* const start = at;
+      std::uint64_t eight;
+      const std::uint64_t same = byte * std::uint64_t{0x0101010101010101};
+      while (piece_end - at >= 8 && (std::memcpy(&eight, at, 8), eight == same)) at += 8;
+      while (at < piece_end && *at == byte) ++at;
+      auto length = static_cast<std::size_t>(at - start);
+      for (; length >= kLeastRun; length -= std::min(length, kMostRun)) {
+        *next++ = static_cast<Token>(kFirstRun + std::min(length, kMostRun));
+      }
+      for (; length > 0; --length) *next++ = byte;
+    }
+    count_ = static_cast<std::size_t>(next - tokens_.data());
+    if (count_ >= kBlock) EndBlock(false);
+  }
+}
+
+void RunDeflater::EndBlock(bool last) {
+  std::array<std::uint32_t, kSymbols> counts = {};
+  const auto symbol_of = [](Token token) {
+    return token < kFirstRun ? token : kRunCodes[token - kFirstRun].symbol;
+  };
+  tokens_.resize(count_);
+  for (const Token token : tokens_) ++counts[symbol_of(token)];
+  counts[kEnd] = 1;
+  const auto lengths = LengthsFor(counts);
+  const auto codes = CodesFor(lengths);
+  // A block with codes of its own: 286 symbols, one distance, and lengths of four bits each.
+  Put((last ? 1u : 0u) | 2u << 1, 3);
+  Put(kSymbols - 257, 5);
+  Put(0, 5);
+  Put(19 - 4, 4);
+  // In the order of the format, lengths that repeat come first; they aren't used.
+  for (unsigned i = 0; i < 19; ++i) Put(i < 3 ? 0 : 4, 3);
+  const auto put_length = [this](unsigned length) {
+    unsigned turned = 0;
+    for (unsigned bit = 0; bit < 4; ++bit) turned |= (length >> bit & 1) << (3 - bit);
+    Put(turned, 4);
+  };
+  for (const std::uint8_t length : lengths) put_length(length);
+  put_length(1);
+  // What is written for each token at once.
+  struct Written {
+    std::uint32_t bits;
+    std::uint32_t count;
+  };
+  std::array<Written, kFirstRun + kMostRun + 1> written = {};
+  for (std::size_t i = 0; i < kEnd; ++i) written[i] = {codes[i], lengths[i]};
+  for (std::size_t length = kLeastRun; length <= kMostRun; ++length) {
+    const RunCode& run = kRunCodes[length];
+    const unsigned own = lengths[run.symbol];
+    // Behind the extra bits is the one distance, a zero.
+    written[kFirstRun + length] = {codes[run.symbol] | static_cast<std::uint32_t>(run.rest) << own,
+                                   own + run.extra + 1u};
+  }
+  const std::size_t start = out_.size();
+  out_.resize(start + 3 * tokens_.size() + 8);
+  std::uint8_t* next = out_.data() + start;
+  std::uint64_t bits = bits_;
+  unsigned count = bit_count_;
+  for (const Token token : tokens_) {
+    const Written& each = written[token];
+    bits |= static_cast<std::uint64_t>(each.bits) << count;
+    count += each.count;
+    if (count < 32) continue;
+    for (int k = 0; k < 4; ++k) *next++ = static_cast<std::uint8_t>(bits >> 8 * k);
+    bits >>= 32;
+    count -= 32;
+  }
+  out_.resize(static_cast<std::size_t>(next - out_.data()));
+  bits_ = bits;
+  bit_count_ = count;
+  Put(0, 0);
+  Put(codes[kEnd], lengths[kEnd]);
+  count_ = 0;
+}
+
+std::vector<std::uint8_t> RunDeflater::Take() {
+  EndBlock(true);
+  if (bit_count_ > 0) Put(0, 8 - bit_count_);
+  for (const int shift : {24, 16, 8, 0}) out_.push_back(static_cast<std::uint8_t>(check_ >> shift));
+  return std::move(out_);
+}
+
+}  // namespace discoplan
