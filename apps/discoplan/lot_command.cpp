@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "apps/discoplan/beside.h"
+#include "apps/discoplan/lot_figures.h"
 #include "apps/discoplan/lot_request.h"
 #include "apps/discoplan/output.h"
 #include "hosts/headless/headless_host.h"
@@ -65,7 +66,9 @@ void AddLotCommand(CLI::App& program) {
       "  discoplan lot lot.csv -o lot.pdf --minus mean --residual plane\n"
       "  discoplan lot lot.csv -o sigma.svg --kind 2DS --figures mean,median,mad");
   command->callback([request] {
-    FormatOf(request->output) == FileFormat::Png ? Sheet(*request) : RunBeside(kReportProgram);
+    const bool is_png = FormatOf(request->output) == FileFormat::Png;
+    if (!request->look.classic) return PlotLotFigures(*request);
+    is_png ? Sheet(*request) : RunBeside(kReportProgram);
   });
 }
 

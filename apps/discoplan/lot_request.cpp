@@ -26,12 +26,6 @@ const LotPlot& PlotOf(const std::string& kind) {
   return *plot;
 }
 
-void RefuseOverwriting(const LotRequest& request) {
-  const std::vector<NamedFile> read = {{"DATA", request.data.path.string()},
-                                       {"--minus", request.derive.File()}};
-  RefuseOverwriting({"--output", request.output}, read);
-}
-
 /// Says how many wafers have too few sites for the kind of plot.
 void WarnOfEmptyPlots(const std::string& file, const LotPlot& plot, const LotSheet& sheet) {
   std::size_t empty = 0;
@@ -43,6 +37,12 @@ void WarnOfEmptyPlots(const std::string& file, const LotPlot& plot, const LotShe
 }
 
 }  // namespace
+
+void RefuseOverwriting(const LotRequest& request) {
+  const std::vector<NamedFile> read = {{"DATA", request.data.path.string()},
+                                       {"--minus", request.derive.File()}};
+  RefuseOverwriting({"--output", request.output}, read);
+}
 
 void AddLotOptions(CLI::App& command, LotRequest& request) {
   AddDataOptions(command, request.data);
@@ -90,6 +90,7 @@ void AddLotOptions(CLI::App& command, LotRequest& request) {
           "--size", [&request](const std::string& text) { request.size = ParsePageSize(text); },
           "Size of a page in pixels; on paper its sides are those of A4, in this proportion")
       ->default_str("1684x1191");
+  AddLookOptions(command, request.look);
 }
 
 LotPages::LotPages(const LotRequest& request)

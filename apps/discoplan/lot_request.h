@@ -18,9 +18,13 @@ struct LotRequest {
   std::string kind = "2D";
   std::string output;
   PixelSize size{1684, 1191};  ///< of a page
+  LookRequest look;
 };
 
 void AddLotOptions(CLI::App& command, LotRequest& request);
+
+/// Raises `UsageError` if the file to write is one to read.
+void RefuseOverwriting(const LotRequest& request);
 
 /// The pages of a lot, ready to be drawn.
 class LotPages {

@@ -7,6 +7,7 @@
 
 #include "apps/discoplan/checks.h"
 #include "apps/discoplan/data_options.h"
+#include "discoplan/analysis/figures_of_merit.h"
 #include "discoplan/figures/colour_map.h"
 
 namespace discoplan::app {
@@ -46,8 +47,18 @@ void TakePixels(PictureRequest& request) {
   throw UsageError("--size and --dpi make a picture of more than 10000 pixels; give less");
 }
 
-void AddLookOptions(CLI::App& command, PictureRequest& request) {
-  LookRequest& look = request.look;
+/// Figures of merit in per cent.
+std::vector<std::string> Uniformities() {
+  std::vector<std::string> keys;
+  for (const analysis::FigureOfMerit& figure : analysis::FiguresOfMerit()) {
+    if (figure.unit == analysis::UnitKind::Percent) keys.emplace_back(figure.key);
+  }
+  return keys;
+}
+
+}  // namespace
+
+void AddLookOptions(CLI::App& command, LookRequest& look) {
   command
       .add_option_function<std::string>(
           "--look", [&look](const std::string& name) { look.classic = name == "classic"; },
@@ -81,11 +92,31 @@ void AddLookOptions(CLI::App& command, PictureRequest& request) {
   command.add_flag("--no-isolines", look.no_isolines, "Leave out the lines of equal value");
   command.add_flag("--dark", look.dark, "Light on dark");
   command.add_flag("--transparent", look.transparent, "No background");
-  command.add_option("--dpi", request.dpi, "Dots per inch of a size in mm; 300 otherwise")
-      ->check(CLI::Range(30.0, 2400.0));
+  command
+      .add_option("--uniformity", look.uniformity,
+                  "Figure of the line below the title; std_dev_percent otherwise")
+      ->check(CLI::IsMember(Uniformities()));
+  command
+      .add_option("--view", look.view, "Surfaces and bars as seen from there, in degrees; 20 34")
+      ->expected(2)
+      ->type_name("ROTATION ELEVATION")
+      ->check(CLI::Range(-360.0, 360.0));
+  command.add_option("--cut", look.cut, "Ends of a line scan in mm; along X otherwise")
+      ->expected(4)
+      ->type_name("X1 Y1 X2 Y2")
+      ->check(FiniteNumber());
+  command.add_option("--control-limits", look.control_limits, "Of a histogram")
+      ->expected(2)
+      ->type_name("LOW HIGH")
+      ->check(FiniteNumber());
+  command.add_option("--bins", look.bins, "About as many in a histogram; 0 as the data call for")
+      ->check(CLI::Range(0, 200));
+  command
+      .add_option("--sigma-range", look.sigma_range,
+                  "Half the band of sigma ranges, in standard deviations")
+      ->check(CLI::Range(0.01, 100.0))
+      ->capture_default_str();
 }
-
-}  // namespace
 
 const std::array<std::string, 4>& NotchSides() {
   static const std::array<std::string, 4> sides = {"bottom", "left", "top", "right"};
@@ -106,7 +137,9 @@ void AddPictureOptions(CLI::App& command, PictureRequest& request) {
           "--size", [&request](const std::string& text) { request.size = ParseSize(text); },
           "Size of each plot in pixels or, as in 160x120mm, on paper")
       ->default_str("800x600");
-  AddLookOptions(command, request);
+  AddLookOptions(command, request.look);
+  command.add_option("--dpi", request.dpi, "Dots per inch of a size in mm; 300 otherwise")
+      ->check(CLI::Range(30.0, 2400.0));
   command.parse_complete_callback([&request] { TakePixels(request); });
 }
 

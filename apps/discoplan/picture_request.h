@@ -37,7 +37,15 @@ struct LookRequest {
   bool transparent = false;
   bool values = false;
   bool no_isolines = false;
+  std::string uniformity;
+  std::vector<double> view;  ///< Rotation and elevation in degrees; empty for the look's own.
+  std::vector<double> cut;   ///< X and Y of its ends in mm; empty for one through the centre.
+  std::vector<double> control_limits;  ///< Lower and upper; empty for none.
+  int bins = 0;
+  double sigma_range = 1;
 };
+/// Options of the modern look, and which look it is.
+void AddLookOptions(CLI::App& command, LookRequest& look);
 
 /// From "WIDTHxHEIGHT". Raises `UsageError`.
 PixelSize ParseSize(const std::string& text);

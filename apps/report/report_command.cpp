@@ -10,6 +10,7 @@
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/plot_request.h"
 #include "apps/discoplan/progress.h"
+#include "apps/report/figure_report.h"
 #include "apps/report/report_commands.h"
 #include "apps/report/report_page.h"
 #include "apps/report/vector_file.h"
@@ -35,7 +36,9 @@ struct ReportRequest {
   std::string title = "Wafer report";
   std::string lot;
   std::string wafer;
-  std::string units;
+  LookRequest look;
+  bool summary = false;
+  bool no_wafers = false;
 };
 
 struct MeasuredPage {
@@ -83,7 +86,8 @@ class ReportPrinter {
     line += "    " + std::filesystem::path(page.file).filename().string();
     if (page.named) line += "    " + page.parameter.Caption();
     if (!page.measured.left_out.empty()) line += "    " + page.measured.SitesText();
-    const std::string& units = request_.units.empty() ? page.parameter.unit : request_.units;
+    const std::string& units =
+        request_.look.units.empty() ? page.parameter.unit : request_.look.units;
     PrintReportPage(paper, size_, {request_.title, line, units}, plots);
   }
 
@@ -104,10 +108,25 @@ void Report(const ReportRequest& request) {
   }
   PageSize size = request.paper == "A4" ? kA4 : kLetter;
   if (request.landscape) std::swap(size.width, size.height);
-  ReportPrinter printer(request, size);
   std::vector<std::string> read = request.files;
   read.push_back(request.derive.File());
   RefuseOverwriting(request.plot, request.output, read);
+  if (!request.look.classic) {
+    return WriteFigureReport({.reading = request.reading,
+                              .derive = request.derive,
+                              .files = request.files,
+                              .plot = request.plot,
+                              .look = request.look,
+                              .output = request.output,
+                              .width = size.width / 20.0,
+                              .height = size.height / 20.0,
+                              .title = request.title,
+                              .lot = request.lot,
+                              .wafer = request.wafer,
+                              .summary = request.summary || request.no_wafers,
+                              .no_wafers = request.no_wafers});
+  }
+  ReportPrinter printer(request, size);
   const std::vector<MeasuredPage> pages = ReadAll(request);
   if (!request.wafer.empty() && pages.size() > 1) {
     throw UsageError("--wafer-id names one wafer, and the data have " +
@@ -149,12 +168,15 @@ void AddReportCommand(CLI::App& program) {
   command->add_option("--lot", request->lot, "Identification of the lot");
   command->add_option("--wafer-id", request->wafer,
                       "Identification of the wafer; its name in the data otherwise");
-  command->add_option("--units", request->units,
-                      "Unit of the values; as the data give it otherwise");
+  AddLookOptions(*command, request->look);
+  command->add_flag(
+      "--summary", request->summary,
+      "A cover with table and charts, and all wafers side by side, before their pages");
+  command->add_flag("--summary-only", request->no_wafers, "The cover and all wafers side by side");
   command->footer(
       "Examples:\n"
       "  discoplan report sites.csv -o report.pdf --units nm\n"
-      "  discoplan report lot.csv -o lot.pdf --kind 2D --kind histo --lot A1234\n"
+      "  discoplan report lot.csv -o lot.pdf --kind 2D --kind histo --lot A1234 --summary\n"
       "  discoplan report a.csv b.csv -o both.pdf --all --paper Letter --landscape");
   command->callback([request] {
     if (request->all) request->plot.kinds = {"all"};

@@ -22,6 +22,16 @@ Ticks TicksOf(const Axis& axis, int most) {
   return ticks;
 }
 
+/// Each of so many names has room.
+std::size_t NameStep(const Page& page, const Chart& chart) {
+  double widest = 0;
+  for (const std::string& name : chart.x.names) {
+    widest = std::max(widest, page.Width(name, 0.95 * page.Em()));
+  }
+  const double pitch = chart.area.Width() / (chart.x.high - chart.x.low);
+  return static_cast<std::size_t>(std::max(1.0, std::ceil((widest + 0.4 * page.Em()) / pitch)));
+}
+
 }  // namespace
 
 Chart AddChart(Page& page, const Axis& x, const Axis& y) {
@@ -37,7 +47,7 @@ Chart AddChart(Page& page, const Axis& x, const Axis& y) {
               .y = y};
   const Box& area = chart.area;
   Ticks across;
-  for (int most = 10; most >= 2; --most) {
+  for (int most = 10; most >= 2 && x.names.empty(); --most) {
     across = TicksOf(x, most);
     const double room = area.Width() * across.step / (x.high - x.low);
     if (WidestOf(page, across, size) + em < room) break;
@@ -48,14 +58,20 @@ Chart AddChart(Page& page, const Axis& x, const Axis& y) {
     page.Put({.text = down.Text(tick), .size = size, .colour = page.Ink().text},
              {area.left - 0.6 * em, at}, Align::End);
   }
+  const auto mark = [&](double value, const std::string& text) {
+    const double at = chart.X(value);
+    page.Line({at, area.bottom}, {at, area.bottom + 0.3 * em}, page.Ink().rim, page.Hair());
+    const double half = page.Width(text, size) / 2;
+    page.Put({.text = text, .size = size, .colour = page.Ink().text},
+             {std::min(at, free.right - half), area.bottom + em}, Align::Middle);
+  };
   for (const double tick : across.values) {
     const double at = chart.X(tick);
     page.Line({at, area.top}, {at, area.bottom}, page.Ink().grid, page.Hair());
-    page.Line({at, area.bottom}, {at, area.bottom + 0.3 * em}, page.Ink().rim, page.Hair());
-    const double half = page.Width(across.Text(tick), size) / 2;
-    const double shown = std::min(at, free.right - half);
-    page.Put({.text = across.Text(tick), .size = size, .colour = page.Ink().text},
-             {shown, area.bottom + em}, Align::Middle);
+    mark(tick, across.Text(tick));
+  }
+  for (std::size_t i = 0; i < x.names.size(); i += NameStep(page, chart)) {
+    mark(static_cast<double>(i) + 1, x.names[i]);
   }
   page.Line({area.left, area.bottom}, {area.right, area.bottom}, page.Ink().rim, 1.3 * page.Hair());
   page.Line({area.left, area.top}, {area.left, area.bottom}, page.Ink().rim, 1.3 * page.Hair());

@@ -152,8 +152,9 @@ void DrawMap(Sketch sketch) {
   if (style.isolines) {
     const auto on = [&](double level) { return LineOn(scale.Colour(level)); };
     const auto letters = [&](double level) { return LettersOn(scale.Colour(level)); };
-    AddContours(page, frame, plot, *field, *coverage, scale.ticks,
-                {.colour = on, .label = letters, .width = 0.8 * page.Hair()});
+    AddContours(
+        page, frame, plot, *field, *coverage, scale.ticks,
+        {.colour = on, .label = letters, .width = 0.8 * page.Hair(), .labels = !style.small});
   }
   DrawEdge(page, frame, plot);
   DrawRim(page, frame, plot);
@@ -215,6 +216,7 @@ void DrawSigmaMap(Sketch sketch) {
               {.colour = colour,
                .label = [](double) { return Rgb(0x14171C); },
                .width = page.Hair(),
+               .labels = !style.small,
                .halo = 0.2 * page.Em(),
                .halo_colour = classes.scale.bands[1]});
   DrawEdge(page, frame, plot);
@@ -250,7 +252,8 @@ void DrawContours(Sketch sketch) {
   AddContours(page, frame, plot, *field, *coverage, levels,
               {.colour = [&](double level) { return Mix(lines.Colour(level), ink, 0.3); },
                .label = [&](double) { return ink; },
-               .width = 1.4 * page.Hair()});
+               .width = 1.4 * page.Hair(),
+               .labels = !style.small});
   DrawEdge(page, frame, plot);
   DrawRim(page, frame, plot);
   if (style.site_dots) DrawDots(page, frame, plot, 0.8);

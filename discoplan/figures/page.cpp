@@ -3,6 +3,8 @@
 
 #include <cmath>
 
+#include "discoplan/analysis/figures_of_merit.h"
+
 namespace discoplan::figures {
 namespace {
 
@@ -29,6 +31,20 @@ constexpr double kPi = 3.14159265358979;
 std::size_t CharacterLength(char lead) {
   const auto byte = static_cast<unsigned char>(lead);
   return byte < 0x80 ? 1 : byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
+}
+
+/// Empty where it has no meaning, as for values on both sides of 0.
+std::string UniformityText(const WaferPlot& plot, const Summary& summary, const std::string& key) {
+  if (summary.low <= 0 && summary.high >= 0) return {};
+  if (key == Style().uniformity) {
+    return "\u03C3/mean " + NumberText(100 * summary.sigma / std::abs(summary.mean), 3) + " %";
+  }
+  const analysis::FigureOfMerit* figure = analysis::FindFigure(key);
+  if (figure == nullptr) return {};
+  const analysis::Sample sample(
+      std::vector<double>(plot.sites.value.begin(), plot.sites.value.end()));
+  const std::optional<double> value = figure->compute(sample);
+  return value ? std::string(figure->title) + " " + NumberText(*value, 3) + " %" : std::string();
 }
 
 }  // namespace
@@ -164,14 +180,21 @@ void Page::Line(Point a, Point b, Rgba colour, double width, double dash) {
   Add(PathShape{.path = std::move(path), .stroke = {width, colour, dash}});
 }
 
-void Page::Title(std::string_view title) {
-  const double size = 1.35 * em_;
+void Page::Title(std::string_view title, std::string_view flag) {
+  const double size = (style_.small ? 1 : 1.35) * em_;
   const std::string shown = Shortened(title, free_.Width(), size, true);
   if (shown.empty()) return;
   const double height = (kAscent + kDescent) * size;
-  Put({.text = shown, .size = size, .bold = true, .colour = inks_.text},
-      {free_.left, free_.top + height / 2}, Align::Start);
-  free_.top += height + 0.35 * em_;
+  const double y = free_.top + height / 2;
+  Put({.text = shown, .size = size, .bold = true, .colour = inks_.text}, {free_.left, y},
+      Align::Start);
+  const double start = free_.left + Width(shown, size, true) + 0.6 * size;
+  const std::string flagged = Shortened(flag, free_.right - start, size, true);
+  if (!flagged.empty()) {
+    Put({.text = flagged, .size = size, .bold = true, .colour = inks_.accent}, {start, y},
+        Align::Start);
+  }
+  free_.top += height + (style_.small ? 0.1 : 0.35) * em_;
   figure_.title = title;
 }
 
@@ -218,7 +241,7 @@ std::string WithUnit(const std::string& number, const WaferPlot& plot) {
 
 void AddWords(Page& page, const WaferPlot& plot, const Summary& summary,
               const std::vector<std::string>& notes) {
-  page.Title(plot.title);
+  page.Title(plot.title, plot.flag);
   std::vector<std::string> items;
   const double range = summary.high - summary.low;
   // As many digits as tell the values apart.
@@ -228,12 +251,16 @@ void AddWords(Page& page, const WaferPlot& plot, const Summary& summary,
   const auto number = [&](double value, int more) {
     return plain ? FixedText(value, std::max(0, digits - 1 + more)) : NumberText(value, 5);
   };
+  if (page.Look().small) {
+    const std::string sigma = summary.count > 1 ? " \u00B1 " + number(summary.sigma, 1) : "";
+    page.Items({number(summary.mean, 1) + sigma}, 1, true);
+    return;
+  }
   items.push_back("mean " + WithUnit(number(summary.mean, 0), plot));
   items.push_back("\u03C3 " + WithUnit(number(summary.sigma, 1), plot));
-  // Of values on both sides of 0 it says nothing.
-  if (summary.low > 0 || summary.high < 0) {
-    items.push_back("\u03C3/mean " + NumberText(100 * summary.sigma / std::abs(summary.mean), 3) +
-                    " %");
+  if (const std::string text = UniformityText(plot, summary, page.Look().uniformity);
+      !text.empty()) {
+    items.push_back(text);
   }
   items.push_back("range " + number(range, 0) + " (" + number(summary.low, 0) + " to " +
                   WithUnit(number(summary.high, 0), plot) + ")");

@@ -83,7 +83,7 @@ class Page {
   void Line(Point a, Point b, Rgba colour, double width, double dash = 0);
 
   /// Takes the title from the top of what is free.
-  void Title(std::string_view title);
+  void Title(std::string_view title, std::string_view flag = {});
   /// Lines of items, the first ones most important: those that don't fit into `most` lines are left
   /// out from the end. From the top or from the bottom of what is free.
   void Items(const std::vector<std::string>& items, int most, bool at_top);
@@ -142,7 +142,8 @@ struct Axis {
   double low = 0;
   double high = 1;
   std::string label = {};
-  bool whole = false;  ///< Counts: no ticks between whole numbers.
+  bool whole = false;                   ///< Counts: no ticks between whole numbers.
+  std::vector<std::string> names = {};  ///< Of the places 1, 2, ... in place of numbers.
 };
 struct Chart {
   Box area;  ///< Between the axes.

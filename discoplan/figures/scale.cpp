@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <cmath>
 
 #include "discoplan/figures/page.h"
@@ -92,6 +93,21 @@ void AddColourBar(Page& page, const Scale& scale, const WaferPlot& plot) {
   }
   page.Add(PathShape{.path = Rectangle(area), .stroke = {page.Hair(), page.Ink().rim}});
   page.Reserve(area);
+  // An arrow where values go beyond the end.
+  const auto [least, most] = std::minmax_element(plot.sites.value.begin(), plot.sites.value.end());
+  const auto arrow = [&](double end, double tip, Rgba colour) {
+    Path path;
+    path.Polygon({{area.left, end}, {area.Centre().x, tip}, {area.right, end}});
+    page.Add(PathShape{
+        .path = std::move(path), .fill = colour, .stroke = {page.Hair(), page.Ink().rim}});
+  };
+  const double slack = 1e-6 * (scale.high - scale.low);
+  if (*most > scale.high + slack) {
+    arrow(area.top, area.top - 0.65 * em, scale.Colour(scale.high));
+  }
+  if (*least < scale.low - slack) {
+    arrow(area.bottom, area.bottom + 0.65 * em, scale.Colour(scale.low));
+  }
   for (const double tick : scale.ticks.values) {
     const double y = area.bottom - scale.Part(tick) * area.Height();
     page.Line({area.right, y}, {area.right + 0.3 * em, y}, page.Ink().rim, page.Hair());

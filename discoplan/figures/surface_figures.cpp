@@ -14,12 +14,15 @@ constexpr double kGap = 0.10;      // between the base and the lowest value
 /// The wafer as seen from in front and above; lengths in parts of its radius.
 class View {
  public:
-  View(const Box& area, const Scale& scale) : scale_(scale) {
-    const double deep = 2 * std::sin(kElevation);
+  View(const Box& area, const Scale& scale, const Style& style)
+      : scale_(scale),
+        rotation_(style.rotation * kTurn / 360),
+        elevation_(std::clamp(style.elevation, 10.0, 80.0) * kTurn / 360) {
+    const double deep = 2 * std::sin(elevation_);
     // What the width leaves free goes to the height, within reason.
     const double free = 2 * area.Height() / area.Width() - deep;
-    height_ = std::clamp(free / std::cos(kElevation) / (1 + kGap), 0.5, 0.85);
-    const double up = height_ * (1 + kGap) * std::cos(kElevation);
+    height_ = std::clamp(free / std::cos(elevation_) / (1 + kGap), 0.5, 0.85);
+    const double up = height_ * (1 + kGap) * std::cos(elevation_);
     unit_ = std::min(area.Width() / 2, area.Height() / (deep + up));
     origin_ = {area.Centre().x, area.Centre().y + unit_ * up / 2};
   }
@@ -29,20 +32,19 @@ class View {
     return height_ * (kGap + std::clamp(scale_.Part(value), 0.0, 1.0));
   }
   /// Away from the viewer.
-  static double Depth(Point p) { return p.x * std::sin(kRotation) + p.y * std::cos(kRotation); }
+  double Depth(Point p) const { return p.x * std::sin(rotation_) + p.y * std::cos(rotation_); }
   Point At(Point p, double height) const {
-    const double across = p.x * std::cos(kRotation) - p.y * std::sin(kRotation);
+    const double across = p.x * std::cos(rotation_) - p.y * std::sin(rotation_);
     return {origin_.x + unit_ * across,
-            origin_.y - unit_ * (Depth(p) * std::sin(kElevation) + height * std::cos(kElevation))};
+            origin_.y - unit_ * (Depth(p) * std::sin(elevation_) + height * std::cos(elevation_))};
   }
   /// Where the wafer is farthest to the left.
-  static Point LeftMost() { return {-std::cos(kRotation), std::sin(kRotation)}; }
+  Point LeftMost() const { return {-std::cos(rotation_), std::sin(rotation_)}; }
 
  private:
-  static constexpr double kRotation = 0.35;
-  static constexpr double kElevation = 0.60;
-
   const Scale& scale_;
+  double rotation_;
+  double elevation_;
   double unit_ = 1;
   double height_ = 0.6;  // of the whole range of values, in parts of the wafer's radius
   Point origin_;
@@ -115,7 +117,7 @@ void DrawBase(Page& page, const View& view, const WaferPlot& plot) {
 void DrawHeightAxis(Page& page, const View& view, const Scale& scale, const Ticks& ticks,
                     const WaferPlot& plot) {
   const double em = page.Em();
-  const Point foot = View::LeftMost();
+  const Point foot = view.LeftMost();
   const double left = view.At(foot, 0).x - 0.7 * em;
   const auto y_of = [&](double value) { return view.At(foot, view.HeightOf(value)).y; };
   page.Line({left, y_of(scale.low)}, {left, y_of(scale.high)}, page.Ink().rim, page.Hair());
@@ -165,8 +167,57 @@ class Border {
   Point middle_;
 };
 
+/// A corner of a face on the page, with its value.
+struct Corner {
+  Point at;
+  double value;
+};
+
+/// What of a face lies above a value, or below it (I. Sutherland, G. Hodgman, 1974).
+std::vector<Corner> Cut(const std::vector<Corner>& face, double value, bool above) {
+  std::vector<Corner> kept;
+  for (std::size_t i = 0; i < face.size(); ++i) {
+    const Corner& a = face[i];
+    const Corner& b = face[(i + 1) % face.size()];
+    const bool a_in = above ? a.value >= value : a.value <= value;
+    const bool b_in = above ? b.value >= value : b.value <= value;
+    if (a_in) kept.push_back(a);
+    if (a_in == b_in) continue;
+    const double part = (value - a.value) / (b.value - a.value);
+    kept.push_back({a.at + (b.at - a.at) * part, value});
+  }
+  return kept;
+}
+
+/// In one colour, or in those of its bands with straight edges between them.
+void AddShadedFace(Page& page, const std::vector<Corner>& face, const Scale& scale, double light) {
+  const auto add = [&](const std::vector<Corner>& piece, double value) {
+    std::vector<Point> corners;
+    for (const Corner& corner : piece) corners.push_back(corner.at);
+    AddFace(page, Grown(std::move(corners), kOverlap), Lit(scale.Colour(value), light));
+  };
+  const auto [low, high] = std::minmax_element(
+      face.begin(), face.end(), [](const Corner& a, const Corner& b) { return a.value < b.value; });
+  const auto bands = static_cast<double>(scale.bands.size());
+  const auto band_of = [&](double value) {
+    return std::clamp(std::floor(scale.Part(value) * bands), 0.0, bands - 1);
+  };
+  double sum = 0;
+  for (const Corner& corner : face) sum += corner.value / static_cast<double>(face.size());
+  if (bands == 0 || band_of(low->value) == band_of(high->value)) return add(face, sum);
+  for (double band = band_of(low->value); band <= band_of(high->value); ++band) {
+    const auto edge = [&](double number) {
+      return scale.low + number / bands * (scale.high - scale.low);
+    };
+    std::vector<Corner> piece = face;
+    if (band > band_of(low->value)) piece = Cut(piece, edge(band), true);
+    if (band < band_of(high->value)) piece = Cut(piece, edge(band + 1), false);
+    if (piece.size() >= 3) add(piece, edge(band + 0.5));
+  }
+}
+
 void DrawFaces(Page& page, const View& view, const WaferPlot& plot, const Scale& scale,
-               const ValueField& field) {
+               const ValueField& field, const Coverage& coverage) {
   const Sampled values(field, plot.diameter / 2);
   const Border border(plot);
   // As fine as is seen.
@@ -201,7 +252,7 @@ void DrawFaces(Page& page, const View& view, const WaferPlot& plot, const Scale&
       Face face{0,
                 {number(ring, sector), number(ring + 1, sector), number(ring + 1, sector + 1),
                  number(ring, sector + 1)}};
-      for (const std::size_t corner : face.corners) face.depth += View::Depth(nodes[corner].place);
+      for (const std::size_t corner : face.corners) face.depth += view.Depth(nodes[corner].place);
       faces.push_back(face);
     }
   }
@@ -222,19 +273,25 @@ void DrawFaces(Page& page, const View& view, const WaferPlot& plot, const Scale&
     const double nz = p.x * q.y - p.y * q.x;
     const double length = std::sqrt(nx * nx + ny * ny + nz * nz);
     const double light = length > 0 ? (-0.55 * nx + 0.25 * ny + 0.79 * nz) / length - 0.79 : 0;
-    const double value = (a.value + b.value + c.value + d.value) / 4;
-    AddFace(page,
-            Grown({view.At(a.place, a.height), view.At(b.place, b.height),
-                   view.At(c.place, c.height), view.At(d.place, d.height)},
-                  kOverlap),
-            Lit(scale.Colour(value), 0.55 * light));
+    const std::vector<Corner> corners = {{view.At(a.place, a.height), a.value},
+                                         {view.At(b.place, b.height), b.value},
+                                         {view.At(c.place, c.height), c.value},
+                                         {view.At(d.place, d.height), d.value}};
+    if (coverage.IsFar((a.place + c.place) * (plot.diameter / 4))) {
+      std::vector<Point> points;
+      for (const Corner& corner : corners) points.push_back(corner.at);
+      AddFace(page, Grown(std::move(points), kOverlap), Lit(page.Ink().hatch, 0.55 * light));
+    } else {
+      AddShadedFace(page, corners, scale, 0.55 * light);
+    }
   }
   // The wall under the rim, where it faces the viewer.
   for (int sector = 0; sector < sectors; ++sector) {
     const Node& a = nodes[number(rings, sector)];
     const Node& b = nodes[number(rings, sector + 1)];
-    if (View::Depth((a.place + b.place) * 0.5) > 0) continue;
-    const Rgba wall = Mix(scale.Colour((a.value + b.value) / 2), page.Ink().soft, 0.55);
+    if (view.Depth((a.place + b.place) * 0.5) > 0) continue;
+    // Bare, so that no colour is seen that the scale doesn't have.
+    const Rgba wall = Lit(page.Ink().nothing, -0.12);
     AddFace(page,
             Grown({view.At(a.place, a.height), view.At(b.place, b.height), view.At(b.place, 0),
                    view.At(a.place, 0)},
@@ -246,7 +303,7 @@ void DrawFaces(Page& page, const View& view, const WaferPlot& plot, const Scale&
   for (int sector = 0; sector < sectors; ++sector) {
     const Node& a = nodes[number(rings, sector)];
     const Node& b = nodes[number(rings, sector + 1)];
-    if (View::Depth(a.place) > 0 || View::Depth(b.place) > 0) continue;
+    if (view.Depth(a.place) > 0 || view.Depth(b.place) > 0) continue;
     rim.Line({view.At(a.place, a.height), view.At(b.place, b.height)});
   }
   page.Add(PathShape{.path = std::move(rim), .stroke = {0.7 * page.Hair(), page.Ink().rim}});
@@ -260,14 +317,14 @@ Scale HeightScale(const WaferPlot& plot, const Summary& summary, const Style& st
 }
 
 void DrawSurfaceWith(Sketch& sketch, const Scale& colours, const Scale& heights,
-                     const ValueField& field) {
+                     const ValueField& field, const Coverage& coverage) {
   Page& page = sketch.page;
   Ticks ticks = RoundTicks(heights.low, heights.high, 5);
   const double room = AxisRoom(page, ticks);
   page.Free().left += room;
-  const View view(page.Free(), heights);
+  const View view(page.Free(), heights, sketch.style);
   DrawBase(page, view, sketch.plot);
-  DrawFaces(page, view, sketch.plot, colours, field);
+  DrawFaces(page, view, sketch.plot, colours, field, coverage);
   DrawHeightAxis(page, view, heights, ticks, sketch.plot);
 }
 
@@ -277,22 +334,27 @@ void DrawSurface(Sketch sketch) {
   auto& [page, plot, summary, style] = sketch;
   const Scale scale = MakeScale(plot, summary, style, 7);
   const auto field = FieldOf(plot, style);
+  const Coverage coverage(plot);
   std::vector<std::string> notes = {MethodNote(*field, plot)};
+  if (coverage.HasFar()) notes.insert(notes.begin(), coverage.Note("grey"));
   if (const std::string beyond = BeyondNote(plot, scale); !beyond.empty()) {
     notes.insert(notes.begin(), beyond);
   }
   AddWords(page, plot, summary, notes);
   if (style.legend) AddColourBar(page, scale, plot);
-  DrawSurfaceWith(sketch, scale, scale, *field);
+  DrawSurfaceWith(sketch, scale, scale, *field, coverage);
 }
 
 void DrawSigmaSurface(Sketch sketch) {
   auto& [page, plot, summary, style] = sketch;
   const SigmaClasses classes = ClassesOf(plot, summary, style);
   const auto field = FieldOf(plot, style);
-  AddWords(page, plot, summary, {MethodNote(*field, plot)});
+  const Coverage coverage(plot);
+  std::vector<std::string> notes = {MethodNote(*field, plot)};
+  if (coverage.HasFar()) notes.insert(notes.begin(), coverage.Note("grey"));
+  AddWords(page, plot, summary, notes);
   if (style.legend) AddSigmaKey(page, plot, classes);
-  DrawSurfaceWith(sketch, classes.scale, HeightScale(plot, summary, style), *field);
+  DrawSurfaceWith(sketch, classes.scale, HeightScale(plot, summary, style), *field, coverage);
 }
 
 void DrawBars(Sketch sketch) {
@@ -304,7 +366,7 @@ void DrawBars(Sketch sketch) {
   if (style.legend) AddColourBar(page, scale, plot);
   const Ticks ticks = RoundTicks(scale.low, scale.high, 5);
   page.Free().left += AxisRoom(page, ticks);
-  const View view(page.Free(), scale);
+  const View view(page.Free(), scale, style);
   DrawBase(page, view, plot);
   const double spacing = std::sqrt(3.14 / static_cast<double>(summary.count));
   const double half = std::min(0.045, 0.2 * spacing);
@@ -314,7 +376,7 @@ void DrawBars(Sketch sketch) {
     return Point{plot.sites.x[i], plot.sites.y[i]} * (2 / plot.diameter);
   };
   std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    return View::Depth(place(a)) > View::Depth(place(b));
+    return view.Depth(place(a)) > view.Depth(place(b));
   });
   for (const std::size_t i : order) {
     const Point p = place(i);

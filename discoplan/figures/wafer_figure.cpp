@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "discoplan/analysis/compensated_sum.h"
 #include "discoplan/figures/kinds.h"
 
 namespace discoplan::figures {
@@ -11,25 +12,14 @@ namespace discoplan::figures {
 Summary Summarise(std::span<const float> values) {
   Summary summary{.count = values.size()};
   if (values.empty()) return summary;
-  // Kahan's compensated sum.
-  const auto sum = [&](auto term) {
-    double total = 0;
-    double lost = 0;
-    for (const float value : values) {
-      const double y = term(static_cast<double>(value)) - lost;
-      const double t = total + y;
-      lost = (t - total) - y;
-      total = t;
-    }
-    return total;
-  };
   const auto count = static_cast<double>(values.size());
   const auto [low, high] = std::minmax_element(values.begin(), values.end());
   summary.low = *low;
   summary.high = *high;
-  summary.mean = sum([](double v) { return v; }) / count;
+  summary.mean = analysis::SumOver(values, [](double v) { return v; }) / count;
   const double mean = summary.mean;
-  const double squares = sum([mean](double v) { return (v - mean) * (v - mean); });
+  const double squares =
+      analysis::SumOver(values, [mean](double v) { return (v - mean) * (v - mean); });
   summary.sigma = values.size() > 1 ? std::sqrt(squares / (count - 1)) : 0;
   return summary;
 }

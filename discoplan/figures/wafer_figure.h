@@ -11,7 +11,7 @@
 ///     plot.quantity = "Oxide thickness";
 ///     plot.unit = "nm";
 ///     const Figure figure = MakeFigure(PlotKind::Map, plot, {.width = 360, .height = 270}, text);
-///     SavePng("map.png", figure);          // hosts/headless/save_figure.h
+///     const auto png = EncodeFigure(figure, FigureFormat::Png, 2, text);  // hosts/headless
 ///
 /// No text of a figure lies on another or is cut: what has no room is shortened, made smaller or
 /// left out, and what is left out is counted in words. A page may be as small as 150 x 110 points.
@@ -59,6 +59,7 @@ struct WaferPlot {
   std::string title;
   std::string quantity;       ///< "Thickness"
   std::string unit;           ///< "nm"
+  std::string flag;           ///< What is outlying about it: "mean"; behind the title.
   std::string left_out;       ///< What of the data isn't there: "3 empty values left out".
   std::optional<double> low;  ///< Limits of the colour scale; the data's otherwise.
   std::optional<double> high;
@@ -84,6 +85,11 @@ struct Style {
   bool site_dots = true;
   bool site_values = false;  ///< Beside the dots of a map.
   bool isolines = true;
+  /// What the line of figures calls uniformity: the key of a figure of merit in per cent.
+  std::string uniformity = "std_dev_percent";
+  double rotation = 20;   ///< Of surfaces and bars as they are seen, in degrees,
+  double elevation = 34;  ///< and from how high; 10 to 80.
+  bool small = false;     ///< One of many: of the words only the title, mean and sigma.
 };
 
 DISCOPLAN_EXPORT Figure MakeFigure(PlotKind kind, const WaferPlot& plot, const Style& style,

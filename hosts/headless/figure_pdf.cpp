@@ -100,6 +100,11 @@ class PdfDevice final : public figures::Device {
   }
 
   void Draw(const PathShape& shape) override {
+    // A path of nothing can't be filled.
+    if (std::all_of(shape.path.pieces.begin(), shape.path.pieces.end(),
+                    [](const auto& piece) { return piece.points.empty(); })) {
+      return;
+    }
     const bool stroked = shape.stroke.width > 0;
     if (shape.fill) {
       SetFill(*shape.fill);

@@ -11,8 +11,6 @@
 namespace discoplan {
 namespace {
 
-constexpr double kImagePixels = 300.0 / 72;  // per point, of images in vector files
-
 std::vector<std::uint8_t> EncodePicture(const FigurePicture& picture, double pixels_per_point) {
   return EncodePng(
       PngPicture{.pixels = picture.pixels,
@@ -24,7 +22,7 @@ std::vector<std::uint8_t> EncodePicture(const FigurePicture& picture, double pix
 
 std::vector<std::uint8_t> EncodeSvg(const figures::Figure& figure) {
   const std::string text =
-      ToSvg(figure, kImagePixels, [](std::span<const std::uint32_t> pixels, int width) {
+      ToSvg(figure, kPagePixels, [](std::span<const std::uint32_t> pixels, int width) {
         return EncodePng(
             PngPicture{.pixels = pixels,
                        .width = width,
@@ -52,7 +50,7 @@ std::vector<std::uint8_t> EncodeFigure(const figures::Figure& figure, FigureForm
                                        double pixels_per_point, const FigureText& text) {
   switch (format) {
     case FigureFormat::Pdf:
-      return ToPdf({&figure, 1}, kImagePixels, text.Letters());
+      return ToPdf({&figure, 1}, kPagePixels, text.Letters());
     case FigureFormat::Svg:
       return EncodeSvg(figure);
     case FigureFormat::Png:

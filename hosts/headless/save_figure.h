@@ -34,6 +34,9 @@ struct FigureSize {
   DISCOPLAN_HEADLESS_EXPORT static FigureSize Millimetres(double width, double height, double dpi);
 };
 
+/// Pixels per point of images in vector files.
+inline constexpr double kPagePixels = 300.0 / 72;
+
 /// The bytes of a file. Raises `std::runtime_error`, also on a machine without fonts.
 DISCOPLAN_HEADLESS_EXPORT std::vector<std::uint8_t> EncodeFigure(const figures::Figure& figure,
                                                                  FigureFormat format,

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+#include "apps/discoplan/figure_plots.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "apps/discoplan/measured_wafer.h"
+#include "apps/discoplan/output.h"
+#include "discoplan/figures/ticks.h"
+
+namespace discoplan::app {
+
+using figures::Style;
+using figures::WaferPlot;
+
+namespace {
+
+/// Differences and residuals are about 0.
+figures::ColourMap ColoursOf(const LookRequest& look, const DeriveRequest& derive) {
+  const bool is_difference = !derive.minus.empty() || derive.residual;
+  const std::string_view own = is_difference ? "vik" : figures::kDefaultColours;
+  const std::string& asked = look.colours;
+  return *figures::FindColourMap(asked.empty() ? own : std::string_view(asked));
+}
+
+void RefuseFarSites(const ReadRequest& data, const Wafer& measured, double diameter) {
+  constexpr double kTolerance = 1.005;  // of a site on the edge
+  double farthest = 0;
+  for (std::size_t i = 0; i < measured.x.size(); ++i) {
+    farthest = std::max<double>(farthest, std::hypot(measured.x[i], measured.y[i]));
+  }
+  const std::string source = SourceOf(data.path.string(), measured);
+  const std::string distance = figures::NumberText(farthest, 6) + " mm from the centre";
+  if (farthest > kTolerance * diameter / 2) {
+    throw CommandError(source + ": a site is " + distance + ", outside a wafer of " +
+                       figures::NumberText(diameter, 6) + " mm across; give a larger --diameter");
+  }
+  if (farthest > 1000 && !data.diameter) {
+    throw CommandError(source + ": a site is " + distance +
+                       "; positions are millimetres, scale them, or give --diameter if they are");
+  }
+}
+
+}  // namespace
+
+void RefuseClassicOptions(const PlotRequest& plot) {
+  const char* given = !plot.assignments.empty()      ? "--set"
+                      : !plot.settings.empty()       ? "--settings"
+                      : !plot.saved_settings.empty() ? "--save-settings"
+                                                     : nullptr;
+  if (given == nullptr) return;
+  throw UsageError(std::string(given) +
+                   " belongs to the classic look; give --look classic with it");
+}
+
+Style StyleOf(const LookRequest& look, const DeriveRequest& derive, const FigureSize& size) {
+  Style style{.width = size.width, .height = size.height, .colours = ColoursOf(look, derive)};
+  if (!look.font.empty()) style.font = look.font;
+  style.bands = look.bands;
+  style.interpolation =
+      look.interpolation == "idw4" ? figures::Interpolation::Idw4 : figures::Interpolation::Smooth;
+  style.dark = look.dark;
+  style.transparent = look.transparent;
+  style.site_values = look.values;
+  style.isolines = !look.no_isolines;
+  if (!look.uniformity.empty()) style.uniformity = look.uniformity;
+  if (!look.view.empty()) {
+    style.rotation = look.view[0];
+    style.elevation = look.view[1];
+  }
+  return style;
+}
+
+WaferPlot WaferPlotOf(const WaferSource& source, const LookRequest& look,
+                      const std::optional<std::string>& style) {
+  const Wafer& measured = source.wafer;
+  WaferPlot plot;
+  plot.sites = {measured.x, measured.y, measured.value};
+  plot.diameter = measured.diameter;
+  const double test = measured.test_diameter;
+  if (test > plot.diameter) {
+    throw UsageError("--test-diameter: " + figures::NumberText(test, 6) +
+                     " mm is more than the wafer's " + figures::NumberText(plot.diameter, 6) +
+                     " mm; give less, or a larger --diameter");
+  }
+  plot.edge_exclusion = (plot.diameter - test) / 2;
+  if (style) {
+    plot.orientation = *style == "flat" ? figures::Orientation::Flat : figures::Orientation::Notch;
+  }
+  const auto& sides = NotchSides();
+  const auto side = std::find(sides.begin(), sides.end(), look.notch);
+  plot.notch = static_cast<figures::Side>(side - sides.begin());
+  plot.title = measured.name;
+  plot.quantity = look.quantity.empty() ? source.parameter.name : look.quantity;
+  plot.unit = look.units.empty() ? source.parameter.unit : look.units;
+  if (!measured.left_out.empty()) plot.left_out = measured.SitesText();
+  plot.sigma_range = look.sigma_range;
+  plot.bins = look.bins;
+  if (!look.control_limits.empty()) {
+    plot.lower_control = look.control_limits[0];
+    plot.upper_control = look.control_limits[1];
+  }
+  if (!look.cut.empty()) {
+    plot.cut = figures::Cut{{look.cut[0], look.cut[1]}, {look.cut[2], look.cut[3]}};
+  }
+  RefuseFarSites(source.data, measured, plot.diameter);
+  return plot;
+}
+
+/// Both lists have the nine kinds in one order.
+figures::PlotKind FigureKindOf(const ControlClass* kind) {
+  const auto kinds = ControlClasses();
+  return static_cast<figures::PlotKind>(std::find(kinds.begin(), kinds.end(), kind) -
+                                        kinds.begin());
+}
+
+FigureFormat FigureFormatOf(const std::string& path) {
+  switch (FormatOf(path)) {
+    case FileFormat::Pdf:
+      return FigureFormat::Pdf;
+    case FileFormat::Svg:
+      return FigureFormat::Svg;
+    case FileFormat::Png:
+      break;
+  }
+  return FigureFormat::Png;
+}
+
+}  // namespace discoplan::app

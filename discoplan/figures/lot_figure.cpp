@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: MIT
+#include "discoplan/figures/lot_figure.h"
+
+#include <array>
+#include <cmath>
+
+#include "discoplan/figures/kinds.h"
+#include "discoplan/figures/lot_parts.h"
+
+namespace discoplan::figures {
+namespace {
+
+/// Over each small plot: its name and a line of figures.
+double WordsAbove(const Page& page) { return 2.6 * page.Em(); }
+
+bool IsSigma(PlotKind kind) { return kind == PlotKind::SigmaMap || kind == PlotKind::SigmaSurface; }
+
+/// A colour bar or key of all small plots, from the right of what is free.
+void AddCommonKey(Page& page, const LotPlot& lot, PlotKind kind) {
+  if (!page.Look().legend || kind == PlotKind::LineScan) return;
+  const WaferPlot& one = lot.wafers.front();
+  const Summary summary = Summarise(one.sites.value);
+  if (IsSigma(kind)) {
+    const auto bands = ClassesOf(one, summary, page.Look()).scale.bands;
+    AddKey(page, "Of each wafer",
+           {{bands[2], "above mean + \u03C3", ""},
+            {bands[1], "within", ""},
+            {bands[0], "below mean \u2212 \u03C3", ""}});
+    return;
+  }
+  WaferPlot scaled = one;
+  scaled.low = lot.low;
+  scaled.high = lot.high;
+  AddColourBar(page, MakeScale(scaled, summary, page.Look(), 9), scaled);
+}
+
+/// Title, facts and notes of a lot.
+void AddHead(Page& page, const LotPlot& lot, std::size_t first) {
+  page.Title(lot.title);
+  std::vector<std::string> facts = lot.facts;
+  const std::size_t pages = (lot.wafers.size() + kWafersOnPage - 1) / kWafersOnPage;
+  if (pages > 1) {
+    facts.push_back("sheet " + std::to_string(first / kWafersOnPage + 1) + " of " +
+                    std::to_string(pages));
+  }
+  page.Items(facts, 2, true);
+  page.Items(lot.notes, 5, false);
+}
+
+std::size_t EndOf(const LotPlot& lot, std::size_t first) {
+  return std::min(first + kWafersOnPage, lot.wafers.size());
+}
+
+}  // namespace
+
+PlotGrid PlotGrid::For(std::size_t count, const Box& area, double above) {
+  PlotGrid best;
+  double largest = -1;
+  for (int columns = 1; columns <= static_cast<int>(count); ++columns) {
+    const int rows = (static_cast<int>(count) + columns - 1) / columns;
+    const double side = std::min(area.Width() / columns, area.Height() / rows - above);
+    if (side > largest) {
+      largest = side;
+      best = {columns, rows};
+    }
+  }
+  return best;
+}
+
+Box PlotGrid::Cell(std::size_t number, const Box& area, double gap) const {
+  const double width = area.Width() / columns;
+  const double height = area.Height() / rows;
+  const double left = area.left + width * (static_cast<int>(number) % columns);
+  const double top = area.top + height * (static_cast<int>(number) / columns);
+  return Box{left, top, left + width, top + height}.Grown(-gap / 2);
+}
+
+void PlaceOn(Page& page, Figure figure, const Box& box) {
+  page.Reserve(box);
+  Figure sheet;
+  Place(std::move(figure), {box.left, box.top}, sheet);
+  for (Shape& shape : sheet.shapes) page.Add(std::move(shape));
+}
+
+void DrawGallery(Page& page, const Box& box, const LotPlot& lot, const GalleryPart& part,
+                 const TextMeasure& text) {
+  const Box free = page.Free();
+  page.Free() = box;
+  AddCommonKey(page, lot, part.kind);
+  const Box area = page.Free();
+  page.Free() = free;
+  // Pages of one lot have plots of one size.
+  const std::size_t count =
+      lot.wafers.size() > kWafersOnPage ? kWafersOnPage : part.end - part.first;
+  const PlotGrid grid = PlotGrid::For(count, area, WordsAbove(page));
+  const double gap = 0.5 * page.Em();
+  for (std::size_t i = part.first; i < part.end; ++i) {
+    const Box cell = grid.Cell(i - part.first, area, gap);
+    WaferPlot plot = lot.wafers[i];
+    plot.low = lot.low;
+    plot.high = lot.high;
+    Style style = page.Look();
+    style.width = cell.Width();
+    style.height = cell.Height();
+    style.letters = page.Em();
+    style.small = true;
+    style.legend = false;
+    PlaceOn(page, MakeFigure(part.kind, plot, style, text), cell);
+    if (plot.flag.empty()) continue;
+    page.Add(PathShape{.path = Rectangle(cell), .stroke = {1.4 * page.Hair(), page.Ink().accent}});
+  }
+}
+
+Figure MakeLotSheet(PlotKind kind, const LotPlot& lot, std::size_t first, const Style& style,
+                    const TextMeasure& text) {
+  Page page(style, text);
+  AddHead(page, lot, first);
+  const Box free = page.Free();
+  const double em = page.Em();
+  const double middle = free.left + 0.57 * free.Width();
+  const std::size_t end = EndOf(lot, first);
+  DrawGallery(page, {free.left, free.top, middle - em, free.bottom}, lot, {kind, first, end}, text);
+  const Box right = {middle + em, free.top, free.right, free.bottom};
+  const double chart = 0.25 * right.Height();
+  const double centre = right.Centre().x;
+  DrawTrend(page, {right.left, right.top, right.right, right.top + chart}, lot);
+  const double second = right.top + chart + 0.6 * em;
+  DrawBoxes(page, {right.left, second, centre - 0.5 * em, second + chart}, lot);
+  DrawProfiles(page, {centre + 0.5 * em, second, right.right, second + chart}, lot);
+  DrawTable(page, {right.left, second + chart + em, right.right, right.bottom}, lot, first, end);
+  return page.Take();
+}
+
+Figure MakeLotCover(const LotPlot& lot, const Style& style, const TextMeasure& text) {
+  Page page(style, text);
+  AddHead(page, lot, 0);
+  const Box free = page.Free();
+  const double em = page.Em();
+  const bool wide = free.Width() > free.Height();
+  const Box charts = wide ? Box{free.left, free.top, free.Centre().x - em, free.bottom}
+                          : Box{free.left, free.top, free.right, free.top + 0.45 * free.Height()};
+  const Box table = wide ? Box{free.Centre().x + em, free.top, free.right, free.bottom}
+                         : Box{free.left, charts.bottom + 1.5 * em, free.right, free.bottom};
+  const Box lower = {charts.left, charts.Centre().y + 0.5 * em, charts.right, charts.bottom};
+  DrawTrend(page, {charts.left, charts.top, charts.right, lower.top - em}, lot);
+  DrawBoxes(page, {lower.left, lower.top, lower.Centre().x - 0.5 * em, lower.bottom}, lot);
+  DrawProfiles(page, {lower.Centre().x + 0.5 * em, lower.top, lower.right, lower.bottom}, lot);
+  DrawTable(page, table, lot, 0, lot.wafers.size());
+  return page.Take();
+}
+
+Figure MakeLotGallery(PlotKind kind, const LotPlot& lot, std::size_t first, const Style& style,
+                      const TextMeasure& text) {
+  Page page(style, text);
+  AddHead(page, lot, first);
+  DrawGallery(page, page.Free(), lot, {kind, first, EndOf(lot, first)}, text);
+  return page.Take();
+}
+
+Figure MakeWaferPage(const PageHead& head, std::span<const PlotKind> kinds, const WaferPlot& plot,
+                     const Style& style, const TextMeasure& text) {
+  static constexpr std::array kNames = {"Map",    "Sigma ranges", "Contours",
+                                        "Values", "Surface",      "Surface of sigma ranges",
+                                        "Bars",   "Histogram",    "Line scan"};
+  Page page(style, text);
+  page.Title(head.title);
+  page.Items(head.facts, 3, true);
+  page.Items({head.foot}, 1, false);
+  const Box area = page.Free();
+  const PlotGrid grid = PlotGrid::For(kinds.size(), area, 4 * page.Em());
+  for (std::size_t i = 0; i < kinds.size(); ++i) {
+    const Box cell = grid.Cell(i, area, kinds.size() > 1 ? 0.8 * page.Em() : 0);
+    WaferPlot each = plot;
+    if (kinds.size() > 1) each.title = kNames[static_cast<std::size_t>(kinds[i])];
+    Style own = style;
+    own.width = cell.Width();
+    own.height = cell.Height();
+    PlaceOn(page, MakeFigure(kinds[i], each, own, text), cell);
+  }
+  return page.Take();
+}
+
+}  // namespace discoplan::figures
