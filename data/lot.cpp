@@ -30,7 +30,7 @@ std::span<const Wafer> Lot::Of(std::size_t parameter) const {
   const auto is_of = [&](const Wafer& wafer) { return wafer.parameter == parameter; };
   const auto first = std::find_if(wafers.begin(), wafers.end(), is_of);
   const auto last = std::find_if_not(first, wafers.end(), is_of);
-  return {first, last};
+  return {wafers.data() + (first - wafers.begin()), static_cast<std::size_t>(last - first)};
 }
 
 std::span<const float> StandardDiameters() { return kStandardDiameters; }

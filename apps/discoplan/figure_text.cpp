@@ -22,7 +22,7 @@ bool IsPlain(double value) {
 
 std::string Formatted(double value, std::chars_format format, int decimals) {
   std::array<char, 400> text{};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), value, format, decimals);
+  const auto end = ToChars(text.data(), text.data() + text.size(), value, format, decimals);
   return {text.data(), end.ptr};
 }
 

@@ -150,8 +150,12 @@ std::to_chars_result ToShortest(char* first, char* last, double value) {
   return Put(Shortest(value), first, last);
 }
 
-std::to_chars_result ToGeneral(char* first, char* last, double value, int precision) {
-  return Put(Print("%.*g", precision, value), first, last);
+std::to_chars_result ToChars(char* first, char* last, double value, std::chars_format format,
+                             int precision) {
+  const char* const pattern = format == std::chars_format::fixed        ? "%.*f"
+                              : format == std::chars_format::scientific ? "%.*e"
+                                                                        : "%.*g";
+  return Put(Print(pattern, precision, value), first, last);
 }
 
 }  // namespace discoplan::plain

@@ -19,9 +19,9 @@ DISCOPLAN_EXPORT std::from_chars_result FromChars(const char* first, const char*
 /// and those nearest to it.
 DISCOPLAN_EXPORT std::to_chars_result ToShortest(char* first, char* last, float value);
 DISCOPLAN_EXPORT std::to_chars_result ToShortest(char* first, char* last, double value);
-/// As `std::to_chars` in general notation.
-DISCOPLAN_EXPORT std::to_chars_result ToGeneral(char* first, char* last, double value,
-                                                int precision);
+/// As `std::to_chars` with a precision, in general, fixed or scientific notation.
+DISCOPLAN_EXPORT std::to_chars_result ToChars(char* first, char* last, double value,
+                                              std::chars_format format, int precision);
 
 }  // namespace plain
 
@@ -33,12 +33,13 @@ template <class Real>
 std::to_chars_result ToShortest(char* first, char* last, Real value) {
   return std::to_chars(first, last, value, std::chars_format::scientific);
 }
-inline std::to_chars_result ToGeneral(char* first, char* last, double value, int precision) {
-  return std::to_chars(first, last, value, std::chars_format::general, precision);
+inline std::to_chars_result ToChars(char* first, char* last, double value,
+                                    std::chars_format format, int precision) {
+  return std::to_chars(first, last, value, format, precision);
 }
 #else
 using plain::FromChars;
-using plain::ToGeneral;
+using plain::ToChars;
 using plain::ToShortest;
 #endif
 

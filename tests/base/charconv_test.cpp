@@ -18,7 +18,7 @@ namespace {
 
 template <class Write>
 std::string Text(Write write) {
-  std::array<char, 64> buffer;
+  std::array<char, 400> buffer;
   const auto [end, error] = write(buffer.data(), buffer.data() + buffer.size());
   return error == std::errc() ? std::string(buffer.data(), end) : "error";
 }
@@ -54,14 +54,17 @@ void ExpectSameText(Real value) {
   EXPECT_EQ(PlainShortest(value), Text([&](char* first, char* last) {
               return std::to_chars(first, last, value, std::chars_format::scientific);
             }));
-  for (const int precision : {1, 7, 17}) {
-    EXPECT_EQ(Text([&](char* first, char* last) {
-                return plain::ToGeneral(first, last, static_cast<double>(value), precision);
-              }),
-              Text([&](char* first, char* last) {
-                return std::to_chars(first, last, static_cast<double>(value),
-                                     std::chars_format::general, precision);
-              }));
+  for (const auto format :
+       {std::chars_format::general, std::chars_format::fixed, std::chars_format::scientific}) {
+    for (const int precision : {0, 1, 7, 17}) {
+      const auto number = static_cast<double>(value);
+      EXPECT_EQ(Text([&](char* first, char* last) {
+                  return plain::ToChars(first, last, number, format, precision);
+                }),
+                Text([&](char* first, char* last) {
+                  return std::to_chars(first, last, number, format, precision);
+                }));
+    }
   }
 }
 
