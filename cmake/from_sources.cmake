@@ -26,6 +26,7 @@ discoplan_c_library(discoplan-libpng libpng
 target_include_directories(discoplan-libpng SYSTEM PUBLIC ${CMAKE_BINARY_DIR}/sources/libpng)
 target_link_libraries(discoplan-libpng PUBLIC discoplan-zlib)
 add_library(PNG::PNG ALIAS discoplan-libpng)
+add_library(ZLIB::ZLIB ALIAS discoplan-zlib)
 
 if(DISCOPLAN_FIGURE_FILES)
   set(config ${CMAKE_BINARY_DIR}/sources/libharu)

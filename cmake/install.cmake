@@ -62,7 +62,7 @@ install(FILES ${CMAKE_BINARY_DIR}/installed/discoplan/built_with.h
 
 if(DISCOPLAN_HEADLESS)
   discoplan_install(discoplan-headless headless develop hosts/headless)
-  set(requires freetype2 libpng)
+  set(requires freetype2 libpng zlib)
   if(DISCOPLAN_FONTCONFIG)
     list(APPEND requires fontconfig)
   endif()
