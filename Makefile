@@ -1,12 +1,12 @@
 # A thin front over the CMake presets. `make help` lists what there is.
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench fuzz portability activex docs pictures lint format packages elsewhere
+.PHONY: help demo test bench bench-python fuzz portability activex docs pictures wheel lint format packages elsewhere
 
 SOURCES = git ls-files '*.h' '*.cpp'
 LINTED = $(if $(FILES),echo $(FILES),git ls-files 'discoplan/*.cpp' 'hosts/*.cpp' 'apps/*.cpp')
 
 help: ## Show this list
-	@grep -E '^[a-z]+:.*##' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## /  make \1\t/' | expand -t 16
+	@grep -E '^[a-z-]+:.*##' $(MAKEFILE_LIST) | sed -E 's/^([a-z-]+):.*## /  make \1\t/' | expand -t 16
 
 packages: ## Install the Debian packages that are missing
 	@scripts/install-packages
@@ -30,6 +30,12 @@ bench: packages ## Build, and run the benchmarks
 	@bench/ratios build/bench/bench/discoplan-bench
 	@cmake --build --preset bench --target discoplan-program -- --quiet
 	@bench/whole_process build/bench/apps/discoplan/discoplan
+
+bench-python: packages ## Compare the Python package with numpy, scipy and matplotlib
+	@cmake --preset release --log-level=WARNING > /dev/null
+	@cmake --build --preset release --target discoplan-python-package -- --quiet
+	@tests/python/environment python3 build/python-tests tests/python/requirements.txt
+	@PYTHONPATH=build/release/python build/python-tests/bin/python bench/python/bench.py
 
 portability: elsewhere ## Compare many sessions by Wine and Node with this machine's own, or SHORT=1 few
 	@cmake --preset release --log-level=WARNING > /dev/null
@@ -60,6 +66,9 @@ pictures: packages ## Take the pictures in docs/ anew
 	@cmake --preset release --log-level=WARNING > /dev/null
 	@cmake --build --preset release --target all discoplan-pictures -- --quiet
 	@scripts/pictures build/release
+
+wheel: packages ## Build the Python wheel, and try it in each Python of this machine
+	@scripts/wheel
 
 lint: packages ## Look for mistakes by clang-tidy-14, in all sources or in FILES="A.cpp B.cpp"
 	@command -v clang-tidy-14 > /dev/null || { echo 'Install clang-tidy-14 first.'; exit 1; }

@@ -286,9 +286,10 @@ typedef struct discoplan_plot_options {
 DISCOPLAN_API discoplan_status discoplan_plot(discoplan_wafer* wafer,
                                               const discoplan_plot_options* options,
                                               discoplan_picture** picture);
-/* Draws wafers beside each other in one colour scale: the limits given, or else the range of all
- * values without outlying ones. A size of 0 is that of 400 x 300 pixels for each wafer. Modern look
- * alone. `title` stands above all. */
+/* Draws a lot: its wafers in small plots of one colour scale, 25 on a page, and charts of them. The
+ * scale is that of the limits given, or else the range of all values without outlying ones. `title`
+ * stands above all; a size is that of a page, A4 across for 0. Modern look alone. A PDF file has
+ * page after page, other pictures have them below each other. */
 DISCOPLAN_API discoplan_status discoplan_sheet(discoplan_wafer* const* wafers, int64_t count,
                                                const discoplan_plot_options* options,
                                                discoplan_picture** picture);

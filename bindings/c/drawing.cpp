@@ -8,10 +8,13 @@
 #include "bindings/c/arguments.h"
 #include "data/plain_text.h"
 #include "discoplan/base/file_name.h"
+#include "hosts/headless/figure_pdf.h"
 #include "hosts/headless/png_file.h"
 
 namespace discoplan::c {
 namespace {
+
+constexpr double kImagePixels = 300.0 / 72;  // per point, of images in PDF files
 
 constexpr int kAllFlags = DISCOPLAN_DARK | DISCOPLAN_TRANSPARENT | DISCOPLAN_NO_LEGEND |
                           DISCOPLAN_VALUES | DISCOPLAN_NO_ISOLINES | DISCOPLAN_NO_DOTS |
@@ -94,53 +97,9 @@ void TakeParticulars(const discoplan_plot_options& options, Drawing& drawing) {
 }
 
 /// Differences are about 0.
-figures::ColourMap ColoursOf(const Drawing& drawing) {
-  const std::string_view name =
-      drawing.colours.empty() ? figures::kDefaultColours : std::string_view(drawing.colours);
-  return *figures::FindColourMap(name);
-}
-
-figures::WaferPlot PlotOf(const MeasuredWafer& wafer, const Drawing& drawing) {
-  const data::Wafer& measured = wafer.Measured();
-  const MeasuredWafer::Look& look = wafer.Looks();
-  figures::WaferPlot plot;
-  plot.sites = {measured.x, measured.y, measured.value};
-  plot.diameter = measured.diameter;
-  plot.edge_exclusion = (plot.diameter - measured.test_diameter) / 2;
-  plot.orientation = look.orientation;
-  plot.notch = look.notch;
-  plot.title = drawing.has_title ? drawing.title : measured.name;
-  plot.quantity = look.parameter.name;
-  plot.unit = look.parameter.unit;
-  if (wafer.LeftOut() > 0) plot.left_out = wafer.SitesText();
-  if (drawing.limits) {
-    plot.low = drawing.limits->first;
-    plot.high = drawing.limits->second;
-  }
-  if (drawing.sigma_range > 0) plot.sigma_range = drawing.sigma_range;
-  plot.cut = drawing.cut;
-  if (drawing.control_limits) {
-    plot.lower_control = drawing.control_limits->first;
-    plot.upper_control = drawing.control_limits->second;
-  }
-  plot.bins = drawing.bins;
-  return plot;
-}
-
-figures::Style StyleOf(const Drawing& drawing) {
-  figures::Style style{.width = drawing.size.width,
-                       .height = drawing.size.height,
-                       .font = drawing.font,
-                       .colours = ColoursOf(drawing)};
-  style.bands = drawing.bands;
-  if (drawing.idw4) style.interpolation = figures::Interpolation::Idw4;
-  style.dark = drawing.Has(DISCOPLAN_DARK);
-  style.transparent = drawing.Has(DISCOPLAN_TRANSPARENT);
-  style.legend = !drawing.Has(DISCOPLAN_NO_LEGEND);
-  style.site_values = drawing.Has(DISCOPLAN_VALUES);
-  style.isolines = !drawing.Has(DISCOPLAN_NO_ISOLINES);
-  style.site_dots = !drawing.Has(DISCOPLAN_NO_DOTS);
-  return style;
+figures::ColourMap ColoursOf(const MeasuredWafer& wafer, const Drawing& drawing) {
+  const std::string_view own = wafer.Looks().is_difference ? "vik" : figures::kDefaultColours;
+  return *figures::FindColourMap(drawing.colours.empty() ? own : std::string_view(drawing.colours));
 }
 
 /// The fonts given, and the machine's for letters that they may lack.
@@ -170,18 +129,61 @@ struct ThreadText {
   std::unique_ptr<FigureText> text;
 };
 
+int WholePixels(double points, const Drawing& drawing) {
+  return std::max(1, static_cast<int>(std::lround(points * drawing.size.pixels_per_point)));
+}
+
+}  // namespace
+
+figures::WaferPlot PlotOf(const MeasuredWafer& wafer, const Drawing& drawing) {
+  const data::Wafer& measured = wafer.Measured();
+  const MeasuredWafer::Look& look = wafer.Looks();
+  figures::WaferPlot plot;
+  plot.sites = {measured.x, measured.y, measured.value};
+  plot.diameter = measured.diameter;
+  plot.edge_exclusion = (plot.diameter - measured.test_diameter) / 2;
+  plot.orientation = look.orientation;
+  plot.notch = look.notch;
+  plot.title = drawing.has_title ? drawing.title : measured.name;
+  plot.quantity = look.parameter.name;
+  plot.unit = look.parameter.unit;
+  if (wafer.LeftOut() > 0) plot.left_out = wafer.SitesText();
+  if (drawing.limits) {
+    plot.low = drawing.limits->first;
+    plot.high = drawing.limits->second;
+  }
+  if (drawing.sigma_range > 0) plot.sigma_range = drawing.sigma_range;
+  plot.cut = drawing.cut;
+  if (drawing.control_limits) {
+    plot.lower_control = drawing.control_limits->first;
+    plot.upper_control = drawing.control_limits->second;
+  }
+  plot.bins = drawing.bins;
+  return plot;
+}
+
+figures::Style StyleOf(const MeasuredWafer& wafer, const Drawing& drawing) {
+  figures::Style style{.width = drawing.size.width,
+                       .height = drawing.size.height,
+                       .font = drawing.font,
+                       .colours = ColoursOf(wafer, drawing)};
+  style.bands = drawing.bands;
+  if (drawing.idw4) style.interpolation = figures::Interpolation::Idw4;
+  style.dark = drawing.Has(DISCOPLAN_DARK);
+  style.transparent = drawing.Has(DISCOPLAN_TRANSPARENT);
+  style.legend = !drawing.Has(DISCOPLAN_NO_LEGEND);
+  style.site_values = drawing.Has(DISCOPLAN_VALUES);
+  style.isolines = !drawing.Has(DISCOPLAN_NO_ISOLINES);
+  style.site_dots = !drawing.Has(DISCOPLAN_NO_DOTS);
+  return style;
+}
+
 /// Both lists have the nine kinds in one order.
 figures::PlotKind FigureKindOf(const ControlClass* kind) {
   const auto kinds = ControlClasses();
   return static_cast<figures::PlotKind>(std::find(kinds.begin(), kinds.end(), kind) -
                                         kinds.begin());
 }
-
-int WholePixels(double points, const Drawing& drawing) {
-  return std::max(1, static_cast<int>(std::lround(points * drawing.size.pixels_per_point)));
-}
-
-}  // namespace
 
 Drawing DrawingOf(const discoplan_plot_options& options) {
   Drawing drawing;
@@ -232,18 +234,18 @@ const FigureText& TextFor(const Drawing& drawing) {
 }
 
 figures::Figure MakeFigure(const MeasuredWafer& wafer, const Drawing& drawing) {
-  return figures::MakeFigure(FigureKindOf(drawing.kind), PlotOf(wafer, drawing), StyleOf(drawing),
-                             TextFor(drawing));
+  return figures::MakeFigure(FigureKindOf(drawing.kind), PlotOf(wafer, drawing),
+                             StyleOf(wafer, drawing), TextFor(drawing));
 }
 
-HeldPicture::HeldPicture(figures::Figure figure, Drawing drawing,
+HeldPicture::HeldPicture(std::vector<figures::Figure> pages, Drawing drawing,
                          std::vector<std::shared_ptr<MeasuredWafer>> wafers)
     : Held(kKind),
       wafers_(std::move(wafers)),
-      figure_(std::move(figure)),
+      pages_(std::move(pages)),
       drawing_(std::move(drawing)),
-      width_(WholePixels(figure_->width, drawing_)),
-      height_(WholePixels(figure_->height, drawing_)) {}
+      width_(WholePixels(pages_.front().width, drawing_)),
+      height_(WholePixels(pages_.front().height * static_cast<double>(pages_.size()), drawing_)) {}
 
 HeldPicture::HeldPicture(Canvas canvas)
     : Held(kKind),
@@ -251,10 +253,19 @@ HeldPicture::HeldPicture(Canvas canvas)
       height_(canvas.Height()),
       pixels_(canvas.Pixels().begin(), canvas.Pixels().end()) {}
 
+figures::Figure HeldPicture::Stacked() const {
+  figures::Figure all = pages_.front();
+  for (std::size_t i = 1; i < pages_.size(); ++i) {
+    Place(pages_[i], {0, all.height}, all);
+    all.height += pages_[i].height;
+  }
+  return all;
+}
+
 void HeldPicture::Paint() {
   if (!pixels_.empty()) return;
   FigurePicture picture =
-      PaintFigure(*figure_, drawing_.size.pixels_per_point, TextFor(drawing_).Letters());
+      PaintFigure(Stacked(), drawing_.size.pixels_per_point, TextFor(drawing_).Letters());
   has_alpha_ = picture.has_alpha;
   pixels_ = std::move(picture.pixels);
 }
@@ -266,8 +277,10 @@ std::span<const Pixel> HeldPicture::Pixels() {
 }
 
 std::vector<std::uint8_t> HeldPicture::Encode(FigureFormat format) {
-  if (figure_) {
-    return EncodeFigure(*figure_, format, drawing_.size.pixels_per_point, TextFor(drawing_));
+  if (!pages_.empty()) {
+    const FigureText& text = TextFor(drawing_);
+    if (format == FigureFormat::Pdf) return ToPdf(pages_, kImagePixels, text.Letters());
+    return EncodeFigure(Stacked(), format, drawing_.size.pixels_per_point, text);
   }
   if (format != FigureFormat::Png) {
     Refuse("the classic look has pixels alone; take PNG, or the modern look");
@@ -291,7 +304,8 @@ FigureFormat FormatOf(std::int32_t format) {
 std::shared_ptr<HeldPicture> Draw(const std::shared_ptr<MeasuredWafer>& wafer,
                                   const Drawing& drawing) {
   if (drawing.classic) return std::make_shared<HeldPicture>(PaintClassic(*wafer, drawing));
-  return std::make_shared<HeldPicture>(MakeFigure(*wafer, drawing), drawing, std::vector{wafer});
+  return std::make_shared<HeldPicture>(std::vector{MakeFigure(*wafer, drawing)}, drawing,
+                                       std::vector{wafer});
 }
 
 }  // namespace discoplan::c

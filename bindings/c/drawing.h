@@ -50,6 +50,9 @@ Drawing DrawingOf(const discoplan_plot_options& options);
 const FigureText& TextFor(const Drawing& drawing);
 std::shared_ptr<FontFinder> FontsFor(const Drawing& drawing);
 
+figures::PlotKind FigureKindOf(const ControlClass* kind);
+figures::WaferPlot PlotOf(const MeasuredWafer& wafer, const Drawing& drawing);
+figures::Style StyleOf(const MeasuredWafer& wafer, const Drawing& drawing);
 figures::Figure MakeFigure(const MeasuredWafer& wafer, const Drawing& drawing);
 /// The classic look, as the control of that kind draws it.
 Canvas PaintClassic(const MeasuredWafer& wafer, const Drawing& drawing);
@@ -60,8 +63,9 @@ class HeldPicture final : public Held {
   static constexpr Kind kKind = Kind::Picture;
   using Handle = discoplan_picture;
 
-  /// Whose figure reads `wafers` until the picture goes.
-  HeldPicture(figures::Figure figure, Drawing drawing,
+  /// Pages of equal size, which a PDF file has one by one and others below each other. They read
+  /// `wafers` until the picture goes.
+  HeldPicture(std::vector<figures::Figure> pages, Drawing drawing,
               std::vector<std::shared_ptr<MeasuredWafer>> wafers);
   explicit HeldPicture(Canvas canvas);
 
@@ -72,12 +76,13 @@ class HeldPicture final : public Held {
   const std::vector<std::uint8_t>& File(FigureFormat format);
 
  private:
+  figures::Figure Stacked() const;
   std::vector<std::uint8_t> Encode(FigureFormat format);
   void Paint();
 
   std::mutex mutex_;
   std::vector<std::shared_ptr<MeasuredWafer>> wafers_;
-  std::optional<figures::Figure> figure_;
+  std::vector<figures::Figure> pages_;  ///< None in the classic look.
   Drawing drawing_;
   const int width_;
   const int height_;

@@ -207,7 +207,7 @@ std::shared_ptr<MeasuredWafer> NewWafer(const discoplan_sites& sites, std::int64
 }
 
 std::shared_ptr<MeasuredWafer> WithSites(const MeasuredWafer& like, std::span<const Site> sites,
-                                         const std::string& name) {
+                                         const std::string& name, MeasuredWafer::Look look) {
   data::Wafer measured = like.Measured();
   measured.name = name;
   measured.x.clear();
@@ -223,7 +223,7 @@ std::shared_ptr<MeasuredWafer> WithSites(const MeasuredWafer& like, std::span<co
     measured.value.push_back(site.z);
   }
   if (sites.empty()) RefuseData(Prefix(name) + "no site is left");
-  return std::make_shared<MeasuredWafer>(std::move(measured), like.Looks(), true);
+  return std::make_shared<MeasuredWafer>(std::move(measured), std::move(look), true);
 }
 
 }  // namespace discoplan::c

@@ -26,6 +26,7 @@ class MeasuredWafer final : public Held {
     data::Parameter parameter;
     figures::Orientation orientation = figures::Orientation::Notch;
     figures::Side notch = figures::Side::Bottom;
+    bool is_difference = false;  ///< Whose values are about 0.
   };
 
   /// The wafer has its size. Raises `Error` for sites off the wafer and for values whose sums are
@@ -57,8 +58,8 @@ class MeasuredWafer final : public Held {
 std::shared_ptr<MeasuredWafer> NewWafer(const discoplan_sites& sites, std::int64_t first,
                                         std::int64_t last, const discoplan_wafer_options& options);
 
-/// The same wafer with other sites. Raises `Error`.
+/// The same wafer with other sites and looks. Raises `Error`.
 std::shared_ptr<MeasuredWafer> WithSites(const MeasuredWafer& like, std::span<const Site> sites,
-                                         const std::string& name);
+                                         const std::string& name, MeasuredWafer::Look look);
 
 }  // namespace discoplan::c

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
-#include <cmath>
+#include <tuple>
 
 #include "bindings/c/arguments.h"
 #include "bindings/c/drawing.h"
 #include "data/plain_text.h"
 #include "discoplan/analysis/lot_summary.h"
 #include "discoplan/base/file_name.h"
+#include "discoplan/figures/lot_figure.h"
 #include "hosts/headless/whole_file.h"
 
 using namespace discoplan;
@@ -14,101 +15,49 @@ using namespace discoplan::c;
 
 namespace {
 
-/// Sheets have as many columns as rows, or one more; as few rows as will do.
-struct SheetGrid {
-  int columns;
-  int rows;
-
-  explicit SheetGrid(int count)
-      : columns(static_cast<int>(std::ceil(std::sqrt(count)))),
-        rows((count + columns - 1) / columns) {}
-};
-
 using Wafers = std::vector<std::shared_ptr<MeasuredWafer>>;
 
-std::pair<float, float> CommonScale(const Wafers& wafers) {
+/// A4 across, as a page of paper and on a screen.
+constexpr FigureSize kPage = {.width = 842, .height = 595, .pixels_per_point = 2};
+
+/// The limits given, or the range of all values without outlying ones.
+std::pair<double, double> CommonScale(const Wafers& wafers, const Drawing& drawing) {
+  if (drawing.limits) return {drawing.limits->first, drawing.limits->second};
   std::vector<analysis::LotWafer> all;
   for (const auto& wafer : wafers) all.push_back({wafer->Measured().name, wafer->Sites()});
   const analysis::RobustRange scale = analysis::SummaryOf(all).scale;
-  return {static_cast<float>(scale.low), static_cast<float>(scale.high)};
+  return {scale.low, scale.high};
 }
 
-/// The size of each plot of a sheet.
-FigureSize CellSize(const FigureSize& whole, const SheetGrid& grid, double title) {
-  return {whole.width / grid.columns, (whole.height - title) / grid.rows, whole.pixels_per_point};
-}
-
-constexpr double kTitleSize = 12;        // points
-constexpr double kTitleRoom = 1.8;       // of its size
-constexpr double kTitleBaseLine = 1.25;  // of its size, from the top
-
-/// The title as far as it fits the sheet.
-std::string Shortened(std::string title, double width, const FigureText& text) {
-  if (text.Width(title, kTitleSize, true) <= width) return title;
-  while (!title.empty() && text.Width(title + "…", kTitleSize, true) > width) {
-    while (!title.empty() && (title.back() & 0xC0) == 0x80) title.pop_back();
-    if (!title.empty()) title.pop_back();
+figures::LotPlot LotOf(const Wafers& wafers, const Drawing& drawing) {
+  figures::LotPlot lot;
+  lot.title = drawing.title;
+  std::size_t sites = 0;
+  for (std::size_t i = 0; i < wafers.size(); ++i) {
+    lot.wafers.push_back(PlotOf(*wafers[i], drawing));
+    lot.wafers.back().title = wafers[i]->Measured().name;
+    const auto slot = wafers[i]->Measured().slot;
+    lot.labels.push_back(std::to_string(slot.value_or(static_cast<int>(i) + 1)));
+    sites += wafers[i]->Sites().size();
   }
-  return title.empty() ? title : title + "…";
-}
-
-void AddTitle(figures::Figure& sheet, const Drawing& drawing) {
-  const FigureText& text = TextFor(drawing);
-  const double margin = kTitleSize * 0.8;
-  const std::string title = Shortened(drawing.title, sheet.width - 2 * margin, text);
-  const double width = text.Width(title, kTitleSize, true);
-  const double line = kTitleSize * kTitleBaseLine;
-  const figures::Rgba ink =
-      drawing.Has(DISCOPLAN_DARK) ? figures::Rgb(0xF0F0F0) : figures::Rgb(0x202020);
-  sheet.shapes.push_back(
-      figures::TextShape{.text = title,
-                         .start = {margin, line},
-                         .size = kTitleSize,
-                         .bold = true,
-                         .colour = ink,
-                         .box = {margin, line - figures::kAscent * kTitleSize, margin + width,
-                                 line + figures::kDescent * kTitleSize},
-                         .width = width});
+  lot.facts = {data::Counted(wafers.size(), "wafer"), data::Counted(sites, "site")};
+  std::tie(lot.low, lot.high) = CommonScale(wafers, drawing);
+  return lot;
 }
 
 std::shared_ptr<HeldPicture> DrawSheet(Wafers wafers, Drawing drawing) {
   if (drawing.classic) Refuse("sheets are of the modern look");
-  const SheetGrid grid(static_cast<int>(wafers.size()));
-  const double title = drawing.title.empty() ? 0 : kTitleSize * kTitleRoom;
-  if (!drawing.has_size) {
-    const FigureSize cell = FigureSize::Pixels(400, 300);
-    drawing.size = {cell.width * grid.columns, cell.height * grid.rows + title,
-                    cell.pixels_per_point};
+  if (!drawing.has_size) drawing.size = kPage;
+  if (drawing.size.width < 300 || drawing.size.height < 200) {
+    Refuse("the sheet is too small for the plots of a lot; give a larger size");
   }
-  if (!drawing.limits) {
-    const auto [low, high] = CommonScale(wafers);
-    if (low < high) drawing.limits = {low, high};
+  const figures::LotPlot lot = LotOf(wafers, drawing);
+  std::vector<figures::Figure> pages;
+  for (std::size_t first = 0; first < wafers.size(); first += figures::kWafersOnPage) {
+    pages.push_back(MakeLotSheet(FigureKindOf(drawing.kind), lot, first,
+                                 StyleOf(*wafers.front(), drawing), TextFor(drawing)));
   }
-  const FigureSize whole = drawing.size;
-  Drawing cell = drawing;
-  cell.size = CellSize(whole, grid, title);
-  cell.has_title = false;
-  if (cell.size.width < 150 || cell.size.height < 110) {
-    Refuse("the sheet is too small for " + std::to_string(wafers.size()) +
-           " plots; give a larger size");
-  }
-  figures::Figure sheet;
-  for (std::size_t i = 0; i < wafers.size(); ++i) {
-    figures::Figure part = MakeFigure(*wafers[i], cell);
-    if (i == 0) {
-      sheet = {.width = whole.width,
-               .height = whole.height,
-               .background = part.background,
-               .font = part.font,
-               .title = drawing.title,
-               .shapes = {}};
-    }
-    const int column = static_cast<int>(i) % grid.columns;
-    const int row = static_cast<int>(i) / grid.columns;
-    Place(std::move(part), {column * cell.size.width, title + row * cell.size.height}, sheet);
-  }
-  if (title > 0) AddTitle(sheet, drawing);
-  return std::make_shared<HeldPicture>(std::move(sheet), std::move(drawing), std::move(wafers));
+  return std::make_shared<HeldPicture>(std::move(pages), std::move(drawing), std::move(wafers));
 }
 
 void CopyRgba(std::span<const Pixel> pixels, int width, std::uint8_t* to, std::int64_t stride) {

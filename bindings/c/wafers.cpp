@@ -113,13 +113,16 @@ Wafers AllOf(discoplan_wafer* const* handles, std::int64_t count) {
 }
 
 std::shared_ptr<MeasuredWafer> Derived(const MeasuredWafer& like, const analysis::Derived& derived,
-                                       const std::string& name, std::int64_t* interpolated) {
+                                       const std::string& name, bool is_difference,
+                                       std::int64_t* interpolated) {
   if (derived.sites.empty() || derived.missing > 0) {
     throw Error(DISCOPLAN_BAD_DATA, name + ": " + data::Counted(derived.missing, "site") +
                                         " have no partner, and too few others to interpolate from");
   }
   if (interpolated != nullptr) *interpolated = static_cast<std::int64_t>(derived.interpolated);
-  return WithSites(like, derived.sites, name);
+  MeasuredWafer::Look look = like.Looks();
+  look.is_difference = look.is_difference || is_difference;
+  return WithSites(like, derived.sites, name, look);
 }
 
 }  // namespace
@@ -234,7 +237,7 @@ discoplan_status discoplan_wafer_minus(discoplan_wafer* wafer, discoplan_wafer* 
     const auto from = Get<MeasuredWafer>(wafer);
     const auto taken = Get<MeasuredWafer>(other);
     return Derived(*from, analysis::DifferenceOf(from->Sites(), taken->Sites()),
-                   from->Measured().name + ", minus " + taken->Measured().name, interpolated);
+                   from->Measured().name + ", minus " + taken->Measured().name, true, interpolated);
   });
 }
 
@@ -244,6 +247,6 @@ discoplan_status discoplan_wafers_mean(discoplan_wafer* const* wafers, int64_t c
     const Wafers all = AllOf(wafers, count);
     std::vector<std::span<const Site>> sites;
     for (const auto& each : all) sites.push_back(each->Sites());
-    return Derived(*all.front(), analysis::MeanWafer(sites), "mean", interpolated);
+    return Derived(*all.front(), analysis::MeanWafer(sites), "mean", false, interpolated);
   });
 }

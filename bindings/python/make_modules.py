@@ -67,9 +67,10 @@ def property_text(member: dict[str, Any], enums: set[str]) -> str:
     text += doc(member["doc"], " " * 8)
     if kind in enums:  # a host may have set another number
         text += f'        value = self._get("{name}")\n'
-        text += f"        return {kind}(value) if value in {kind}._value2member_map_ else value\n\n"
+        text += f"        known: {kind} = {kind}(value) if value in {kind}._value2member_map_ else value\n"
+        text += "        return known\n\n"
     else:
-        text += f"        return {value}  # type: ignore[no-any-return]\n\n"
+        text += f"        value: {annotation} = {value}\n        return value\n\n"
     if member["writable"]:
         taken = {"float": "float", "int": "int"}.get(annotation, annotation)
         text += f"    @{name_of(name)}.setter\n    def {name_of(name)}(self, value: {taken}) -> None:\n"
@@ -101,7 +102,8 @@ def method_text(member: dict[str, Any], enums: set[str]) -> str:
     elif result == "none":
         text += f"        {call}\n\n"
     else:
-        text += f"        return {converted(result, enums, call + '[0]')}  # type: ignore[no-any-return]\n\n"
+        text += f"        result: {annotation} = {converted(result, enums, call + '[0]')}\n"
+        text += "        return result\n\n"
     return text
 
 

@@ -250,8 +250,8 @@ TEST(CPicture, ShowsLotsInOneScale) {
   ASSERT_EQ(discoplan_sheet(wafers.data(), 5, nullptr, &sheet), DISCOPLAN_OK) << discoplan_error();
   int32_t width = 0, height = 0;
   ASSERT_EQ(discoplan_picture_size(sheet, &width, &height), DISCOPLAN_OK);
-  EXPECT_EQ(width, 1200);
-  EXPECT_EQ(height, 600);
+  EXPECT_EQ(width, 1684);
+  EXPECT_EQ(height, 1190);
   for (discoplan_wafer* wafer : wafers) discoplan_free(wafer);
   const uint8_t* bytes = nullptr;
   int64_t count = 0;  // the picture keeps its wafers

@@ -23,9 +23,6 @@ def _by_numpy(column: Any, name: str) -> Any:
 
     if hasattr(column, "filled"):  # a masked array
         return np.ma.asarray(column).astype(np.float64).filled(np.nan)
-    kind = getattr(getattr(column, "dtype", None), "kind", None)
-    if kind == "O":
-        raise TypeError(f"{name} holds Python objects; give numbers, as by astype(float)")
     if hasattr(column, "to_numpy"):
         return column.to_numpy(dtype=np.float64, na_value=np.nan)
     array = column.__array__()
@@ -38,6 +35,10 @@ def numbers(column: Any, name: str) -> Any:
     """The numbers of a column as floats in memory; not a number for what is missing."""
     if isinstance(column, (str, bytes, bytearray, dict)):
         raise TypeError(f"{name} is a {type(column).__name__}; give numbers")
+    if getattr(getattr(column, "dtype", None), "kind", None) == "O":
+        nullable = hasattr(column.dtype, "na_value")  # of pandas, over numbers of its own
+        if not nullable:
+            raise TypeError(f"{name} holds Python objects; give numbers, as by astype(float)")
     if not hasattr(column, "filled"):
         found = _by_arrow(column, name)
         if found is not None:

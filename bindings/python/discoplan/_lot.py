@@ -142,11 +142,11 @@ class Lot:
         no_isolines: bool = False,
         no_dots: bool = False,
     ) -> Picture:
-        """All wafers beside each other, in one scale of colours.
+        """The lot in small plots of one colour scale, 25 on a page, with charts of its wafers.
 
         The scale spans `limits`, or else all values but the outlying ones (Tukey's fences). `size`
-        and `mm` are those of the whole sheet; 400 x 300 pixels for each wafer by default. Else as
-        `Wafer.plot`.
+        and `mm` are those of a page, A4 across by default; a PDF file has page after page, other
+        pictures have them below each other. Else as `Wafer.plot`.
         """
         fields = plot_fields(
             kind=kind,

@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Keywords of Python as the fields of the C interface."""
 
-import os
 from typing import Any, Optional, Sequence, Tuple
 
 FLAGS = {
@@ -17,7 +16,6 @@ ORIENTATIONS = ("notch", "flat", "none")
 SIDES = ("bottom", "left", "top", "right")
 LOOKS = ("modern", "classic")
 _METHODS = {"smooth": 0, "idw4": -1}
-_FONTS = os.path.join(os.path.dirname(__file__), "fonts")
 
 
 def choice(names: Sequence[str], given: str, what: str) -> int:
@@ -35,19 +33,6 @@ def _pair(given: Any, what: str) -> Tuple[float, float]:
         raise ValueError(f"{what} takes two numbers, not {given!r}") from None
 
 
-def _bundled_fonts() -> dict[str, Any]:
-    regular = os.path.join(_FONTS, "LiberationSans-Regular.ttf")
-    if not os.path.exists(regular):
-        return {}
-    return {
-        "font_file": regular,
-        "bold_font_file": os.path.join(_FONTS, "LiberationSans-Bold.ttf"),
-    }
-
-
-_FONT_FIELDS = _bundled_fonts()
-
-
 def plot_fields(
     *,
     look: str = "modern",
@@ -59,7 +44,7 @@ def plot_fields(
     **given: Any,
 ) -> dict[str, Any]:
     """The fields of `discoplan_plot_options`."""
-    fields: dict[str, Any] = dict(_FONT_FIELDS)
+    fields: dict[str, Any] = {}
     flags = 0
     if look != "modern":
         fields["look"] = choice(LOOKS, look, "look")

@@ -120,17 +120,20 @@ class Wafer:
     @property
     def x(self) -> "Floats":
         """Positions of the sites in mm; float32, a copy."""
-        return as_array(_core.wafer_sites(self._handle)[0])
+        numbers: "Floats" = as_array(_core.wafer_sites(self._handle)[0])
+        return numbers
 
     @property
     def y(self) -> "Floats":
         """Positions of the sites in mm; float32, a copy."""
-        return as_array(_core.wafer_sites(self._handle)[1])
+        numbers: "Floats" = as_array(_core.wafer_sites(self._handle)[1])
+        return numbers
 
     @property
     def value(self) -> "Floats":
         """Values at the sites; float32, a copy."""
-        return as_array(_core.wafer_sites(self._handle)[2])
+        numbers: "Floats" = as_array(_core.wafer_sites(self._handle)[2])
+        return numbers
 
     def statistics(self) -> "Statistics":
         """Every figure of merit as a dataclass; None for one that has no meaning here."""
@@ -158,7 +161,8 @@ class Wafer:
         if interpolation not in _METHODS:
             raise ValueError(f"interpolation: {interpolation!r} is neither smooth nor idw4")
         method = _METHODS[interpolation]
-        return as_array(_core.lattice(self._handle, n, n, method, 0.0, 0.0, 0.0))
+        values: "Floats" = as_array(_core.lattice(self._handle, n, n, method, 0.0, 0.0, 0.0))
+        return values
 
     def plot(
         self,
@@ -174,6 +178,7 @@ class Wafer:
         interpolation: Optional[str] = None,
         title: Optional[str] = None,
         font: Optional[str] = None,
+        font_file: Optional[str] = None,
         dark: bool = False,
         transparent: bool = False,
         no_legend: bool = False,
@@ -198,7 +203,8 @@ class Wafer:
             bands: Steps of the colour scale, 2 to 64; continuous.
             interpolation: "smooth" (thin-plate spline) or "idw4" (mean of the four nearest).
             title: In place of the wafer's name.
-            font: Of all texts.
+            font: Of all texts; the machine's, where Liberation Sans stands in for Arial.
+            font_file: A font to use in place of the machine's Arial.
             dark, transparent, no_legend, values, no_isolines, no_dots: Of the page; `values` writes
                 them beside the sites of a map.
             sigma_range: Half width of the band of sigma plots in standard deviations; 1.
@@ -220,6 +226,7 @@ class Wafer:
             interpolation=interpolation,
             title=title,
             font=font,
+            font_file=font_file,
             dark=dark,
             transparent=transparent,
             no_legend=no_legend,

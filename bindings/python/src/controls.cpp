@@ -25,7 +25,8 @@ class Values {
     } else if (PyUnicode_Check(object)) {
       value.type = DISCOPLAN_TEXT;
       value.text = texts_.emplace_back(TextOf(object)).c_str();
-    } else if (PyFloat_Check(object) || PyIndex_Check(object)) {
+    } else if (PyFloat_Check(object) != 0 || PyLong_Check(object) != 0 ||
+               PySequence_Check(object) == 0) {
       value.type = DISCOPLAN_DOUBLE;
       value.number = NumberOf(object);
     } else {

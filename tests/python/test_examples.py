@@ -1,0 +1,52 @@
+# SPDX-License-Identifier: MIT
+"""Examples and docstrings do what they say."""
+
+import doctest
+import os
+import pathlib
+import subprocess
+import sys
+
+import discoplan
+
+SOURCE = pathlib.Path(__file__).parents[2]
+
+
+def test_example(tmp_path: pathlib.Path) -> None:
+    script = SOURCE / "examples" / "python" / "lot.py"
+    lot = SOURCE / "examples" / "native_oxide_lot.csv"
+    said = subprocess.run([sys.executable, script, lot, tmp_path], capture_output=True, text=True, check=True)
+    assert said.stdout.startswith("Slot25: sigma 0.2673\n")
+    assert len(list(tmp_path.iterdir())) == 7
+
+
+def test_docstrings(tmp_path: pathlib.Path, monkeypatch) -> None:
+    monkeypatch.chdir(tmp_path)
+    assert doctest.testmod(discoplan).failed == 0
+
+
+def test_notebook() -> None:
+    """Runs without an error; its own assertions hold, and its pictures are there."""
+    import nbclient
+    import nbformat
+
+    notebook = nbformat.read(SOURCE / "docs" / "wafers.ipynb", as_version=4)
+    nbclient.NotebookClient(
+        notebook, timeout=120, kernel_name="python3", resources={"metadata": {"path": str(SOURCE / "docs")}}
+    ).execute()
+    shown = [output for cell in notebook.cells for output in cell.get("outputs", [])]
+    assert sum("image/png" in output.get("data", {}) for output in shown) == 5
+
+
+def test_pictures_of_the_page(tmp_path: pathlib.Path) -> None:
+    """docs/python.md shows what its code draws; with DISCOPLAN_PICTURES set they are drawn anew."""
+    lot = discoplan.read(SOURCE / "examples" / "native_oxide_lot.csv")
+    wafer = lot["Slot07"]
+    drawn = {
+        "python_map.png": wafer.plot("2D", limits=(9.5, 10.5)),
+        "python_difference.png": (wafer - lot.mean()).plot(),
+    }
+    for name, picture in drawn.items():
+        if "DISCOPLAN_PICTURES" in os.environ:
+            picture.save(SOURCE / "docs" / name)
+        assert (SOURCE / "docs" / name).read_bytes() == picture.png(), name
