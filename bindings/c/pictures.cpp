@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
-#include <tuple>
 
 #include "bindings/c/arguments.h"
 #include "bindings/c/drawing.h"
 #include "data/plain_text.h"
+#include "discoplan/analysis/figures_of_merit.h"
 #include "discoplan/analysis/lot_summary.h"
 #include "discoplan/base/file_name.h"
 #include "discoplan/figures/lot_figure.h"
+#include "discoplan/figures/ticks.h"
 #include "hosts/headless/whole_file.h"
 
 using namespace discoplan;
@@ -20,28 +21,43 @@ using Wafers = std::vector<std::shared_ptr<MeasuredWafer>>;
 /// A4 across, as a page of paper and on a screen.
 constexpr FigureSize kPage = {.width = 842, .height = 595, .pixels_per_point = 2};
 
-/// The limits given, or the range of all values without outlying ones.
-std::pair<double, double> CommonScale(const Wafers& wafers, const Drawing& drawing) {
-  if (drawing.limits) return {drawing.limits->first, drawing.limits->second};
-  std::vector<analysis::LotWafer> all;
-  for (const auto& wafer : wafers) all.push_back({wafer->Measured().name, wafer->Sites()});
-  const analysis::RobustRange scale = analysis::SummaryOf(all).scale;
-  return {scale.low, scale.high};
+figures::LotTable::Row RowOf(const std::string& name, const analysis::Sample& sample) {
+  constexpr int kDigits = 4;
+  figures::LotTable::Row row{.texts = {name}};
+  for (const char* key : {"mean", "std_dev", "std_dev_percent", "range"}) {
+    const std::optional<double> value = analysis::FindFigure(key)->compute(sample);
+    row.texts.push_back(value ? figures::NumberText(*value, kDigits) : "n/a");
+  }
+  return row;
+}
+
+figures::LotTable TableOf(const analysis::LotSummary& summary) {
+  figures::LotTable table{.titles = {"Wafer", "Mean", "Std. Dev", "Std. Dev %", "Range"}};
+  for (const analysis::WaferSummary& wafer : summary.wafers) {
+    table.rows.push_back(RowOf(wafer.name, wafer.sample));
+    table.rows.back().flagged = wafer.outlying != analysis::Outlying::No;
+  }
+  table.rows.push_back(RowOf("All sites", summary.all));
+  table.rows.back().total = true;
+  return table;
 }
 
 figures::LotPlot LotOf(const Wafers& wafers, const Drawing& drawing) {
   figures::LotPlot lot;
   lot.title = drawing.title;
-  std::size_t sites = 0;
+  std::vector<analysis::LotWafer> all;
   for (std::size_t i = 0; i < wafers.size(); ++i) {
     lot.wafers.push_back(PlotOf(*wafers[i], drawing));
     lot.wafers.back().title = wafers[i]->Measured().name;
     const auto slot = wafers[i]->Measured().slot;
     lot.labels.push_back(std::to_string(slot.value_or(static_cast<int>(i) + 1)));
-    sites += wafers[i]->Sites().size();
+    all.push_back({lot.wafers.back().title, wafers[i]->Sites()});
   }
-  lot.facts = {data::Counted(wafers.size(), "wafer"), data::Counted(sites, "site")};
-  std::tie(lot.low, lot.high) = CommonScale(wafers, drawing);
+  const analysis::LotSummary summary = analysis::SummaryOf(all);
+  lot.facts = {data::Counted(wafers.size(), "wafer"), data::Counted(summary.all.Count(), "site")};
+  lot.low = drawing.limits ? drawing.limits->first : summary.scale.low;
+  lot.high = drawing.limits ? drawing.limits->second : summary.scale.high;
+  lot.table = TableOf(summary);
   return lot;
 }
 

@@ -22,7 +22,7 @@ def _by_numpy(column: Any, name: str) -> Any:
     import numpy as np
 
     if hasattr(column, "filled"):  # a masked array
-        return np.ma.asarray(column).astype(np.float64).filled(np.nan)
+        return column.astype(np.float64).filled(np.nan)
     if hasattr(column, "to_numpy"):
         return column.to_numpy(dtype=np.float64, na_value=np.nan)
     array = column.__array__()

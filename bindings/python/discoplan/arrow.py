@@ -44,10 +44,10 @@ def _offsets(lists: Any) -> memoryview:
 
 def _numbers(values: Any, pa: Any) -> Any:
     """The items of lists where they are, if they are floats without gaps."""
-    letter = {pa.float32(): "f", pa.float64(): "d"}.get(values.type)
-    if letter is None or values.null_count > 0 or len(values) == 0:
+    if values.type not in (pa.float32(), pa.float64()) or values.null_count > 0 or len(values) == 0:
         return values
-    items = memoryview(values.buffers()[1]).cast("B").cast(letter)
+    plain = memoryview(values.buffers()[1]).cast("B")
+    items = plain.cast("f") if values.type == pa.float32() else plain.cast("d")
     return items[values.offset : values.offset + len(values)]
 
 
