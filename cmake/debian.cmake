@@ -78,6 +78,17 @@ if(BUILD_SHARED_LIBS)
       "This package holds the nine plots as widgets, for programs that use them.")
   endif()
 endif()
+if(DISCOPLAN_C)
+  set(cxx_abi ${abi})
+  set(abi 1)
+  discoplan_library_package(c libdiscoplan-c libdiscoplan-c1 ""
+    "plots of semiconductor wafers: C interface"
+    "This package holds the library for programs in C and in languages that call C.")
+  set(abi ${cxx_abi})
+  discoplan_package(c-develop libdiscoplan-c-dev libdevel "libdiscoplan-c1 (${this})"
+    "plots of semiconductor wafers: development files of the C interface"
+    "This package holds discoplan.h and its pkg-config file.")
+endif()
 discoplan_package(develop libdiscoplan-dev libdevel "${libraries}"
   "plots of semiconductor wafers: development files"
   "This package holds headers, CMake targets and pkg-config files. It needs\na compiler of C++20.")

@@ -33,9 +33,14 @@ function(discoplan_pkg_config component library requires static_requires static_
     list(APPEND requires ${static_requires})
     set(libs "${static_libs}")
     set(cflags -DDISCOPLAN_STATIC)
+  else()
+    set(libs)
   endif()
   string(JOIN ", " requires ${requires})
   file(RELATIVE_PATH up_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+  if(NOT language)
+    set(language C++20)
+  endif()
   configure_file(cmake/discoplan.pc.in ${CMAKE_CURRENT_BINARY_DIR}/${library}.pc @ONLY)
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${library}.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT ${component})
@@ -71,6 +76,21 @@ if(DISCOPLAN_HEADLESS)
   endif()
   discoplan_pkg_config(develop discoplan-headless "discoplan = ${PROJECT_VERSION}" "${requires}"
     "${libs}")
+endif()
+# The C interface stands on nothing of these: programs in other languages take it alone.
+if(DISCOPLAN_C)
+  install(TARGETS discoplan-c EXPORT discoplan-c-targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT c NAMELINK_COMPONENT c-develop
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT c-develop
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT c
+    INCLUDES DESTINATION ${include_dir})
+  install(EXPORT discoplan-c-targets NAMESPACE discoplan:: DESTINATION ${package_dir}
+    COMPONENT c-develop)
+  install(FILES ${PROJECT_SOURCE_DIR}/bindings/c/discoplan.h
+    DESTINATION ${include_dir} COMPONENT c-develop)
+  set(language C99)
+  discoplan_pkg_config(c-develop discoplan-c "" "" "")
+  unset(language)
 endif()
 if(DISCOPLAN_PROGRAMS)
   install(TARGETS discoplan-program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
