@@ -81,7 +81,7 @@ endif()
 if(DISCOPLAN_C)
   set(cxx_abi ${abi})
   set(abi 1)
-  discoplan_library_package(c libdiscoplan-c libdiscoplan-c1 ""
+  discoplan_library_package(c libdiscoplan-c libdiscoplan-c1 fonts-liberation
     "plots of semiconductor wafers: C interface"
     "This package holds the library for programs in C and in languages that call C.")
   set(abi ${cxx_abi})
