@@ -6,6 +6,8 @@
 
 namespace discoplan::c {
 
-std::string DescribedClasses() { return JsonText(discoplan::DescribedClasses(ControlClasses())); }
+std::string DescribedClasses() {
+  return JsonText(discoplan::DescribedClasses(ControlClasses(), Aliases::Told));
+}
 
 }  // namespace discoplan::c

@@ -33,8 +33,8 @@ template <class Real>
 std::to_chars_result ToShortest(char* first, char* last, Real value) {
   return std::to_chars(first, last, value, std::chars_format::scientific);
 }
-inline std::to_chars_result ToChars(char* first, char* last, double value,
-                                    std::chars_format format, int precision) {
+inline std::to_chars_result ToChars(char* first, char* last, double value, std::chars_format format,
+                                    int precision) {
   return std::to_chars(first, last, value, format, precision);
 }
 #else

@@ -99,23 +99,23 @@ ordered_json Described(const ControlClass& kind) {
           {"events", std::move(events)}};
 }
 
-ordered_json Described(const Enumeration& enumeration) {
+ordered_json Described(const Enumeration& enumeration, Aliases aliases) {
   ordered_json values = ordered_json::array();
   for (const Enumerator& row : enumeration.values) {
     values.push_back({{"name", row.name}, {"value", row.value}, {"doc", row.doc}});
-    if (!row.alias.empty()) values.back()["alias"] = row.alias;
+    if (aliases == Aliases::Told && !row.alias.empty()) values.back()["alias"] = row.alias;
   }
   return {{"name", enumeration.name}, {"values", std::move(values)}};
 }
 
 }  // namespace
 
-ordered_json DescribedClasses(std::span<const ControlClass* const> classes) {
+ordered_json DescribedClasses(std::span<const ControlClass* const> classes, Aliases aliases) {
   ordered_json text = {{"version", LibraryVersion()},
                        {"enumerations", ordered_json::array()},
                        {"classes", ordered_json::array()}};
   for (const Enumeration& enumeration : Enumerations()) {
-    text["enumerations"].push_back(Described(enumeration));
+    text["enumerations"].push_back(Described(enumeration, aliases));
   }
   for (const ControlClass* kind : classes) text["classes"].push_back(Described(*kind));
   return text;

@@ -7,7 +7,11 @@
 
 namespace discoplan {
 
+/// Whether enumerators whose name a language reserves have an "alias" beside it.
+enum class Aliases { Untold, Told };
+
 /// The classes given with their members, events and all enumerations, as JSON, from their rows.
-nlohmann::ordered_json DescribedClasses(std::span<const ControlClass* const> classes);
+nlohmann::ordered_json DescribedClasses(std::span<const ControlClass* const> classes,
+                                        Aliases aliases = Aliases::Untold);
 
 }  // namespace discoplan
