@@ -40,7 +40,7 @@ ComPtr<ClassFactory> FactoryOf(REFCLSID class_id, HRESULT& result) {
   result = CLASS_E_CLASSNOTAVAILABLE;
   const auto make = [&](std::string_view id, const auto& what) {
     if (factory || ToGuid(id) != class_id) return;
-    factory.Attach(new (std::nothrow) ClassFactory(what));
+    *factory.GetAddressOf() = new (std::nothrow) ClassFactory(what);  // which counts itself
     result = factory ? S_OK : E_OUTOFMEMORY;
   };
   for (const ControlClass* row : ControlClasses()) make(row->class_id, *row);
