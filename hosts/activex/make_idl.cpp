@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Writes the type library's source from the controls' classes: make_idl FILE
+// Writes the type library's source and the manifest for programs that use the controls without
+// registration, from the controls' classes: make_idl IDL MANIFEST
 
 #include <fstream>
 #include <iostream>
 #include <set>
 
 #include "discoplan/controls/control_class.h"
+#include "discoplan/dialogs/property_page.h"
 #include "hosts/activex/ids.h"
 
 namespace {
@@ -140,7 +142,10 @@ bool IdsDiffer() {
   for (const ControlClass* row : ControlClasses()) {
     ids.insert({std::string(row->class_id), activex::MembersId(*row), activex::EventsId(*row)});
   }
-  return ids.size() == 1 + 3 * ControlClasses().size();
+  for (const std::string_view page : PropertyPageClasses()) {
+    ids.insert(std::string(activex::PageId(page)));
+  }
+  return ids.size() == 1 + 3 * ControlClasses().size() + PropertyPageClasses().size();
 }
 
 void WriteLibrary(std::ostream& out) {
@@ -159,21 +164,49 @@ void WriteLibrary(std::ostream& out) {
   out << "}\n";
 }
 
+std::string InBraces(std::string_view id) { return '{' + std::string(id) + '}'; }
+
+void WriteManifest(std::ostream& out) {
+  const std::string library = InBraces(activex::kLibraryId);
+  const auto one_class = [&](std::string_view id, const std::string& rest) {
+    out << "    <comClass clsid=\"" << InBraces(id) << "\" threadingModel=\"Apartment\"" << rest
+        << "/>\n";
+  };
+  out << R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
+<assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">
+  <assemblyIdentity type="win32" name="Discoplan" version=")"
+      << activex::kMajorVersion << '.' << activex::kMinorVersion << R"(.0.0"/>
+  <file name="discoplan.ocx">
+)";
+  for (const ControlClass* row : ControlClasses()) {
+    one_class(row->class_id, " tlbid=\"" + library + "\" progid=\"" + std::string(row->program_id) +
+                                 "\" description=" + Quoted("Discoplan " + std::string(row->name)) +
+                                 " miscStatusContent=\"recomposeonresize,cantlinkinside,insideout,"
+                                 "activatewhenvisible,setclientsitefirst\"");
+  }
+  for (const std::string_view page : PropertyPageClasses()) one_class(activex::PageId(page), "");
+  out << "    <typelib tlbid=\"" << library << "\" version=\"" << activex::kMajorVersion << '.'
+      << activex::kMinorVersion << "\" helpdir=\"\"/>\n  </file>\n</assembly>\n";
+}
+
+bool WriteFile(const char* name, void (*write)(std::ostream&)) {
+  std::ofstream file(name);
+  write(file);
+  file.close();
+  if (!file) std::cerr << "make_idl: " << name << " can't be written\n";
+  return static_cast<bool>(file);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::cerr << "usage: make_idl FILE\n";
+  if (argc != 3) {
+    std::cerr << "usage: make_idl IDL MANIFEST\n";
     return 2;
   }
   if (!IdsDiffer()) {
     std::cerr << "make_idl: two parts of the type library would have one id\n";
     return 1;
   }
-  std::ofstream file(argv[1]);
-  WriteLibrary(file);
-  file.close();
-  if (file) return 0;
-  std::cerr << "make_idl: " << argv[1] << " can't be written\n";
-  return 1;
+  return WriteFile(argv[1], WriteLibrary) && WriteFile(argv[2], WriteManifest) ? 0 : 1;
 }

@@ -192,6 +192,35 @@ TEST(Abuse, IsAnsweredByErrors) {
   }
 }
 
+/// Run where nothing is registered, beside the manifest.
+TEST(Manifest, StandsInForTheRegistry) {
+  CLSID id{};
+  if (SUCCEEDED(CLSIDFromProgID(L"Discoplan.Plot2D", &id))) GTEST_SKIP() << "it is registered";
+  ACTCTXW context{};
+  context.cbSize = sizeof context;
+  context.lpSource = L"Discoplan.manifest";
+  const HANDLE made = CreateActCtxW(&context);
+  ASSERT_NE(INVALID_HANDLE_VALUE, made);
+  ULONG_PTR cookie = 0;
+  ASSERT_TRUE(ActivateActCtx(made, &cookie));
+  for (const wchar_t* name : kPlots) {
+    const ComPtr<IDispatch> plot = NewPlot(name);
+    ASSERT_NE(nullptr, plot.Get());
+    Load(*plot.Get());
+    EXPECT_EQ(0, Call(*plot.Get(), L"Plot"));
+    CAUUID pages{};
+    ASSERT_EQ(S_OK, As<ISpecifyPropertyPages>(plot)->GetPages(&pages));
+    for (ULONG i = 0; i < pages.cElems; ++i) {
+      ComPtr<IPropertyPage> page;
+      EXPECT_EQ(S_OK, CoCreateInstance(pages.pElems[i], nullptr, CLSCTX_INPROC_SERVER,
+                                       IID_PPV_ARGS(&page)));
+    }
+    CoTaskMemFree(pages.pElems);
+  }
+  DeactivateActCtx(0, cookie);
+  ReleaseActCtx(made);
+}
+
 TEST(Containers, OfTheSystemsHost) {
   const HMODULE atl = LoadLibraryW(L"atl.dll");
   ASSERT_NE(nullptr, atl);
