@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""The package beside what Python people use for the same: the least time of several runs, and the
-ratio. A lattice is the interpolation of 200 x 200 points; cKDTree asks for four neighbours and
+"""The package beside what Python people use for the same: the least processor time of several runs,
+and the ratio; all of them work on one thread. A lattice is the interpolation of 200 x 200 points; cKDTree asks for four neighbours and
 weighs them, its tree being made anew as for a new wafer."""
 
 import io
@@ -36,11 +36,11 @@ def sites(count: int) -> "tuple[np.ndarray, np.ndarray, np.ndarray]":
 
 def least(work: Callable[[], object], seconds: float = 0.4) -> float:
     work()
-    best, end = float("inf"), time.perf_counter() + seconds
-    while time.perf_counter() < end:
-        start = time.perf_counter()
+    best, end = float("inf"), time.process_time() + seconds
+    while time.process_time() < end:
+        start = time.process_time()
         work()
-        best = min(best, time.perf_counter() - start)
+        best = min(best, time.process_time() - start)
     return best
 
 
@@ -132,15 +132,15 @@ def overheads() -> None:
         "plot.TestDiameter = 200.0": lambda: setattr(plot, "TestDiameter", 200.0),
     }
     for name, call in calls.items():
-        start = time.perf_counter()
+        start = time.process_time()
         for _ in range(100000):
             call()
-        each = (time.perf_counter() - start) / 100000
+        each = (time.process_time() - start) / 100000
         print(f"{name:34}{each * 1e6:10.3f} us   goal 2: {'met' if each < 2e-6 else 'MISSED'}")
 
 
 def imports() -> None:
-    code = "import time; t = time.perf_counter(); import discoplan; print(time.perf_counter() - t)"
+    code = "import time; t = time.process_time(); import discoplan; print(time.process_time() - t)"
     best = min(float(subprocess.check_output([sys.executable, "-c", code])) for _ in range(7))
     print(f"{'import discoplan':34}{best * 1e3:10.3f} ms   goal 30: {'met' if best < 0.030 else 'MISSED'}")
 

@@ -83,10 +83,30 @@ void SetUp(PlotControl& control, const MeasuredWafer& wafer, const Drawing& draw
   if (drawing.Has(DISCOPLAN_NO_LEGEND)) control.HideLegend(true);
 }
 
+/// The thread's last host, as long as plots are of one size: to look for fonts and to draw letters
+/// takes longer than a plot.
+HeadlessHost& HostFor(const Drawing& drawing) {
+  struct Last {
+    Screen screen;
+    std::string font, font_file, bold_font_file;
+    HeadlessHost host;
+  };
+  thread_local std::unique_ptr<Last> last;
+  const Screen screen = ScreenFor(drawing);
+  const bool fits = last != nullptr && last->screen.twips_per_pixel_x == screen.twips_per_pixel_x &&
+                    last->font == drawing.font && last->font_file == drawing.font_file &&
+                    last->bold_font_file == drawing.bold_font_file;
+  if (!fits) {
+    last.reset(new Last{screen, drawing.font, drawing.font_file, drawing.bold_font_file,
+                        HeadlessHost(screen, FontsFor(drawing))});
+  }
+  return last->host;
+}
+
 }  // namespace
 
 Canvas PaintClassic(const MeasuredWafer& wafer, const Drawing& drawing) {
-  HeadlessHost host(ScreenFor(drawing), FontsFor(drawing));
+  HeadlessHost& host = HostFor(drawing);
   std::unique_ptr<PlotControl> control = drawing.kind->make(host, nullptr);
   SetUp(*control, wafer, drawing);
   const Screen& screen = host.screen();
