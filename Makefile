@@ -1,6 +1,7 @@
 # A thin front over the CMake presets. `make help` lists what there is.
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench bench-python fuzz portability activex docs pictures wheel lint format packages elsewhere
+.PHONY: help demo test bench bench-figures bench-python fuzz portability activex docs pictures wheel lint format packages \
+  elsewhere
 
 SOURCES = git ls-files '*.h' '*.cpp'
 LINTED = $(if $(FILES),echo $(FILES),git ls-files 'discoplan/*.cpp' 'hosts/*.cpp' 'apps/*.cpp')
@@ -36,6 +37,11 @@ bench-python: packages ## Compare the Python package with numpy, scipy and matpl
 	@cmake --build --preset release --target discoplan-python-package -- --quiet
 	@tests/python/environment python3 build/python-tests tests/python/requirements.txt
 	@PYTHONPATH=build/release/python build/python-tests/bin/python bench/python/bench.py
+
+bench-figures: packages ## Build, and compare pictures with those of matplotlib and gnuplot
+	@cmake --preset bench --log-level=WARNING > /dev/null
+	@cmake --build --preset bench --target discoplan-program -- --quiet
+	@bench/figures build/bench/apps/discoplan/discoplan
 
 portability: elsewhere ## Compare many sessions by Wine and Node with this machine's own, or SHORT=1 few
 	@cmake --preset release --log-level=WARNING > /dev/null

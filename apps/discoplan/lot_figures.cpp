@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "apps/discoplan/lot_figures.h"
 
+#include <algorithm>
+
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/progress.h"
 #include "apps/discoplan/stats_group.h"
@@ -60,6 +62,12 @@ std::vector<figures::LotPlot> LotPlotsOf(const DerivedLot& derived,
       lot.wafers.push_back(WaferPlotOf({options.data, *groups[k].parameter, *groups[k].wafers[i]},
                                        options.look, options.style));
       lot.wafers.back().flag = sheet.cells[i].flag;
+    }
+    const auto few = std::count_if(lot.wafers.begin(), lot.wafers.end(),
+                                   [](const auto& wafer) { return wafer.sites.Size() < 4; });
+    if (few > 0) {
+      lot.notes.insert(lot.notes.begin(), Counted(static_cast<std::size_t>(few), "wafer") +
+                                              " with less than 4 sites: maps show their mean");
     }
     lots.push_back(std::move(lot));
   }

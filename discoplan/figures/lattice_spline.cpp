@@ -14,9 +14,9 @@ constexpr std::size_t kLine = 8;
 constexpr std::size_t kPartners = 4 * kLine;
 constexpr std::size_t kSelf = kReach;
 /// Of the coarser lattice's sites, which only have to tell about where to begin.
-constexpr std::size_t kThinning = 4;
+constexpr std::size_t kThinning = 2;
 constexpr int kFewKnots = 12;
-constexpr int kMostSteps = 60;
+constexpr int kMostSteps = 300;
 
 /// In lanes, so that it is quick and the same on every system.
 double Dot(const std::vector<float>& a, const std::vector<float>& b) {
@@ -192,7 +192,7 @@ std::vector<float> LatticeSpline::Solve(double bending, double precision,
     found.resize(knots_.Size());
     if (!coarser_.empty()) {
       const LatticeSpline& coarser = coarser_.front();
-      Refine(coarser.knots_, coarser.Solve(bending / kThinning, precision), knots_, found,
+      Refine(coarser.knots_, coarser.Solve(bending / kThinning, precision / 3), knots_, found,
              Points::Coefficients);
     }
   }

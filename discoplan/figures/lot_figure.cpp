@@ -44,7 +44,10 @@ void AddHead(Page& page, const LotPlot& lot, std::size_t first) {
                     std::to_string(pages));
   }
   page.Items(facts, 2, true);
-  page.Items(lot.notes, 5, false);
+  // What has no room for them has still less for so many words.
+  const double line = 1.3 * page.Em();
+  page.Items(lot.notes, std::clamp(static_cast<int>(0.15 * page.Look().height / line), 1, 5),
+             false);
 }
 
 std::size_t EndOf(const LotPlot& lot, std::size_t first) {
@@ -53,12 +56,12 @@ std::size_t EndOf(const LotPlot& lot, std::size_t first) {
 
 }  // namespace
 
-PlotGrid PlotGrid::For(std::size_t count, const Box& area, double above) {
+PlotGrid PlotGrid::For(std::size_t count, const Box& area, double above, double shape) {
   PlotGrid best;
   double largest = -1;
   for (int columns = 1; columns <= static_cast<int>(count); ++columns) {
     const int rows = (static_cast<int>(count) + columns - 1) / columns;
-    const double side = std::min(area.Width() / columns, area.Height() / rows - above);
+    const double side = std::min(area.Width() / columns / shape, area.Height() / rows - above);
     if (side > largest) {
       largest = side;
       best = {columns, rows};
@@ -76,6 +79,7 @@ Box PlotGrid::Cell(std::size_t number, const Box& area, double gap) const {
 }
 
 void PlaceOn(Page& page, Figure figure, const Box& box) {
+  if (!page.IsFree(box)) return;
   page.Reserve(box);
   Figure sheet;
   Place(std::move(figure), {box.left, box.top}, sheet);
@@ -96,6 +100,7 @@ void DrawGallery(Page& page, const Box& box, const LotPlot& lot, const GalleryPa
   const double gap = 0.5 * page.Em();
   for (std::size_t i = part.first; i < part.end; ++i) {
     const Box cell = grid.Cell(i - part.first, area, gap);
+    if (std::min(cell.Width(), cell.Height()) < 3 * page.Em()) break;
     WaferPlot plot = lot.wafers[i];
     plot.low = lot.low;
     plot.high = lot.high;
@@ -167,14 +172,16 @@ Figure MakeWaferPage(const PageHead& head, std::span<const PlotKind> kinds, cons
   page.Items(head.facts, 3, true);
   page.Items({head.foot}, 1, false);
   const Box area = page.Free();
-  const PlotGrid grid = PlotGrid::For(kinds.size(), area, 4 * page.Em());
+  const PlotGrid grid = PlotGrid::For(kinds.size(), area, 4 * page.Em(), 1.25);
   for (std::size_t i = 0; i < kinds.size(); ++i) {
     const Box cell = grid.Cell(i, area, kinds.size() > 1 ? 0.8 * page.Em() : 0);
+    if (std::min(cell.Width(), cell.Height()) < 3 * page.Em()) break;
     WaferPlot each = plot;
     if (kinds.size() > 1) each.title = kNames[static_cast<std::size_t>(kinds[i])];
     Style own = style;
     own.width = cell.Width();
     own.height = cell.Height();
+    own.letters = std::min({page.Em(), cell.Width() / 34, cell.Height() / 24});
     PlaceOn(page, MakeFigure(kinds[i], each, own, text), cell);
   }
   return page.Take();

@@ -13,8 +13,8 @@ struct PlotGrid {
   int columns = 1;
   int rows = 1;
 
-  /// `above` is the height of the words over each plot.
-  static PlotGrid For(std::size_t count, const Box& area, double above);
+  /// `above` is the height of the words over each plot, `shape` its width for a height of 1.
+  static PlotGrid For(std::size_t count, const Box& area, double above, double shape = 1);
   Box Cell(std::size_t number, const Box& area, double gap) const;
 };
 

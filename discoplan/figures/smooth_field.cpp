@@ -68,18 +68,27 @@ class PlateField final : public ValueField {
   /// The smoothing by which sites are foretold best.
   double ChosenFor(const std::vector<Sample>& samples, double radius) {
     static constexpr std::array kSmoothings = {0.0, 0.003, 0.03, 0.3, 3.0};
-    const auto errors = ThinPlate::SquaredErrors(samples, {}, radius, kSmoothings);
-    const auto best = std::min_element(errors.begin(), errors.end());
-    error_ = *best < kNever ? std::sqrt(*best / static_cast<double>(samples.size())) : 0;
-    return kSmoothings[static_cast<std::size_t>(best - errors.begin())];
+    double least = kNever;
+    double chosen = 0;
+    for (const double smoothing : kSmoothings) {
+      const double sum = ThinPlate::SquaredErrors(samples, {}, radius, {&smoothing, 1}).front();
+      // More smoothing than the values bear only gets worse.
+      if (sum >= least && least < kNever) break;
+      if (sum < least) chosen = smoothing;
+      least = std::min(least, sum);
+    }
+    error_ = least < kNever ? std::sqrt(least / static_cast<double>(samples.size())) : 0;
+    return chosen;
   }
 
+  /// Of points that are the same for every part of a map.
   Lattice Around(const Lattice& fine) const {
-    const auto across = [&](int count) {
-      return static_cast<int>(std::ceil((count - 1) * fine.step / pitch_)) + 5;
-    };
-    return {fine.x0 - 2 * pitch_, fine.y0 + 2 * pitch_, pitch_, across(fine.columns),
-            across(fine.rows)};
+    const double left = std::floor(fine.x0 / pitch_) - 2;
+    const double top = std::ceil(fine.y0 / pitch_) + 2;
+    const double right = std::ceil(fine.X(fine.columns - 1) / pitch_) + 2;
+    const double bottom = std::floor(fine.Y(fine.rows - 1) / pitch_) - 2;
+    return {left * pitch_, top * pitch_, pitch_, static_cast<int>(right - left) + 1,
+            static_cast<int>(top - bottom) + 1};
   }
 
   void EvaluateAll(const Lattice& lattice, double radius, std::span<float> values) const {
@@ -142,7 +151,7 @@ struct Plane {
   double At(double x, double y) const { return level + across * x + up * y; }
 };
 
-constexpr double kPrecision = 0.002;  // of what the values vary
+constexpr double kPrecision = 0.001;  // of what the values vary
 constexpr double kTrialPrecision = 0.01;
 constexpr std::size_t kPart = 10;  // of the sites is left out in a trial
 

@@ -10,6 +10,7 @@ namespace {
 constexpr double kTurn = 6.283185307179586;
 constexpr double kOverlap = 0.35;  // of neighbouring faces, in points
 constexpr double kGap = 0.10;      // between the base and the lowest value
+constexpr double kBeyond = 0.05;   // that splines leave the values' range by, in parts of it
 
 /// The wafer as seen from in front and above; lengths in parts of its radius.
 class View {
@@ -21,15 +22,15 @@ class View {
     const double deep = 2 * std::sin(elevation_);
     // What the width leaves free goes to the height, within reason.
     const double free = 2 * area.Height() / area.Width() - deep;
-    height_ = std::clamp(free / std::cos(elevation_) / (1 + kGap), 0.5, 0.85);
-    const double up = height_ * (1 + kGap) * std::cos(elevation_);
+    height_ = std::clamp(free / std::cos(elevation_) / (1 + kGap + kBeyond), 0.5, 0.85);
+    const double up = height_ * (1 + kGap + kBeyond) * std::cos(elevation_);
     unit_ = std::min(area.Width() / 2, area.Height() / (deep + up));
     origin_ = {area.Centre().x, area.Centre().y + unit_ * up / 2};
   }
 
   double Unit() const { return unit_; }
   double HeightOf(double value) const {
-    return height_ * (kGap + std::clamp(scale_.Part(value), 0.0, 1.0));
+    return height_ * (kGap + std::clamp(scale_.Part(value), -kBeyond, 1 + kBeyond));
   }
   /// Away from the viewer.
   double Depth(Point p) const { return p.x * std::sin(rotation_) + p.y * std::cos(rotation_); }
@@ -309,11 +310,16 @@ void DrawFaces(Page& page, const View& view, const WaferPlot& plot, const Scale&
   page.Add(PathShape{.path = std::move(rim), .stroke = {0.7 * page.Hair(), page.Ink().rim}});
 }
 
-/// Scales of sigma maps have limits that nothing is seen of: the axis shows the data's range.
+/// Heights show the data's own range, whatever limits the colours have.
 Scale HeightScale(const WaferPlot& plot, const Summary& summary, const Style& style) {
   Style plain = style;
   plain.bands = 0;
-  return MakeScale(plot, summary, plain, 6);
+  WaferPlot free = plot;
+  free.low.reset();
+  free.high.reset();
+  Scale scale = MakeScale(free, summary, plain, 6);
+  scale.colours = &style.colours;
+  return scale;
 }
 
 void DrawSurfaceWith(Sketch& sketch, const Scale& colours, const Scale& heights,
@@ -342,7 +348,7 @@ void DrawSurface(Sketch sketch) {
   }
   AddWords(page, plot, summary, notes);
   if (style.legend) AddColourBar(page, scale, plot);
-  DrawSurfaceWith(sketch, scale, scale, *field, coverage);
+  DrawSurfaceWith(sketch, scale, HeightScale(plot, summary, style), *field, coverage);
 }
 
 void DrawSigmaSurface(Sketch sketch) {

@@ -7,11 +7,11 @@
 ///     WaferPlot plot;
 ///     plot.sites = {x, y, thickness};
 ///     plot.diameter = 300;
-///     plot.title = "Lot 4711, slot 7";
+///     const FigureText text("Arial");  // hosts/headless/save_figure.h
 ///     plot.quantity = "Oxide thickness";
 ///     plot.unit = "nm";
 ///     const Figure figure = MakeFigure(PlotKind::Map, plot, {.width = 360, .height = 270}, text);
-///     const auto png = EncodeFigure(figure, FigureFormat::Png, 2, text);  // hosts/headless
+///     const auto png = EncodeFigure(figure, FigureFormat::Png, 2, text);
 ///
 /// No text of a figure lies on another or is cut: what has no room is shortened, made smaller or
 /// left out, and what is left out is counted in words. A page may be as small as 150 x 110 points.

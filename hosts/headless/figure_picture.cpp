@@ -13,7 +13,6 @@ using figures::DotsShape;
 using figures::Figure;
 using figures::ImageShape;
 using figures::PathShape;
-using figures::PixelGrid;
 using figures::Point;
 using figures::Rgba;
 using figures::Stroke;
@@ -142,10 +141,24 @@ class RasterDevice final : public figures::Device {
     const int right = std::min(width_, static_cast<int>(std::ceil(shape.area.right * scale_)));
     const int bottom = std::min(height_, static_cast<int>(std::ceil(shape.area.bottom * scale_)));
     if (right <= left || bottom <= top) return;
-    const PixelGrid grid{left / scale_, top / scale_, 1 / scale_, right - left, bottom - top};
-    std::vector<Rgba> image(static_cast<std::size_t>(grid.columns) *
-                            static_cast<std::size_t>(grid.rows));
-    shape.source->Render(grid, image);
+    // A strip at a time, with a row beyond it on both sides, for those who look at neighbours: less
+    // memory, which costs as much as the work done in it.
+    constexpr int kStrip = 96;
+    const int columns = right - left;
+    std::vector<Rgba> strip(static_cast<std::size_t>(columns) * (kStrip + 2));
+    int strip_end = top;
+    const auto row_at = [&](int y) {
+      if (y >= strip_end) {
+        const int first = y - 1;
+        const int rows = std::min(kStrip + 2, bottom + 1 - first);
+        shape.source->Render({left / scale_, first / scale_, 1 / scale_, columns, rows},
+                             std::span(strip).first(static_cast<std::size_t>(columns) *
+                                                    static_cast<std::size_t>(rows)));
+        strip_end = y + kStrip;
+      }
+      return strip.data() + static_cast<std::size_t>(y - (strip_end - kStrip) + 1) *
+                                static_cast<std::size_t>(columns);
+    };
     agg::path_storage path = PathOf(shape.outline);
     raster_.reset();
     raster_.add_path(path);
@@ -154,8 +167,7 @@ class RasterDevice final : public figures::Device {
     while (raster_.sweep_scanline(scanline_)) {
       const int y = scanline_.y();
       if (y < top || y >= bottom) continue;
-      const Rgba* row =
-          image.data() + static_cast<std::size_t>(y - top) * static_cast<std::size_t>(grid.columns);
+      const Rgba* row = row_at(y);
       auto span = scanline_.begin();
       for (unsigned k = 0; k < scanline_.num_spans(); ++k, ++span) {
         for (int i = 0; i < span->len; ++i) {

@@ -135,16 +135,15 @@ void FillRow(std::span<const Pixel> pixels, std::span<const Pixel> above, bool h
              png_byte* row) {
   constexpr png_byte kUp = 2;
   *row++ = kUp;
-  const auto less = [](Pixel a, Pixel b, int shift) {
-    return static_cast<png_byte>((a >> shift) - (b >> shift));
-  };
+  constexpr Pixel kHigh = 0x80808080;  // bits, which take no carry from byte to byte
   for (std::size_t i = 0; i < pixels.size(); ++i) {
     const Pixel a = pixels[i];
     const Pixel b = above[i];
-    *row++ = less(a, b, 16);
-    *row++ = less(a, b, 8);
-    *row++ = less(a, b, 0);
-    if (has_alpha) *row++ = less(a, b, 24);
+    const Pixel less = ((a | kHigh) - (b & ~kHigh)) ^ ((a ^ ~b) & kHigh);
+    *row++ = static_cast<png_byte>(less >> 16);
+    *row++ = static_cast<png_byte>(less >> 8);
+    *row++ = static_cast<png_byte>(less);
+    if (has_alpha) *row++ = static_cast<png_byte>(less >> 24);
   }
 }
 

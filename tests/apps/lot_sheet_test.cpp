@@ -139,6 +139,21 @@ TEST_F(LotCommand, DrawsEveryKindOfPlotDifferently) {
   }
 }
 
+TEST_F(LotCommand, HasTheClassicLookToo) {
+  for (const char* file : {"lot.png", "lot.pdf", "lot.svg"}) {
+    EXPECT_EQ(Run("lot " + kLot + " --wafer 1-3 --look classic -o " + file).output, "") << file;
+    const std::string classic = Read(file);
+    EXPECT_EQ(Run("lot " + kLot + " --wafer 1-3 -o " + file).output, "") << file;
+    EXPECT_TRUE(Read(file) != classic) << file;
+  }
+}
+
+TEST_F(LotCommand, SaysWhichWafersHaveTooFewSitesForAMap) {
+  Write("few.csv", "X,Y,V\n0,0,1\n10,0,2\n0,10,3\n");
+  ASSERT_EQ(Run("lot few.csv -o few.svg").status, 0);
+  EXPECT_NE(Read("few.svg").find("1 wafer with less than 4 sites"), std::string::npos);
+}
+
 TEST_F(LotCommand, ShowsWhatIsMadeOfTheWafers) {
   Run("lot " + kLot + " -o plain.png");
   for (const char* how : {"--minus mean", "--residual radial", "--rotate 90", "--mirror x"}) {
@@ -165,7 +180,7 @@ TEST_F(LotCommand, SaysWhatMakesNoSense) {
       {"few.csv -o lot.png --figures all", 2, "room for 6 figures"},
       {"few.csv -o lot.txt", 2, "the ending is none of"},
       {"few.csv -o few.csv", 2, ""},
-      {"few.csv -o lot.png", 0, "1 wafer with less than 4 sites"},
+      {"few.csv -o lot.png --look classic", 0, "1 wafer with less than 4 sites"},
       {"few.csv -o none/lot.png", 1, "cannot write 'none/lot.png'"},
   };
   for (const auto& row : rows) {

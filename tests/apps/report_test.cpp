@@ -20,7 +20,7 @@ class Report : public ProgramFixture {
 };
 
 TEST_F(Report, HoldsTextsThatCanBeFound) {
-  const Outcome outcome = Run("report " + kLot +
+  const Outcome outcome = Run("report --look classic " + kLot +
                               " --wafer 7 -o a.pdf --lot A1234 --wafer-id W7 --units angstrom"
                               " --title \"Oxide monitor\"");
   ASSERT_EQ(outcome.status, 0) << outcome.output;
@@ -52,7 +52,7 @@ TEST_F(Report, HoldsTextsThatCanBeFound) {
 }
 
 TEST_F(Report, GivesEachWaferAPage) {
-  ASSERT_EQ(Run("report " + kLot + " -o lot.pdf --kind 2D --kind histo").status, 0);
+  ASSERT_EQ(Run("report --look classic " + kLot + " -o lot.pdf --kind 2D --kind histo").status, 0);
   EXPECT_NE(Shell("pdfinfo lot.pdf").output.find("Pages:           25"), std::string::npos);
   const std::string text = TextOf("lot.pdf");
   for (const char* name : {"Slot01", "Slot13", "Slot25"}) {
@@ -70,11 +70,37 @@ TEST_F(Report, TakesPapersAndSeveralFiles) {
               {"--paper Letter", "612 x 792"},
               {"--paper Letter --landscape", "792 x 612"}};
   for (const auto& row : rows) {
-    ASSERT_EQ(Run(std::string("report plain.csv plain.csv -o a.pdf --all ") + row.options).status,
-              0);
+    ASSERT_EQ(
+        Run(std::string("report --look classic plain.csv plain.csv -o a.pdf --all ") + row.options)
+            .status,
+        0);
     const std::string info = Shell("pdfinfo a.pdf").output;
     EXPECT_NE(info.find("Pages:           2"), std::string::npos) << info;
     EXPECT_NE(info.find(row.size), std::string::npos) << row.size << '\n' << info;
+  }
+}
+
+TEST_F(Report, OfFiguresHasACoverAGalleryAndAPageForEachWafer) {
+  const struct {
+    const char* options;
+    int pages;
+  } rows[] = {{"", 25}, {"--summary", 27}, {"--summary-only --landscape", 2}};
+  for (const auto& row : rows) {
+    const Outcome outcome = Run("report " + kLot +
+                                " -o a.pdf --lot A1234 --title \"Oxide monitor\" --kind 2D --kind"
+                                " histo " +
+                                row.options);
+    ASSERT_EQ(outcome.status, 0) << outcome.output;
+    const std::string pages = "Pages:           " + std::to_string(row.pages) + "\n";
+    EXPECT_NE(Shell("pdfinfo a.pdf").output.find(pages), std::string::npos) << row.options;
+    const std::string text = TextOf("a.pdf");
+    for (const char* part : {"Oxide monitor", "Lot A1234", "Slot01", "Slot13", "Slot25"}) {
+      EXPECT_NE(text.find(part), std::string::npos) << part << row.options;
+    }
+  }
+  const std::string text = TextOf("a.pdf");
+  for (const char* part : {"Sigma between wafers", "Radial profiles", "9.7473 ± 0.2161"}) {
+    EXPECT_NE(text.find(part), std::string::npos) << part;
   }
 }
 
@@ -85,7 +111,8 @@ struct Word {
 
 TEST_F(Report, KeepsTextsInTheirFramesAndApart) {
   for (const char* options : {"", "--landscape", "--paper Letter", "--paper Letter --landscape"}) {
-    ASSERT_EQ(Run("report " + kLot + " --wafer 7 -o a.pdf --all " + options).status, 0);
+    ASSERT_EQ(Run("report --look classic " + kLot + " --wafer 7 -o a.pdf --all " + options).status,
+              0);
     const std::string words = Shell("pdftotext -bbox a.pdf -").output;
     const auto word = [&](const std::string& text) {
       const std::size_t end = words.find(">" + text + "</word>");
@@ -188,7 +215,7 @@ TEST_F(Report, SaysNothingWhereAllIsWell) {
 }
 
 TEST_F(Report, TakesACaptionWhereOneIsGiven) {
-  const std::string report = "report " + kLot + " --wafer 7 -o a.pdf --kind 2D";
+  const std::string report = "report --look classic " + kLot + " --wafer 7 -o a.pdf --kind 2D";
   ASSERT_EQ(Run(report).status, 0);
   EXPECT_NE(TextOf("a.pdf").find("Map"), std::string::npos);
   ASSERT_EQ(Run(report + " --caption Oxide").status, 0);

@@ -5,6 +5,7 @@
 
 #include <random>
 
+#include "discoplan/figures/lot_figure.h"
 #include "discoplan/figures/wafer_figure.h"
 
 namespace discoplan::figures {
@@ -85,30 +86,83 @@ Scene RandomScene(unsigned seed) {
   return scene;
 }
 
+/// Looks at every pair; the number of texts.
+int CheckTexts(const Figure& figure, const TextMeasure& measure, const std::string& where) {
+  std::vector<const TextShape*> shown;
+  for (const Shape& shape : figure.shapes) {
+    if (const auto* text = std::get_if<TextShape>(&shape)) shown.push_back(text);
+  }
+  const Box page = {0, 0, figure.width, figure.height};
+  for (std::size_t i = 0; i < shown.size(); ++i) {
+    const TextShape& a = *shown[i];
+    EXPECT_TRUE(page.Holds(a.box)) << where << ": '" << a.text << "' is cut";
+    EXPECT_GE(a.box.Width() + a.box.Height(), measure.Width(a.text, a.size, a.bold) - 1e-9);
+    for (std::size_t j = 0; j < i; ++j) {
+      EXPECT_FALSE(a.box.Meets(shown[j]->box))
+          << where << ": '" << a.text << "' on '" << shown[j]->text << "'";
+    }
+  }
+  return static_cast<int>(shown.size());
+}
+
 TEST(FigureLayout, KeepsTextsApartAndOnThePage) {
   const PlainMeasure measure;
   int texts = 0;
+  std::array<int, 9> of_kind = {};
   for (unsigned seed = 1; seed <= 300; ++seed) {
     Scene scene = RandomScene(seed);
     scene.plot.sites = {scene.x, scene.y, scene.value};
-    const Figure figure = MakeFigure(scene.kind, scene.plot, scene.style, measure);
-    std::vector<const TextShape*> shown;
-    for (const Shape& shape : figure.shapes) {
-      if (const auto* text = std::get_if<TextShape>(&shape)) shown.push_back(text);
-    }
-    const Box page = {0, 0, figure.width, figure.height};
-    for (std::size_t i = 0; i < shown.size(); ++i) {
-      const TextShape& a = *shown[i];
-      ASSERT_TRUE(page.Holds(a.box)) << "seed " << seed << ": '" << a.text << "' is cut";
-      ASSERT_GE(a.box.Width() + a.box.Height(), measure.Width(a.text, a.size, a.bold));
-      for (std::size_t j = 0; j < i; ++j) {
-        ASSERT_FALSE(a.box.Meets(shown[j]->box))
-            << "seed " << seed << ": '" << a.text << "' on '" << shown[j]->text << "'";
-      }
-    }
-    texts += static_cast<int>(shown.size());
+    scene.style.small = seed % 10 == 0;
+    ++of_kind[static_cast<std::size_t>(scene.kind)];
+    texts += CheckTexts(MakeFigure(scene.kind, scene.plot, scene.style, measure), measure,
+                        "seed " + std::to_string(seed));
+    ASSERT_FALSE(HasFailure());
   }
   EXPECT_GT(texts, 300 * 5);
+  for (const int count : of_kind) EXPECT_GT(count, 15);
+}
+
+// Sheets, covers, galleries and pages of wafers, of one wafer to some cassettes.
+TEST(FigureLayout, KeepsTextsOfLotsApartAndOnThePage) {
+  const PlainMeasure measure;
+  int texts = 0;
+  for (unsigned seed = 1; seed <= 60; ++seed) {
+    std::mt19937 random(seed);
+    const std::size_t count = std::array<std::size_t, 6>{1, 2, 5, 13, 25, 60}[seed % 6];
+    std::vector<Scene> scenes;
+    for (unsigned i = 0; i < count; ++i) scenes.push_back(RandomScene(1000 * seed + i));
+    LotPlot lot;
+    for (Scene& scene : scenes) {
+      scene.plot.sites = {scene.x, scene.y, scene.value};
+      if (random() % 5 == 0) scene.plot.flag = "mean and sigma";
+      lot.wafers.push_back(scene.plot);
+      lot.labels.push_back(random() % 3 == 0 ? RandomText(random, 2)
+                                             : std::to_string(lot.wafers.size()));
+      lot.table.rows.push_back({{scene.plot.title, "49", "1.234", "12345.678", "0.1"}});
+    }
+    lot.table.titles = {"Wafer", "Sites", "Mean", RandomText(random, 3), "s"};
+    lot.table.rows.push_back({.texts = {"Sigma between wafers", "", "1.5"}, .total = true});
+    lot.title = RandomText(random, 9);
+    lot.facts = {RandomText(random, 9), RandomText(random, 4)};
+    for (int i = 0; i < 5; ++i) lot.notes.push_back(RandomText(random, 9));
+    lot.label_title = RandomText(random, 3);
+    Style style = scenes.front().style;
+    style.width = std::max(style.width, 300.0);
+    const auto kind = static_cast<PlotKind>(seed % 9);
+    const std::string where = "seed " + std::to_string(seed);
+    const std::size_t first = count > kWafersOnPage && seed % 2 == 0 ? kWafersOnPage : 0;
+    texts += CheckTexts(MakeLotSheet(kind, lot, first, style, measure), measure, where + " sheet");
+    texts += CheckTexts(MakeLotCover(lot, style, measure), measure, where + " cover");
+    texts +=
+        CheckTexts(MakeLotGallery(kind, lot, first, style, measure), measure, where + " gallery");
+    std::vector<PlotKind> kinds;
+    for (unsigned i = 0; i <= seed % 9; ++i) kinds.push_back(static_cast<PlotKind>(i));
+    const PageHead head = {lot.title, lot.facts, "Page 3 of 27"};
+    texts += CheckTexts(MakeWaferPage(head, kinds, lot.wafers.front(), style, measure), measure,
+                        where + " page");
+    ASSERT_FALSE(HasFailure());
+  }
+  EXPECT_GT(texts, 60 * 40);
 }
 
 TEST(FigureLayout, CountsTheValuesThatFindNoRoom) {
