@@ -25,20 +25,10 @@ figures::ColourMap ColoursOf(const LookRequest& look, const DeriveRequest& deriv
 
 void RefuseFarSites(const ReadRequest& data, const Wafer& measured, double diameter) {
   constexpr double kTolerance = 1.005;  // of a site on the edge
-  double farthest = 0;
-  for (std::size_t i = 0; i < measured.x.size(); ++i) {
-    farthest = std::max<double>(farthest, std::hypot(measured.x[i], measured.y[i]));
-  }
+  const double farthest = data::FarthestSite(measured.x, measured.y);
   const std::string source = SourceOf(data.path.string(), measured);
-  const std::string distance = figures::NumberText(farthest, 6) + " mm from the centre";
-  if (farthest > kTolerance * diameter / 2) {
-    throw CommandError(source + ": a site is " + distance + ", outside a wafer of " +
-                       figures::NumberText(diameter, 6) + " mm across; give a larger --diameter");
-  }
-  if (farthest > 1000 && !data.diameter) {
-    throw CommandError(source + ": a site is " + distance +
-                       "; positions are millimetres, scale them, or give --diameter if they are");
-  }
+  if (farthest > kTolerance * diameter / 2) RefuseFarSite(source, farthest, diameter);
+  if (!data.diameter) RefuseOtherUnits(source, measured);
 }
 
 }  // namespace

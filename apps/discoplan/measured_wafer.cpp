@@ -15,6 +15,21 @@ std::string SourceOf(const std::string& file, const Wafer& measured) {
   return measured.slot ? file + ": slot " + std::to_string(*measured.slot) : file;
 }
 
+void RefuseFarSite(const std::string& source, double distance, double diameter) {
+  throw CommandError(source + ": a site is " + Millimetres(distance) +
+                     " from the centre, outside a wafer of " + Millimetres(diameter) +
+                     " across; give a larger --diameter");
+}
+
+void RefuseOtherUnits(const std::string& source, const Wafer& measured) {
+  constexpr double kFarthest = 1000;
+  const double farthest = data::FarthestSite(measured.x, measured.y);
+  if (farthest <= kFarthest) return;
+  throw CommandError(source + ": a site is " + Millimetres(farthest) +
+                     " from the centre; positions are millimetres, scale them, or give --diameter "
+                     "if they are");
+}
+
 void LoadSites(PlotControl& control, const std::string& source, const Wafer& measured) {
   // A site on the edge may lie beyond it by the precision of its position.
   constexpr double kTolerance = 1.005;
@@ -25,9 +40,7 @@ void LoadSites(PlotControl& control, const std::string& source, const Wafer& mea
     return;
   }
   if (farthest > radius) {
-    throw CommandError(source + ": a site is " + Millimetres(farthest) +
-                       " from the centre, outside a wafer of " + Millimetres(2 * radius) +
-                       " across; give a larger --diameter");
+    RefuseFarSite(source, farthest, 2 * radius);
   }
   throw CommandError(source +
                      ": the values are too large, so that sums of them don't fit 32-bit floats; "

@@ -13,6 +13,12 @@ namespace discoplan::app {
 /// "lot.csv", with the slot where there are several: for messages.
 std::string SourceOf(const std::string& file, const Wafer& measured);
 
+/// Raises `CommandError`: a site that far from the centre lies outside of the wafer. In mm.
+[[noreturn]] void RefuseFarSite(const std::string& source, double distance, double diameter);
+
+/// Raises `CommandError` for a wafer larger than any: its positions have another unit than mm.
+void RefuseOtherUnits(const std::string& source, const Wafer& measured);
+
 /// Loads the sites into a control that has its diameter. Raises `CommandError` that tells why they
 /// don't fit; `source` names them.
 void LoadSites(PlotControl& control, const std::string& source, const Wafer& measured);

@@ -27,15 +27,6 @@ constexpr float kFinestCells = 200;
 /// Of the bars between the limits, in parts of the wafer's diameter.
 constexpr float kBarHeight = 0.2F;
 
-void RefuseOtherUnits(const std::string& source, const Wafer& measured) {
-  constexpr double kFarthest = 1000;
-  const double farthest = data::FarthestSite(measured.x, measured.y);
-  if (farthest <= kFarthest) return;
-  throw CommandError(source + ": a site is " + PlainNumber(static_cast<float>(farthest)) +
-                     " mm from the centre; positions are millimetres, scale them, or give "
-                     "--diameter if they are");
-}
-
 void TakeDiameters(PlotControl& control, const ReadRequest& request) {
   if (request.diameter) {
     const float margin = control.WaferDiameter() - control.TestDiameter();

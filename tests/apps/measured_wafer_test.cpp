@@ -37,7 +37,7 @@ TEST_F(MeasuredWafer, WithTooFewSitesForAPlotIsDrawnWithAWarning) {
   ExpectLine("plot --look classic three.csv -o a.png", 0, three);
   ExpectLine("plot --look classic three.csv -o a.png --kind all", 0, three);
   ExpectLine("plot --look classic three.csv -o a.pdf", 0, three);
-  ExpectLine("report three.csv -o a.pdf", 0, three);
+  ExpectLine("report --look classic three.csv -o a.pdf", 0, three);
   ExpectLine("plot --look classic three.csv -o a.png --kind 2DN --kind 3DB --kind histo", 0, "");
   ExpectLine("plot --look classic one.csv -o a.png --kind 2DN --kind histo", 0,
              "one.csv: 1 site, and a plot of kind histo stays empty below 2; "

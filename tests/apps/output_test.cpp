@@ -127,15 +127,15 @@ TEST_F(Output, OfSettingsWaitsForThePicture) {
               {"plot --look classic five.csv -o a.png --diameter 5", 1},
               {"plot --look classic five.csv -o none/a.png", 1},
               {"plot --look classic five.csv -o none/a.pdf", 1},
-              {"report five.csv -o none/a.pdf", 1},
-              {"report five.csv none.csv -o a.pdf", 1}};
+              {"report --look classic five.csv -o none/a.pdf", 1},
+              {"report --look classic five.csv none.csv -o a.pdf", 1}};
   for (const auto& row : rows) {
     EXPECT_EQ(Run(row.arguments + std::string(" --save-settings keep.json")).status, row.status);
     EXPECT_EQ(Read("keep.json"), "old") << row.arguments;
   }
   for (const char* command :
        {"plot --look classic five.csv -o a.png", "plot --look classic five.csv -o a.pdf",
-        "report five.csv -o a.pdf"}) {
+        "report --look classic five.csv -o a.pdf"}) {
     Write("keep.json", "old");
     EXPECT_EQ(Run(command + std::string(" --save-settings keep.json --style flat")).status, 0);
     EXPECT_EQ(nlohmann::json::parse(Read("keep.json"))["2DFLAT"], 2) << command;
