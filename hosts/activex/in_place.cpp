@@ -126,6 +126,7 @@ STDMETHODIMP InPlace::InPlaceDeactivate() {
   UIDeactivate();
   const auto view = std::exchange(view_, nullptr);
   if (view) view->Destroy();
+  has_focus_ = false;
   object_.WatchTree();
   frame_ = nullptr;
   document_ = nullptr;
