@@ -128,23 +128,34 @@ void FindPositions(const TableHead& head, const ColumnWish& wish, Columns& colum
   }
 }
 
-/// The columns that aren't positions, numbers of sites or texts.
+bool IsWished(const std::vector<std::string>& entries, std::size_t column,
+              const FieldNames& names) {
+  return std::any_of(entries.begin(), entries.end(), [&](const std::string& entry) {
+    if (IsColumnNumber(entry)) return entry == std::to_string(column + 1);
+    const auto named = Named(entry, names);
+    return std::find(named.begin(), named.end(), column) != named.end();
+  });
+}
+
+/// The columns that aren't positions, numbers of sites, texts or what tells wafers apart.
 std::vector<std::size_t> Quantities(const TableHead& head, const Columns& columns,
+                                    const ColumnWish& wish,
                                     const std::function<bool(std::size_t)>& holds_numbers) {
   std::vector<std::size_t> found;
   for (std::size_t i = 0; i < head.names.size(); ++i) {
     if (i == columns.x || i == columns.y || head.names[i].empty()) continue;
     if (head.header && IsAmong(head.names[i], kSiteNames)) continue;
+    if (IsWished(wish.by, i, head.names)) continue;
     if (holds_numbers(i)) found.push_back(i);
   }
   return found;
 }
 
-std::size_t GuessValue(const TableHead& head, const Columns& columns, ValueChoice choice,
-                       const std::function<bool(std::size_t)>& holds_numbers) {
+std::size_t GuessValue(const TableHead& head, const Columns& columns, const ColumnWish& wish,
+                       ValueChoice choice, const std::function<bool(std::size_t)>& holds_numbers) {
   const FieldNames& names = head.names;
   auto values = Matches(names, [&](std::string_view name) { return IsAmong(name, kValueNames); });
-  if (values.empty()) values = Quantities(head, columns, holds_numbers);
+  if (values.empty()) values = Quantities(head, columns, wish, holds_numbers);
   if (values.empty()) {
     throw DataError(head.place, "no column is left for the value among " + AllColumns(names) +
                                     "; add one, or choose three with --columns X,Y,VALUE");
@@ -153,15 +164,14 @@ std::size_t GuessValue(const TableHead& head, const Columns& columns, ValueChoic
     FieldNames candidates;
     for (const std::size_t column : values) candidates.push_back(names[column]);
     throw DataError(head.place, "the value may be any of " + AllColumns(candidates) +
-                                    "; choose one, as in --columns " + Entry(names, columns.x) +
-                                    ',' + Entry(names, columns.y) + ',' + Entry(names, values[0]));
+                                    "; choose one, as in --parameter " + Entry(names, values[0]));
   }
   return values[0];
 }
 
 }  // namespace
 
-ColumnWish::ColumnWish(const ReadRequest& request, const std::string& file) {
+ColumnWish::ColumnWish(const ReadRequest& request, const std::string& file) : by(request.by) {
   FieldNames entries;
   if (!request.columns.empty()) {
     const bool closed = SplitFields(request.columns, {','}, entries) == 0;
@@ -211,13 +221,13 @@ Columns FindColumns(const TableHead& head, const ColumnWish& wish, ValueChoice c
     columns.values.clear();
     for (const std::string& entry : wish.values) columns.values.push_back(FindColumn(entry, head));
   } else if (wish.all_values) {
-    columns.values = Quantities(head, columns, holds_numbers);
+    columns.values = Quantities(head, columns, wish, holds_numbers);
     if (columns.values.empty()) {
       throw DataError(head.place, "no column is left for values among " + AllColumns(head.names) +
                                       "; check that the rows below hold numbers");
     }
   } else if (head.header) {
-    columns.values = {GuessValue(head, columns, choice, holds_numbers)};
+    columns.values = {GuessValue(head, columns, wish, choice, holds_numbers)};
   } else if (columns.x == 2 || columns.y == 2) {
     throw DataError(head.place,
                     "there is no header line to find the value by; "

@@ -29,6 +29,7 @@ struct ColumnWish {
   std::vector<std::string> positions;  ///< none or two
   std::vector<std::string> values;     ///< none: guessed
   bool all_values = false;
+  std::vector<std::string> by;  ///< tell the wafers apart, and so aren't guessed to be values
 
   /// Throws `DataError` if `columns` doesn't name two or more, or if values are given twice.
   ColumnWish(const ReadRequest& request, const std::string& file);

@@ -3,9 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <locale>
 #include <numbers>
-#include <sstream>
 
 #include "data/plain_text.h"
 #include "data/units.h"
@@ -13,16 +11,10 @@
 namespace discoplan::data {
 namespace {
 
-constexpr std::size_t kFewest = 4;         // sites that say something
-constexpr std::size_t kFewestToCount = 9;  // values that are no accident if they count 1, 2, 3
-
-std::string Text(double length) {
-  std::ostringstream text;
-  text.imbue(std::locale::classic());
-  text.precision(4);
-  text << length;
-  return text.str();
-}
+/// Sites of the smallest pattern that is measured on purpose: the centre and four around it. So
+/// many lie in one quadrant, or have values that count them, by chance in one of 1000 wafers or
+/// less (1 in 4^5, 1 in 5! of whole numbers), while a wafer with fewer is no map anyway.
+constexpr std::size_t kFewest = 5;
 
 /// The standard wafer that positions would fill in a unit; nothing if they fill none.
 std::optional<float> FilledBy(double across, double millimetres) {
@@ -71,7 +63,7 @@ std::string DoubtOfUnit(const Wafer& wafer) {
   const float smallest = StandardDiameters().front();
   const float largest = StandardDiameters().back();
   if (across > static_cast<double>(largest) && FilledBy(across, 0.1)) {
-    return "the sites lie within " + Text(across) +
+    return "the sites lie within " + LengthText(across) +
            " mm, ten times a standard wafer; if a position is a tenth of a millimetre, scale them";
   }
   if (across >= 0.9 * static_cast<double>(smallest) && across <= 1e4) return {};
@@ -80,15 +72,15 @@ std::string DoubtOfUnit(const Wafer& wafer) {
     const auto diameter = FilledBy(across, trial.millimetres);
     if (!diameter) continue;
     fits += (fits.empty() ? "" : " or ") + std::string("--unit ") + trial.unit + " (" +
-            Text(static_cast<double>(*diameter)) + " mm, in " + trial.name + ')';
+            LengthText(static_cast<double>(*diameter)) + " mm, in " + trial.name + ')';
   }
   if (fits.empty()) return {};
-  return "the sites lie within " + Text(across) + " mm, as on no standard wafer; try " + fits +
-         ", or --unit mm if that is right";
+  return "the sites lie within " + LengthText(across) + " mm, as on no standard wafer; try " +
+         fits + ", or --unit mm if that is right";
 }
 
 std::string DoubtOfIndex(const Lot& lot, const Wafer& wafer) {
-  if (wafer.value.size() < kFewestToCount) return {};
+  if (wafer.value.size() < kFewest) return {};
   for (std::size_t i = 0; i < wafer.value.size(); ++i) {
     if (wafer.value[i] != wafer.value[0] + static_cast<float>(i)) return {};
   }

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "data/left_out.h"
+#include "data/plain_text.h"
 
 namespace discoplan::data {
 namespace {
@@ -129,6 +130,11 @@ void GiveSize(const ReadRequest& request, Wafer& wafer) {
   }
   if (!request.test_diameter) return;
   const auto asked = static_cast<float>(*request.test_diameter);
+  if (asked > wafer.diameter) {
+    throw DataError({request.path.string()},
+                    "--test-diameter: " + LengthText(asked) + " mm is more than the wafer's " +
+                        LengthText(wafer.diameter) + " mm; give less, or a larger --diameter");
+  }
   wafer.test_diameter = request.edge_exclusion ? std::min(wafer.test_diameter, asked) : asked;
 }
 

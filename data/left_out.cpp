@@ -2,8 +2,6 @@
 #include "data/left_out.h"
 
 #include <algorithm>
-#include <locale>
-#include <sstream>
 #include <string_view>
 
 #include "data/plain_text.h"
@@ -34,14 +32,6 @@ std::string Clause(const Count& count) {
          std::string(count.count == 1 ? text.one : text.several);
 }
 
-/// "147", "146.5".
-std::string Length(float length) {
-  std::ostringstream text;
-  text.imbue(std::locale::classic());
-  text << length;
-  return text.str();
-}
-
 }  // namespace
 
 std::string SkipReport(const Lot& lot) {
@@ -67,7 +57,8 @@ std::string SitesSentence(const Wafer& wafer) {
   const char* before = "; ";
   for (const LeftOut& part : wafer.left_out) {
     sentence += before + Clause(part);
-    if (part.reason == Reason::Beyond) sentence += ' ' + Length(wafer.test_diameter / 2) + " mm";
+    if (part.reason == Reason::Beyond)
+      sentence += ' ' + LengthText(static_cast<double>(wafer.test_diameter) / 2) + " mm";
     before = ", ";
   }
   return sentence;

@@ -18,6 +18,8 @@ constexpr std::array kStandardDiameters = {50.0F,  75.0F,  100.0F, 125.0F,
 
 std::string Parameter::Caption() const { return unit.empty() ? name : name + " (" + unit + ')'; }
 
+std::string Wafer::Title() const { return derived.empty() ? name : name + ", " + derived; }
+
 std::int64_t Wafer::Measured() const {
   auto measured = static_cast<std::int64_t>(x.size());
   for (const LeftOut& part : left_out) measured += part.count;

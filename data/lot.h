@@ -80,6 +80,8 @@ struct Wafer {
   std::optional<int> slot;
   std::vector<std::string> keys;  ///< the texts of `Lot::keys` for this wafer
   std::size_t parameter = 0;      ///< of `Lot::parameters`
+  /// What was done to the values after they were read, such as "minus mean"; nothing for "".
+  std::string derived;
   std::vector<float> x;
   std::vector<float> y;
   std::vector<float> value;
@@ -93,6 +95,8 @@ struct Wafer {
   /// Only where a lot export gives all five. They are of all sites.
   std::optional<ReportedStatistics> reported;
 
+  /// "Slot07, minus mean", or the name alone.
+  std::string Title() const;
   /// Sites that were measured: those that are here and those that were left out.
   std::int64_t Measured() const;
   /// "49 of 52 sites; 2 beyond 147 mm, 1 outlier", for captions and tables; "52 sites" if nothing

@@ -2,6 +2,8 @@
 #include "data/plain_text.h"
 
 #include <algorithm>
+#include <locale>
+#include <sstream>
 
 #include "discoplan/base/algorithms.h"
 
@@ -84,6 +86,13 @@ std::string Listed(const std::vector<std::string>& items) {
     list += " and " + std::to_string(items.size() - kMostListed) + " more";
   }
   return list;
+}
+
+std::string LengthText(double length) {
+  std::ostringstream text;
+  text.imbue(std::locale::classic());
+  text << length;
+  return text.str();
 }
 
 std::string Counted(std::size_t count, std::string_view thing) {

@@ -32,6 +32,9 @@ std::string Listed(const std::vector<std::string>& items);
 /// Characters of printable UTF-8.
 std::size_t CharactersIn(std::string_view text);
 
+/// "147", "146.5": up to 6 digits, whatever the locale.
+std::string LengthText(double length);
+
 /// "1 column", "2 columns".
 std::string Counted(std::size_t count, std::string_view thing);
 

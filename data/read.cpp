@@ -109,6 +109,9 @@ Lot ReadWafers(const ReadRequest& request, FileBytes& bytes) {
   PositionScale scale;
   Lot lot = ReadAny(request, bytes, scale);
   lot.source = bytes.file();
+  for (Parameter& parameter : lot.parameters) {
+    if (!request.value_unit.empty()) parameter.unit = request.value_unit;
+  }
   for (Wafer& wafer : lot.wafers) MoveToCentre(request, wafer);
   TellDoubts(request, scale, lot);
   for (Wafer& wafer : lot.wafers) {

@@ -70,6 +70,7 @@ struct ReadRequest {
   /// (condition.h).
   std::string where = {};
   std::optional<LengthUnit> unit = {};  ///< of positions, where the header gives none
+  std::string value_unit = {};          ///< of the values, in place of the file's
   Origin origin = Origin::Centre;
   std::optional<DiePitch> pitch = {};
   std::optional<double> diameter = {};        ///< of the wafers, mm

@@ -35,6 +35,7 @@ class StartFinder {
       : request_(request), wish_(wish), file_(file), sample_(sample) {}
 
   TableStart Find() const { return StartOf(FindDialect()); }
+  TableStart FindHead() const { return HeadOf(FindDialect()); }
 
  private:
   using Line = std::deque<TextLine>::const_iterator;
@@ -42,6 +43,7 @@ class StartFinder {
   [[noreturn]] void RefuseNarrow(Dialect dialect) const;
   std::optional<Line> NamingLine(Dialect dialect, FieldNames& fields) const;
   Line WideLine(Dialect dialect, FieldNames& fields) const;
+  TableStart HeadOf(Dialect dialect) const;
   TableStart StartOf(Dialect dialect) const;
   bool HoldsNumbers(Line first, Dialect dialect, std::size_t column) const;
   Fit FitOf(Dialect dialect) const;
@@ -102,7 +104,7 @@ bool StartFinder::HoldsNumbers(Line first, Dialect dialect, std::size_t column) 
   return !any_row;
 }
 
-TableStart StartFinder::StartOf(Dialect dialect) const {
+TableStart StartFinder::HeadOf(Dialect dialect) const {
   FieldNames fields;
   const auto naming = NamingLine(dialect, fields);
   const Line first = naming ? *naming : WideLine(dialect, fields);
@@ -115,8 +117,14 @@ TableStart StartFinder::StartOf(Dialect dialect) const {
                  });
   start.place = {file_, first->number};
   start.last_line = start.header ? first->number : first->number - 1;
+  return start;
+}
+
+TableStart StartFinder::StartOf(Dialect dialect) const {
+  TableStart start = HeadOf(dialect);
   const TableHead head = start.Head();
-  Line below = start.header ? first + 1 : first;
+  Line below = sample_.begin();
+  while (below != sample_.end() && below->number <= start.last_line) ++below;
   while (below != sample_.end() && Trimmed(below->text).empty()) ++below;
   Columns columns = FindColumns(head, wish_, ValueChoice::Only, [&](std::size_t column) {
     return HoldsNumbers(below, dialect, column);
@@ -131,7 +139,7 @@ TableStart StartFinder::StartOf(Dialect dialect) const {
       units.clear();
     }
   }
-  start.shape = ShapeOf(head.names, std::move(columns), first->number);
+  start.shape = ShapeOf(head.names, std::move(columns), start.place.line);
   start.shape.scale = ScaleOf(head, start.shape.columns, units, request_);
   return start;
 }
@@ -180,6 +188,11 @@ Dialect StartFinder::FindDialect() const {
 
 TableHead TableStart::Head() const {
   return {FieldNames(names.begin(), names.end()), header, place};
+}
+
+TableStart FindHead(const ReadRequest& request, const ColumnWish& wish, const std::string& file,
+                    const std::deque<TextLine>& sample) {
+  return StartFinder(request, wish, file, sample).FindHead();
 }
 
 TableStart FindStart(const ReadRequest& request, const ColumnWish& wish, const std::string& file,

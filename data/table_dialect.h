@@ -26,6 +26,10 @@ struct TableStart {
   TableHead Head() const;
 };
 
+/// The same without what the columns hold: `units` and `shape` stay empty.
+TableStart FindHead(const ReadRequest& request, const ColumnWish& wish, const std::string& file,
+                    const std::deque<TextLine>& sample);
+
 /// Throws `DataError` if the lines don't tell.
 TableStart FindStart(const ReadRequest& request, const ColumnWish& wish, const std::string& file,
                      const std::deque<TextLine>& sample);

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "apps/discoplan/data_options.h"
 
-#include <map>
+#include <string_view>
+#include <utility>
 
 #include "apps/discoplan/checks.h"
 #include "apps/discoplan/command.h"
@@ -13,16 +14,16 @@ using data::LengthUnit;
 using data::Origin;
 using data::OutlierRule;
 
-template <typename Value>
-CLI::Option* AddChoice(CLI::App& command, const std::string& name, Value& value,
-                       const std::map<std::string, typename Value::value_type>& choices,
-                       const std::string& meaning) {
-  std::vector<std::string> words;
-  for (const auto& [word, ignored] : choices) words.push_back(word);
-  return command
-      .add_option_function<std::string>(
-          name, [&value, choices](const std::string& word) { value = choices.at(word); }, meaning)
-      ->check(CLI::IsMember(words));
+LengthUnit LengthUnitNamed(const std::string& word) {
+  constexpr std::pair<std::string_view, LengthUnit> kUnits[] = {{"mm", LengthUnit::Millimetre},
+                                                                {"cm", LengthUnit::Centimetre},
+                                                                {"um", LengthUnit::Micrometre},
+                                                                {"in", LengthUnit::Inch}};
+  for (const auto& [name, unit] : kUnits) {
+    if (name == word) return unit;
+  }
+  throw UsageError("--unit is that of the positions and takes mm, cm, um or in, not " +
+                   Shown(word) + "; --value-unit names that of the values");
 }
 
 OutlierRule ParseRule(const std::string& text) {
@@ -56,18 +57,21 @@ void AddColumnOptions(CLI::App& command, data::ReadRequest& request) {
       ->type_name("NAME|SLOT|FROM-TO")
       ->allow_extra_args(false);
   command
+      .add_option("--value-unit,--units", request.value_unit,
+                  "Unit of the values, in place of the data's")
+      ->type_name("UNIT");
+  command
       .add_option("--where", request.where,
                   "Rows to take of a table, as \"MSE < 12 and Slot != 3\"")
       ->type_name("CONDITION");
 }
 
 void AddPositionOptions(CLI::App& command, data::ReadRequest& request) {
-  AddChoice(command, "--unit", request.unit,
-            {{"mm", LengthUnit::Millimetre},
-             {"cm", LengthUnit::Centimetre},
-             {"um", LengthUnit::Micrometre},
-             {"in", LengthUnit::Inch}},
-            "Unit of positions; the header's, or mm otherwise");
+  command
+      .add_option_function<std::string>(
+          "--unit", [&request](const std::string& word) { request.unit = LengthUnitNamed(word); },
+          "Unit of positions: mm, cm, um or in; the header's, or mm otherwise")
+      ->type_name("UNIT");
   command
       .add_option_function<std::string>(
           "--origin",

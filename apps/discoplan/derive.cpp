@@ -11,6 +11,7 @@
 
 #include "apps/discoplan/checks.h"
 #include "apps/discoplan/figure_text.h"
+#include "apps/discoplan/wafer_sites.h"
 #include "discoplan/analysis/difference.h"
 #include "discoplan/analysis/surface_fit.h"
 #include "discoplan/analysis/zones.h"
@@ -63,6 +64,17 @@ void WarnOfInterpolated(const std::string& what, const analysis::Derived& derive
        " mm from the nearest");
 }
 
+/// One wafer alone needs no columns that tell it from others.
+Lot ReadOther(ReadRequest reading) {
+  try {
+    return ReadReporting(reading);
+  } catch (const data::DataError&) {
+    if (reading.by.empty()) throw;
+  }
+  reading.by.clear();
+  return ReadReporting(reading);
+}
+
 /// What is subtracted: for each wafer another one, which its name or its parameter tells.
 class Subtrahend {
  public:
@@ -100,7 +112,7 @@ class Subtrahend {
   void TakeFile(ReadRequest reading) {
     reading.path = file_;
     reading.wafers.clear();
-    for (const Wafer& wafer : ReadReporting(reading).wafers) {
+    for (const Wafer& wafer : ReadOther(std::move(reading)).wafers) {
       partners_.push_back({wafer.name, wafer.parameter, SitesOf(wafer)});
     }
   }
@@ -241,24 +253,21 @@ void AddDeriveOptions(CLI::App& command, DeriveRequest& request) {
       ->type_name("SURFACE");
 }
 
-DerivedLot Derive(const ReadRequest& reading, const DeriveRequest& request) {
+Lot ReadDerived(const ReadRequest& reading, const DeriveRequest& request) {
   const bool reads_twice = request.minus == "mean" && !reading.wafers.empty();
   if (reads_twice && reading.path == "/dev/stdin") {
     throw UsageError("--minus mean with --wafer reads the data twice; give a file for DATA");
   }
-  DerivedLot derived{ReadReporting(reading), {}};
-  std::vector<std::string> steps = Place(derived.lot, request);
-  if (!request.minus.empty()) steps.push_back(Subtract(derived.lot, reading, request));
-  if (request.residual) steps.push_back(Flatten(derived.lot, reading, *request.residual));
-  for (const std::string& step : steps) derived.what += (derived.what.empty() ? "" : ", ") + step;
-  return derived;
-}
-
-Lot ReadDerived(const ReadRequest& reading, const DeriveRequest& request) {
-  DerivedLot derived = Derive(reading, request);
-  if (derived.what.empty()) return std::move(derived.lot);
-  for (Wafer& wafer : derived.lot.wafers) wafer.name += ", " + derived.what;
-  return std::move(derived.lot);
+  Lot lot = ReadReporting(reading);
+  std::vector<std::string> steps = Place(lot, request);
+  if (!request.minus.empty()) steps.push_back(Subtract(lot, reading, request));
+  if (request.residual) steps.push_back(Flatten(lot, reading, *request.residual));
+  for (Wafer& wafer : lot.wafers) {
+    for (const std::string& step : steps) {
+      wafer.derived += (wafer.derived.empty() ? "" : ", ") + step;
+    }
+  }
+  return lot;
 }
 
 }  // namespace discoplan::app

@@ -8,7 +8,6 @@
 #include <string>
 
 #include "apps/discoplan/command.h"
-#include "apps/discoplan/derived_lot.h"
 #include "discoplan/analysis/positions.h"
 
 namespace discoplan::app {
@@ -32,10 +31,8 @@ struct DeriveRequest {
 void AddDeriveOptions(CLI::App& command, DeriveRequest& request);
 
 /// Reads the data, tells what was left out, and makes of them what is asked for. Raises
-/// `CommandError` where there is no wafer to subtract or nothing would be left.
-DerivedLot Derive(const ReadRequest& reading, const DeriveRequest& request);
-
-/// The same with the names that pictures and tables show: "Slot07, minus mean".
+/// `CommandError` where there is no wafer to subtract or nothing would be left. `Wafer::derived`
+/// tells what was done.
 Lot ReadDerived(const ReadRequest& reading, const DeriveRequest& request);
 
 }  // namespace discoplan::app

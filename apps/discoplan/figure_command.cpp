@@ -16,6 +16,8 @@ WaferPlot PlotOf(const PictureRequest& request, const Lot& lot, const Wafer& mea
   WaferPlot plot = WaferPlotOf({request.data, lot.parameters[measured.parameter], measured},
                                request.look, request.plot.style);
   if (request.plot.caption) plot.title = *request.plot.caption;
+  const bool tells_both = !plot.title.empty() && !measured.derived.empty();
+  plot.title += (tells_both ? ", " : "") + measured.derived;
   const std::string source = SourceOf(request.data.path.string(), measured);
   if (const auto limits = LimitsFor(request.plot, source, measured)) {
     plot.low = limits->first;

@@ -67,13 +67,7 @@ WaferPlot WaferPlotOf(const WaferSource& source, const LookRequest& look,
   WaferPlot plot;
   plot.sites = {measured.x, measured.y, measured.value};
   plot.diameter = measured.diameter;
-  const double test = measured.test_diameter;
-  if (test > plot.diameter) {
-    throw UsageError("--test-diameter: " + figures::NumberText(test, 6) +
-                     " mm is more than the wafer's " + figures::NumberText(plot.diameter, 6) +
-                     " mm; give less, or a larger --diameter");
-  }
-  plot.edge_exclusion = (plot.diameter - test) / 2;
+  plot.edge_exclusion = (plot.diameter - measured.test_diameter) / 2;
   if (style) {
     plot.orientation = *style == "flat" ? figures::Orientation::Flat : figures::Orientation::Notch;
   }
@@ -82,7 +76,7 @@ WaferPlot WaferPlotOf(const WaferSource& source, const LookRequest& look,
   plot.notch = static_cast<figures::Side>(side - sides.begin());
   plot.title = measured.name;
   plot.quantity = look.quantity.empty() ? source.parameter.name : look.quantity;
-  plot.unit = look.units.empty() ? source.parameter.unit : look.units;
+  plot.unit = source.parameter.unit;
   if (!measured.left_out.empty()) plot.left_out = measured.SitesText();
   plot.sigma_range = look.sigma_range;
   plot.bins = look.bins;

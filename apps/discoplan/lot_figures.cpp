@@ -42,11 +42,10 @@ Figure OneBelowTheOther(std::vector<Figure> pages) {
 
 }  // namespace
 
-std::vector<figures::LotPlot> LotPlotsOf(const DerivedLot& derived,
-                                         const LotFigureOptions& options) {
+std::vector<figures::LotPlot> LotPlotsOf(const Lot& measured, const LotFigureOptions& options) {
   std::vector<figures::LotPlot> lots;
-  const std::vector<LotSheet> sheets = SheetsOf(derived, options.sheet);
-  const std::vector<StatsGroup> groups = GroupsOf(derived.lot);
+  const std::vector<LotSheet> sheets = SheetsOf(measured, options.sheet);
+  const std::vector<StatsGroup> groups = GroupsOf(measured);
   for (std::size_t k = 0; k < sheets.size(); ++k) {
     const LotSheet& sheet = sheets[k];
     figures::LotPlot lot;
@@ -77,9 +76,9 @@ std::vector<figures::LotPlot> LotPlotsOf(const DerivedLot& derived,
 void PlotLotFigures(const LotRequest& request) {
   const figures::PlotKind kind = FigureKindOf(PlotKindsOf({request.kind}).front());
   RefuseOverwriting(request);
-  const DerivedLot derived = Derive(request.data, request.derive);
+  const Lot measured = ReadDerived(request.data, request.derive);
   const std::vector<figures::LotPlot> lots =
-      LotPlotsOf(derived, {request.data, request.look, {}, request.sheet});
+      LotPlotsOf(measured, {request.data, request.look, {}, request.sheet});
   // A page is as wide as A4 lies.
   constexpr double kWidth = 842;
   const double pixels = request.size.width / kWidth;

@@ -5,7 +5,6 @@
 
 #include <vector>
 
-#include "apps/discoplan/derived_lot.h"
 #include "apps/discoplan/figure_plots.h"
 #include "apps/discoplan/lot_request.h"
 
@@ -19,8 +18,7 @@ struct LotFigureOptions {
   std::optional<std::string> style;  ///< "notch" or "flat"
   LotSheetOptions sheet;
 };
-std::vector<figures::LotPlot> LotPlotsOf(const DerivedLot& derived,
-                                         const LotFigureOptions& options);
+std::vector<figures::LotPlot> LotPlotsOf(const Lot& measured, const LotFigureOptions& options);
 
 /// Writes the sheets of a lot. A picture and an SVG file have their pages below each other.
 void PlotLotFigures(const LotRequest& request);

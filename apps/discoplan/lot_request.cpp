@@ -55,19 +55,12 @@ void AddLotOptions(CLI::App& command, LotRequest& request) {
   command.add_option("--kind", request.kind, "Kind of the small plots: " + PlotKindNames())
       ->type_name("KIND")
       ->capture_default_str();
-  command
-      .add_option_function<std::vector<float>>(
-          "--limits",
-          [&request](const std::vector<float>& limits) {
-            if (!(limits[0] < limits[1])) {
-              throw UsageError("--limits takes LOW HIGH with LOW below HIGH");
-            }
-            request.sheet.limits = {limits[0], limits[1]};
-          },
-          "Ends of the colour scale of all maps; Tukey's fences of all sites otherwise")
-      ->expected(2)
-      ->check(FiniteNumber())
-      ->type_name("LOW HIGH");
+  AddLimitsOption(command, request.sheet.limits,
+                  "Ends of the colour scale of all maps, as values or as percentages of them (1% "
+                  "99%); Tukey's fences of all sites otherwise");
+  command.add_option("--caption", request.sheet.caption,
+                     "Title of the sheet; the file's name "
+                     "otherwise");
   command
       .add_option_function<std::string>(
           "--figures",
@@ -98,7 +91,7 @@ LotPages::LotPages(const LotRequest& request)
                .height = kSheetWidth * static_cast<float>(request.size.height) /
                          static_cast<float>(request.size.width)} {
   RefuseOverwriting(request);
-  sheets_ = SheetsOf(Derive(request.data, request.derive), request.sheet);
+  sheets_ = SheetsOf(ReadDerived(request.data, request.derive), request.sheet);
   for (const LotSheet& sheet : sheets_) {
     WarnOfEmptyPlots(request.data.path.string(), *options_.plot, sheet);
   }

@@ -109,12 +109,30 @@ std::string SitesText(const StatsGroup& group) {
          data::Counted(std::max(here, measured), "site");
 }
 
+analysis::RobustRange ScaleOf(const std::string& source, const StatsGroup& group,
+                              const LotSheetOptions& options) {
+  if (!options.limits) return group.summary.scale;
+  std::vector<float> values;
+  for (const data::Wafer* wafer : group.wafers) {
+    values.insert(values.end(), wafer->value.begin(), wafer->value.end());
+  }
+  const auto [low, high] = EndsOf(*options.limits, source, std::move(values));
+  return {analysis::DecimalOf(low), analysis::DecimalOf(high)};
+}
+
+std::string ScaleText(const LotSheetOptions& options) {
+  if (!options.limits) return "Tukey's fences of all sites";
+  if (!options.limits->in_percent) return "as given";
+  return NumberText(options.limits->low, 4) + "% to " + NumberText(options.limits->high, 4) +
+         "% of all sites";
+}
+
 void AddNotes(const StatsGroup& group, const LotSheetOptions& options, LotSheet& sheet) {
   std::size_t beyond = 0;
   for (const double value : group.summary.all.sorted) {
     beyond += value < sheet.scale.low || value > sheet.scale.high;
   }
-  std::string note = options.limits ? "Colours: as given" : "Colours: Tukey's fences of all sites";
+  std::string note = "Colours: " + ScaleText(options);
   if (beyond > 0) {
     note += "; " + std::to_string(beyond) + " of " +
             data::Counted(group.summary.all.Count(), "value") +
@@ -134,16 +152,16 @@ void AddNotes(const StatsGroup& group, const LotSheetOptions& options, LotSheet&
   }
 }
 
-LotSheet SheetOf(const DerivedLot& derived, const StatsGroup& group,
-                 const LotSheetOptions& options) {
+LotSheet SheetOf(const data::Lot& lot, const StatsGroup& group, const LotSheetOptions& options) {
   LotSheet sheet;
   const analysis::Sample& all = group.summary.all;
-  sheet.title = std::filesystem::path(derived.lot.source).stem().string();
+  sheet.title = options.caption.value_or(std::filesystem::path(lot.source).stem().string());
   const std::string caption = group.parameter->Caption();
   sheet.subtitle = caption.empty() ? "" : caption + ", ";
   sheet.subtitle += data::Counted(group.wafers.size(), "wafer") + ", " + SitesText(group);
-  if (!derived.what.empty()) sheet.subtitle += ", " + derived.what;
-  sheet.scale = options.limits.value_or(group.summary.scale);
+  const std::string& derived = group.wafers.front()->derived;
+  if (!derived.empty()) sheet.subtitle += ", " + derived;
+  sheet.scale = ScaleOf(lot.source, group, options);
   sheet.extent = {all.Minimum(), all.Maximum()};
   std::vector<double> ends;
   for (int k = 0; k <= 10; ++k) {
@@ -177,10 +195,10 @@ Axis AxisOver(double low, double high, int most_ticks) {
   return axis;
 }
 
-std::vector<LotSheet> SheetsOf(const DerivedLot& derived, const LotSheetOptions& options) {
+std::vector<LotSheet> SheetsOf(const data::Lot& lot, const LotSheetOptions& options) {
   std::vector<LotSheet> sheets;
-  for (const StatsGroup& group : GroupsOf(derived.lot)) {
-    sheets.push_back(SheetOf(derived, group, options));
+  for (const StatsGroup& group : GroupsOf(lot)) {
+    sheets.push_back(SheetOf(lot, group, options));
   }
   return sheets;
 }

@@ -15,8 +15,9 @@
 #include <string>
 #include <vector>
 
-#include "apps/discoplan/derived_lot.h"
+#include "apps/discoplan/colour_limits.h"
 #include "apps/discoplan/figure_text.h"
+#include "data/lot.h"
 #include "discoplan/analysis/lot_summary.h"
 
 namespace discoplan::app {
@@ -24,7 +25,8 @@ namespace discoplan::app {
 struct LotSheetOptions {
   FigureList figures = FiguresNamed("mean,std_dev,std_dev_percent,range");
   int digits = 4;
-  std::optional<analysis::RobustRange> limits;  ///< of the colours, in place of robust ones
+  std::optional<ColourLimits> limits;  ///< of the colours, in place of robust ones
+  std::optional<std::string> caption;  ///< in place of the file's name
 };
 
 /// A wafer's place in the grid, with the two lines below its map.
@@ -87,7 +89,7 @@ struct LotSheet {
   std::size_t Pages() const { return (cells.size() + kWafersOnPage - 1) / kWafersOnPage; }
 };
 
-/// One for each parameter that was measured.
-std::vector<LotSheet> SheetsOf(const DerivedLot& derived, const LotSheetOptions& options);
+/// One for each parameter that was measured. Raises as `EndsOf` does.
+std::vector<LotSheet> SheetsOf(const data::Lot& lot, const LotSheetOptions& options);
 
 }  // namespace discoplan::app

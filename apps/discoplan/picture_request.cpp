@@ -86,7 +86,6 @@ void AddLookOptions(CLI::App& command, LookRequest& look) {
       ->check(CLI::IsMember(NotchSides()))
       ->capture_default_str();
   command.add_option("--quantity", look.quantity, "What was measured; the data's name otherwise");
-  command.add_option("--units", look.units, "Unit of the values; the data's otherwise");
   command.add_option("--font", look.font, "Font of all texts");
   command.add_flag("--values", look.values, "Write the values beside the sites of a map");
   command.add_flag("--no-isolines", look.no_isolines, "Leave out the lines of equal value");

@@ -31,7 +31,6 @@ struct LookRequest {
   std::string interpolation = "smooth";
   std::string notch = "bottom";
   std::string quantity;
-  std::string units;
   std::string font;
   bool dark = false;
   bool transparent = false;

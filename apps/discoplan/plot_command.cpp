@@ -102,12 +102,13 @@ void Plot(const PictureRequest& request) {
   const PlotKinds kinds = KindsOf(request.plot);
   RefuseOverwriting(request.plot, request.output,
                     {request.data.path.string(), request.derive.File()});
-  const Lot data = ReadDerived(request.data, request.derive);
+  const ReadRequest reading = WithSizes(request.plot, kinds, request.data);
+  const Lot data = ReadDerived(reading, request.derive);
   const Wafer& measured = OnlyWafer(data, request.data);
   WarnOfEmptyPlots(kinds, request.data, measured);
   std::optional<Drawing> drawing;
   WriteOutput(request.output, Draw(kinds, request, measured, drawing));
-  SaveSettings(request.plot, drawing->Control());
+  SaveSettings(request.plot, drawing->Control(), measured);
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 #include "apps/discoplan/measured_wafer.h"
 #include "apps/discoplan/member_text.h"
 #include "apps/discoplan/output.h"
-#include "data/exclusions.h"
 #include "data/wafer_choice.h"
 #include "discoplan/base/algorithms.h"
 #include "discoplan/base/numbers.h"
@@ -27,27 +26,9 @@ constexpr float kFinestCells = 200;
 /// Of the bars between the limits, in parts of the wafer's diameter.
 constexpr float kBarHeight = 0.2F;
 
-void TakeDiameters(PlotControl& control, const ReadRequest& request) {
-  if (request.diameter) {
-    const float margin = control.WaferDiameter() - control.TestDiameter();
-    const auto diameter = static_cast<float>(*request.diameter);
-    const float inside = diameter - margin;
-    control.WaferDiameter(diameter);
-    control.TestDiameter(inside > 0 ? inside : diameter);
-  }
-  if (request.edge_exclusion) {
-    const auto exclusion = static_cast<float>(*request.edge_exclusion);
-    control.TestDiameter(std::max(control.WaferDiameter() - 2 * exclusion, 0.0F));
-  }
-  if (!request.test_diameter) return;
-  const auto test_diameter = static_cast<float>(*request.test_diameter);
-  if (test_diameter > control.WaferDiameter()) {
-    throw UsageError("--test-diameter: " + PlainNumber(test_diameter) +
-                     " mm is more than the wafer's " + PlainNumber(control.WaferDiameter()) +
-                     " mm; give less, or a larger --diameter");
-  }
-  control.TestDiameter(request.edge_exclusion ? std::min(control.TestDiameter(), test_diameter)
-                                              : test_diameter);
+void TakeSize(PlotControl& control, const Wafer& measured) {
+  control.WaferDiameter(measured.diameter);
+  control.TestDiameter(measured.test_diameter);
 }
 
 /// Cell side in mm: the time that a surface takes grows with the square of its lines, of which
@@ -64,10 +45,23 @@ void RefuseFineSurface(const PlotControl& control) {
                    PlainNumber(finest) + " mm, a thousandth of the wafer's diameter; give more");
 }
 
-/// With what was left out, since nobody can see that in a map.
+/// What was done to the values and what was left out, which nobody can see in a map.
+std::string WordsOn(const Wafer& measured) {
+  if (measured.left_out.empty()) return measured.derived;
+  return (measured.derived.empty() ? "" : measured.derived + ": ") + measured.SitesText();
+}
+
 std::string CaptionOf(const std::string& title, const Wafer& measured) {
-  if (measured.left_out.empty()) return title;
-  return title + (title.empty() ? "" : ": ") + measured.SitesText();
+  const std::string words = WordsOn(measured);
+  if (title.empty() || words.empty()) return title + words;
+  return title + (measured.derived.empty() ? ": " : ", ") + words;
+}
+
+/// The caption without those words.
+std::string TitleIn(const std::string& caption, const Wafer& measured) {
+  const std::string words = CaptionOf(" ", measured).substr(1);
+  const bool has_words = !words.empty() && caption.ends_with(words);
+  return has_words ? caption.substr(0, caption.size() - words.size()) : caption;
 }
 
 struct Measured {
@@ -81,19 +75,26 @@ void SetUp(PlotControl& control, const PlotRequest& request, const Measured& mea
   if (fits) {
     if (!measured.request.diameter) RefuseOtherUnits(measured.source, measured.wafer);
     control.InitProperties();
-    FitSize(control, measured.wafer);
+    control.PlotCaption(measured.wafer.name);
   } else {
     ReadSettings(control, request.settings);
   }
-  TakeDiameters(control, measured.request);
+  TakeSize(control, measured.wafer);
   if (fits) FitLook(control, measured.wafer);
   if (request.style) {
     control.WaferStyle(*request.style == "flat" ? WaferSt::Flat : WaferSt::Notch);
   }
-  if (request.caption) control.PlotCaption(CaptionOf(*request.caption, measured.wafer));
+  if (request.caption) control.PlotCaption(*request.caption);
   for (const std::string& assignment : request.assignments) SetMember(control, assignment);
+  control.PlotCaption(CaptionOf(control.PlotCaption(), measured.wafer));
   if (request.no_legend) control.HideLegend(true);
   RefuseFineSurface(control);
+}
+
+bool Assigns(const PlotRequest& request, std::string_view member) {
+  return AnyOf(request.assignments, [&](const std::string& assignment) {
+    return data::SameName(std::string_view(assignment).substr(0, assignment.find('=')), member);
+  });
 }
 
 std::shared_ptr<WorkerPool> NewWorkers(int threads) {
@@ -115,69 +116,12 @@ std::vector<std::string> ColourMembers(const PlotControl& control) {
   return names;
 }
 
-/// "9.5" or, as a part of the values, "1%".
-struct Limit {
-  double number = 0;
-  bool is_percent = false;
-};
-
-Limit LimitIn(std::string text) {
-  Limit limit;
-  limit.is_percent = text.ends_with('%');
-  if (limit.is_percent) text.pop_back();
-  CLI::detail::lexical_cast(text, limit.number);
-  return limit;
-}
-
-CLI::Validator LimitText() {
-  return CLI::Validator(
-      [](std::string& text) -> std::string {
-        const Limit limit = LimitIn(text);
-        if (!limit.is_percent) return FiniteNumber()(text);
-        std::string number = text.substr(0, text.size() - 1);
-        const bool fits =
-            FiniteNumber()(number).empty() && limit.number >= 0 && limit.number <= 100;
-        return fits ? "" : "takes a percentage from 0% to 100%, not '" + text + "'";
-      },
-      "");
-}
-
-void ParseLimits(const std::vector<std::string>& texts, PlotRequest& request) {
-  const Limit low = LimitIn(texts[0]);
-  const Limit high = LimitIn(texts[1]);
-  if (low.is_percent != high.is_percent) {
-    throw UsageError("--limits takes two numbers or two percentages, as in --limits 1% 99%");
-  }
-  if (!(low.number < high.number)) throw UsageError("--limits takes LOW HIGH with LOW below HIGH");
-  if (low.is_percent) {
-    request.limit_percents = {low.number, high.number};
-    return;
-  }
-  const std::vector<float> limits = {static_cast<float>(low.number),
-                                     static_cast<float>(high.number)};
-  if (!(limits[0] < limits[1])) throw UsageError("--limits takes LOW HIGH with LOW below HIGH");
-  const bool fits = Attempt([&] {
-    ToFloat(static_cast<double>(limits[1]) - limits[0]);
-    ToFloat(static_cast<double>(limits[1]) + limits[0]);
-  });
-  if (!fits) throw UsageError("--limits are too large for 32-bit floats; scale the values");
-  request.limits = limits;
-}
-
 }  // namespace
 
 std::optional<std::pair<float, float>> LimitsFor(const PlotRequest& request,
                                                  const std::string& source, const Wafer& measured) {
-  if (!request.limits.empty()) return std::pair{request.limits[0], request.limits[1]};
-  if (request.limit_percents.empty()) return {};
-  const auto at = [&](double percent) {
-    return static_cast<float>(data::Quantile(measured.value, percent / 100));
-  };
-  const float low = at(request.limit_percents[0]);
-  const float high = at(request.limit_percents[1]);
-  if (low < high) return std::pair{low, high};
-  throw CommandError(source + ": all values between these --limits are " + PlainNumber(low) +
-                     "; give percentages farther apart, or numbers");
+  if (!request.limits) return {};
+  return EndsOf(*request.limits, source, measured.value);
 }
 
 void AddPlotOptions(CLI::App& command, PlotRequest& request) {
@@ -190,14 +134,8 @@ void AddPlotOptions(CLI::App& command, PlotRequest& request) {
       ->capture_default_str();
   command.add_option("--style", request.style, "Mark of the orientation; notch otherwise")
       ->check(CLI::IsMember({"notch", "flat"}));
-  command
-      .add_option_function<std::vector<std::string>>(
-          "--limits",
-          [&request](const std::vector<std::string>& texts) { ParseLimits(texts, request); },
-          "Pin the colour scale, to values or to percentages of them as 1% 99%")
-      ->expected(2)
-      ->check(LimitText())
-      ->type_name("LOW HIGH");
+  AddLimitsOption(command, request.limits,
+                  "Pin the colour scale, to values or to percentages of them as 1% 99%");
   command.add_option("--set", request.assignments, "Set any writable member of the plot")
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false);
@@ -239,9 +177,33 @@ PlotKinds KindsOf(const PlotRequest& request) {
   return kinds;
 }
 
+ReadRequest WithSizes(const PlotRequest& request, const PlotKinds& kinds, ReadRequest reading) {
+  const bool has_settings = !request.settings.empty();
+  const bool sets_wafer = has_settings || Assigns(request, "WaferDiameter");
+  const bool sets_test = has_settings || Assigns(request, "TestDiameter");
+  if (!sets_wafer && !sets_test) return reading;
+  HeadlessHost host;
+  const std::unique_ptr<PlotControl> control = kinds.front()->make(host, nullptr);
+  control->InitProperties();
+  if (has_settings) ReadSettings(*control, request.settings);
+  for (const std::string& assignment : request.assignments) SetMember(*control, assignment);
+  const double margin = static_cast<double>(control->WaferDiameter()) - control->TestDiameter();
+  if (sets_test && !reading.test_diameter && !reading.edge_exclusion) {
+    const bool keeps_margin = reading.diameter.has_value() && *reading.diameter > margin;
+    reading.test_diameter = keeps_margin && !Assigns(request, "TestDiameter")
+                                ? *reading.diameter - margin
+                                : static_cast<double>(control->TestDiameter());
+  }
+  if (sets_wafer && !reading.diameter) reading.diameter = control->WaferDiameter();
+  return reading;
+}
+
 void FitSize(PlotControl& control, const Wafer& measured) {
-  control.WaferDiameter(measured.diameter);
-  control.TestDiameter(measured.test_diameter);
+  TakeSize(control, measured);
+  FitCaption(control, measured);
+}
+
+void FitCaption(PlotControl& control, const Wafer& measured) {
   control.PlotCaption(CaptionOf(measured.name, measured));
 }
 
@@ -288,8 +250,10 @@ void TakeColours(PlotControl& control, const std::string& colours) {
   }
 }
 
-void SaveSettings(const PlotRequest& request, PlotControl& control) {
-  if (!request.saved_settings.empty()) WriteSettings(control, request.saved_settings);
+void SaveSettings(const PlotRequest& request, PlotControl& control, const Wafer& measured) {
+  if (request.saved_settings.empty()) return;
+  control.PlotCaption(TitleIn(control.PlotCaption(), measured));
+  WriteSettings(control, request.saved_settings);
 }
 
 void WarnOfEmptyPlots(const PlotKinds& kinds, const ReadRequest& data, const Wafer& measured) {

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "apps/discoplan/colour_limits.h"
 #include "apps/discoplan/command.h"
 #include "apps/discoplan/plot_kinds.h"
 #include "discoplan/controls/plot_control.h"
@@ -19,8 +20,7 @@ namespace discoplan::app {
 struct PlotRequest {
   std::vector<std::string> kinds = {"2D"};
   std::optional<std::string> style;
-  std::vector<float> limits;
-  std::vector<double> limit_percents;  ///< of the values, in place of limits
+  std::optional<ColourLimits> limits;
   std::vector<std::string> assignments;
   std::optional<std::string> caption;
   bool no_legend = false;
@@ -39,8 +39,14 @@ PlotKinds KindsOf(const PlotRequest& request);
 void RefuseOverwriting(const PlotRequest& request, const std::string& output,
                        const std::vector<std::string>& data);
 
+/// Adds the diameters of the settings and assignments, so that sites are left out before anything
+/// is computed from them. Raises as `LoadedControl` does.
+ReadRequest WithSizes(const PlotRequest& request, const PlotKinds& kinds, ReadRequest reading);
+
 /// Gives the control the wafer's size and name.
 void FitSize(PlotControl& control, const Wafer& measured);
+/// Gives it the name alone, with what was done to the values and what was left out.
+void FitCaption(PlotControl& control, const Wafer& measured);
 /// What is chosen where nothing else is asked for: a picture is drawn once and looked at long, so
 /// a map as fine as it gets, and bars as high as they can be told apart.
 void FitLook(PlotControl& control, const Wafer& measured);
@@ -62,13 +68,13 @@ std::unique_ptr<PlotControl> LoadedControl(const ControlClass& kind, const PlotR
 /// Gives the ten classes of a coloured plot the colours of a map, if one is named.
 void TakeColours(PlotControl& control, const std::string& colours);
 
-/// The limits asked for, as numbers or as percentages of the values. Raises `CommandError` if the
-/// values between the percentages are all the same.
+/// The limits asked for. Raises as `EndsOf` does.
 std::optional<std::pair<float, float>> LimitsFor(const PlotRequest& request,
                                                  const std::string& source, const Wafer& measured);
 
-/// Writes the settings if that is asked for: at the end, when nothing else has failed.
-void SaveSettings(const PlotRequest& request, PlotControl& control);
+/// Writes the settings if that is asked for: at the end, when nothing else has failed. What the
+/// caption says of these values alone stays out of them.
+void SaveSettings(const PlotRequest& request, PlotControl& control, const Wafer& measured);
 
 /// Says on standard error which kinds of plot the wafer has too few sites for.
 void WarnOfEmptyPlots(const PlotKinds& kinds, const ReadRequest& data, const Wafer& measured);

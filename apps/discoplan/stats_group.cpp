@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "apps/discoplan/derived_lot.h"
+#include "apps/discoplan/wafer_sites.h"
 #include "data/plain_text.h"
 
 namespace discoplan::app {

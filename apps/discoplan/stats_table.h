@@ -3,18 +3,27 @@
 
 /// The figures of merit of all wafers of a lot, in the forms that `stats` prints.
 
+#include <optional>
 #include <string>
 
 #include "apps/discoplan/command.h"
 #include "apps/discoplan/figure_text.h"
+#include "discoplan/analysis/zones.h"
 
 namespace discoplan::app {
 
 inline constexpr const char* kDefaultFigures =
     "mean,std_dev,std_dev_percent,minimum,maximum,range,hi_lo_percent";
 
+/// Parts of a wafer whose figures stand on lines of their own.
+struct ZoneRule {
+  bool quadrants = false;  ///< rings otherwise
+  analysis::RingOptions rings;
+};
+
 struct StatsOptions {
   FigureList figures = FiguresNamed(kDefaultFigures);
+  std::optional<ZoneRule> zones;
   bool formulas = false;  ///< below the table
   int digits = 0;         ///< significant ones; 0 for 5 in a table and 10 in the other forms
 };

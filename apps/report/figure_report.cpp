@@ -23,7 +23,7 @@ std::vector<PlotKind> FigureKindsOf(const PlotRequest& plot) {
 /// One file of the report.
 struct Source {
   ReadRequest reading;
-  DerivedLot derived;
+  Lot lot;
 };
 
 class Pages {
@@ -33,11 +33,9 @@ class Pages {
 
   void AddLot(const Source& source) {
     LotSheetOptions sheet;
-    if (!report_.plot.limits.empty()) {
-      sheet.limits = {report_.plot.limits[0], report_.plot.limits[1]};
-    }
+    sheet.limits = report_.plot.limits;
     for (figures::LotPlot& lot :
-         LotPlotsOf(source.derived, {source.reading, report_.look, report_.plot.style, sheet})) {
+         LotPlotsOf(source.lot, {source.reading, report_.look, report_.plot.style, sheet})) {
       lot.facts.insert(lot.facts.begin(), lot.title);
       if (!report_.lot.empty()) lot.facts.insert(lot.facts.begin(), "Lot " + report_.lot);
       lot.title = report_.title;
@@ -49,8 +47,7 @@ class Pages {
   }
 
   void AddWafer(const Source& source, const Wafer& measured) {
-    const data::Lot& lot = source.derived.lot;
-    const data::Parameter& parameter = lot.parameters[measured.parameter];
+    const data::Parameter& parameter = source.lot.parameters[measured.parameter];
     WaferPlot plot =
         WaferPlotOf({source.reading, parameter, measured}, report_.look, report_.plot.style);
     const std::string file = source.reading.path.string();
@@ -66,7 +63,7 @@ class Pages {
     if (const std::string caption = parameter.Caption(); !caption.empty()) {
       head.facts.push_back(caption);
     }
-    if (!source.derived.what.empty()) head.facts.push_back(source.derived.what);
+    if (!measured.derived.empty()) head.facts.push_back(measured.derived);
     plot.title = report_.plot.caption.value_or(name);
     pages_.push_back(MakeWaferPage(head, kinds_, plot, style_, text_));
   }
@@ -91,8 +88,8 @@ void WriteFigureReport(const FigureReport& report) {
   for (const std::string& file : report.files) {
     ReadRequest reading = report.reading;
     reading.path = file;
-    sources.push_back({reading, Derive(reading, report.derive)});
-    wafers += sources.back().derived.lot.wafers.size();
+    sources.push_back({reading, ReadDerived(reading, report.derive)});
+    wafers += sources.back().lot.wafers.size();
   }
   if (!report.wafer.empty() && wafers > 1) {
     throw UsageError("--wafer-id names one wafer, and the data have " + std::to_string(wafers));
@@ -106,7 +103,7 @@ void WriteFigureReport(const FigureReport& report) {
   for (const Source& source : sources) {
     if (report.summary) pages.AddLot(source);
     if (report.no_wafers) continue;
-    for (const Wafer& measured : source.derived.lot.wafers) {
+    for (const Wafer& measured : source.lot.wafers) {
       progress.Show(done++, measured.name);
       pages.AddWafer(source, measured);
     }

@@ -55,7 +55,7 @@ std::vector<MeasuredPage> ReadAll(const ReportRequest& request) {
   for (const std::string& file : request.files) {
     ReadRequest reading = request.reading;
     reading.path = file;
-    Lot data = ReadDerived(reading, request.derive);
+    Lot data = ReadDerived(WithSizes(request.plot, KindsOf(request.plot), reading), request.derive);
     for (Wafer& measured : data.wafers) {
       const data::Parameter& parameter = data.parameters[measured.parameter];
       pages.push_back({file, reading, parameter,
@@ -83,12 +83,11 @@ class ReportPrinter {
     }
     std::string line = request_.lot.empty() ? "" : "Lot " + request_.lot + "    ";
     line += "Wafer " + (request_.wafer.empty() ? page.measured.name : request_.wafer);
+    if (!page.measured.derived.empty()) line += ", " + page.measured.derived;
     line += "    " + std::filesystem::path(page.file).filename().string();
     if (page.named) line += "    " + page.parameter.Caption();
     if (!page.measured.left_out.empty()) line += "    " + page.measured.SitesText();
-    const std::string& units =
-        request_.look.units.empty() ? page.parameter.unit : request_.look.units;
-    PrintReportPage(paper, size_, {request_.title, line, units}, plots);
+    PrintReportPage(paper, size_, {request_.title, line, page.parameter.unit}, plots);
   }
 
   PlotControl& LastPlot() { return *controls_.back(); }
@@ -142,7 +141,7 @@ void Report(const ReportRequest& request) {
     }
   }
   file.Save();
-  SaveSettings(request.plot, printer.LastPlot());
+  SaveSettings(request.plot, printer.LastPlot(), pages.back().measured);
 }
 
 }  // namespace
@@ -175,7 +174,7 @@ void AddReportCommand(CLI::App& program) {
   command->add_flag("--summary-only", request->no_wafers, "The cover and all wafers side by side");
   command->footer(
       "Examples:\n"
-      "  discoplan report sites.csv -o report.pdf --units nm\n"
+      "  discoplan report sites.csv -o report.pdf --value-unit nm\n"
       "  discoplan report lot.csv -o lot.pdf --kind 2D --kind histo --lot A1234 --summary\n"
       "  discoplan report a.csv b.csv -o both.pdf --all --paper Letter --landscape");
   command->callback([request] {

@@ -30,7 +30,8 @@ void Plot(const PictureRequest& request) {
   const PlotKinds kinds = KindsOf(request.plot);
   RefuseOverwriting(request.plot, request.output,
                     {request.data.path.string(), request.derive.File()});
-  const Lot data = ReadDerived(request.data, request.derive);
+  const ReadRequest reading = WithSizes(request.plot, kinds, request.data);
+  const Lot data = ReadDerived(reading, request.derive);
   const Wafer& measured = OnlyWafer(data, request.data);
   WarnOfEmptyPlots(kinds, request.data, measured);
   const auto width = static_cast<float>(request.size.width) * kTwipsPerPixel;
@@ -39,7 +40,7 @@ void Plot(const PictureRequest& request) {
   VectorFile file(
       request.output,
       {static_cast<float>(grid.columns) * width, static_cast<float>(grid.rows) * height},
-      measured.name);
+      measured.Title());
   HeadlessHost host;
   WarnByMessages(host, request.data);
   std::unique_ptr<PlotControl> control;
@@ -53,7 +54,7 @@ void Plot(const PictureRequest& request) {
           *kinds[i]);
   }
   file.Save();
-  SaveSettings(request.plot, *control);
+  SaveSettings(request.plot, *control, measured);
 }
 
 }  // namespace

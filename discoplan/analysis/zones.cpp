@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 #include "discoplan/analysis/sample.h"
 #include "discoplan/analysis/surface_fit.h"
@@ -12,10 +13,11 @@
 namespace discoplan::analysis {
 namespace {
 
-void Summarize(std::span<const Site> sites, Zone& zone) {
-  zone.count = sites.size();
-  if (sites.empty()) return;
-  const Sample sample(sites);
+void Summarize(std::vector<Site> sites, Zone& zone) {
+  zone.sites = std::move(sites);
+  zone.count = zone.sites.size();
+  if (zone.sites.empty()) return;
+  const Sample sample(zone.sites);
   zone.mean = sample.mean;
   zone.sigma = sample.sigma;
   zone.minimum = sample.Minimum();
@@ -59,12 +61,12 @@ std::size_t QuadrantOf(const Site& site) {
   return site.x < 0 ? 2 : 3;
 }
 
+}  // namespace
+
 int RingsFor(std::size_t sites) {
   return std::max(1, static_cast<int>(
                          std::nearbyint((std::sqrt(static_cast<double>(sites)) + 1) / 2 + 0.4999)));
 }
-
-}  // namespace
 
 std::vector<Zone> RingsOf(std::span<const Site> sites, const RingOptions& options) {
   const int count = options.rings > 0 ? options.rings : RingsFor(sites.size());
@@ -81,7 +83,7 @@ std::vector<Zone> RingsOf(std::span<const Site> sites, const RingOptions& option
   }
   std::vector<std::vector<Site>> members(rings.size());
   for (const Site& site : sites) members[RingOf(rings, RadiusOf(site))].push_back(site);
-  for (std::size_t i = 0; i < rings.size(); ++i) Summarize(members[i], rings[i]);
+  for (std::size_t i = 0; i < rings.size(); ++i) Summarize(std::move(members[i]), rings[i]);
   return rings;
 }
 
@@ -93,7 +95,7 @@ std::vector<Zone> QuadrantsOf(std::span<const Site> sites) {
   std::vector<Zone> quadrants(members.size());
   for (std::size_t i = 0; i < members.size(); ++i) {
     quadrants[i].name = "quadrant " + std::to_string(i + 1);
-    Summarize(members[i], quadrants[i]);
+    Summarize(std::move(members[i]), quadrants[i]);
   }
   return quadrants;
 }

@@ -23,6 +23,7 @@ struct Zone {
   std::string name;  ///< "0 to 49 mm", "quadrant 1"
   double inner = 0;  ///< Radii in mm, of a ring.
   double outer = 0;
+  std::vector<Site> sites;
   std::size_t count = 0;
   std::optional<double> mean;
   std::optional<double> sigma;
@@ -39,14 +40,16 @@ enum class RingRule {
 };
 
 struct RingOptions {
-  /// As many as are asked for; for 0, (sqrt(sites) + 1) / 2 rounded up to a whole number, less if
-  /// it's one already.
+  /// As many as are asked for; for 0, `RingsFor` the sites.
   int rings = 0;
   RingRule rule = RingRule::EqualWidth;
   /// Of the outermost ring, in mm: the farthest site's, unless given. Sites beyond are of that
   /// ring.
   double radius = 0;
 };
+
+/// As many rings as that many sites fill.
+DISCOPLAN_EXPORT int RingsFor(std::size_t sites);
 
 /// From the centre outwards. A site belongs to the ring with inner < r <= outer; the centre to the
 /// first.

@@ -26,12 +26,12 @@ data::Wafer WaferOf(const std::string& name, std::vector<float> values) {
   return wafer;
 }
 
-DerivedLot LotOf(std::vector<data::Wafer> wafers) {
-  DerivedLot derived;
-  derived.lot.source = "some/run4.csv";
-  derived.lot.parameters = {{"Thickness", "nm"}};
-  derived.lot.wafers = std::move(wafers);
-  return derived;
+data::Lot LotOf(std::vector<data::Wafer> wafers) {
+  data::Lot lot;
+  lot.source = "some/run4.csv";
+  lot.parameters = {{"Thickness", "nm"}};
+  lot.wafers = std::move(wafers);
+  return lot;
 }
 
 TEST(AxisOver, HasRoundTicksThatSpanTheValues) {
@@ -47,9 +47,9 @@ TEST(AxisOver, HasRoundTicksThatSpanTheValues) {
 }
 
 TEST(LotSheet, SaysWhatAPageShows) {
-  DerivedLot derived = LotOf({WaferOf("A", {1, 2, 3}), WaferOf("B", {3, 4, 8})});
-  derived.what = "minus mean";
-  const std::vector<LotSheet> sheets = SheetsOf(derived, {});
+  data::Lot lot = LotOf({WaferOf("A", {1, 2, 3}), WaferOf("B", {3, 4, 8})});
+  for (data::Wafer& wafer : lot.wafers) wafer.derived = "minus mean";
+  const std::vector<LotSheet> sheets = SheetsOf(lot, {});
   ASSERT_EQ(sheets.size(), 1U);
   const LotSheet& sheet = sheets[0];
   EXPECT_EQ(sheet.title, "run4");
@@ -75,10 +75,21 @@ TEST(LotSheet, SaysWhatAPageShows) {
 
 TEST(LotSheet, TakesTheScaleThatIsGiven) {
   LotSheetOptions options;
-  options.limits = {0, 10};
+  options.limits = ColourLimits{0, 10};
+  options.caption = "Run 4, nitride";
   const LotSheet sheet = SheetsOf(LotOf({WaferOf("A", {1, 2, 3})}), options).at(0);
+  EXPECT_EQ(sheet.title, "Run 4, nitride");
   EXPECT_EQ(sheet.scale_labels.back(), "10");
   EXPECT_EQ(sheet.notes, std::vector<std::string>{"Colours: as given"});
+  // Of 1 2 3 4 5 the values at 1 + 4 p.
+  options.limits = ColourLimits{12.5, 75, true};
+  const LotSheet part =
+      SheetsOf(LotOf({WaferOf("A", {5, 2, 3}), WaferOf("B", {4, 1})}), options).at(0);
+  EXPECT_EQ(part.scale.low, 1.5);
+  EXPECT_EQ(part.scale.high, 4);
+  EXPECT_EQ(part.notes.at(0),
+            "Colours: 12.5% to 75% of all sites; 2 of 5 values beyond take the colours of the "
+            "ends");
 }
 
 TEST(LotSheet, SaysWhatWasLeftOut) {
@@ -169,6 +180,7 @@ TEST_F(LotCommand, ShowsWhatIsMadeOfTheWafers) {
 
 TEST_F(LotCommand, SaysWhatMakesNoSense) {
   Write("few.csv", "X,Y,V\n0,0,1\n10,0,2\n0,10,3\n");
+  Write("flat.csv", "X,Y,V\n0,0,5\n10,0,5\n0,10,5\n-10,0,5\n");
   const struct {
     const char* arguments;
     int status;
@@ -176,6 +188,8 @@ TEST_F(LotCommand, SaysWhatMakesNoSense) {
   } rows[] = {
       {"few.csv -o lot.png --kind 4D", 2, "--kind: '4D' is none of 2D, 2DS"},
       {"few.csv -o lot.png --limits 3 1", 2, "--limits takes LOW HIGH"},
+      {"few.csv -o lot.png --limits 1% 3", 2, "two numbers or two percentages"},
+      {"flat.csv -o lot.png --limits 1% 2%", 1, "all values between these --limits are 5;"},
       {"few.csv -o lot.png --size 400x800", 2, "up to twice as wide as high"},
       {"few.csv -o lot.png --figures all", 2, "room for 6 figures"},
       {"few.csv -o lot.txt", 2, "the ending is none of"},

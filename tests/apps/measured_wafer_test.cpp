@@ -7,7 +7,7 @@ namespace {
 class MeasuredWafer : public ProgramFixture {
  protected:
   MeasuredWafer() {
-    Write("five.csv", "X (mm),Y (mm),Value\n0,0,1\n10,0,2\n0,10,3\n-10,0,4\n0,-10,5\n");
+    Write("five.csv", "X (mm),Y (mm),Value\n0,0,1\n10,0,3\n0,10,2\n-10,0,4\n0,-10,5\n");
     Write("three.csv", "X (mm),Y (mm),Value\n0,0,1\n10,0,2\n0,10,3\n");
     Write("one.csv", "0,0,1\n");
     Write("far.csv", "X (mm),Y (mm),Value\n0,0,1\n10,0,2\n0,10,3\n-10,0,4\n0,-90,5\n");

@@ -9,7 +9,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string kFive = "X (mm),Y (mm),Value\n0,0,1\n10,0,2\n0,10,3\n-10,0,4\n0,-10,5\n";
+const std::string kFive = "X (mm),Y (mm),Value\n0,0,1\n10,0,3\n0,10,2\n-10,0,4\n0,-10,5\n";
 
 class Output : public ProgramFixture {
  protected:

@@ -61,7 +61,7 @@ TEST_F(Report, GivesEachWaferAPage) {
 }
 
 TEST_F(Report, TakesPapersAndSeveralFiles) {
-  Write("plain.csv", "X (mm),Y (mm),Value\n0,0,1\n10,0,2\n0,10,3\n-10,0,4\n0,-10,5\n");
+  Write("plain.csv", "X (mm),Y (mm),Value\n0,0,1\n10,0,3\n0,10,2\n-10,0,4\n0,-10,5\n");
   const struct {
     const char* options;
     const char* size;

@@ -30,7 +30,7 @@ class Shortage : public ProgramFixture {
 };
 
 TEST_F(Shortage, OfAReaderIsToldInOneLine) {
-  Write("five.csv", "X (mm),Y (mm),V\n0,0,1\n10,0,2\n0,10,3\n-10,0,4\n0,-10,5\n");
+  Write("five.csv", "X (mm),Y (mm),V\n0,0,1\n10,0,3\n0,10,2\n-10,0,4\n0,-10,5\n");
   Write("requests.jsonl", "{\"op\":\"new\",\"class\":\"Plot2D\",\"id\":1}\n");
   for (const char* arguments :
        {"stats five.csv", "plot five.csv -o -", "plot five.csv -o - --kind linescan",

@@ -174,6 +174,60 @@ TEST_F(Stats, OfTurnedAndMirroredWafers) {
   EXPECT_EQ(Json("a.csv --rotate 90").at(0).at("wafer"), "a, turned by 90°");
 }
 
+// Ten at the centre; rings of two, and a quadrant for each of the others.
+constexpr const char* kCross = "X (mm),Y (mm),V\n0,0,10\n50,0,1\n0,50,3\n-100,0,5\n0,-100,9\n";
+
+TEST_F(Stats, OfZones) {
+  Write("a.csv", kCross);
+  const struct {
+    const char* zones;
+    std::vector<std::string> names;
+    std::vector<int> sites;
+    std::vector<double> means;
+  } rows[] = {
+      {"rings:2", {"0 to 50 mm", "50 to 100 mm"}, {3, 2}, {14.0 / 3, 7}},
+      {"areas:2", {"0 to 70.71 mm", "70.71 to 100 mm"}, {3, 2}, {14.0 / 3, 7}},
+      {"profile:2", {"0 to 33.33 mm", "33.33 to 100 mm"}, {1, 4}, {10, 4.5}},
+      {"quadrants",
+       {"quadrant 1", "quadrant 2", "quadrant 3", "quadrant 4"},
+       {1, 1, 1, 1},
+       {1, 3, 5, 9}},
+  };
+  for (const auto& row : rows) {
+    const auto zones = Json(std::string("a.csv --figures mean,std_dev --zones ") + row.zones);
+    ASSERT_EQ(zones.size(), row.names.size()) << row.zones;
+    for (std::size_t i = 0; i < zones.size(); ++i) {
+      EXPECT_EQ(zones[i].at("zone"), row.names[i]);
+      EXPECT_EQ(zones[i].at("sites"), row.sites[i]) << row.zones;
+      EXPECT_NEAR(zones[i].at("mean").get<double>(), row.means[i], 1e-8) << row.zones;
+      EXPECT_EQ(zones[i].at("std_dev").is_null(), row.sites[i] == 1) << row.zones;
+      EXPECT_EQ(zones[i].contains("outer_radius"), row.names[0].starts_with('0')) << row.zones;
+    }
+  }
+  EXPECT_EQ(Run("stats a.csv --figures mean --zones rings:2").output,
+            "Wafer            Zone          Sites         Mean\n"
+            "a                0 to 50 mm        3       4.6667\n"
+            "a                50 to 100 mm      2       7.0000\n"
+            "\nMean: sum z / n\n");
+  EXPECT_EQ(Run("stats a.csv --figures mean --zones rings:3 --csv").output,
+            "wafer,parameter,zone,inner_radius,outer_radius,sites,mean\n"
+            "a,V,0 to 33.33 mm,0,33.33333333,1,10\n"
+            "a,V,33.33 to 66.67 mm,33.33333333,66.66666667,2,2\n"
+            "a,V,66.67 to 100 mm,66.66666667,100,2,7\n");
+}
+
+// The second wafer's sites lie within the first ring of the first one's.
+TEST_F(Stats, OfZonesThatAreTheSameOnAllWafers) {
+  Write("lot.csv", "W,X (mm),Y (mm),V\n1,0,0,1\n1,100,0,3\n2,0,0,5\n2,40,0,7\n");
+  EXPECT_EQ(Run("stats lot.csv --by W --figures mean --zones rings:2 --csv").output,
+            "wafer,slot,parameter,zone,inner_radius,outer_radius,sites,mean\n"
+            "1,1,V,0 to 50 mm,0,50,1,1\n1,1,V,50 to 100 mm,50,100,1,3\n"
+            "2,2,V,0 to 50 mm,0,50,2,6\n2,2,V,50 to 100 mm,50,100,0,\n");
+  const std::string text = Run("stats lot.csv --by W --figures mean --zones rings:2").output;
+  EXPECT_NE(text.find("All sites        0 to 50 mm        3       4.3333\n"), std::string::npos)
+      << text;
+}
+
 TEST_F(Stats, SayWhatMakesNoSense) {
   Write("a.csv", "X (mm),Y (mm),V\n0,0,1\n10,0,2\n0,10,3\n-10,0,4\n");
   Write("line.csv", "X (mm),Y (mm),V\n0,0,1\n10,0,2\n20,0,3\n30,0,5\n");
@@ -188,6 +242,15 @@ TEST_F(Stats, SayWhatMakesNoSense) {
       {"a.csv --digits 0", 2, "--digits"},
       {"a.csv --json --csv", 2, "--csv"},
       {"a.csv --lot", 2, "--lot goes with --json or --csv"},
+      {"a.csv --lot --json --zones quadrants", 2, "--zones tells of wafers"},
+      {"a.csv --zones rings:0", 2, "--zones takes rings:N, areas:N, profile:N with N from 1 to"},
+      {"a.csv --zones rings:1001", 2, "or quadrants, not 'rings:1001'"},
+      {"a.csv --zones quadrants:2", 2, "or quadrants, not 'quadrants:2'"},
+      {"a.csv --unit nm", 2,
+       "--unit is that of the positions and takes mm, cm, um or in, not 'nm'; --value-unit names "
+       "that of the values"},
+      {"a.csv --test-diameter 60", 1,
+       "--test-diameter: 60 mm is more than the wafer's 50 mm; give less, or a larger --diameter"},
       {"a.csv --residual sphere", 2, "--residual takes plane, radial or zernike:N"},
       {"a.csv --residual zernike:21", 2, "N from 0 to 20, not 'zernike:21'"},
       {"a.csv --residual zernike:2", 1,

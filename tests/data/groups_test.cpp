@@ -71,6 +71,17 @@ TEST(Groups, AreWafersOfATable) {
   for (const GroupCase& test : cases) Check(test);
 }
 
+TEST(Groups, AreNoValues) {
+  const TemporaryFolder folder;
+  const auto path = folder.Write("a.csv", kTwo);
+  for (const char* by : {"slot", "3"}) {
+    EXPECT_EQ(Read({.path = path, .by = {by}}).parameters, (std::vector<Parameter>{{"V", ""}}));
+    EXPECT_EQ(Read({.path = path, .parameters = {"all"}, .by = {by}}).parameters.size(), 1U);
+  }
+  const Lot asked = Read({.path = path, .parameters = {"Slot"}, .by = {"Slot"}});
+  EXPECT_EQ(asked.parameters, (std::vector<Parameter>{{"Slot", ""}}));
+}
+
 TEST(Groups, AreAskedForWherePositionsRepeat) {
   const GroupCase cases[] = {
       {"one column tells", kTwo,

@@ -63,7 +63,7 @@ TEST(ExampleTables, AskWhichOfTheirColumnsIsMeant) {
   EXPECT_EQ(Outcome(request),
             "thick_film_lot.csv:1: the value may be any of 'slot1', 'slot2', 'slot3', 'slot4', "
             "'slot5', 'slot6', 'slot7', 'slot8', 'slot9', 'slot10'; "
-            "choose one, as in --columns X,Y,slot1");
+            "choose one, as in --parameter slot1");
   ReadRequest chosen = request;
   chosen.columns = "X,Y,slot10";
   const Wafer wafer = Read(chosen).wafers.at(0);

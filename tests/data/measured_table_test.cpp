@@ -155,28 +155,34 @@ TEST(InstrumentTable, TellsWhatLooksWrong) {
   const std::string counted =
       "X,Y,Q\n-100,0,1\n100,0,2\n0,100,3\n0,-100,4\n0,0,5\n70,70,6\n-70,70,7\n70,-70,8\n";
   const DoubtCase cases[] = {
-      {"X,Y,Q\n-14.7,0,9\n14.7,0,2\n0,14.7,3\n0,-14.7,4\n",
+      {"X,Y,Q\n-14.7,0,9\n14.7,0,2\n0,14.7,3\n0,-14.7,4\n5,5,7\n",
        {"the sites lie within 29.4 mm, as on no standard wafer; try --unit cm (300 mm, in "
         "centimetres), or --unit mm if that is right"}},
-      {"X (mm),Y (mm),Q\n-14.7,0,9\n14.7,0,2\n0,14.7,3\n0,-14.7,4\n", {}},
-      {"X,Y,Q\n-5.8,0,9\n5.8,0,2\n0,5.8,3\n0,-5.8,4\n",
+      {"X (mm),Y (mm),Q\n-14.7,0,9\n14.7,0,2\n0,14.7,3\n0,-14.7,4\n5,5,7\n", {}},
+      // Fewer than the smallest pattern that is measured.
+      {"X,Y,Q\n-14.7,0,9\n14.7,0,2\n0,14.7,3\n0,-14.7,4\n", {}},
+      {"X,Y,Q\n-5.8,0,9\n5.8,0,2\n0,5.8,3\n0,-5.8,4\n2,2,7\n",
        {"the sites lie within 11.6 mm, as on no standard wafer; try --unit cm (125 mm, in "
         "centimetres) or --unit in (300 mm, in inches), or --unit mm if that is right"}},
-      {"X,Y,Q\n-1470,0,9\n1470,0,2\n0,1470,3\n0,-1470,4\n",
+      {"X,Y,Q\n-1470,0,9\n1470,0,2\n0,1470,3\n0,-1470,4\n5,5,7\n",
        {"the sites lie within 2940 mm, ten times a standard wafer; if a position is a tenth of a "
         "millimetre, scale them"}},
-      {"X,Y,Q\n3,150,9\n297,150,2\n150.5,3,3\n150,297,4\n",
+      {"X,Y,Q\n3,150,9\n297,150,2\n150.5,3,3\n150,297,4\n150,150,7\n",
        {"all sites lie in the quadrant right above the centre; if they are counted from a corner, "
         "use --origin corner"}},
-      {"X,Y,Q\n1,1,9\n2,1,2\n1,2,3\n2,2,4\n",
+      {"X,Y,Q\n1,1,9\n2,1,2\n1,2,3\n2,2,4\n3,2,7\n",
        {"all sites lie in the quadrant right above the centre; if they are counted from a corner, "
         "use --origin corner, and if they are numbers of dies, --pitch WIDTH HEIGHT with it"}},
       {counted + "-70,-70,9\n",
        {"the value 'Q' only counts the sites; choose another with --parameter"}},
       {counted + "-70,-70,9.5\n", {}},
-      {counted, {}},
+      {counted, {"the value 'Q' only counts the sites; choose another with --parameter"}},
+      {"X,Y,Q\n0,0,0\n-90,0,1\n90,0,2\n0,90,3\n0,-90,4\n",
+       {"the value 'Q' only counts the sites; choose another with --parameter"}},
+      {"X,Y,Q\n0,0,2\n-90,0,3\n90,0,4\n0,90,5\n0,-90,6\n", {}},
+      {"X,Y,Q\n-90,0,1\n90,0,2\n0,90,3\n0,-90,4\n", {}},
       // A site in the corner itself would lie beside the wafer.
-      {"X,Y,Q\n0,0,9\n90,0,2\n0,90,3\n60,60,4\n", {}},
+      {"X,Y,Q\n0,0,9\n90,0,2\n0,90,3\n60,60,4\n30,30,7\n", {}},
   };
   const TemporaryFolder folder;
   for (const DoubtCase& test : cases) {

@@ -86,13 +86,13 @@ TEST(DataTable, RefusesWhatHasNoClearColumns) {
   const TableCase cases[] = {
       {"several values", "X,Y,slot1,slot 2\n1,2,3,4\n",
        "a.csv:1: the value may be any of 'slot1', 'slot 2'; "
-       "choose one, as in --columns X,Y,slot1"},
+       "choose one, as in --parameter slot1"},
       {"several values that need a number", "X (mm),Y,\"a,b\",c\n1,2,3,4\n",
-       "a.csv:1: the value may be any of 'a,b', 'c'; choose one, as in --columns 1,Y,3"},
+       "a.csv:1: the value may be any of 'a,b', 'c'; choose one, as in --parameter 3"},
       {"several values of one name", "X,Y,a,A\n1,2,3,4\n",
-       "a.csv:1: the value may be any of 'a', 'A'; choose one, as in --columns X,Y,3"},
+       "a.csv:1: the value may be any of 'a', 'A'; choose one, as in --parameter 3"},
       {"several usual names", "X,Y,Value,Z\n1,2,3,4\n",
-       "a.csv:1: the value may be any of 'Value', 'Z'; choose one, as in --columns X,Y,Value"},
+       "a.csv:1: the value may be any of 'Value', 'Z'; choose one, as in --parameter Value"},
       {"no value", "Site,X,Y\n1,2,3\n",
        "a.csv:1: no column is left for the value among 'Site', 'X', 'Y'; "
        "add one, or choose three with --columns X,Y,VALUE"},

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "apps/discoplan/derived_lot.h"
+#include "apps/discoplan/wafer_sites.h"
 
 namespace discoplan::app {
 
