@@ -107,6 +107,7 @@ void TellDoubts(const ReadRequest& request, const PositionScale& scale, Lot& lot
   Tell(*first, quadrant, several, lot);
   const bool has_size = scale.stated || request.diameter;
   if (quadrant.empty() && !has_size) Tell(*first, DoubtOfUnit(*first), several, lot);
+  if (lot.kind == FileKind::Binary) return;  // whose values nobody can choose
   for (std::size_t parameter = 0; parameter < lot.parameters.size(); ++parameter) {
     const auto wafers = lot.Of(parameter);
     if (wafers.empty()) continue;

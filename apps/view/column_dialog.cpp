@@ -8,40 +8,7 @@
 #include <algorithm>
 #include <array>
 
-#include "data/data_error.h"
-#include "data/fields.h"
-#include "data/line_reader.h"
-
 namespace discoplan::app {
-
-QStringList ColumnNames(const std::filesystem::path& file) {
-  constexpr qsizetype kFewest = 3;
-  QStringList names;
-  try {
-    data::FileBytes bytes(file);
-    data::LineReader lines(bytes);
-    if (lines.Ahead().empty()) return {};
-    const std::string& head = lines.Ahead().front().text;
-    for (const char separator : {';', '\t', ',', ' '}) {
-      std::vector<std::string_view> fields;
-      data::SplitFields(head, {.separator = separator}, fields);
-      if (static_cast<qsizetype>(fields.size()) <= names.size()) continue;
-      names.clear();
-      for (const std::string_view field : fields) {
-        names += QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size()));
-      }
-    }
-  } catch (const data::DataError&) {
-    return {};
-  }
-  const auto is_number = [](const QString& name) {
-    bool number = false;
-    name.toDouble(&number);
-    return number || name.isEmpty();
-  };
-  if (names.size() < kFewest || std::ranges::any_of(names, is_number)) return {};
-  return names;
-}
 
 ColumnDialog::ColumnDialog(const QStringList& names, QWidget* parent) : QDialog(parent) {
   setWindowTitle(tr("Columns of the table"));

@@ -4,15 +4,11 @@
 #include <QDialog>
 #include <QStringList>
 #include <array>
-#include <filesystem>
+#include <string>
 
 class QComboBox;
 
 namespace discoplan::app {
-
-/// The names in the head of a table; none for a file that isn't a table with a head of at least
-/// three.
-QStringList ColumnNames(const std::filesystem::path& file);
 
 /// Asks which columns of a table hold X, Y and the value.
 class ColumnDialog final : public QDialog {

@@ -71,7 +71,7 @@ void PlotTabs::Show(std::shared_ptr<const Wafer> measured) {
       PlotControl& control = tab->plot->Control();
       // Sizes that the user chose stay for wafers of one size.
       if (is_same_size) {
-        control.PlotCaption(measured_->name);
+        FitCaption(control, *measured_);
       } else {
         FitSize(control, *measured_);
       }

@@ -2,9 +2,9 @@
 #include "apps/view/wafer_loader.h"
 
 #include <QtConcurrent>
+#include <optional>
 
-#include "apps/view/column_dialog.h"
-
+#include "data/column_names.h"
 #include "data/left_out.h"
 
 namespace discoplan::app {
@@ -36,19 +36,49 @@ void WaferLoader::BeginNext() {
   watcher_.setFuture(QtConcurrent::run(&WaferLoader::Read, request));
 }
 
+namespace {
+
+LoadedLot LoadedFrom(Lot lot) {
+  LoadedLot loaded;
+  loaded.skipped = QString::fromStdString(data::SkipReport(lot));
+  for (const data::Parameter& parameter : lot.parameters) {
+    loaded.parameters += QString::fromStdString(Printable(parameter.Caption()));
+  }
+  for (const std::string& warning : lot.warnings) {
+    loaded.warnings += QString::fromStdString(warning);
+  }
+  for (Wafer& measured : lot.wafers) {
+    loaded.wafers.push_back(std::make_shared<const Wafer>(std::move(measured)));
+  }
+  return loaded;
+}
+
+/// All values of a table in which any of several may be meant; nothing if they can't be read.
+std::optional<LoadedLot> ReadAllValues(ReadRequest request) {
+  if (!request.columns.empty() || !request.parameters.empty()) return {};
+  request.parameters = {"all"};
+  try {
+    return LoadedFrom(data::Read(request));
+  } catch (const data::DataError&) {
+    return {};
+  }
+}
+
+}  // namespace
+
 WaferLoader::Outcome WaferLoader::Read(const ReadRequest& request) {
   Outcome outcome;
   try {
-    Lot lot = data::Read(request);
-    if (!lot.skipped.empty()) {
-      outcome.skipped = QString::fromStdString(data::SkipReport(lot));
-    }
-    for (Wafer& measured : lot.wafers) {
-      outcome.wafers.push_back(std::make_shared<const Wafer>(std::move(measured)));
-    }
+    outcome.loaded = LoadedFrom(data::Read(request));
   } catch (const data::DataError& error) {
+    if (auto all = ReadAllValues(request)) {
+      outcome.loaded = std::move(*all);
+      return outcome;
+    }
     outcome.fault = QString::fromUtf8(error.what());
-    outcome.columns = ColumnNames(request.path);
+    for (const std::string& name : data::ColumnNames(request)) {
+      outcome.columns += QString::fromStdString(name);
+    }
   } catch (const std::exception& error) {
     outcome.fault = QString::fromUtf8(error.what());
   }
@@ -58,7 +88,7 @@ WaferLoader::Outcome WaferLoader::Read(const ReadRequest& request) {
 void WaferLoader::TakeOutcome() {
   const Outcome outcome = watcher_.result();
   if (outcome.fault.isEmpty()) {
-    Q_EMIT Loaded(current_, outcome.wafers, outcome.skipped);
+    Q_EMIT Loaded(current_, outcome.loaded);
   } else {
     Q_EMIT Failed(current_, outcome.fault, outcome.columns);
   }

@@ -12,6 +12,14 @@
 
 namespace discoplan::app {
 
+/// What was read of a file.
+struct LoadedLot {
+  std::vector<std::shared_ptr<const Wafer>> wafers;
+  QStringList parameters;  ///< as captions, in the order that `Wafer::parameter` counts in
+  QString skipped;         ///< rows that can't be read; nothing for ""
+  QStringList warnings;    ///< what looks wrong
+};
+
 /// Reads files behind the window's back, one after the other.
 class WaferLoader final : public QObject {
   Q_OBJECT
@@ -26,17 +34,15 @@ class WaferLoader final : public QObject {
 
  Q_SIGNALS:
   void Began(const QString& file);
-  /// In the order of the files. `skipped` is empty if nothing was left out.
-  void Loaded(const QString& file, const std::vector<std::shared_ptr<const Wafer>>& wafers,
-              const QString& skipped);
+  /// In the order of the files.
+  void Loaded(const QString& file, const LoadedLot& loaded);
   /// `columns` are the names to choose from, if that may help.
   void Failed(const QString& file, const QString& why, const QStringList& columns);
   void Finished();
 
  private:
   struct Outcome {
-    std::vector<std::shared_ptr<const Wafer>> wafers;
-    QString skipped;
+    LoadedLot loaded;
     QString fault;
     QStringList columns;
   };

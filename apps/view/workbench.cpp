@@ -8,7 +8,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
-#include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
@@ -20,7 +19,7 @@
 #include <QSettings>
 #include <QStatusBar>
 #include <QToolBar>
-#include <set>
+#include <algorithm>
 
 #include "apps/discoplan/output.h"
 #include "apps/report/print_plot.h"
@@ -53,7 +52,7 @@ Workbench::Workbench(const ReadRequest& reading, QWidget* parent)
     : QMainWindow(parent),
       loader_(reading),
       plots_(new PlotTabs(this)),
-      list_(new QListWidget(this)),
+      list_(new WaferList(this)),
       pointed_(new QLabel(this)),
       busy_(new QProgressBar(this)) {
   setObjectName(QStringLiteral("Workbench"));
@@ -64,7 +63,6 @@ Workbench::Workbench(const ReadRequest& reading, QWidget* parent)
   dock->setWidget(list_);
   addDockWidget(Qt::LeftDockWidgetArea, dock);
   resizeDocks({dock}, {kListWidth}, Qt::Horizontal);
-  list_->setAccessibleName(tr("Wafers"));
   busy_->setRange(0, 0);
   busy_->setMaximumWidth(160);
   busy_->hide();
@@ -72,7 +70,7 @@ Workbench::Workbench(const ReadRequest& reading, QWidget* parent)
   statusBar()->addPermanentWidget(busy_);
   BuildMenus();
   view_->addAction(dock->toggleViewAction());
-  connect(list_, &QListWidget::currentRowChanged, this, &Workbench::ShowChosen);
+  connect(list_, &WaferList::ChosenChanged, this, &Workbench::ShowChosen);
   connect(plots_, &PlotTabs::Pointed, pointed_, &QLabel::setText);
   connect(plots_, &PlotTabs::Refused, this,
           [this](const QString& why) { statusBar()->showMessage(why); });
@@ -105,8 +103,8 @@ void Workbench::BuildFileMenu() {
   QAction* open =
       file->addAction(tr("&Open..."), QKeySequence::Open, this, &Workbench::AskForFiles);
   recent_ = file->addMenu(tr("Open &recent"));
-  needs_wafer_.push_back(
-      file->addAction(tr("&Close wafer"), QKeySequence::Close, this, &Workbench::RemoveChosen));
+  needs_wafer_.push_back(file->addAction(tr("&Close wafer"), QKeySequence::Close, this,
+                                         [this] { list_->RemoveChosen(); }));
   file->addSeparator();
   QAction* save =
       file->addAction(tr("&Export..."), QKeySequence::SaveAs, this, &Workbench::AskForExport);
@@ -157,42 +155,33 @@ void Workbench::Open(const QStringList& files) {
   if (!files.isEmpty()) loader_.Load(files);
 }
 
-void Workbench::TakeWafers(const QString& file,
-                           const std::vector<std::shared_ptr<const Wafer>>& wafers,
-                           const QString& skipped) {
-  const int first = list_->count();
-  for (const auto& measured : wafers) {
-    entries_.push_back({file, measured});
-    auto* item = new QListWidgetItem(list_);
-    item->setToolTip(tr("%1, %n site(s)", nullptr, static_cast<int>(measured->x.size())).arg(file));
-  }
-  NameWafers();
-  list_->setCurrentRow(first);
+void Workbench::TakeWafers(const QString& file, const LoadedLot& loaded) {
+  list_->Add(file, loaded);
   RememberFile(file);
-  wafers_read_ += wafers.size();
+  const std::size_t parameter = loaded.wafers.front()->parameter;
+  wafers_read_ += static_cast<std::size_t>(
+      std::ranges::count_if(loaded.wafers, [parameter](const std::shared_ptr<const Wafer>& wafer) {
+        return wafer->parameter == parameter;
+      }));
   ++files_read_;
   QString read = tr("%1 read").arg(QString::fromStdString(Counted(wafers_read_, "wafer")));
   if (files_read_ > 1) {
     read += tr(" from %1").arg(QString::fromStdString(Counted(files_read_, "file")));
   }
+  const QString& skipped = loaded.skipped;
   statusBar()->showMessage(skipped.isEmpty() ? read : read + QStringLiteral("; ") + skipped);
+  TellWarnings(file, loaded.warnings);
 }
 
-/// Wafers of one name are told apart by their files.
-void Workbench::NameWafers() {
-  std::set<QString> files;
-  std::multiset<QString> short_names;
-  for (const Entry& entry : entries_) files.insert(entry.file);
-  for (const QString& file : files) short_names.insert(QFileInfo(file).fileName());
-  for (std::size_t i = 0; i < entries_.size(); ++i) {
-    QString name = QString::fromStdString(entries_[i].measured->name);
-    if (files.size() > 1) {
-      const QString short_name = QFileInfo(entries_[i].file).fileName();
-      const bool is_clear = short_names.count(short_name) == 1;
-      name += QStringLiteral(" - ") + (is_clear ? short_name : entries_[i].file);
-    }
-    list_->item(static_cast<int>(i))->setText(name);
-  }
+void Workbench::TellWarnings(const QString& file, const QStringList& warnings) {
+  if (warnings.isEmpty()) return;
+  auto* box =
+      new QMessageBox(QMessageBox::Warning, tr("Looks wrong"),
+                      file + QStringLiteral(":\n\n") + warnings.join(QStringLiteral("\n\n")),
+                      QMessageBox::Ok, this);
+  box->setObjectName(QStringLiteral("Warnings"));
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->open();
 }
 
 void Workbench::TellFailure(const QString& file, const QString& why, const QStringList& columns) {
@@ -213,26 +202,15 @@ void Workbench::TellFailure(const QString& file, const QString& why, const QStri
 }
 
 void Workbench::ShowChosen() {
-  const int row = list_->currentRow();
-  const bool is_wafer = row >= 0 && row < static_cast<int>(entries_.size());
-  const Entry* entry = is_wafer ? &entries_[static_cast<std::size_t>(row)] : nullptr;
-  setWindowTitle(is_wafer ? list_->item(row)->text() : tr("No wafer"));
-  setWindowFilePath(is_wafer ? entry->file : QString());
+  const std::shared_ptr<const Wafer> chosen = list_->Chosen();
+  setWindowTitle(chosen ? list_->ChosenName() : tr("No wafer"));
+  setWindowFilePath(list_->ChosenFile());
   EnableActions();
-  plots_->Show(is_wafer ? entry->measured : nullptr);
-}
-
-void Workbench::RemoveChosen() {
-  const int row = list_->currentRow();
-  if (row < 0) return;
-  entries_.erase(entries_.begin() + row);
-  delete list_->takeItem(row);
-  NameWafers();
-  ShowChosen();
+  plots_->Show(chosen);
 }
 
 void Workbench::EnableActions() {
-  const bool has_wafer = list_->currentRow() >= 0;
+  const bool has_wafer = list_->Chosen() != nullptr;
   for (QAction* action : needs_wafer_) action->setEnabled(has_wafer);
 }
 

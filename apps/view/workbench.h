@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "apps/view/plot_tabs.h"
+#include "apps/view/wafer_list.h"
 #include "apps/view/wafer_loader.h"
 
-class QListWidget;
 class QLabel;
 class QPrinter;
 class QProgressBar;
@@ -50,27 +50,19 @@ class Workbench final : public QMainWindow {
   void Preview();
   void CopyPicture();
   void ShowAbout();
-  void TakeWafers(const QString& file, const std::vector<std::shared_ptr<const Wafer>>& wafers,
-                  const QString& skipped);
+  void TakeWafers(const QString& file, const LoadedLot& loaded);
+  void TellWarnings(const QString& file, const QStringList& warnings);
   void TellFailure(const QString& file, const QString& why, const QStringList& columns);
-  void NameWafers();
   void ShowChosen();
-  void RemoveChosen();
   void RememberFile(const QString& file);
   void ListRecent();
   void EnableActions();
 
-  struct Entry {
-    QString file;
-    std::shared_ptr<const Wafer> measured;
-  };
-
   WaferLoader loader_;
-  std::vector<Entry> entries_;
   std::size_t wafers_read_ = 0;  // since the last pause
   std::size_t files_read_ = 0;
   PlotTabs* plots_;
-  QListWidget* list_;
+  WaferList* list_;
   QLabel* pointed_;
   QProgressBar* busy_;
   QMenu* recent_ = nullptr;

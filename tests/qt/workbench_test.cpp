@@ -215,9 +215,49 @@ TEST_F(WorkbenchTest, SaysSoWhenAFileCantBeRead) {
   workbench_->findChild<QMessageBox*>()->close();
 }
 
-TEST_F(WorkbenchTest, AsksForTheColumnsOfATableWithSeveralValues) {
-  std::ofstream(folder_.path() / "two.csv") << "Xpos;Ypos;thickness;value\n0;0;1;11\n9;0;2;12\n"
+TEST_F(WorkbenchTest, OffersTheValuesOfATableWithSeveral) {
+  std::ofstream(folder_.path() / "two.csv") << "X;Y;thickness (nm);value\n0;0;1;11\n9;0;2;12\n"
                                                "0;9;3;13\n9;9;4;14\n";
+  workbench_->Open({PathOf("two.csv")});
+  ASSERT_TRUE(QTest::qWaitFor([&] { return List().count() == 2; }));
+  auto* parameters = workbench_->findChild<QComboBox*>();
+  EXPECT_TRUE(parameters->isVisible());
+  EXPECT_EQ(parameters->currentText(), "thickness (nm)");
+  EXPECT_TRUE(List().item(1)->isHidden());
+  EXPECT_EQ(Current().Control().Maximum(), 4);
+  parameters->setCurrentText("value");
+  EXPECT_EQ(Current().Control().Maximum(), 14);
+  EXPECT_TRUE(List().item(0)->isHidden());
+  workbench_->Open({kLot});  // with one value, which stays in sight
+  ASSERT_TRUE(QTest::qWaitFor([&] { return List().count() == 27; }));
+  EXPECT_EQ(Current().Control().Wafer().GetNop(), 49);
+  parameters->setCurrentText("thickness (nm)");
+  EXPECT_FALSE(List().item(26)->isHidden());
+}
+
+TEST_F(WorkbenchTest, TellsWhatLooksWrongAndWhatWasLeftOut) {
+  std::ofstream(folder_.path() / "cm.csv") << "X,Y,V\n-14.7,0,9\n14.7,0,2\n0,14.7,3\n"
+                                              "0,-14.7,4\n5,5,7\n";
+  workbench_ = std::make_unique<Workbench>(ReadRequest{.edge_exclusion = 5});
+  workbench_->show();
+  workbench_->Open({PathOf("cm.csv")});
+  ASSERT_TRUE(QTest::qWaitFor([&] { return List().count() == 1; }));
+  auto* box = workbench_->findChild<QMessageBox*>("Warnings");
+  ASSERT_NE(box, nullptr);
+  EXPECT_TRUE(box->text().contains("try --unit cm (300 mm, in centimetres)"))
+      << box->text().toStdString();
+  box->close();
+  workbench_->Open({kLot});
+  ASSERT_TRUE(QTest::qWaitFor([&] { return List().count() == 26; }));
+  EXPECT_EQ(List().item(1)->toolTip(), kLot + ", 25 of 49 sites; 24 beyond 145 mm");
+  EXPECT_EQ(Current().Control().PlotCaption(), "Slot01: 25 of 49 sites; 24 beyond 145 mm");
+  List().setCurrentRow(2);
+  EXPECT_EQ(Current().Control().PlotCaption(), "Slot02: 25 of 49 sites; 24 beyond 145 mm");
+}
+
+TEST_F(WorkbenchTest, AsksForTheColumnsOfATableWhosePositionsHaveOtherNames) {
+  std::ofstream(folder_.path() / "two.csv")
+      << "Recipe 7\n# free text\nXm;Ym;thickness;value\n0;0;1;11\n9;0;2;12\n0;9;3;13\n9;9;4;14\n";
   workbench_->Open({PathOf("two.csv")});
   QMessageBox* box = nullptr;
   ASSERT_TRUE(
@@ -230,8 +270,8 @@ TEST_F(WorkbenchTest, AsksForTheColumnsOfATableWithSeveralValues) {
   choose->click();
   auto* dialog = workbench_->findChild<QDialog*>("ColumnDialog");
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(dialog->findChild<QComboBox*>("x")->currentText(), "Xpos");
-  EXPECT_EQ(dialog->findChild<QComboBox*>("y")->currentText(), "Ypos");
+  EXPECT_EQ(dialog->findChild<QComboBox*>("x")->currentText(), "Xm");
+  EXPECT_EQ(dialog->findChild<QComboBox*>("y")->currentText(), "Ym");
   auto* value = dialog->findChild<QComboBox*>("value");
   EXPECT_EQ(value->currentText(), "thickness");
   value->setCurrentText("value");
