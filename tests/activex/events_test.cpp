@@ -78,6 +78,37 @@ TEST(Events, AreLostWhileFrozen) {
   EXPECT_EQ(1U, sink.events.size());
 }
 
+TEST(Events, AreConnectedByAQuickActivation) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  Form form;
+  EventSink events;
+  PropertySink properties;
+  QACONTAINER container{};
+  container.cbSize = sizeof container;
+  container.pClientSite = &form;
+  container.pUnkEventSink = &events;
+  container.pPropertyNotifySink = &properties;
+  QACONTROL control{};
+  control.cbSize = sizeof control;
+  ASSERT_EQ(S_OK, As<IQuickActivate>(plot)->QuickActivate(&container, &control));
+  EXPECT_NE(0U, control.dwMiscStatus & OLEMISC_INSIDEOUT);
+  EXPECT_NE(0U, control.dwEventCookie);
+  EXPECT_NE(0U, control.dwPropNotifyCookie);
+  EXPECT_EQ(1U, events.references);
+  ComPtr<IOleClientSite> site;
+  EXPECT_EQ(S_OK, As<IOleObject>(plot)->GetClientSite(&site));
+  EXPECT_EQ(static_cast<IOleClientSite*>(&form), site.Get());
+  site = nullptr;
+  Put(*plot.Get(), L"PlotCaption", 7);
+  EXPECT_EQ(37, properties.changed.back());
+  Disconnect(*plot.Get(), control.dwEventCookie, EventsOf(plot));
+  Disconnect(*plot.Get(), control.dwPropNotifyCookie, IID_IPropertyNotifySink);
+  EXPECT_EQ(S_OK, As<IOleObject>(plot)->SetClientSite(nullptr));
+  EXPECT_EQ(0U, events.references);
+  control.cbSize = 4;
+  EXPECT_EQ(E_INVALIDARG, As<IQuickActivate>(plot)->QuickActivate(&container, &control));
+}
+
 TEST(Events, ListTheirListeners) {
   const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
   const auto points = As<IConnectionPointContainer>(plot);

@@ -95,6 +95,28 @@ TEST(Object, GivesArraysInTheTypeOfTheCallersVariable) {
   EXPECT_EQ(VT_R4, gz.Type());
 }
 
+TEST(Object, TakesArraysOfAnyNumbers) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  for (const VARTYPE type : {VT_I2, VT_I4, VT_R4, VT_R8, VT_VARIANT, VT_UI1}) {
+    SAFEARRAYBOUND bound{3, 5};
+    VARIANT array{};
+    array.vt = static_cast<VARTYPE>(VT_ARRAY | type);
+    array.parray = SafeArrayCreate(type, 1, &bound);
+    for (LONG i = 5; i < 8; ++i) {
+      VARIANT number = Of(static_cast<double>(3 * i));
+      ASSERT_EQ(S_OK, VariantChangeType(&number, &number, 0,
+                                        static_cast<VARTYPE>(type == VT_VARIANT ? +VT_I4 : +type)));
+      void* element = type == VT_VARIANT ? static_cast<void*>(&number) : &number.bVal;
+      ASSERT_EQ(S_OK, SafeArrayPutElement(array.parray, &i, element));
+    }
+    EXPECT_EQ(0, Call(*plot.Get(), L"SetWaferData", {array, array, array})) << type;
+    EXPECT_EQ(18, Get(*plot.Get(), L"mean")) << type;
+    EXPECT_EQ(0, Call(*plot.Get(), L"SetWaferData_Variant", {array, array, array})) << type;
+    EXPECT_EQ(15, Get(*plot.Get(), L"Minimum")) << type;
+    SafeArrayDestroy(array.parray);
+  }
+}
+
 TEST(Object, RaisesErrorsByTheirNumbers) {
   const ComPtr<IDispatch> plot = NewPlot(L"Histo");
   VARIANT text{};
