@@ -2,8 +2,6 @@
 // The forms of the figures that other programs read.
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
@@ -100,10 +98,9 @@ std::vector<Fields> LotFields(const Lot& lot, const StatsOptions& options) {
 std::string CsvText(const nlohmann::json& value) {
   if (value.is_null()) return {};
   if (value.is_string()) return CsvField(value.get<std::string>());
-  if (!value.is_number_float()) return JsonText(value);
-  std::array<char, 40> text{};
-  return {text.data(),
-          std::to_chars(text.data(), text.data() + text.size(), value.get<double>()).ptr};
+  std::string text = JsonText(value);
+  if (value.is_number_float() && text.ends_with(".0")) text.resize(text.size() - 2);
+  return text;
 }
 
 /// All keys that occur, in the order in which they do; a row without one has an empty field there.
