@@ -16,6 +16,14 @@ std::string Squeezed(std::string text) {
   return text;
 }
 
+const char* const kCommands[] = {"stats",
+                                 "plot",
+                                 "plot --look classic",
+                                 "report",
+                                 "report --look classic",
+                                 "lot",
+                                 "lot --look classic"};
+
 class DerivedPictures : public ProgramFixture {
  protected:
   DerivedPictures() {
@@ -36,9 +44,9 @@ class DerivedPictures : public ProgramFixture {
   /// The texts of what a command gives, which must say nothing else but `warning`.
   std::string TextsOf(const std::string& command, const std::string& options,
                       const std::string& warning = {}) const {
-    const std::string output = command == "stats"    ? " > out.txt"
-                               : command == "report" ? " -o out.pdf"
-                                                     : " -o out.svg";
+    const std::string output = command == "stats"              ? " > out.txt"
+                               : command.starts_with("report") ? " -o out.pdf"
+                                                               : " -o out.svg";
     const Outcome outcome = Run(command + " lot.csv --by Wafer " + options + output);
     EXPECT_EQ(outcome.status, 0) << command << ' ' << options << '\n' << outcome.output;
     EXPECT_EQ(outcome.output.find(warning) != std::string::npos, true) << outcome.output;
@@ -46,7 +54,7 @@ class DerivedPictures : public ProgramFixture {
       EXPECT_EQ(outcome.output, "") << command << ' ' << options;
     }
     if (command == "stats") return Squeezed(Read("out.txt"));
-    if (command == "report") return Squeezed(Shell("pdftotext -layout out.pdf -").output);
+    if (command.starts_with("report")) return Squeezed(Shell("pdftotext -layout out.pdf -").output);
     return Squeezed(Read("out.svg"));
   }
 };
@@ -69,7 +77,7 @@ TEST_F(DerivedPictures, TellInEachCommandWhatWasDone) {
   };
   Write("lot2.csv", "");
   ASSERT_EQ(Shell("grep -E '^(Wafer|2),' lot.csv | cut -d, -f2- > lot2.csv").status, 0);
-  for (const std::string command : {"stats", "plot", "plot --look classic", "report", "lot"}) {
+  for (const std::string command : kCommands) {
     const std::string one = command.starts_with("lot") ? " " : " --wafer 1 ";
     for (const auto& row : rows) {
       const std::string texts = TextsOf(command, one + row.options);
@@ -83,7 +91,7 @@ TEST_F(DerivedPictures, TellInEachCommandWhatWasDone) {
 
 TEST_F(DerivedPictures, TellInEachCommandWhatWasLeftOut) {
   const std::string words = Squeezed("21 of 25 sites; 4 beyond 80 mm");
-  for (const std::string command : {"stats", "plot", "plot --look classic", "report", "lot"}) {
+  for (const std::string command : kCommands) {
     const std::string one = command.starts_with("lot") ? " " : " --wafer 1 ";
     const std::string texts = TextsOf(command, one + "--test-diameter 160");
     EXPECT_NE(texts.find(words), std::string::npos) << command;
@@ -122,7 +130,7 @@ TEST_F(DerivedPictures, LeaveOutTheSitesBeyondTheAreaOfTheSettings) {
   for (const std::string how : {"--settings a.json", "--set TestDiameter=160"}) {
     const std::string plot = TextsOf("plot --look classic", "--wafer 2 " + how);
     EXPECT_NE(plot.find(Squeezed("21 of 25 sites; 4 beyond 80 mm")), std::string::npos) << how;
-    const std::string page = TextsOf("report", "--wafer 2 " + how);
+    const std::string page = TextsOf("report --look classic", "--wafer 2 " + how);
     EXPECT_NE(page.find(Squeezed("21 of 25 sites; 4 beyond 80 mm")), std::string::npos) << how;
   }
   const std::string wider = TextsOf("plot --look classic", "--wafer 2 --set TestDiameter=172");
@@ -130,8 +138,9 @@ TEST_F(DerivedPictures, LeaveOutTheSitesBeyondTheAreaOfTheSettings) {
 }
 
 TEST_F(DerivedPictures, TakeTheUnitOfTheValues) {
-  for (const std::string command : {"stats", "plot", "report", "lot"}) {
-    const std::string one = command == "lot" ? " " : " --wafer 1 ";
+  for (const std::string command :
+       {"stats", "plot", "report", "report --look classic", "lot", "lot --look classic"}) {
+    const std::string one = command.starts_with("lot") ? " " : " --wafer 1 ";
     EXPECT_NE(TextsOf(command, one + "--value-unit kayser").find("kayser"), std::string::npos)
         << command;
     EXPECT_NE(TextsOf(command, one).find("nm"), std::string::npos) << command;
