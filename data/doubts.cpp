@@ -11,9 +11,9 @@
 namespace discoplan::data {
 namespace {
 
-/// Sites of the smallest pattern that is measured on purpose: the centre and four around it. So
-/// many lie in one quadrant, or have values that count them, by chance in one of 1000 wafers or
-/// less (1 in 4^5, 1 in 5! of whole numbers), while a wafer with fewer is no map anyway.
+/// Sites of the smallest pattern that is measured on purpose: the centre and four around it. By
+/// chance, so many lie in one quadrant on 1 of 4^5 wafers, and whole numbers count them on 1 of 5!
+/// at most; fewer make no map.
 constexpr std::size_t kFewest = 5;
 
 /// The standard wafer that positions would fill in a unit; nothing if they fill none.
