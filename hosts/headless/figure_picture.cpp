@@ -168,20 +168,19 @@ class RasterDevice final : public figures::Device {
       const int y = scanline_.y();
       if (y < top || y >= bottom) continue;
       const Rgba* row = row_at(y);
+      Pixel* to = pixels_.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width_);
       auto span = scanline_.begin();
       for (unsigned k = 0; k < scanline_.num_spans(); ++k, ++span) {
-        for (int i = 0; i < span->len; ++i) {
-          const int x = span->x + i;
-          if (x < left || x >= right) continue;
+        const int begin = std::max<int>(span->x, left);
+        const int end = std::min<int>(span->x + span->len, right);
+        const agg::int8u* covers = span->covers - span->x;
+        for (int x = begin; x < end; ++x) {
           const Rgba colour = row[x - left];
-          const agg::int8u cover = span->covers[i];
-          if (cover == 255 && colour.alpha == 255) {
-            pixels_[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) +
-                    static_cast<std::size_t>(x)] =
-                Pixel{0xFF000000} | static_cast<Pixel>(colour.red) << 16 |
-                static_cast<Pixel>(colour.green) << 8 | static_cast<Pixel>(colour.blue);
+          if (covers[x] == 255 && colour.alpha == 255) {
+            to[x] = Pixel{0xFF000000} | static_cast<Pixel>(colour.red) << 16 |
+                    static_cast<Pixel>(colour.green) << 8 | static_cast<Pixel>(colour.blue);
           } else {
-            format_.blend_pixel(x, y, ColourOf(colour), cover);
+            format_.blend_pixel(x, y, ColourOf(colour), covers[x]);
           }
         }
       }

@@ -111,7 +111,7 @@ std::array<std::uint16_t, kCount> CodesFor(const std::array<std::uint8_t, kCount
 
 RunDeflater::RunDeflater()
     : out_{0x78, 0x01}, check_(static_cast<std::uint32_t>(adler32(0, nullptr, 0))) {
-  tokens_.reserve(kBlock + kPiece);
+  tokens_.resize(kBlock + kPiece);
 }
 
 void RunDeflater::Put(std::uint64_t bits, unsigned count) {
@@ -131,8 +131,7 @@ void RunDeflater::Add(std::span<const std::uint8_t> bytes) {
   const std::uint8_t* const end = at + bytes.size();
   while (at < end) {
     const std::uint8_t* const piece_end = at + std::min<std::ptrdiff_t>(end - at, kPiece);
-    // No more tokens than bytes.
-    tokens_.resize(count_ + kPiece);
+    // There are no more tokens than bytes.
     Token* next = tokens_.data() + count_;
     while (at < piece_end) {
       const std::uint8_t byte = *at++;
@@ -159,8 +158,8 @@ void RunDeflater::EndBlock(bool last) {
   const auto symbol_of = [](Token token) {
     return token < kFirstRun ? token : kRunCodes[token - kFirstRun].symbol;
   };
-  tokens_.resize(count_);
-  for (const Token token : tokens_) ++counts[symbol_of(token)];
+  const std::span<const Token> tokens = std::span(tokens_).first(count_);
+  for (const Token token : tokens) ++counts[symbol_of(token)];
   counts[kEnd] = 1;
   const auto lengths = LengthsFor(counts);
   const auto codes = CodesFor(lengths);
@@ -193,11 +192,17 @@ void RunDeflater::EndBlock(bool last) {
                                    own + run.extra + 1u};
   }
   const std::size_t start = out_.size();
-  out_.resize(start + 3 * tokens_.size() + 8);
+  // As many bits as will be written, and those that wait.
+  std::uint64_t whole = 64;
+  for (std::size_t i = 0; i < kSymbols; ++i) {
+    constexpr unsigned kMostExtra = 6;  // of a run, with its distance
+    whole += counts[i] * std::uint64_t{lengths[i] + (i > kEnd ? kMostExtra : 0u)};
+  }
+  out_.resize(start + whole / 8 + 4);
   std::uint8_t* next = out_.data() + start;
   std::uint64_t bits = bits_;
   unsigned count = bit_count_;
-  for (const Token token : tokens_) {
+  for (const Token token : tokens) {
     const Written& each = written[token];
     bits |= static_cast<std::uint64_t>(each.bits) << count;
     count += each.count;
