@@ -38,8 +38,12 @@ def test_notebook() -> None:
     assert sum("image/png" in output.get("data", {}) for output in shown) == 5
 
 
-def test_pictures_of_the_page(tmp_path: pathlib.Path) -> None:
-    """docs/python.md shows what its code draws; with DISCOPLAN_PICTURES set they are drawn anew."""
+def test_pictures_of_the_page() -> None:
+    """docs/python.md shows what its code draws, if not to the pixel; with DISCOPLAN_PICTURES set its
+    pictures are drawn anew."""
+    import numpy as np
+    from matplotlib.image import imread
+
     lot = discoplan.read(SOURCE / "examples" / "native_oxide_lot.csv")
     wafer = lot["Slot07"]
     drawn = {
@@ -49,4 +53,6 @@ def test_pictures_of_the_page(tmp_path: pathlib.Path) -> None:
     for name, picture in drawn.items():
         if "DISCOPLAN_PICTURES" in os.environ:
             picture.save(SOURCE / "docs" / name)
-        assert (SOURCE / "docs" / name).read_bytes() == picture.png(), name
+        shown = imread(SOURCE / "docs" / name)[..., :3]
+        pixels = np.asarray(picture)[..., :3] / 255
+        assert shown.shape == pixels.shape and np.abs(shown - pixels).mean() < 0.01, name
