@@ -31,8 +31,8 @@ std::vector<std::vector<Point>> IsolineFinder::Lines(double level) {
     upper.swap(lower);
     take(row + 1, lower);
     for (std::size_t column = 0; column + 1 < width; ++column) {
-      const unsigned mask =
-          upper[column] | upper[column + 1] << 1 | lower[column + 1] << 2 | lower[column] << 3;
+      const auto mask = static_cast<unsigned>(upper[column] | upper[column + 1] << 1 |
+                                              lower[column + 1] << 2 | lower[column] << 3);
       if (mask != 0 && mask != 15) Cross(row * width + column, mask);
     }
   }

@@ -101,7 +101,7 @@ std::array<std::uint16_t, kCount> CodesFor(const std::array<std::uint8_t, kCount
   for (std::size_t i = 0; i < kCount; ++i) {
     unsigned code = next[lengths[i]]++;
     for (unsigned bit = 0; bit < lengths[i]; ++bit, code >>= 1) {
-      codes[i] = static_cast<std::uint16_t>(codes[i] << 1 | (code & 1));
+      codes[i] = static_cast<std::uint16_t>(2U * codes[i] | (code & 1));
     }
   }
   return codes;

@@ -201,16 +201,16 @@ TEST(LeftOut, IsThinnedEvenly) {
 
 /// Those nearest to the centres of the squares of the finest grid that is no fuller than that.
 std::vector<std::size_t> ThinnedPlainly(const Wafer& wafer, std::size_t most) {
-  const auto [left, right] = std::minmax_element(wafer.x.begin(), wafer.x.end());
-  const auto [bottom, top] = std::minmax_element(wafer.y.begin(), wafer.y.end());
-  const double whole =
-      std::max(static_cast<double>(*right) - *left, static_cast<double>(*top) - *bottom);
+  const auto along = std::minmax_element(wafer.x.begin(), wafer.x.end());
+  const auto across = std::minmax_element(wafer.y.begin(), wafer.y.end());
+  const double whole = std::max(static_cast<double>(*along.second) - *along.first,
+                                static_cast<double>(*across.second) - *across.first);
   std::map<std::pair<double, double>, std::size_t> nearest;
   const auto fill = [&](double side) {
     nearest.clear();
     const auto from_centre = [&](std::size_t i) {
-      const double x = wafer.x[i] - double{*left};
-      const double y = wafer.y[i] - double{*bottom};
+      const double x = wafer.x[i] - double{*along.first};
+      const double y = wafer.y[i] - double{*across.first};
       const double column = std::min(std::floor(x / whole * side), side - 1);
       const double row = std::min(std::floor(y / whole * side), side - 1);
       return std::tuple(

@@ -310,7 +310,7 @@ TEST_F(OptionDialogs, GiveBackWhatWasEdited) {
   EXPECT_EQ(contour.GetMarkeSites(), 3);
 
   frmPlotOpt3d surface(host_);
-  surface.SetValues(source_, {2, 3, 40, 10, 20, 30}, 2, kWhite);
+  surface.SetValues(source_, {2, 3, 40, {10, 20, 30}}, 2, kWhite);
   EXPECT_EQ(surface.GetResx(), 2);
   EXPECT_EQ(surface.GetResy(), 3);
   EXPECT_EQ(surface.GetPlotSccale(), 40);
