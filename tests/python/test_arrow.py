@@ -67,9 +67,6 @@ def test_bad_batches_are_refused() -> None:
         dp.arrow.figures(wafers, value="z")
     with pytest.raises(TypeError, match="column of lists"):
         dp.arrow.figures(wafers, value="wafer")
-    longer = wafers.set_column(3, "value", pa.array([[1.0], [2.0]], pa.list_(pa.float32())))
-    with pytest.raises(ValueError, match="differ"):
-        dp.arrow.figures(longer)
     with pytest.raises(ValueError, match="kind"):
         dp.arrow.plots(wafers, "4D")
 
@@ -80,3 +77,96 @@ def test_sites_become_wafers() -> None:
     assert wafers["w"].to_pylist() == ["a", "b"] and wafers["x"].to_pylist() == [[1, 3], [2, 4]]
     found = dp.arrow.figures(wafers.to_batches()[0], skip_invalid=True).to_pylist()
     assert [row["statistics"]["mean"] for row in found] == [6, 6]
+
+
+SITES = {"lot": pa.string(), "slot": pa.int64(), "X": pa.float32(), "Y": pa.float32(), "THK": pa.float64()}
+
+
+def sites(count: int = 400) -> pa.Table:
+    draw = np.random.default_rng(8)
+    columns = [draw.choice(["A", "B"], count), draw.integers(1, 4, count)]
+    columns += [draw.uniform(-90, 90, count), draw.uniform(-90, 90, count), draw.normal(10, 1, count)]
+    return pa.table({name: pa.array(c).cast(t) for c, (name, t) in zip(columns, SITES.items())})
+
+
+def test_sites_in_any_order_and_cut_give_the_same_wafers() -> None:
+    table = sites()
+    table = pa.concat_tables([table, table.slice(3, 1)])  # delivered twice
+    wanted = dict(by=["lot", "slot"], x="X", y="Y", value="THK")
+    whole = dp.arrow.wafers(table, **wanted)
+    assert whole["lot"].to_pylist() == ["A", "A", "A", "B", "B", "B"]
+    assert whole["slot"].to_pylist() == [1, 2, 3] * 2
+    assert whole["x"].type.value_type == pa.float32() and whole["value"].type.value_type == pa.float64()
+    found = dp.arrow.plots(whole, size=(120, 100), wafer={"diameter": 300})
+    assert sum(len(row) for row in whole["x"].to_pylist()) == 401
+    for seed in range(3):
+        order = np.random.default_rng(seed).permutation(401)
+        pieces = [table.take(part) for part in np.array_split(order, seed + 2)]
+        other = dp.arrow.wafers(pa.concat_tables(pieces), **wanted)
+        assert other == whole
+        assert dp.arrow.plots(other, size=(120, 100), wafer={"diameter": 300}) == found
+
+
+def test_a_key_may_be_missing_and_a_zero_negative() -> None:
+    table = pa.table({"w": ["a", None, "a", None], "x": [0.0, 1, -0.0, 2], "y": [0.0] * 4, "value": [1.0] * 4})
+    wafers = dp.arrow.wafers(table, "w")
+    assert wafers["w"].to_pylist() == ["a", None] and wafers["x"].to_pylist() == [[0, 0], [1, 2]]
+    assert str(wafers["x"].to_pylist()[0]) == "[0.0, 0.0]"
+    with pytest.raises(ValueError, match="no column 'THK', but w, x, y, value"):
+        dp.arrow.wafers(table, "w", value="THK")
+
+
+def test_a_bad_row_has_its_message_and_leaves_others_alone() -> None:
+    good = ([0.0, 10, 0, -10], [0.0, 0, 10, 0], [1.0, 2, 3, 4])
+    rows = {"w": ["ok", "short", "none", "gap", "text"], "x": [good[0]] * 5, "y": [good[1]] * 5, "value": [good[2]] * 5}
+    rows["y"][1], rows["value"][2], rows["value"][3] = [1.0, 2], None, [1.0, None, 3, 4]
+    lists = [pa.array(rows[n], pa.list_(pa.float64())) for n in ("x", "y", "value")]
+    wafers = pa.RecordBatch.from_arrays([pa.array(rows["w"]), *lists], names=["w", "x", "y", "value"])
+    for part in (wafers, wafers.slice(1, 4)):
+        found = {row["w"]: row for row in dp.arrow.plots(part, name="w", size=(100, 100)).to_pylist()}
+        assert found["text"]["status"] == 0 and found["text"]["message"] == ""
+        assert found["short"]["message"] == "wafer 'short': its lists differ: 4 x, 2 y, 4 value"
+        assert found["none"]["message"] == "wafer 'none': has no value"
+        assert found["gap"]["message"].startswith("wafer 'gap': value[1] is no number")
+        for name in ("short", "none", "gap"):
+            assert found[name]["status"] == 3 and found[name]["png"] is None
+            assert found[name]["statistics"]["mean"] is None
+    skipped = dp.arrow.figures(wafers, skip_invalid=True).to_pylist()
+    assert [row["status"] for row in skipped] == [0, 3, 3, 0, 0]
+
+
+@pytest.mark.parametrize("kind", ["list", "large", "fixed", "view", "half", "whole", "sliced apart"])
+def test_lists_of_any_kind_will_do(kind: str) -> None:
+    numbers = [[0.0, 10, 0, -10], [0.0, 0, 20, 0], [5.0, 6, 7, 8]]
+    types = {
+        "large": pa.large_list(pa.float32()),
+        "fixed": pa.list_(pa.float64(), 4),
+        "view": pa.list_view(pa.float64()),
+        "half": pa.list_(pa.float16()),
+        "whole": pa.large_list(pa.int16()),
+    }
+    lists = [pa.array([n] * 3, pa.list_(pa.float64())) for n in numbers]
+    if kind == "view":
+        lists = [pa.array([n] * 3, types[kind]) for n in numbers]
+    elif kind in types:
+        lists = [one.cast(types[kind]) for one in lists]
+    if kind == "sliced apart":
+        first = pa.array([[1.0], *[numbers[1]] * 3], pa.list_(pa.float64()))
+        lists[1] = first.slice(1)
+    batch = pa.RecordBatch.from_arrays(lists, names=["x", "y", "value"])
+    wafer = dp.Wafer(*numbers)
+    for row in dp.arrow.figures(batch.slice(1)).to_pylist():
+        assert row["statistics"] == wafer.statistics().asdict()
+
+
+def test_differences_are_those_of_wafers() -> None:
+    wafers = batch()
+    golden = dp.Wafer([0, 50, 0, -50, 0], [0, 0, 50, 0, -50], [10.0, 11, 12, 13, 14], diameter=300)
+    found = dp.arrow.differences(wafers, golden, name="wafer", diameter=300)
+    for row, given in zip(found.to_pylist(), wafers.to_pylist()):
+        if row["wafer"] in ("W4", "W7"):
+            assert row["status"] == 3 and row["message"].startswith(f"wafer '{row['wafer']}': ") and row["value"] is None
+            continue
+        difference = dp.Wafer(given["x"], given["y"], given["value"], diameter=300) - golden
+        assert row["value"] == difference.value.tolist() and row["x"] == given["x"]
+        assert row["statistics"] == difference.statistics().asdict()

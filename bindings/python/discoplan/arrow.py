@@ -6,129 +6,53 @@ drawn has its status and message in its row and never fails a batch; a batch may
 
     >>> import discoplan.arrow
     >>> table = discoplan.arrow.wafers(sites, by=["lot", "wafer"], x="X", y="Y", value="THK")
-    >>> maps = discoplan.arrow.plots(table.to_batches()[0], size=(400, 300))
+    >>> maps = discoplan.arrow.plots(table, size=(400, 300))
+
+A table may stand wherever a record batch does, and gives a table. Lists of 32- and 64-bit floats
+without missing items are read where they are; other numbers are converted first.
 """
 
-from typing import TYPE_CHECKING, Any, List, Optional, Sequence, Tuple, Union
+from typing import Any, Callable, Dict, Optional, Sequence, Union
 
-from . import _core
+import pyarrow as pa
+import pyarrow.compute as pc
+
+from . import _batch, _core
 from ._options import choice, plot_fields, wafer_fields
+from ._wafer import Wafer
 
-if TYPE_CHECKING:
-    import pyarrow as pa
+Batch = Union["pa.RecordBatch", "pa.Table"]
 
 FORMATS = ("png", "svg", "pdf")
 
 
-def _lists(column: Any, pa: Any) -> Any:
-    """A list column as one with 32- or 64-bit offsets."""
-    if isinstance(column, pa.ChunkedArray):
-        column = column.combine_chunks()
-    if isinstance(column, pa.ChunkedArray):  # of no chunks, or too long for one
-        column = pa.concat_arrays(column.chunks) if column.num_chunks else pa.array([], column.type)
-    if not (pa.types.is_list(column.type) or pa.types.is_large_list(column.type)):
-        raise TypeError(f"a column of lists is due, not {column.type}")
-    return column
+def _each(batch: Any, work: Callable[[Any], Any]) -> Any:
+    """The work on a batch, or on each of those of a table."""
+    if not isinstance(batch, pa.Table):
+        return work(batch)
+    pieces = batch.to_batches() or [pa.RecordBatch.from_pylist([], batch.schema)]
+    return pa.Table.from_batches([work(piece) for piece in pieces])
 
 
-def _offsets(lists: Any) -> memoryview:
-    wide = str(lists.type).startswith("large_list")
-    buffer = lists.buffers()[1]
-    item = 8 if wide else 4
-    view = memoryview(bytes(item))
-    if buffer is not None and buffer.size > 0:
-        first = lists.offset * item
-        view = memoryview(buffer).cast("B")[first : first + (len(lists) + 1) * item]
-    return view.cast("q") if wide else view.cast("i")
-
-
-def _numbers(values: Any, pa: Any) -> Any:
-    """The items of lists where they are, if they are floats without gaps."""
-    if values.type not in (pa.float32(), pa.float64()) or values.null_count > 0 or len(values) == 0:
-        return values
-    plain = memoryview(values.buffers()[1]).cast("B")
-    items = plain.cast("f") if values.type == pa.float32() else plain.cast("d")
-    return items[values.offset : values.offset + len(values)]
-
-
-def _run(
-    batch: "pa.RecordBatch",
-    columns: Sequence[str],
-    name: Optional[str],
-    wafer: "dict[str, Any]",
-    plot: "Optional[dict[str, Any]]",
-    format: int,
-) -> Tuple[memoryview, ...]:
-    import pyarrow as pa
-
-    for column in columns:
-        if column not in batch.schema.names:
-            raise ValueError(f"the batch has no column '{column}', but {', '.join(batch.schema.names)}")
-    x, y, value = (_lists(batch.column(column), pa) for column in columns)
-    starts = _offsets(x)
-    for other in (y, value):
-        if _offsets(other).tolist() != starts.tolist():
-            lengths = [c.value_lengths().to_pylist() for c in (x, y, value)]
-            raise ValueError(f"the lists of {', '.join(columns)} differ: {lengths[0]}, {lengths[1]}, {lengths[2]}")
-    names, name_offsets = b"", memoryview(b"").cast("i")
-    if name is not None:
-        texts = batch.column(name).cast(pa.string()).fill_null("")
-        if isinstance(texts, pa.ChunkedArray):
-            texts = texts.combine_chunks()
-        names = texts.buffers()[2] or b""
-        name_offsets = memoryview(texts.buffers()[1]).cast("B")[
-            texts.offset * 4 : (texts.offset + len(texts) + 1) * 4
-        ].cast("i")
-    xs, ys, values = (_numbers(column.values, pa) for column in (x, y, value))
-    return _core.batch(starts, xs, ys, values, names, name_offsets, wafer, plot, format)
-
-
-def _keys(batch: "pa.RecordBatch", columns: Sequence[str]) -> Tuple[List[Any], List[Any]]:
-    kept = [i for i, name in enumerate(batch.schema.names) if name not in columns]
-    return [batch.column(i) for i in kept], [batch.schema.field(i) for i in kept]
-
-
-def _results(
-    batch: "pa.RecordBatch", columns: Sequence[str], found: Tuple[memoryview, ...], file: Optional[str]
-) -> "pa.RecordBatch":
-    import pyarrow as pa
-
-    status, statistics, pictures, picture_offsets, messages, message_offsets = found
-    n = len(status)
-    arrays, fields = _keys(batch, columns)
-    parts, names = [], []
-    for i, row in enumerate(_core.figures()):
-        part = pa.Array.from_buffers(pa.float64(), n, [None, pa.py_buffer(statistics[i * n : (i + 1) * n])])
-        parts.append(pa.compute.if_else(part.is_nan(), None, part) if n else part)
-        names.append(row[0])
-    arrays.append(pa.StructArray.from_arrays(parts, names))
-    fields.append(pa.field("statistics", arrays[-1].type))
+def _results(batch: Any, columns: Sequence[str], found: _batch.Found, file: Optional[str]) -> Any:
+    added: Dict[str, Any] = {"statistics": _batch.statistics_of(found.statistics, len(found.status))}
     if file is not None:
         kind = pa.large_string() if file == "svg" else pa.large_binary()
-        files = pa.Array.from_buffers(
-            kind, n, [None, pa.py_buffer(picture_offsets), pa.py_buffer(pictures)]
-        )
-        arrays.append(pa.compute.if_else(pa.array([code == 0 for code in status]), files, None) if n else files)
-        fields.append(pa.field(file, kind))
-    arrays.append(pa.Array.from_buffers(pa.int32(), n, [None, pa.py_buffer(status)]))
-    fields.append(pa.field("status", pa.int32()))
-    texts = pa.Array.from_buffers(
-        pa.large_string(), n, [None, pa.py_buffer(message_offsets), pa.py_buffer(messages)]
-    )
-    arrays.append(texts.cast(pa.string()))
-    fields.append(pa.field("message", pa.string()))
-    return pa.RecordBatch.from_arrays(arrays, schema=pa.schema(fields))
+        added[file] = _batch.pictures_of(found, kind)
+    added["status"] = _batch.status_of(found.status)
+    added["message"] = found.messages.cast(pa.string())
+    return _batch.answer(batch, columns, added)
 
 
 def figures(
-    batch: "pa.RecordBatch",
+    batch: Batch,
     *,
     x: str = "x",
     y: str = "y",
     value: str = "value",
     name: Optional[str] = None,
     **wafer: Any,
-) -> "pa.RecordBatch":
+) -> Batch:
     """The figures of merit of each wafer of a record batch: a struct column `statistics`.
 
     Args:
@@ -139,15 +63,16 @@ def figures(
     Gives all other columns, the struct, `status` (0 for success) and `message`. Raises `ValueError`
     and `TypeError` for what is wrong with the batch as a whole.
     """
-    import pyarrow.compute  # noqa: F401
+    columns, fields = (x, y, value), wafer_fields(**wafer)
 
-    columns = (x, y, value)
-    found = _run(batch, columns, name, wafer_fields(**wafer), None, 0)
-    return _results(batch, columns, found, None)
+    def work(piece: Any) -> Any:
+        return _results(piece, columns, _batch.run(piece, columns, name, fields, None, 0), None)
+
+    return _each(batch, work)
 
 
 def plots(
-    batch: "pa.RecordBatch",
+    batch: Batch,
     kind: str = "2D",
     *,
     x: str = "x",
@@ -157,7 +82,7 @@ def plots(
     format: str = "png",
     wafer: "Optional[dict[str, Any]]" = None,
     **plot: Any,
-) -> "pa.RecordBatch":
+) -> Batch:
     """The same with a picture of each wafer: a column `png`, `svg` or `pdf` by the `format`.
 
     Args:
@@ -165,29 +90,102 @@ def plots(
         name: A column of texts for the titles.
         wafer: Keywords of `Wafer`.
     """
-    import pyarrow.compute  # noqa: F401
+    columns, number = (x, y, value), choice(FORMATS, format, "format")
+    fields, drawing = wafer_fields(**(wafer or {})), plot_fields(kind=kind, **plot)
 
-    columns = (x, y, value)
-    number = choice(FORMATS, format, "format")
-    fields = plot_fields(kind=kind, **plot)
-    found = _run(batch, columns, name, wafer_fields(**(wafer or {})), fields, number)
-    return _results(batch, columns, found, format)
+    def work(piece: Any) -> Any:
+        found = _batch.run(piece, columns, name, fields, drawing, number)
+        return _results(piece, columns, found, format)
+
+    return _each(batch, work)
+
+
+def differences(
+    batch: Batch,
+    to: Wafer,
+    *,
+    x: str = "x",
+    y: str = "y",
+    value: str = "value",
+    name: Optional[str] = None,
+    **wafer: Any,
+) -> Batch:
+    """Each wafer minus the wafer `to`, at the wafer's own sites: lists `x`, `y`, `value` of 32-bit
+    floats, and the `statistics` of those values.
+
+    A site takes its partner in `to` within 0.1 mm, and an interpolated value where there is none.
+    The keywords are those of `figures`.
+    """
+    columns, fields = (x, y, value), wafer_fields(**wafer)
+
+    def work(piece: Any) -> Any:
+        found = _batch.run(piece, columns, name, fields, None, 0)
+        status, messages = list(found.status), found.messages.to_pylist()
+        rows: Dict[str, Any] = {part: [None] * len(piece) for part in ("x", "y", "value")}
+        wide = [float("nan")] * (len(piece) * len(_core.figures()))
+        lists = [_batch.column(piece, one) for one in columns]
+        for i, code in enumerate(status):
+            if code != 0:
+                continue
+            sites = [one[i].values for one in lists]
+            try:
+                measured = _core.wafer(sites[0], sites[1], sites[2], fields)
+                made = Wafer._of(_core.minus(measured, to._handle)[0])
+            except ValueError as error:
+                status[i], messages[i] = _batch.BAD_DATA, str(error)
+                continue
+            for part, numbers in zip(rows.values(), _core.wafer_sites(made._handle)):
+                part[i] = numbers.tolist()
+            for j, figure in enumerate(_core.statistics(made._handle)):
+                wide[j * len(piece) + i] = float("nan") if figure is None else figure
+        floats = pa.list_(pa.float32())
+        added: Dict[str, Any] = {part: pa.array(given, floats) for part, given in rows.items()}
+        added["statistics"] = _batch.statistics_of(pa.array(wide, pa.float64()).buffers()[1], len(piece))
+        added["status"] = pa.array(status, pa.int32())
+        added["message"] = pa.array(messages, pa.string())
+        return _batch.answer(piece, columns, added)
+
+    return _each(batch, work)
+
+
+def _numbers(column: Any) -> Any:
+    """As 32- or 64-bit floats without negative zeros, which sorting takes for zeros."""
+    if column.type != pa.float32():
+        column = column.cast(pa.float64())
+    return pc.add(column, pa.scalar(0, column.type))
+
+
+def _key(column: Any) -> Any:
+    if pa.types.is_dictionary(column.type):
+        column = column.cast(column.type.value_type)
+    return column.cast(pa.string()) if column.type == pa.string_view() else column
 
 
 def wafers(
     table: Any, by: Union[str, Sequence[str]], x: str = "x", y: str = "y", value: str = "value"
 ) -> "pa.Table":
-    """A table of sites as one of wafers: columns of the keys' texts and of lists `x`, `y`, `value`.
+    """A table of sites as one of wafers: the columns `by`, and lists `x`, `y` and `value`.
 
-    Wafers and sites are in the order of the table, any table with the Arrow PyCapsule interface.
+    Takes any table with the Arrow PyCapsule interface. Wafers are sorted by their keys and sites by
+    `y`, `x` and `value`, so that any order of the rows gives the same table: sums of floats depend
+    on their order. Missing keys come last, and are one key.
     """
-    import pyarrow as pa
-
+    table = pa.table(table)
     keys = [by] if isinstance(by, str) else list(by)
-    columns, offsets, names = _core.arrow_table(table.__arrow_c_stream__(), [x, y, value], keys)
-    starts = pa.Array.from_buffers(pa.int64(), len(offsets), [None, pa.py_buffer(offsets)])
-    arrays = [pa.array([row[i] for row in names], pa.string()) for i in range(len(keys))]
-    for column in columns:
-        values = pa.Array.from_buffers(pa.float64(), len(column), [None, pa.py_buffer(column)])
-        arrays.append(pa.LargeListArray.from_arrays(starts, values))
+    columns = {key: _key(_batch.column(table, key)) for key in keys}
+    for part, name in (("x", x), ("y", y), ("value", value)):
+        if part in columns:
+            raise ValueError(f"the key '{part}' would be taken for sites; give it another name")
+        columns[part] = _numbers(_batch.column(table, name))
+    sites = pa.table(columns)
+    order = [(name, "ascending") for name in (*keys, "y", "x", "value")]
+    sites = sites.take(pc.sort_indices(sites, sort_keys=order)).combine_chunks()
+    groups = sites.select(keys).group_by(keys, use_threads=False).aggregate([([], "count_all")])
+    counts = groups["count_all"].to_numpy() if len(groups) else []
+    starts = pa.array([0, *counts], pa.int64())
+    starts = pc.cumulative_sum(starts)
+    arrays = [groups[key] for key in keys]
+    for part in ("x", "y", "value"):
+        items = sites[part].combine_chunks() if len(sites) else pa.array([], sites[part].type)
+        arrays.append(pa.LargeListArray.from_arrays(starts, items))
     return pa.Table.from_arrays(arrays, names=[*keys, "x", "y", "value"])
