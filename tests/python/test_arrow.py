@@ -82,6 +82,17 @@ def test_sites_become_wafers() -> None:
 SITES = {"lot": pa.string(), "slot": pa.int64(), "X": pa.float32(), "Y": pa.float32(), "THK": pa.float64()}
 
 
+def test_many_wafers_keep_their_sites() -> None:
+    number = np.random.default_rng(2).permutation(np.repeat(np.arange(1500), 3))
+    keys = {"lot": [f"L{i // 25}" for i in number], "slot": number % 25}
+    table = pa.table({**keys, "x": number * 1.0, "y": number * 2.0, "value": number * 3.0})
+    found = dp.arrow.wafers(table, ["lot", "slot"]).to_pylist()
+    assert [(row["lot"], row["slot"]) for row in found] == sorted({(f"L{i // 25}", i % 25) for i in range(1500)})
+    for row in found:
+        i = float(int(row["lot"][1:]) * 25 + row["slot"])
+        assert row["x"] == [i] * 3 and row["y"] == [2 * i] * 3 and row["value"] == [3 * i] * 3
+
+
 def sites(count: int = 400) -> pa.Table:
     draw = np.random.default_rng(8)
     columns = [draw.choice(["A", "B"], count), draw.integers(1, 4, count)]
@@ -170,3 +181,10 @@ def test_differences_are_those_of_wafers() -> None:
         difference = dp.Wafer(given["x"], given["y"], given["value"], diameter=300) - golden
         assert row["value"] == difference.value.tolist() and row["x"] == given["x"]
         assert row["statistics"] == difference.statistics().asdict()
+
+
+def test_no_sites_are_no_wafers() -> None:
+    wafers = dp.arrow.wafers(sites(0), ["lot", "slot"], "X", "Y", "THK")
+    assert len(wafers) == 0 and wafers.schema.names == ["lot", "slot", "x", "y", "value"]
+    found = dp.arrow.plots(wafers)
+    assert len(found) == 0 and "png" in found.schema.names

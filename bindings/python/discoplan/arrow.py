@@ -158,7 +158,20 @@ def _numbers(column: Any) -> Any:
 def _key(column: Any) -> Any:
     if pa.types.is_dictionary(column.type):
         column = column.cast(column.type.value_type)
+    if pa.types.is_floating(column.type):
+        column = pc.if_else(pc.is_nan(column), None, column)
     return column.cast(pa.string()) if column.type == pa.string_view() else column
+
+
+def _beginnings(sites: Any, keys: Sequence[str]) -> Any:
+    """Where wafers begin in sites that are sorted by them."""
+    new = pa.array([False] * max(len(sites) - 1, 0), pa.bool_())
+    for key in keys:
+        one, next_one = sites[key].slice(0, max(len(sites) - 1, 0)), sites[key].slice(1)
+        differ = pc.coalesce(pc.not_equal(one, next_one), pc.xor(one.is_null(), next_one.is_null()))
+        new = pc.or_(new, differ)
+    heads = pc.indices_nonzero(new).cast(pa.int64())
+    return pa.concat_arrays([pa.array([0] if len(sites) else [], pa.int64()), pc.add(heads, 1)])
 
 
 def wafers(
@@ -180,11 +193,9 @@ def wafers(
     sites = pa.table(columns)
     order = [(name, "ascending") for name in (*keys, "y", "x", "value")]
     sites = sites.take(pc.sort_indices(sites, sort_keys=order)).combine_chunks()
-    groups = sites.select(keys).group_by(keys, use_threads=False).aggregate([([], "count_all")])
-    counts = groups["count_all"].to_numpy() if len(groups) else []
-    starts = pa.array([0, *counts], pa.int64())
-    starts = pc.cumulative_sum(starts)
-    arrays = [groups[key] for key in keys]
+    first = _beginnings(sites, keys)
+    starts = pa.concat_arrays([first, pa.array([len(sites)], pa.int64())])
+    arrays = [sites[key].take(first) for key in keys]
     for part in ("x", "y", "value"):
         items = sites[part].combine_chunks() if len(sites) else pa.array([], sites[part].type)
         arrays.append(pa.LargeListArray.from_arrays(starts, items))
