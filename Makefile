@@ -1,6 +1,6 @@
 # A thin front over the CMake presets. `make help` lists what there is.
 .DEFAULT_GOAL := help
-.PHONY: help demo test bench bench-figures bench-python fuzz portability activex docs pictures wheel lint format packages \
+.PHONY: help demo test test-engines bench bench-engine bench-figures bench-python fuzz portability activex docs pictures wheel lint format packages \
   elsewhere
 
 SOURCES = git ls-files '*.h' '*.cpp'
