@@ -11,14 +11,13 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "discoplan/render/surface.h"
 #include "hosts/json/json_number.h"
 
 namespace discoplan {
 
-/// The latest calls, about two million of them: a surface that nobody asks for its trace needn't
+/// The latest calls, about four million of them: a surface that nobody asks for its trace needn't
 /// fill the memory. They also give way where there is no memory for more.
 class Trace {
  public:
@@ -32,27 +31,24 @@ class Trace {
   void Polygon(std::span<const PixelPoint> points);
   void FloodFill(PixelPoint start, Colour boundary);
 
-  /// The calls since they were last taken.
+  /// The calls since they were last taken, which it keeps where there is no memory to give them.
   nlohmann::json Take();
-  /// The same as the text of a JSON list, which takes far less memory.
+  /// The same as the text of a JSON list, which takes far less memory and time.
   std::string TakeText();
   /// How many calls before those were left out, counted since that was last asked.
   std::uint64_t TakeLeftOut() { return std::exchange(left_out_, 0); }
 
  private:
-  /// Calls in MessagePack, which takes a tenth of the memory.
+  /// Calls as JSON, with commas between them.
   struct Part {
-    std::vector<std::uint8_t> bytes;
-    std::uint32_t calls = 0;
+    std::string text;
+    std::uint64_t calls = 0;
   };
 
-  template <class MakeCall>
-  void Keep(MakeCall&& make_call);
-  void Append(const nlohmann::json& call);
-  /// Gives the calls away one by one, and keeps all of them if that fails.
-  template <class Use>
-  void TakeEach(Use&& use);
+  template <class... Values>
+  void Keep(std::string_view name, const Values&... values);
   void LeaveOutOldest();
+  void Clear();
 
   std::deque<Part> parts_;
   std::size_t bytes_ = 0;  // of all parts
