@@ -43,7 +43,7 @@ std::size_t CountRepeats(std::size_t count, const Key& key) {
       zero = true;
       continue;
     }
-    std::size_t place = Mixed(wanted) & (size - 1);
+    auto place = static_cast<std::size_t>(Mixed(wanted)) & (size - 1);
     while (table[place] != 0 && table[place] != wanted) place = (place + 1) & (size - 1);
     repeats += table[place] == wanted;
     table[place] = wanted;
