@@ -6,30 +6,38 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <span>
 #include <string>
 
 #include "bindings/c/errors.h"
 
 namespace discoplan::c {
 
-/// A copy of a struct that begins with its size; all zeros for null. One of a later version will do
-/// as long as it asks for nothing that isn't known here.
+/// The struct's size in the first version of the interface, which its later fields aren't part of.
+template <class T>
+inline constexpr std::size_t kFirstSize = sizeof(T);
+template <>
+inline constexpr std::size_t kFirstSize<discoplan_batch> = offsetof(discoplan_batch, figures);
+
+/// A copy of a struct that begins with its size; all zeros for null. Fields that an earlier version
+/// hadn't are zero. One of a later version will do as long as it asks for nothing that isn't known
+/// here.
 template <class T>
 T Taken(const T* given, const char* name) {
   T taken{};
   taken.size = sizeof(T);
   if (given == nullptr) return taken;
-  if (given->size < sizeof(T)) {
-    Refuse(std::string(name) + ": its field 'size' is " + std::to_string(given->size) +
+  const std::size_t size = given->size;
+  if (size < kFirstSize<T>) {
+    Refuse(std::string(name) + ": its field 'size' is " + std::to_string(size) +
            ", not sizeof the struct, " + std::to_string(sizeof(T)));
   }
   const auto* bytes = reinterpret_cast<const std::byte*>(given);
-  const std::span<const std::byte> beyond(bytes + sizeof(T), given->size - sizeof(T));
-  if (std::any_of(beyond.begin(), beyond.end(), [](std::byte b) { return b != std::byte{}; })) {
+  const std::size_t known = std::min(size, sizeof(T));
+  if (std::any_of(bytes + known, bytes + size, [](std::byte b) { return b != std::byte{}; })) {
     Refuse(std::string(name) + ": it asks for what this version of the library doesn't know");
   }
-  std::memcpy(&taken, given, sizeof(T));
+  std::memcpy(&taken, given, known);
+  taken.size = sizeof(T);
   return taken;
 }
 

@@ -83,7 +83,8 @@ class Batch {
                .value = batch.value},
         offsets_(batch.offsets32, batch.offsets64, wafers_, batch.count),
         wafer_(Taken(batch.wafer, "discoplan_wafer_options")),
-        format_(FormatOf(batch.format)) {
+        format_(FormatOf(batch.format)),
+        figures_(FiguresOf(batch.figures)) {
     if (batch.plot != nullptr) drawing_ = DrawingOf(Taken(batch.plot, "discoplan_plot_options"));
     if (drawing_ && drawing_->classic && format_ != FigureFormat::Png) {
       Refuse("the classic look has pixels alone; take PNG, or the modern look");
@@ -120,7 +121,7 @@ class Batch {
     discoplan_wafer_options options = wafer_;
     options.name = name.c_str();
     const auto wafer = NewWafer(sites_, offsets_[i], offsets_[i + 1], options);
-    result.Set(wafer->Statistics());
+    result.Set(wafer->Statistics(figures_));
     if (drawing_) file = Draw(wafer, *drawing_)->File(format_);
   }
 
@@ -129,6 +130,7 @@ class Batch {
   Offsets offsets_;
   discoplan_wafer_options wafer_;
   FigureFormat format_;
+  FigureMask figures_;
   std::optional<Drawing> drawing_;
   const char* names_ = nullptr;
   std::optional<Offsets> name_offsets_;

@@ -171,6 +171,10 @@ DISCOPLAN_API discoplan_status discoplan_figure_describe(int64_t number, discopl
  * single value. `capacity` counts the numbers that there is room for. */
 DISCOPLAN_API discoplan_status discoplan_wafer_statistics(discoplan_wafer* wafer, double* values,
                                                           int64_t capacity);
+/* The same for some of them: bit i of `figures` asks for figure i, 0 for all. Those not asked for
+ * are not computed, and not a number. */
+DISCOPLAN_API discoplan_status discoplan_wafer_figures(discoplan_wafer* wafer, uint64_t figures,
+                                                       double* values, int64_t capacity);
 
 /* Inverse-distance-squared means of the four nearest sites at points in mm, `count` of them; not a
  * number outside the test area, and for fewer than four sites. */
@@ -333,6 +337,7 @@ typedef struct discoplan_batch {
   const int64_t* name_offsets64;
   const discoplan_wafer_options* wafer; /* of all; may be NULL */
   const discoplan_plot_options* plot;   /* of all; NULL: no pictures */
+  uint64_t figures;                     /* bit i asks for figure i; 0: all */
 } discoplan_batch;
 
 /* Statistics and pictures of each wafer. A wafer that can't be taken or drawn has its status and

@@ -126,6 +126,14 @@ data::ReadRequest SizeRequest(const discoplan_wafer_options& options, const std:
 
 }  // namespace
 
+FigureMask FiguresOf(std::uint64_t given) {
+  const std::size_t count = analysis::FiguresOfMerit().size();
+  if (given >> count != 0) {
+    Refuse("figures: asks for more than the " + std::to_string(count) + " that there are");
+  }
+  return given != 0 ? given : (FigureMask{1} << count) - 1;
+}
+
 MeasuredWafer::MeasuredWafer(data::Wafer measured, Look look, bool size_given)
     : Held(kKind),
       measured_(std::move(measured)),
@@ -172,11 +180,12 @@ void MeasuredWafer::Interpolate(std::span<Site> points, std::size_t columns) con
   if (data.HasInterpolation()) SiteInterpolator(data).Evaluate(points, columns);
 }
 
-std::vector<double> MeasuredWafer::Statistics() const {
+std::vector<double> MeasuredWafer::Statistics(FigureMask wanted) const {
   const analysis::Sample sample(Sites());
-  std::vector<double> values;
-  for (const analysis::FigureOfMerit& figure : analysis::FiguresOfMerit()) {
-    values.push_back(figure.compute(sample).value_or(std::numeric_limits<double>::quiet_NaN()));
+  const auto rows = analysis::FiguresOfMerit();
+  std::vector<double> values(rows.size(), std::numeric_limits<double>::quiet_NaN());
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if ((wanted >> i & 1) != 0) values[i] = rows[i].compute(sample).value_or(values[i]);
   }
   return values;
 }

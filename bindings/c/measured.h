@@ -16,6 +16,11 @@
 
 namespace discoplan::c {
 
+/// Bit i is figure i of `analysis::FiguresOfMerit()`.
+using FigureMask = std::uint64_t;
+/// The figures that a caller asked for, 0 being all. Raises `Error` for one that there isn't.
+FigureMask FiguresOf(std::uint64_t given);
+
 class MeasuredWafer final : public Held {
  public:
   static constexpr Kind kKind = Kind::Wafer;
@@ -45,7 +50,8 @@ class MeasuredWafer final : public Held {
   void Interpolate(std::span<Site> points, std::size_t columns) const;
   float At(float x, float y) const;
   bool IsInside(float x, float y) const;
-  std::vector<double> Statistics() const;
+  /// All figures; those that `wanted` hasn't aren't computed, and not a number.
+  std::vector<double> Statistics(FigureMask wanted) const;
 
  private:
   data::Wafer measured_;

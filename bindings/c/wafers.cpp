@@ -193,11 +193,16 @@ discoplan_status discoplan_figure_describe(int64_t number, discoplan_figure* fig
 
 discoplan_status discoplan_wafer_statistics(discoplan_wafer* wafer, double* values,
                                             int64_t capacity) {
+  return discoplan_wafer_figures(wafer, 0, values, capacity);
+}
+
+discoplan_status discoplan_wafer_figures(discoplan_wafer* wafer, uint64_t figures, double* values,
+                                         int64_t capacity) {
   return Guarded([&] {
     const auto held = Get<MeasuredWafer>(wafer);
     Needed(values, "values");
     RequireRoom(capacity, static_cast<std::int64_t>(analysis::FiguresOfMerit().size()));
-    for (const double value : held->Statistics()) *values++ = value;
+    for (const double value : held->Statistics(FiguresOf(figures))) *values++ = value;
   });
 }
 

@@ -159,7 +159,7 @@ def figures(rows: list[tuple[str, str, str, str, int]], poorest: tuple[Any, ...]
 def main() -> None:
     package = pathlib.Path(sys.argv[1])
     module = core(package)
-    poorest = module.statistics(module.wafer(*3 * (memoryview(bytes(4)).cast("f"),), None))
+    poorest = module.statistics(module.wafer(*3 * (memoryview(bytes(4)).cast("f"),), None), 0)
     (package / "controls.py").write_text(controls(json.loads(module.describe())), encoding="utf-8")
     (package / "_figures.py").write_text(figures(module.figures(), poorest), encoding="utf-8")
 

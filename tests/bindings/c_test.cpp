@@ -6,6 +6,7 @@
 #include <array>
 #include <atomic>
 #include <cmath>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 
@@ -317,6 +318,86 @@ TEST(CBatch, GivesEachWaferItsOwnStatus) {
   EXPECT_EQ(view.picture_offsets[1], view.picture_offsets[3]);
   discoplan_free(picture);
   discoplan_free(result);
+}
+
+int64_t NumberOf(const std::string& key) {
+  discoplan_figure figure{};
+  figure.size = sizeof figure;
+  for (int64_t i = 0; discoplan_figure_describe(i, &figure) == DISCOPLAN_OK; ++i) {
+    if (key == figure.key) return i;
+  }
+  ADD_FAILURE() << "no figure " << key;
+  return 0;
+}
+
+uint64_t MaskOf(const std::vector<std::string>& keys) {
+  uint64_t mask = 0;
+  for (const std::string& key : keys) mask |= uint64_t{1} << NumberOf(key);
+  return mask;
+}
+
+TEST(CWafer, ComputesTheFiguresThatAreAskedFor) {
+  const Ramp ramp;
+  const Wafer wafer(ramp.Sites());
+  int64_t count = 0;
+  ASSERT_EQ(discoplan_figure_count(&count), DISCOPLAN_OK);
+  std::vector<double> all(static_cast<std::size_t>(count)), some = all, zero = all;
+  ASSERT_EQ(discoplan_wafer_statistics(wafer.Get(), all.data(), count), DISCOPLAN_OK);
+  ASSERT_EQ(discoplan_wafer_figures(wafer.Get(), 0, zero.data(), count), DISCOPLAN_OK);
+  EXPECT_EQ(zero, all);
+  const uint64_t mask = MaskOf({"std_dev", "tilt"});
+  ASSERT_EQ(discoplan_wafer_figures(wafer.Get(), mask, some.data(), count), DISCOPLAN_OK);
+  for (int64_t i = 0; i < count; ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    if ((mask >> i & 1) != 0) {
+      EXPECT_EQ(some[at], all[at]);
+    } else {
+      EXPECT_TRUE(std::isnan(some[at])) << i;
+    }
+  }
+  EXPECT_EQ(discoplan_wafer_figures(wafer.Get(), uint64_t{1} << count, some.data(), count),
+            DISCOPLAN_BAD_ARGUMENT);
+  EXPECT_EQ(std::string(discoplan_error()),
+            "figures: asks for more than the " + std::to_string(count) + " that there are");
+}
+
+TEST(CBatch, ComputesTheFiguresThatAreAskedFor) {
+  const Ramp ramp;
+  const discoplan_sites sites = ramp.Sites();
+  const std::vector<int64_t> offsets = {0, sites.count};
+  discoplan_batch batch{};
+  batch.size = sizeof batch;
+  batch.wafers = 1;
+  batch.offsets64 = offsets.data();
+  batch.count = sites.count;
+  batch.x = sites.x;
+  batch.y = sites.y;
+  batch.value = sites.value;
+  batch.figures = MaskOf({"mean"});
+  const auto figures = [&] {
+    discoplan_result* result = nullptr;
+    EXPECT_EQ(discoplan_batch_run(&batch, &result), DISCOPLAN_OK) << discoplan_error();
+    discoplan_result_view view{};
+    view.size = sizeof view;
+    EXPECT_EQ(discoplan_result_get(result, &view), DISCOPLAN_OK);
+    std::vector<double> found(view.statistics, view.statistics + view.figures);
+    discoplan_free(result);
+    return found;
+  };
+  const auto mean = static_cast<std::size_t>(NumberOf("mean"));
+  const auto range = static_cast<std::size_t>(NumberOf("range"));
+  const Wafer wafer(sites);
+  EXPECT_EQ(figures()[mean], FigureNamed(wafer.Get(), "mean"));
+  EXPECT_TRUE(std::isnan(figures()[range]));
+  // A caller that was built before there was the field gets all, whatever lies behind its struct.
+  batch.size = offsetof(discoplan_batch, figures);
+  EXPECT_EQ(figures()[range], FigureNamed(wafer.Get(), "range"));
+  batch.size -= 1;
+  discoplan_result* result = nullptr;
+  EXPECT_EQ(discoplan_batch_run(&batch, &result), DISCOPLAN_BAD_ARGUMENT);
+  batch.size = sizeof batch;
+  batch.figures = ~uint64_t{0};
+  EXPECT_EQ(discoplan_batch_run(&batch, &result), DISCOPLAN_BAD_ARGUMENT);
 }
 
 struct Heard {

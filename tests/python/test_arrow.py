@@ -188,3 +188,14 @@ def test_no_sites_are_no_wafers() -> None:
     assert len(wafers) == 0 and wafers.schema.names == ["lot", "slot", "x", "y", "value"]
     found = dp.arrow.plots(wafers)
     assert len(found) == 0 and "png" in found.schema.names
+
+
+def test_figures_that_are_asked_for_are_those_of_all() -> None:
+    wafers = batch()
+    every = dp.arrow.figures(wafers, diameter=300)["statistics"].to_pylist()
+    for make in (dp.arrow.figures, lambda b, figures, **w: dp.arrow.plots(b, size=(60, 50), figures=figures, wafer=w)):
+        some = make(wafers, figures=["range", "mean"], diameter=300)["statistics"]
+        assert [field.name for field in some.type] == ["mean", "range"]
+        assert some.to_pylist() == [{key: row[key] for key in ("mean", "range")} for row in every]
+    with pytest.raises(ValueError, match="'men' is none of mean"):
+        dp.arrow.figures(wafers, figures="men")

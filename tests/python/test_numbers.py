@@ -99,3 +99,16 @@ def test_results_are_arrays_that_may_be_written() -> None:
     x, y = scattered(10)
     lattice = dp.Wafer(x, y, x, diameter=300).lattice(5)
     assert isinstance(lattice, np.ndarray) and lattice.flags.writeable and lattice.base is not None
+
+
+def test_figures_that_are_asked_for_are_those_of_all() -> None:
+    x, y = scattered(49)
+    wafer = dp.Wafer(x, y, x + 2 * y, diameter=300)
+    every = wafer.statistics().asdict()
+    assert wafer.statistics(["tilt", "mean"]) == {key: every[key] for key in ("mean", "tilt")}
+    assert list(wafer.statistics(["tilt", "mean"])) == ["mean", "tilt"]  # in the library's order
+    assert wafer.statistics("iqr") == {"iqr": every["iqr"]}
+    assert wafer.statistics(list(every)) == every
+    for bad in (["mean", "men"], [], ""):
+        with pytest.raises(ValueError, match="figures: .* is none of mean, std_dev"):
+            wafer.statistics(bad)

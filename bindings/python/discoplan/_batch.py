@@ -1,14 +1,16 @@
 # SPDX-License-Identifier: MIT
 """Batches of Arrow as the library takes them, and what it gives as columns of Arrow."""
 
-from typing import Any, Dict, List, NamedTuple, Optional, Sequence
+from typing import Any, Dict, List, NamedTuple, Optional, Sequence, Union
 
 import pyarrow as pa
 import pyarrow.compute as pc
 
 from . import _core
+from ._options import figure_keys, figure_mask
 
 BAD_DATA = 3
+Figures = Union[str, Sequence[str], None]
 _FLOATS = (pa.float32(), pa.float64())
 
 
@@ -85,6 +87,7 @@ def run(
     wafer: Dict[str, Any],
     plot: Optional[Dict[str, Any]],
     format: int,
+    figures: Figures = None,
 ) -> Found:
     """Statistics and pictures of the wafers of a record batch."""
     lists = [_lists(batch, one) for one in columns]
@@ -103,7 +106,7 @@ def run(
         name_offsets = name_offsets[texts.offset : texts.offset + len(texts) + 1]
     offsets = memoryview(starts[0].buffers()[1]).cast("B").cast("q")[: len(batch) + 1]
     x, y, value = (_items(one) for one in lists)
-    found = _core.batch(offsets, x, y, value, names, name_offsets, wafer, plot, format)
+    found = _core.batch(offsets, x, y, value, names, name_offsets, wafer, plot, format, figure_mask(figures))
     status, statistics, pictures, picture_offsets, messages, message_offsets = found
     said = pa.Array.from_buffers(
         pa.large_string(), len(batch), [None, pa.py_buffer(message_offsets), pa.py_buffer(messages)]
@@ -118,13 +121,14 @@ def run(
     return Found(status, statistics, pictures, picture_offsets, said)
 
 
-def statistics_of(numbers: Any, count: int) -> Any:
-    """A struct of all figures from one after the other; null for not a number."""
-    buffer, parts, names = pa.py_buffer(numbers), [], []
+def statistics_of(numbers: Any, count: int, figures: Figures = None) -> Any:
+    """A struct of figures from all, one after the other; null for not a number."""
+    buffer, parts, names = pa.py_buffer(numbers), [], figure_keys(figures)
     for i, row in enumerate(_core.figures()):
+        if row[0] not in names:
+            continue
         part = pa.Array.from_buffers(pa.float64(), count, [None, buffer], offset=i * count)
         parts.append(pc.if_else(pc.is_nan(part), None, part))
-        names.append(row[0])
     return pa.StructArray.from_arrays(parts, names)
 
 

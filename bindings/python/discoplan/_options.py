@@ -1,7 +1,9 @@
 # SPDX-License-Identifier: MIT
 """Keywords of Python as the fields of the C interface."""
 
-from typing import Any, Optional, Sequence, Tuple
+from typing import Any, List, Optional, Sequence, Tuple, Union
+
+from . import _core
 
 FLAGS = {
     "dark": 1,
@@ -23,6 +25,28 @@ def choice(names: Sequence[str], given: str, what: str) -> int:
     if given in names:
         return list(names).index(given)
     raise ValueError(f"{what}: {given!r} is none of {', '.join(names)}")
+
+
+def figure_keys(wanted: Union[str, Sequence[str], None]) -> List[str]:
+    """The keys of the figures asked for, in the library's order; None asks for all.
+
+    Raises `ValueError` for a key that is none, and for no keys.
+    """
+    known = [row[0] for row in _core.figures()]
+    if wanted is None:
+        return known
+    keys = [wanted] if isinstance(wanted, str) else list(wanted)
+    for key in keys or [""]:
+        choice(known, key, "figures")
+    return [key for key in known if key in keys]
+
+
+def figure_mask(wanted: Union[str, Sequence[str], None]) -> int:
+    """The same as bits, where 0 asks for all."""
+    if wanted is None:
+        return 0
+    keys = figure_keys(wanted)
+    return sum(1 << i for i, row in enumerate(_core.figures()) if row[0] in keys)
 
 
 def _pair(given: Any, what: str) -> Tuple[float, float]:

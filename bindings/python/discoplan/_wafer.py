@@ -1,11 +1,11 @@
 # SPDX-License-Identifier: MIT
 """One measured wafer."""
 
-from typing import TYPE_CHECKING, Any, Optional, Tuple
+from typing import TYPE_CHECKING, Any, Dict, Optional, Sequence, Tuple, Union, overload
 
 from . import _core
 from ._input import as_array
-from ._options import plot_fields, wafer_fields
+from ._options import figure_keys, figure_mask, plot_fields, wafer_fields
 from ._picture import Picture
 
 if TYPE_CHECKING:
@@ -135,11 +135,24 @@ class Wafer:
         numbers: "Floats" = as_array(_core.wafer_sites(self._handle)[2])
         return numbers
 
-    def statistics(self) -> "Statistics":
-        """Every figure of merit as a dataclass; None for one that has no meaning here."""
+    @overload
+    def statistics(self) -> "Statistics": ...
+    @overload
+    def statistics(self, figures: Union[str, Sequence[str]]) -> Dict[str, Optional[float]]: ...
+    def statistics(self, figures: Union[str, Sequence[str], None] = None) -> Any:
+        """Every figure of merit as a dataclass; None for one that has no meaning here.
+
+        Keys, such as ["mean", "std_dev"], give a dictionary of these alone, and no others are
+        computed: "interpolation_error" takes longer than all others. Raises `ValueError` for a key
+        that is none.
+        """
+        if figures is not None:
+            found = _core.statistics(self._handle, figure_mask(figures))
+            given = zip(_core.figures(), found)
+            return {row[0]: value for row, value in given if row[0] in figure_keys(figures)}
         from ._figures import Statistics
 
-        return Statistics(*_core.statistics(self._handle))
+        return Statistics(*_core.statistics(self._handle, 0))
 
     def interpolate(self, x: Any, y: Any) -> Any:
         """The inverse-distance-squared mean of the four nearest sites, at points in mm.

@@ -34,8 +34,11 @@ def _each(batch: Any, work: Callable[[Any], Any]) -> Any:
     return pa.Table.from_batches([work(piece) for piece in pieces])
 
 
-def _results(batch: Any, columns: Sequence[str], found: _batch.Found, file: Optional[str]) -> Any:
-    added: Dict[str, Any] = {"statistics": _batch.statistics_of(found.statistics, len(found.status))}
+def _results(
+    batch: Any, columns: Sequence[str], found: _batch.Found, file: Optional[str], figures: _batch.Figures
+) -> Any:
+    statistics = _batch.statistics_of(found.statistics, len(found.status), figures)
+    added: Dict[str, Any] = {"statistics": statistics}
     if file is not None:
         kind = pa.large_string() if file == "svg" else pa.large_binary()
         added[file] = _batch.pictures_of(found, kind)
@@ -51,6 +54,7 @@ def figures(
     y: str = "y",
     value: str = "value",
     name: Optional[str] = None,
+    figures: _batch.Figures = None,
     **wafer: Any,
 ) -> Batch:
     """The figures of merit of each wafer of a record batch: a struct column `statistics`.
@@ -58,6 +62,7 @@ def figures(
     Args:
         batch: One row for each wafer; `x`, `y` and `value` name columns of lists of numbers.
         name: A column of texts that messages name wafers by.
+        figures: Keys of those that are computed and given, as ["mean", "std_dev"]; all by default.
         wafer: Further keywords of `Wafer`, as `diameter` and `skip_invalid`.
 
     Gives all other columns, the struct, `status` (0 for success) and `message`. Raises `ValueError`
@@ -66,7 +71,8 @@ def figures(
     columns, fields = (x, y, value), wafer_fields(**wafer)
 
     def work(piece: Any) -> Any:
-        return _results(piece, columns, _batch.run(piece, columns, name, fields, None, 0), None)
+        found = _batch.run(piece, columns, name, fields, None, 0, figures)
+        return _results(piece, columns, found, None, figures)
 
     return _each(batch, work)
 
@@ -80,6 +86,7 @@ def plots(
     value: str = "value",
     name: Optional[str] = None,
     format: str = "png",
+    figures: _batch.Figures = None,
     wafer: "Optional[dict[str, Any]]" = None,
     **plot: Any,
 ) -> Batch:
@@ -88,14 +95,15 @@ def plots(
     Args:
         kind: And further keywords: as those of `Wafer.plot`.
         name: A column of texts for the titles.
+        figures: As those of `figures`.
         wafer: Keywords of `Wafer`.
     """
     columns, number = (x, y, value), choice(FORMATS, format, "format")
     fields, drawing = wafer_fields(**(wafer or {})), plot_fields(kind=kind, **plot)
 
     def work(piece: Any) -> Any:
-        found = _batch.run(piece, columns, name, fields, drawing, number)
-        return _results(piece, columns, found, format)
+        found = _batch.run(piece, columns, name, fields, drawing, number, figures)
+        return _results(piece, columns, found, format, figures)
 
     return _each(batch, work)
 
@@ -136,7 +144,7 @@ def differences(
                 continue
             for part, numbers in zip(rows.values(), _core.wafer_sites(made._handle)):
                 part[i] = numbers.tolist()
-            for j, figure in enumerate(_core.statistics(made._handle)):
+            for j, figure in enumerate(_core.statistics(made._handle, 0)):
                 wide[j * len(piece) + i] = float("nan") if figure is None else figure
         floats = pa.list_(pa.float32())
         added: Dict[str, Any] = {part: pa.array(given, floats) for part, given in rows.items()}

@@ -92,11 +92,13 @@ Object Figures(Arguments) {
   return list;
 }
 
+/// wafer, mask of figures
 Object Statistics(Arguments args) {
   auto* const wafer = HandleAs<discoplan_wafer>(args[0]);
+  const auto wanted = static_cast<std::uint64_t>(WholeOf(args[1]));
   std::vector<double> values(static_cast<std::size_t>(FigureCount()));
   const auto count = static_cast<Py_ssize_t>(values.size());
-  Unlocked([&] { return discoplan_wafer_statistics(wafer, values.data(), count); });
+  Unlocked([&] { return discoplan_wafer_figures(wafer, wanted, values.data(), count); });
   Object tuple(PyTuple_New(count));
   for (Py_ssize_t i = 0; i < count; ++i) {
     const double value = values[static_cast<std::size_t>(i)];
@@ -269,7 +271,8 @@ Object BytesOf(const void* from, std::int64_t size, const char* format) {
   return made.View(format);
 }
 
-/// offsets, x, y, value, names, name offsets, wafer's options, plot's options or None, format
+/// offsets, x, y, value, names, name offsets, wafer's options, plot's options or None, format,
+/// mask of figures
 Object Batch(Arguments args) {
   const Offsets offsets(args[0], "offsets");
   const Column x(args[1], "x"), y(args[2], "y"), value(args[3], "value");
@@ -280,12 +283,13 @@ Object Batch(Arguments args) {
   if (offsets.Size() < 1 || (name_offsets.Size() != 0 && name_offsets.Size() != offsets.Size())) {
     Raise(PyExc_ValueError, "there is one offset more than there are wafers");
   }
+  const std::int64_t format = WholeOf(args[8]), figures = WholeOf(args[9]);
   Py_buffer names{};
   const bool has_names = name_offsets.Size() != 0;
   if (has_names && PyObject_GetBuffer(args[4], &names, PyBUF_SIMPLE) != 0) throw PythonError();
   discoplan_batch batch{};
   batch.size = sizeof batch;
-  batch.format = static_cast<std::int32_t>(PyLong_AsLong(args[8]));
+  batch.format = static_cast<std::int32_t>(format);
   batch.wafers = offsets.Size() - 1;
   batch.offsets32 = offsets.Narrow();
   batch.offsets64 = offsets.Wide();
@@ -300,6 +304,7 @@ Object Batch(Arguments args) {
   }
   batch.wafer = wafer.Get();
   batch.plot = args[7] != Py_None ? plot.Get() : nullptr;
+  batch.figures = static_cast<std::uint64_t>(figures);
   discoplan_result* result = nullptr;
   PyThreadState* const state = PyEval_SaveThread();
   const discoplan_status status = discoplan_batch_run(&batch, &result);
@@ -345,7 +350,7 @@ PyMethodDef methods[] = {
     Row<WaferInfo, 1>("wafer_info"),
     Row<WaferSites, 1>("wafer_sites"),
     Row<Figures, 0>("figures"),
-    Row<Statistics, 1>("statistics"),
+    Row<Statistics, 2>("statistics"),
     Row<Interpolate, 3>("interpolate"),
     Row<Lattice, 7>("lattice"),
     Row<Minus, 2>("minus"),
@@ -360,7 +365,7 @@ PyMethodDef methods[] = {
     Row<Colours, 2>("colours"),
     Row<ColourNames, 0>("colour_names"),
     Row<Describe, 0>("describe"),
-    Row<Batch, 9>("batch"),
+    Row<Batch, 10>("batch"),
     Row<ArrowStream, 2>("arrow_stream"),
     Row<ArrowColumn, 3>("arrow_column"),
     Row<ArrowTable, 3>("arrow_table"),
