@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "bindings/c/drawing.h"
+#include "bindings/c/of_thread.h"
 #include "discoplan/base/algorithms.h"
 #include "discoplan/controls/lattice_control.h"
 #include "discoplan/controls/plot3db.h"
@@ -86,18 +87,21 @@ void SetUp(PlotControl& control, const MeasuredWafer& wafer, const Drawing& draw
 /// The thread's last host, as long as plots are of one size: to look for fonts and to draw letters
 /// takes longer than a plot.
 HeadlessHost& HostFor(const Drawing& drawing) {
-  struct Last {
+  struct Kept {
     Screen screen;
     std::string font, font_file, bold_font_file;
     HeadlessHost host;
   };
-  thread_local std::unique_ptr<Last> last;
+  struct Last {
+    std::unique_ptr<Kept> host;
+  };
+  std::unique_ptr<Kept>& last = OfThread<Last>().host;
   const Screen screen = ScreenFor(drawing);
   const bool fits = last != nullptr && last->screen.twips_per_pixel_x == screen.twips_per_pixel_x &&
                     last->font == drawing.font && last->font_file == drawing.font_file &&
                     last->bold_font_file == drawing.bold_font_file;
   if (!fits) {
-    last.reset(new Last{screen, drawing.font, drawing.font_file, drawing.bold_font_file,
+    last.reset(new Kept{screen, drawing.font, drawing.font_file, drawing.bold_font_file,
                         HeadlessHost(screen, FontsFor(drawing))});
   }
   return last->host;

@@ -6,6 +6,7 @@
 #include <list>
 
 #include "bindings/c/arguments.h"
+#include "bindings/c/of_thread.h"
 #include "data/plain_text.h"
 #include "discoplan/base/file_name.h"
 #include "hosts/headless/figure_pdf.h"
@@ -129,6 +130,10 @@ struct ThreadText {
   std::unique_ptr<FigureText> text;
 };
 
+struct ThreadTexts {
+  std::list<ThreadText> all;
+};
+
 int WholePixels(double points, const Drawing& drawing) {
   return std::max(1, static_cast<int>(std::lround(points * drawing.size.pixels_per_point)));
 }
@@ -221,7 +226,7 @@ std::shared_ptr<FontFinder> FontsFor(const Drawing& drawing) {
 
 const FigureText& TextFor(const Drawing& drawing) {
   constexpr std::size_t kMost = 4;
-  thread_local std::list<ThreadText> texts;
+  std::list<ThreadText>& texts = OfThread<ThreadTexts>().all;
   const auto found = std::find_if(texts.begin(), texts.end(), [&](const ThreadText& each) {
     return each.font == drawing.font && each.file == drawing.font_file &&
            each.bold_file == drawing.bold_font_file;

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <utility>
 
+#include "bindings/c/of_thread.h"
 #include "data/data_error.h"
 #include "discoplan/base/numbers.h"
 #include "hosts/headless/whole_file.h"
@@ -11,14 +12,17 @@
 namespace discoplan::c {
 namespace {
 
-thread_local std::string last_error;
+struct Last {
+  std::string text;
+};
 
 template <class Text>
 discoplan_status Keep(discoplan_status status, Text&& text) noexcept {
   try {
-    last_error = std::forward<Text>(text);
-  } catch (...) {
-    last_error.clear();  // no memory for it
+    std::string& last = OfThread<Last>().text;
+    last.clear();  // in case that there is no memory for the next one
+    last = std::forward<Text>(text);
+  } catch (const std::bad_alloc&) {
   }
   return status;
 }
@@ -70,7 +74,13 @@ void RaiseNamed(std::string_view name, const RunTimeError& error) {
   throw Error(StatusOf(error.fault()), std::string(name) + ": " + error.what());
 }
 
-const char* LastError() noexcept { return last_error.c_str(); }
+const char* LastError() noexcept {
+  try {
+    return OfThread<Last>().text.c_str();
+  } catch (const std::bad_alloc&) {
+    return "";
+  }
+}
 
 discoplan_status KeepError() noexcept {
   try {
