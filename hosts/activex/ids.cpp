@@ -37,6 +37,8 @@ std::string_view PageId(std::string_view page) {
   return {};
 }
 
+int ToolboxPicture(const ControlClass& row) { return 100 + row.about_number; }
+
 std::string MembersId(const ControlClass& row) { return Beside(row.class_id, 1); }
 std::string EventsId(const ControlClass& row) { return Beside(row.class_id, 2); }
 

@@ -17,6 +17,9 @@ inline constexpr int kMinorVersion = 0;
 std::string MembersId(const ControlClass& row);
 std::string EventsId(const ControlClass& row);
 
+/// The resource that shows the class in a designer's toolbox.
+int ToolboxPicture(const ControlClass& row);
+
 /// Property pages by their names; empty for one that there isn't.
 std::string_view PageId(std::string_view page);
 

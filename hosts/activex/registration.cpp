@@ -54,6 +54,7 @@ std::vector<Entry> EntriesOf(const ControlClass& row) {
       {key + L"\\Implemented Categories\\" + kProgrammableCategory, {}},
       {key + L"\\Implemented Categories\\" + kControlCategory, {}},
       {key + L"\\Control", {}},
+      {key + L"\\ToolboxBitmap32", ModuleFile() + L", " + std::to_wstring(ToolboxPicture(row))},
       {key + L"\\MiscStatus", L"0"},
       {key + L"\\MiscStatus\\1", std::to_wstring(kMiscStatus)},
       {Name(row), title},
