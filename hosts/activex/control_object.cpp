@@ -64,6 +64,9 @@ ControlObject::ControlObject(const ControlClass& row, IUnknown* outer)
       embedding_(*this),
       browsing_(*this),
       transfer_(*this),
+      stores_(*this),
+      view_(*this),
+      facts_(*this),
       control_(NewControl(row.name, platform_, this)),
       objects_(ObjectsOf(*this, platform_.screen(), control_)) {
   control_->root().Move({0, 0, kFirstWidth, kFirstHeight});
@@ -96,27 +99,21 @@ STDMETHODIMP_(ULONG) ControlObject::Self::Release() {
 
 IUnknown* ControlObject::Interface(REFIID id) {
   if (id == IID_IDispatch || id == ToGuid(MembersId(row_))) return static_cast<IDispatch*>(this);
+  // Each part leads to its own interfaces and to those that they are made of.
   const struct {
     const GUID& id;
-    IUnknown* found;
-  } own[] = {
-      {IID_IProvideClassInfo, static_cast<IProvideClassInfo2*>(this)},
-      {IID_IProvideClassInfo2, static_cast<IProvideClassInfo2*>(this)},
-      {IID_IPersist, static_cast<IPersistStreamInit*>(this)},
-      {IID_IPersistStreamInit, static_cast<IPersistStreamInit*>(this)},
-      {IID_IPersistPropertyBag, static_cast<IPersistPropertyBag*>(this)},
-      {IID_IPersistStorage, static_cast<IPersistStorage*>(this)},
-      {IID_IViewObject, static_cast<IViewObjectEx*>(this)},
-      {IID_IViewObject2, static_cast<IViewObjectEx*>(this)},
-      {IID_IViewObjectEx, static_cast<IViewObjectEx*>(this)},
-      {IID_IObjectSafety, static_cast<IObjectSafety*>(this)},
-      {IID_IOleWindow, static_cast<IOleInPlaceObject*>(&in_place_)},
-  };
-  for (const auto& entry : own) {
-    if (entry.id == id) return entry.found;
-  }
-  for (IUnknown* found : {events_.Find(id), in_place_.Find(id), embedding_.Find(id),
-                          browsing_.Find(id), transfer_.Find(id)}) {
+    const GUID& made_into;
+  } simpler[] = {{IID_IProvideClassInfo, IID_IProvideClassInfo2},
+                 {IID_IPersist, IID_IPersistStreamInit},
+                 {IID_IViewObject, IID_IViewObjectEx},
+                 {IID_IViewObject2, IID_IViewObjectEx},
+                 {IID_IOleWindow, IID_IOleInPlaceObject}};
+  const auto* known = std::find_if(std::begin(simpler), std::end(simpler),
+                                   [&](const auto& entry) { return entry.id == id; });
+  const GUID& wanted = known != std::end(simpler) ? known->made_into : id;
+  for (IUnknown* found : {events_.Find(wanted), in_place_.Find(wanted), embedding_.Find(wanted),
+                          browsing_.Find(wanted), transfer_.Find(wanted), stores_.Find(wanted),
+                          view_.Find(wanted), facts_.Find(wanted)}) {
     if (found != nullptr) return found;
   }
   return nullptr;
@@ -127,9 +124,22 @@ PlotControl& ControlObject::Control() {
     is_new_ = false;
     control_->InitProperties();
     control_->SetSize(control_->root().Box().width, control_->root().Box().height);
-    is_dirty_ = false;
+    stores_.Dirty(false);
   }
   return *control_;
+}
+
+void ControlObject::Renew() {
+  is_new_ = true;
+  Control();
+}
+
+void ControlObject::Restore(const PropertyBag& bag) {
+  is_new_ = false;
+  control_->ReadProperties(bag);
+  control_->SetSize(control_->root().Box().width, control_->root().Box().height);
+  in_place_.Sync();
+  view_.TellChanged();
 }
 
 SIZE ControlObject::ToPixels(float width, float height) const {
@@ -150,39 +160,11 @@ void ControlObject::SetPixels(SIZE pixels) {
 }
 
 void ControlObject::WatchTree() {
-  control_->root().Watch([this](Node&, Aspect) { NoteView(); });
-}
-
-STDMETHODIMP ControlObject::GetClassInfo(ITypeInfo** info) {
-  if (info == nullptr) return E_POINTER;
-  *info = TypeInfoOf(ToGuid(row_.class_id)).Detach();
-  return *info != nullptr ? S_OK : E_FAIL;
-}
-
-STDMETHODIMP ControlObject::GetGUID(DWORD kind, GUID* id) {
-  if (id == nullptr) return E_POINTER;
-  if (kind != GUIDKIND_DEFAULT_SOURCE_DISP_IID) return E_INVALIDARG;
-  *id = ToGuid(EventsId(row_));
-  return S_OK;
-}
-
-STDMETHODIMP ControlObject::GetInterfaceSafetyOptions(REFIID id, DWORD* known, DWORD* on) {
-  if (known == nullptr || on == nullptr) return E_POINTER;
-  const bool persists = id == IID_IPersistPropertyBag || id == IID_IPersistStreamInit;
-  *known = *on = persists ? INTERFACESAFE_FOR_UNTRUSTED_DATA : 0;
-  return Interface(id) != nullptr ? S_OK : E_NOINTERFACE;
-}
-
-STDMETHODIMP ControlObject::SetInterfaceSafetyOptions(REFIID id, DWORD mask, DWORD on) {
-  DWORD known = 0;
-  DWORD present = 0;
-  const HRESULT asked = GetInterfaceSafetyOptions(id, &known, &present);
-  if (FAILED(asked)) return asked;
-  return (mask & on & ~known) == 0 ? S_OK : E_FAIL;
+  control_->root().Watch([this](Node&, Aspect) { view_.Note(); });
 }
 
 void ControlObject::PropertyChanged(std::string_view property) {
-  is_dirty_ = true;
+  stores_.Dirty(true);
   for (const Member& member : row_.members) {
     if (member.announced == property) return events_.Changed(member.id);
   }

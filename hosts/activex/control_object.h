@@ -10,15 +10,17 @@
 #include <memory>
 
 #include "discoplan/controls/plot_control.h"
-#include "discoplan/raster/canvas.h"
 #include "hosts/activex/browsing.h"
+#include "hosts/activex/class_facts.h"
 #include "hosts/activex/com_platform.h"
 #include "hosts/activex/embedding.h"
 #include "hosts/activex/events.h"
 #include "hosts/activex/in_place.h"
 #include "hosts/activex/site.h"
+#include "hosts/activex/stores.h"
 #include "hosts/activex/transfer.h"
 #include "hosts/activex/values.h"
+#include "hosts/activex/view.h"
 
 namespace discoplan::activex {
 
@@ -30,14 +32,7 @@ inline LONG PixelsOf(LONG himetric, float twips_per_pixel) {
                      static_cast<double>(twips_per_pixel));
 }
 
-class ControlObject final : public IDispatch,
-                            public IProvideClassInfo2,
-                            public IPersistStreamInit,
-                            public IPersistPropertyBag,
-                            public IPersistStorage,
-                            public IViewObjectEx,
-                            public IObjectSafety,
-                            private Container {
+class ControlObject final : public IDispatch, private Container {
  public:
   /// With an outer object, that one's references count and `id` is IUnknown.
   static HRESULT Create(const ControlClass& row, IUnknown* outer, REFIID id, void** out);
@@ -55,55 +50,6 @@ class ControlObject final : public IDispatch,
   STDMETHODIMP Invoke(DISPID id, REFIID, LCID locale, WORD kind, DISPPARAMS* params,
                       VARIANT* result, EXCEPINFO* raised, UINT* wrong) override;
 
-  // IProvideClassInfo2
-  STDMETHODIMP GetClassInfo(ITypeInfo** info) override;
-  STDMETHODIMP GetGUID(DWORD kind, GUID* id) override;
-
-  // IPersistStreamInit
-  STDMETHODIMP GetClassID(CLSID* id) override;
-  STDMETHODIMP IsDirty() override { return is_dirty_ ? S_OK : S_FALSE; }
-  STDMETHODIMP Load(IStream* stream) override;
-  STDMETHODIMP Save(IStream* stream, BOOL clear_dirty) override;
-  STDMETHODIMP GetSizeMax(ULARGE_INTEGER*) override { return E_NOTIMPL; }
-  STDMETHODIMP InitNew() override;
-
-  // IPersistPropertyBag
-  STDMETHODIMP Load(IPropertyBag* bag, IErrorLog* log) override;
-  STDMETHODIMP Save(IPropertyBag* bag, BOOL clear_dirty, BOOL save_all) override;
-
-  // IPersistStorage: the settings as one stream.
-  STDMETHODIMP InitNew(IStorage* storage) override;
-  STDMETHODIMP Load(IStorage* storage) override;
-  STDMETHODIMP Save(IStorage* storage, BOOL same_as_load) override;
-  STDMETHODIMP SaveCompleted(IStorage* storage) override;
-  STDMETHODIMP HandsOffStorage() override;
-
-  // IViewObjectEx
-  STDMETHODIMP Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, HDC device, LPCRECTL bounds,
-                    LPCRECTL, BOOL(CALLBACK*)(ULONG_PTR), ULONG_PTR) override;
-  STDMETHODIMP GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, HDC, LOGPALETTE**) override {
-    return S_FALSE;
-  }
-  STDMETHODIMP Freeze(DWORD, LONG, void*, DWORD*) override { return E_NOTIMPL; }
-  STDMETHODIMP Unfreeze(DWORD) override { return E_NOTIMPL; }
-  STDMETHODIMP SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) override;
-  STDMETHODIMP GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) override;
-  STDMETHODIMP GetExtent(DWORD aspect, LONG, DVTARGETDEVICE*, LPSIZEL size) override;
-
-  STDMETHODIMP GetRect(DWORD aspect, LPRECTL bounds) override;
-  STDMETHODIMP GetViewStatus(DWORD* status) override;
-  STDMETHODIMP QueryHitPoint(DWORD aspect, LPCRECT bounds, POINT point, LONG, DWORD* hit) override;
-  STDMETHODIMP QueryHitRect(DWORD aspect, LPCRECT bounds, LPCRECT place, LONG, DWORD* hit) override;
-  STDMETHODIMP GetNaturalExtent(DWORD, LONG, DVTARGETDEVICE*, HDC, DVEXTENTINFO*,
-                                LPSIZEL) override {
-    return E_NOTIMPL;  // any size is as good as another
-  }
-
-  // IObjectSafety: settings from anywhere do no harm; a script might read files, so it is no safe
-  // caller.
-  STDMETHODIMP GetInterfaceSafetyOptions(REFIID id, DWORD* known, DWORD* on) override;
-  STDMETHODIMP SetInterfaceSafetyOptions(REFIID id, DWORD mask, DWORD on) override;
-
   // For the object's parts.
 
   /// Keeps the object for as long as something of it runs that may call out.
@@ -114,19 +60,25 @@ class ControlObject final : public IDispatch,
   Site& site() { return site_; }
   Events& events() { return events_; }
   InPlace& in_place() { return in_place_; }
+  Embedding& embedding() { return embedding_; }
   Browsing& browsing() { return browsing_; }
-  bool is_dirty() const { return is_dirty_; }
+  Transfer& transfer() { return transfer_; }
+  Stores& stores() { return stores_; }
+  View& view() { return view_; }
+  const Objects& objects() const { return objects_; }
+  bool Offers(REFIID id) { return Interface(id) != nullptr; }
   /// The control, with the values of a new one unless a store has given it others.
   PlotControl& Control();
-  Canvas Picture();
+  /// As it stands, maybe before it has any values.
+  PlotControl& Unset() { return *control_; }
+  void Renew();
+  /// Reading announces what it sets, so that the control counts as changed afterwards.
+  void Restore(const PropertyBag& bag);
   SIZE ToPixels(float width, float height) const;
   /// The container gives it that size.
   void SetPixels(SIZE pixels);
   /// The tree is watched by the object itself while there is no window to do it.
   void WatchTree();
-  void NoteView() { view_is_stale_ = true; }
-  /// Tells who shows the view, if it has become another one since.
-  void TellViewChanged();
 
  private:
   /// The references and interfaces of the object by itself.
@@ -150,7 +102,6 @@ class ControlObject final : public IDispatch,
                        VARIANT* result, UINT* wrong);
   HRESULT CallMember(const Member& member, LCID locale, DISPPARAMS& params, VARIANT* result,
                      UINT* wrong);
-  void TakeSettings(const PropertyBag& bag);
 
   // What the control tells.
   void PropertyChanged(std::string_view property) override;
@@ -158,7 +109,7 @@ class ControlObject final : public IDispatch,
   void ResizeRequested(float width, float height,
                        const std::function<void(float, float)>& take) override;
   void UseTwips() override { site_.UseTwips(); }
-  void Repaint() override { NoteView(); }
+  void Repaint() override { view_.Note(); }
   void PointerChanged(std::int16_t) override { in_place_.PointerChanged(); }
   std::int32_t DeviceHandle() const override;
   std::int32_t WindowHandle() const override;
@@ -173,16 +124,12 @@ class ControlObject final : public IDispatch,
   Embedding embedding_;
   Browsing browsing_;
   Transfer transfer_;
+  Stores stores_;
+  View view_;
+  ClassFacts facts_;
   std::shared_ptr<PlotControl> control_;
   const Objects objects_;
   bool is_new_ = true;
-  bool is_dirty_ = false;
-  bool holds_no_storage_ = false;
-
-  bool view_is_stale_ = false;
-  DWORD advise_aspects_ = 0;
-  DWORD advise_flags_ = 0;
-  ComPtr<IAdviseSink> advised_;
 };
 
 }  // namespace discoplan::activex

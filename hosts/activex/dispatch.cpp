@@ -107,7 +107,7 @@ STDMETHODIMP ControlObject::Invoke(DISPID id, REFIID interface_id, LCID locale, 
     if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
     const HRESULT invoked = InvokeMember(*member, locale, kind, *params, result, wrong);
     in_place_.Sync();
-    TellViewChanged();
+    view_.TellChanged();
     return invoked;
   } catch (const RunTimeError& error) {
     return Raise(raised, row_, static_cast<int>(error.fault()), error.what());

@@ -38,7 +38,7 @@ STDMETHODIMP Embedding::Close(DWORD save) {
   object_.platform().CancelForms();
   object_.in_place().InPlaceDeactivate();
   const ComPtr<IOleClientSite> site = object_.site().client();
-  if (save != OLECLOSE_NOSAVE && object_.is_dirty() && site) site->SaveObject();
+  if (save != OLECLOSE_NOSAVE && object_.stores().IsDirty() == S_OK && site) site->SaveObject();
   if (advised_) advised_->SendOnClose();
   return S_OK;
 }
@@ -120,7 +120,7 @@ STDMETHODIMP Embedding::SetExtent(DWORD aspect, SIZEL* himetric) {
 }
 
 STDMETHODIMP Embedding::GetExtent(DWORD aspect, SIZEL* himetric) {
-  return object_.GetExtent(aspect, -1, nullptr, himetric);
+  return object_.view().GetExtent(aspect, -1, nullptr, himetric);
 }
 
 IOleAdviseHolder* Embedding::Advised() {
@@ -170,7 +170,7 @@ STDMETHODIMP Embedding::QuickActivate(QACONTAINER* container, QACONTROL* control
   *control = {sizeof *control, kMiscStatus, VIEWSTATUS_OPAQUE, 0, 0, 0};
   SetClientSite(container->pClientSite);
   if (container->pAdviseSink != nullptr) {
-    object_.SetAdvise(DVASPECT_CONTENT, 0, container->pAdviseSink);
+    object_.view().SetAdvise(DVASPECT_CONTENT, 0, container->pAdviseSink);
   }
   Events& events = object_.events();
   if (container->pUnkEventSink != nullptr) {

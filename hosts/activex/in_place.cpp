@@ -213,7 +213,7 @@ void InPlace::PointerChanged() const {
 void InPlace::Act(const std::function<void()>& act) {
   const ComPtr<IUnknown> alive = object_.Keep();
   act();
-  object_.TellViewChanged();
+  object_.view().TellChanged();
 }
 
 void InPlace::Mouse(Node& node, const MouseAction& action) {
@@ -251,7 +251,7 @@ void InPlace::Left() {
 
 bool InPlace::Works() const { return object_.site().UserMode(); }
 
-void InPlace::Noted() { object_.NoteView(); }
+void InPlace::Noted() { object_.view().Note(); }
 
 void InPlace::ResolutionChanged() {
   if (!object_.platform().FollowScreen(window())) return;

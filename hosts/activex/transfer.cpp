@@ -68,11 +68,11 @@ STDMETHODIMP Transfer::GetData(FORMATETC* wanted, STGMEDIUM* medium) try {
   *medium = {};
   if (wanted->cfFormat == CF_DIB) {
     medium->tymed = TYMED_HGLOBAL;
-    medium->hGlobal = Bitmap(object_.Picture());
+    medium->hGlobal = Bitmap(object_.view().Picture());
     return medium->hGlobal != nullptr ? S_OK : E_OUTOFMEMORY;
   }
   SIZEL himetric{};
-  object_.GetExtent(DVASPECT_CONTENT, -1, nullptr, &himetric);
+  object_.view().GetExtent(DVASPECT_CONTENT, -1, nullptr, &himetric);
   if (wanted->cfFormat == CF_ENHMETAFILE) {
     const RECT frame{0, 0, himetric.cx, himetric.cy};
     const HDC device = CreateEnhMetaFileW(nullptr, nullptr, &frame, L"Discoplan\0\0");
@@ -80,8 +80,8 @@ STDMETHODIMP Transfer::GetData(FORMATETC* wanted, STGMEDIUM* medium) try {
     const TwipsBox& box = object_.Control().root().Box();
     const SIZE pixels = object_.ToPixels(box.width, box.height);
     const RECTL bounds{0, 0, pixels.cx, pixels.cy};
-    object_.Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, device, &bounds, nullptr, nullptr,
-                 0);
+    object_.view().Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, device, &bounds, nullptr,
+                        nullptr, 0);
     medium->tymed = TYMED_ENHMF;
     medium->hEnhMetaFile = CloseEnhMetaFile(device);
     return medium->hEnhMetaFile != nullptr ? S_OK : E_OUTOFMEMORY;
@@ -92,8 +92,8 @@ STDMETHODIMP Transfer::GetData(FORMATETC* wanted, STGMEDIUM* medium) try {
   SetWindowOrgEx(device, 0, 0, nullptr);
   SetWindowExtEx(device, himetric.cx, himetric.cy, nullptr);
   const RECTL bounds{0, 0, himetric.cx, himetric.cy};
-  object_.Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, device, &bounds, nullptr, nullptr,
-               0);
+  object_.view().Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, device, &bounds, nullptr,
+                      nullptr, 0);
   const HMETAFILE file = CloseMetaFile(device);
   const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, sizeof(METAFILEPICT));
   if (file == nullptr || memory == nullptr) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The picture on a container's device.
+#include "hosts/activex/view.h"
 
 #include <utility>
 
@@ -16,25 +16,26 @@ LONG Himetric(float twips) {
 
 }  // namespace
 
-Canvas ControlObject::Picture() {
-  PlotControl& control = Control();
-  const Screen& screen = platform_.screen();
+View::View(ControlObject& object) : Part(object.whole()), object_(object) {}
+
+Canvas View::Picture() {
+  PlotControl& control = object_.Control();
+  const Screen& screen = object_.platform().screen();
   ForEachNode(control.root(), [](Node& node) {
     if (node.Picture()) node.Picture()->MarkShown();  // and tells of what is drawn from here on
   });
   Canvas canvas(WholePixels(control.root().Box().width / screen.twips_per_pixel_x),
                 WholePixels(control.root().Box().height / screen.twips_per_pixel_y),
                 PixelOf(control.root().BackColor()));
-  PaintTree(control.root(), canvas, {.resolution = screen, .text = platform_.text()});
+  PaintTree(control.root(), canvas, {.resolution = screen, .text = object_.platform().text()});
   return canvas;
 }
 
-STDMETHODIMP ControlObject::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, HDC device,
-                                 LPCRECTL bounds, LPCRECTL, BOOL(CALLBACK*)(ULONG_PTR),
-                                 ULONG_PTR) try {
+STDMETHODIMP View::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, HDC device,
+                        LPCRECTL bounds, LPCRECTL, BOOL(CALLBACK*)(ULONG_PTR), ULONG_PTR) try {
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
   if (bounds == nullptr || device == nullptr) return E_POINTER;
-  const ComPtr<IUnknown> alive = &self_;
+  const ComPtr<IUnknown> alive = object_.Keep();
   const Canvas canvas = Picture();
   if (canvas.Pixels().empty()) return S_OK;
   BITMAPINFO info = RowsOf(canvas.Width(), canvas.Height());
@@ -54,63 +55,61 @@ STDMETHODIMP ControlObject::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC
   return E_OUTOFMEMORY;
 }
 
-STDMETHODIMP ControlObject::GetExtent(DWORD aspect, LONG, DVTARGETDEVICE*, LPSIZEL size) {
+STDMETHODIMP View::GetExtent(DWORD aspect, LONG, DVTARGETDEVICE*, LPSIZEL size) {
   if (size == nullptr) return E_POINTER;
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
-  const TwipsBox& box = control_->root().Box();
+  const TwipsBox& box = object_.Unset().root().Box();
   *size = {Himetric(box.width), Himetric(box.height)};
   return S_OK;
 }
 
-STDMETHODIMP ControlObject::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) {
-  advise_aspects_ = aspects;
-  advise_flags_ = flags;
+STDMETHODIMP View::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) {
+  aspects_ = aspects;
+  flags_ = flags;
   advised_ = sink;
-  view_is_stale_ = view_is_stale_ || (sink != nullptr && (flags & ADVF_PRIMEFIRST) != 0);
-  TellViewChanged();
+  is_stale_ = is_stale_ || (sink != nullptr && (flags & ADVF_PRIMEFIRST) != 0);
+  TellChanged();
   return S_OK;
 }
 
-STDMETHODIMP ControlObject::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) {
-  if (aspects != nullptr) *aspects = advise_aspects_;
-  if (flags != nullptr) *flags = advise_flags_;
+STDMETHODIMP View::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) {
+  if (aspects != nullptr) *aspects = aspects_;
+  if (flags != nullptr) *flags = flags_;
   if (sink != nullptr) *sink = ComPtr<IAdviseSink>(advised_).Detach();
   return S_OK;
 }
 
-void ControlObject::TellViewChanged() {
-  if (!std::exchange(view_is_stale_, false)) return;
-  transfer_.Changed();
+void View::TellChanged() {
+  if (!std::exchange(is_stale_, false)) return;
+  object_.transfer().Changed();
   const ComPtr<IAdviseSink> sink = advised_;
-  if (!sink || (advise_aspects_ & DVASPECT_CONTENT) == 0) return;
-  if ((advise_flags_ & ADVF_ONLYONCE) != 0) advised_ = nullptr;
+  if (!sink || (aspects_ & DVASPECT_CONTENT) == 0) return;
+  if ((flags_ & ADVF_ONLYONCE) != 0) advised_ = nullptr;
   sink->OnViewChange(DVASPECT_CONTENT, -1);
 }
 
-STDMETHODIMP ControlObject::GetRect(DWORD aspect, LPRECTL bounds) {
+STDMETHODIMP View::GetRect(DWORD aspect, LPRECTL bounds) {
   if (bounds == nullptr) return E_POINTER;
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
-  const TwipsBox& box = control_->root().Box();
+  const TwipsBox& box = object_.Unset().root().Box();
   *bounds = {0, 0, Himetric(box.width), Himetric(box.height)};
   return S_OK;
 }
 
-STDMETHODIMP ControlObject::GetViewStatus(DWORD* status) {
+STDMETHODIMP View::GetViewStatus(DWORD* status) {
   if (status == nullptr) return E_POINTER;
   *status = VIEWSTATUS_OPAQUE;
   return S_OK;
 }
 
-STDMETHODIMP ControlObject::QueryHitPoint(DWORD aspect, LPCRECT bounds, POINT point, LONG,
-                                          DWORD* hit) {
+STDMETHODIMP View::QueryHitPoint(DWORD aspect, LPCRECT bounds, POINT point, LONG, DWORD* hit) {
   if (bounds == nullptr || hit == nullptr) return E_POINTER;
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
   *hit = PtInRect(bounds, point) ? HITRESULT_HIT : HITRESULT_OUTSIDE;
   return S_OK;
 }
 
-STDMETHODIMP ControlObject::QueryHitRect(DWORD aspect, LPCRECT bounds, LPCRECT place, LONG,
-                                         DWORD* hit) {
+STDMETHODIMP View::QueryHitRect(DWORD aspect, LPCRECT bounds, LPCRECT place, LONG, DWORD* hit) {
   if (bounds == nullptr || place == nullptr || hit == nullptr) return E_POINTER;
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
   RECT common{};

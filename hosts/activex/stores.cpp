@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The settings in the container's stores.
+#include "hosts/activex/stores.h"
 
 #include <array>
 #include <cstring>
@@ -149,32 +149,22 @@ HRESULT Guarded(Act&& act) try {
 
 }  // namespace
 
-STDMETHODIMP ControlObject::GetClassID(CLSID* id) {
+Stores::Stores(ControlObject& object) : Part(object.whole()), object_(object) {}
+
+STDMETHODIMP Stores::GetClassID(CLSID* id) {
   if (id == nullptr) return E_POINTER;
-  *id = ToGuid(row_.class_id);
+  *id = ToGuid(object_.row().class_id);
   return S_OK;
 }
 
-STDMETHODIMP ControlObject::InitNew() {
-  return Guarded([this] {
-    is_new_ = true;
-    Control();
-  });
+STDMETHODIMP Stores::InitNew() {
+  return Guarded([this] { object_.Renew(); });
 }
 
-/// A store that fails half-way leaves the settings as they were. Reading announces what it sets, so
-/// that the control counts as changed afterwards.
-void ControlObject::TakeSettings(const PropertyBag& bag) {
-  is_new_ = false;
-  control_->ReadProperties(bag);
-  control_->SetSize(control_->root().Box().width, control_->root().Box().height);
-  in_place_.Sync();
-  TellViewChanged();
-}
-
-STDMETHODIMP ControlObject::Load(IStream* stream) {
+/// A store that fails half-way leaves the settings as they were.
+STDMETHODIMP Stores::Load(IStream* stream) {
   if (stream == nullptr) return E_POINTER;
-  const ComPtr<IUnknown> alive = Keep();
+  const ComPtr<IUnknown> alive = object_.Keep();
   return Guarded([&] {
     Stream in(*stream);
     if (in.Read<std::uint32_t>() != kMark) throw STG_E_DOCFILECORRUPT;
@@ -183,44 +173,45 @@ STDMETHODIMP ControlObject::Load(IStream* stream) {
     const auto height = in.Read<float>();
     if (!(width >= 0 && width < 1e6F && height >= 0 && height < 1e6F)) throw STG_E_DOCFILECORRUPT;
     MemoryBag bag;
-    for (auto left = in.Read<std::uint32_t>(); left > 0; --left) ReadValue(in, bag, objects_);
-    control_->root().Move({0, 0, width, height});
-    TakeSettings(bag);
+    for (auto left = in.Read<std::uint32_t>(); left > 0; --left)
+      ReadValue(in, bag, object_.objects());
+    object_.Unset().root().Move({0, 0, width, height});
+    object_.Restore(bag);
   });
 }
 
-STDMETHODIMP ControlObject::Save(IStream* stream, BOOL clear_dirty) {
+STDMETHODIMP Stores::Save(IStream* stream, BOOL clear_dirty) {
   if (stream == nullptr) return E_POINTER;
-  const ComPtr<IUnknown> alive = Keep();
+  const ComPtr<IUnknown> alive = object_.Keep();
   return Guarded([&] {
     MemoryBag bag;
-    Control().WriteProperties(bag);
+    object_.Control().WriteProperties(bag);
     Stream out(*stream);
     out.Write(kMark);
     out.Write(kForm);
-    out.Write(control_->root().Box().width);
-    out.Write(control_->root().Box().height);
+    out.Write(object_.Unset().root().Box().width);
+    out.Write(object_.Unset().root().Box().height);
     out.Write(static_cast<std::uint32_t>(bag.entries().size()));
-    for (const MemoryBag::Entry& entry : bag.entries()) WriteValue(out, entry, objects_);
+    for (const MemoryBag::Entry& entry : bag.entries()) WriteValue(out, entry, object_.objects());
     if (clear_dirty) is_dirty_ = false;
   });
 }
 
-STDMETHODIMP ControlObject::Load(IPropertyBag* bag, IErrorLog* log) {
+STDMETHODIMP Stores::Load(IPropertyBag* bag, IErrorLog* log) {
   if (bag == nullptr) return E_POINTER;
-  const ComPtr<IUnknown> alive = Keep();
-  return Guarded([&] { TakeSettings(Taken(*bag, log, row_, objects_)); });
+  const ComPtr<IUnknown> alive = object_.Keep();
+  return Guarded([&] { object_.Restore(Taken(*bag, log, object_.row(), object_.objects())); });
 }
 
-STDMETHODIMP ControlObject::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL) {
+STDMETHODIMP Stores::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL) {
   if (bag == nullptr) return E_POINTER;
-  const ComPtr<IUnknown> alive = Keep();
+  const ComPtr<IUnknown> alive = object_.Keep();
   return Guarded([&] {
     MemoryBag settings;
-    Control().WriteProperties(settings);
+    object_.Control().WriteProperties(settings);
     for (const MemoryBag::Entry& entry : settings.entries()) {
       OwnedVariant value;
-      ToStored(entry.value, entry.kind, value, objects_);
+      ToStored(entry.value, entry.kind, value, object_.objects());
       const HRESULT written = bag->Write(Wide(entry.key).c_str(), &value);
       if (FAILED(written)) throw written;
     }
@@ -228,11 +219,11 @@ STDMETHODIMP ControlObject::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL) {
   });
 }
 
-STDMETHODIMP ControlObject::InitNew(IStorage* storage) {
+STDMETHODIMP Stores::InitNew(IStorage* storage) {
   return storage == nullptr ? E_POINTER : InitNew();
 }
 
-STDMETHODIMP ControlObject::Load(IStorage* storage) {
+STDMETHODIMP Stores::Load(IStorage* storage) {
   if (storage == nullptr) return E_POINTER;
   ComPtr<IStream> stream;
   const HRESULT opened =
@@ -240,7 +231,7 @@ STDMETHODIMP ControlObject::Load(IStorage* storage) {
   return FAILED(opened) ? opened : Load(stream.Get());
 }
 
-STDMETHODIMP ControlObject::Save(IStorage* storage, BOOL) {
+STDMETHODIMP Stores::Save(IStorage* storage, BOOL) {
   if (storage == nullptr) return E_POINTER;
   if (holds_no_storage_) return E_UNEXPECTED;
   ComPtr<IStream> stream;
@@ -249,15 +240,15 @@ STDMETHODIMP ControlObject::Save(IStorage* storage, BOOL) {
   return FAILED(made) ? made : Save(stream.Get(), FALSE);
 }
 
-STDMETHODIMP ControlObject::SaveCompleted(IStorage*) {
-  const ComPtr<IUnknown> alive = Keep();
+STDMETHODIMP Stores::SaveCompleted(IStorage*) {
+  const ComPtr<IUnknown> alive = object_.Keep();
   holds_no_storage_ = false;
   is_dirty_ = false;
-  embedding_.Saved();
+  object_.embedding().Saved();
   return S_OK;
 }
 
-STDMETHODIMP ControlObject::HandsOffStorage() {
+STDMETHODIMP Stores::HandsOffStorage() {
   holds_no_storage_ = true;
   return S_OK;
 }
