@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "discoplan/base/numbers.h"
+#include "hosts/activex/device_drawing.h"
 #include "hosts/activex/values.h"
 
 namespace discoplan::activex {
 namespace {
 
-constexpr std::int16_t kNoOutline = 5;
 constexpr DWORD kFirstFault = 0x800A0000;
 
 /// Objects of scripts answer this one, and not all of them the plain one.
@@ -45,7 +45,8 @@ DISPID IdOf(IDispatch& object, const wchar_t* name) {
   SysFreeString(raised.bstrDescription);
   SysFreeString(raised.bstrHelpFile);
   if (number != 0) throw RunTimeError(static_cast<Fault>(number), what);
-  const bool mismatch = result == DISP_E_TYPEMISMATCH || result == DISP_E_BADPARAMCOUNT;
+  const bool mismatch = result == DISP_E_TYPEMISMATCH || result == DISP_E_BADPARAMCOUNT ||
+                        result == DISP_E_PARAMNOTOPTIONAL || result == DISP_E_OVERFLOW;
   const bool missing = result == DISP_E_MEMBERNOTFOUND || result == DISP_E_UNKNOWNNAME;
   throw RunTimeError(mismatch  ? Fault::TypeMismatch
                      : missing ? Fault::MemberNotOffered
@@ -144,34 +145,14 @@ ComPtr<IDispatch> FontOf(IDispatch& object) {
   return dispatch;
 }
 
-/// The object's pen and brush on its device, for one call.
-class Tools {
- public:
-  Tools(HDC device, const Surface& state)
-      : device_(device),
-        pen_(state.DrawStyle() == kNoOutline
-                 ? CreatePen(PS_NULL, 0, 0)
-                 : CreatePen(PS_SOLID, state.DrawWidth(), state.ForeColor())),
-        brush_(state.FillStyle() == 0 ? CreateSolidBrush(state.FillColor())
-                                      : static_cast<HBRUSH>(GetStockObject(NULL_BRUSH))),
-        old_pen_(SelectObject(device, pen_)),
-        old_brush_(SelectObject(device, brush_)) {}
-  ~Tools() {
-    SelectObject(device_, old_pen_);
-    SelectObject(device_, old_brush_);
-    DeleteObject(pen_);
-    DeleteObject(brush_);
-  }
-  Tools(const Tools&) = delete;
-  Tools& operator=(const Tools&) = delete;
-
- private:
-  HDC device_;
-  HPEN pen_;
-  HBRUSH brush_;
-  HGDIOBJ old_pen_;
-  HGDIOBJ old_brush_;
-};
+/// What an object says that knows no such member, or one with other arguments.
+bool IsOtherForm(Fault fault) {
+  constexpr auto kArgumentNotOptional = static_cast<Fault>(449);
+  constexpr auto kWrongNumberOfArguments = static_cast<Fault>(450);
+  constexpr std::array kFaults = {Fault::TypeMismatch, Fault::Overflow, Fault::MemberNotOffered,
+                                  kArgumentNotOptional, kWrongNumberOfArguments};
+  return std::find(kFaults.begin(), kFaults.end(), fault) != kFaults.end();
+}
 
 }  // namespace
 
@@ -189,39 +170,68 @@ HDC CallerObject::Device() const {
   return reinterpret_cast<HDC>(static_cast<INT_PTR>(number.llVal));
 }
 
+HDC CallerObject::DeviceOrNone() const try { return Device(); } catch (const RunTimeError&) {
+  return nullptr;
+}
+
 void CallerObject::Cls() { Call(*object_.Get(), L"Cls", {}); }
 
 void CallerObject::Refresh() { Call(*object_.Get(), L"Refresh", {}); }
 
+/// Calls the member in the form of here. Objects of Basic, such as its printers, count the
+/// arguments of `Line` and `Circle` otherwise, and let nobody else call `Print`; they are drawn on
+/// by their device. What has taken one call raises its own errors from there on.
+template <class Draw>
+void CallerObject::CallOrDraw(Operation which, const wchar_t* name, std::span<const VARIANT> args,
+                              const Draw& draw) {
+  Manner& manner = manners_[static_cast<std::size_t>(which)];
+  if (manner != Manner::Device) {
+    try {
+      Call(*object_.Get(), name, args);
+      manner = Manner::Own;
+      return;
+    } catch (const RunTimeError& error) {
+      if (manner == Manner::Own || !IsOtherForm(error.fault()) || DeviceOrNone() == nullptr) throw;
+      manner = Manner::Device;
+    }
+  }
+  const bool twips = ScaleMode() == kTwips;
+  const bool printer = twips && IsPrinter();
+  draw(Device(), twips ? DeviceScale{1 / static_cast<double>(printer ? TwipsPerPixelX()
+                                                                     : screen_.twips_per_pixel_x),
+                                     1 / static_cast<double>(printer ? TwipsPerPixelY()
+                                                                     : screen_.twips_per_pixel_y)}
+                       : DeviceScale{});
+}
+
 void CallerObject::DrawLine(const LineCall& call) {
   constexpr std::array kShapes = {"line", "box", "filled"};
-  const SurfacePoint from = call.from.value_or(state_.current);
+  LineCall whole = call;
+  whole.from = call.from.value_or(state_.current);
   const TextArgument shape(kShapes[static_cast<std::size_t>(call.shape)]);
-  Call(*object_.Get(), L"Line",
-       std::array<VARIANT, 6>{Number(from.x), Number(from.y), Number(call.to.x), Number(call.to.y),
-                              OrMissing(call.colour), shape});
+  CallOrDraw(Operation::Line, L"Line",
+             std::array<VARIANT, 6>{Number(whole.from->x), Number(whole.from->y), Number(call.to.x),
+                                    Number(call.to.y), OrMissing(call.colour), shape},
+             [&](HDC device, DeviceScale scale) { LineOn(device, *this, scale, whole); });
 }
 
 void CallerObject::Circle(const CircleCall& call) {
-  Call(*object_.Get(), L"Circle",
-       std::array<VARIANT, 7>{Number(call.centre.x), Number(call.centre.y), Number(call.radius),
-                              OrMissing(call.colour), OrMissing(call.start), OrMissing(call.end),
-                              OrMissing(call.aspect)});
+  CallOrDraw(
+      Operation::Circle, L"Circle",
+      std::array<VARIANT, 7>{Number(call.centre.x), Number(call.centre.y), Number(call.radius),
+                             OrMissing(call.colour), OrMissing(call.start), OrMissing(call.end),
+                             OrMissing(call.aspect)},
+      [&](HDC device, DeviceScale scale) { CircleOn(device, *this, scale, call); });
 }
 
 void CallerObject::Print(std::string_view text) {
   const TextArgument argument(text);
-  Call(*object_.Get(), L"Print", std::array<VARIANT, 1>{argument});
+  CallOrDraw(Operation::Print, L"Print", std::array<VARIANT, 1>{argument},
+             [&](HDC device, DeviceScale scale) { TextOn(device, *this, scale, text); });
 }
 
 void CallerObject::Polygon(std::span<const PixelPoint> points) {
-  if (const HDC device = Device()) {
-    const Tools tools(device, *this);
-    std::vector<POINT> corners;
-    for (const PixelPoint& point : points) corners.push_back({point.x, point.y});
-    ::Polygon(device, corners.data(), static_cast<int>(corners.size()));
-    return;
-  }
+  if (const HDC device = Device()) return PolygonOn(device, *this, points);
   std::vector<VARIANT> corners;
   for (const PixelPoint& point : points) {
     corners.push_back(Number(point.x));
@@ -238,11 +248,7 @@ void CallerObject::Polygon(std::span<const PixelPoint> points) {
 }
 
 void CallerObject::FloodFill(PixelPoint start, Colour boundary) {
-  if (const HDC device = Device()) {
-    const Tools tools(device, *this);
-    ExtFloodFill(device, start.x, start.y, boundary, FLOODFILLBORDER);
-    return;
-  }
+  if (const HDC device = Device()) return FloodFillOn(device, *this, start, boundary);
   Call(*object_.Get(), L"FloodFill",
        std::array<VARIANT, 3>{Number(start.x), Number(start.y),
                               Number(static_cast<std::int32_t>(boundary))});

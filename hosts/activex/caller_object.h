@@ -3,7 +3,10 @@
 
 /// An object of the caller's, such as a printer: its members are called by their names. Those of
 /// `Surface` draw on it; polygons and fills go to its `hdc`, or where that is 0 to members
-/// `Polygon` and `FloodFill` of its own. What fails there is a run-time error here.
+/// `Polygon` and `FloodFill` of its own. Lines, circles and text go there too where its members
+/// take them in another form. What fails there is a run-time error here.
+
+#include <array>
 
 #include "discoplan/platform/screen.h"
 #include "discoplan/render/surface.h"
@@ -41,7 +44,15 @@ class CallerObject final : public Surface {
   bool Offers(const wchar_t* name) const;
   /// The device, or 0; a plot asks for it again with each polygon, as a new page may have another.
   HDC Device() const;
+  HDC DeviceOrNone() const;
 
+  enum class Operation { Line, Circle, Print };
+  enum class Manner { Unknown, Own, Device };
+  template <class Draw>
+  void CallOrDraw(Operation which, const wchar_t* name, std::span<const VARIANT> args,
+                  const Draw& draw);
+
+  std::array<Manner, 3> manners_{};
   ComPtr<IDispatch> object_;
   const Screen& screen_;
 };
