@@ -1,7 +1,7 @@
 # A thin front over the CMake presets. `make help` lists what there is.
 .DEFAULT_GOAL := help
 .PHONY: help demo test test-engines bench bench-engine bench-figures bench-python fuzz portability activex docs pictures wheel lint format packages \
-  elsewhere
+  elsewhere windows
 
 SOURCES = git ls-files '*.h' '*.cpp'
 LINTED = $(if $(FILES),echo $(FILES),git ls-files 'discoplan/*.cpp' 'hosts/*.cpp' 'apps/*.cpp')
@@ -12,6 +12,9 @@ help: ## Show this list
 packages: ## Install the Debian packages that are missing
 	@scripts/install-packages
 
+windows: packages
+	@scripts/install-packages windows
+
 elsewhere: packages
 	@scripts/install-packages elsewhere
 
@@ -20,7 +23,7 @@ demo: packages ## Build, and plot the measured wafers of examples/ into out/
 	@cmake --build --preset release --target discoplan-program discoplan-report -- --quiet
 	@scripts/demo build/release/apps/discoplan/discoplan out
 
-test: packages ## Build, and run every test
+test: windows ## Build, and run every test
 	@cmake --preset release --log-level=WARNING > /dev/null
 	@cmake --build --preset release -- --quiet
 	@ctest --preset release -j $$(nproc)
