@@ -11,15 +11,16 @@
 /// Summation endlicher Summen", ZAMM 54 (1974). The result is off by two roundings at most, plus
 /// a term of the order of n * 2^-106 of the sum of magnitudes.
 
-#include <cmath>
-
 namespace discoplan::analysis {
 
 class CompensatedSum {
  public:
   CompensatedSum& operator+=(double term) {
     const double sum = sum_ + term;
-    lost_ += std::abs(sum_) >= std::abs(term) ? (sum_ - sum) + term : (term - sum) + sum_;
+    // D. Knuth's way to what rounding took (The Art of Computer Programming 2, 4.2.2): the same as
+    // by the larger of both terms, without asking which one it is.
+    const double taken = sum - sum_;
+    lost_ += (sum_ - (sum - taken)) + (term - taken);
     sum_ = sum;
     return *this;
   }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 #include "discoplan/analysis/compensated_sum.h"
@@ -62,10 +63,13 @@ double Sample::Quantile(double p) const { return QuantileOf(sorted, p); }
 
 double Sample::MedianDeviation() const {
   const double median = Quantile(0.5);
-  std::vector<double> distances;
-  distances.reserve(sorted.size());
-  for (const double value : sorted) distances.push_back(std::abs(value - median));
-  std::sort(distances.begin(), distances.end());
+  const auto distance = [median](double value) { return std::abs(value - median); };
+  // They grow from the median on to both sides.
+  const auto right = std::lower_bound(sorted.begin(), sorted.end(), median);
+  std::vector<double> distances(sorted.size());
+  std::merge(std::make_reverse_iterator(right), sorted.rend(), right, sorted.end(),
+             distances.begin(), [&](double a, double b) { return distance(a) < distance(b); });
+  std::transform(distances.begin(), distances.end(), distances.begin(), distance);
   return QuantileOf(distances, 0.5);
 }
 

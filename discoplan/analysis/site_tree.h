@@ -8,7 +8,6 @@
 ///     for (const Neighbour& near : tree.Nearest(12.5, -40, 4)) Use(sites[near.site],
 ///     near.distance);
 
-#include <array>
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -35,20 +34,36 @@ class DISCOPLAN_EXPORT SiteTree {
   std::vector<Neighbour> Nearest(double x, double y, std::size_t count,
                                  std::size_t without = kNobody) const;
   std::span<const Site> Sites() const { return sites_; }
+  /// The sites in an order in which those that follow each other are near each other; `place` is
+  /// below their number.
+  std::size_t SiteAt(std::size_t place) const { return places_[place].site; }
 
  private:
+  friend double InterpolatedAt(const SiteTree& tree, double x, double y, std::size_t without);
+
+  static constexpr std::size_t kFewPlaces = 8;  // are looked at one by one
+  static constexpr std::size_t kDeepest = 64;
+
+  struct Part;
   struct Query;
-  struct Part {
-    std::size_t begin;
-    std::size_t end;
-    int axis;
+  struct Place {
+    float x;
+    float y;
+    std::size_t site;
   };
-  double Coordinate(std::size_t place, int axis) const;
+  struct Candidate {
+    double square = 0;  // of the distance
+    std::size_t site = 0;
+  };
+  Part Whole() const;
   void Build(const Part& part);
-  void Search(const Part& part, Query& query) const;
+  double DistanceTo(std::size_t site, double x, double y) const;
+  /// Fills `room` with the nearest sites, in order; their number.
+  std::size_t Find(double x, double y, std::size_t without, std::span<Candidate> room) const;
 
   std::span<const Site> sites_;
-  std::vector<std::size_t> order_;  // each part's middle divides it
+  std::vector<Place> places_;
+  std::vector<float> borders_;
 };
 
 /// What the sites of the tree say about a position: the mean of the four nearest, weighted by the

@@ -41,7 +41,8 @@ std::vector<std::size_t> PlainNearest(const std::vector<Site>& sites, double x, 
 // With ties and duplicates, which lie on a lattice.
 TEST(SiteTree, FindsWhatAWalkOverAllSitesFinds) {
   for (unsigned seed = 0; seed < 40; ++seed) {
-    const std::vector<Site> sites = RandomSites(1 + seed * 7, seed, seed % 2 == 0);
+    const std::size_t count = seed == 39 ? 3000 : 1 + seed * 7;
+    const std::vector<Site> sites = RandomSites(count, seed, seed % 2 == 0);
     const SiteTree tree(sites);
     const std::vector<Site> queries = RandomSites(30, seed + 100, seed % 4 == 0);
     for (std::size_t q = 0; q < queries.size(); ++q) {
@@ -52,6 +53,28 @@ TEST(SiteTree, FindsWhatAWalkOverAllSitesFinds) {
       }
       ASSERT_EQ(found, PlainNearest(sites, queries[q].x, queries[q].y, 4, without)) << seed;
     }
+  }
+}
+
+// On circles, whose radii as floats are the same, or not, by the last bit of a distance.
+TEST(SiteTree, TellsSitesApartByTheLastBitOfTheirDistance) {
+  std::mt19937 random(3);
+  std::uniform_real_distribution<double> angle(0, 7);
+  for (int round = 0; round < 200; ++round) {
+    std::vector<Site> sites;
+    for (int i = 0; i < 300; ++i) {
+      const double radius = round % 2 == 0 ? 100 : i % 3 + 1e-30;
+      const double at = angle(random);
+      sites.push_back({static_cast<float>(radius * std::cos(at)),
+                       static_cast<float>(radius * std::sin(at)), 0});
+    }
+    const SiteTree tree(sites);
+    std::vector<std::size_t> found;
+    for (const Neighbour& near : tree.Nearest(0, 0, 7)) {
+      EXPECT_EQ(near.distance, std::hypot(0.0 - sites[near.site].x, 0.0 - sites[near.site].y));
+      found.push_back(near.site);
+    }
+    ASSERT_EQ(found, PlainNearest(sites, 0, 0, 7, SiteTree::kNobody)) << round;
   }
 }
 

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <random>
 #include <set>
 
 #include "discoplan/analysis/compensated_sum.h"
@@ -27,6 +28,49 @@ TEST(CompensatedSum, KeepsWhatAPlainSumLoses) {
   CompensatedSum tenths;
   for (int i = 0; i < 1000000; ++i) tenths += 0.1;
   EXPECT_EQ(tenths.Value(), 100000);
+}
+
+/// What rounding took, by the larger of both terms.
+struct SumByTheLarger {
+  double sum = 0;
+  double lost = 0;
+
+  void Add(double term) {
+    const double next = sum + term;
+    lost += std::abs(sum) >= std::abs(term) ? (sum - next) + term : (term - next) + sum;
+    sum = next;
+  }
+};
+
+TEST(CompensatedSum, IsTheSameInEitherOrderOfTerms) {
+  std::mt19937_64 random(1);
+  for (int round = 0; round < 2000; ++round) {
+    CompensatedSum sum;
+    SumByTheLarger plain;
+    for (int i = 0; i < 50; ++i) {
+      const double digits = static_cast<double>(random()) - 9e18;
+      const double term = std::ldexp(digits, static_cast<int>(random() % 80) - 100);
+      sum += term;
+      plain.Add(term);
+      ASSERT_EQ(sum.Value(), plain.sum + plain.lost);
+    }
+  }
+}
+
+TEST(Sample, TakesTheMedianDeviationWithoutSortingAgain) {
+  std::mt19937 random(2);
+  for (std::size_t count = 1; count < 400; ++count) {
+    std::vector<double> values(count);
+    // Halves of whole numbers, with many ties, or any fractions.
+    for (double& value : values) {
+      value = count % 2 == 0 ? static_cast<double>(random() % 40) / 2 - 7
+                             : static_cast<double>(random()) / 3e8;
+    }
+    const Sample sample(values);
+    const double median = sample.Quantile(0.5);
+    for (double& value : values) value = std::abs(value - median);
+    ASSERT_EQ(sample.MedianDeviation(), Sample(values).Quantile(0.5)) << count;
+  }
 }
 
 TEST(DecimalOf, IsTheShortestDecimalOfTheFloat) {
