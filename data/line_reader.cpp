@@ -91,13 +91,15 @@ LineReader::LineReader(FileBytes& bytes) : bytes_(bytes), rest_(bytes.block()) {
 
 const std::deque<TextLine>& LineReader::Ahead() {
   TextLine line;
-  while (ahead_.size() < kLinesAhead && ReadLine(line)) ahead_.push_back(line);
+  while (ahead_.size() < kLinesAhead && ReadLine(line)) {
+    ahead_.push_back({line.number, ahead_texts_.emplace_back(line.text)});
+  }
   return ahead_;
 }
 
 bool LineReader::Next(TextLine& line) {
   if (ahead_.empty()) return ReadLine(line);
-  line = std::move(ahead_.front());
+  line = ahead_.front();
   ahead_.pop_front();
   return true;
 }
@@ -113,26 +115,34 @@ bool LineReader::ReadLine(TextLine& line) {
     const std::string_view content = Trimmed(line.text);
     if (IsComment(content)) continue;
     const bool blank = content.empty();
-    if (blank) line.text.clear();
+    if (blank) line.text = {};
     if (!std::exchange(after_blank_, blank) || !blank) return true;
   }
   return false;
 }
 
-/// Characters up to the line's end, or all of them. Lines end alike: the other end is looked for
-/// only as far as the one that came last.
-std::size_t LineReader::LineLength() const {
-  const std::size_t usual = std::min(rest_.find(line_end_), rest_.size());
-  return std::min(rest_.substr(0, usual).find(line_end_ == '\n' ? '\r' : '\n'), usual);
+/// Characters up to the line's end, or all of them. Lines end alike: the next one of the other kind
+/// is looked for once.
+std::size_t LineReader::LineLength() {
+  std::size_t length = rest_.size();
+  for (NextEnd& end : ends_) {
+    if (rest_.size() < end.from_back) {
+      end.from_back = rest_.size() - std::min(rest_.find(end.mark), rest_.size());
+    }
+    length = std::min(length, rest_.size() - end.from_back);
+  }
+  return length;
 }
 
-bool LineReader::ReadRaw(std::string& text) {
-  text.clear();
+bool LineReader::ReadRaw(std::string_view& text) {
+  joined_.clear();
   ++number_;
   while (true) {
     if (rest_.empty()) {
       bytes_.NextBlock();
       rest_ = bytes_.block();
+      ends_ = kUnknownEnds;
+      text = joined_;
       if (rest_.empty()) return !text.empty();
     }
     if (std::exchange(after_cr_, false) && rest_.front() == '\n') {
@@ -140,17 +150,18 @@ bool LineReader::ReadRaw(std::string& text) {
       continue;
     }
     const std::size_t length = LineLength();
-    text += rest_.substr(0, length);
-    if (text.size() > kLongestLine) {
+    if (joined_.size() + length > kLongestLine) {
       throw DataError({file(), number_},
                       "the line is longer than 1 MiB; a table has one site on a line");
     }
     if (length == rest_.size()) {
+      joined_ += rest_;
       rest_ = {};
       continue;
     }
-    line_end_ = rest_[length];
-    after_cr_ = line_end_ == '\r';
+    text = rest_.substr(0, length);
+    if (!joined_.empty()) text = joined_.append(text);
+    after_cr_ = rest_[length] == '\r';
     rest_.remove_prefix(length + 1);
     return true;
   }

@@ -3,6 +3,7 @@
 
 /// A data file as blocks of bytes and as lines of text, read from front to back, once.
 
+#include <array>
 #include <cstdint>
 #include <deque>
 #include <filesystem>
@@ -44,7 +45,7 @@ class FileBytes {
 
 struct TextLine {
   std::int64_t number = 0;  ///< from 1
-  std::string text;         ///< without its end
+  std::string_view text;    ///< without its end; it holds until the next line is read
 };
 
 /// The lines of a text, ended by LF, CRLF or CR. A byte order mark and lines that start with '#'
@@ -56,23 +57,32 @@ class LineReader {
   explicit LineReader(FileBytes& bytes);
 
   const std::string& file() const { return bytes_.file(); }
-  /// The first lines, 100 of them or all; they stay in line to be read.
+  /// The first lines, 100 of them or all; they stay in line to be read, and hold until then.
   const std::deque<TextLine>& Ahead();
   /// Reads the next line; false at the end.
   bool Next(TextLine& line);
 
  private:
+  struct NextEnd {
+    char mark;
+    std::size_t from_back;  // what is left of the block from there on
+  };
+  static constexpr std::size_t kUnknown = static_cast<std::size_t>(-1);
+  static constexpr std::array<NextEnd, 2> kUnknownEnds = {{{'\n', kUnknown}, {'\r', kUnknown}}};
+
   bool ReadLine(TextLine& line);
-  std::size_t LineLength() const;
-  bool ReadRaw(std::string& text);
+  std::size_t LineLength();
+  bool ReadRaw(std::string_view& text);
 
   FileBytes& bytes_;
   std::string_view rest_;
   std::int64_t number_ = 0;
-  char line_end_ = '\n';  // of the last line
+  std::array<NextEnd, 2> ends_ = kUnknownEnds;
   bool after_cr_ = false;
   bool after_blank_ = false;
+  std::string joined_;  // a line whose parts lie in several blocks
   std::deque<TextLine> ahead_;
+  std::deque<std::string> ahead_texts_;
 };
 
 }  // namespace discoplan::data

@@ -29,12 +29,17 @@ constexpr StatisticKey kStatistics[] = {{"MEAN", &ReportedStatistics::mean},
                                         {"STDDEV", &ReportedStatistics::stddev},
                                         {"RANGE", &ReportedStatistics::range}};
 
+struct StatisticLine {
+  std::int64_t number = 0;
+  std::string text;
+};
+
 struct Block {
   std::int64_t line = 0;      // of its WAFER ID
   Wafer wafer;                // its name and slot
   std::vector<Wafer> wafers;  // one for each parameter, once its table has begun
   Condition condition;
-  std::array<TextLine, std::size(kStatistics)> statistics;
+  std::array<StatisticLine, std::size(kStatistics)> statistics;
   std::optional<RowShape> shape;  // once its table has begun
   std::optional<bool> chosen;     // once that is asked
   bool in_table = false;
@@ -132,7 +137,8 @@ void LotReader::ReadBlockLine(const TextLine& line) {
       return SameName(fields_[0], statistic.key);
     });
     if (key != std::end(kStatistics)) {
-      block_->statistics[static_cast<std::size_t>(key - kStatistics)] = line;
+      block_->statistics[static_cast<std::size_t>(key - kStatistics)] = {line.number,
+                                                                         std::string(line.text)};
     }
   }
 }
@@ -188,7 +194,7 @@ std::optional<ReportedStatistics> LotReader::Reported(std::size_t column) {
   ReportedStatistics reported;
   bool complete = true;
   for (std::size_t i = 0; i < std::size(kStatistics); ++i) {
-    const TextLine& line = block_->statistics[i];
+    const StatisticLine& line = block_->statistics[i];
     std::vector<std::string_view> fields;
     SplitFields(line.text, dialect_, fields);
     const auto number =

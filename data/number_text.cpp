@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "data/number_text.h"
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <cmath>
-#include <iterator>
 
 #include "data/byte_words.h"
 #include "discoplan/base/algorithms.h"
@@ -34,21 +34,23 @@ bool MayGroup(std::string_view text, std::size_t comma) {
   return whole.size() <= 3 && whole.front() != '0' && rest.size() == 3 && AllOf(rest, IsDigit);
 }
 
+/// And with a minus sign, which gives a zero its sign too.
+constexpr double kPowers[][kMostDigits] = {
+    {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14},
+    {-1, -1e1, -1e2, -1e3, -1e4, -1e5, -1e6, -1e7, -1e8, -1e9, -1e10, -1e11, -1e12, -1e13, -1e14}};
+
 /// Digits and power of ten are whole numbers below 2^53, so that one division gives the nearest
 /// double, as the general way does.
-void Take(std::int64_t digits, std::size_t decimals, bool negative, bool has_point,
+void Take(std::uint64_t digits, std::size_t decimals, bool negative, bool has_point,
           ParsedNumber& number) {
-  static constexpr double kPowers[] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
-                                       1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14};
-  static_assert(std::size(kPowers) == kMostDigits);
-  const int sign = 1 - 2 * static_cast<int>(negative);  // gives a zero its sign too
-  number.value = sign * (static_cast<double>(digits) / kPowers[decimals]);
-  number.narrowed = ToFloat(number.value);
+  const auto whole = static_cast<double>(static_cast<std::int64_t>(digits));
+  number.value = whole / kPowers[negative ? 1 : 0][decimals];
+  number.narrowed = static_cast<float>(number.value);  // far from the ends of its range
   number.decimal_mark = has_point ? '.' : '\0';
 }
 
 /// The bytes of 1 to 8 characters, the first one lowest.
-std::uint64_t BytesOf(std::string_view text) {
+inline std::uint64_t BytesOf(std::string_view text) {
   const std::size_t size = text.size();
   if (size >= 4) {
     return FourBytes(text.data()) | FourBytes(text.data() + size - 4) << (8 * (size - 4));
@@ -59,9 +61,37 @@ std::uint64_t BytesOf(std::string_view text) {
   return at(0) | at(size / 2) | at(size - 1);
 }
 
+/// The number that 1 to 8 digits in the lowest bytes write; false if one of them is none.
+inline bool ReadDigits(std::uint64_t bytes, std::size_t size, std::uint64_t& number) {
+  constexpr std::uint64_t kZeros = InEachByte('0');
+  constexpr std::uint64_t kHigh = InEachByte('\xF0');
+  // Eight digits, with zeros in front.
+  const std::size_t room = 64 - 8 * size;
+  bytes = bytes << room | (kZeros & ((std::uint64_t{1} << room) - 1));
+  const std::uint64_t above_nine = (bytes + InEachByte(6)) & kHigh;
+  if ((bytes & kHigh) != kZeros || above_nine != kZeros) return false;
+  bytes -= kZeros;
+  // Each step joins neighbours: 2, then 4, then all 8 digits.
+  bytes = (bytes * 10 + (bytes >> 8)) & 0x00FF00FF00FF00FFU;
+  bytes = (bytes * 100 + (bytes >> 16)) & 0x0000FFFF0000FFFFU;
+  number = (bytes * 10000 + (bytes >> 32)) & 0xFFFFFFFFU;
+  return true;
+}
+
+/// The same of 1 to 15 characters.
+bool ReadDigits(std::string_view text, std::uint64_t& number) {
+  constexpr std::size_t kWord = 8;
+  if (text.size() <= kWord) return ReadDigits(BytesOf(text), text.size(), number);
+  const std::size_t first = text.size() - kWord;
+  std::uint64_t low = 0;
+  if (!ReadDigits(BytesOf(text.substr(0, first)), first, number)) return false;
+  if (!ReadDigits(EightBytes(text.data() + first), kWord, low)) return false;
+  number = number * 100'000'000 + low;
+  return true;
+}
+
 /// "12.345" of 1 to 8 characters, without looking at them one by one.
 bool ReadShortDecimal(std::string_view text, bool negative, ParsedNumber& number) {
-  constexpr std::uint64_t kZeros = InEachByte('0');
   std::uint64_t bytes = BytesOf(text);
   std::size_t size = text.size();
   std::size_t decimals = 0;
@@ -74,46 +104,39 @@ bool ReadShortDecimal(std::string_view text, bool negative, ParsedNumber& number
     --size;
     decimals = size - point;
   }
-  // Eight digits, with zeros in front.
-  const std::size_t room = 64 - 8 * size;
-  bytes = bytes << room | (kZeros & ((std::uint64_t{1} << room) - 1));
-  constexpr std::uint64_t kHigh = InEachByte('\xF0');
-  const std::uint64_t above_nine = (bytes + InEachByte(6)) & kHigh;
-  if ((bytes & kHigh) != kZeros || above_nine != kZeros) return false;
-  bytes -= kZeros;
-  // Each step joins neighbours: 2, then 4, then all 8 digits.
-  bytes = (bytes * 10 + (bytes >> 8)) & 0x00FF00FF00FF00FFU;
-  bytes = (bytes * 100 + (bytes >> 16)) & 0x0000FFFF0000FFFFU;
-  bytes = (bytes * 10000 + (bytes >> 32)) & 0xFFFFFFFFU;
-  Take(static_cast<std::int64_t>(bytes), decimals, negative, points != 0, number);
+  std::uint64_t digits = 0;
+  if (!ReadDigits(bytes, size, digits)) return false;
+  Take(digits, decimals, negative, points != 0, number);
   return true;
 }
 
-/// Reads what nearly all numbers look like, "-12.345" of at most 15 digits; false for any other
-/// text.
-bool ReadPlainDecimal(std::string_view text, ParsedNumber& number) {
+/// The same of 9 to 16 characters, by their digits before and behind the point.
+bool ReadLongDecimal(std::string_view text, bool negative, ParsedNumber& number) {
+  const std::size_t point = std::min(text.find('.'), text.size());
+  const bool has_point = point < text.size();
+  const std::string_view decimals = text.substr(point + (has_point ? 1 : 0));
+  if (point == 0 || point > kMostDigits || has_point == decimals.empty()) return false;
+  std::uint64_t whole = 0;
+  std::uint64_t part = 0;
+  if (!ReadDigits(text.substr(0, point), whole)) return false;
+  if (has_point && !ReadDigits(decimals, part)) return false;
+  const auto power = static_cast<std::uint64_t>(kPowers[0][decimals.size()]);
+  Take(whole * power + part, decimals.size(), negative, has_point, number);
+  return true;
+}
+
+}  // namespace
+
+/// What nearly all numbers look like: "-12.345" of at most 15 digits.
+bool number_text_detail::ReadPlainly(std::string_view text, ParsedNumber& number) {
   const bool negative = text.starts_with('-');
   text.remove_prefix(negative);
+  if (text.size() - 1 < 8) return ReadShortDecimal(text, negative, number);
   if (text.empty() || text.size() > kMostDigits + 1) return false;
-  if (text.size() <= 8) return ReadShortDecimal(text, negative, number);
-  if (!IsDigit(text.front()) || !IsDigit(text.back())) return false;
-  // Without branches on the characters, which a processor can't foresee.
-  std::int64_t digits = 0;
-  std::size_t point = text.size();
-  int marks = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool is_digit = IsDigit(text[i]);
-    digits = is_digit ? 10 * digits + (text[i] - '0') : digits;
-    point = is_digit ? point : i;
-    marks += !is_digit;
-  }
-  if (marks > 1 || (marks == 1 && text[point] != '.')) return false;
-  if (marks == 0 && text.size() > kMostDigits) return false;
-  Take(digits, marks == 0 ? 0 : text.size() - point - 1, negative, marks != 0, number);
-  return true;
+  return ReadLongDecimal(text, negative, number);
 }
 
-NumberFault ReadNumber(std::string_view text, ParsedNumber& number) {
+NumberFault number_text_detail::ReadGenerally(std::string_view text, ParsedNumber& number) {
   text = Trimmed(text);
   if (text.empty()) return NumberFault::Empty;
   if (text.front() == '+') {
@@ -138,14 +161,6 @@ NumberFault ReadNumber(std::string_view text, ParsedNumber& number) {
   if (!std::isfinite(number.value)) return NumberFault::NotFinite;
   const bool fits = Attempt([&] { number.narrowed = ToFloat(number.value); });
   return fits ? NumberFault::None : NumberFault::OutOfRange;
-}
-
-}  // namespace
-
-ParsedNumber ParseNumber(std::string_view text) {
-  ParsedNumber number;
-  if (!ReadPlainDecimal(text, number)) number.fault = ReadNumber(text, number);
-  return number;
 }
 
 void DecimalMarks::Note(const ParsedNumber& number, std::string_view text, const Place& place) {

@@ -27,6 +27,20 @@ struct ParsedNumber {
 /// "inf" are `NotFinite`, what overflows a 32-bit float is `OutOfRange`; hexadecimals are `Text`.
 ParsedNumber ParseNumber(std::string_view text);
 
+namespace number_text_detail {
+/// Reads most numbers; false for a text that takes the general way.
+bool ReadPlainly(std::string_view text, ParsedNumber& number);
+NumberFault ReadGenerally(std::string_view text, ParsedNumber& number);
+}  // namespace number_text_detail
+
+inline ParsedNumber ParseNumber(std::string_view text) {
+  ParsedNumber number;
+  if (!number_text_detail::ReadPlainly(text, number)) {
+    number.fault = number_text_detail::ReadGenerally(text, number);
+  }
+  return number;
+}
+
 /// Sees to it that all numbers of a file have the same decimal mark, and that one that may be read
 /// in two ways, 1.234 or 1234, is backed by another that can't.
 class DecimalMarks {

@@ -110,11 +110,6 @@ void SiteRows::Fail(NumberFault fault, std::string_view text, std::int64_t line,
   for (Wafer& wafer : wafers) Count(ReasonFor(fault), wafer.left_out);
 }
 
-void SiteRows::Note(const ParsedNumber& number, std::string_view text, std::int64_t line,
-                    std::size_t column) {
-  if (!marks_.Knows(number)) marks_.Note(number, text, At(file_, line, column));
-}
-
 bool SiteRows::Meets(const Condition& condition, const std::vector<std::string_view>& fields,
                      std::int64_t line, std::span<Wafer> wafers) {
   Condition::Fault fault;

@@ -67,7 +67,10 @@ class SiteRows {
   void Fail(NumberFault fault, std::string_view text, std::int64_t line, std::size_t column,
             std::span<Wafer> wafers);
   void Note(const ParsedNumber& number, std::string_view text, std::int64_t line,
-            std::size_t column);
+            std::size_t column) {
+    if (marks_.Knows(number)) return;
+    marks_.Note(number, text, {file_, line, static_cast<std::int64_t>(column) + 1});
+  }
 
   std::string file_;
   bool skip_invalid_;

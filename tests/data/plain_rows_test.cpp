@@ -6,9 +6,11 @@
 #include <array>
 #include <bit>
 #include <random>
+#include <set>
 
 #include "data/fields.h"
 #include "data/number_text.h"
+#include "data/repeats.h"
 #include "tests/data/data_files.h"
 
 namespace discoplan::data {
@@ -121,6 +123,35 @@ TEST(PlainRows, EndInAnyMixtureOfWays) {
     const std::string outcome = Outcome(request);
     request.path = folder.Write("even.csv", even);
     ASSERT_EQ(outcome, Outcome(request)) << round;
+  }
+}
+
+TEST(RepeatedSites, AreThoseOfASet) {
+  std::mt19937 random(5);
+  for (int round = 0; round < 60; ++round) {
+    const unsigned places = round % 3 == 0 ? 8 : round % 3 == 1 ? 60 : 40000;
+    std::vector<float> x, y;
+    std::set<std::pair<float, float>> seen;
+    for (int i = 0; i < 2000; ++i) {
+      x.push_back((random() % 2 == 0 ? 1.0F : -1.0F) * static_cast<float>(random() % places));
+      y.push_back(static_cast<float>(random() % places) / 7);
+      seen.emplace(x.back(), y.back());  // a negative zero is a zero
+    }
+    ASSERT_EQ(RepeatedSites(x, y), x.size() - seen.size()) << round;
+  }
+}
+
+/// Long lines are cut by 64 characters; the separators may stand anywhere.
+TEST(PlainRows, OfAnyLengthHaveTheFieldsOfTheGeneralWay) {
+  std::mt19937 random(6);
+  for (int i = 0; i < 20'000; ++i) {
+    const std::string line = AnyText(i % 2 == 0 ? "1,.; 5" : "12345678,", 300, random);
+    const std::string quoted = line + ",\"\"";
+    std::vector<std::string_view> plain, general;
+    ASSERT_EQ(SplitFields(line, {','}, plain), 0u);
+    ASSERT_EQ(SplitFields(quoted, {','}, general), 0u);
+    general.pop_back();
+    ASSERT_EQ(plain, general) << line;
   }
 }
 
