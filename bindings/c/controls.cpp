@@ -6,6 +6,7 @@
 
 #include "bindings/c/describe.h"
 #include "bindings/c/drawing.h"
+#include "bindings/c/of_thread.h"
 #include "bindings/c/values.h"
 #include "data/plain_text.h"
 #include "discoplan/controls/control_factory.h"
@@ -57,9 +58,6 @@ class HeldControl final : public Held, private Container {
     context_ = context;
   }
 
-  /// Keeps what callers are given until the next call.
-  Kept& Given() { return given_; }
-
  private:
   void EventRaised(std::string_view event, std::span<const Variant> args) override {
     if (handler_ == nullptr) return;
@@ -75,8 +73,15 @@ class HeldControl final : public Held, private Container {
   std::unique_ptr<PlotControl> control_;
   discoplan_event_handler handler_ = nullptr;
   void* context_ = nullptr;
-  Kept given_;
 };
+
+/// Keeps what a thread is given until its next call: those of other threads may come in between.
+Kept& Given() {
+  struct Last {
+    Kept given;
+  };
+  return OfThread<Last>().given;
+}
 
 const Member& MemberOf(const PlotControl& control, const char* name) {
   const std::string wanted = &Needed(name, "name");
@@ -173,8 +178,9 @@ discoplan_status discoplan_control_get(discoplan_control* control, const char* n
     Needed(value, "value");
     held->Use([&](PlotControl& plot) {
       const Member& member = MemberOf(plot, name);
-      held->Given().Clear();
-      Named(member, [&] { *value = held->Given().Keep(member.Get(plot)); });
+      Kept& kept = Given();
+      kept.Clear();
+      Named(member, [&] { *value = kept.Keep(member.Get(plot)); });
     });
   });
 }
@@ -201,7 +207,7 @@ discoplan_status discoplan_control_call(discoplan_control* control, const char* 
     held->Use([&](PlotControl& plot) {
       const Member& member = MemberOf(plot, name);
       const std::span given(arguments, static_cast<std::size_t>(count));
-      Named(member, [&] { CallMember(plot, member, given, result, held->Given()); });
+      Named(member, [&] { CallMember(plot, member, given, result, Given()); });
     });
   });
 }

@@ -396,7 +396,7 @@ DISCOPLAN_API discoplan_status discoplan_control_new(const char* class_name, int
                                                      int32_t height, discoplan_control** control);
 DISCOPLAN_API discoplan_status discoplan_control_resize(discoplan_control* control, int32_t width,
                                                         int32_t height);
-/* Members by their names. What comes out stays until the next call for the control. */
+/* Members by their names. What comes out stays until the thread's next call of these. */
 DISCOPLAN_API discoplan_status discoplan_control_get(discoplan_control* control, const char* name,
                                                      discoplan_value* value);
 DISCOPLAN_API discoplan_status discoplan_control_set(discoplan_control* control, const char* name,

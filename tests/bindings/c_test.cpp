@@ -537,6 +537,24 @@ TEST(CMisuse, StructsOfLaterVersionsWillDoIfTheyAskForNothingNew) {
   EXPECT_EQ(picture, nullptr);
 }
 
+TEST(CThreads, KeepWhatTheyAreGivenByAControl) {
+  discoplan_control* control = nullptr;
+  ASSERT_EQ(discoplan_control_new("Plot2D", 400, 300, &control), DISCOPLAN_OK);
+  const std::string first(100, 'a'), second(100, 'b');
+  const auto captioned = [&](const std::string& text) {
+    discoplan_value value{};
+    value.type = DISCOPLAN_TEXT;
+    value.text = text.c_str();
+    EXPECT_EQ(discoplan_control_set(control, "PlotCaption", &value), DISCOPLAN_OK);
+    EXPECT_EQ(discoplan_control_get(control, "PlotCaption", &value), DISCOPLAN_OK);
+    return value.text;
+  };
+  const char* const given = captioned(first);
+  std::thread([&] { EXPECT_EQ(captioned(second), second); }).join();
+  EXPECT_EQ(given, first);
+  discoplan_free(control);
+}
+
 TEST(CThreads, ShareWafersAndFreeThemAtAnyTime) {
   const Ramp ramp;
   std::vector<std::thread> threads;
