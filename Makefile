@@ -1,7 +1,7 @@
 # A thin front over the CMake presets. `make help` lists what there is.
 .DEFAULT_GOAL := help
-.PHONY: help demo test test-engines bench bench-engine bench-figures bench-python fuzz portability activex docs pictures wheel lint format packages \
-  elsewhere windows
+.PHONY: help demo test test-engines bench bench-engine bench-figures bench-python asan-python soak-python \
+  fuzz portability activex docs pictures wheel lint format packages elsewhere windows
 
 SOURCES = git ls-files '*.h' '*.cpp'
 LINTED = $(if $(FILES),echo $(FILES),git ls-files 'discoplan/*.cpp' 'hosts/*.cpp' 'apps/*.cpp')
@@ -40,6 +40,20 @@ bench-python: packages ## Compare the Python package with numpy, scipy and matpl
 	@cmake --build --preset release --target discoplan-python-package -- --quiet
 	@tests/python/environment python3 build/python-tests tests/python/requirements.txt
 	@PYTHONPATH=build/release/python build/python-tests/bin/python bench/python/bench.py
+
+asan-python: packages ## Test the Python package under AddressSanitizer
+	@cmake -S . -B build/asan-python -G Ninja -D CMAKE_BUILD_TYPE=Release -D BUILD_SHARED_LIBS=OFF \
+	  -D CMAKE_CXX_FLAGS_RELEASE='-O1 -g1 -fno-omit-frame-pointer' -D CMAKE_CXX_FLAGS=-fsanitize=address \
+	  -D DISCOPLAN_QT=OFF -D DISCOPLAN_TESTS=OFF -D DISCOPLAN_INSTALL=OFF --log-level=WARNING > /dev/null
+	@cmake --build build/asan-python --target discoplan-python-package -- --quiet
+	@cmake --preset release --log-level=WARNING > /dev/null
+	@cmake --build --preset release --target discoplan-program -- --quiet
+	@tests/python/asan python3 build/asan-python/python $(CURDIR) build/release/apps/discoplan/discoplan
+
+soak-python: packages ## Draw a million plots in Python, and see that memory doesn't grow, or COUNT=1000 fewer
+	@cmake --preset release --log-level=WARNING > /dev/null
+	@cmake --build --preset release --target discoplan-python-package -- --quiet
+	@PYTHONPATH=build/release/python PYTHONDONTWRITEBYTECODE=1 python3 tests/python/soak.py $(COUNT)
 
 bench-figures: packages ## Build, and compare pictures with those of matplotlib and gnuplot
 	@cmake --preset bench --log-level=WARNING > /dev/null
