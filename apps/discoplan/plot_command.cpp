@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -12,31 +10,18 @@
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/picture_request.h"
 #include "discoplan/base/algorithms.h"
+#include "hosts/headless/classic_look.h"
 #include "hosts/headless/headless_host.h"
 #include "hosts/headless/png_file.h"
 
 namespace discoplan::app {
 namespace {
 
-/// Letters grow with the square root of the picture: large pictures get finer detail and larger
-/// letters at once. Small ones shrink so that the least size of a control fits.
-Screen ScreenFor(const PixelSize& size, const ControlClass& kind) {
-  constexpr float kPlainSide = 300;
-  const auto width = static_cast<float>(size.width);
-  const auto height = static_cast<float>(size.height);
-  const float grown =
-      kTwipsPerPixel / std::sqrt(std::max(1.0F, std::min(width, height) / kPlainSide));
-  const bool scales = kind.family != Family::Chart;  // whose margins are in pixels
-  const float twips = std::max(
-      {scales ? grown : kTwipsPerPixel, kind.least.width / width, kind.least.height / height});
-  return {twips, twips};
-}
-
 /// One kind of plot with the host that it stands on.
 class Drawing {
  public:
   Drawing(const ControlClass& kind, const PictureRequest& request, const Wafer& measured)
-      : host_(ScreenFor(request.size, kind)) {
+      : host_(ScreenFor(kind, request.size.width, request.size.height)) {
     WarnByMessages(host_, request.data);
     const Screen& screen = host_.screen();
     const PlotStage stage{

@@ -11,29 +11,19 @@
 #include "data/wafer_choice.h"
 #include "discoplan/base/algorithms.h"
 #include "discoplan/base/numbers.h"
-#include "discoplan/controls/lattice_control.h"
-#include "discoplan/controls/plot3db.h"
 #include "discoplan/controls/view_control.h"
 #include "discoplan/core/worker_pool.h"
-#include "discoplan/figures/colour_map.h"
 #include "discoplan/render/number_text.h"
+#include "hosts/headless/classic_look.h"
 #include "hosts/headless/settings_file.h"
 
 namespace discoplan::app {
 namespace {
 
-constexpr float kFinestCells = 200;
-/// Of the bars between the limits, in parts of the wafer's diameter.
-constexpr float kBarHeight = 0.2F;
-
 void TakeSize(PlotControl& control, const Wafer& measured) {
   control.WaferDiameter(measured.diameter);
   control.TestDiameter(measured.test_diameter);
 }
-
-/// Cell side in mm: the time that a surface takes grows with the square of its lines, of which
-/// nobody sees more than a thousand.
-float FinestSurface(const PlotControl& control) { return control.WaferDiameter() / 1000; }
 
 void RefuseFineSurface(const PlotControl& control) {
   const auto* surface = dynamic_cast<const SurfaceControl*>(&control);
@@ -80,7 +70,7 @@ void SetUp(PlotControl& control, const PlotRequest& request, const Measured& mea
     ReadSettings(control, request.settings);
   }
   TakeSize(control, measured.wafer);
-  if (fits) FitLook(control, measured.wafer);
+  if (fits) FitLook(control, measured.wafer.value);
   if (request.style) {
     control.WaferStyle(*request.style == "flat" ? WaferSt::Flat : WaferSt::Notch);
   }
@@ -104,16 +94,6 @@ std::shared_ptr<WorkerPool> NewWorkers(int threads) {
     throw CommandError("--threads: there is no room for " + std::to_string(threads) +
                        " threads now (" + error.code().message() + "); give fewer");
   }
-}
-
-/// Of the classes' colours, from the highest on; empty for a plot in one colour.
-std::vector<std::string> ColourMembers(const PlotControl& control) {
-  std::vector<std::string> names;
-  for (int i = 0; i < wafer::kLegendRows; ++i) {
-    std::string name = "IntervalColor" + std::to_string(i);
-    if (control.Members().Find(name) != nullptr) names.push_back(std::move(name));
-  }
-  return names;
 }
 
 }  // namespace
@@ -207,22 +187,6 @@ void FitCaption(PlotControl& control, const Wafer& measured) {
   control.PlotCaption(CaptionOf(measured.name, measured));
 }
 
-void FitLook(PlotControl& control, const Wafer& measured) {
-  control.BackColor(kWhite);
-  if (auto* bars = dynamic_cast<Plot3DB*>(&control)) {
-    const auto [low, high] = MinMax(measured.value);
-    if (low < high) bars->BeamScale(kBarHeight * control.WaferDiameter() / (high - low));
-  }
-  if (auto* map = dynamic_cast<LatticeControl*>(&control)) {
-    map->Resolution(map->TestDiameter() / kFinestCells);
-  }
-  auto* surface = dynamic_cast<SurfaceControl*>(&control);
-  if (surface != nullptr && surface->XResolution() < FinestSurface(control)) {
-    surface->XResolution(FinestSurface(control));
-    surface->YResolution(FinestSurface(control));
-  }
-}
-
 std::unique_ptr<PlotControl> LoadedControl(const ControlClass& kind, const PlotRequest& request,
                                            const ReadRequest& data, const Wafer& measured,
                                            const PlotStage& stage) {
@@ -236,18 +200,6 @@ std::unique_ptr<PlotControl> LoadedControl(const ControlClass& kind, const PlotR
     control->SetPlotLimit(limits->first, limits->second);
   }
   return control;
-}
-
-void TakeColours(PlotControl& control, const std::string& colours) {
-  if (colours.empty()) return;
-  const std::vector<std::string> names = ColourMembers(control);
-  const std::vector<figures::Rgba> bands =
-      figures::BandColours(*figures::FindColourMap(colours), static_cast<int>(names.size()));
-  for (std::size_t i = 0; i < bands.size(); ++i) {
-    const figures::Rgba colour = bands[bands.size() - 1 - i];  // from the highest class on
-    const auto packed = static_cast<Colour>(colour.red | colour.green << 8 | colour.blue << 16);
-    SetMember(control, names[i] + "=" + std::to_string(packed));
-  }
 }
 
 void SaveSettings(const PlotRequest& request, PlotControl& control, const Wafer& measured) {

@@ -47,10 +47,6 @@ ReadRequest WithSizes(const PlotRequest& request, const PlotKinds& kinds, ReadRe
 void FitSize(PlotControl& control, const Wafer& measured);
 /// Gives it the name alone, with what was done to the values and what was left out.
 void FitCaption(PlotControl& control, const Wafer& measured);
-/// What is chosen where nothing else is asked for: a picture is drawn once and looked at long, so
-/// a map as fine as it gets, and bars as high as they can be told apart.
-void FitLook(PlotControl& control, const Wafer& measured);
-
 /// Where a plot is drawn, and how large in twips.
 struct PlotStage {
   Platform& platform;
@@ -64,9 +60,6 @@ struct PlotStage {
 std::unique_ptr<PlotControl> LoadedControl(const ControlClass& kind, const PlotRequest& request,
                                            const ReadRequest& data, const Wafer& measured,
                                            const PlotStage& stage);
-
-/// Gives the ten classes of a coloured plot the colours of a map, if one is named.
-void TakeColours(PlotControl& control, const std::string& colours);
 
 /// The limits asked for. Raises as `EndsOf` does.
 std::optional<std::pair<float, float>> LimitsFor(const PlotRequest& request,

@@ -6,6 +6,7 @@
 #include "apps/report/report_commands.h"
 #include "apps/report/vector_file.h"
 #include "discoplan/base/numbers.h"
+#include "hosts/headless/classic_look.h"
 
 namespace discoplan::app {
 namespace {

@@ -9,6 +9,7 @@
 #include "apps/view/pointed_site.h"
 #include "apps/view/settings_bag.h"
 #include "discoplan/base/numbers.h"
+#include "hosts/headless/classic_look.h"
 #include "hosts/qt/plot_widgets.h"
 
 namespace discoplan::app {
@@ -75,7 +76,7 @@ void PlotTabs::Show(std::shared_ptr<const Wafer> measured) {
       } else {
         FitSize(control, *measured_);
       }
-      if (!tab->fitted) FitLook(control, *measured_);
+      if (!tab->fitted) FitLook(control, measured_->value);
       tab->fitted = true;
     }
     drawing_ = false;

@@ -1,71 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The classic look: a control of its own, set up for the wafer as the command line sets it up.
-#include <algorithm>
-#include <cmath>
-
 #include "bindings/c/drawing.h"
 #include "bindings/c/of_thread.h"
-#include "discoplan/base/algorithms.h"
-#include "discoplan/controls/lattice_control.h"
-#include "discoplan/controls/plot3db.h"
-#include "discoplan/controls/sigma_control.h"
-#include "discoplan/controls/view_control.h"
-#include "discoplan/platform/screen.h"
+#include "hosts/headless/classic_look.h"
 #include "hosts/headless/headless_host.h"
 
 namespace discoplan::c {
 namespace {
-
-/// Letters grow with the square root of the picture. Small ones shrink so that the least size of a
-/// control fits.
-Screen ScreenFor(const Drawing& drawing) {
-  constexpr float kPlainSide = 300;
-  const ControlClass& kind = *drawing.kind;
-  const auto width = static_cast<float>(drawing.width);
-  const auto height = static_cast<float>(drawing.height);
-  const float grown =
-      kTwipsPerPixel / std::sqrt(std::max(1.0F, std::min(width, height) / kPlainSide));
-  const bool scales = kind.family != Family::Chart;  // whose margins are in pixels
-  const float twips = std::max(
-      {scales ? grown : kTwipsPerPixel, kind.least.width / width, kind.least.height / height});
-  return {twips, twips};
-}
-
-void FitLook(PlotControl& control, const data::Wafer& measured) {
-  constexpr float kFinestCells = 200;
-  constexpr float kFinestLines = 1000;
-  constexpr float kBarHeight = 0.2F;  // between the limits, in parts of the diameter
-  control.BackColor(kWhite);
-  if (auto* bars = dynamic_cast<Plot3DB*>(&control)) {
-    const auto [low, high] = MinMax(measured.value);
-    if (low < high) bars->BeamScale(kBarHeight * control.WaferDiameter() / (high - low));
-  }
-  if (auto* map = dynamic_cast<LatticeControl*>(&control)) {
-    map->Resolution(map->TestDiameter() / kFinestCells);
-  }
-  auto* surface = dynamic_cast<SurfaceControl*>(&control);
-  const float finest = control.WaferDiameter() / kFinestLines;
-  if (surface != nullptr && surface->XResolution() < finest) {
-    surface->XResolution(finest);
-    surface->YResolution(finest);
-  }
-}
-
-void TakeColours(PlotControl& control, const std::string& colours) {
-  if (colours.empty()) return;
-  std::vector<const Member*> intervals;  // from the highest on
-  for (int i = 0; i < wafer::kLegendRows; ++i) {
-    const Member* member = control.Members().Find("IntervalColor" + std::to_string(i));
-    if (member != nullptr) intervals.push_back(member);
-  }
-  const auto bands =
-      figures::BandColours(*figures::FindColourMap(colours), static_cast<int>(intervals.size()));
-  for (std::size_t i = 0; i < bands.size(); ++i) {
-    const figures::Rgba& band = bands[bands.size() - 1 - i];
-    const auto packed = static_cast<Colour>(band.red | band.green << 8 | band.blue << 16);
-    intervals[i]->Set(control, Variant(packed));
-  }
-}
 
 void SetUp(PlotControl& control, const MeasuredWafer& wafer, const Drawing& drawing) {
   const data::Wafer& measured = wafer.Measured();
@@ -75,7 +16,7 @@ void SetUp(PlotControl& control, const MeasuredWafer& wafer, const Drawing& draw
   std::string title = drawing.has_title ? drawing.title : measured.name;
   if (wafer.LeftOut() > 0) title += (title.empty() ? "" : ": ") + wafer.SitesText();
   control.PlotCaption(title);
-  FitLook(control, measured);
+  FitLook(control, measured.value);
   if (wafer.Looks().orientation == figures::Orientation::Flat) control.WaferStyle(WaferSt::Flat);
   const Member* sigma = control.Members().Find("SigmaRange");
   if (drawing.sigma_range > 0 && sigma != nullptr) {
@@ -96,7 +37,7 @@ HeadlessHost& HostFor(const Drawing& drawing) {
     std::unique_ptr<Kept> host;
   };
   std::unique_ptr<Kept>& last = OfThread<Last>().host;
-  const Screen screen = ScreenFor(drawing);
+  const Screen screen = ScreenFor(*drawing.kind, drawing.width, drawing.height);
   const bool fits = last != nullptr && last->screen.twips_per_pixel_x == screen.twips_per_pixel_x &&
                     last->font == drawing.font && last->font_file == drawing.font_file &&
                     last->bold_font_file == drawing.bold_font_file;
