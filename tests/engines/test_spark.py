@@ -1,49 +1,20 @@
 # SPDX-License-Identifier: MIT
 """Spark with threads, and with executors as processes of their own, one of which is killed."""
 
-import os
-import shutil
-import sys
 import threading
-import time
-from pathlib import Path
 
 import psutil
 import pyarrow as pa
 import pytest
+from conftest import BOTH, BY, GOLDEN, KEYED, PLOT, SITES, Gate, keyed_table, others, rows, text_rows, wait_for
+from sessions import session
 
-pyspark = pytest.importorskip("pyspark", reason="pyspark isn't installed")
-if shutil.which("java") is None and "JAVA_HOME" not in os.environ:
-    pytest.skip("no Java on this machine", allow_module_level=True)
-
-from conftest import GOLDEN, PLOT, SITES, rows  # noqa: E402
-from pyspark.sql import SparkSession  # noqa: E402
-
-import discoplan.spark as ds  # noqa: E402
-
-PACKAGES = os.pathsep.join([str(Path(ds.__file__).parent.parent), str(Path(__file__).parent)])
-
+import discoplan as dp
+import discoplan.spark as ds
 
 @pytest.fixture(scope="module", params=["local[2,4]", "local-cluster[2,1,1024]"])
 def spark(request: pytest.FixtureRequest, tmp_path_factory: pytest.TempPathFactory):
-    os.environ.update(PYSPARK_PYTHON=sys.executable, SPARK_LOCAL_IP="127.0.0.1", SPARK_SCALA_VERSION="2.13")
-    os.environ["SPARK_WORKER_DIR"] = str(tmp_path_factory.mktemp("executors"))
-    options = {
-        "spark.ui.enabled": "false",
-        "spark.driver.host": "127.0.0.1",
-        "spark.executor.memory": "512m",
-        "spark.executorEnv.PYTHONPATH": PACKAGES,
-        "spark.sql.shuffle.partitions": "8",
-        "spark.sql.adaptive.enabled": "false",
-        "spark.sql.warehouse.dir": str(tmp_path_factory.mktemp("warehouse")),
-    }
-    session = SparkSession.builder.master(request.param)
-    for name, value in options.items():
-        session = session.config(name, value)
-    made = session.getOrCreate()
-    made.sparkContext.setLogLevel("ERROR")
-    yield made
-    made.stop()
+    yield from session(request.param, tmp_path_factory)
 
 
 def collected(df) -> list:
@@ -59,20 +30,54 @@ def test_rows_and_bytes_are_those_of_one_process(frame, expected) -> None:
     for cut in (1, 7):
         df = frame.repartition(cut)
         assert collected(ds.plots(df, **SITES, **PLOT)) == expected["plots"]
-    assert collected(ds.statistics(frame, **SITES, diameter=300)) == expected["statistics"]
+    found = ds.statistics(frame, **SITES, diameter=300, figures="all")
+    assert collected(found) == expected["statistics"]
     found = collected(ds.differences(frame, GOLDEN, **SITES, diameter=300))
     assert found == expected["differences"]
 
 
-def test_wafers_in_rows_are_not_shuffled(spark, frame, sites, expected) -> None:
-    import discoplan as dp
+def test_parameters_and_columns(frame, expected) -> None:
+    found = ds.plots(frame, BY, "X", "Y", BOTH, **PLOT)
+    assert collected(found) == expected["parameters"]
+    found = ds.differences(frame, "RS", BY, "X", "Y", "THK", diameter=300)
+    assert collected(found) == expected["columns"]
+    few = ds.statistics(frame, **SITES, figures=["maximum", "mean"])
+    assert few.schema["statistics"].dataType.fieldNames() == ["mean", "maximum"]
 
+
+def exchanges(df) -> int:
+    return df._jdf.queryExecution().executedPlan().toString().count("Exchange ")
+
+
+def test_differences_to_another_frame(spark, frame, sites, expected) -> None:
+    golden = spark.createDataFrame(others(sites)).repartition(3)
+    found = ds.differences(frame, golden, **SITES, name="lot")
+    assert exchanges(found) - exchanges(golden) == 1
+    assert collected(found) == expected["tables"]
+    wafers, golden = (spark.createDataFrame(dp.arrow.wafers(one, **SITES).to_pandas()).localCheckpoint() for one in (sites, others(sites)))
+    found = ds.differences(wafers, golden, BY, name="lot")
+    assert exchanges(found) == 1
+    assert collected(found) == expected["tables"]
+    with pytest.raises(ValueError, match="to: takes wafers where"):
+        ds.differences(wafers, golden.selectExpr("lot", "slot", "1.0 as x", "1.0 as y", "1.0 as value"), BY)
+
+
+def test_keys_of_any_type(spark) -> None:
+    table = keyed_table()
+    alone = dp.arrow.figures(dp.arrow.wafers(table, **KEYED))
+    found = ds.statistics(spark.createDataFrame(table).repartition(4), **KEYED).toArrow()
+    assert text_rows(found.to_pylist()) == text_rows(alone.to_pylist()) and len(alone) == 12
+    nested = spark.createDataFrame(table).selectExpr("struct(lot, array(slot), dose) as k", "day", "X", "Y", "THK")
+    found = ds.statistics(nested, ["k", "day"], "X", "Y", "THK").collect()
+    assert len(found) == 12 and {row["status"] for row in found} == {0}
+
+
+def test_wafers_in_rows_are_not_shuffled(spark, frame, sites, expected) -> None:
     wafers = spark.createDataFrame(dp.arrow.wafers(sites, **SITES).to_pandas()).repartition(5)
     wafers = wafers.localCheckpoint()
     found = ds.plots(wafers, **PLOT)
-    plans = [df._jdf.queryExecution().executedPlan().toString() for df in (found, ds.plots(frame, **SITES, **PLOT))]
-    assert [plan.count("Exchange ") for plan in plans] == [0, 1]
-    assert collected(found) == [dict(row, slot=row["slot"]) for row in expected["plots"]]
+    assert [exchanges(df) for df in (found, ds.plots(frame, **SITES, **PLOT))] == [0, 1]
+    assert collected(found) == expected["plots"]
 
 
 def test_nothing_runs_before_it_is_asked_for(spark, frame) -> None:
@@ -101,43 +106,42 @@ def test_a_batch_that_fails_twice_is_done_once(frame, expected) -> None:
         if task.partitionId() == 1 and task.attemptNumber() < 2:
             raise OSError("the disk is gone")
 
-    assert collected(ds.plots(frame, **SITES, **PLOT).mapInArrow(fails, ds.plots(frame, **SITES, **PLOT).schema)) == (
-        expected["plots"]
-    )
+    drawn = ds.plots(frame, **SITES, **PLOT)
+    assert collected(drawn.mapInArrow(fails, drawn.schema)) == expected["plots"]
 
 
-def test_a_killed_executor_loses_nothing(spark, frame, expected, tmp_path: Path) -> None:
+def test_a_killed_executor_loses_nothing(spark, frame, expected, gate: Gate) -> None:
     if not spark.sparkContext.master.startswith("local-cluster"):
         pytest.skip("its executor is this process")
-    folder = str(tmp_path)
 
-    def slowly(batches):
+    def held_up(batches):
         from pyspark import TaskContext
 
-        task = TaskContext.get()
+        part = TaskContext.get().partitionId()
         for batch in batches:
-            Path(folder, f"{task.partitionId()}-{task.taskAttemptId()}-{os.getpid()}").touch()
-            time.sleep(1)
+            gate.mark(f"part {part}")
+            if part >= 3:  # when some are done
+                gate.mark("held")
+                gate.wait()
             yield batch
 
     killed = []
 
     def kill() -> None:
-        end = time.monotonic() + 60
-        while len(list(tmp_path.iterdir())) < 3 and time.monotonic() < end:
-            time.sleep(0.02)
-        latest = max(tmp_path.iterdir(), key=lambda path: path.stat().st_mtime_ns)
-        for process in psutil.Process(int(latest.name.split("-")[2])).parents():
-            if "CoarseGrainedExecutorBackend" in " ".join(process.cmdline()):
-                process.kill()
-                killed.append(process.pid)
-                return
+        try:
+            wait_for(lambda: gate.begun("held"))
+            for process in psutil.Process(gate.begun("held")[0]).parents():
+                if "CoarseGrainedExecutorBackend" in " ".join(process.cmdline()):
+                    process.kill()
+                    killed.append(process.pid)
+                    return
+        finally:
+            gate.open()
 
     killer = threading.Thread(target=kill)
     killer.start()
     drawn = ds.plots(frame, **SITES, **PLOT)
-    found = collected(drawn.mapInArrow(slowly, drawn.schema))
+    found = collected(drawn.mapInArrow(held_up, drawn.schema))
     killer.join()
     assert len(killed) == 1 and found == expected["plots"]
-    partitions = [path.name.split("-")[0] for path in tmp_path.iterdir()]
-    assert len(partitions) > len(set(partitions)), "the executor had nothing to do"
+    assert max(len(gate.begun(f"part {part}")) for part in range(3, 8)) > 1, "the executor had nothing to do"

@@ -25,7 +25,7 @@ def batch(count: int = 12) -> pa.RecordBatch:
 
 def test_figures_are_those_of_each_wafer() -> None:
     wafers = batch()
-    found = dp.arrow.figures(wafers, name="wafer", diameter=300)
+    found = dp.arrow.figures(wafers, name="wafer", figures="all", diameter=300)
     assert found.schema.names == ["wafer", "statistics", "status", "message"]
     for row, given in zip(found.to_pylist(), wafers.to_pylist()):
         if row["wafer"] in ("W4", "W7"):
@@ -166,14 +166,14 @@ def test_lists_of_any_kind_will_do(kind: str) -> None:
         lists[1] = first.slice(1)
     batch = pa.RecordBatch.from_arrays(lists, names=["x", "y", "value"])
     wafer = dp.Wafer(*numbers)
-    for row in dp.arrow.figures(batch.slice(1)).to_pylist():
+    for row in dp.arrow.figures(batch.slice(1), figures="all").to_pylist():
         assert row["statistics"] == wafer.statistics().asdict()
 
 
 def test_differences_are_those_of_wafers() -> None:
     wafers = batch()
     golden = dp.Wafer([0, 50, 0, -50, 0], [0, 0, 50, 0, -50], [10.0, 11, 12, 13, 14], diameter=300)
-    found = dp.arrow.differences(wafers, golden, name="wafer", diameter=300)
+    found = dp.arrow.differences(wafers, golden, name="wafer", figures="all", diameter=300)
     for row, given in zip(found.to_pylist(), wafers.to_pylist()):
         if row["wafer"] in ("W4", "W7"):
             assert row["status"] == 3 and row["message"].startswith(f"wafer '{row['wafer']}': ") and row["value"] is None

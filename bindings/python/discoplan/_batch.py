@@ -11,6 +11,8 @@ from ._options import figure_keys, figure_mask
 
 BAD_DATA = 3
 Figures = Union[str, Sequence[str], None]
+NAN = float("nan")
+_SLOW = "interpolation_error"
 _FLOATS = (pa.float32(), pa.float64())
 
 
@@ -22,6 +24,13 @@ class Found(NamedTuple):
     pictures: Any
     picture_offsets: Any
     messages: Any
+
+
+def chosen(figures: Figures) -> List[str]:
+    """The keys asked for; all but the slow one by default. Raises `ValueError` for others."""
+    if figures is None:
+        return [key for key in figure_keys(None) if key != _SLOW]
+    return figure_keys(None if figures == "all" else figures)
 
 
 def column(batch: Any, name: str) -> Any:

@@ -18,48 +18,62 @@ from typing import Any, Optional, Sequence, Union
 import pandas as pd
 import pyarrow as pa
 
-from . import arrow
-from ._engine import Job, job
-from ._wafer import Wafer
+from ._engine import Plan, plan
+from ._sites import beside, wafers
 
-By = Union[str, Sequence[str], None]
+Names = Union[str, Sequence[str]]
+By = Optional[Names]
 
 
-def _part(frame: Any, job: Job, by: Optional[Sequence[str]], sites: Sequence[str]) -> Any:
-    """The work on one partition."""
+def _table(frame: Any, plan: Plan) -> Any:
+    """A partition as one of wafers."""
     table = pa.Table.from_pandas(frame, preserve_index=False)
-    if by is not None:
-        table = arrow.wafers(table, by, *sites)
-    batches = table.combine_chunks().to_batches() or [pa.RecordBatch.from_pylist([], table.schema)]
-    done = [piece for batch in batches for piece in job([batch])] or [job.on(batches[0])]
+    if plan.is_sites:
+        columns = {part: table[name] for part, name in plan.parts.items()}
+        sites = pa.table({**{key: table[key] for key in plan.keys}, **columns})
+        x, y, *values = plan.parts
+        table = wafers(sites, plan.keys, x, y, values)
+    return table.combine_chunks()
+
+
+def _part(frame: Any, *others: Any, plan: Plan) -> Any:
+    """The work on one partition, and that of the wafers to compare with."""
+    table = _table(frame, plan)
+    batches = table.to_batches() or [pa.RecordBatch.from_pylist([], table.schema)]
+    for other in others:
+        other = _table(other, plan)
+        batches = [beside(batch, other, plan.keys, plan.pairs) for batch in batches]
+    done = [piece for batch in batches for piece in plan.job([batch])] or [plan.job.on(batches[0])]
     return pa.Table.from_batches(done).to_pandas(types_mapper=pd.ArrowDtype)
 
 
-def _is_lists(dtype: Any) -> bool:
-    kind = getattr(dtype, "pyarrow_dtype", None)
-    return kind is not None and not pa.types.is_primitive(kind) and not pa.types.is_string(kind)
+def _are_lists(df: Any) -> Any:
+    def is_lists(name: str) -> bool:
+        kind = getattr(df.dtypes[name], "pyarrow_dtype", None)
+        return kind is not None and pa.types.is_nested(kind) and not pa.types.is_struct(kind)
+
+    return is_lists
 
 
-def _run(
-    df: Any, work: str, by: By, sites: Sequence[str], options: Any, to: Optional[Wafer] = None
-) -> Any:
-    missing = [name for name in sites if name not in df.columns]
-    if missing:
-        raise ValueError(f"the DataFrame has no column '{missing[0]}', but {', '.join(df.columns)}")
-    others = [name for name in df.columns if name not in sites]
-    keys = others if by is None else [by] if isinstance(by, str) else list(by)
-    df, names, group = df[[*keys, *sites]], list(sites), None
-    if not all(_is_lists(df.dtypes[name]) for name in sites):
-        if by is None:
-            raise ValueError("a DataFrame of sites needs `by`: the columns that tell wafers apart")
-        df, names, group = df.shuffle(on=keys), ["x", "y", "value"], keys
-    made = job(work, {**options, **dict(zip(("x", "y", "value"), names))}, to)
-    meta = _part(df._meta, made, group, sites)
-    return df.map_partitions(_part, made, group, sites, meta=meta)
+def _run(df: Any, work: str, by: By, sites: Sequence[Any], options: Any, to: Any = None) -> Any:
+    made = plan(work, list(df.columns), _are_lists(df), by, sites, options, to)
+    columns = [*made.keys, *made.parts.values()]
+    df, others = df[columns], []
+    if hasattr(to, "map_partitions"):
+        there = plan(work, list(to.columns), _are_lists(to), made.keys, sites, options, to)
+        if there.is_sites != made.is_sites:
+            raise ValueError("to: takes wafers where the DataFrame has wafers, and sites where it has sites")
+        # Equal keys go to the same partition if they are of one type.
+        to = to[columns].astype({key: df.dtypes[key] for key in made.keys})
+        others = [to.shuffle(on=made.keys, npartitions=df.npartitions)]
+    if made.is_sites or others:
+        df = df.shuffle(on=made.keys, npartitions=df.npartitions)
+    meta = _part(df._meta, *(other._meta for other in others), plan=made)
+    return df.map_partitions(_part, *others, plan=made, meta=meta, align_dataframes=False)
 
 
 def statistics(
-    df: Any, by: By = None, x: str = "x", y: str = "y", value: str = "value", **options: Any
+    df: Any, by: By = None, x: str = "x", y: str = "y", value: Names = "value", **options: Any
 ) -> Any:
     """The figures of merit of each wafer, a struct `statistics`.
 
@@ -70,7 +84,7 @@ def statistics(
 
 
 def plots(
-    df: Any, by: By = None, x: str = "x", y: str = "y", value: str = "value", **options: Any
+    df: Any, by: By = None, x: str = "x", y: str = "y", value: Names = "value", **options: Any
 ) -> Any:
     """The same with pictures, by the keywords of `discoplan.arrow.plots`."""
     return _run(df, "plots", by, (x, y, value), options)
@@ -78,12 +92,14 @@ def plots(
 
 def differences(
     df: Any,
-    to: Wafer,
+    to: Any,
     by: By = None,
     x: str = "x",
     y: str = "y",
-    value: str = "value",
+    value: Names = "value",
     **options: Any,
 ) -> Any:
-    """Each wafer minus the wafer `to`, as `discoplan.arrow.differences`."""
+    """Each wafer minus another, as `discoplan.arrow.differences`: `to` is a `Wafer`, a column of
+    values at the same sites, or a DataFrame with the same columns, of which each wafer takes that
+    with the same keys. Each of such two is shuffled once."""
     return _run(df, "differences", by, (x, y, value), options, to)
