@@ -8,6 +8,7 @@
 #include <array>
 #include <csetjmp>
 #include <cstdio>
+#include <cstring>
 #include <new>
 #include <optional>
 #include <string>
@@ -130,32 +131,49 @@ void PackRow(std::span<const png_byte> indices, int bit_depth, png_byte* row) {
 }
 
 /// Each byte less the one above it, behind the number of that filter. A map's rows repeat or nearly
-/// repeat the row above, so that the differences are runs of zeros.
+/// repeat the row above, so that the differences are runs of zeros. `row` has room for a byte more.
 void FillRow(std::span<const Pixel> pixels, std::span<const Pixel> above, bool has_alpha,
              png_byte* row) {
   constexpr png_byte kUp = 2;
   *row++ = kUp;
   constexpr Pixel kHigh = 0x80808080;  // bits, which take no carry from byte to byte
-  for (std::size_t i = 0; i < pixels.size(); ++i) {
-    const Pixel a = pixels[i];
-    const Pixel b = above[i];
-    const Pixel less = ((a | kHigh) - (b & ~kHigh)) ^ ((a ^ ~b) & kHigh);
-    *row++ = static_cast<png_byte>(less >> 16);
-    *row++ = static_cast<png_byte>(less >> 8);
-    *row++ = static_cast<png_byte>(less);
-    if (has_alpha) *row++ = static_cast<png_byte>(less >> 24);
+  const std::size_t bytes = has_alpha ? 4 : 3;
+  const auto put = [&](Pixel less) {
+    // Three of a colour's bytes and one that the next colour covers, all in one store.
+    const std::array<png_byte, 4> four = {
+        static_cast<png_byte>(less >> 16), static_cast<png_byte>(less >> 8),
+        static_cast<png_byte>(less), static_cast<png_byte>(less >> 24)};
+    std::memcpy(row, four.data(), 4);
+    row += bytes;
+  };
+  constexpr std::size_t kBlock = 64;
+  std::array<Pixel, kBlock> less;
+  for (std::size_t start = 0; start < pixels.size(); start += kBlock) {
+    const std::size_t count = std::min(kBlock, pixels.size() - start);
+    const Pixel* const own = pixels.data() + start;
+    const Pixel* const over = above.data() + start;
+    if (std::memcmp(own, over, count * sizeof(Pixel)) == 0) {
+      std::memset(row, 0, count * bytes);
+      row += count * bytes;
+      continue;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      less[i] = ((own[i] | kHigh) - (over[i] & ~kHigh)) ^ ((own[i] ^ ~over[i]) & kHigh);
+    }
+    for (std::size_t i = 0; i < count; ++i) put(less[i]);
   }
 }
 
 /// The compressed rows of a picture in RGB, with alpha or without.
 std::vector<std::uint8_t> DeflateColours(const PngStrips& picture) {
   const auto width = static_cast<std::size_t>(picture.width);
-  std::vector<png_byte> row(1 + (picture.has_alpha ? 4 : 3) * width);
+  const std::size_t bytes = 1 + (picture.has_alpha ? 4 : 3) * width;
+  std::vector<png_byte> row(bytes + 1);
   std::vector<Pixel> above(width);
   RunDeflater deflater;
   VisitRows(picture, [&](std::span<const Pixel> pixels) {
     FillRow(pixels, above, picture.has_alpha, row.data());
-    deflater.Add(row);
+    deflater.Add(std::span(row).first(bytes));
     above.assign(pixels.begin(), pixels.end());
     return true;
   });
@@ -206,6 +224,8 @@ class PngWriter {
                                    const std::vector<std::uint8_t>& colours) {
     std::vector<png_byte> row(static_cast<std::size_t>(picture.width));
     if (info_ == nullptr) throw std::bad_alloc();
+    constexpr std::size_t kChunks = 4096;  // that stand around the colours, at most
+    bytes_.reserve(colours.size() + kChunks);
     if (!Run(picture, indexed, colours, row.data())) throw PngError(reason_.data());
     return std::move(bytes_);
   }

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/headless/run_deflater.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <cstring>
 #include <numeric>
@@ -16,6 +14,7 @@ constexpr std::size_t kLeastRun = 3;
 constexpr std::size_t kMostRun = 258;
 constexpr std::size_t kEnd = 256;
 constexpr std::uint16_t kFirstRun = 512;  // tokens of runs are their lengths from there on
+constexpr std::size_t kTokens = kFirstRun + kMostRun + 1;
 constexpr unsigned kLongestCode = 15;
 
 /// How a run of a length is written.
@@ -89,6 +88,10 @@ std::array<std::uint8_t, kCount> LengthsFor(std::array<std::uint32_t, kCount> co
   }
 }
 
+inline void StoreLittleEndian(std::uint64_t bits, std::uint8_t* to) {
+  for (int k = 0; k < 8; ++k) to[k] = static_cast<std::uint8_t>(bits >> 8 * k);
+}
+
 /// The codes of such lengths, their first bit lowest.
 template <std::size_t kCount>
 std::array<std::uint16_t, kCount> CodesFor(const std::array<std::uint8_t, kCount>& lengths) {
@@ -109,10 +112,7 @@ std::array<std::uint16_t, kCount> CodesFor(const std::array<std::uint8_t, kCount
 
 }  // namespace
 
-RunDeflater::RunDeflater()
-    : out_{0x78, 0x01}, check_(static_cast<std::uint32_t>(adler32(0, nullptr, 0))) {
-  tokens_.resize(kBlock + kPiece);
-}
+RunDeflater::RunDeflater() : out_{0x78, 0x01} { tokens_.resize(kBlock + kPiece); }
 
 void RunDeflater::Put(std::uint64_t bits, unsigned count) {
   bits_ |= bits << bit_count_;
@@ -125,17 +125,21 @@ void RunDeflater::Put(std::uint64_t bits, unsigned count) {
 }
 
 void RunDeflater::Add(std::span<const std::uint8_t> bytes) {
-  check_ = static_cast<std::uint32_t>(
-      adler32(check_, bytes.data(), static_cast<unsigned>(bytes.size())));
+  constexpr std::uint64_t kAdlerBase = 65521;
   const std::uint8_t* at = bytes.data();
   const std::uint8_t* const end = at + bytes.size();
   while (at < end) {
     const std::uint8_t* const piece_end = at + std::min<std::ptrdiff_t>(end - at, kPiece);
     // There are no more tokens than bytes.
     Token* next = tokens_.data() + count_;
+    // The check, whose sums of a piece stay far below 64 bits; of a run they are known at once.
+    std::uint64_t sum = check_ & 0xFFFF;
+    std::uint64_t sum_of_sums = check_ >> 16;
     while (at < piece_end) {
       const std::uint8_t byte = *at++;
       *next++ = byte;
+      sum += byte;
+      sum_of_sums += sum;
       if (at == piece_end || *at != byte) continue;
       const std::uint8_t* const start = at;
       std::uint64_t eight;
@@ -143,23 +147,28 @@ void RunDeflater::Add(std::span<const std::uint8_t> bytes) {
       while (piece_end - at >= 8 && (std::memcpy(&eight, at, 8), eight == same)) at += 8;
       while (at < piece_end && *at == byte) ++at;
       auto length = static_cast<std::size_t>(at - start);
+      sum_of_sums += length * sum + byte * (length * (length + 1) / 2);
+      sum += length * byte;
       for (; length >= kLeastRun; length -= std::min(length, kMostRun)) {
         *next++ = static_cast<Token>(kFirstRun + std::min(length, kMostRun));
       }
       for (; length > 0; --length) *next++ = byte;
     }
+    check_ = static_cast<std::uint32_t>(sum_of_sums % kAdlerBase << 16 | sum % kAdlerBase);
     count_ = static_cast<std::size_t>(next - tokens_.data());
     if (count_ >= kBlock) EndBlock(false);
   }
 }
 
 void RunDeflater::EndBlock(bool last) {
-  std::array<std::uint32_t, kSymbols> counts = {};
-  const auto symbol_of = [](Token token) {
-    return token < kFirstRun ? token : kRunCodes[token - kFirstRun].symbol;
-  };
   const std::span<const Token> tokens = std::span(tokens_).first(count_);
-  for (const Token token : tokens) ++counts[symbol_of(token)];
+  std::array<std::uint32_t, kTokens> token_counts = {};
+  for (const Token token : tokens) ++token_counts[token];
+  std::array<std::uint32_t, kSymbols> counts = {};
+  std::copy_n(token_counts.begin(), kEnd, counts.begin());
+  for (std::size_t length = kLeastRun; length <= kMostRun; ++length) {
+    counts[kRunCodes[length].symbol] += token_counts[kFirstRun + length];
+  }
   counts[kEnd] = 1;
   const auto lengths = LengthsFor(counts);
   const auto codes = CodesFor(lengths);
@@ -182,7 +191,7 @@ void RunDeflater::EndBlock(bool last) {
     std::uint32_t bits;
     std::uint32_t count;
   };
-  std::array<Written, kFirstRun + kMostRun + 1> written = {};
+  std::array<Written, kTokens> written = {};
   for (std::size_t i = 0; i < kEnd; ++i) written[i] = {codes[i], lengths[i]};
   for (std::size_t length = kLeastRun; length <= kMostRun; ++length) {
     const RunCode& run = kRunCodes[length];
@@ -198,7 +207,7 @@ void RunDeflater::EndBlock(bool last) {
     constexpr unsigned kMostExtra = 6;  // of a run, with its distance
     whole += counts[i] * std::uint64_t{lengths[i] + (i > kEnd ? kMostExtra : 0u)};
   }
-  out_.resize(start + whole / 8 + 4);
+  out_.resize(start + whole / 8 + 8);
   std::uint8_t* next = out_.data() + start;
   std::uint64_t bits = bits_;
   unsigned count = bit_count_;
@@ -206,10 +215,11 @@ void RunDeflater::EndBlock(bool last) {
     const Written& each = written[token];
     bits |= static_cast<std::uint64_t>(each.bits) << count;
     count += each.count;
-    if (count < 32) continue;
-    for (int k = 0; k < 4; ++k) *next++ = static_cast<std::uint8_t>(bits >> 8 * k);
-    bits >>= 32;
-    count -= 32;
+    // Whole bytes go and less than one stays, with no branch to foretell.
+    StoreLittleEndian(bits, next);
+    next += count / 8;
+    bits >>= count & ~7U;
+    count %= 8;
   }
   out_.resize(static_cast<std::size_t>(next - out_.data()));
   bits_ = bits;

@@ -37,7 +37,7 @@ class DISCOPLAN_HEADLESS_EXPORT RunDeflater {
   std::size_t count_ = 0;  // of tokens
   std::uint64_t bits_ = 0;
   unsigned bit_count_ = 0;
-  std::uint32_t check_;
+  std::uint32_t check_ = 1;  // Adler's, of what was added
 };
 
 }  // namespace discoplan
