@@ -24,6 +24,11 @@ agg::rgba8 ColourOf(Rgba colour) {
   return agg::rgba8(colour.red, colour.green, colour.blue, colour.alpha).premultiply();
 }
 
+Pixel OpaquePixel(Rgba colour) {
+  return Pixel{0xFF000000} | static_cast<Pixel>(colour.red) << 16 |
+         static_cast<Pixel>(colour.green) << 8 | static_cast<Pixel>(colour.blue);
+}
+
 /// Outlines of letters at their place, in pixels.
 class LetterPath final : public OutlineSink {
  public:
@@ -105,25 +110,11 @@ class RasterDevice final : public figures::Device {
   }
 
   void Draw(const DotsShape& shape) override {
-    agg::path_storage path;
+    // A rim as a larger disc below.
+    const double rim = shape.stroke.width > 0 ? std::max(shape.stroke.width * scale_, 0.7) : 0;
     const double radius = shape.radius * scale_;
-    const int corners = std::clamp(static_cast<int>(4 + 5 * std::sqrt(radius)), 8, 64);
-    std::vector<Point> rim;
-    for (int i = 0; i < corners; ++i) {
-      const double angle = 360.0 * i / corners * kRadians;
-      rim.push_back({radius * std::cos(angle), radius * std::sin(angle)});
-    }
-    const auto add = [&](Point centre) {
-      const Point c = centre * scale_;
-      for (std::size_t i = 0; i < rim.size(); ++i) {
-        i == 0 ? path.move_to(c.x + rim[i].x, c.y + rim[i].y)
-               : path.line_to(c.x + rim[i].x, c.y + rim[i].y);
-      }
-      path.close_polygon();
-    };
-    for (const Point centre : shape.centres) add(centre);
-    if (shape.stroke.width > 0) DrawStroke(path, shape.stroke);
-    Fill(path, shape.fill);
+    if (rim > 0) DrawDiscs(shape.centres, radius + rim / 2, shape.stroke.colour);
+    DrawDiscs(shape.centres, radius, shape.fill);
   }
 
   void Draw(const TextShape& shape) override {
@@ -177,8 +168,7 @@ class RasterDevice final : public figures::Device {
         for (int x = begin; x < end; ++x) {
           const Rgba colour = row[x - left];
           if (covers[x] == 255 && colour.alpha == 255) {
-            to[x] = Pixel{0xFF000000} | static_cast<Pixel>(colour.red) << 16 |
-                    static_cast<Pixel>(colour.green) << 8 | static_cast<Pixel>(colour.blue);
+            to[x] = OpaquePixel(colour);
           } else {
             format_.blend_pixel(x, y, ColourOf(colour), covers[x]);
           }
@@ -214,6 +204,22 @@ class RasterDevice final : public figures::Device {
       if (piece.closed) made.close_polygon();
     }
     return made;
+  }
+
+  void DrawDiscs(std::span<const Point> centres, double radius, Rgba colour) {
+    const int corners = std::clamp(static_cast<int>(4 + 5 * std::sqrt(radius)), 8, 64);
+    std::vector<Point> rim;
+    for (int i = 0; i < corners; ++i) {
+      const double angle = 360.0 * i / corners * kRadians;
+      rim.push_back({radius * std::cos(angle), radius * std::sin(angle)});
+    }
+    raster_.reset();
+    for (const Point centre : centres) {
+      const Point c = centre * scale_;
+      raster_.move_to_d(c.x + rim[0].x, c.y + rim[0].y);
+      for (const Point p : std::span(rim).subspan(1)) raster_.line_to_d(c.x + p.x, c.y + p.y);
+    }
+    agg::render_scanlines_aa_solid(raster_, scanline_, base_, ColourOf(colour));
   }
 
   template <class Source>

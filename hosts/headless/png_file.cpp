@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "discoplan/base/file_name.h"
+#include "hosts/headless/little_endian.h"
 #include "hosts/headless/run_deflater.h"
 
 namespace discoplan {
@@ -138,14 +139,6 @@ void FillRow(std::span<const Pixel> pixels, std::span<const Pixel> above, bool h
   *row++ = kUp;
   constexpr Pixel kHigh = 0x80808080;  // bits, which take no carry from byte to byte
   const std::size_t bytes = has_alpha ? 4 : 3;
-  const auto put = [&](Pixel less) {
-    // Three of a colour's bytes and one that the next colour covers, all in one store.
-    const std::array<png_byte, 4> four = {
-        static_cast<png_byte>(less >> 16), static_cast<png_byte>(less >> 8),
-        static_cast<png_byte>(less), static_cast<png_byte>(less >> 24)};
-    std::memcpy(row, four.data(), 4);
-    row += bytes;
-  };
   constexpr std::size_t kBlock = 64;
   std::array<Pixel, kBlock> less;
   for (std::size_t start = 0; start < pixels.size(); start += kBlock) {
@@ -158,9 +151,11 @@ void FillRow(std::span<const Pixel> pixels, std::span<const Pixel> above, bool h
       continue;
     }
     for (std::size_t i = 0; i < count; ++i) {
-      less[i] = ((own[i] | kHigh) - (over[i] & ~kHigh)) ^ ((own[i] ^ ~over[i]) & kHigh);
+      const Pixel d = ((own[i] | kHigh) - (over[i] & ~kHigh)) ^ ((own[i] ^ ~over[i]) & kHigh);
+      less[i] = (d >> 16 & 0xFF) | (d & 0xFF00FF00) | (d & 0xFF) << 16;
     }
-    for (std::size_t i = 0; i < count; ++i) put(less[i]);
+    // Of three bytes and a fourth one that the next colour covers.
+    for (std::size_t i = 0; i < count; ++i, row += bytes) StoreLittleEndian(less[i], row);
   }
 }
 

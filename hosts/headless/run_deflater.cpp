@@ -5,6 +5,8 @@
 #include <cstring>
 #include <numeric>
 
+#include "hosts/headless/little_endian.h"
+
 namespace discoplan {
 namespace {
 
@@ -86,10 +88,6 @@ std::array<std::uint8_t, kCount> LengthsFor(std::array<std::uint32_t, kCount> co
     // Nearer to each other they get shorter codes.
     for (std::uint32_t& count : counts) count = count > 0 ? count / 2 + 1 : 0;
   }
-}
-
-inline void StoreLittleEndian(std::uint64_t bits, std::uint8_t* to) {
-  for (int k = 0; k < 8; ++k) to[k] = static_cast<std::uint8_t>(bits >> 8 * k);
 }
 
 /// The codes of such lengths, their first bit lowest.
