@@ -31,6 +31,12 @@ double Dot(const std::vector<float>& a, const std::vector<float>& b) {
   return sum;
 }
 
+inline void AddTimes(float factor, const std::array<float, 4>& weights, float* sums) {
+  std::array<float, 4> now;
+  for (std::size_t k = 0; k < 4; ++k) now[k] = sums[k] + factor * weights[k];
+  for (std::size_t k = 0; k < 4; ++k) sums[k] = now[k];
+}
+
 int KnotsOver(double half, double pitch) {
   return std::max(5, static_cast<int>(std::ceil(2 * half / pitch)) + 3);
 }
@@ -44,8 +50,16 @@ LatticeSpline::LatticeSpline(Point half_sides, double pitch)
   stride_ = static_cast<std::size_t>(knots_.columns) + kLine;
   right_.resize(stride_ * static_cast<std::size_t>(knots_.rows + kReach) + kLine);
   products_.resize(right_.size() * kPartners);
-  if (std::max(knots_.columns, knots_.rows) > kFewKnots) {
-    coarser_.emplace_back(half_sides, 2 * pitch);
+  if (std::max(knots_.columns, knots_.rows) <= kFewKnots) return;
+  coarser_.emplace_back(half_sides, 2 * pitch);
+  const Lattice& coarse = coarser_.front().knots_;
+  for (int i = 0; i < knots_.columns; ++i) {
+    const double place = (knots_.X(i) - coarse.x0) / coarse.step;
+    across_.push_back(TapAt(place, coarse.columns, Points::Coefficients));
+  }
+  for (int j = 0; j < knots_.rows; ++j) {
+    const double place = (coarse.y0 - knots_.Y(j)) / coarse.step;
+    down_.push_back(TapAt(place, coarse.rows, Points::Coefficients));
   }
 }
 
@@ -59,15 +73,27 @@ void LatticeSpline::Add(std::span<const Sample> samples) {
         TapAt((sample.x - knots_.x0) / knots_.step, knots_.columns, Points::Coefficients);
     const Tap down = TapAt((knots_.y0 - sample.y) / knots_.step, knots_.rows, Points::Coefficients);
     for (std::size_t row = 0; row < 4; ++row) {
+      const std::size_t first = Cell(down.first + static_cast<int>(row), across.first);
       for (std::size_t column = 0; column < 4; ++column) {
-        const std::size_t cell =
-            Cell(down.first + static_cast<int>(row), across.first + static_cast<int>(column));
         const float weight = down.weights[row] * across.weights[column];
-        right_[cell] += weight * static_cast<float>(sample.value);
-        float* partners = &products_[cell * kPartners + kSelf - column];
-        for (std::size_t below = row; below < 4; ++below, partners += kLine) {
-          const float factor = weight * down.weights[below];
-          for (std::size_t k = 0; k < 4; ++k) partners[k] += factor * across.weights[k];
+        right_[first + column] += weight * static_cast<float>(sample.value);
+        float* own = &products_[(first + column) * kPartners + kSelf - column];
+        const auto add = [&](std::size_t below) {
+          AddTimes(weight * down.weights[row + below], across.weights, own + below * kLine);
+        };
+        // Written out: of a loop the compiler takes the lines side by side, not a line as a whole.
+        switch (row) {
+          case 0:
+            add(3);
+            [[fallthrough]];
+          case 1:
+            add(2);
+            [[fallthrough]];
+          case 2:
+            add(1);
+            [[fallthrough]];
+          default:
+            add(0);
         }
       }
     }
@@ -79,7 +105,8 @@ void LatticeSpline::Add(std::span<const Sample> samples) {
 }
 
 /// With the squares of second differences along both sides, and twice those of the mixed ones.
-LatticeSpline::Cells LatticeSpline::MatrixOf(double weight) const {
+LatticeSpline::Cells LatticeSpline::MatrixOf(double bending) const {
+  const double weight = bending / (knots_.step * knots_.step);
   Cells matrix = products_;
   for (int row = 0; row < knots_.rows; ++row) {
     for (int column = 0; column < knots_.columns; ++column) {
@@ -148,27 +175,107 @@ void LatticeSpline::Multiply(const Cells& matrix, const Cells& x, Cells& product
   }
 }
 
-/// Conjugate gradients, with each unknown measured by its own square.
-void LatticeSpline::Improve(const Cells& matrix, double precision, Cells& x) const {
-  Cells scale(x.size());
-  for (int row = 0; row < knots_.rows; ++row) {
-    for (int column = 0; column < knots_.columns; ++column) {
-      const std::size_t cell = Cell(row, column);
-      const float square = 2 * matrix[cell * kPartners + kSelf];
-      scale[cell] = square > 0 ? 1 / square : 0;
+void LatticeSpline::AddFiner(const Cells& coarse, Cells& fine) const {
+  const LatticeSpline& coarser = coarser_.front();
+  const auto width = static_cast<std::size_t>(knots_.columns);
+  const auto coarse_rows = static_cast<std::size_t>(coarser.knots_.rows);
+  std::vector<float> rows(coarse_rows * width);
+  for (std::size_t row = 0; row < coarse_rows; ++row) {
+    const float* from = &coarse[coarser.Cell(static_cast<int>(row), 0)];
+    for (std::size_t i = 0; i < width; ++i) {
+      const auto& w = across_[i].weights;
+      const float* four = from + across_[i].first;
+      rows[row * width + i] = four[0] * w[0] + four[1] * w[1] + four[2] * w[2] + four[3] * w[3];
     }
   }
+  for (int row = 0; row < knots_.rows; ++row) {
+    const Tap& tap = down_[static_cast<std::size_t>(row)];
+    const std::array<float, 4> w = tap.weights;
+    const float* four = &rows[static_cast<std::size_t>(tap.first) * width];
+    float* to = &fine[Cell(row, 0)];
+    for (std::size_t i = 0; i < width; ++i) {
+      to[i] += four[i] * w[0] + four[width + i] * w[1] + four[2 * width + i] * w[2] +
+               four[3 * width + i] * w[3];
+    }
+  }
+}
+
+void LatticeSpline::SumCoarser(const Cells& fine, Cells& coarse) const {
+  const LatticeSpline& coarser = coarser_.front();
+  const auto width = static_cast<std::size_t>(knots_.columns);
+  const auto coarse_rows = static_cast<std::size_t>(coarser.knots_.rows);
+  std::vector<float> rows(coarse_rows * width);
+  for (int row = 0; row < knots_.rows; ++row) {
+    const Tap& tap = down_[static_cast<std::size_t>(row)];
+    const float* from = &fine[Cell(row, 0)];
+    for (std::size_t k = 0; k < 4; ++k) {
+      const float weight = tap.weights[k];
+      float* to = &rows[(static_cast<std::size_t>(tap.first) + k) * width];
+      for (std::size_t i = 0; i < width; ++i) to[i] += weight * from[i];
+    }
+  }
+  std::fill(coarse.begin(), coarse.end(), 0.0F);
+  for (std::size_t row = 0; row < coarse_rows; ++row) {
+    float* to = &coarse[coarser.Cell(static_cast<int>(row), 0)];
+    for (std::size_t i = 0; i < width; ++i) {
+      const std::array<float, 4> w = across_[i].weights;
+      float* four = to + across_[i].first;
+      const float value = rows[row * width + i];
+      std::array<float, 4> sums;
+      for (std::size_t k = 0; k < 4; ++k) sums[k] = four[k] + value * w[k];
+      for (std::size_t k = 0; k < 4; ++k) four[k] = sums[k];
+    }
+  }
+}
+
+LatticeSpline::Scaling LatticeSpline::ScalingOf(const Cells& matrix, double bending) const {
+  Scaling scaling;
+  double times = 1;
+  for (const LatticeSpline* level = this;;) {
+    const bool own = level == this;
+    const Cells coarse = own ? Cells() : level->MatrixOf(bending / times);
+    const Cells& squares = own ? matrix : coarse;
+    Cells inverse(level->right_.size());
+    for (int row = 0; row < level->knots_.rows; ++row) {
+      for (int column = 0; column < level->knots_.columns; ++column) {
+        const std::size_t cell = level->Cell(row, column);
+        const double square = times * 2 * squares[cell * kPartners + kSelf];
+        inverse[cell] = square > 0 ? static_cast<float>(1 / square) : 0;
+      }
+    }
+    scaling.push_back(std::move(inverse));
+    if (level->coarser_.empty()) return scaling;
+    level = &level->coarser_.front();
+    times *= kThinning;
+  }
+}
+
+void LatticeSpline::Scale(std::span<const Cells> scaling, const Cells& rest, Cells& scaled) const {
+  for (std::size_t i = 0; i < rest.size(); ++i) scaled[i] = scaling.front()[i] * rest[i];
+  if (coarser_.empty()) return;
+  const LatticeSpline& coarser = coarser_.front();
+  Cells coarse_rest(coarser.right_.size());
+  Cells coarse_scaled(coarser.right_.size());
+  SumCoarser(rest, coarse_rest);
+  coarser.Scale(scaling.subspan(1), coarse_rest, coarse_scaled);
+  AddFiner(coarse_scaled, scaled);
+}
+
+/// Conjugate gradients. What is left is measured on all the lattices at once, each unknown by its
+/// own square, so that what is smooth is found in few steps too (J. H. Bramble, J. E. Pasciak, J.
+/// Xu, "Parallel multilevel preconditioners", 1990).
+void LatticeSpline::Improve(double bending, double precision, Cells& x) const {
+  const Cells matrix = MatrixOf(bending);
+  const Scaling scaling = ScalingOf(matrix, bending);
   Cells product(x.size());
   Multiply(matrix, x, product);
   Cells rest(x.size());
-  Cells step(x.size());
   Cells scaled(x.size());
-  for (std::size_t i = 0; i < x.size(); ++i) {
-    rest[i] = right_[i] - product[i];
-    step[i] = scaled[i] = scale[i] * rest[i];
-  }
+  for (std::size_t i = 0; i < x.size(); ++i) rest[i] = right_[i] - product[i];
+  Scale(scaling, rest, scaled);
+  Cells step = scaled;
   double size = Dot(rest, scaled);
-  for (std::size_t i = 0; i < x.size(); ++i) product[i] = scale[i] * right_[i];
+  Scale(scaling, right_, product);
   const double enough = precision * precision * Dot(right_, product);
   for (int turn = 0; turn < kMostSteps && size > enough; ++turn) {
     Multiply(matrix, step, product);
@@ -176,8 +283,8 @@ void LatticeSpline::Improve(const Cells& matrix, double precision, Cells& x) con
     for (std::size_t i = 0; i < x.size(); ++i) {
       x[i] += length * step[i];
       rest[i] -= length * product[i];
-      scaled[i] = scale[i] * rest[i];
     }
+    Scale(scaling, rest, scaled);
     const double left = Dot(rest, scaled);
     const auto turned = static_cast<float>(left / size);
     size = left;
@@ -192,7 +299,7 @@ std::vector<float> LatticeSpline::Solve(double bending, double precision,
     found.resize(knots_.Size());
     if (!coarser_.empty()) {
       const LatticeSpline& coarser = coarser_.front();
-      Refine(coarser.knots_, coarser.Solve(bending / kThinning, precision / 3), knots_, found,
+      Refine(coarser.knots_, coarser.Solve(bending / kThinning, precision), knots_, found,
              Points::Coefficients);
     }
   }
@@ -204,7 +311,7 @@ std::vector<float> LatticeSpline::Solve(double bending, double precision,
     }
   };
   each([&](std::size_t cell, std::size_t at) { x[cell] = found[at]; });
-  Improve(MatrixOf(bending / (knots_.step * knots_.step)), precision, x);
+  Improve(bending, precision, x);
   each([&](std::size_t cell, std::size_t at) { found[at] = x[cell]; });
   return found;
 }

@@ -34,15 +34,25 @@ class DISCOPLAN_EXPORT LatticeSpline {
   using Cells = std::vector<float>;
 
   std::size_t Cell(int row, int column) const;
-  Cells MatrixOf(double weight) const;
+  Cells MatrixOf(double bending) const;
   void Multiply(const Cells& matrix, const Cells& x, Cells& product) const;
-  void Improve(const Cells& matrix, double precision, Cells& x) const;
+  /// Adds what a spline on the coarser lattice has at the knots.
+  void AddFiner(const Cells& coarse, Cells& fine) const;
+  /// The other way round, the sums of what the coarser knots would give.
+  void SumCoarser(const Cells& fine, Cells& coarse) const;
+  /// Inverse squares of the unknowns of this lattice, the coarser one, and so on.
+  using Scaling = std::vector<Cells>;
+  Scaling ScalingOf(const Cells& matrix, double bending) const;
+  void Scale(std::span<const Cells> scaling, const Cells& rest, Cells& scaled) const;
+  void Improve(double bending, double precision, Cells& x) const;
 
   Lattice knots_;
   std::size_t stride_ = 0;
   Cells products_;  // sums of products of a spline and those at or after it, `kPartners` for each
   Cells right_;
   std::vector<LatticeSpline> coarser_;  // none or one: where the search begins
+  std::vector<Tap> across_;             // from the coarser lattice to this one's columns
+  std::vector<Tap> down_;               // and rows
 };
 
 }  // namespace discoplan::figures

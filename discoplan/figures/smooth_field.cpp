@@ -151,8 +151,8 @@ struct Plane {
   double At(double x, double y) const { return level + across * x + up * y; }
 };
 
-constexpr double kPrecision = 0.001;  // of what the values vary
-constexpr double kTrialPrecision = 0.01;
+constexpr double kPrecision = 0.0005;  // of what the values vary
+constexpr double kTrialPrecision = 0.004;
 constexpr std::size_t kPart = 10;  // of the sites is left out in a trial
 
 /// Sites foretold by a spline near the others.
