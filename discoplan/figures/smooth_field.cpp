@@ -43,17 +43,18 @@ class PlateField final : public ValueField {
       : bounds_(samples),
         pitch_(SpacingOf(samples.size(), radius) / kNodesBetweenSites),
         smoothing_(ChosenFor(samples, radius)),
-        spline_(samples, {}, radius, smoothing_) {}
+        spline_(samples, {}, radius, smoothing_),
+        nodes_(NodesOver(radius)),
+        values_(nodes_.Size()) {
+    EvaluateAll(nodes_, kEverywhere, values_);
+  }
 
   void Evaluate(const Lattice& lattice, double radius, std::span<float> values) const override {
     // A spline of smooth data needn't be asked at every pixel.
     if (pitch_ <= 1.3 * lattice.step) {
       EvaluateAll(lattice, radius, values);
     } else {
-      const Lattice coarse = Around(lattice);
-      std::vector<float> nodes(coarse.Size());
-      EvaluateAll(coarse, radius + 4 * pitch_, nodes);
-      Refine(coarse, nodes, lattice, values);
+      Refine(nodes_, values_, lattice, values);
     }
     bounds_.Keep(values);
   }
@@ -64,6 +65,7 @@ class PlateField final : public ValueField {
 
  private:
   static constexpr double kNodesBetweenSites = 5;
+  static constexpr double kEverywhere = 1e9;
 
   /// The smoothing by which sites are foretold best.
   double ChosenFor(const std::vector<Sample>& samples, double radius) {
@@ -81,14 +83,10 @@ class PlateField final : public ValueField {
     return chosen;
   }
 
-  /// Of points that are the same for every part of a map.
-  Lattice Around(const Lattice& fine) const {
-    const double left = std::floor(fine.x0 / pitch_) - 2;
-    const double top = std::ceil(fine.y0 / pitch_) + 2;
-    const double right = std::ceil(fine.X(fine.columns - 1) / pitch_) + 2;
-    const double bottom = std::floor(fine.Y(fine.rows - 1) / pitch_) - 2;
-    return {left * pitch_, top * pitch_, pitch_, static_cast<int>(right - left) + 1,
-            static_cast<int>(top - bottom) + 1};
+  /// As far as maps look, and a little farther for what is in between.
+  Lattice NodesOver(double radius) const {
+    const int side = static_cast<int>(std::ceil(1.1 * radius / pitch_)) + 2;
+    return {-side * pitch_, side * pitch_, pitch_, 2 * side + 1, 2 * side + 1};
   }
 
   void EvaluateAll(const Lattice& lattice, double radius, std::span<float> values) const {
@@ -121,6 +119,8 @@ class PlateField final : public ValueField {
   double pitch_;
   double smoothing_;
   ThinPlate spline_;
+  Lattice nodes_;
+  std::vector<float> values_;  // at the nodes
 };
 
 /// The one of least squares; level where the sites don't tell.

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/headless/figure_picture.h"
 
+#include <array>
 #include <cmath>
+#include <cstring>
 
 #include "hosts/headless/agg_headers.h"
 #include "hosts/headless/path_strokes.h"
@@ -24,9 +26,32 @@ agg::rgba8 ColourOf(Rgba colour) {
   return agg::rgba8(colour.red, colour.green, colour.blue, colour.alpha).premultiply();
 }
 
-Pixel OpaquePixel(Rgba colour) {
-  return Pixel{0xFF000000} | static_cast<Pixel>(colour.red) << 16 |
-         static_cast<Pixel>(colour.green) << 8 | static_cast<Pixel>(colour.blue);
+/// Of a colour as it lies in memory, as are the library's own pixels: lowest byte first.
+constexpr std::uint32_t kOpaque = 0xFF000000;
+Pixel ToPixel(std::uint32_t colour) {
+  return (colour & 0xFF00FF00) | (colour >> 16 & 0xFF) | (colour & 0xFF) << 16;
+}
+
+/// As many as are covered wholly by opaque colours, eight at a time.
+struct CoveredColours {
+  const agg::int8u* covers;
+  const Rgba* colours;
+  Pixel* pixels;
+};
+int CopyOpaque(const CoveredColours& from, int count) {
+  constexpr int kAtOnce = 8;
+  int done = 0;
+  for (; done + kAtOnce <= count; done += kAtOnce) {
+    std::uint64_t covers;
+    std::array<std::uint32_t, kAtOnce> colours;
+    std::memcpy(&covers, from.covers + done, sizeof covers);
+    std::memcpy(colours.data(), from.colours + done, sizeof colours);
+    std::uint32_t all = ~0U;
+    for (const std::uint32_t colour : colours) all &= colour;
+    if (~covers != 0 || (all & kOpaque) != kOpaque) break;
+    for (std::size_t i = 0; i < kAtOnce; ++i) from.pixels[done + i] = ToPixel(colours[i]);
+  }
+  return done;
 }
 
 /// Outlines of letters at their place, in pixels.
@@ -134,7 +159,7 @@ class RasterDevice final : public figures::Device {
     if (right <= left || bottom <= top) return;
     // A strip at a time, with a row beyond it on both sides, for those who look at neighbours: less
     // memory, which costs as much as the work done in it.
-    constexpr int kStrip = 96;
+    constexpr int kStrip = 32;
     const int columns = right - left;
     std::vector<Rgba> strip(static_cast<std::size_t>(columns) * (kStrip + 2));
     int strip_end = top;
@@ -166,12 +191,10 @@ class RasterDevice final : public figures::Device {
         const int end = std::min<int>(span->x + span->len, right);
         const agg::int8u* covers = span->covers - span->x;
         for (int x = begin; x < end; ++x) {
+          x += CopyOpaque({covers + x, row + (x - left), to + x}, end - x);
+          if (x >= end) break;
           const Rgba colour = row[x - left];
-          if (covers[x] == 255 && colour.alpha == 255) {
-            to[x] = OpaquePixel(colour);
-          } else {
-            format_.blend_pixel(x, y, ColourOf(colour), covers[x]);
-          }
+          format_.blend_pixel(x, y, ColourOf(colour), covers[x]);
         }
       }
     }

@@ -159,20 +159,38 @@ void FillRow(std::span<const Pixel> pixels, std::span<const Pixel> above, bool h
   }
 }
 
-/// The compressed rows of a picture in RGB, with alpha or without.
-std::vector<std::uint8_t> DeflateColours(const PngStrips& picture) {
+/// Appends the rows of a picture in RGB, with alpha or without, compressed.
+void DeflateColours(const PngStrips& picture, std::vector<std::uint8_t>& bytes) {
   const auto width = static_cast<std::size_t>(picture.width);
-  const std::size_t bytes = 1 + (picture.has_alpha ? 4 : 3) * width;
-  std::vector<png_byte> row(bytes + 1);
+  const std::size_t row_bytes = 1 + (picture.has_alpha ? 4 : 3) * width;
+  std::vector<png_byte> row(row_bytes + 1);
   std::vector<Pixel> above(width);
-  RunDeflater deflater;
+  RunDeflater deflater(std::move(bytes));
   VisitRows(picture, [&](std::span<const Pixel> pixels) {
     FillRow(pixels, above, picture.has_alpha, row.data());
-    deflater.Add(std::span(row).first(bytes));
+    deflater.Add(std::span(row).first(row_bytes));
     above.assign(pixels.begin(), pixels.end());
     return true;
   });
-  return deflater.Take();
+  bytes = deflater.Take();
+}
+
+/// Appends a chunk whose content `fill` appends. It isn't copied, which for a picture would take as
+/// much memory once more.
+template <class Fill>
+void AppendChunk(std::string_view name, std::vector<std::uint8_t>& bytes, Fill fill) {
+  const auto append = [&](std::size_t number) {
+    for (const int shift : {24, 16, 8, 0}) bytes.push_back(static_cast<png_byte>(number >> shift));
+  };
+  const std::size_t start = bytes.size();
+  append(0);
+  bytes.insert(bytes.end(), name.begin(), name.end());
+  fill();
+  const std::size_t size = bytes.size() - start - 8;
+  for (std::size_t k = 0; k < 4; ++k) {
+    bytes[start + k] = static_cast<png_byte>(size >> (24 - 8 * k));
+  }
+  append(crc32(0, bytes.data() + start + 4, static_cast<unsigned>(size + 4)));
 }
 
 class PngError : public std::runtime_error {
@@ -214,29 +232,22 @@ class PngWriter {
   PngWriter(const PngWriter&) = delete;
   PngWriter& operator=(const PngWriter&) = delete;
 
-  /// `indexed` is null for a picture in RGB, whose rows are compressed already.
-  std::vector<std::uint8_t> Encode(const PngStrips& picture, const IndexedRows* indexed,
-                                   const std::vector<std::uint8_t>& colours) {
+  /// `indexed` is null for a picture in RGB: then only what stands before the rows.
+  std::vector<std::uint8_t> Encode(const PngStrips& picture, const IndexedRows* indexed) {
     std::vector<png_byte> row(static_cast<std::size_t>(picture.width));
     if (info_ == nullptr) throw std::bad_alloc();
-    constexpr std::size_t kChunks = 4096;  // that stand around the colours, at most
-    bytes_.reserve(colours.size() + kChunks);
-    if (!Run(picture, indexed, colours, row.data())) throw PngError(reason_.data());
+    if (!Run(picture, indexed, row.data())) throw PngError(reason_.data());
     return std::move(bytes_);
   }
 
  private:
-  bool Run(const PngStrips& picture, const IndexedRows* indexed,
-           const std::vector<std::uint8_t>& colours, png_byte* row) {
+  bool Run(const PngStrips& picture, const IndexedRows* indexed, png_byte* row) {
     if (setjmp(png_jmpbuf(png_)) != 0) return false;
     png_set_write_fn(png_, &bytes_, Append, Flush);
     WriteHeader(picture, indexed);
     if (indexed != nullptr) {
       WriteIndexed(picture, *indexed, row);
       png_write_end(png_, nullptr);
-    } else {
-      WriteChunk("IDAT", colours);
-      WriteChunk("IEND", {});
     }
     return true;
   }
@@ -247,10 +258,6 @@ class PngWriter {
       PackRow(std::span(indexed.indices).subspan(i * width, width), indexed.BitDepth(), row);
       for (int time = 0; time < indexed.times[i]; ++time) png_write_row(png_, row);
     }
-  }
-
-  void WriteChunk(const char* name, std::span<const std::uint8_t> bytes) {
-    png_write_chunk(png_, reinterpret_cast<png_const_bytep>(name), bytes.data(), bytes.size());
   }
 
   void WriteHeader(const PngStrips& picture, const IndexedRows* indexed) {
@@ -326,8 +333,14 @@ std::vector<std::uint8_t> EncodePng(const PngStrips& picture) {
     throw PngError("a picture of " + SizeOf(picture) + " is empty");
   }
   const std::optional<IndexedRows> indexed = picture.has_alpha ? std::nullopt : ToIndexed(picture);
-  return PngWriter().Encode(picture, indexed ? &*indexed : nullptr,
-                            indexed ? std::vector<std::uint8_t>() : DeflateColours(picture));
+  std::vector<std::uint8_t> bytes = PngWriter().Encode(picture, indexed ? &*indexed : nullptr);
+  if (indexed) return bytes;
+  // About as much as a map takes, so that there are seldom two of it for a while.
+  bytes.reserve(static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height) /
+                8 * 5);
+  AppendChunk("IDAT", bytes, [&] { DeflateColours(picture, bytes); });
+  AppendChunk("IEND", bytes, [] {});
+  return bytes;
 }
 
 void WritePng(const fs::path& path, const PngPicture& picture) { WriteEncoded(path, picture); }

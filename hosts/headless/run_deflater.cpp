@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 #include <numeric>
+#include <utility>
 
 #include "hosts/headless/little_endian.h"
 
@@ -110,7 +111,10 @@ std::array<std::uint16_t, kCount> CodesFor(const std::array<std::uint8_t, kCount
 
 }  // namespace
 
-RunDeflater::RunDeflater() : out_{0x78, 0x01} { tokens_.resize(kBlock + kPiece); }
+RunDeflater::RunDeflater(std::vector<std::uint8_t> before) : out_(std::move(before)) {
+  out_.insert(out_.end(), {0x78, 0x01});
+  tokens_.resize(kBlock + kPiece);
+}
 
 void RunDeflater::Put(std::uint64_t bits, unsigned count) {
   bits_ |= bits << bit_count_;

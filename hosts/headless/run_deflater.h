@@ -18,10 +18,11 @@ namespace discoplan {
 
 class DISCOPLAN_HEADLESS_EXPORT RunDeflater {
  public:
-  RunDeflater();
+  /// The stream stands behind what is in `before`.
+  explicit RunDeflater(std::vector<std::uint8_t> before = {});
 
   void Add(std::span<const std::uint8_t> bytes);
-  /// Ends the stream; nothing can be added afterwards.
+  /// Ends the stream and gives all; nothing can be added afterwards.
   std::vector<std::uint8_t> Take();
 
  private:
