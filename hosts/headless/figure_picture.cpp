@@ -7,6 +7,7 @@
 
 #include "hosts/headless/agg_headers.h"
 #include "hosts/headless/path_strokes.h"
+#include "hosts/headless/png_file.h"
 
 namespace discoplan {
 namespace {
@@ -111,25 +112,90 @@ class LetterPath final : public OutlineSink {
   Point last_;
 };
 
+/// From colours multiplied by their alpha.
+void Divide(std::span<Pixel> pixels) {
+  for (Pixel& pixel : pixels) {
+    const Pixel alpha = pixel >> 24;
+    if (alpha == 0 || alpha == 255) continue;
+    Pixel plain = alpha << 24;
+    for (const int shift : {0, 8, 16}) {
+      const Pixel part = ((pixel >> shift & 0xFF) * 255 + alpha / 2) / alpha;
+      plain |= std::min<Pixel>(part, 255) << shift;
+    }
+    pixel = plain;
+  }
+}
+
+/// Rows of a picture.
+struct Band {
+  int top = 0;
+  int bottom = 0;
+};
+
+/// The rows of a band, by their numbers in the whole picture.
+class BandRows {
+ public:
+  using row_data = agg::const_row_info<agg::int8u>;
+
+  void Attach(Pixel* pixels, int width, Band band) {
+    pixels_ = pixels;
+    width_ = width;
+    band_ = band;
+  }
+  Pixel* Row(int y) const { return pixels_ + static_cast<std::ptrdiff_t>(y - band_.top) * width_; }
+  // What the format calls.
+  unsigned width() const { return static_cast<unsigned>(width_); }
+  unsigned height() const { return static_cast<unsigned>(band_.bottom); }
+  agg::int8u* row_ptr(int, int y, unsigned) const { return row_ptr(y); }
+  agg::int8u* row_ptr(int y) const { return reinterpret_cast<agg::int8u*>(Row(y)); }
+
+ private:
+  Pixel* pixels_ = nullptr;
+  int width_ = 0;
+  Band band_;
+};
+using PixelFormat = agg::pixfmt_alpha_blend_rgba<agg::blender_bgra32_pre, BandRows>;
+
+/// Paints what of a figure lies in a band of its picture, with the pixels that the whole would
+/// have: shapes are left out where they are elsewhere, but never cut, which would round their edges
+/// anew.
 class RasterDevice final : public figures::Device {
  public:
   RasterDevice(const Figure& figure, double pixels_per_point, const FreeTypeText& text)
       : scale_(pixels_per_point),
         text_(text),
-        font_(figure.font),
+        figure_(figure),
         width_(std::max(1, static_cast<int>(std::lround(figure.width * scale_)))),
         height_(std::max(1, static_cast<int>(std::lround(figure.height * scale_)))),
-        pixels_(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_)),
-        buffer_(reinterpret_cast<agg::int8u*>(pixels_.data()), static_cast<unsigned>(width_),
-                static_cast<unsigned>(height_), width_ * 4),
         format_(buffer_),
-        base_(format_) {
+        base_(format_) {}
+
+  int Width() const { return width_; }
+  int Height() const { return height_; }
+  bool HasAlpha() const { return !figure_.background || figure_.background->alpha != 255; }
+
+  /// Good until the next call.
+  std::span<Pixel> Paint(Band band) {
+    band_ = band;
+    const auto width = static_cast<std::size_t>(width_);
+    pixels_.assign(width * static_cast<std::size_t>(band.bottom - band.top), 0);
+    buffer_.Attach(pixels_.data(), width_, band);
+    format_.attach(buffer_);
+    base_.attach(format_);
+    base_.clip_box(0, band.top, width_ - 1, band.bottom - 1);
     raster_.clip_box(0, 0, width_, height_);
-    if (figure.background) base_.clear(ColourOf(*figure.background));
+    if (figure_.background) {
+      const agg::rgba8 colour = ColourOf(*figure_.background);
+      base_.copy_bar(0, band.top, width_ - 1, band.bottom - 1, colour);
+    }
+    figures::Draw(figure_, *this);
+    if (HasAlpha()) Divide(pixels_);
+    return pixels_;
   }
 
   void Draw(const PathShape& shape) override {
-    agg::path_storage path = PathOf(shape.path);
+    agg::path_storage path = PathOf(shape.path, shape.stroke.width);
+    if (path.total_vertices() == 0) return;
     if (shape.fill) Fill(path, *shape.fill);
     DrawStroke(path, shape.stroke);
   }
@@ -144,8 +210,9 @@ class RasterDevice final : public figures::Device {
 
   void Draw(const TextShape& shape) override {
     agg::path_storage path;
+    if (!Meets(shape.box.top - shape.size, shape.box.bottom + shape.size)) return;
     LetterPath letters(path, shape.start * scale_, shape.size * scale_, shape.angle * kRadians);
-    text_.Outline({.name = font_, .size = 1, .bold = shape.bold}, shape.text, letters);
+    text_.Outline({.name = figure_.font, .size = 1, .bold = shape.bold}, shape.text, letters);
     path.close_polygon();
     if (shape.halo > 0) DrawStroke(path, {2 * shape.halo, shape.halo_colour});
     Fill(path, shape.colour);
@@ -162,29 +229,31 @@ class RasterDevice final : public figures::Device {
     constexpr int kStrip = 32;
     const int columns = right - left;
     std::vector<Rgba> strip(static_cast<std::size_t>(columns) * (kStrip + 2));
-    int strip_end = top;
+    int number = -1;
     const auto row_at = [&](int y) {
-      if (y >= strip_end) {
-        const int first = y - 1;
+      // Counted from the image's top, whatever the band, for the same numbers in all of them.
+      const int wanted = (y - top) / kStrip;
+      const int first = top + wanted * kStrip - 1;
+      if (wanted != number) {
         const int rows = std::min(kStrip + 2, bottom + 1 - first);
         shape.source->Render({left / scale_, first / scale_, 1 / scale_, columns, rows},
                              std::span(strip).first(static_cast<std::size_t>(columns) *
                                                     static_cast<std::size_t>(rows)));
-        strip_end = y + kStrip;
+        number = wanted;
       }
-      return strip.data() + static_cast<std::size_t>(y - (strip_end - kStrip) + 1) *
-                                static_cast<std::size_t>(columns);
+      return strip.data() + static_cast<std::size_t>(y - first) * static_cast<std::size_t>(columns);
     };
     agg::path_storage path = PathOf(shape.outline);
+    if (path.total_vertices() == 0) return;
     raster_.reset();
     raster_.add_path(path);
     if (!raster_.rewind_scanlines()) return;
     scanline_.reset(raster_.min_x(), raster_.max_x());
     while (raster_.sweep_scanline(scanline_)) {
       const int y = scanline_.y();
-      if (y < top || y >= bottom) continue;
+      if (y < std::max(top, band_.top) || y >= std::min(bottom, band_.bottom)) continue;
       const Rgba* row = row_at(y);
-      Pixel* to = pixels_.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width_);
+      Pixel* to = buffer_.Row(y);
       auto span = scanline_.begin();
       for (unsigned k = 0; k < scanline_.num_spans(); ++k, ++span) {
         const int begin = std::max<int>(span->x, left);
@@ -200,26 +269,21 @@ class RasterDevice final : public figures::Device {
     }
   }
 
-  FigurePicture Take(bool has_alpha) {
-    if (has_alpha) {
-      for (Pixel& pixel : pixels_) {
-        const Pixel alpha = pixel >> 24;
-        if (alpha == 0 || alpha == 255) continue;
-        Pixel plain = alpha << 24;
-        for (const int shift : {0, 8, 16}) {
-          const Pixel part = ((pixel >> shift & 0xFF) * 255 + alpha / 2) / alpha;
-          plain |= std::min<Pixel>(part, 255) << shift;
-        }
-        pixel = plain;
-      }
-    }
-    return {std::move(pixels_), width_, height_, has_alpha};
+ private:
+  /// Whether what reaches from one height to another, in points, comes near the band.
+  bool Meets(double top, double bottom) const {
+    constexpr double kNear = 2;
+    return top * scale_ < band_.bottom + kNear && bottom * scale_ > band_.top - kNear;
   }
 
- private:
-  agg::path_storage PathOf(const figures::Path& path) const {
+  /// Without the pieces that a pen of that width doesn't bring into the band.
+  agg::path_storage PathOf(const figures::Path& path, double width = 0) const {
     agg::path_storage made;
     for (const auto& piece : path.pieces) {
+      const auto [high, low] =
+          std::minmax_element(piece.points.begin(), piece.points.end(),
+                              [](const Point& a, const Point& b) { return a.y < b.y; });
+      if (high == piece.points.end() || !Meets(high->y - width, low->y + width)) continue;
       for (std::size_t i = 0; i < piece.points.size(); ++i) {
         const Point p = piece.points[i] * scale_;
         i == 0 ? made.move_to(p.x, p.y) : made.line_to(p.x, p.y);
@@ -239,6 +303,7 @@ class RasterDevice final : public figures::Device {
     raster_.reset();
     for (const Point centre : centres) {
       const Point c = centre * scale_;
+      if (c.y + radius < band_.top - 1 || c.y - radius > band_.bottom + 1) continue;
       raster_.move_to_d(c.x + rim[0].x, c.y + rim[0].y);
       for (const Point p : std::span(rim).subspan(1)) raster_.line_to_d(c.x + p.x, c.y + p.y);
     }
@@ -264,13 +329,14 @@ class RasterDevice final : public figures::Device {
 
   double scale_;
   const FreeTypeText& text_;
-  std::string font_;
+  const Figure& figure_;
   int width_;
   int height_;
+  Band band_;
   std::vector<Pixel> pixels_;
-  agg::rendering_buffer buffer_;
-  agg::pixfmt_bgra32_pre format_;
-  agg::renderer_base<agg::pixfmt_bgra32_pre> base_;
+  BandRows buffer_;
+  PixelFormat format_;
+  agg::renderer_base<PixelFormat> base_;
   agg::rasterizer_scanline_aa<> raster_;
   agg::scanline_u8 scanline_;
 };
@@ -279,9 +345,26 @@ class RasterDevice final : public figures::Device {
 
 FigurePicture PaintFigure(const Figure& figure, double pixels_per_point, const FreeTypeText& text) {
   RasterDevice device(figure, pixels_per_point, text);
-  figures::Draw(figure, device);
-  const bool opaque = figure.background && figure.background->alpha == 255;
-  return device.Take(!opaque);
+  const std::span<const Pixel> pixels = device.Paint({0, device.Height()});
+  return {{pixels.begin(), pixels.end()}, device.Width(), device.Height(), device.HasAlpha()};
+}
+
+std::vector<std::uint8_t> EncodeFigurePicture(const Figure& figure, double pixels_per_point,
+                                              const FreeTypeText& text) {
+  constexpr int kPixels = 1 << 18;  // of a band, about
+  RasterDevice device(figure, pixels_per_point, text);
+  const int bands =
+      std::max(1, static_cast<int>(std::lround(1.0 * device.Width() * device.Height() / kPixels)));
+  const int rows = (device.Height() + bands - 1) / bands;
+  return EncodePng(
+      PngStrips{.width = device.Width(),
+                .height = device.Height(),
+                .rows_from =
+                    [&](int top) {
+                      return device.Paint({top, std::min(top + rows, device.Height())});
+                    },
+                .pixels_per_metre = static_cast<int>(std::lround(pixels_per_point * 72 / 0.0254)),
+                .has_alpha = device.HasAlpha()});
 }
 
 double FigureText::Width(std::string_view text, double size, bool bold) const {

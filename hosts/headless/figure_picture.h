@@ -28,6 +28,11 @@ DISCOPLAN_HEADLESS_EXPORT FigurePicture PaintFigure(const figures::Figure& figur
                                                     double pixels_per_point,
                                                     const FreeTypeText& text);
 
+/// The same picture as a PNG file, painted and compressed in bands, so that it is never in memory
+/// as a whole.
+DISCOPLAN_HEADLESS_EXPORT std::vector<std::uint8_t> EncodeFigurePicture(
+    const figures::Figure& figure, double pixels_per_point, const FreeTypeText& text);
+
 /// Text as the figures' devices set it.
 class DISCOPLAN_HEADLESS_EXPORT FigureText final : public figures::TextMeasure {
  public:

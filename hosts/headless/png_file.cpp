@@ -30,17 +30,16 @@ png_color ToPng(Pixel pixel) {
           static_cast<png_byte>(pixel & 0xFF)};
 }
 
-/// Calls `visit` for each row from top to bottom, until it gives false; false then.
+/// Calls `visit` for each row from top to bottom.
 template <class Visit>
-bool VisitRows(const PngStrips& picture, Visit visit) {
+void VisitRows(const PngStrips& picture, Visit visit) {
   const auto width = static_cast<std::size_t>(picture.width);
   for (int top = 0; top < picture.height;) {
     for (std::span<const Pixel> strip = picture.rows_from(top);
          strip.size() >= width && top < picture.height; strip = strip.subspan(width), ++top) {
-      if (!visit(strip.first(width))) return false;
+      visit(strip.first(width));
     }
   }
-  return true;
 }
 
 /// Rows that differ from the one above; those of a map's cells repeat.
@@ -82,39 +81,60 @@ class ColourTable {
   std::size_t size_ = 0;
 };
 
-/// Nothing for more than 256 colours.
-std::optional<IndexedRows> ToIndexed(const PngStrips& picture) {
-  const auto width = static_cast<std::size_t>(picture.width);
-  IndexedRows indexed;
-  std::vector<Pixel> above;
-  ColourTable table;
-  const bool done = VisitRows(picture, [&](std::span<const Pixel> row) {
+/// Takes rows as long as there are no more than 256 colours.
+class RowIndexer {
+ public:
+  explicit RowIndexer(int width) : width_(static_cast<std::size_t>(width)) {}
+
+  const IndexedRows& Rows() const { return rows_; }
+
+  /// False, and nothing is taken, for a row that has colours too many.
+  bool Add(std::span<const Pixel> row) {
     // By pointers, which are compared as memory.
-    if (above.size() == width && std::equal(row.data(), row.data() + width, above.data())) {
-      ++indexed.times.back();
+    if (above_.size() == width_ && std::equal(row.data(), row.data() + width_, above_.data())) {
+      ++rows_.times.back();
       return true;
     }
-    above.assign(row.begin(), row.end());
-    indexed.times.push_back(1);
-    const std::size_t start = indexed.indices.size();
-    indexed.indices.resize(start + width);
-    png_byte* next = indexed.indices.data() + start;
+    const std::size_t start = rows_.indices.size();
+    rows_.indices.resize(start + width_);
+    png_byte* next = rows_.indices.data() + start;
     Pixel last = ~row.front();
     std::size_t index = 0;
     for (const Pixel pixel : row) {
       if (pixel != last) {
         last = pixel;
-        index = table.Find(pixel & 0xFFFFFF);
+        index = table_.Find(pixel & 0xFFFFFF);
         if (index == kMostColours) return false;
-        if (index == indexed.palette.size()) indexed.palette.push_back(ToPng(pixel));
+        if (index == rows_.palette.size()) rows_.palette.push_back(ToPng(pixel));
       }
       *next++ = static_cast<png_byte>(index);
     }
+    above_.assign(row.begin(), row.end());
+    rows_.times.push_back(1);
     return true;
-  });
-  if (!done) return {};
-  return indexed;
-}
+  }
+
+  /// The rows that were taken, as they were.
+  template <class Visit>
+  void VisitRows(Visit visit) const {
+    std::vector<Pixel> row(width_);
+    const png_byte* next = rows_.indices.data();
+    for (const int times : rows_.times) {
+      for (Pixel& pixel : row) {
+        const png_color& colour = rows_.palette[*next++];
+        pixel = Pixel{0xFF000000} | static_cast<Pixel>(colour.red << 16 | colour.green << 8) |
+                colour.blue;
+      }
+      for (int time = 0; time < times; ++time) visit(row);
+    }
+  }
+
+ private:
+  std::size_t width_;
+  IndexedRows rows_;
+  std::vector<Pixel> above_;
+  ColourTable table_;
+};
 
 /// Pixels of less than 8 bits share a byte, the first one in the highest bits.
 void PackRow(std::span<const png_byte> indices, int bit_depth, png_byte* row) {
@@ -159,38 +179,51 @@ void FillRow(std::span<const Pixel> pixels, std::span<const Pixel> above, bool h
   }
 }
 
-/// Appends the rows of a picture in RGB, with alpha or without, compressed.
-void DeflateColours(const PngStrips& picture, std::vector<std::uint8_t>& bytes) {
-  const auto width = static_cast<std::size_t>(picture.width);
-  const std::size_t row_bytes = 1 + (picture.has_alpha ? 4 : 3) * width;
-  std::vector<png_byte> row(row_bytes + 1);
-  std::vector<Pixel> above(width);
-  RunDeflater deflater(std::move(bytes));
-  VisitRows(picture, [&](std::span<const Pixel> pixels) {
-    FillRow(pixels, above, picture.has_alpha, row.data());
-    deflater.Add(std::span(row).first(row_bytes));
-    above.assign(pixels.begin(), pixels.end());
-    return true;
-  });
-  bytes = deflater.Take();
+/// Compresses rows in RGB, with alpha or without.
+class ColourDeflater {
+ public:
+  /// The stream stands behind what is in `before`.
+  ColourDeflater(const PngStrips& picture, std::vector<std::uint8_t> before)
+      : has_alpha_(picture.has_alpha),
+        bytes_(1 + (has_alpha_ ? 4 : 3) * static_cast<std::size_t>(picture.width)),
+        row_(bytes_ + 1),
+        above_(static_cast<std::size_t>(picture.width)),
+        deflater_(std::move(before)) {}
+
+  void Add(std::span<const Pixel> pixels) {
+    FillRow(pixels, above_, has_alpha_, row_.data());
+    deflater_.Add(std::span(row_).first(bytes_));
+    above_.assign(pixels.begin(), pixels.end());
+  }
+  std::vector<std::uint8_t> Take() { return deflater_.Take(); }
+
+ private:
+  bool has_alpha_;
+  std::size_t bytes_;
+  std::vector<png_byte> row_;
+  std::vector<Pixel> above_;
+  RunDeflater deflater_;
+};
+
+void AppendNumber(std::size_t number, std::vector<std::uint8_t>& bytes) {
+  for (const int shift : {24, 16, 8, 0}) bytes.push_back(static_cast<png_byte>(number >> shift));
 }
 
-/// Appends a chunk whose content `fill` appends. It isn't copied, which for a picture would take as
-/// much memory once more.
-template <class Fill>
-void AppendChunk(std::string_view name, std::vector<std::uint8_t>& bytes, Fill fill) {
-  const auto append = [&](std::size_t number) {
-    for (const int shift : {24, 16, 8, 0}) bytes.push_back(static_cast<png_byte>(number >> shift));
-  };
+/// Begins a chunk; returns where.
+std::size_t BeginChunk(std::string_view name, std::vector<std::uint8_t>& bytes) {
   const std::size_t start = bytes.size();
-  append(0);
+  AppendNumber(0, bytes);
   bytes.insert(bytes.end(), name.begin(), name.end());
-  fill();
+  return start;
+}
+
+/// Ends it where it stands: a copy would take as much memory once more.
+void EndChunk(std::size_t start, std::vector<std::uint8_t>& bytes) {
   const std::size_t size = bytes.size() - start - 8;
   for (std::size_t k = 0; k < 4; ++k) {
     bytes[start + k] = static_cast<png_byte>(size >> (24 - 8 * k));
   }
-  append(crc32(0, bytes.data() + start + 4, static_cast<unsigned>(size + 4)));
+  AppendNumber(crc32(0, bytes.data() + start + 4, static_cast<unsigned>(size + 4)), bytes);
 }
 
 class PngError : public std::runtime_error {
@@ -332,14 +365,28 @@ std::vector<std::uint8_t> EncodePng(const PngStrips& picture) {
   if (picture.width <= 0 || picture.height <= 0) {
     throw PngError("a picture of " + SizeOf(picture) + " is empty");
   }
-  const std::optional<IndexedRows> indexed = picture.has_alpha ? std::nullopt : ToIndexed(picture);
-  std::vector<std::uint8_t> bytes = PngWriter().Encode(picture, indexed ? &*indexed : nullptr);
-  if (indexed) return bytes;
-  // About as much as a map takes, so that there are seldom two of it for a while.
-  bytes.reserve(static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height) /
-                8 * 5);
-  AppendChunk("IDAT", bytes, [&] { DeflateColours(picture, bytes); });
-  AppendChunk("IEND", bytes, [] {});
+  RowIndexer indexer(picture.width);
+  std::optional<ColourDeflater> colours;
+  std::size_t start = 0;
+  const auto begin_colours = [&] {
+    std::vector<std::uint8_t> bytes = PngWriter().Encode(picture, nullptr);
+    // About as much as a map takes, so that there are seldom two of it for a while.
+    bytes.reserve(static_cast<std::size_t>(picture.width) *
+                  static_cast<std::size_t>(picture.height) / 8 * 5);
+    start = BeginChunk("IDAT", bytes);
+    colours.emplace(picture, std::move(bytes));
+    indexer.VisitRows([&](std::span<const Pixel> row) { colours->Add(row); });
+  };
+  if (picture.has_alpha) begin_colours();
+  VisitRows(picture, [&](std::span<const Pixel> row) {
+    if (!colours && indexer.Add(row)) return;
+    if (!colours) begin_colours();
+    colours->Add(row);
+  });
+  if (!colours) return PngWriter().Encode(picture, &indexer.Rows());
+  std::vector<std::uint8_t> bytes = colours->Take();
+  EndChunk(start, bytes);
+  EndChunk(BeginChunk("IEND", bytes), bytes);
   return bytes;
 }
 

@@ -33,7 +33,7 @@ struct PngStrips {
   int width = 0;
   int height = 0;
   /// Some whole rows from row `top` on, one at least; they are read until the next call. Rows are
-  /// asked for from top to bottom, and once more where there are too many colours for a palette.
+  /// asked for once, from top to bottom.
   std::function<std::span<const Pixel>(int top)> rows_from;
   int pixels_per_metre = 0;
   bool has_alpha = false;

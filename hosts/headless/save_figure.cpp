@@ -11,15 +11,6 @@
 namespace discoplan {
 namespace {
 
-std::vector<std::uint8_t> EncodePicture(const FigurePicture& picture, double pixels_per_point) {
-  return EncodePng(
-      PngPicture{.pixels = picture.pixels,
-                 .width = picture.width,
-                 .height = picture.height,
-                 .pixels_per_metre = static_cast<int>(std::lround(pixels_per_point * 72 / 0.0254)),
-                 .has_alpha = picture.has_alpha});
-}
-
 std::vector<std::uint8_t> EncodeSvg(const figures::Figure& figure) {
   const std::string text =
       ToSvg(figure, kPagePixels, [](std::span<const std::uint32_t> pixels, int width) {
@@ -56,7 +47,7 @@ std::vector<std::uint8_t> EncodeFigure(const figures::Figure& figure, FigureForm
     case FigureFormat::Png:
       break;
   }
-  return EncodePicture(PaintFigure(figure, pixels_per_point, text.Letters()), pixels_per_point);
+  return EncodeFigurePicture(figure, pixels_per_point, text.Letters());
 }
 
 void SaveFigure(const std::filesystem::path& path, figures::PlotKind kind,
