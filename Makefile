@@ -80,6 +80,7 @@ portability: elsewhere ## Compare many sessions by Wine and Node with this machi
 	@cmake --build --preset release --target discoplan-program discoplan-c -- --quiet
 	@for preset in windows-x64 $(if $(SHORT),,windows-x86 linux-x86) wasm; do tests/portability/check $$preset \
 	  build/release/apps/discoplan/discoplan $(CURDIR) $(if $(SHORT),2,36) || [ $$? = 77 ] || exit 1; done
+	@[ -n "$(SHORT)" ] || tests/portability/libraries build/release $(CURDIR) || [ $$? = 77 ]
 	@[ -n "$(SHORT)" ] || tests/bindings/windows build/release/bindings/c/libdiscoplan-c.so $(CURDIR) || [ $$? = 77 ]
 
 activex: elsewhere ## Test the ActiveX server in Wine, and build that of 32 bits unless SHORT=1
