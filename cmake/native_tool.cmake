@@ -1,5 +1,7 @@
 # discoplan_native_tool(TARGET SOURCE...): a program that writes sources or pages while the tree is
-# built, and so runs on this machine: a cross compiler's tree has it built in a tree beside.
+# built, and so runs on this machine: a cross compiler's tree has it built in a tree beside, or in
+# one of this machine's that there is already.
+set(DISCOPLAN_NATIVE "" CACHE PATH "A build folder of this machine's own, for programs that write sources")
 function(discoplan_native_tool target)
   if(NOT CMAKE_CROSSCOMPILING)
     add_executable(${target} EXCLUDE_FROM_ALL ${ARGN})
@@ -7,7 +9,14 @@ function(discoplan_native_tool target)
     return()
   endif()
   include(ExternalProject)
-  set(native ${CMAKE_BINARY_DIR}/native)
+  if(DISCOPLAN_NATIVE)
+    set(native ${DISCOPLAN_NATIVE})
+    if(NOT TARGET discoplan-native)
+      add_custom_target(discoplan-native)
+    endif()
+  else()
+    set(native ${CMAKE_BINARY_DIR}/native)
+  endif()
   if(NOT TARGET discoplan-native)
     ExternalProject_Add(discoplan-native EXCLUDE_FROM_ALL ON
       SOURCE_DIR ${PROJECT_SOURCE_DIR} BINARY_DIR ${native}

@@ -40,6 +40,13 @@ GUID ToGuid(std::string_view text) {
   return id;
 }
 
+LPOLESTR TaskText(const std::wstring& text) {
+  const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
+  auto* copy = static_cast<LPOLESTR>(CoTaskMemAlloc(bytes));
+  if (copy != nullptr) memcpy(copy, text.c_str(), bytes);
+  return copy;
+}
+
 HINSTANCE Module() { return own_module; }
 void Module(HINSTANCE module) { own_module = module; }
 

@@ -24,6 +24,9 @@ using Microsoft::WRL::ComPtr;
 std::wstring Wide(std::string_view utf8);
 std::string Utf8(std::wstring_view wide);
 
+/// A copy for the caller to free; nothing without the memory.
+LPOLESTR TaskText(const std::wstring& text);
+
 /// "6A2C02D3-..." as an id.
 GUID ToGuid(std::string_view text);
 /// In braces, as the registry has it.

@@ -1,16 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/activex/embedding.h"
 
+#include <iterator>
+
+#include "discoplan/dialogs/about_box.h"
 #include "hosts/activex/control_object.h"
 
 namespace discoplan::activex {
 namespace {
 
-LPOLESTR TaskText(const std::wstring& text) {
-  const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
-  auto* copy = static_cast<LPOLESTR>(CoTaskMemAlloc(bytes));
-  if (copy != nullptr) memcpy(copy, text.c_str(), bytes);
-  return copy;
+constexpr LONG kAbout = 1;
+
+struct Verb {
+  LONG number;
+  const wchar_t* name;
+};
+constexpr Verb kVerbs[] = {{OLEIVERB_PROPERTIES, L"P&roperties..."}, {kAbout, L"&About..."}};
+
+OLEVERB CopyOf(const Verb& verb) {
+  return {verb.number, TaskText(verb.name), MF_STRING, OLEVERBATTRIB_ONCONTAINERMENU};
 }
 
 }  // namespace
@@ -67,6 +75,8 @@ STDMETHODIMP Embedding::DoVerb(LONG verb, LPMSG, IOleClientSite*, LONG, HWND par
       return S_OK;
     case OLEIVERB_PROPERTIES:
       return ShowProperties(parent);
+    case kAbout:
+      return ShowAbout();
     default:
       return verb > 0 ? OLEOBJ_S_INVALIDVERB : E_NOTIMPL;
   }
@@ -87,10 +97,22 @@ HRESULT Embedding::ShowProperties(HWND parent) {
   return shown;
 }
 
-STDMETHODIMP Embedding::EnumVerbs(IEnumOLEVERB** verbs) {
+HRESULT Embedding::ShowAbout() try {
+  const auto box = std::make_shared<frmAbout>(object_.platform());
+  box->SetTitle(object_.row().about_number);
+  object_.platform().ShowModal(box, {});
+  return S_OK;
+} catch (const std::bad_alloc&) {
+  return E_OUTOFMEMORY;
+}
+
+STDMETHODIMP Embedding::EnumVerbs(IEnumOLEVERB** verbs) try {
   if (verbs == nullptr) return E_POINTER;
-  *verbs = nullptr;
-  return OLE_S_USEREG;
+  *verbs = new CopyEnumerator<IEnumOLEVERB, Verb, OLEVERB>({std::begin(kVerbs), std::end(kVerbs)},
+                                                           &CopyOf);
+  return S_OK;
+} catch (const std::bad_alloc&) {
+  return E_OUTOFMEMORY;
 }
 
 STDMETHODIMP Embedding::GetUserClassID(CLSID* id) {

@@ -64,6 +64,7 @@ class Embedding final : public Part<IOleObject, IOleControl, IQuickActivate, IRu
 
  private:
   HRESULT ShowProperties(HWND parent);
+  HRESULT ShowAbout();
   IOleAdviseHolder* Advised();
 
   ControlObject& object_;

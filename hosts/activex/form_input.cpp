@@ -178,6 +178,30 @@ LRESULT CALLBACK FormWindow::WidgetProcedure(HWND window, UINT message, WPARAM w
   return DefSubclassProc(window, message, w, l);
 }
 
+/// Of a window that is there to be read, not seen: its class would paint it, also with a new text.
+LRESULT CALLBACK FormWindow::QuietProcedure(HWND window, UINT message, WPARAM w, LPARAM l,
+                                            UINT_PTR id, DWORD_PTR) {
+  switch (message) {
+    case WM_PAINT:
+      ValidateRect(window, nullptr);
+      return 0;
+    case WM_PRINTCLIENT:
+      return 0;
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_NCHITTEST:
+      return HTTRANSPARENT;
+    case WM_SETTEXT:
+      return DefWindowProcW(window, message, w, l);
+    case WM_NCDESTROY:
+      RemoveWindowSubclass(window, &QuietProcedure, id);
+      break;
+    default:
+      break;
+  }
+  return DefSubclassProc(window, message, w, l);
+}
+
 void FormWindow::Act(const std::function<void()>& act) {
   if (syncing_ || handle_ == nullptr || !owner_->Works()) return;
   owner_->Act(act);

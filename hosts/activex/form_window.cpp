@@ -24,16 +24,21 @@ struct WidgetKind {
   NodeKind kind;
   const wchar_t* window_class;
   DWORD style;
+  bool quiet = false;
 };
+constexpr WidgetKind kGroupBox = {NodeKind::Frame, L"BUTTON", BS_GROUPBOX, true};
 constexpr WidgetKind kWidgetKinds[] = {
     {NodeKind::Button, L"BUTTON", WS_TABSTOP | BS_PUSHBUTTON | BS_NOTIFY},
     {NodeKind::Text, L"EDIT", WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL},
     {NodeKind::Check, L"BUTTON", WS_TABSTOP | BS_AUTOCHECKBOX | BS_NOTIFY},
     {NodeKind::Options, L"BUTTON", BS_AUTORADIOBUTTON | BS_NOTIFY},
     {NodeKind::Spinner, UPDOWN_CLASSW, 0},
+    {NodeKind::Label, L"STATIC", SS_NOPREFIX, true},
+    kGroupBox,
 };
 
 const WidgetKind* KindOf(const Node& node) {
+  if (node.kind == NodeKind::Frame && !node.Bordered()) return nullptr;
   for (const WidgetKind& kind : kWidgetKinds) {
     if (kind.kind == node.kind) return &kind;
   }
@@ -99,11 +104,12 @@ void FormWindow::Destroy() {
   brushes_.clear();
 }
 
-HWND FormWindow::NewWidget(const wchar_t* window_class, DWORD style, int id) {
-  const HWND window =
-      CreateWindowExW(0, window_class, L"", WS_CHILD | WS_CLIPSIBLINGS | style, 0, 0, 0, 0, handle_,
-                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), Module(), nullptr);
-  SetWindowSubclass(window, &WidgetProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
+HWND FormWindow::NewWidget(const wchar_t* window_class, DWORD style, int id, bool quiet) {
+  const HWND window = CreateWindowExW(
+      quiet ? WS_EX_TRANSPARENT : 0, window_class, L"", WS_CHILD | WS_CLIPSIBLINGS | style, 0, 0, 0,
+      0, handle_, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), Module(), nullptr);
+  SetWindowSubclass(window, quiet ? &QuietProcedure : &WidgetProcedure, 1,
+                    reinterpret_cast<DWORD_PTR>(this));
   return window;
 }
 
@@ -113,11 +119,14 @@ void FormWindow::Build(Node& node) {
   if (kind == nullptr || std::any_of(widgets_.begin(), widgets_.end(), known)) return;
   Widget widget{.node = &node, .windows = {}};
   const int id = kFirstId + static_cast<int>(widgets_.size());
+  if (node.kind == NodeKind::Options) {
+    widget.group = NewWidget(kGroupBox.window_class, kGroupBox.style | WS_GROUP, id, true);
+  }
   const std::size_t count = node.kind == NodeKind::Options ? node.Options().size() : 1;
   for (std::size_t i = 0; i < count; ++i) {
     // A group begins with its first option, and ends with whatever comes next.
     const DWORD first = i == 0 ? static_cast<DWORD>(WS_GROUP) : 0;
-    widget.windows.push_back(NewWidget(kind->window_class, kind->style | first, id));
+    widget.windows.push_back(NewWidget(kind->window_class, kind->style | first, id, kind->quiet));
   }
   widgets_.push_back(std::move(widget));
 }
@@ -175,6 +184,13 @@ void FormWindow::SyncPlace(Widget& widget) {
   RECT place{corner.x, corner.y, corner.x + across(node.Box().width),
              corner.y + down(node.Box().height)};
   const bool options = node.kind == NodeKind::Options;
+  const auto put = [&](HWND window) {
+    SetWindowPos(window, nullptr, place.left, place.top, place.right - place.left,
+                 place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS |
+                     static_cast<UINT>(node.IsShown() ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+  };
+  if (widget.group != nullptr) put(widget.group);
   for (std::size_t i = 0; i < widget.windows.size(); ++i) {
     if (options) {
       place.top = corner.y + down(kFirstOption + static_cast<float>(i) * kOptionPitch);
@@ -182,10 +198,7 @@ void FormWindow::SyncPlace(Widget& widget) {
       place.left = corner.x + across(kOptionIndent);
       place.right = corner.x + across(node.Box().width - kOptionIndent / 2);
     }
-    SetWindowPos(widget.windows[i], nullptr, place.left, place.top, place.right - place.left,
-                 place.bottom - place.top,
-                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS |
-                     static_cast<UINT>(node.IsShown() ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+    put(widget.windows[i]);
   }
 }
 
@@ -218,6 +231,7 @@ void FormWindow::SyncWidget(Widget& widget) {
 
 void FormWindow::SyncText(const Widget& widget) {
   const Node& node = *widget.node;
+  if (widget.group != nullptr) SetWindowTextW(widget.group, Caption(node.Text()).c_str());
   if (node.kind == NodeKind::Options) {
     for (std::size_t i = 0; i < widget.windows.size() && i < node.Options().size(); ++i) {
       SetWindowTextW(widget.windows[i], Caption(node.Options()[i]).c_str());
@@ -225,6 +239,8 @@ void FormWindow::SyncText(const Widget& widget) {
   } else if (node.kind == NodeKind::Text) {
     const std::wstring text = Wide(node.Text());
     if (TextOf(widget.windows[0]) != text) SetWindowTextW(widget.windows[0], text.c_str());
+  } else if (node.kind == NodeKind::Label) {
+    SetWindowTextW(widget.windows[0], Wide(node.Text()).c_str());
   } else {
     SetWindowTextW(widget.windows[0], Caption(node.Text()).c_str());
   }

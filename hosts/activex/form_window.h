@@ -3,8 +3,10 @@
 
 /// A tree of nodes as a window: what the user works with (buttons, fields, boxes, options,
 /// spinners) are child windows of the system's own classes, the rest is the picture behind them,
-/// painted by the library. What the user does reaches the nodes; what changes in the nodes reaches
-/// the windows before the next message, or with `Sync`. One view to a tree, of one thread.
+/// painted by the library. Labels and group boxes are child windows too, with their texts for
+/// readers of the screen, but leave their looks and the mouse to the picture. What the user does
+/// reaches the nodes; what changes in the nodes reaches the windows before the next message, or
+/// with `Sync`. One view to a tree, of one thread.
 ///
 /// Anything may happen while a node's handler runs: the owner may go, or the window may.
 
@@ -80,6 +82,7 @@ class FormWindow final : public std::enable_shared_from_this<FormWindow> {
   struct Widget {
     Node* node;
     std::vector<HWND> windows;  // several for a group of options
+    HWND group = nullptr;       // around those
     RECT place{};
     unsigned stale = ~0U;
   };
@@ -87,9 +90,11 @@ class FormWindow final : public std::enable_shared_from_this<FormWindow> {
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l);
   static LRESULT CALLBACK WidgetProcedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
                                           DWORD_PTR self);
+  static LRESULT CALLBACK QuietProcedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
+                                         DWORD_PTR self);
   LRESULT Handle(UINT message, WPARAM w, LPARAM l);
   void Build(Node& node);
-  HWND NewWidget(const wchar_t* window_class, DWORD style, int id);
+  HWND NewWidget(const wchar_t* window_class, DWORD style, int id, bool quiet);
   void Note(Node& node, Aspect aspect);
   void SyncWidget(Widget& widget);
   void SyncPlace(Widget& widget);

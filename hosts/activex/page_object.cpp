@@ -72,13 +72,6 @@ std::unique_ptr<Object> ControlIn(IUnknown* object) {
   return nullptr;
 }
 
-LPOLESTR TaskText(const std::wstring& text) {
-  const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
-  auto* copy = static_cast<LPOLESTR>(CoTaskMemAlloc(bytes));
-  if (copy != nullptr) memcpy(copy, text.c_str(), bytes);
-  return copy;
-}
-
 }  // namespace
 
 HRESULT PageObject::Create(std::string_view page, REFIID id, void** out) try {

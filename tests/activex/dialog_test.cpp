@@ -39,6 +39,39 @@ TEST(Dialog, ChangesThePlotsOptions) {
   EXPECT_EQ(nullptr, FindWindowW(kDialog, nullptr));
 }
 
+/// Readers of the screen find labels before their fields, and groups around theirs.
+TEST(Dialog, HasItsLabelsAndGroupsAsWindows) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot3D");
+  Form form;
+  form.Place(plot, {0, 0, 400, 300});
+  Load(*plot.Get());
+  const User user(kDialog, L"", [&](HWND dialog) {
+    const auto text_of = [](HWND window) {
+      wchar_t text[64] = L"";
+      GetWindowTextW(window, text, 64);
+      return std::wstring(text);
+    };
+    std::vector<std::wstring> groups;
+    for (const HWND button : User::Children(dialog, L"BUTTON")) {
+      if ((GetWindowLongPtrW(button, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX) {
+        groups.push_back(text_of(button));
+      }
+    }
+    for (const wchar_t* name : {L"3D Plot", L"Grid", L"Wafer", L"Plot Type"}) {
+      EXPECT_EQ(1, std::count(groups.begin(), groups.end(), name)) << Utf8(name);
+    }
+    std::vector<std::wstring> labels;
+    for (const HWND field : User::Children(dialog, L"EDIT")) {
+      labels.push_back(text_of(GetWindow(field, GW_HWNDPREV)));
+    }
+    for (const wchar_t* name : {L"Resolution X: ", L"Resolution Y: ", L"Scale: "}) {
+      EXPECT_EQ(1, std::count(labels.begin(), labels.end(), name)) << Utf8(name);
+    }
+    PostMessageW(dialog, WM_CLOSE, 0, 0);
+  });
+  Call(*plot.Get(), L"ShowPlotOption");
+}
+
 TEST(Dialog, ReturnAndEscapePressItsButtons) {
   const ComPtr<IDispatch> plot = NewPlot(L"Histo");
   Form form;
@@ -97,6 +130,43 @@ TEST(Dialog, EndsWithTheWindowOfItsContainer) {
   const User user(kDialog, L"", [&](HWND) { DestroyWindow(form.window); });
   Call(*plot.Get(), L"ShowPlotOption");
   EXPECT_EQ(nullptr, FindWindowW(kDialog, nullptr));
+}
+
+TEST(Dialog, TellsOfThePlotByAVerb) {
+  const struct {
+    const wchar_t* plot;
+    const wchar_t* title;
+  } cases[] = {{L"Plot2D", L"Discoplan.OCX Type: 2D Plot"},
+               {L"LineScan", L"Discoplan.OCX Type: Line Scan"},
+               {L"Plot3DB", L"Discoplan.OCX Type: 3D Bar Plot"}};
+  for (const auto& [name, title] : cases) {
+    const ComPtr<IDispatch> plot = NewPlot(name);
+    Form form;
+    form.Place(plot, {0, 0, 400, 300});
+    ComPtr<IEnumOLEVERB> verbs;
+    ASSERT_EQ(S_OK, form.object->EnumVerbs(&verbs));
+    OLEVERB offered[3] = {};
+    ULONG count = 0;
+    EXPECT_EQ(S_FALSE, verbs->Next(3, offered, &count));
+    ASSERT_EQ(2U, count);
+    EXPECT_EQ(OLEIVERB_PROPERTIES, offered[0].lVerb);
+    EXPECT_EQ(std::wstring(L"&About..."), offered[1].lpszVerbName);
+    EXPECT_EQ(static_cast<DWORD>(OLEVERBATTRIB_ONCONTAINERMENU), offered[1].grfAttribs);
+    const User user(kDialog, L"Discoplan.OCX ActiveX Control", [&](HWND box) {
+      EXPECT_EQ(form.window, GetWindow(box, GW_OWNER));
+      const auto lines = User::Children(box, L"STATIC");
+      ASSERT_EQ(3U, lines.size());
+      wchar_t text[64] = L"";
+      GetWindowTextW(lines[0], text, 64);
+      EXPECT_EQ(std::wstring(title), text);
+      User::Press(box, L"OK");
+    });
+    EXPECT_EQ(S_OK, form.object->DoVerb(offered[1].lVerb, nullptr, &form, 0, form.window, nullptr));
+    for (const OLEVERB& verb : offered) CoTaskMemFree(verb.lpszVerbName);
+    EXPECT_EQ(nullptr, FindWindowW(kDialog, nullptr));
+    EXPECT_EQ(OLEOBJ_S_INVALIDVERB,
+              form.object->DoVerb(7, nullptr, &form, 0, form.window, nullptr));
+  }
 }
 
 /// The container's side of a property page.

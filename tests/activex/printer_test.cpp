@@ -120,8 +120,10 @@ class Sheet final : public Paper {
                       Text({x - across, y - down, x + across, y + down}));
     } else if (name == L"Print") {
       if (std::wstring(args.at(0).bstrVal).empty()) return S_OK;
-      const std::wstring text =
-          static_cast<int>(text_size) == 14 ? std::wstring(L"\u03C3") : args[0].bstrVal;
+      CY size{};
+      As<IFont>(font)->get_Size(&size);
+      const bool symbol = size.int64 == 140000;
+      const std::wstring text = symbol ? L"\u03C3" : args[0].bstrVal;
       calls.push_back("text" + Text({Pixel(values[L"CurrentX"]), Pixel(values[L"CurrentY"])}) +
                       ' ' + Utf8(text));
     } else if (name == L"Polygon") {
@@ -132,12 +134,8 @@ class Sheet final : public Paper {
       }
       calls.push_back(call);
     }
-    const double size = Get(*font.Get(), L"Size");
-    text_size = size;
     return S_OK;
   }
-
-  double text_size = 8;
 };
 
 /// As Basic's own printer: what isn't of the declared types is a mismatch.

@@ -79,6 +79,50 @@ TEST(Window, HasTheLibrarysPixels) {
   }
 }
 
+/// Labels and group boxes are there and aren't seen, on the screen itself.
+TEST(Window, ShowsThePlotUnderItsGroupBoxes) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  Form form;
+  SetWindowPos(form.window, HWND_TOPMOST, 20, 20, 700, 600, SWP_SHOWWINDOW);
+  form.Place(plot, {0, 0, 500, 400});
+  Load(*plot.Get());
+  Call(*plot.Get(), L"Plot");
+  const HWND window = form.PlotWindow();
+  const std::vector<DWORD> due = Shown(window, 500, 400);
+  UpdateWindow(window);
+  std::vector<HWND> boxes;
+  for (HWND child = nullptr;
+       (child = FindWindowExW(window, child, L"BUTTON", nullptr)) != nullptr;) {
+    if ((GetWindowLongPtrW(child, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX) boxes.push_back(child);
+  }
+  ASSERT_LE(3U, boxes.size());
+  std::size_t looked_at = 0;
+  std::size_t wrong = 0;
+  const HDC screen = GetDC(nullptr);
+  for (const HWND box : boxes) {
+    RECT place{};
+    GetWindowRect(box, &place);
+    MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
+    for (LONG y = std::max(0L, place.top); y < std::min(400L, place.bottom); y += 7) {
+      for (LONG x = std::max(0L, place.left); x < std::min(500L, place.right); x += 5) {
+        POINT at{x, y};
+        if (ChildWindowFromPointEx(window, at, CWP_SKIPTRANSPARENT | CWP_SKIPINVISIBLE) != window) {
+          continue;
+        }
+        ClientToScreen(window, &at);
+        EXPECT_EQ(window, WindowFromPoint(at));
+        const DWORD pixel = due[static_cast<std::size_t>(y * 500 + x)];
+        const COLORREF colour = RGB((pixel >> 16) & 0xFF, (pixel >> 8) & 0xFF, pixel & 0xFF);
+        ++looked_at;
+        wrong += GetPixel(screen, at.x, at.y) == colour ? 0 : 1;
+      }
+    }
+  }
+  ReleaseDC(nullptr, screen);
+  EXPECT_GT(looked_at, 1000U);
+  EXPECT_EQ(0U, wrong);
+}
+
 TEST(Window, GetsTheLeastSizeThatItAsksFor) {
   const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
   Form form;
