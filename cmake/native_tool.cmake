@@ -29,7 +29,10 @@ function(discoplan_native_tool target)
   add_custom_target(${target}-native
     COMMAND ${CMAKE_COMMAND} --build ${native} --target ${target} DEPENDS discoplan-native
     BYPRODUCTS ${native}/${folder}/${target} VERBATIM)
-  add_dependencies(${target}-native discoplan-native)
+  # One after another, as they are built in one folder.
+  get_property(previous GLOBAL PROPERTY DISCOPLAN_LAST_NATIVE_TOOL)
+  add_dependencies(${target}-native discoplan-native ${previous})
+  set_property(GLOBAL PROPERTY DISCOPLAN_LAST_NATIVE_TOOL ${target}-native)
   add_executable(${target} IMPORTED GLOBAL)
   set_target_properties(${target} PROPERTIES IMPORTED_LOCATION ${native}/${folder}/${target})
   add_dependencies(${target} ${target}-native)
