@@ -109,7 +109,7 @@ void AddContours(Page& page, const MapFrame& frame, const WaferPlot& plot, const
   const Lattice lattice = LatticeFor(page, frame);
   std::vector<float> values(lattice.Size());
   field.Evaluate(lattice, frame.test_radius * 1.5 + 3 * lattice.step, values);
-  const std::vector<Point> area = TestAreaPoints(plot);
+  const std::vector<Point> area = TestAreaPoints(plot, frame.Length(frame.radius));
   // The area is the circle, cut by a flat between its first and last corners.
   const Point middle = (area.front() + area.back()) * 0.5;
   const double flat = std::hypot(middle.x, middle.y);

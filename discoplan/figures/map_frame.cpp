@@ -37,9 +37,9 @@ MapFrame FrameIn(const Box& area, const WaferPlot& plot) {
   return frame;
 }
 
-std::vector<Point> RimPoints(const WaferPlot& plot) {
+std::vector<Point> RimPoints(const WaferPlot& plot, double drawn_radius) {
   const double radius = plot.diameter / 2;
-  constexpr int kCorners = 720;
+  const int corners = CircleCorners(drawn_radius);
   // The mark is at angle 0, then all is turned.
   double from = 0;
   std::vector<Point> points;
@@ -49,15 +49,15 @@ std::vector<Point> RimPoints(const WaferPlot& plot) {
     from = 0.6 * kNotchDepth;
     points.push_back({radius * (1 - kNotchDepth), 0});
   }
-  for (int i = 0; i <= kCorners; ++i) {
-    const double angle = from + (kTurn - 2 * from) * i / kCorners;
+  for (int i = 0; i <= corners; ++i) {
+    const double angle = from + (kTurn - 2 * from) * i / corners;
     points.push_back({radius * std::cos(angle), radius * std::sin(angle)});
   }
   for (Point& point : points) point = Turned(point, AngleOf(plot.notch));
   return points;
 }
 
-std::vector<Point> TestAreaPoints(const WaferPlot& plot) {
+std::vector<Point> TestAreaPoints(const WaferPlot& plot, double drawn_radius) {
   const double radius = plot.diameter / 2;
   const double inside = std::max(radius - plot.edge_exclusion, radius * 0.05);
   double from = 0;
@@ -65,10 +65,10 @@ std::vector<Point> TestAreaPoints(const WaferPlot& plot) {
     const double flat = FlatDistance() * radius - plot.edge_exclusion;
     if (flat < inside) from = std::acos(std::clamp(flat / inside, -1.0, 1.0));
   }
-  constexpr int kCorners = 720;
+  const int corners = CircleCorners(drawn_radius);
   std::vector<Point> points;
-  for (int i = 0; i <= kCorners; ++i) {
-    const double angle = from + (kTurn - 2 * from) * i / kCorners;
+  for (int i = 0; i <= corners; ++i) {
+    const double angle = from + (kTurn - 2 * from) * i / corners;
     points.push_back(
         Turned({inside * std::cos(angle), inside * std::sin(angle)}, AngleOf(plot.notch)));
   }
@@ -76,7 +76,7 @@ std::vector<Point> TestAreaPoints(const WaferPlot& plot) {
 }
 
 void DrawRim(Page& page, const MapFrame& frame, const WaferPlot& plot) {
-  std::vector<Point> points = RimPoints(plot);
+  std::vector<Point> points = RimPoints(plot, frame.Length(frame.radius));
   for (Point& point : points) point = frame.At(point.x, point.y);
   Path path;
   path.Polygon(std::move(points));
@@ -85,7 +85,7 @@ void DrawRim(Page& page, const MapFrame& frame, const WaferPlot& plot) {
 
 void DrawEdge(Page& page, const MapFrame& frame, const WaferPlot& plot) {
   if (plot.edge_exclusion <= 0 || frame.Length(plot.edge_exclusion) < 2 * page.Hair()) return;
-  std::vector<Point> points = TestAreaPoints(plot);
+  std::vector<Point> points = TestAreaPoints(plot, frame.Length(frame.radius));
   for (Point& point : points) point = frame.At(point.x, point.y);
   Path path;
   path.Polygon(std::move(points));

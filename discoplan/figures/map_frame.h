@@ -27,9 +27,10 @@ struct MapFrame {
 /// As large as fits into `area`.
 MapFrame FrameIn(const Box& area, const WaferPlot& plot);
 
-/// Corners in mm of the rim with its mark, and of the area that a map covers.
-std::vector<Point> RimPoints(const WaferPlot& plot);
-std::vector<Point> TestAreaPoints(const WaferPlot& plot);
+/// Corners in mm of the rim with its mark, and of the area that a map covers, for a wafer that is
+/// drawn with a radius of so many points.
+std::vector<Point> RimPoints(const WaferPlot& plot, double drawn_radius);
+std::vector<Point> TestAreaPoints(const WaferPlot& plot, double drawn_radius);
 
 void DrawRim(Page& page, const MapFrame& frame, const WaferPlot& plot);
 /// A dashed ring where the edge exclusion begins.

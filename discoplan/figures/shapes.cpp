@@ -5,11 +5,16 @@
 
 namespace discoplan::figures {
 
+int CircleCorners(double radius) {
+  constexpr double kHalfTurn = 3.141592653589793;
+  // Nowhere farther than a hundredth of a point from the circle.
+  const double corners = kHalfTurn / std::sqrt(2 * 0.005 / std::max(radius, 1.0));
+  return std::clamp(static_cast<int>(corners / 4) * 4, 16, 1440);
+}
+
 std::vector<Point> CirclePoints(Point centre, double radius) {
   constexpr double kTurn = 6.283185307179586;
-  // Nowhere farther than a hundredth of a point from the circle.
-  const double corners = kTurn / 2 / std::sqrt(2 * 0.005 / std::max(radius, 1.0));
-  const int count = std::clamp(static_cast<int>(corners / 4) * 4, 16, 1440);
+  const int count = CircleCorners(radius);
   std::vector<Point> points;
   for (int i = 0; i < count; ++i) {
     const double angle = kTurn * i / count;

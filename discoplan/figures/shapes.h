@@ -158,7 +158,8 @@ struct Figure {
   std::vector<Shape> shapes;
 };
 
-/// Of so many corners that no device shows them.
+/// So many that no device shows them; the radius is in points.
+DISCOPLAN_EXPORT int CircleCorners(double radius);
 DISCOPLAN_EXPORT std::vector<Point> CirclePoints(Point centre, double radius);
 DISCOPLAN_EXPORT Path Circle(Point centre, double radius);
 DISCOPLAN_EXPORT Path Rectangle(const Box& box);

@@ -110,7 +110,7 @@ Rgba Lit(Rgba colour, double light) {
 }
 
 void DrawBase(Page& page, const View& view, const WaferPlot& plot) {
-  std::vector<Point> rim = RimPoints(plot);
+  std::vector<Point> rim = RimPoints(plot, view.Unit());
   for (Point& p : rim) p = view.At(p * (2 / plot.diameter), 0);
   AddFace(page, std::move(rim), page.Ink().nothing, {1.2 * page.Hair(), page.Ink().rim});
 }
@@ -150,7 +150,7 @@ double AxisRoom(const Page& page, const Ticks& ticks) {
 /// Distance of the test area's border at an angle, in parts of the wafer's radius.
 class Border {
  public:
-  explicit Border(const WaferPlot& plot) : points_(TestAreaPoints(plot)) {
+  Border(const WaferPlot& plot, double drawn_radius) : points_(TestAreaPoints(plot, drawn_radius)) {
     for (Point& p : points_) p = p * (2 / plot.diameter);
     round_ = std::hypot(points_.front().x, points_.front().y);
     middle_ = (points_.front() + points_.back()) * 0.5;
@@ -220,7 +220,7 @@ void AddShadedFace(Page& page, const std::vector<Corner>& face, const Scale& sca
 void DrawFaces(Page& page, const View& view, const WaferPlot& plot, const Scale& scale,
                const ValueField& field, const Coverage& coverage) {
   const Sampled values(field, plot.diameter / 2);
-  const Border border(plot);
+  const Border border(plot, view.Unit());
   // As fine as is seen.
   const int rings = std::clamp(static_cast<int>(view.Unit() / 3.2), 14, 56);
   const int sectors = 4 * rings;

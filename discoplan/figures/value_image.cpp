@@ -131,7 +131,7 @@ void AddValueImage(Page& page, const MapFrame& frame, const WaferPlot& plot, con
                    std::shared_ptr<const Coverage> coverage) {
   auto source =
       std::make_shared<ValueImage>(page, frame, scale, std::move(field), std::move(coverage));
-  std::vector<Point> outline = TestAreaPoints(plot);
+  std::vector<Point> outline = TestAreaPoints(plot, frame.Length(frame.radius));
   for (Point& point : outline) point = frame.At(point.x, point.y);
   const double side = frame.Length(frame.test_radius);
   ImageShape image{.area = {frame.centre.x - side, frame.centre.y - side, frame.centre.x + side,

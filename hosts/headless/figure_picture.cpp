@@ -226,7 +226,7 @@ class RasterDevice final : public figures::Device {
     if (right <= left || bottom <= top) return;
     // A strip at a time, with a row beyond it on both sides, for those who look at neighbours: less
     // memory, which costs as much as the work done in it.
-    constexpr int kStrip = 32;
+    constexpr int kStrip = 64;
     const int columns = right - left;
     std::vector<Rgba> strip(static_cast<std::size_t>(columns) * (kStrip + 2));
     int number = -1;
@@ -307,14 +307,26 @@ class RasterDevice final : public figures::Device {
       raster_.move_to_d(c.x + rim[0].x, c.y + rim[0].y);
       for (const Point p : std::span(rim).subspan(1)) raster_.line_to_d(c.x + p.x, c.y + p.y);
     }
-    agg::render_scanlines_aa_solid(raster_, scanline_, base_, ColourOf(colour));
+    Render(colour);
+  }
+
+  /// What was rasterised, in the rows of the band.
+  void Render(Rgba colour) {
+    if (!raster_.rewind_scanlines()) return;
+    scanline_.reset(raster_.min_x(), raster_.max_x());
+    const int first = std::max(raster_.min_y(), band_.top);
+    if (first >= band_.bottom || !raster_.navigate_scanline(first)) return;
+    const agg::rgba8 ink = ColourOf(colour);
+    while (raster_.sweep_scanline(scanline_) && scanline_.y() < band_.bottom) {
+      agg::render_scanline_aa_solid(scanline_, base_, ink);
+    }
   }
 
   template <class Source>
   void Fill(Source& source, Rgba colour) {
     raster_.reset();
     raster_.add_path(source);
-    agg::render_scanlines_aa_solid(raster_, scanline_, base_, ColourOf(colour));
+    Render(colour);
   }
 
   void DrawStroke(agg::path_storage& path, const Stroke& stroke) {
