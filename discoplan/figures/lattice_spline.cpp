@@ -217,13 +217,15 @@ void LatticeSpline::SumCoarser(const Cells& fine, Cells& coarse) const {
   std::fill(coarse.begin(), coarse.end(), 0.0F);
   for (std::size_t row = 0; row < coarse_rows; ++row) {
     float* to = &coarse[coarser.Cell(static_cast<int>(row), 0)];
-    for (std::size_t i = 0; i < width; ++i) {
-      const std::array<float, 4> w = across_[i].weights;
-      float* four = to + across_[i].first;
-      const float value = rows[row * width + i];
-      std::array<float, 4> sums;
-      for (std::size_t k = 0; k < 4; ++k) sums[k] = four[k] + value * w[k];
-      for (std::size_t k = 0; k < 4; ++k) four[k] = sums[k];
+    const float* from = &rows[row * width];
+    for (std::size_t i = 0; i < width;) {
+      // Neighbours with the same four coarser knots.
+      const int first = across_[i].first;
+      std::array<float, 4> sums = {};
+      for (; i < width && across_[i].first == first; ++i) {
+        for (std::size_t k = 0; k < 4; ++k) sums[k] += from[i] * across_[i].weights[k];
+      }
+      for (std::size_t k = 0; k < 4; ++k) to[first + static_cast<int>(k)] += sums[k];
     }
   }
 }

@@ -193,7 +193,7 @@ class LatticeField final : public ValueField {
       reach = std::max({reach, std::abs(sample.x), std::abs(sample.y)});
     }
     spacing_ = SpacingOf(samples.size(), radius);
-    pitch_ = spacing_ * (samples.size() <= kMany ? 1.0 : 1.6);
+    pitch_ = spacing_ * (samples.size() <= kMany ? 1.0 : 2.0);
     std::vector<float> found = Choose(samples, reach);
     LatticeSpline spline({reach, reach}, pitch_);
     spline.Add(samples);
