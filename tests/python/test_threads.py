@@ -99,6 +99,7 @@ def test_memory_stays_the_same() -> None:
 def test_no_reference_is_lost_or_kept() -> None:
     text, options = "a title of its own", [X, Y, VALUE]
     wafer = dp.Wafer(*options, name=text)
+    gc.collect()
     counted = [sys.getrefcount(each) for each in (None, X, Y, VALUE, text)]
     for _ in range(1000):
         dp.Wafer(*options, name=text).interpolate(X, Y)

@@ -6,6 +6,7 @@
 #include <bit>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "discoplan/base/algorithms.h"
 #include "discoplan/base/bits.h"
@@ -124,7 +125,9 @@ SiteInterpolator::SiteInterpolator(const MeasuredSites& measured, SiteSearch sea
       farthest_slot_(std::min(double{StartDistance(measured)}, ReplacementDistance(measured))),
       has_kernel_(search != SiteSearch::Plain && measured.SearchesCells() &&
                   measured.cells->HasCopies() && measured.cells->size <= kLargestCell &&
-                  farthest_slot_ > 0) {}
+                  farthest_slot_ > 0),
+      has_few_(search != SiteSearch::Plain && measured.HasInterpolation() &&
+               !measured.SearchesCells()) {}
 
 void SiteInterpolator::Evaluate(std::span<Site> points, std::size_t columns) const noexcept {
   if (columns == 0) columns = points.size();
@@ -140,7 +143,43 @@ void SiteInterpolator::Evaluate(std::span<Site> points, std::size_t columns) con
   });
 }
 
+/// Sites that are passed over, as a kernel reads them.
+struct SiteInterpolator::FewSites {
+  static constexpr std::size_t kMost = 9;
+  /// In mm. Beyond, squares may leave the range of a float; below, they lose their precision.
+  static constexpr float kFarthest = 1e6F;
+  static constexpr double kNearest = 1e-6;
+
+  explicit FewSites(const MeasuredSites& measured) {
+    const std::span<const Site> sites = measured.sites;
+    const double reach = 3 * (measured.wafer_diameter / 2.0);  // as the pass has it
+    if (sites.size() < 4 || sites.size() > kMost || !(reach > kNearest && reach < kFarthest))
+      return;
+    for (std::size_t i = 0; i < sites.size(); ++i) {
+      x[i] = sites[i].x;
+      y[i] = sites[i].y;
+      z[i] = sites[i].z;
+      if (!IsNear(x[i]) || !IsNear(y[i])) return;
+    }
+    around = {.x = x, .y = y, .z = z, .runs = {}, .run_count = 1};
+    around.runs[0] = {0, static_cast<std::int32_t>(sites.size())};
+    sure = {.above = kNearest, .below = static_cast<float>(reach)};
+    serve = true;
+  }
+
+  static bool IsNear(float position) { return std::abs(position) < kFarthest; }
+
+  bool serve = false;
+  Surroundings around;
+  SureDistances sure;
+  float x[kMost + lattice::kPadding] = {};
+  float y[kMost + lattice::kPadding] = {};
+  float z[kMost + lattice::kPadding] = {};
+};
+
 void SiteInterpolator::EvaluateRows(std::span<Site> points, std::size_t columns) const {
+  std::optional<FewSites> few;
+  if (has_few_) few.emplace(measured_);
   const std::size_t height = columns < points.size() ? kTileSide : 1;
   const std::size_t width = kTilePoints / height;
   Tile tile;
@@ -160,7 +199,7 @@ void SiteInterpolator::EvaluateRows(std::span<Site> points, std::size_t columns)
       }
       if (count == 0) continue;
       tile.count = static_cast<std::int32_t>(count);
-      EvaluateTile(tile);
+      few && few->serve ? EvaluateTile(tile, *few) : EvaluateTile(tile);
       for (std::size_t i = 0; i < count; ++i) asked[i]->z = tile.value[i];
     }
   }
@@ -189,6 +228,18 @@ void SiteInterpolator::EvaluateTile(Tile& tile) const {
     if ((certain >> i & 1) != 0) continue;
     if (is_surrounded && Resolve(tile, sure, i, tile.value[i])) continue;
     tile.value[i] = Plain(tile.x[i], tile.y[i]);
+  }
+}
+
+void SiteInterpolator::EvaluateTile(Tile& tile, const FewSites& few) const {
+  const auto count = static_cast<std::size_t>(tile.count);
+  std::fill(tile.x + count, std::end(tile.x), tile.x[0]);
+  std::fill(tile.y + count, std::end(tile.y), tile.y[0]);
+  const bool is_near = std::all_of(tile.x, std::end(tile.x), FewSites::IsNear) &&
+                       std::all_of(tile.y, std::end(tile.y), FewSites::IsNear);
+  const std::uint32_t certain = is_near ? kernel_(few.around, few.sure, tile) : 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    if ((certain >> i & 1) == 0) tile.value[i] = Plain(tile.x[i], tile.y[i]);
   }
 }
 

@@ -21,7 +21,9 @@
 ///   nearest sites by 32-bit keys of their distances, in a fraction of the walk's time. A value is
 ///   taken only where the fourth distance is such that the walk must have ended with the same
 ///   four, and where the keys tell their order.
-/// - A single point: the same with 64-bit keys, which tell more and need no second point.
+/// - Points of a lattice between 4 to 9 sites: the same, as all sites are around. What the keys
+///   don't tell takes the pass.
+/// - A single point between more: 64-bit keys, which tell more and need no second point.
 /// - Ties, among points of either kind: the exact distances, equal ones in the order of the walk.
 ///
 /// So each value has the bits of the walk, whichever way it came, and a test may ask for the walk
@@ -69,6 +71,8 @@ class SiteInterpolator {
   using Kernel = std::uint32_t (*)(const lattice::Surroundings&, const lattice::SureDistances&,
                                    lattice::Tile&);
 
+  struct FewSites;
+
   /// The columns or rows of cells around a tile.
   struct CellRange {
     std::int32_t first;
@@ -78,6 +82,7 @@ class SiteInterpolator {
 
   void EvaluateRows(std::span<Site> points, std::size_t columns) const;
   void EvaluateTile(lattice::Tile& tile) const;
+  void EvaluateTile(lattice::Tile& tile, const FewSites& few) const;
   bool RangeAround(std::span<const float> positions, CellRange& range) const;
   bool Surround(const lattice::Tile& tile, lattice::Surroundings& around,
                 lattice::SureDistances& sure) const;
@@ -92,6 +97,7 @@ class SiteInterpolator {
   const Kernel kernel_;
   double farthest_slot_;  // any nearer neighbour takes a slot
   bool has_kernel_;       // and the four nearest can be told without the walk
+  bool has_few_;          // or all sites are passed over
 };
 
 }  // namespace discoplan

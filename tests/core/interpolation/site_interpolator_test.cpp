@@ -244,6 +244,26 @@ TEST(SiteInterpolator, EqualsTheWalkOnWholeWafers) {
   }
 }
 
+TEST(SiteInterpolator, EqualsThePassOverFewSites) {
+  constexpr std::array kDiameters = {200.0F, 300.0F, 2.0F, 1e-5F, 1e6F};
+  for (int seed = 0; seed < 20000; ++seed) {
+    Random random(static_cast<std::uint64_t>(seed));
+    const float diameter = kDiameters[static_cast<std::size_t>(random.Below(5))];
+    Sites sites = kKinds[static_cast<std::size_t>(seed) % kKinds.size()](random, 12);
+    // The kinds begin with what is alike, in a corner or at one place.
+    std::rotate(sites.begin(), sites.begin() + random.Below(static_cast<int>(sites.size())),
+                sites.end());
+    sites.resize(static_cast<std::size_t>(4 + random.Below(6)));
+    if (seed % 16 == 0) sites[1] = sites[0];
+    const wafer source = Loaded(std::move(sites), diameter, diameter);
+    LatticeShape shape = SmallShape(random, diameter / 2);
+    if (seed % 8 == 0) shape.pitch = diameter * 1.5F;  // to where no slot is taken
+    Compare(source, LatticePoints(random, shape, 0.1F), shape.columns,
+            "wafer " + std::to_string(seed));
+    if (HasFatalFailure()) return;
+  }
+}
+
 TEST(SiteInterpolator, EqualsTheWalkOnSitesAndBesideThem) {
   for (std::size_t kind = 0; kind < kKinds.size(); ++kind) {
     Random random(kind);
