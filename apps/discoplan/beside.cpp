@@ -19,7 +19,10 @@ void KeepArguments(std::vector<std::string> arguments) { kept_arguments = std::m
 void RunBeside(const std::string& program) {
   std::cout.flush();
   port::Become(program, kept_arguments);
-  throw CommandError(program + " is missing; install the part of Discoplan that needs Qt");
+  throw CommandError(program + " is missing; " +
+                     (program == kArchiveProgram
+                          ? "install the Python package with what archives need, discoplan[arrow]"
+                          : "install the part of Discoplan that needs Qt"));
 }
 
 }  // namespace discoplan::app

@@ -13,6 +13,8 @@ void KeepArguments(std::vector<std::string> arguments);
 
 inline constexpr const char* kReportProgram = "discoplan-report";
 inline constexpr const char* kViewProgram = "discoplan-view";
+/// A script of the Python package, for pyarrow reads and writes Parquet there.
+inline constexpr const char* kArchiveProgram = "discoplan-archive";
 
 /// Goes on as that program with the same arguments. Raises `CommandError` if it isn't installed.
 [[noreturn]] void RunBeside(const std::string& program);

@@ -60,6 +60,12 @@ void AddLotCommand(CLI::App& program) {
       program.add_subcommand("lot", "Draw all wafers of a lot side by side, with their trend");
   auto request = std::make_shared<LotRequest>();
   AddLotOptions(*command, *request);
+  command
+      ->add_flag_callback(
+          "--parquet", [] { RunBeside(kArchiveProgram); },
+          "Make a table of an archive in Parquet instead, by discoplan-archive; with --help it "
+          "tells its own options")
+      ->trigger_on_parse();
   command->footer(
       "Examples:\n"
       "  discoplan lot lot.csv -o lot.png\n"

@@ -21,7 +21,7 @@ from typing import Any, Callable, Dict, List, Optional, Sequence, Union
 import pyarrow as pa
 
 from . import _batch, _core
-from ._options import choice, plot_fields, wafer_fields
+from ._options import choice, figure_mask, plot_fields, wafer_fields
 from ._sites import Names, beside, names_of, parts_of, wafers
 from ._wafer import Wafer
 
@@ -204,6 +204,7 @@ def differences(
         batch = beside(batch, other, shared if by is None else names_of(by), lists)
         to = {one: (f"to_{x}", f"to_{y}", f"to_{one}") for one in names_of(value)}
     partners, fields, wanted = _partners(to, x, y, value), wafer_fields(**wafer), _batch.chosen(figures)
+    mask = figure_mask(wanted)
     columns = [one for found in partners.values() if not isinstance(found, Wafer) for one in found]
 
     def work(piece: Any, one: str) -> Any:
@@ -216,7 +217,8 @@ def differences(
         others = [] if isinstance(partner, Wafer) else [_batch.column(piece, each) for each in partner]
         for i in (i for i, code in enumerate(status) if code == 0):
             try:
-                measured = _core.wafer(*(each[i].values for each in lists), fields)
+                given = [each[i].values for each in lists]
+                measured = _core.wafer(given[0], given[1], given[2], fields)
                 is_beside = not isinstance(partner, Wafer) and partner[0] == x
                 handle = partner._handle if not others else _partner(others, i, is_beside, fields)
                 made = _core.minus(measured, handle)[0]
@@ -226,7 +228,7 @@ def differences(
                 continue
             for part, numbers in zip(rows.values(), _core.wafer_sites(made)):
                 part[i] = numbers.tolist()
-            for j, figure in enumerate(_core.statistics(made, _batch.figure_mask(wanted))):
+            for j, figure in enumerate(_core.statistics(made, mask)):
                 wide[j * len(piece) + i] = _batch.NAN if figure is None else figure
         floats, buffer = pa.list_(pa.float32()), pa.array(wide, pa.float64()).buffers()[1]
         added: Dict[str, Any] = {part: pa.array(given, floats) for part, given in rows.items()}
