@@ -84,7 +84,7 @@ class Gate:
 
     def begun(self, what: str = "") -> list:
         """The processes that have marked this, one entry for each time."""
-        names = [path.name.split("-") for path in Path(self.folder).iterdir()]
+        names = [path.name.rsplit("-", 2) for path in Path(self.folder).iterdir()]
         return [int(name[1]) for name in names if len(name) == 3 and name[0].startswith(what)]
 
 

@@ -89,7 +89,7 @@ def test_nothing_runs_before_it_is_asked_for(spark, frame) -> None:
     found = ds.plots(untouched, **SITES, format="svg")
     assert found.schema["svg"].dataType.simpleString() == "string"
     assert found.columns == ["lot", "slot", "statistics", "svg", "status", "message"]
-    with pytest.raises(ValueError, match="no column 'Z', but lot, slot, X, Y, THK"):
+    with pytest.raises(ValueError, match="no column 'Z', but lot, slot, X, Y, THK, RS"):
         ds.statistics(untouched, "lot", x="Z")
     with pytest.raises(ValueError, match="kind"):
         ds.plots(untouched, **SITES, kind="4D")

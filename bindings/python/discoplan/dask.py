@@ -55,6 +55,11 @@ def _are_lists(df: Any) -> Any:
     return is_lists
 
 
+def _shuffled(df: Any, plan: Plan, npartitions: int) -> Any:
+    how = None if plan.is_sites else "tasks"  # which takes columns of lists, too
+    return df.shuffle(on=plan.keys, npartitions=npartitions, shuffle_method=how)
+
+
 def _run(df: Any, work: str, by: By, sites: Sequence[Any], options: Any, to: Any = None) -> Any:
     made = plan(work, list(df.columns), _are_lists(df), by, sites, options, to)
     columns = [*made.keys, *made.parts.values()]
@@ -65,9 +70,9 @@ def _run(df: Any, work: str, by: By, sites: Sequence[Any], options: Any, to: Any
             raise ValueError("to: takes wafers where the DataFrame has wafers, and sites where it has sites")
         # Equal keys go to the same partition if they are of one type.
         to = to[columns].astype({key: df.dtypes[key] for key in made.keys})
-        others = [to.shuffle(on=made.keys, npartitions=df.npartitions)]
+        others = [_shuffled(to, made, df.npartitions)]
     if made.is_sites or others:
-        df = df.shuffle(on=made.keys, npartitions=df.npartitions)
+        df = _shuffled(df, made, df.npartitions)
     meta = _part(df._meta, *(other._meta for other in others), plan=made)
     return df.map_partitions(_part, *others, plan=made, meta=meta, align_dataframes=False)
 
