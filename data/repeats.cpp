@@ -60,7 +60,7 @@ bool AllDiffer(std::size_t count, const Key& key) {
   for (std::size_t i = 0; i < count; ++i) {
     const std::uint64_t hash = Mixed(key(i));
     const auto mark = static_cast<std::uint32_t>(hash >> 32) | 1U;
-    std::size_t place = hash & (size - 1);
+    auto place = static_cast<std::size_t>(hash) & (size - 1);
     for (; table[place] != 0; place = (place + 1) & (size - 1)) {
       if (table[place] == mark) return false;
     }

@@ -209,7 +209,7 @@ void RunDeflater::EndBlock(bool last) {
     constexpr unsigned kMostExtra = 6;  // of a run, with its distance
     whole += counts[i] * std::uint64_t{lengths[i] + (i > kEnd ? kMostExtra : 0u)};
   }
-  out_.resize(start + whole / 8 + 8);
+  out_.resize(start + static_cast<std::size_t>(whole / 8) + 8);
   std::uint8_t* next = out_.data() + start;
   std::uint64_t bits = bits_;
   unsigned count = bit_count_;
