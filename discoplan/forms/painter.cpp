@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "discoplan/base/numbers.h"
@@ -56,7 +57,7 @@ class TreePainter {
         PaintLabel(node, box);
         break;
       case NodeKind::Picture:
-        Copy(node.Picture()->canvas(), box);
+        Copy(std::as_const(*node.Picture()).canvas(), box);  // which isn't drawing on it
         break;
       case NodeKind::Image:
         if (node.Image()) Stretch(*node.Image(), PicturePixels(left, top, node.Box()));

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/activex/registration.h"
 
+#include <algorithm>
+#include <array>
 #include <iterator>
 #include <vector>
 
@@ -133,7 +135,10 @@ HRESULT UnregisterLibrary(Registry registry) {
       registry == Registry::Machine ? &UnRegisterTypeLib : &UnRegisterTypeLibForUser;
   const HRESULT removed =
       remove(ToGuid(kLibraryId), kMajorVersion, kMinorVersion, LOCALE_NEUTRAL, kSystem);
-  return removed == TYPE_E_REGISTRYACCESS || removed == TYPE_E_CANTLOADLIBRARY ? S_OK : removed;
+  // What systems say of a library that isn't there.
+  constexpr std::array kAbsent = {TYPE_E_REGISTRYACCESS, TYPE_E_CANTLOADLIBRARY, E_INVALIDARG};
+  const bool absent = std::find(kAbsent.begin(), kAbsent.end(), removed) != kAbsent.end();
+  return absent ? S_OK : removed;
 }
 
 }  // namespace

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <functional>
-#include <map>
 
+#include "tests/activex/bag.h"
 #include "tests/activex/container.h"
 
 namespace discoplan::activex {
@@ -128,29 +128,6 @@ TEST(Object, RaisesErrorsByTheirNumbers) {
   EXPECT_EQ(DISP_E_MEMBERNOTFOUND,
             Invoke(*plot.Get(), L"mean", DISPATCH_PROPERTYPUT, {Of(1.0)}).result);
 }
-
-/// A container's own bag.
-class Bag final : public IPropertyBag {
- public:
-  STDMETHODIMP QueryInterface(REFIID id, void** out) override {
-    const bool own = id == IID_IUnknown || id == IID_IPropertyBag;
-    *out = own ? this : nullptr;
-    return own ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP Read(LPCOLESTR name, VARIANT* value, IErrorLog*) override {
-    const auto entry = entries.find(name);
-    return entry == entries.end() ? E_INVALIDARG : VariantCopy(value, &entry->second);
-  }
-  STDMETHODIMP Write(LPCOLESTR name, VARIANT* value) override {
-    order.push_back(name);
-    return VariantCopy(&entries[name], value);
-  }
-
-  std::map<std::wstring, OwnedVariant> entries;
-  std::vector<std::wstring> order;
-};
 
 TEST(Stores, KeepSettingsInABag) {
   const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");

@@ -170,6 +170,26 @@ TEST(Window, StretchesTheSnapshotOfAPlot) {
   EXPECT_LE(colours(stretched), colours(before) + 20);
 }
 
+TEST(Window, IsCutToWhatItsContainerShows) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  Form form;
+  form.Place(plot, {0, 0, 400, 300});
+  const RECT place{50, 40, 450, 340};
+  const RECT clip{60, 0, 300, 200};
+  const auto object = As<IOleInPlaceObject>(plot);
+  ASSERT_EQ(S_OK, object->SetObjectRects(&place, &clip));
+  RECT shown{};
+  EXPECT_EQ(SIMPLEREGION, GetWindowRgnBox(form.PlotWindow(), &shown));
+  const RECT due{10, 0, 250, 160};  // in the window's own pixels
+  EXPECT_TRUE(EqualRect(&due, &shown));
+  // Out of sight, and all in sight again.
+  const RECT elsewhere{500, 500, 600, 600};
+  ASSERT_EQ(S_OK, object->SetObjectRects(&place, &elsewhere));
+  EXPECT_EQ(NULLREGION, GetWindowRgnBox(form.PlotWindow(), &shown));
+  ASSERT_EQ(S_OK, object->SetObjectRects(&place, nullptr));
+  EXPECT_EQ(ERROR, GetWindowRgnBox(form.PlotWindow(), &shown));
+}
+
 TEST(Window, HasHandles) {
   const ComPtr<IDispatch> plot = NewPlot(L"Plot3D");
   EXPECT_EQ(0, Get(*plot.Get(), L"hwnd"));
