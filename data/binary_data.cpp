@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "data/binary_data.h"
 
+#include <algorithm>
 #include <array>
-#include <bit>
 
+#include "data/exclusions.h"
 #include "data/left_out.h"
 #include "data/site_rows.h"
 #include "discoplan/base/bits.h"
@@ -23,7 +24,7 @@ double NumberAt(std::string_view data, std::size_t offset) {
   return BitCast<double>(bits);
 }
 
-// At least `size` bytes, if the file has them.
+/// At least `size` bytes, if the file has them.
 std::string FirstBytes(FileBytes& bytes, std::size_t size) {
   std::string data;
   while (data.size() < size && !bytes.block().empty()) {
@@ -33,20 +34,27 @@ std::string FirstBytes(FileBytes& bytes, std::size_t size) {
   return data;
 }
 
+/// Sites that are read at most, of which some may be left out then.
+std::int64_t MostSites(const ReadRequest& request) {
+  constexpr std::int64_t kAll = std::int64_t{1} << 40;
+  return LeavesOut(request) ? kAll : request.most_sites;
+}
+
 std::size_t CountSites(const ReadRequest& request, const std::string& file, std::size_t size) {
   const auto fitting = static_cast<std::int64_t>(size / kSiteSize);
   const std::int64_t sites = request.sites.value_or(fitting);
-  const std::string most = std::to_string(kMostSites);
-  if (sites > kMostSites) {
-    throw DataError({file}, "a wafer holds at most " + most +
-                                " sites; check that this is a data file, and --sites");
+  const std::int64_t most = MostSites(request);
+  if (sites > most) {
+    throw DataError({file}, "a wafer holds at most " + std::to_string(most) +
+                                " sites; check that this is a data file, and --sites, or use "
+                                "--thin for a regular subset of them");
   }
   if (!request.sites && size % kSiteSize != 0) {
     throw DataError({file}, "the size of " + Counted(size, "byte") +
                                 " is no multiple of 24; check that this is a data file, "
                                 "or give the number of sites with --sites");
   }
-  if (sites < 1) throw DataError({file}, "--sites is out of range; give 1 to " + most);
+  if (sites < 1) throw DataError({file}, "--sites is out of range; give 1 or more");
   if (sites > fitting) {
     throw DataError({file}, Counted(size, "byte") + " where " + std::to_string(sites) +
                                 " sites take " + std::to_string(24 * sites) +
@@ -58,8 +66,10 @@ std::size_t CountSites(const ReadRequest& request, const std::string& file, std:
 }  // namespace
 
 Lot ReadBinaryData(const ReadRequest& request, const PositionScale& scale, FileBytes& bytes) {
-  constexpr std::size_t kMostBytes = kSiteSize * static_cast<std::size_t>(kMostSites);
-  const std::string data = FirstBytes(bytes, kMostBytes + kSiteSize);
+  const std::int64_t wanted =
+      std::min(request.sites.value_or(MostSites(request)), MostSites(request));
+  const auto most_bytes = kSiteSize * static_cast<std::size_t>(std::max<std::int64_t>(wanted, 0));
+  const std::string data = FirstBytes(bytes, most_bytes + kSiteSize);
   const std::size_t sites = CountSites(request, bytes.file(), data.size());
 
   Lot result;

@@ -138,6 +138,10 @@ void GiveSize(const ReadRequest& request, Wafer& wafer) {
   wafer.test_diameter = request.edge_exclusion ? std::min(wafer.test_diameter, asked) : asked;
 }
 
+bool LeavesOut(const ReadRequest& request) {
+  return request.thin || request.test_diameter || request.edge_exclusion || request.outliers;
+}
+
 void LeaveOutBeyond(const ReadRequest& request, Wafer& wafer) {
   if (!request.test_diameter && !request.edge_exclusion) return;
   constexpr double kRounding = 1e-3;

@@ -13,6 +13,9 @@ namespace discoplan::data {
 /// nothing.
 void GiveSize(const ReadRequest& request, Wafer& wafer);
 
+/// Whether sites may be left out once all of them are read, so that there may be too many at first.
+bool LeavesOut(const ReadRequest& request);
+
 /// Leaves out the sites beyond the area, if there is one asked for, by more than a micrometre, as
 /// positions are rounded to.
 void LeaveOutBeyond(const ReadRequest& request, Wafer& wafer);

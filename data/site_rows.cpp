@@ -5,6 +5,7 @@
 #include <array>
 #include <utility>
 
+#include "data/exclusions.h"
 #include "data/fields.h"
 #include "data/left_out.h"
 #include "discoplan/base/numbers.h"
@@ -78,9 +79,7 @@ std::string TooManySites(std::int64_t most) {
 
 SiteRows::SiteRows(std::string file, const ReadRequest& request, std::vector<SkippedRows>& skipped)
     : file_(std::move(file)), skip_invalid_(request.skip_invalid), skipped_(skipped) {
-  const bool leaves_out =
-      request.thin || request.test_diameter || request.edge_exclusion || request.outliers;
-  if (!leaves_out) most_ = request.most_sites;
+  if (!LeavesOut(request)) most_ = request.most_sites;
 }
 
 bool SiteRows::HasWidth(const std::vector<std::string_view>& fields, std::int64_t line,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <random>
 
@@ -34,8 +35,8 @@ struct BinaryCase {
 
 TEST(BinaryData, GoesByTheSizeOrTheNumberOfSites) {
   const std::string most =
-      "a.bin: a wafer holds at most 32767 sites; "
-      "check that this is a data file, and --sites";
+      "a.bin: a wafer holds at most 32767 sites; check that this is a data file, and --sites, or "
+      "use --thin for a regular subset of them";
   const std::string two = Binary({1, 2, 3, 4, 5, 6});
   const double nan = std::nan("");
   const BinaryCase cases[] = {
@@ -51,8 +52,8 @@ TEST(BinaryData, GoesByTheSizeOrTheNumberOfSites) {
        "or give the number of sites with --sites"},
       {"one byte too few for the sites", two.substr(0, 47),
        "a.bin: 47 bytes where 2 sites take 48; complete the file or give fewer --sites", 2},
-      {"no sites", two, "a.bin: --sites is out of range; give 1 to 32767", 0},
-      {"negative", two, "a.bin: --sites is out of range; give 1 to 32767", -1},
+      {"no sites", two, "a.bin: --sites is out of range; give 1 or more", 0},
+      {"negative", two, "a.bin: --sites is out of range; give 1 or more", -1},
       {"too many sites given", two, most, 32768},
       {"not finite", Binary({1, 2, 3, nan, 5, 6}),
        "a.bin: Y of site 2 is not finite or out of a 32-bit float's range; "
@@ -86,10 +87,46 @@ TEST(BinaryData, HoldsAtMost32767Sites) {
       EXPECT_EQ(Read(request).wafers[0].value, std::vector<float>(sites, 1.5F));
     } else {
       EXPECT_EQ(Outcome(request),
-                "a.bin: a wafer holds at most 32767 sites; "
-                "check that this is a data file, and --sites");
+                "a.bin: a wafer holds at most 32767 sites; check that this is a data file, and "
+                "--sites, or use --thin for a regular subset of them");
     }
   }
+}
+
+TEST(BinaryData, IsThinnedAsATableIs) {
+  std::vector<double> numbers;
+  std::string table;
+  std::mt19937 random(9);
+  constexpr std::size_t kSites = 50000;
+  std::vector<std::array<int, 3>> sites(kSites);
+  for (auto& site : sites) {
+    site = {static_cast<int>(random() % 300) - 150, static_cast<int>(random() % 3000) - 1500,
+            static_cast<int>(random() % 100)};
+    for (const int number : site) table += std::to_string(number) + ' ';
+    table += '\n';
+  }
+  for (std::size_t block = 0; block < 3; ++block) {
+    for (const auto& site : sites) numbers.push_back(site[block]);
+  }
+  const TemporaryFolder folder;
+  const auto binary = folder.Write("a.bin", Binary(numbers));
+  const auto text = folder.Write("a.csv", table);
+  const Wafer thinned = Read({.path = binary, .thin = true}).wafers.at(0);
+  EXPECT_EQ(Sites(thinned), Sites(Read({.path = text, .thin = true}).wafers.at(0)));
+  EXPECT_LE(thinned.x.size(), 32767U);
+  EXPECT_EQ(thinned.left_out,
+            (std::vector<LeftOut>{
+                {Reason::Thinned, static_cast<std::int64_t>(kSites - thinned.x.size())}}));
+  // Others that leave sites out make room as well, or too little of it.
+  EXPECT_LE(Read({.path = binary, .diameter = 4000, .test_diameter = 1000}).wafers[0].x.size(),
+            32767U);
+  EXPECT_EQ(Outcome({.path = binary, .diameter = 4000, .test_diameter = 4000}),
+            "a.bin: a wafer holds at most 32767 sites; use --thin for a regular subset of them, or "
+            "split the file");
+  EXPECT_EQ(Read({.path = binary, .thin = true, .sites = 100}).wafers[0].SitesText(), "100 sites");
+  EXPECT_EQ(Outcome({.path = binary, .thin = true, .sites = 50001}),
+            "a.bin: 1200000 bytes where 50001 sites take 1200024; complete the file or give fewer "
+            "--sites");
 }
 
 TEST(DataKind, TellsBinaryFromTextForAnyMeasuredNumbers) {
