@@ -3,6 +3,7 @@
 
 /// One maker for each kind of field. `samples` are the sites, one in each place.
 
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -13,9 +14,25 @@ namespace discoplan::figures {
 
 std::shared_ptr<const ValueField> MakeIdw4Field(const SiteView& sites,
                                                 const std::vector<Sample>& samples, double radius);
+/// Equations of splines, kept from field to field: the wafers of a lot are mostly measured at the
+/// same places.
+class PlateStore {
+ public:
+  const PlateEquations& For(const std::vector<Sample>& samples, double scale, double smoothing);
+
+ private:
+  std::vector<Sample> places_;
+  double scale_ = 0;
+  std::map<double, PlateEquations> of_smoothing_;
+};
 /// One thin-plate spline.
-std::shared_ptr<const ValueField> MakePlateField(std::vector<Sample> samples, double radius);
+std::shared_ptr<const ValueField> MakePlateField(std::vector<Sample> samples, double radius,
+                                                 PlateStore& store);
 /// For many sites.
 std::shared_ptr<const ValueField> MakeLatticeField(std::vector<Sample> samples, double radius);
+
+/// As the function for everyone, with equations that are kept.
+std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
+                                            Interpolation interpolation, PlateStore& store);
 
 }  // namespace discoplan::figures

@@ -69,7 +69,7 @@ std::vector<Limit> LimitsOf(const WaferPlot& plot, const Summary& summary) {
 }  // namespace
 
 void DrawHistogram(Sketch sketch) {
-  auto& [page, plot, summary, style] = sketch;
+  auto& [page, plot, summary, style, plan] = sketch;
   const Bins bins = BinsOf(plot, summary);
   const std::vector<Limit> limits = LimitsOf(plot, summary);
   std::vector<std::string> notes = {"bins of " + WithUnit(NumberText(bins.width, 3), plot),

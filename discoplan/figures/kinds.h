@@ -5,10 +5,26 @@
 
 #include <memory>
 
+#include "discoplan/figures/field_kinds.h"
 #include "discoplan/figures/map_frame.h"
 #include "discoplan/figures/page.h"
 
 namespace discoplan::figures {
+
+/// What follows from the places of the sites alone, kept from wafer to wafer of a lot.
+class SitePlan {
+ public:
+  PlateStore& Plates() { return plates_; }
+  std::shared_ptr<const Coverage> CoverageOf(const WaferPlot& plot);
+
+ private:
+  PlateStore plates_;
+  std::vector<float> x_;
+  std::vector<float> y_;
+  double diameter_ = 0;
+  double edge_exclusion_ = 0;
+  std::shared_ptr<const Coverage> coverage_;
+};
 
 /// What every maker gets; the page has its words already, but for those that the kind adds.
 struct Sketch {
@@ -16,7 +32,12 @@ struct Sketch {
   const WaferPlot& plot;
   const Summary& summary;
   const Style& style;
+  SitePlan& plan;
 };
+
+/// One of many figures.
+Figure MakeFigure(PlotKind kind, const WaferPlot& plot, const Style& style, const TextMeasure& text,
+                  SitePlan& plan);
 
 void DrawMap(Sketch sketch);
 void DrawSigmaMap(Sketch sketch);
@@ -29,7 +50,7 @@ void DrawHistogram(Sketch sketch);
 void DrawLineScan(Sketch sketch);
 
 /// The field that the style asks for.
-std::shared_ptr<const ValueField> FieldOf(const WaferPlot& plot, const Style& style);
+std::shared_ptr<const ValueField> FieldOf(const Sketch& sketch);
 /// "smooth: thin-plate spline, leave-one-out error 0.3 nm"
 std::string MethodNote(const ValueField& field, const WaferPlot& plot);
 /// Says how many sites lie beyond the limits of the scale; empty for none.

@@ -98,6 +98,7 @@ void DrawGallery(Page& page, const Box& box, const LotPlot& lot, const GalleryPa
       lot.wafers.size() > kWafersOnPage ? kWafersOnPage : part.end - part.first;
   const PlotGrid grid = PlotGrid::For(count, area, WordsAbove(page));
   const double gap = 0.5 * page.Em();
+  SitePlan plan;
   for (std::size_t i = part.first; i < part.end; ++i) {
     const Box cell = grid.Cell(i - part.first, area, gap);
     if (std::min(cell.Width(), cell.Height()) < 3 * page.Em()) break;
@@ -110,7 +111,7 @@ void DrawGallery(Page& page, const Box& box, const LotPlot& lot, const GalleryPa
     style.letters = page.Em();
     style.small = true;
     style.legend = false;
-    PlaceOn(page, MakeFigure(part.kind, plot, style, text), cell);
+    PlaceOn(page, MakeFigure(part.kind, plot, style, text, plan), cell);
     if (plot.flag.empty()) continue;
     page.Add(PathShape{.path = Rectangle(cell), .stroke = {1.4 * page.Hair(), page.Ink().accent}});
   }
@@ -173,6 +174,7 @@ Figure MakeWaferPage(const PageHead& head, std::span<const PlotKind> kinds, cons
   page.Items({head.foot}, 1, false);
   const Box area = page.Free();
   const PlotGrid grid = PlotGrid::For(kinds.size(), area, 4 * page.Em(), 1.25);
+  SitePlan plan;
   for (std::size_t i = 0; i < kinds.size(); ++i) {
     const Box cell = grid.Cell(i, area, kinds.size() > 1 ? 0.8 * page.Em() : 0);
     if (std::min(cell.Width(), cell.Height()) < 3 * page.Em()) break;
@@ -182,7 +184,7 @@ Figure MakeWaferPage(const PageHead& head, std::span<const PlotKind> kinds, cons
     own.width = cell.Width();
     own.height = cell.Height();
     own.letters = std::min({page.Em(), cell.Width() / 34, cell.Height() / 24});
-    PlaceOn(page, MakeFigure(kinds[i], each, own, text), cell);
+    PlaceOn(page, MakeFigure(kinds[i], each, own, text, plan), cell);
   }
   return page.Take();
 }

@@ -141,10 +141,10 @@ std::string LostNote(std::size_t lost) {
 }  // namespace
 
 void DrawMap(Sketch sketch) {
-  auto& [page, plot, summary, style] = sketch;
+  auto& [page, plot, summary, style, plan] = sketch;
   const Scale scale = MakeScale(plot, summary, style, MostTicks(page));
-  const auto field = FieldOf(plot, style);
-  const auto coverage = std::make_shared<const Coverage>(plot);
+  const auto field = FieldOf(sketch);
+  const auto coverage = sketch.plan.CoverageOf(plot);
   AddWords(page, plot, summary, MapNotes(sketch, *field, *coverage, scale));
   if (style.legend) AddColourBar(page, scale, plot);
   const MapFrame frame = FrameOn(page, plot);
@@ -197,10 +197,10 @@ void AddSigmaKey(Page& page, const WaferPlot& plot, const SigmaClasses& classes)
 }
 
 void DrawSigmaMap(Sketch sketch) {
-  auto& [page, plot, summary, style] = sketch;
+  auto& [page, plot, summary, style, plan] = sketch;
   const SigmaClasses classes = ClassesOf(plot, summary, style);
-  const auto field = FieldOf(plot, style);
-  const auto coverage = std::make_shared<const Coverage>(plot);
+  const auto field = FieldOf(sketch);
+  const auto coverage = sketch.plan.CoverageOf(plot);
   std::vector<std::string> notes = {MethodNote(*field, plot)};
   if (coverage->HasFar()) notes.insert(notes.begin(), coverage->Note("hatched"));
   AddWords(page, plot, summary, notes);
@@ -225,7 +225,7 @@ void DrawSigmaMap(Sketch sketch) {
 }
 
 void DrawContours(Sketch sketch) {
-  auto& [page, plot, summary, style] = sketch;
+  auto& [page, plot, summary, style, plan] = sketch;
   // A band between each two lines, tinted, so that hills are told from hollows.
   Style tinted = style;
   if (tinted.bands == 0) tinted.bands = std::max(8, MostTicks(page) + 4);
@@ -233,8 +233,8 @@ void DrawContours(Sketch sketch) {
   const std::vector<Rgba> full = scale.bands;
   const Rgba ground = style.transparent ? InksFor(false).paper : page.Ink().paper;
   for (Rgba& band : scale.bands) band = Mix(ground, band, 0.45);
-  const auto field = FieldOf(plot, style);
-  const auto coverage = std::make_shared<const Coverage>(plot);
+  const auto field = FieldOf(sketch);
+  const auto coverage = sketch.plan.CoverageOf(plot);
   AddWords(page, plot, summary, MapNotes(sketch, *field, *coverage, scale));
   if (style.legend) AddColourBar(page, scale, plot);
   const MapFrame frame = FrameOn(page, plot);
@@ -260,7 +260,7 @@ void DrawContours(Sketch sketch) {
 }
 
 void DrawValues(Sketch sketch) {
-  auto& [page, plot, summary, style] = sketch;
+  auto& [page, plot, summary, style, plan] = sketch;
   const Scale scale = MakeScale(plot, summary, style, MostTicks(page));
   std::vector<std::string> notes;
   if (const std::string beyond = BeyondNote(plot, scale); !beyond.empty()) notes.push_back(beyond);

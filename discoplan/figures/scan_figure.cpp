@@ -73,10 +73,10 @@ void AddSmallMap(Page& page, const WaferPlot& plot, const Scale& scale, const Sc
 }  // namespace
 
 void DrawLineScan(Sketch sketch) {
-  auto& [page, plot, summary, style] = sketch;
+  auto& [page, plot, summary, style, plan] = sketch;
   const double em = page.Em();
   const Scan scan = ScanOf(plot);
-  const auto field = FieldOf(plot, style);
+  const auto field = FieldOf(sketch);
   const Scale scale = MakeScale(plot, summary, style, 6);
   // Sites within a quarter of their usual distance count as on the cut.
   const double spacing = plot.diameter / 2 * std::sqrt(3.14 / static_cast<double>(summary.count));
@@ -92,7 +92,7 @@ void DrawLineScan(Sketch sketch) {
            {std::to_string(sites.size()) + (sites.size() == 1 ? " site" : " sites") + " within " +
                 NumberText(near, 2) + " mm of the cut",
             MethodNote(*field, plot)});
-  const auto coverage = std::make_shared<const Coverage>(plot);
+  const auto coverage = sketch.plan.CoverageOf(plot);
   AddSmallMap(page, plot, scale, scan, field, coverage);
   constexpr int kSteps = 400;
   std::vector<double> values;

@@ -39,11 +39,11 @@ double SpacingOf(std::size_t count, double radius) {
 
 class PlateField final : public ValueField {
  public:
-  PlateField(const std::vector<Sample>& samples, double radius)
+  PlateField(const std::vector<Sample>& samples, double radius, PlateStore& store)
       : bounds_(samples),
         pitch_(SpacingOf(samples.size(), radius) / kNodesBetweenSites),
-        smoothing_(ChosenFor(samples, radius)),
-        spline_(samples, {}, radius, smoothing_),
+        smoothing_(ChosenFor(samples, radius, store)),
+        spline_(samples, store.For(samples, radius, smoothing_)),
         nodes_(NodesOver(radius)),
         values_(nodes_.Size()) {
     EvaluateAll(nodes_, kEverywhere, values_);
@@ -68,12 +68,12 @@ class PlateField final : public ValueField {
   static constexpr double kEverywhere = 1e9;
 
   /// The smoothing by which sites are foretold best.
-  double ChosenFor(const std::vector<Sample>& samples, double radius) {
+  double ChosenFor(const std::vector<Sample>& samples, double radius, PlateStore& store) {
     static constexpr std::array kSmoothings = {0.0, 0.003, 0.03, 0.3, 3.0};
     double least = kNever;
     double chosen = 0;
     for (const double smoothing : kSmoothings) {
-      const double sum = ThinPlate::SquaredErrors(samples, {}, radius, {&smoothing, 1}).front();
+      const double sum = store.For(samples, radius, smoothing).SquaredErrors(samples);
       // More smoothing than the values bear only gets worse.
       if (sum >= least && least < kNever) break;
       if (sum < least) chosen = smoothing;
@@ -263,8 +263,21 @@ class LatticeField final : public ValueField {
 
 }  // namespace
 
-std::shared_ptr<const ValueField> MakePlateField(std::vector<Sample> samples, double radius) {
-  return std::make_shared<PlateField>(samples, radius);
+const PlateEquations& PlateStore::For(const std::vector<Sample>& samples, double scale,
+                                      double smoothing) {
+  const auto same = [](const Sample& a, const Sample& b) { return a.x == b.x && a.y == b.y; };
+  if (scale != scale_ ||
+      !std::equal(samples.begin(), samples.end(), places_.begin(), places_.end(), same)) {
+    places_ = samples;
+    scale_ = scale;
+    of_smoothing_.clear();
+  }
+  return of_smoothing_.try_emplace(smoothing, samples, scale, smoothing).first->second;
+}
+
+std::shared_ptr<const ValueField> MakePlateField(std::vector<Sample> samples, double radius,
+                                                 PlateStore& store) {
+  return std::make_shared<PlateField>(samples, radius, store);
 }
 
 std::shared_ptr<const ValueField> MakeLatticeField(std::vector<Sample> samples, double radius) {

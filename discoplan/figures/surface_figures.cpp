@@ -337,34 +337,34 @@ void DrawSurfaceWith(Sketch& sketch, const Scale& colours, const Scale& heights,
 }  // namespace
 
 void DrawSurface(Sketch sketch) {
-  auto& [page, plot, summary, style] = sketch;
+  auto& [page, plot, summary, style, plan] = sketch;
   const Scale scale = MakeScale(plot, summary, style, 7);
-  const auto field = FieldOf(plot, style);
-  const Coverage coverage(plot);
+  const auto field = FieldOf(sketch);
+  const auto coverage = sketch.plan.CoverageOf(plot);
   std::vector<std::string> notes = {MethodNote(*field, plot)};
-  if (coverage.HasFar()) notes.insert(notes.begin(), coverage.Note("grey"));
+  if (coverage->HasFar()) notes.insert(notes.begin(), coverage->Note("grey"));
   if (const std::string beyond = BeyondNote(plot, scale); !beyond.empty()) {
     notes.insert(notes.begin(), beyond);
   }
   AddWords(page, plot, summary, notes);
   if (style.legend) AddColourBar(page, scale, plot);
-  DrawSurfaceWith(sketch, scale, HeightScale(plot, summary, style), *field, coverage);
+  DrawSurfaceWith(sketch, scale, HeightScale(plot, summary, style), *field, *coverage);
 }
 
 void DrawSigmaSurface(Sketch sketch) {
-  auto& [page, plot, summary, style] = sketch;
+  auto& [page, plot, summary, style, plan] = sketch;
   const SigmaClasses classes = ClassesOf(plot, summary, style);
-  const auto field = FieldOf(plot, style);
-  const Coverage coverage(plot);
+  const auto field = FieldOf(sketch);
+  const auto coverage = sketch.plan.CoverageOf(plot);
   std::vector<std::string> notes = {MethodNote(*field, plot)};
-  if (coverage.HasFar()) notes.insert(notes.begin(), coverage.Note("grey"));
+  if (coverage->HasFar()) notes.insert(notes.begin(), coverage->Note("grey"));
   AddWords(page, plot, summary, notes);
   if (style.legend) AddSigmaKey(page, plot, classes);
-  DrawSurfaceWith(sketch, classes.scale, HeightScale(plot, summary, style), *field, coverage);
+  DrawSurfaceWith(sketch, classes.scale, HeightScale(plot, summary, style), *field, *coverage);
 }
 
 void DrawBars(Sketch sketch) {
-  auto& [page, plot, summary, style] = sketch;
+  auto& [page, plot, summary, style, plan] = sketch;
   const Scale scale = MakeScale(plot, summary, style, 7);
   std::vector<std::string> notes;
   if (const std::string beyond = BeyondNote(plot, scale); !beyond.empty()) notes.push_back(beyond);

@@ -30,80 +30,48 @@ inline float QuickLog(float value) {
 
 inline float QuickKernel(float squared) { return squared * QuickLog(squared + 1e-30F); }
 
-/// Square, by rows.
-class Matrix {
- public:
-  explicit Matrix(std::size_t side) : side_(side), cells_(side * side) {}
-  double& At(std::size_t row, std::size_t column) { return cells_[row * side_ + column]; }
-  double* Row(std::size_t row) { return cells_.data() + row * side_; }
-  std::size_t Side() const { return side_; }
-
- private:
-  std::size_t side_;
-  std::vector<double> cells_;
-};
-
-/// Decomposes in place with row exchanges; false if it has no inverse.
-bool Decompose(Matrix& matrix, std::vector<std::size_t>& order) {
-  const std::size_t side = matrix.Side();
-  order.resize(side);
+/// Decomposes rows in place with exchanges; false if they have no inverse.
+bool Decompose(std::vector<double>& cells, std::vector<std::size_t>& order) {
+  const std::size_t side = order.size();
+  const auto row = [&](std::size_t i) { return cells.data() + i * side; };
   for (std::size_t i = 0; i < side; ++i) order[i] = i;
   for (std::size_t k = 0; k < side; ++k) {
     std::size_t pivot = k;
     for (std::size_t i = k + 1; i < side; ++i) {
-      if (std::abs(matrix.At(i, k)) > std::abs(matrix.At(pivot, k))) pivot = i;
+      if (std::abs(row(i)[k]) > std::abs(row(pivot)[k])) pivot = i;
     }
-    if (std::abs(matrix.At(pivot, k)) < 1e-12) return false;
+    if (std::abs(row(pivot)[k]) < 1e-12) return false;
     if (pivot != k) {
       std::swap(order[k], order[pivot]);
-      std::swap_ranges(matrix.Row(k), matrix.Row(k) + side, matrix.Row(pivot));
+      std::swap_ranges(row(k), row(k) + side, row(pivot));
     }
-    const double* top = matrix.Row(k);
+    const double* top = row(k);
     for (std::size_t i = k + 1; i < side; ++i) {
-      double* row = matrix.Row(i);
-      const double factor = row[k] /= top[k];
-      for (std::size_t j = k + 1; j < side; ++j) row[j] -= factor * top[j];
+      double* own = row(i);
+      const double factor = own[k] /= top[k];
+      for (std::size_t j = k + 1; j < side; ++j) own[j] -= factor * top[j];
     }
   }
   return true;
 }
 
-void Solve(Matrix& matrix, const std::vector<std::size_t>& order, const std::vector<double>& right,
+/// Solves decomposed rows for `right`, which is 0 before its place `first`.
+void Solve(const std::vector<double>& cells, const std::vector<double>& right, std::size_t first,
            std::vector<double>& solution) {
-  const std::size_t side = matrix.Side();
-  solution.resize(side);
-  for (std::size_t i = 0; i < side; ++i) {
-    const double* row = matrix.Row(i);
-    double sum = right[order[i]];
-    for (std::size_t j = 0; j < i; ++j) sum -= row[j] * solution[j];
+  const std::size_t side = right.size();
+  solution.assign(side, 0);
+  for (std::size_t i = first; i < side; ++i) {
+    const double* row = &cells[i * side];
+    double sum = right[i];
+    for (std::size_t j = first; j < i; ++j) sum -= row[j] * solution[j];
     solution[i] = sum;
   }
   for (std::size_t i = side; i-- > 0;) {
-    const double* row = matrix.Row(i);
+    const double* row = &cells[i * side];
     double sum = solution[i];
     for (std::size_t j = i + 1; j < side; ++j) sum -= row[j] * solution[j];
     solution[i] = sum / row[i];
   }
-}
-
-/// Kernels of all pairs, and the plane beside and below them.
-Matrix System(std::span<const Sample> samples, Point centre, double scale, double smoothing) {
-  const std::size_t count = samples.size();
-  Matrix matrix(count + kPlane);
-  for (std::size_t i = 0; i < count; ++i) {
-    const double x = (samples[i].x - centre.x) / scale;
-    const double y = (samples[i].y - centre.y) / scale;
-    for (std::size_t j = 0; j < i; ++j) {
-      const double dx = x - (samples[j].x - centre.x) / scale;
-      const double dy = y - (samples[j].y - centre.y) / scale;
-      matrix.At(i, j) = matrix.At(j, i) = Kernel(dx * dx + dy * dy);
-    }
-    matrix.At(i, i) = smoothing;
-    matrix.At(i, count) = matrix.At(count, i) = 1;
-    matrix.At(i, count + 1) = matrix.At(count + 1, i) = x;
-    matrix.At(i, count + 2) = matrix.At(count + 2, i) = y;
-  }
-  return matrix;
 }
 
 double Mean(std::span<const Sample> samples) {
@@ -112,25 +80,78 @@ double Mean(std::span<const Sample> samples) {
   return sum / static_cast<double>(samples.size());
 }
 
-std::vector<double> RightSide(std::span<const Sample> samples, double mean) {
-  std::vector<double> right(samples.size() + kPlane);
-  for (std::size_t i = 0; i < samples.size(); ++i) right[i] = samples[i].value - mean;
-  return right;
-}
-
 }  // namespace
 
-ThinPlate::ThinPlate(std::span<const Sample> samples, Point centre, double scale, double smoothing)
-    : centre_(centre), scale_(scale), mean_(Mean(samples)) {
-  Matrix matrix = System(samples, centre, scale, smoothing);
-  std::vector<std::size_t> order;
-  // Sites on one line leave the plane open: then the mean must do.
-  if (samples.size() < kPlane + 1 || !Decompose(matrix, order)) return;
+/// Kernels of all pairs, and the plane beside and below them.
+PlateEquations::PlateEquations(std::span<const Sample> places, double scale, double smoothing)
+    : scale_(scale) {
+  const std::size_t count = places.size();
+  if (count < kPlane + 1) return;
+  side_ = count + kPlane;
+  cells_.resize(side_ * side_);
+  order_.resize(side_);
+  const auto at = [this](std::size_t row, std::size_t column) -> double& {
+    return cells_[row * side_ + column];
+  };
+  for (std::size_t i = 0; i < count; ++i) {
+    const double x = places[i].x / scale;
+    const double y = places[i].y / scale;
+    for (std::size_t j = 0; j < i; ++j) {
+      const double dx = x - places[j].x / scale;
+      const double dy = y - places[j].y / scale;
+      at(i, j) = at(j, i) = Kernel(dx * dx + dy * dy);
+    }
+    at(i, i) = smoothing;
+    at(i, count) = at(count, i) = 1;
+    at(i, count + 1) = at(count + 1, i) = x;
+    at(i, count + 2) = at(count + 2, i) = y;
+  }
+  if (!Decompose(cells_, order_)) {
+    side_ = 0;
+    return;
+  }
   std::vector<double> solution;
-  Solve(matrix, order, RightSide(samples, mean_), solution);
+  own_weights_.resize(count);
+  for (std::size_t row = 0; row < side_; ++row) {
+    if (order_[row] >= count) continue;
+    std::vector<double> unit(side_);
+    unit[row] = 1;
+    figures::Solve(cells_, unit, row, solution);
+    own_weights_[order_[row]] = solution[order_[row]];
+  }
+}
+
+std::vector<double> PlateEquations::Solve(std::span<const Sample> samples, double mean) const {
+  std::vector<double> right(side_);
+  std::vector<double> solution;
+  if (side_ == 0) return solution;
+  for (std::size_t row = 0; row < side_; ++row) {
+    if (order_[row] < samples.size()) right[row] = samples[order_[row]].value - mean;
+  }
+  figures::Solve(cells_, right, 0, solution);
+  return solution;
+}
+
+double PlateEquations::SquaredErrors(std::span<const Sample> samples) const {
+  // A spline through so few others isn't determined.
+  if (side_ == 0 || samples.size() <= kPlane + 1) return INFINITY;
+  const std::vector<double> weights = Solve(samples, Mean(samples));
+  double sum = 0;
   for (std::size_t i = 0; i < samples.size(); ++i) {
-    x_.push_back(static_cast<float>((samples[i].x - centre.x) / scale));
-    y_.push_back(static_cast<float>((samples[i].y - centre.y) / scale));
+    const double error = weights[i] / own_weights_[i];
+    sum += error * error;
+  }
+  return sum;
+}
+
+ThinPlate::ThinPlate(std::span<const Sample> samples, const PlateEquations& equations)
+    : scale_(equations.Scale()), mean_(Mean(samples)) {
+  const std::vector<double> solution = equations.Solve(samples, mean_);
+  // Sites on one line leave the plane open: then the mean must do.
+  if (solution.empty()) return;
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    x_.push_back(static_cast<float>(samples[i].x / scale_));
+    y_.push_back(static_cast<float>(samples[i].y / scale_));
     weights_.push_back(static_cast<float>(solution[i]));
   }
   for (std::size_t k = 0; k < kPlane; ++k) {
@@ -143,11 +164,11 @@ void ThinPlate::Add(std::span<const float> x, float y, std::span<const float> we
   constexpr std::size_t kBlock = 64;
   float place[kBlock];
   float value[kBlock];
-  const auto down = static_cast<float>((y - centre_.y) / scale_);
+  const auto down = static_cast<float>(y / scale_);
   for (std::size_t start = 0; start < x.size(); start += kBlock) {
     const std::size_t count = std::min(kBlock, x.size() - start);
     for (std::size_t i = 0; i < count; ++i) {
-      place[i] = static_cast<float>((x[start + i] - centre_.x) / scale_);
+      place[i] = static_cast<float>(x[start + i] / scale_);
       value[i] = static_cast<float>(mean_) + plane_[0] + plane_[1] * place[i] + plane_[2] * down;
     }
     for (std::size_t j = 0; j < x_.size(); ++j) {
@@ -162,32 +183,6 @@ void ThinPlate::Add(std::span<const float> x, float y, std::span<const float> we
     }
     for (std::size_t i = 0; i < count; ++i) sums[start + i] += weights[start + i] * value[i];
   }
-}
-
-std::vector<double> ThinPlate::SquaredErrors(std::span<const Sample> samples, Point centre,
-                                             double scale, std::span<const double> smoothings) {
-  const std::vector<double> right = RightSide(samples, Mean(samples));
-  std::vector<double> errors;
-  for (const double smoothing : smoothings) {
-    Matrix matrix = System(samples, centre, scale, smoothing);
-    std::vector<std::size_t> order;
-    double sum = INFINITY;
-    if (samples.size() > kPlane + 1 && Decompose(matrix, order)) {
-      std::vector<double> weights;
-      std::vector<double> column;
-      Solve(matrix, order, right, weights);
-      sum = 0;
-      for (std::size_t i = 0; i < samples.size(); ++i) {
-        std::vector<double> unit(right.size());
-        unit[i] = 1;
-        Solve(matrix, order, unit, column);
-        const double error = weights[i] / column[i];
-        sum += error * error;
-      }
-    }
-    errors.push_back(sum);
-  }
-  return errors;
 }
 
 }  // namespace discoplan::figures

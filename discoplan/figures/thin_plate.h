@@ -17,22 +17,37 @@ struct Sample {
   double value;
 };
 
-class DISCOPLAN_EXPORT ThinPlate {
+/// The equations of a spline at certain places, which are solved for any values there.
+class DISCOPLAN_EXPORT PlateEquations {
  public:
   /// `scale` in mm is the length that counts as 1, `smoothing` the weight of smoothness against
-  /// nearness; 0 goes through the sites.
-  ThinPlate(std::span<const Sample> samples, Point centre, double scale, double smoothing);
+  /// nearness; 0 goes through the sites. The values of `places` aren't read.
+  PlateEquations(std::span<const Sample> places, double scale, double smoothing);
+
+  double Scale() const { return scale_; }
+  /// Weights of the sites, then the plane; none for places on one line, which leave it open.
+  std::vector<double> Solve(std::span<const Sample> samples, double mean) const;
+  /// Sum of the squares of the leave-one-out errors; infinite where there is no solution.
+  double SquaredErrors(std::span<const Sample> samples) const;
+
+ private:
+  double scale_;
+  std::size_t side_ = 0;
+  std::vector<double> cells_;  // rows of the matrix, decomposed
+  std::vector<std::size_t> order_;
+  std::vector<double> own_weights_;  // of each site if it alone had a value, 1
+};
+
+class DISCOPLAN_EXPORT ThinPlate {
+ public:
+  /// Of the values of `samples` at the equations' places.
+  ThinPlate(std::span<const Sample> samples, const PlateEquations& equations);
 
   /// Adds `weight[i]` times the value at (x[i], y) to each of `sums`.
   void Add(std::span<const float> x, float y, std::span<const float> weights,
            std::span<float> sums) const;
 
-  /// Sum of the squares of the leave-one-out errors for each smoothing.
-  static std::vector<double> SquaredErrors(std::span<const Sample> samples, Point centre,
-                                           double scale, std::span<const double> smoothings);
-
  private:
-  Point centre_;
   double scale_;
   double mean_ = 0;
   std::vector<float> x_;

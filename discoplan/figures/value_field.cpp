@@ -49,6 +49,12 @@ std::vector<Sample> Distinct(const SiteView& sites) {
 
 std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
                                             Interpolation interpolation) {
+  PlateStore store;
+  return MakeField(sites, radius, interpolation, store);
+}
+
+std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
+                                            Interpolation interpolation, PlateStore& store) {
   std::vector<Sample> samples = Distinct(sites);
   if (samples.size() < kFewest) {
     double sum = 0;
@@ -57,7 +63,7 @@ std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius
         samples.empty() ? 0 : sum / static_cast<double>(samples.size()));
   }
   if (interpolation == Interpolation::Idw4) return MakeIdw4Field(sites, samples, radius);
-  return samples.size() <= kMostInOne ? MakePlateField(std::move(samples), radius)
+  return samples.size() <= kMostInOne ? MakePlateField(std::move(samples), radius, store)
                                       : MakeLatticeField(std::move(samples), radius);
 }
 

@@ -30,8 +30,25 @@ int DecimalsFor(const Summary& summary) {
   return std::clamp(2 - static_cast<int>(std::floor(std::log10(range))), 0, 9);
 }
 
-std::shared_ptr<const ValueField> FieldOf(const WaferPlot& plot, const Style& style) {
-  return MakeField(plot.sites, plot.diameter / 2, style.interpolation);
+std::shared_ptr<const Coverage> SitePlan::CoverageOf(const WaferPlot& plot) {
+  const auto same = [](std::span<const float> a, const std::vector<float>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end());
+  };
+  if (coverage_ == nullptr || diameter_ != plot.diameter ||
+      edge_exclusion_ != plot.edge_exclusion || !same(plot.sites.x, x_) ||
+      !same(plot.sites.y, y_)) {
+    coverage_ = std::make_shared<const Coverage>(plot);
+    x_.assign(plot.sites.x.begin(), plot.sites.x.end());
+    y_.assign(plot.sites.y.begin(), plot.sites.y.end());
+    diameter_ = plot.diameter;
+    edge_exclusion_ = plot.edge_exclusion;
+  }
+  return coverage_;
+}
+
+std::shared_ptr<const ValueField> FieldOf(const Sketch& sketch) {
+  return MakeField(sketch.plot.sites, sketch.plot.diameter / 2, sketch.style.interpolation,
+                   sketch.plan.Plates());
 }
 
 std::string MethodNote(const ValueField& field, const WaferPlot& plot) {
@@ -54,6 +71,12 @@ std::string BeyondNote(const WaferPlot& plot, const Scale& scale) {
 
 Figure MakeFigure(PlotKind kind, const WaferPlot& plot, const Style& style,
                   const TextMeasure& text) {
+  SitePlan plan;
+  return MakeFigure(kind, plot, style, text, plan);
+}
+
+Figure MakeFigure(PlotKind kind, const WaferPlot& plot, const Style& style, const TextMeasure& text,
+                  SitePlan& plan) {
   using Maker = void (*)(Sketch);
   static constexpr std::array<Maker, 9> kMakers = {DrawMap,    DrawSigmaMap,  DrawContours,
                                                    DrawValues, DrawSurface,   DrawSigmaSurface,
@@ -63,7 +86,7 @@ Figure MakeFigure(PlotKind kind, const WaferPlot& plot, const Style& style,
   if (summary.count == 0) {
     AddWords(page, plot, summary, {"no sites"});
   } else {
-    kMakers[static_cast<std::size_t>(kind)]({page, plot, summary, style});
+    kMakers[static_cast<std::size_t>(kind)]({page, plot, summary, style, plan});
   }
   return page.Take();
 }
