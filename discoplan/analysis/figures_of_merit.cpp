@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "discoplan/analysis/interpolation_error.h"
-#include "discoplan/analysis/surface_fit.h"
 
 namespace discoplan::analysis {
 namespace {
@@ -36,13 +35,13 @@ Figure SigmaPercent(const Sample& s) {
 }
 
 Figure Tilt(const Sample& s) {
-  const PlaneFit plane = FitPlane(s.sites);
+  const PlaneFit& plane = s.Plane();
   if (!plane.IsUnique()) return {};
   return plane.Tilt();
 }
 
 Figure TiltDirection(const Sample& s) {
-  const PlaneFit plane = FitPlane(s.sites);
+  const PlaneFit& plane = s.Plane();
   if (!plane.IsUnique() || plane.Tilt() == 0) return {};
   return plane.Direction();
 }

@@ -2,8 +2,12 @@
 #include "discoplan/analysis/sample.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <iterator>
+#include <numeric>
 #include <utility>
 
 #include "discoplan/analysis/compensated_sum.h"
@@ -11,11 +15,38 @@
 namespace discoplan::analysis {
 namespace {
 
-std::vector<double> ValuesOf(std::span<const Site> sites) {
-  std::vector<double> values;
+/// A float's bits in an order that is that of the numbers.
+std::uint32_t RankOf(float value) {
+  std::uint32_t bits = 0;
+  std::memcpy(&bits, &value, sizeof bits);
+  return (bits >> 31) != 0 ? ~bits : bits | 0x80000000u;
+}
+
+/// By the lowest 11 bits first, then by those above.
+void SortByDigits(std::vector<float>& values) {
+  constexpr unsigned kBits = 11;
+  constexpr std::uint32_t kDigits = 1u << kBits;
+  std::vector<float> other(values.size());
+  for (unsigned shift = 0; shift < 32; shift += kBits) {
+    std::array<std::uint32_t, kDigits> next{};
+    const auto digit = [&](float value) { return RankOf(value) >> shift & (kDigits - 1); };
+    for (const float value : values) ++next[digit(value)];
+    std::exclusive_scan(next.begin(), next.end(), next.begin(), 0u);
+    for (const float value : values) other[next[digit(value)]++] = value;
+    values.swap(other);
+  }
+}
+
+/// The decimals in ascending order, which is that of the floats since each narrows to its own.
+std::vector<double> SortedDecimals(std::span<const Site> sites) {
+  constexpr std::size_t kFew = 400;  // that are sorted sooner by comparing them
+  std::vector<float> values;
   values.reserve(sites.size());
-  for (const Site& site : sites) values.push_back(DecimalOf(site.z));
-  return values;
+  for (const Site& site : sites) values.push_back(site.z);
+  sites.size() < kFew ? std::sort(values.begin(), values.end()) : SortByDigits(values);
+  std::vector<double> decimals(values.size());
+  std::transform(values.begin(), values.end(), decimals.begin(), DecimalOf);
+  return decimals;
 }
 
 double QuantileOf(const std::vector<double>& sorted, double p) {
@@ -41,13 +72,15 @@ double DecimalOf(float value) {
   return exact;
 }
 
-Sample::Sample(std::span<const Site> all) : sites(all), sorted(ValuesOf(all)) { SumUp(); }
+Sample::Sample(std::span<const Site> all) : sites(all), sorted(SortedDecimals(all)) { SumUp(); }
 
-Sample::Sample(std::vector<double> values) : sorted(std::move(values)) { SumUp(); }
+Sample::Sample(std::vector<double> values) : sorted(std::move(values)) {
+  std::sort(sorted.begin(), sorted.end());
+  SumUp();
+}
 
 // In the order of the numbers, so that the order of the sites makes no difference.
 void Sample::SumUp() {
-  std::sort(sorted.begin(), sorted.end());
   const auto count = static_cast<double>(sorted.size());
   mean = SumOver(sorted, [](double value) { return value; }) / count;
   // What the rounding of the mean adds to the squares is taken off again: T. Chan, G. Golub and
@@ -71,6 +104,11 @@ double Sample::MedianDeviation() const {
              distances.begin(), [&](double a, double b) { return distance(a) < distance(b); });
   std::transform(distances.begin(), distances.end(), distances.begin(), distance);
   return QuantileOf(distances, 0.5);
+}
+
+const PlaneFit& Sample::Plane() const {
+  if (!plane_) plane_ = FitPlane(sites);
+  return *plane_;
 }
 
 RobustRange FencesOf(const Sample& sample) {

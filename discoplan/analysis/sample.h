@@ -14,6 +14,7 @@
 #include <span>
 #include <vector>
 
+#include "discoplan/analysis/surface_fit.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/export.h"
 
@@ -39,6 +40,8 @@ struct DISCOPLAN_EXPORT Sample {
   double Quantile(double p) const;
   /// Median of the distances from the median, not scaled.
   double MedianDeviation() const;
+  /// Of the sites, fitted when it is first asked for: a sample is one thread's.
+  const PlaneFit& Plane() const;
 
   std::span<const Site> sites;
   std::vector<double> sorted;
@@ -48,6 +51,8 @@ struct DISCOPLAN_EXPORT Sample {
 
  private:
   void SumUp();
+
+  mutable std::optional<PlaneFit> plane_;
 };
 
 /// Between 1.5 interquartile ranges below the lower quartile and above the upper one, but no wider

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numeric>
@@ -70,6 +71,31 @@ TEST(Sample, TakesTheMedianDeviationWithoutSortingAgain) {
     const double median = sample.Quantile(0.5);
     for (double& value : values) value = std::abs(value - median);
     ASSERT_EQ(sample.MedianDeviation(), Sample(values).Quantile(0.5)) << count;
+  }
+}
+
+TEST(Sample, SortsManySitesAsComparingThemDoes) {
+  std::mt19937 draw(11);
+  std::uniform_int_distribution<int> exponent(-44, 37);
+  std::uniform_real_distribution<float> digits(-10, 10);
+  for (const std::size_t count : {399u, 400u, 401u, 3000u}) {
+    std::vector<Site> sites;
+    std::vector<double> sorted;
+    for (std::size_t i = 0; i < count; ++i) {
+      float z = digits(draw);
+      if (i % 3 == 0) z *= std::pow(10.0f, static_cast<float>(exponent(draw)));
+      if (i % 50 == 0) z = 0;
+      if (i % 7 == 0 && i > 0) z = sites[i - 1].z;
+      sites.push_back({static_cast<float>(i % 60), static_cast<float>(i / 60), z});
+      sorted.push_back(DecimalOf(z));
+    }
+    std::sort(sorted.begin(), sorted.end());
+    const Sample sample(sites);
+    EXPECT_EQ(sample.sorted, sorted) << count;
+    const Sample values(sorted);
+    EXPECT_EQ(sample.mean, values.mean);
+    EXPECT_EQ(sample.squares, values.squares);
+    EXPECT_EQ(sample.Plane().slope_x, FitPlane(sites).slope_x);
   }
 }
 
