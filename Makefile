@@ -60,12 +60,12 @@ bench-figures: packages ## Build, and compare pictures with those of matplotlib 
 	@cmake --build --preset bench --target discoplan-program -- --quiet
 	@bench/figures build/bench/apps/discoplan/discoplan
 
-test-engines: packages ## Test the Python package on Spark and Dask, whose executors are killed
+test-engines: packages ## Test the Python package on Spark, Dask and Ray, whose workers are killed
 	@scripts/install-packages engines
 	@cmake --preset release --log-level=WARNING > /dev/null
 	@cmake --build --preset release --target discoplan-python-package -- --quiet
 	@tests/python/environment python3 build/engine-tests tests/engines/requirements.txt
-	@PYTHONPATH=build/release/python PYTHONDONTWRITEBYTECODE=1 build/engine-tests/bin/python -m pytest -q \
+	@PYTHONPATH=$(CURDIR)/build/release/python PYTHONDONTWRITEBYTECODE=1 build/engine-tests/bin/python -m pytest -q \
 	  -p no:cacheprovider tests/engines
 
 bench-engine: packages ## Compare the package on Spark with the engine alone and pandas, or SHORT=1 less
@@ -73,7 +73,9 @@ bench-engine: packages ## Compare the package on Spark with the engine alone and
 	@cmake --preset release --log-level=WARNING > /dev/null
 	@cmake --build --preset release --target discoplan-python-package -- --quiet
 	@tests/python/environment python3 build/engine-tests tests/engines/requirements.txt
-	@PYTHONPATH=build/release/python build/engine-tests/bin/python bench/engine/bench.py $(if $(SHORT),--short)
+	@PYTHONPATH=$(CURDIR)/build/release/python build/engine-tests/bin/python bench/engine/bench.py \
+	  $(if $(SHORT),--short,--results bench/engine/results.json)
+	@[ -n "$(SHORT)" ] || python3 bench/engine/report.py bench/engine/results.json docs/fab_archive_costs.md
 
 portability: elsewhere ## Compare many sessions by Wine and Node with this machine's own, or SHORT=1 few
 	@cmake --preset release --log-level=WARNING > /dev/null
