@@ -59,7 +59,7 @@ def keyed_table() -> pa.Table:
 KEYED = {"by": ["lot", "slot", "day", "time", "dose", "good"], "x": "X", "y": "Y", "value": "THK"}
 
 
-def wait_for(is_so, seconds: float = 120) -> None:
+def wait_for(is_so, seconds: float = 600) -> None:
     end = time.monotonic() + seconds
     while not is_so():
         if time.monotonic() > end:

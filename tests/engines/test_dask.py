@@ -109,7 +109,7 @@ def fails(frame, gate: Gate):
 def test_a_batch_that_fails_twice_is_done_once(client: Client, folder: Path, expected: dict, gate: Gate) -> None:
     drawn = dk.plots(opened(folder / "wafers"), **PLOT).repartition(npartitions=1)
     job = client.compute(drawn.map_partitions(fails, gate, meta=drawn._meta), retries=3)
-    found = pa.Table.from_pandas(job.result(timeout=120), preserve_index=False).to_pylist()
+    found = pa.Table.from_pandas(job.result(timeout=600), preserve_index=False).to_pylist()
     assert len(gate.begun("run")) == 3 and rows(found) == expected["plots"]
 
 
@@ -130,6 +130,6 @@ def test_a_killed_worker_loses_nothing(client: Client, folder: Path, expected: d
         psutil.Process(gate.begun("held")[0]).kill()
     finally:
         gate.open()
-    found = pa.Table.from_pandas(job.result(timeout=120), preserve_index=False).to_pylist()
+    found = pa.Table.from_pandas(job.result(timeout=600), preserve_index=False).to_pylist()
     assert rows(found) == expected["plots"]
     assert len(gate.begun("part")) > 6, "the worker had nothing to do"
