@@ -86,9 +86,7 @@ class Batch {
         format_(FormatOf(batch.format)),
         figures_(FiguresOf(batch.figures)) {
     if (batch.plot != nullptr) drawing_ = DrawingOf(Taken(batch.plot, "discoplan_plot_options"));
-    if (drawing_ && drawing_->classic && format_ != FigureFormat::Png) {
-      Refuse("the classic look has pixels alone; take PNG, or the modern look");
-    }
+    if (drawing_ && drawing_->classic && format_ != FigureFormat::Png) RefuseVectors();
     if (batch.names == nullptr) return;
     names_ = batch.names;
     name_offsets_.emplace(batch.name_offsets32, batch.name_offsets64, wafers_,

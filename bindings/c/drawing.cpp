@@ -239,8 +239,12 @@ const FigureText& TextFor(const Drawing& drawing) {
 }
 
 figures::Figure MakeFigure(const MeasuredWafer& wafer, const Drawing& drawing) {
-  return figures::MakeFigure(FigureKindOf(drawing.kind), PlotOf(wafer, drawing),
-                             StyleOf(wafer, drawing), TextFor(drawing));
+  figures::WaferPlot plot = PlotOf(wafer, drawing);
+  plot.field = [&wafer](figures::Interpolation interpolation) {
+    return wafer.Field(interpolation);
+  };
+  return figures::MakeFigure(FigureKindOf(drawing.kind), plot, StyleOf(wafer, drawing),
+                             TextFor(drawing));
 }
 
 HeldPicture::HeldPicture(std::vector<figures::Figure> pages, Drawing drawing,
@@ -287,9 +291,7 @@ std::vector<std::uint8_t> HeldPicture::Encode(FigureFormat format) {
     if (format == FigureFormat::Pdf) return ToPdf(pages_, kImagePixels, text.Letters());
     return EncodeFigure(Stacked(), format, drawing_.size.pixels_per_point, text);
   }
-  if (format != FigureFormat::Png) {
-    Refuse("the classic look has pixels alone; take PNG, or the modern look");
-  }
+  if (format != FigureFormat::Png) RefuseVectors();
   return EncodePng(PngPicture{.pixels = pixels_, .width = width_, .height = height_});
 }
 
@@ -297,6 +299,12 @@ const std::vector<std::uint8_t>& HeldPicture::File(FigureFormat format) {
   const std::lock_guard lock(mutex_);
   const auto found = files_.find(format);
   return found != files_.end() ? found->second : files_[format] = Encode(format);
+}
+
+void RefuseVectors() {
+  Refuse(
+      "the classic look has pixels alone; take PNG, or the modern look, or the command line, which "
+      "prints it into SVG and PDF files");
 }
 
 FigureFormat FormatOf(std::int32_t format) {

@@ -91,6 +91,8 @@ class HeldPicture final : public Held {
   std::map<FigureFormat, std::vector<std::uint8_t>> files_;
 };
 
+/// Raises the `Error` of a classic picture that is to be a vector file.
+[[noreturn]] void RefuseVectors();
 FigureFormat FormatOf(std::int32_t format);
 /// Draws one wafer, in either look.
 std::shared_ptr<HeldPicture> Draw(const std::shared_ptr<MeasuredWafer>& wafer,

@@ -180,6 +180,18 @@ void MeasuredWafer::Interpolate(std::span<Site> points, std::size_t columns) con
   if (data.HasInterpolation()) SiteInterpolator(data).Evaluate(points, columns);
 }
 
+std::shared_ptr<const figures::ValueField> MeasuredWafer::Field(
+    figures::Interpolation interpolation) const {
+  constexpr std::size_t kMostKept = 1000;  // sites; a field holds some hundred bytes for each
+  const std::lock_guard lock(mutex_);
+  auto& kept = fields_[interpolation == figures::Interpolation::Smooth ? 0 : 1];
+  if (kept != nullptr) return kept;
+  auto made = MakeField({measured_.x, measured_.y, measured_.value},
+                        static_cast<double>(measured_.diameter) / 2, interpolation);
+  if (measured_.value.size() <= kMostKept) kept = made;
+  return made;
+}
+
 std::vector<double> MeasuredWafer::Statistics(FigureMask wanted) const {
   const analysis::Sample sample(Sites());
   const auto rows = analysis::FiguresOfMerit();

@@ -3,7 +3,10 @@
 
 /// A measured wafer that callers hold. It never changes once it is made.
 
+#include <array>
 #include <cstdint>
+#include <memory>
+#include <mutex>
 #include <span>
 #include <string>
 #include <vector>
@@ -48,6 +51,8 @@ class MeasuredWafer final : public Held {
 
   /// Values at points whose z is set; not a number outside the test area.
   void Interpolate(std::span<Site> points, std::size_t columns) const;
+  /// The values between the sites, as maps have them: found once for a wafer that isn't large.
+  std::shared_ptr<const figures::ValueField> Field(figures::Interpolation interpolation) const;
   float At(float x, float y) const;
   bool IsInside(float x, float y) const;
   /// All figures; those that `wanted` hasn't aren't computed, and not a number.
@@ -58,6 +63,8 @@ class MeasuredWafer final : public Held {
   Look look_;
   std::string sites_text_;
   wafer sites_;
+  mutable std::mutex mutex_;  // of the fields
+  mutable std::array<std::shared_ptr<const figures::ValueField>, 2> fields_;
 };
 
 /// From a caller's arrays, sites `first` to below `last`. Raises `Error` and `data::DataError`.

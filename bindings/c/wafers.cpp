@@ -85,10 +85,8 @@ void InterpolateRows(const MeasuredWafer& wafer, const figures::Lattice& lattice
 
 void SmoothRows(const MeasuredWafer& wafer, const figures::Lattice& lattice,
                 std::span<float> values) {
-  const data::Wafer& measured = wafer.Measured();
-  const double radius = static_cast<double>(measured.diameter) / 2;
-  MakeField({measured.x, measured.y, measured.value}, radius, figures::Interpolation::Smooth)
-      ->Evaluate(lattice, static_cast<double>(measured.test_diameter) / 2, values);
+  const double radius = static_cast<double>(wafer.Measured().test_diameter) / 2;
+  wafer.Field(figures::Interpolation::Smooth)->Evaluate(lattice, radius, values);
   for (int row = 0; row < lattice.rows; ++row) {
     for (int column = 0; column < lattice.columns; ++column) {
       float& value =

@@ -16,6 +16,8 @@
 /// No text of a figure lies on another or is cut: what has no room is shortened, made smaller or
 /// left out, and what is left out is counted in words. A page may be as small as 150 x 110 points.
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -68,6 +70,8 @@ struct WaferPlot {
   std::optional<double> lower_control;  ///< Control limits of a histogram.
   std::optional<double> upper_control;
   int bins = 0;  ///< Of a histogram; 0 is as many as the data call for.
+  /// Gives what `MakeField` does for the sites, where somebody has it already.
+  std::function<std::shared_ptr<const ValueField>(Interpolation)> field = {};
 };
 
 /// How it looks.

@@ -110,3 +110,16 @@ def test_files_say_what_they_left_out(tmp_path: pathlib.Path) -> None:
         dp.read(file)
     lot = dp.read(file, skip_invalid=True)
     assert "left out 1 row" in lot.notes and "4 of 5 sites" in repr(lot[0])
+
+
+@pytest.mark.parametrize("count", [49, 1001])
+def test_a_wafer_that_was_drawn_before_is_drawn_alike(count: int) -> None:
+    """What a wafer keeps between its pictures is the same as what a new one finds."""
+    x, y = np.random.default_rng(count).uniform(-100, 100, (2, count))
+    old = dp.Wafer(x, y, x * y, diameter=300)
+    asked = [{"kind": "3D"}, {"interpolation": "idw4"}, {"kind": "linescan"}, {"interpolation": "idw4"}, {}, {}]
+    for options in asked:
+        new = dp.Wafer(x, y, x * y, diameter=300)
+        assert old.plot(size=(200, 150), **options).png() == new.plot(size=(200, 150), **options).png()
+    smooth = dp.Wafer(x, y, x * y, diameter=300).lattice(30, interpolation="smooth")
+    assert np.array_equal(old.lattice(30, interpolation="smooth"), smooth, equal_nan=True)
