@@ -95,6 +95,7 @@ class Lot:
 
     @property
     def names(self) -> List[str]:
+        """Of the wafers, in their order."""
         return [wafer.name for wafer in self._wafers]
 
     def __getitem__(self, which: Union[str, int, Tuple[str, ...]]) -> Wafer:

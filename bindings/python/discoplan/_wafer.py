@@ -82,6 +82,7 @@ class Wafer:
         return wafer
 
     def __len__(self) -> int:
+        """How many sites there are."""
         return _core.wafer_info(self._handle)[0]
 
     @property
@@ -101,14 +102,17 @@ class Wafer:
 
     @property
     def name(self) -> str:
+        """The title of plots; "" for none."""
         return _core.wafer_info(self._handle)[4]
 
     @property
     def quantity(self) -> str:
+        """What was measured, as "Thickness"; "" if nobody said."""
         return _core.wafer_info(self._handle)[5]
 
     @property
     def unit(self) -> str:
+        """Of the values, as "nm"; "" if nobody said."""
         return _core.wafer_info(self._handle)[6]
 
     @property
