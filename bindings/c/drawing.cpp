@@ -257,10 +257,7 @@ HeldPicture::HeldPicture(std::vector<figures::Figure> pages, Drawing drawing,
       height_(WholePixels(pages_.front().height * static_cast<double>(pages_.size()), drawing_)) {}
 
 HeldPicture::HeldPicture(Canvas canvas)
-    : Held(kKind),
-      width_(canvas.Width()),
-      height_(canvas.Height()),
-      pixels_(canvas.Pixels().begin(), canvas.Pixels().end()) {}
+    : Held(kKind), width_(canvas.Width()), height_(canvas.Height()), canvas_(std::move(canvas)) {}
 
 figures::Figure HeldPicture::Stacked() const {
   figures::Figure all = pages_.front();
@@ -280,6 +277,7 @@ void HeldPicture::Paint() {
 }
 
 std::span<const Pixel> HeldPicture::Pixels() {
+  if (canvas_) return canvas_->Pixels();
   const std::lock_guard lock(mutex_);
   Paint();
   return pixels_;
@@ -292,7 +290,7 @@ std::vector<std::uint8_t> HeldPicture::Encode(FigureFormat format) {
     return EncodeFigure(Stacked(), format, drawing_.size.pixels_per_point, text);
   }
   if (format != FigureFormat::Png) RefuseVectors();
-  return EncodePng(PngPicture{.pixels = pixels_, .width = width_, .height = height_});
+  return EncodePng(PngPicture{.pixels = canvas_->Pixels(), .width = width_, .height = height_});
 }
 
 const std::vector<std::uint8_t>& HeldPicture::File(FigureFormat format) {

@@ -88,6 +88,7 @@ class HeldPicture final : public Held {
   const int height_;
   bool has_alpha_ = false;
   std::vector<Pixel> pixels_;
+  const std::optional<const Canvas> canvas_;  ///< Of the classic look.
   std::map<FigureFormat, std::vector<std::uint8_t>> files_;
 };
 
