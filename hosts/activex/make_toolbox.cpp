@@ -114,7 +114,9 @@ std::string Bitmap(const Drawing& drawing) {
   Append(file, 0, 16);
   for (std::size_t i = 0; i < kColours; ++i) {
     const Ink ink = i < kInks.size() ? kInks[i] : Ink{};
-    Append(file, ink.blue | ink.green << 8U | static_cast<std::uint32_t>(ink.red) << 16U, 4);
+    for (const std::uint8_t part : {ink.blue, ink.green, ink.red, std::uint8_t{0}}) {
+      Append(file, part, 1);
+    }
   }
   for (std::size_t y = kSide; y-- > 0;) {
     const std::string_view row = drawing.rows[y];
