@@ -240,7 +240,7 @@ void FormWindow::SyncText(const Widget& widget) {
     const std::wstring text = Wide(node.Text());
     if (TextOf(widget.windows[0]) != text) SetWindowTextW(widget.windows[0], text.c_str());
   } else if (node.kind == NodeKind::Label) {
-    SetWindowTextW(widget.windows[0], Wide(node.Text()).c_str());
+    SetWindowTextW(widget.windows[0], LettersOf(node.Font(), node.Text()).c_str());
   } else {
     SetWindowTextW(widget.windows[0], Caption(node.Text()).c_str());
   }
