@@ -2,6 +2,7 @@
 #include "apps/discoplan/lot_figures.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/progress.h"
@@ -23,6 +24,14 @@ LotTable TableOf(const LotSheet& sheet) {
     table.rows.push_back({.texts = {name, "", "", value}, .total = true});
   }
   return table;
+}
+
+/// Whether colours stand for values.
+bool HasScale(figures::PlotKind kind) {
+  using figures::PlotKind;
+  constexpr PlotKind kOthers[] = {PlotKind::SigmaMap, PlotKind::SigmaSurface, PlotKind::Histogram,
+                                  PlotKind::LineScan};
+  return std::find(std::begin(kOthers), std::end(kOthers), kind) == std::end(kOthers);
 }
 
 Figure OneBelowTheOther(std::vector<Figure> pages) {
@@ -75,10 +84,13 @@ std::vector<figures::LotPlot> LotPlotsOf(const Lot& measured, const LotFigureOpt
 
 void PlotLotFigures(const LotRequest& request) {
   const figures::PlotKind kind = FigureKindOf(PlotKindsOf({request.kind}).front());
+  RefuseClassicOptions(request.plot);
   RefuseOverwriting(request);
   const Lot measured = ReadDerived(request.data, request.derive);
+  LotSheetOptions sheet = request.sheet;
+  sheet.by_scale = HasScale(kind);
   const std::vector<figures::LotPlot> lots =
-      LotPlotsOf(measured, {request.data, request.look, {}, request.sheet});
+      LotPlotsOf(measured, {request.data, request.look, request.plot.style, sheet});
   // A page is as wide as A4 lies.
   constexpr double kWidth = 842;
   const double pixels = request.size.width / kWidth;

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "apps/discoplan/page_pen.h"
+#include "discoplan/render/number_text.h"
 
 namespace discoplan::app {
 namespace {
@@ -55,14 +56,16 @@ class LotPage {
         sheet_(sheet),
         first_(page * LotSheet::kWafersOnPage),
         end_(std::min(first_ + LotSheet::kWafersOnPage, sheet.cells.size())),
+        options_(options),
         plot_(*options.plot),
-        layout_(sheet, options.height) {}
+        layout_(sheet, options.height),
+        look_(options.look(sheet, sheet.cells[first_])) {}
 
   void Draw() {
     DrawHead();
     DrawMaps();
-    if (plot_.colours == LotColours::Scale) DrawBar();
-    if (plot_.colours == LotColours::Sigma) DrawSigmaKey();
+    if (plot_.colours == LotColours::Scale && !look_->HideLegend()) DrawBar();
+    if (plot_.colours == LotColours::Sigma && !look_->HideLegend()) DrawSigmaKey();
     DrawTrend();
     DrawTable();
     float y = layout_.notes;
@@ -108,7 +111,7 @@ class LotPage {
   }
 
   void DrawCell(const LotCell& cell, const SheetBox& square) {
-    if (!DrawLotPlot(surface_, plot_, sheet_, cell, square)) {
+    if (!DrawLotPlot(surface_, plot_, sheet_, cell, square, *options_.look(sheet_, cell))) {
       throw std::runtime_error(cell.name +
                                ": a site lies outside the wafer, or the values are too large to "
                                "be summed up; give a larger --diameter, or scale the values down");
@@ -137,7 +140,7 @@ class LotPage {
   }
 
   void DrawBar() {
-    const wafer palette;
+    const wafer& palette = look_->Wafer();
     constexpr int kClasses = 10;
     constexpr float kChip = 260;
     const SheetBox& bar = layout_.bar;
@@ -161,7 +164,7 @@ class LotPage {
   }
 
   void DrawSigmaKey() {
-    const wafer palette;
+    const wafer& palette = look_->Wafer();
     constexpr std::array<const char*, 3> kBands = {"above", "within", "below"};
     constexpr float kChip = 200;
     float y = layout_.bar.top;
@@ -171,7 +174,8 @@ class LotPage {
       pen_.Write(kBands[k],
                  {.x = layout_.bar.left + kChip + 80, .y = y + 20, .size = 7, .colour = kText});
     }
-    pen_.Write("mean ± 0.5 σ", {.x = layout_.bar.left, .y = y, .size = 7, .colour = kDim});
+    pen_.Write("mean ± " + PlainNumber(SigmaRangeOf(*look_)) + " σ",
+               {.x = layout_.bar.left, .y = y, .size = 7, .colour = kDim});
     pen_.Write("of each wafer", {.x = layout_.bar.left, .y = y + 170, .size = 7, .colour = kDim});
   }
 
@@ -306,9 +310,11 @@ class LotPage {
   const LotSheet& sheet_;
   const std::size_t first_;
   const std::size_t end_;
+  const LotPageOptions& options_;
   const LotPlot& plot_;
   const Layout layout_;
-  float line_ = 0;  // of the table, with its letters
+  const std::unique_ptr<PlotControl> look_;  // of the first cell; colours are those of all
+  float line_ = 0;                           // of the table, with its letters
   float size_ = 0;
   float pitch_ = 0;
   std::vector<float> column_ends_;

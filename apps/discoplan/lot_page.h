@@ -5,6 +5,8 @@
 /// means and the table of figures.
 
 #include <cstddef>
+#include <functional>
+#include <memory>
 
 #include "apps/discoplan/lot_plot.h"
 #include "apps/discoplan/lot_sheet.h"
@@ -18,6 +20,8 @@ inline constexpr float kSheetHeight = 11906;
 
 struct LotPageOptions {
   const LotPlot* plot = nullptr;
+  /// A control whose members the plot of a cell follows.
+  std::function<std::unique_ptr<PlotControl>(const LotSheet&, const LotCell&)> look;
   float height = kSheetHeight;  ///< The width is always `kSheetWidth`.
 };
 

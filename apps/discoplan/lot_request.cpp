@@ -40,7 +40,8 @@ void WarnOfEmptyPlots(const std::string& file, const LotPlot& plot, const LotShe
 
 void RefuseOverwriting(const LotRequest& request) {
   const std::vector<NamedFile> read = {{"DATA", request.data.path.string()},
-                                       {"--minus", request.derive.File()}};
+                                       {"--minus", request.derive.File()},
+                                       {"--settings", request.plot.settings}};
   RefuseOverwriting({"--output", request.output}, read);
 }
 
@@ -55,6 +56,7 @@ void AddLotOptions(CLI::App& command, LotRequest& request) {
   command.add_option("--kind", request.kind, "Kind of the small plots: " + PlotKindNames())
       ->type_name("KIND")
       ->capture_default_str();
+  AddSettingsOptions(command, request.plot);
   AddLimitsOption(command, request.sheet.limits,
                   "Ends of the colour scale of all maps, as values or as percentages of them (1% "
                   "99%); Tukey's fences of all sites otherwise");
@@ -88,12 +90,21 @@ void AddLotOptions(CLI::App& command, LotRequest& request) {
 
 LotPages::LotPages(const LotRequest& request)
     : options_{.plot = &PlotOf(request.kind),
+               .look =
+                   [this, &request](const LotSheet& sheet, const LotCell& cell) {
+                     auto look = LotLook(host_, request.plot, *options_.plot, sheet, cell);
+                     TakeColours(*look, request.look.colours);
+                     return look;
+                   },
                .height = kSheetWidth * static_cast<float>(request.size.height) /
                          static_cast<float>(request.size.width)} {
   RefuseOverwriting(request);
-  sheets_ = SheetsOf(ReadDerived(request.data, request.derive), request.sheet);
-  for (const LotSheet& sheet : sheets_) {
-    WarnOfEmptyPlots(request.data.path.string(), *options_.plot, sheet);
+  const ReadRequest reading = WithSizes(request.plot, PlotKindsOf({request.kind}), request.data);
+  LotSheetOptions sheet = request.sheet;
+  sheet.by_scale = options_.plot->colours == LotColours::Scale;
+  sheets_ = SheetsOf(ReadDerived(reading, request.derive), sheet);
+  for (const LotSheet& each : sheets_) {
+    WarnOfEmptyPlots(request.data.path.string(), *options_.plot, each);
   }
 }
 

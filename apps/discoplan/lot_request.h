@@ -16,6 +16,7 @@ struct LotRequest {
   DeriveRequest derive;
   LotSheetOptions sheet;
   std::string kind = "2D";
+  PlotRequest plot;  ///< settings, assignments and style of the small plots
   std::string output;
   PixelSize size{1684, 1191};  ///< of a page
   LookRequest look;
@@ -40,6 +41,7 @@ class LotPages {
   void Draw(const std::function<Surface&(std::size_t page)>& page_at) const;
 
  private:
+  HeadlessHost host_;
   LotPageOptions options_;
   std::vector<LotSheet> sheets_;
 };

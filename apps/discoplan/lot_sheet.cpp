@@ -127,7 +127,8 @@ std::string ScaleText(const LotSheetOptions& options) {
          "% of all sites";
 }
 
-void AddNotes(const StatsGroup& group, const LotSheetOptions& options, LotSheet& sheet) {
+std::string ColourNote(const StatsGroup& group, const LotSheetOptions& options,
+                       const LotSheet& sheet) {
   std::size_t beyond = 0;
   for (const double value : group.summary.all.sorted) {
     beyond += value < sheet.scale.low || value > sheet.scale.high;
@@ -138,7 +139,11 @@ void AddNotes(const StatsGroup& group, const LotSheetOptions& options, LotSheet&
             data::Counted(group.summary.all.Count(), "value") +
             " beyond take the colours of the ends";
   }
-  sheet.notes.push_back(note);
+  return note;
+}
+
+void AddNotes(const StatsGroup& group, const LotSheetOptions& options, LotSheet& sheet) {
+  if (options.by_scale) sheet.notes.push_back(ColourNote(group, options, sheet));
   std::vector<std::string> left_out;
   for (const data::Wafer* wafer : group.wafers) {
     if (!wafer->left_out.empty()) left_out.push_back(wafer->name + " with " + wafer->SitesText());

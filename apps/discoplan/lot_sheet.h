@@ -27,6 +27,7 @@ struct LotSheetOptions {
   int digits = 4;
   std::optional<ColourLimits> limits;  ///< of the colours, in place of robust ones
   std::optional<std::string> caption;  ///< in place of the file's name
+  bool by_scale = true;                ///< colours of the plots go by it, which a note tells then
 };
 
 /// A wafer's place in the grid, with the two lines below its map.

@@ -20,9 +20,9 @@
 namespace discoplan::app {
 namespace {
 
-void TakeSize(PlotControl& control, const Wafer& measured) {
-  control.WaferDiameter(measured.diameter);
-  control.TestDiameter(measured.test_diameter);
+void TakeSize(PlotControl& control, const data::WaferSize& size) {
+  control.WaferDiameter(size.diameter);
+  control.TestDiameter(size.test_diameter);
 }
 
 void RefuseFineSurface(const PlotControl& control) {
@@ -62,29 +62,13 @@ struct Measured {
 
 void SetUp(PlotControl& control, const PlotRequest& request, const Measured& measured) {
   const bool fits = request.settings.empty();
-  if (fits) {
-    if (!measured.request.diameter) RefuseOtherUnits(measured.source, measured.wafer);
-    control.InitProperties();
+  if (fits && !measured.request.diameter) RefuseOtherUnits(measured.source, measured.wafer);
+  TakeSettings(control, request, {measured.wafer.diameter, measured.wafer.test_diameter}, [&] {
     control.PlotCaption(measured.wafer.name);
-  } else {
-    ReadSettings(control, request.settings);
-  }
-  TakeSize(control, measured.wafer);
-  if (fits) FitLook(control, measured.wafer.value);
-  if (request.style) {
-    control.WaferStyle(*request.style == "flat" ? WaferSt::Flat : WaferSt::Notch);
-  }
-  if (request.caption) control.PlotCaption(*request.caption);
-  for (const std::string& assignment : request.assignments) SetMember(control, assignment);
+    FitLook(control, measured.wafer.value);
+  });
   control.PlotCaption(CaptionOf(control.PlotCaption(), measured.wafer));
   if (request.no_legend) control.HideLegend(true);
-  RefuseFineSurface(control);
-}
-
-bool Assigns(const PlotRequest& request, std::string_view member) {
-  return AnyOf(request.assignments, [&](const std::string& assignment) {
-    return data::SameName(std::string_view(assignment).substr(0, assignment.find('=')), member);
-  });
 }
 
 std::shared_ptr<WorkerPool> NewWorkers(int threads) {
@@ -98,10 +82,46 @@ std::shared_ptr<WorkerPool> NewWorkers(int threads) {
 
 }  // namespace
 
+bool Assigns(const PlotRequest& request, std::string_view member) {
+  return AnyOf(request.assignments, [&](const std::string& assignment) {
+    return data::SameName(std::string_view(assignment).substr(0, assignment.find('=')), member);
+  });
+}
+
+void TakeSettings(PlotControl& control, const PlotRequest& request, const data::WaferSize& size,
+                  const std::function<void()>& fit) {
+  const bool fits = request.settings.empty();
+  fits ? control.InitProperties() : ReadSettings(control, request.settings);
+  TakeSize(control, size);
+  if (fits) fit();
+  if (request.style) {
+    control.WaferStyle(*request.style == "flat" ? WaferSt::Flat : WaferSt::Notch);
+  }
+  if (request.caption) control.PlotCaption(*request.caption);
+  for (const std::string& assignment : request.assignments) SetMember(control, assignment);
+  RefuseFineSurface(control);
+}
+
 std::optional<std::pair<float, float>> LimitsFor(const PlotRequest& request,
                                                  const std::string& source, const Wafer& measured) {
   if (!request.limits) return {};
   return EndsOf(*request.limits, source, measured.value);
+}
+
+void AddSettingsOptions(CLI::App& command, PlotRequest& request) {
+  command.add_option("--style", request.style, "Mark of the orientation; notch otherwise")
+      ->check(CLI::IsMember({"notch", "flat"}));
+  command
+      .add_option("--set", request.assignments,
+                  "Set any writable member of the plot, in the classic look")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  command
+      .add_option("--settings", request.settings,
+                  "Settings from a JSON file, before those of the other options; in the classic "
+                  "look")
+      ->type_name("FILE")
+      ->transform(InputFile());
 }
 
 void AddPlotOptions(CLI::App& command, PlotRequest& request) {
@@ -112,19 +132,10 @@ void AddPlotOptions(CLI::App& command, PlotRequest& request) {
       ->type_name("KIND")
       ->allow_extra_args(false)
       ->capture_default_str();
-  command.add_option("--style", request.style, "Mark of the orientation; notch otherwise")
-      ->check(CLI::IsMember({"notch", "flat"}));
+  AddSettingsOptions(command, request);
   AddLimitsOption(command, request.limits,
                   "Pin the colour scale, to values or to percentages of them as 1% 99%");
-  command.add_option("--set", request.assignments, "Set any writable member of the plot")
-      ->type_name("NAME=VALUE")
-      ->allow_extra_args(false);
   command.add_option("--caption", request.caption, "Title of the plot");
-  command
-      .add_option("--settings", request.settings,
-                  "Settings from a JSON file, before those of the other options")
-      ->type_name("FILE")
-      ->transform(InputFile());
   command
       .add_option("--save-settings", request.saved_settings,
                   "Write the plot's settings to a JSON file")
@@ -179,7 +190,7 @@ ReadRequest WithSizes(const PlotRequest& request, const PlotKinds& kinds, ReadRe
 }
 
 void FitSize(PlotControl& control, const Wafer& measured) {
-  TakeSize(control, measured);
+  TakeSize(control, {measured.diameter, measured.test_diameter});
   FitCaption(control, measured);
 }
 

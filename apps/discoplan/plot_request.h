@@ -3,6 +3,7 @@
 
 /// What is asked of a plot on the command line, whatever it is drawn on.
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -29,7 +30,18 @@ struct PlotRequest {
   std::shared_ptr<WorkerPool> workers;
 };
 
+/// Those that choose the members of a control.
+void AddSettingsOptions(CLI::App& command, PlotRequest& request);
+/// And those of a picture of one wafer.
 void AddPlotOptions(CLI::App& command, PlotRequest& request);
+
+/// Whether --set gives that member.
+bool Assigns(const PlotRequest& request, std::string_view member);
+
+/// Gives a new control the settings, the size and the assignments; `fit` chooses what suits the
+/// picture where no settings are given. Raises `UsageError` for what makes no sense.
+void TakeSettings(PlotControl& control, const PlotRequest& request, const data::WaferSize& size,
+                  const std::function<void()>& fit);
 
 /// The kinds that are asked for. Raises `UsageError` for what doesn't go with several.
 PlotKinds KindsOf(const PlotRequest& request);

@@ -159,6 +159,49 @@ TEST_F(LotCommand, HasTheClassicLookToo) {
   }
 }
 
+TEST_F(LotCommand, SetsMembersOfTheSmallPlotsInTheClassicLook) {
+  const std::string lot = "lot " + kLot + " --wafer 1-2 --size 600x425 --look classic ";
+  const struct {
+    const char* kind;
+    const char* assignment;
+  } rows[] = {
+      {"2D", "Resolution=20"},    {"2D", "ShowSites=1"},         {"2D", "IntervalColor3=#123456"},
+      {"2D", "WaferStyle=2"},     {"2D", "BackColor=#eeeeee"},   {"2D", "HideLegend=true"},
+      {"2D", "TestDiameter=200"}, {"2DS", "SigmaRange=2"},       {"2DC", "Interval=3"},
+      {"2DC", "markSites=1"},     {"2DC", "MeanCurveColor=255"}, {"2DN", "IntervalColor9=0"},
+      {"3D", "GridRotation=10"},  {"3D", "XResolution=40"},      {"3D", "PlotScale=5"},
+      {"3DS", "SigmaRange=2"},    {"3DB", "BeamScale=9"},        {"3DB", "BeamWidth=1"},
+      {"histo", "Resolution=5"},  {"histo", "BeamColor=255"},    {"linescan", "angle=20"}};
+  for (const auto& [kind, assignment] : rows) {
+    Run(lot + "-o plain.png --kind " + kind);
+    const Outcome outcome = Run(lot + "-o set.png --kind " + kind + " --set '" + assignment + "'");
+    EXPECT_EQ(outcome.output, "") << assignment;
+    EXPECT_TRUE(Read("set.png") != Read("plain.png")) << kind << ' ' << assignment;
+  }
+}
+
+TEST_F(LotCommand, TakesTheSettingsOfAPlotInTheClassicLook) {
+  const std::string lot = "lot " + kLot + " --wafer 1-2 --look classic ";
+  // A small map has 80 cells across; here that is 294 mm.
+  Write("fine.json", R"({"StdResx2D": 3.675, "2DBackColor": 16777215, "2DWAFERDM": 300,
+                         "2DTESTDM": 294, "2DCaption": "of a plot"})");
+  Run(lot + "-o plain.svg --diameter 300 --test-diameter 294");
+  EXPECT_EQ(Run(lot + "-o set.svg --settings fine.json").output, "");
+  EXPECT_EQ(Read("set.svg"), Read("plain.svg"));
+  EXPECT_EQ(Run(lot + "-o set.svg --settings fine.json --set TestDiameter=200").output, "");
+  EXPECT_NE(Read("set.svg").find("beyond 100 mm"), std::string::npos);
+}
+
+TEST_F(LotCommand, TellsOfColoursWhereTheyStandForValues) {
+  for (const std::string look : {"modern", "classic"}) {
+    for (const auto& [kind, tells] :
+         {std::pair{"2D", true}, {"3DB", true}, {"2DS", false}, {"3DS", false}, {"histo", false}}) {
+      Run("lot " + kLot + " --wafer 1-4 -o lot.svg --look " + look + " --kind " + kind);
+      EXPECT_EQ(Read("lot.svg").find("Colours: ") != std::string::npos, tells) << look << kind;
+    }
+  }
+}
+
 TEST_F(LotCommand, SaysWhichWafersHaveTooFewSitesForAMap) {
   Write("few.csv", "X,Y,V\n0,0,1\n10,0,2\n0,10,3\n");
   ASSERT_EQ(Run("lot few.csv -o few.svg").status, 0);
@@ -195,6 +238,17 @@ TEST_F(LotCommand, SaysWhatMakesNoSense) {
       {"few.csv -o lot.txt", 2, "the ending is none of"},
       {"few.csv -o few.csv", 2, ""},
       {"few.csv -o lot.png --look classic", 0, "1 wafer with less than 4 sites"},
+      {"few.csv -o lot.png --set Resolution=1", 2,
+       "--set belongs to the classic look; give --look classic with it"},
+      {"few.csv -o lot.png --look classic --set Foo=1", 2, "--set: 'Foo' is none of MousePointer"},
+      {"few.csv -o lot.png --look classic --set PlotCaption=a", 2,
+       "--set PlotCaption: the title of a sheet is given by --caption"},
+      {"few.csv -o lot.png --look classic --kind histo --set PlotType=2", 2,
+       "--set PlotType: the small histograms of a sheet stand upright and have no curve"},
+      {"few.csv -o lot.png --look classic --kind 3D --set XResolution=0.001", 2,
+       "XResolution and YResolution of a surface can't be below"},
+      {"few.csv -o lot.png --look classic --settings none.json", 1,
+       "cannot use 'none.json': it can't be read; check the path"},
       {"few.csv -o none/lot.png", 1, "cannot write 'none/lot.png'"},
   };
   for (const auto& row : rows) {
