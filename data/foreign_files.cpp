@@ -55,6 +55,11 @@ constexpr ForeignKind kForeignKinds[] = {
      "\x7F"
      "ELF"sv,
      ""sv, "this is a program; choose another file"},
+    {0, "\xFF\xFE\x00\x00"sv, ""sv, "this is a text in UTF-32; save it as UTF-8"},
+    {0, "\x00\x00\xFE\xFF"sv, ""sv, "this is a text in UTF-32; save it as UTF-8"},
+    {0, "{"sv, "\":"sv, "this is JSON; save its table as CSV"},
+    {0, "["sv, "\":"sv, "this is JSON; save its table as CSV"},
+    {0, "[["sv, ""sv, "this is JSON; save its table as CSV"},
     {0, "<?xml"sv, "office:spreadsheet"sv, "this is an Excel workbook in XML; save it as CSV"},
     {0, "<?xml"sv, ""sv, "this is an XML document; save its table as CSV"},
     {0, "<!DOCTYPE html"sv, ""sv, "this is a web page; save its table as CSV"},

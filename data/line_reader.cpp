@@ -24,6 +24,22 @@ bool IsComment(std::string_view content) {
   return content.size() == 1 || std::string_view(",;\t").find(content[1]) == std::string_view::npos;
 }
 
+/// A text begins with its mark and a Latin letter or two, or without a mark with nothing else for a
+/// while, as numbers of a binary file don't.
+bool LooksLikeUtf16(std::string_view block, std::size_t start, ByteOrder order) {
+  const bool marked = start > 0;
+  const std::size_t end = std::min<std::size_t>(block.size(), marked ? 8 : 64);
+  if (block.size() % 2 != 0 || (!marked && end < 6)) return false;
+  const std::size_t high = order == ByteOrder::Little ? 1 : 0;
+  for (std::size_t unit = start; unit < end; unit += 2) {
+    const char letter = block[unit + 1 - high];
+    const bool plain =
+        PrintableLength({&letter, 1}) == 1 || letter == '\t' || letter == '\n' || letter == '\r';
+    if (block[unit + high] != 0 || letter == 0 || !(marked || plain)) return false;
+  }
+  return true;
+}
+
 [[noreturn]] void RefuseUnreadable(const std::string& file, int error) {
   const std::string why = error == 0 ? "reading failed" : std::generic_category().message(error);
   throw DataError({file},
@@ -63,18 +79,18 @@ void FileBytes::ReadBytes() {
   block_.resize(static_cast<std::size_t>(stream_.gcount()));
 }
 
-/// A text begins with its mark and a Latin letter or two, as numbers of a binary file don't.
 void FileBytes::BeginUtf16() {
-  const bool little = block_.starts_with("\xFF\xFE");
-  if (!(little || block_.starts_with("\xFE\xFF")) || block_.size() % 2 != 0) return;
-  const std::size_t high = little ? 1 : 0;
-  for (std::size_t unit = 2; unit < std::min<std::size_t>(block_.size(), 8); unit += 2) {
-    if (block_[unit + high] != 0) return;
+  for (const ByteOrder order : {ByteOrder::Little, ByteOrder::Big}) {
+    const std::string_view mark = order == ByteOrder::Little ? "\xFF\xFE" : "\xFE\xFF";
+    const bool marked = block_.starts_with(mark);
+    const std::size_t start = marked ? mark.size() : 0;
+    if (!LooksLikeUtf16(block_, start, order)) continue;
+    decoder_.emplace(order);
+    bytes_ = block_.substr(start);
+    block_.clear();
+    decoder_->Append(bytes_, block_);
+    return;
   }
-  decoder_.emplace(little ? ByteOrder::Little : ByteOrder::Big);
-  bytes_ = block_.substr(2);
-  block_.clear();
-  decoder_->Append(bytes_, block_);
 }
 
 void FileBytes::NextBlock() {

@@ -173,6 +173,10 @@ TEST(DataKind, RefusesWhatIsNeitherAndOptionsThatDontFit) {
        "\xFE\xFF"
        "\0001\0,\0002\0,\0003"s,
        "1,2,3"},
+      {"UTF-16 without its mark, as long as a site of a binary file",
+       "X\0,\0Y\0,\0V\0\n\0001\0,\0002\0,\0003\0\n\0"s, "1,2,3"},
+      {"UTF-16 without its mark, big-endian", "\0X\0,\0Y\0,\0V\0\n\0001\0,\0002\0,\0003\0\n"s,
+       "1,2,3"},
       {"sites of a text",
        "1,2,3\n",
        "a: the file is a text; leave out --sites, it's for binary files",
