@@ -12,6 +12,7 @@
 #include "apps/discoplan/checks.h"
 #include "apps/discoplan/figure_text.h"
 #include "apps/discoplan/wafer_sites.h"
+#include "data/fields.h"
 #include "discoplan/analysis/difference.h"
 #include "discoplan/analysis/surface_fit.h"
 #include "discoplan/analysis/zones.h"
@@ -69,7 +70,7 @@ Lot ReadOther(ReadRequest reading) {
   try {
     return ReadReporting(reading);
   } catch (const data::DataError&) {
-    if (reading.by.empty()) throw;
+    if (reading.by.empty() || !reading.wafers.empty()) throw;
   }
   reading.by.clear();
   return ReadReporting(reading);
@@ -80,7 +81,7 @@ class Subtrahend {
  public:
   Subtrahend(const Lot& lot, const ReadRequest& reading, const DeriveRequest& request)
       : file_(request.File()) {
-    file_.empty() ? TakeMeans(lot, reading, request) : TakeFile(reading);
+    file_.empty() ? TakeMeans(lot, reading, request) : TakeFile(lot, reading, request);
   }
 
   std::string Name() const {
@@ -99,7 +100,7 @@ class Subtrahend {
       names.push_back(partner->name);
     }
     throw CommandError(file_ + ": has no wafer " + Shown(wafer.name) + " to subtract; it has " +
-                       Listed(names));
+                       Listed(names) + "; --minus-wafer chooses one for all");
   }
 
  private:
@@ -109,12 +110,61 @@ class Subtrahend {
     std::vector<Site> sites;
   };
 
-  void TakeFile(ReadRequest reading) {
+  void TakeFile(const Lot& lot, ReadRequest reading, const DeriveRequest& request) {
     reading.path = file_;
     reading.wafers.clear();
-    for (const Wafer& wafer : ReadOther(std::move(reading)).wafers) {
-      partners_.push_back({wafer.name, wafer.parameter, SitesOf(wafer)});
+    if (!request.minus_wafer.empty()) reading.wafers = {request.minus_wafer};
+    if (!request.minus_parameter.empty()) {
+      if (lot.parameters.size() > 1) {
+        throw UsageError("--minus-parameter goes with one value of the data; give one --parameter");
+      }
+      reading.columns = PositionsOf(reading.columns);
+      reading.parameters = {request.minus_parameter};
     }
+    const Lot other = ReadOther(std::move(reading));
+    for (std::size_t parameter = 0; parameter < lot.parameters.size(); ++parameter) {
+      const std::size_t same = SameParameter(lot.parameters[parameter], other, request);
+      for (const Wafer& wafer : other.Of(same)) {
+        partners_.push_back({wafer.name, parameter, SitesOf(wafer)});
+      }
+    }
+  }
+
+  /// "X,Y" of "X,Y,VALUE".
+  static std::string PositionsOf(const std::string& columns) {
+    std::vector<std::string_view> entries;
+    data::SplitFields(columns, {','}, entries);
+    if (entries.size() < 3) return columns;
+    const std::size_t quote = columns.find(
+        ',', static_cast<std::size_t>(entries[1].data() + entries[1].size() - columns.data()));
+    return columns.substr(0, quote);
+  }
+
+  /// The value of the other file that is subtracted from one of the data, in the same unit.
+  std::size_t SameParameter(const data::Parameter& wanted, const Lot& other,
+                            const DeriveRequest& request) const {
+    const auto& all = other.parameters;
+    const auto is_same = [&](const data::Parameter& each) {
+      return data::SameName(each.name, wanted.name);
+    };
+    const auto named = std::find_if(all.begin(), all.end(), is_same);
+    if (named == all.end() && all.size() > 1) {
+      std::vector<std::string> names;
+      for (const data::Parameter& each : all) names.push_back(Shown(each.name));
+      throw CommandError(file_ + ": has no value " + Shown(wanted.name) + " to subtract; it has " +
+                         Listed(names));
+    }
+    const auto& same = named == all.end() ? all.front() : *named;
+    if (named == all.end() && request.minus_parameter.empty()) {
+      Warn(file_ + ": its value " + Shown(same.name) + " is subtracted from " + Shown(wanted.name) +
+           "; --minus-parameter chooses another");
+    }
+    if (!same.unit.empty() && !wanted.unit.empty() && same.unit != wanted.unit) {
+      throw CommandError(file_ + ": " + Shown(same.name) + " is in " + Shown(same.unit) + " and " +
+                         Shown(wanted.name) + " in " + Shown(wanted.unit) +
+                         "; scale one of them, or give both one --value-unit if they are the same");
+    }
+    return static_cast<std::size_t>(&same - all.data());
   }
 
   /// Of all wafers of the data, whichever of them are shown.
@@ -151,6 +201,14 @@ void RefuseInfinite(const std::string& source, const std::vector<Site>& sites) {
                      "values down");
 }
 
+std::string NameOfSubtrahend(const Subtrahend& subtrahend, const DeriveRequest& request) {
+  std::string name = subtrahend.Name();
+  for (const std::string& part : {request.minus_wafer, request.minus_parameter}) {
+    if (!part.empty()) name += ' ' + Printable(part);
+  }
+  return name;
+}
+
 std::string Subtract(Lot& lot, const ReadRequest& reading, const DeriveRequest& request) {
   const Subtrahend subtrahend(lot, reading, request);
   const std::string file = reading.path.string();
@@ -168,7 +226,7 @@ std::string Subtract(Lot& lot, const ReadRequest& reading, const DeriveRequest& 
     total.interpolated += change.interpolated;
     total.farthest = std::max(total.farthest, change.farthest);
   }
-  const std::string step = "minus " + subtrahend.Name();
+  const std::string step = "minus " + NameOfSubtrahend(subtrahend, request);
   WarnOfInterpolated(file + ": " + step, total);
   return total.interpolated > 0 ? step + " (interpolated)" : step;
 }
@@ -244,6 +302,16 @@ void AddDeriveOptions(CLI::App& command, DeriveRequest& request) {
       ->type_name("FILE|mean")
       ->transform(InputFile());
   command
+      .add_option("--minus-wafer", request.minus_wafer,
+                  "The wafer of that file to subtract from every wafer, by name or slot; the one "
+                  "of the same name otherwise")
+      ->type_name("NAME|SLOT");
+  command
+      .add_option("--minus-parameter", request.minus_parameter,
+                  "The value of that file to subtract, by name or number; the one of the same name "
+                  "otherwise")
+      ->type_name("NAME");
+  command
       .add_option_function<std::string>(
           "--residual",
           [&request](const std::string& text) { request.residual = ParseResidual(text); },
@@ -254,6 +322,10 @@ void AddDeriveOptions(CLI::App& command, DeriveRequest& request) {
 }
 
 Lot ReadDerived(const ReadRequest& reading, const DeriveRequest& request) {
+  const bool chooses = !(request.minus_wafer + request.minus_parameter).empty();
+  if (chooses && request.File().empty()) {
+    throw UsageError("--minus-wafer and --minus-parameter choose from a FILE; give it by --minus");
+  }
   const bool reads_twice = request.minus == "mean" && !reading.wafers.empty();
   if (reads_twice && reading.path == "/dev/stdin") {
     throw UsageError("--minus mean with --wafer reads the data twice; give a file for DATA");

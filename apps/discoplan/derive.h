@@ -19,7 +19,9 @@ struct ResidualRequest {
 };
 
 struct DeriveRequest {
-  std::string minus;  ///< A file, or "mean" for the mean wafer of the lot.
+  std::string minus;        ///< A file, or "mean" for the mean wafer of the lot.
+  std::string minus_wafer;  ///< The wafer of the file to subtract from all; the same-named for "".
+  std::string minus_parameter;  ///< The value of the file to subtract; the same-named for "".
   std::optional<ResidualRequest> residual;
   std::optional<analysis::MirrorAxis> mirror;
   double rotate = 0;

@@ -129,6 +129,54 @@ TEST_F(Stats, OfADifferenceOfTheSameSites) {
   EXPECT_EQ(stats.at("mean"), 10.05);
 }
 
+TEST_F(Stats, OfADifferenceFromTheWaferAndValueThatAreChosen) {
+  Write("a.csv", "X (mm),Y (mm),S,V (nm),W (A)\n0,0,1,10,5\n5,0,1,20,6\n0,0,2,30,7\n5,0,2,50,8\n");
+  Write("b.csv", "X (mm),Y (mm),U\n0,0,1\n5,0,2\n");
+  Write("c.csv", "X (mm),Y (mm),S,W (A),V (nm)\n0,0,7,1,2\n5,0,7,3,4\n0,0,8,5,6\n5,0,8,7,8\n");
+  Write("d.csv", "X (mm),Y (mm),V (A)\n0,0,1\n5,0,2\n");
+  const struct {
+    const char* arguments;
+    int status;
+    const char* says;
+  } rows[] = {
+      // 10 - 2, 20 - 4 and 30 - 2, 50 - 4; by place, V would meet W.
+      {"a.csv --by S --parameter V --minus c.csv --minus-wafer 7", 0,
+       "\"1, minus c 7\",1,V,nm,2,12\n\"2, minus c 7\",2,V,nm,2,37\n"},
+      {"a.csv --by S --wafer 1 --parameter all --minus c.csv --minus-wafer 8", 0,
+       "\"1, minus c 8\",1,V,nm,2,8\n\"1, minus c 8\",1,W,A,2,-0.5\n"},
+      {"a.csv --by S --wafer 1 --columns X,Y,V --minus c.csv --minus-wafer 8", 0, "V,nm,2,8\n"},
+      {"a.csv --by S --parameter V --minus c.csv", 1,
+       "c.csv: has no wafer '1' to subtract; it has 7, 8; --minus-wafer chooses one for all"},
+      {"a.csv --by S --wafer 1 --parameter V --minus c.csv --minus-wafer 9", 1,
+       "c.csv: there is no slot 9; choose from 7, 8"},
+      {"a.csv --by S --wafer 1 --columns X,Y,V --minus c.csv --minus-wafer 8 --minus-parameter W",
+       1,
+       "c.csv: 'W' is in 'A' and 'V' in 'nm'; scale one of them, or give both one --value-unit if "
+       "they are the same"},
+      {"a.csv --by S --wafer 1 --parameter V --minus d.csv", 1, "d.csv: 'V' is in 'A' and 'V' in"},
+      {"a.csv --by S --wafer 1 --columns X,Y,V --minus b.csv --minus-parameter U", 0,
+       "\"1, minus b U\",1,V,nm,2,13.5\n"},
+      {"b.csv --minus d.csv --minus-parameter V", 0, "\"b, minus d V\",U,2,0\n"},
+      {"a.csv --by S --parameter all --minus b.csv --minus-parameter U", 2,
+       "--minus-parameter goes with one value of the data; give one --parameter"},
+      {"a.csv --by S --parameter V --minus mean --minus-wafer 1", 2,
+       "--minus-wafer and --minus-parameter choose from a FILE; give it by --minus"},
+      {"a.csv --by S --parameter V --minus-wafer 1", 2, "choose from a FILE; give it by --minus"},
+  };
+  for (const auto& row : rows) {
+    const Outcome outcome = Run(std::string("stats --csv --figures mean ") + row.arguments);
+    EXPECT_EQ(outcome.status, row.status) << row.arguments << '\n' << outcome.output;
+    EXPECT_NE(outcome.output.find(row.says), std::string::npos) << row.arguments << '\n'
+                                                                << outcome.output;
+  }
+  // The only value of a file is taken whatever its name, but not without a word.
+  const Outcome other = Run("stats d.csv --minus b.csv --csv --figures mean");
+  EXPECT_NE(other.output.find("discoplan: b.csv: its value 'U' is subtracted from 'V'; "
+                              "--minus-parameter chooses another\n"),
+            std::string::npos)
+      << other.output;
+}
+
 TEST_F(Stats, SayThatADifferenceIsInterpolated) {
   Write("a.csv", "X (mm),Y (mm),V\n0,0,10\n10,10,11\n");
   Write("b.csv", "X (mm),Y (mm),V\n10,10,1\n-10,10,2\n-10,-10,3\n10,-10,4\n");
