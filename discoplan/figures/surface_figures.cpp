@@ -2,54 +2,13 @@
 #include <array>
 #include <cmath>
 
-#include "discoplan/figures/kinds.h"
+#include "discoplan/figures/wafer_view.h"
 
 namespace discoplan::figures {
 namespace {
 
 constexpr double kTurn = 6.283185307179586;
 constexpr double kOverlap = 0.35;  // of neighbouring faces, in points
-constexpr double kGap = 0.10;      // between the base and the lowest value
-constexpr double kBeyond = 0.05;   // that splines leave the values' range by, in parts of it
-
-/// The wafer as seen from in front and above; lengths in parts of its radius.
-class View {
- public:
-  View(const Box& area, const Scale& scale, const Style& style)
-      : scale_(scale),
-        rotation_(style.rotation * kTurn / 360),
-        elevation_(std::clamp(style.elevation, 10.0, 80.0) * kTurn / 360) {
-    const double deep = 2 * std::sin(elevation_);
-    // What the width leaves free goes to the height, within reason.
-    const double free = 2 * area.Height() / area.Width() - deep;
-    height_ = std::clamp(free / std::cos(elevation_) / (1 + kGap + kBeyond), 0.5, 0.85);
-    const double up = height_ * (1 + kGap + kBeyond) * std::cos(elevation_);
-    unit_ = std::min(area.Width() / 2, area.Height() / (deep + up));
-    origin_ = {area.Centre().x, area.Centre().y + unit_ * up / 2};
-  }
-
-  double Unit() const { return unit_; }
-  double HeightOf(double value) const {
-    return height_ * (kGap + std::clamp(scale_.Part(value), -kBeyond, 1 + kBeyond));
-  }
-  /// Away from the viewer.
-  double Depth(Point p) const { return p.x * std::sin(rotation_) + p.y * std::cos(rotation_); }
-  Point At(Point p, double height) const {
-    const double across = p.x * std::cos(rotation_) - p.y * std::sin(rotation_);
-    return {origin_.x + unit_ * across,
-            origin_.y - unit_ * (Depth(p) * std::sin(elevation_) + height * std::cos(elevation_))};
-  }
-  /// Where the wafer is farthest to the left.
-  Point LeftMost() const { return {-std::cos(rotation_), std::sin(rotation_)}; }
-
- private:
-  const Scale& scale_;
-  double rotation_;
-  double elevation_;
-  double unit_ = 1;
-  double height_ = 0.6;  // of the whole range of values, in parts of the wafer's radius
-  Point origin_;
-};
 
 /// Values at any place, from a lattice of them.
 class Sampled {
@@ -95,56 +54,6 @@ std::vector<Point> Grown(std::vector<Point> corners, double by) {
     }
   }
   return grown;
-}
-
-void AddFace(Page& page, std::vector<Point> corners, Rgba colour, Stroke stroke = {}) {
-  Path path;
-  path.Polygon(std::move(corners));
-  page.Add(PathShape{.path = std::move(path), .fill = colour, .stroke = stroke});
-}
-
-/// Light from the upper left: above 0 is brighter, below darker.
-Rgba Lit(Rgba colour, double light) {
-  return light >= 0 ? Mix(colour, Rgb(0xFFFFFF), std::min(light, 0.35))
-                    : Mix(colour, Rgb(0x000000), std::min(-light, 0.45));
-}
-
-void DrawBase(Page& page, const View& view, const WaferPlot& plot) {
-  std::vector<Point> rim = RimPoints(plot, view.Unit());
-  for (Point& p : rim) p = view.At(p * (2 / plot.diameter), 0);
-  AddFace(page, std::move(rim), page.Ink().nothing, {1.2 * page.Hair(), page.Ink().rim});
-}
-
-void DrawHeightAxis(Page& page, const View& view, const Scale& scale, const Ticks& ticks,
-                    const WaferPlot& plot) {
-  const double em = page.Em();
-  const Point foot = view.LeftMost();
-  const double left = view.At(foot, 0).x - 0.7 * em;
-  const auto y_of = [&](double value) { return view.At(foot, view.HeightOf(value)).y; };
-  page.Line({left, y_of(scale.low)}, {left, y_of(scale.high)}, page.Ink().rim, page.Hair());
-  double widest = 0;
-  for (const double tick : ticks.values) {
-    const std::string text = ticks.Text(tick);
-    widest = std::max(widest, page.Width(text, 0.9 * em));
-    page.Line({left - 0.3 * em, y_of(tick)}, {left, y_of(tick)}, page.Ink().rim, page.Hair());
-    page.Put({.text = text, .size = 0.9 * em, .colour = page.Ink().text},
-             {left - 0.5 * em, y_of(tick)}, Align::End);
-  }
-  const double room = y_of(scale.low) - y_of(scale.high) + 4 * em;
-  page.Put({.text = page.Shortened(QuantityText(plot), room, 0.9 * em),
-            .size = 0.9 * em,
-            .colour = page.Ink().soft,
-            .angle = 90},
-           {left - 1.4 * em - widest, y_of((scale.low + scale.high) / 2)}, Align::Middle);
-}
-
-/// Room at the left for the numbers of the height axis.
-double AxisRoom(const Page& page, const Ticks& ticks) {
-  double widest = 0;
-  for (const double tick : ticks.values) {
-    widest = std::max(widest, page.Width(ticks.Text(tick), 0.9 * page.Em()));
-  }
-  return widest + 3 * page.Em();
 }
 
 /// Distance of the test area's border at an angle, in parts of the wafer's radius.
@@ -361,52 +270,6 @@ void DrawSigmaSurface(Sketch sketch) {
   AddWords(page, plot, summary, notes);
   if (style.legend) AddSigmaKey(page, plot, classes);
   DrawSurfaceWith(sketch, classes.scale, HeightScale(plot, summary, style), *field, *coverage);
-}
-
-void DrawBars(Sketch sketch) {
-  auto& [page, plot, summary, style, plan] = sketch;
-  const Scale scale = MakeScale(plot, summary, style, 7);
-  std::vector<std::string> notes;
-  if (const std::string beyond = BeyondNote(plot, scale); !beyond.empty()) notes.push_back(beyond);
-  AddWords(page, plot, summary, notes);
-  if (style.legend) AddColourBar(page, scale, plot);
-  const Ticks ticks = RoundTicks(scale.low, scale.high, 5);
-  page.Free().left += AxisRoom(page, ticks);
-  const View view(page.Free(), scale, style);
-  DrawBase(page, view, plot);
-  const double spacing = std::sqrt(3.14 / static_cast<double>(summary.count));
-  const double half = std::min(0.045, 0.2 * spacing);
-  std::vector<std::size_t> order(plot.sites.Size());
-  for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
-  const auto place = [&plot = plot](std::size_t i) {
-    return Point{plot.sites.x[i], plot.sites.y[i]} * (2 / plot.diameter);
-  };
-  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    return view.Depth(place(a)) > view.Depth(place(b));
-  });
-  for (const std::size_t i : order) {
-    const Point p = place(i);
-    const double top = view.HeightOf(plot.sites.value[i]);
-    const Rgba colour = scale.Colour(plot.sites.value[i]);
-    const std::array<Point, 4> foot = {p + Point{-half, -half}, p + Point{half, -half},
-                                       p + Point{half, half}, p + Point{-half, half}};
-    const Stroke edge = {std::min(0.5 * page.Hair(), 0.1 * half * view.Unit()),
-                         Mix(colour, Rgb(0x000000), 0.45)};
-    // The two sides that face the viewer.
-    AddFace(
-        page,
-        {view.At(foot[0], 0), view.At(foot[1], 0), view.At(foot[1], top), view.At(foot[0], top)},
-        Lit(colour, -0.12), edge);
-    AddFace(
-        page,
-        {view.At(foot[0], 0), view.At(foot[3], 0), view.At(foot[3], top), view.At(foot[0], top)},
-        Lit(colour, -0.32), edge);
-    AddFace(page,
-            {view.At(foot[0], top), view.At(foot[1], top), view.At(foot[2], top),
-             view.At(foot[3], top)},
-            Lit(colour, 0.12), edge);
-  }
-  DrawHeightAxis(page, view, scale, ticks, plot);
 }
 
 }  // namespace discoplan::figures

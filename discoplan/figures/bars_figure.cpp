@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include <array>
+#include <cmath>
+
+#include "discoplan/figures/wafer_view.h"
+
+namespace discoplan::figures {
+
+void DrawBars(Sketch sketch) {
+  auto& [page, plot, summary, style, plan] = sketch;
+  const Scale scale = MakeScale(plot, summary, style, 7);
+  std::vector<std::string> notes;
+  if (const std::string beyond = BeyondNote(plot, scale); !beyond.empty()) notes.push_back(beyond);
+  AddWords(page, plot, summary, notes);
+  if (style.legend) AddColourBar(page, scale, plot);
+  const Ticks ticks = RoundTicks(scale.low, scale.high, 5);
+  page.Free().left += AxisRoom(page, ticks);
+  const View view(page.Free(), scale, style);
+  DrawBase(page, view, plot);
+  const double spacing = std::sqrt(3.14 / static_cast<double>(summary.count));
+  const double half = std::min(0.045, 0.2 * spacing);
+  std::vector<std::size_t> order(plot.sites.Size());
+  for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
+  const auto place = [&plot = plot](std::size_t i) {
+    return Point{plot.sites.x[i], plot.sites.y[i]} * (2 / plot.diameter);
+  };
+  std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    return view.Depth(place(a)) > view.Depth(place(b));
+  });
+  for (const std::size_t i : order) {
+    const Point p = place(i);
+    const double top = view.HeightOf(plot.sites.value[i]);
+    const Rgba colour = scale.Colour(plot.sites.value[i]);
+    const std::array<Point, 4> foot = {p + Point{-half, -half}, p + Point{half, -half},
+                                       p + Point{half, half}, p + Point{-half, half}};
+    const Stroke edge = {std::min(0.5 * page.Hair(), 0.1 * half * view.Unit()),
+                         Mix(colour, Rgb(0x000000), 0.45)};
+    // The two sides that face the viewer.
+    AddFace(
+        page,
+        {view.At(foot[0], 0), view.At(foot[1], 0), view.At(foot[1], top), view.At(foot[0], top)},
+        Lit(colour, -0.12), edge);
+    AddFace(
+        page,
+        {view.At(foot[0], 0), view.At(foot[3], 0), view.At(foot[3], top), view.At(foot[0], top)},
+        Lit(colour, -0.32), edge);
+    AddFace(page,
+            {view.At(foot[0], top), view.At(foot[1], top), view.At(foot[2], top),
+             view.At(foot[3], top)},
+            Lit(colour, 0.12), edge);
+  }
+  DrawHeightAxis(page, view, scale, ticks, plot);
+}
+
+}  // namespace discoplan::figures
