@@ -2,6 +2,7 @@
 #include "discoplan/figures/value_field.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "discoplan/figures/field_kinds.h"
 
@@ -22,6 +23,51 @@ class ConstantField final : public ValueField {
  private:
   float value_;
 };
+
+/// Through three sites, within their range: what lies outside their triangle isn't told by them.
+class PlaneField final : public ValueField {
+ public:
+  PlaneField(const std::vector<Sample>& three, double determinant)
+      : origin_(three[0]),
+        low_(std::min({three[0].value, three[1].value, three[2].value})),
+        high_(std::max({three[0].value, three[1].value, three[2].value})) {
+    const Sample& b = three[1];
+    const Sample& c = three[2];
+    const double to_b = b.value - origin_.value;
+    const double to_c = c.value - origin_.value;
+    across_ = (to_b * (c.y - origin_.y) - to_c * (b.y - origin_.y)) / determinant;
+    up_ = (to_c * (b.x - origin_.x) - to_b * (c.x - origin_.x)) / determinant;
+  }
+  void Evaluate(const Lattice& lattice, double, std::span<float> values) const override {
+    float* value = values.data();
+    for (int row = 0; row < lattice.rows; ++row) {
+      for (int column = 0; column < lattice.columns; ++column) {
+        const double plane = origin_.value + across_ * (lattice.X(column) - origin_.x) +
+                             up_ * (lattice.Y(row) - origin_.y);
+        *value++ = static_cast<float>(std::clamp(plane, low_, high_));
+      }
+    }
+  }
+  std::string Method() const override { return "plane through three sites"; }
+
+ private:
+  Sample origin_;
+  double low_;
+  double high_;
+  double across_ = 0;
+  double up_ = 0;
+};
+
+/// Twice the area of the triangle of three sites, with its sign; 0 where they are nearly in line.
+double Determinant(const std::vector<Sample>& three) {
+  const double bx = three[1].x - three[0].x;
+  const double by = three[1].y - three[0].y;
+  const double cx = three[2].x - three[0].x;
+  const double cy = three[2].y - three[0].y;
+  const double determinant = bx * cy - by * cx;
+  const double sides = bx * bx + by * by + cx * cx + cy * cy;
+  return std::abs(determinant) > 0.02 * sides ? determinant : 0;
+}
 
 /// Sites in one place become one.
 std::vector<Sample> Distinct(const SiteView& sites) {
@@ -56,6 +102,10 @@ std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius
 std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
                                             Interpolation interpolation, PlateStore& store) {
   std::vector<Sample> samples = Distinct(sites);
+  if (samples.size() == 3 && interpolation == Interpolation::Smooth) {
+    const double determinant = Determinant(samples);
+    if (determinant != 0) return std::make_shared<PlaneField>(samples, determinant);
+  }
   if (samples.size() < kFewest) {
     double sum = 0;
     for (const Sample& sample : samples) sum += sample.value;

@@ -65,8 +65,9 @@ class DISCOPLAN_EXPORT ValueField {
   double error_ = 0;
 };
 
-/// `radius` is the wafer's in mm. Fewer than four sites give their mean everywhere. Sites in one
-/// place count as one with their mean.
+/// `radius` is the wafer's in mm. Sites in one place count as one with their mean. Of three sites
+/// that aren't about in line `smooth` is the plane through them, within their range; fewer than
+/// four give their mean everywhere else.
 DISCOPLAN_EXPORT std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
                                                              Interpolation interpolation);
 
