@@ -16,9 +16,10 @@ using figures::WaferPlot;
 namespace {
 
 /// Differences and residuals are about 0.
+bool IsDifference(const DeriveRequest& derive) { return !derive.minus.empty() || derive.residual; }
+
 figures::ColourMap ColoursOf(const LookRequest& look, const DeriveRequest& derive) {
-  const bool is_difference = !derive.minus.empty() || derive.residual;
-  const std::string_view own = is_difference ? "vik" : figures::kDefaultColours;
+  const std::string_view own = IsDifference(derive) ? "vik" : figures::kDefaultColours;
   const std::string& asked = look.colours;
   return *figures::FindColourMap(asked.empty() ? own : std::string_view(asked));
 }
@@ -45,6 +46,7 @@ void RefuseClassicOptions(const PlotRequest& plot) {
 
 Style StyleOf(const LookRequest& look, const DeriveRequest& derive, const FigureSize& size) {
   Style style{.width = size.width, .height = size.height, .colours = ColoursOf(look, derive)};
+  style.difference = IsDifference(derive);
   if (!look.font.empty()) style.font = look.font;
   style.bands = look.bands;
   style.interpolation =

@@ -13,6 +13,10 @@ namespace discoplan::app {
 void RefuseClassicOptions(const PlotRequest& plot);
 
 /// Of one page. Differences and residuals have colours about 0.
+/// Whether the colours are of differences, about 0.
+inline bool IsCentred(const figures::Style& style) {
+  return style.difference && style.colours.IsDiverging();
+}
 figures::Style StyleOf(const LookRequest& look, const DeriveRequest& derive,
                        const FigureSize& size);
 

@@ -2,6 +2,7 @@
 #include "apps/discoplan/lot_figures.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 #include "apps/discoplan/output.h"
@@ -64,6 +65,10 @@ std::vector<figures::LotPlot> LotPlotsOf(const Lot& measured, const LotFigureOpt
     lot.label_title = sheet.trend.label_title;
     lot.low = sheet.scale.low;
     lot.high = sheet.scale.high;
+    if (options.centred && !options.sheet.limits) {
+      lot.high = std::max(std::abs(lot.low), std::abs(lot.high));
+      lot.low = -lot.high;
+    }
     lot.notes = sheet.notes;
     lot.table = TableOf(sheet);
     for (std::size_t i = 0; i < groups[k].wafers.size(); ++i) {
@@ -74,8 +79,9 @@ std::vector<figures::LotPlot> LotPlotsOf(const Lot& measured, const LotFigureOpt
     const auto few = std::count_if(lot.wafers.begin(), lot.wafers.end(),
                                    [](const auto& wafer) { return wafer.sites.Size() < 4; });
     if (few > 0) {
-      lot.notes.insert(lot.notes.begin(), Counted(static_cast<std::size_t>(few), "wafer") +
-                                              " with less than 4 sites: maps show their mean");
+      lot.notes.insert(lot.notes.begin(),
+                       Counted(static_cast<std::size_t>(few), "wafer") +
+                           " with less than 4 sites: maps show their plane or mean");
     }
     lots.push_back(std::move(lot));
   }
@@ -87,16 +93,16 @@ void PlotLotFigures(const LotRequest& request) {
   RefuseClassicOptions(request.plot);
   RefuseOverwriting(request);
   const Lot measured = ReadDerived(request.data, request.derive);
-  LotSheetOptions sheet = request.sheet;
-  sheet.by_scale = HasScale(kind);
-  const std::vector<figures::LotPlot> lots =
-      LotPlotsOf(measured, {request.data, request.look, request.plot.style, sheet});
   // A page is as wide as A4 lies.
   constexpr double kWidth = 842;
   const double pixels = request.size.width / kWidth;
   const figures::Style style =
       StyleOf(request.look, request.derive, {kWidth, request.size.height / pixels, pixels});
   const FigureText text(style.font);
+  LotSheetOptions sheet = request.sheet;
+  sheet.by_scale = HasScale(kind);
+  const std::vector<figures::LotPlot> lots = LotPlotsOf(
+      measured, {request.data, request.look, request.plot.style, sheet, IsCentred(style)});
   std::vector<Figure> pages;
   std::size_t count = 0;
   for (const figures::LotPlot& lot : lots)

@@ -17,6 +17,7 @@ struct LotFigureOptions {
   const LookRequest& look;
   std::optional<std::string> style;  ///< "notch" or "flat"
   LotSheetOptions sheet;
+  bool centred = false;  ///< The middle of the colours is 0, unless there are limits.
 };
 std::vector<figures::LotPlot> LotPlotsOf(const Lot& measured, const LotFigureOptions& options);
 

@@ -35,7 +35,8 @@ class Pages {
     LotSheetOptions sheet;
     sheet.limits = report_.plot.limits;
     for (figures::LotPlot& lot :
-         LotPlotsOf(source.lot, {source.reading, report_.look, report_.plot.style, sheet})) {
+         LotPlotsOf(source.lot,
+                    {source.reading, report_.look, report_.plot.style, sheet, IsCentred(style_)})) {
       lot.facts.insert(lot.facts.begin(), lot.title);
       if (!report_.lot.empty()) lot.facts.insert(lot.facts.begin(), "Lot " + report_.lot);
       lot.title = report_.title;

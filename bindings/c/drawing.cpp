@@ -172,6 +172,7 @@ figures::Style StyleOf(const MeasuredWafer& wafer, const Drawing& drawing) {
                        .height = drawing.size.height,
                        .font = drawing.font,
                        .colours = ColoursOf(wafer, drawing)};
+  style.difference = wafer.Looks().is_difference;
   style.bands = drawing.bands;
   if (drawing.idw4) style.interpolation = figures::Interpolation::Idw4;
   style.dark = drawing.Has(DISCOPLAN_DARK);

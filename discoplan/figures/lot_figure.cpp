@@ -13,6 +13,11 @@ namespace {
 /// Over each small plot: its name and a line of figures.
 double WordsAbove(const Page& page) { return 2.6 * page.Em(); }
 
+std::string Undrawn(std::size_t count) {
+  return "no room for " + std::to_string(count) + (count == 1 ? " plot" : " plots") +
+         "; a larger page has it";
+}
+
 bool IsSigma(PlotKind kind) { return kind == PlotKind::SigmaMap || kind == PlotKind::SigmaSurface; }
 
 /// A colour bar or key of all small plots, from the right of what is free.
@@ -101,7 +106,13 @@ void DrawGallery(Page& page, const Box& box, const LotPlot& lot, const GalleryPa
   SitePlan plan;
   for (std::size_t i = part.first; i < part.end; ++i) {
     const Box cell = grid.Cell(i - part.first, area, gap);
-    if (std::min(cell.Width(), cell.Height()) < 3 * page.Em()) break;
+    if (std::min(cell.Width(), cell.Height()) < 3 * page.Em()) {
+      page.Put({.text = page.Shortened(Undrawn(part.end - i), area.Width(), page.Em()),
+                .size = page.Em(),
+                .colour = page.Ink().accent},
+               area.Centre(), Align::Middle);
+      break;
+    }
     WaferPlot plot = lot.wafers[i];
     plot.low = lot.low;
     plot.high = lot.high;
@@ -177,7 +188,13 @@ Figure MakeWaferPage(const PageHead& head, std::span<const PlotKind> kinds, cons
   SitePlan plan;
   for (std::size_t i = 0; i < kinds.size(); ++i) {
     const Box cell = grid.Cell(i, area, kinds.size() > 1 ? 0.8 * page.Em() : 0);
-    if (std::min(cell.Width(), cell.Height()) < 3 * page.Em()) break;
+    if (std::min(cell.Width(), cell.Height()) < 3 * page.Em()) {
+      page.Put({.text = page.Shortened(Undrawn(kinds.size() - i), area.Width(), page.Em()),
+                .size = page.Em(),
+                .colour = page.Ink().accent},
+               area.Centre(), Align::Middle);
+      break;
+    }
     WaferPlot each = plot;
     if (kinds.size() > 1) each.title = kNames[static_cast<std::size_t>(kinds[i])];
     Style own = style;

@@ -47,9 +47,10 @@ Scale MakeScale(const WaferPlot& plot, const Summary& summary, const Style& styl
   if (!(scale.low <= scale.high)) std::swap(scale.low, scale.high);
   Widen(scale);
   const bool pinned = plot.low || plot.high;
-  const bool centred = style.colours.IsDiverging() && scale.low < 0 && scale.high > 0 && !pinned;
+  const bool around_zero = scale.low < 0 && scale.high > 0;
+  const bool centred = style.colours.IsDiverging() && (around_zero || style.difference) && !pinned;
   if (centred) {
-    scale.high = std::max(scale.high, -scale.low);
+    scale.high = std::max(std::abs(scale.high), std::abs(scale.low));
     scale.low = -scale.high;
   }
   int bands = style.bands;

@@ -81,6 +81,8 @@ struct Style {
   double letters = 8;  ///< Size of plain text, in points.
   std::string font = "Arial";
   ColourMap colours = *FindColourMap(kDefaultColours);
+  /// Values are differences: the middle of diverging colours is 0 even where all lie on one side.
+  bool difference = false;
   int bands = 0;  ///< Steps of the colour scale; 0 is continuous.
   Interpolation interpolation = Interpolation::Smooth;
   bool dark = false;

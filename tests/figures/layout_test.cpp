@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <random>
 
 #include "discoplan/figures/lot_figure.h"
@@ -109,7 +111,7 @@ TEST(FigureLayout, KeepsTextsApartAndOnThePage) {
   const PlainMeasure measure;
   int texts = 0;
   std::array<int, 9> of_kind = {};
-  for (unsigned seed = 1; seed <= 300; ++seed) {
+  for (unsigned seed = 1; seed <= 500; ++seed) {
     Scene scene = RandomScene(seed);
     scene.plot.sites = {scene.x, scene.y, scene.value};
     scene.style.small = seed % 10 == 0;
@@ -118,8 +120,8 @@ TEST(FigureLayout, KeepsTextsApartAndOnThePage) {
                         "seed " + std::to_string(seed));
     ASSERT_FALSE(HasFailure());
   }
-  EXPECT_GT(texts, 300 * 5);
-  for (const int count : of_kind) EXPECT_GT(count, 15);
+  EXPECT_GT(texts, 500 * 5);
+  for (const int count : of_kind) EXPECT_GT(count, 30);
 }
 
 // Sheets, covers, galleries and pages of wafers, of one wafer to some cassettes.
@@ -163,6 +165,68 @@ TEST(FigureLayout, KeepsTextsOfLotsApartAndOnThePage) {
     ASSERT_FALSE(HasFailure());
   }
   EXPECT_GT(texts, 60 * 40);
+}
+
+// Ticks of the colour bar, which are the texts whose words are numbers.
+std::vector<double> TicksOf(const Figure& figure) {
+  std::vector<double> ticks;
+  for (const Shape& shape : figure.shapes) {
+    const auto* text = std::get_if<TextShape>(&shape);
+    if (text == nullptr) continue;
+    std::string number = text->text;
+    if (const auto minus = number.find("\u2212"); minus == 0) number.replace(0, 3, "-");
+    char* end = nullptr;
+    const double value = std::strtod(number.c_str(), &end);
+    if (end != number.c_str() && *end == 0) ticks.push_back(value);
+  }
+  return ticks;
+}
+
+TEST(FigureLayout, CentresDifferencesOnZeroEvenWhereAllAreNegative) {
+  std::vector<float> x, y, value;
+  for (int i = 0; i < 9; ++i) {
+    x.push_back(static_cast<float>(i % 3 * 40 - 40));
+    y.push_back(static_cast<float>(i / 3 * 40 - 40));
+    value.push_back(static_cast<float>(-5 + 0.3 * i));
+  }
+  WaferPlot plot;
+  plot.sites = {x, y, value};
+  plot.diameter = 200;
+  Style style = {.colours = *FindColourMap("vik"), .difference = true};
+  style.isolines = false;
+  const PlainMeasure measure;
+  const std::vector<double> ticks = TicksOf(MakeFigure(PlotKind::Map, plot, style, measure));
+  ASSERT_FALSE(ticks.empty());
+  const auto [low, high] = std::minmax_element(ticks.begin(), ticks.end());
+  EXPECT_LE(*low, -4);
+  EXPECT_EQ(*high, -*low);
+  style.difference = false;
+  for (const double tick : TicksOf(MakeFigure(PlotKind::Map, plot, style, measure))) {
+    EXPECT_LT(tick, -2);
+  }
+}
+
+TEST(FigureLayout, SaysWhatAGalleryHasNoRoomFor) {
+  std::vector<float> x = {0, 50, 0, -50, 0}, y = {0, 0, 50, 0, -50}, value = {1, 2, 3, 4, 5};
+  LotPlot lot;
+  lot.title = "Lot";
+  for (int i = 0; i < 25; ++i) {
+    WaferPlot plot;
+    plot.sites = {x, y, value};
+    lot.wafers.push_back(plot);
+    lot.labels.push_back(std::to_string(i + 1));
+  }
+  const PlainMeasure measure;
+  std::size_t told = 0;
+  const Figure figure =
+      MakeLotGallery(PlotKind::Map, lot, 0, {.width = 160, .height = 130}, measure);
+  CheckTexts(figure, measure, "narrow");
+  for (const Shape& shape : figure.shapes) {
+    const auto* text = std::get_if<TextShape>(&shape);
+    if (text != nullptr && text->text.starts_with("no room for "))
+      told = std::stoul(text->text.substr(12));
+  }
+  EXPECT_EQ(told, 25u);
 }
 
 TEST(FigureLayout, CountsTheValuesThatFindNoRoom) {
