@@ -5,6 +5,7 @@
 
 #include <cmath>
 
+#include "hosts/headless/png_file.h"
 #include "hosts/headless/save_figure.h"
 #include "tests/apps/program_fixture.h"
 
@@ -125,6 +126,32 @@ TEST_F(FigureFiles, AreMadeStepByStepToo) {
   const auto png = EncodeFigure(figure, FigureFormat::Png, 2, text);
   Write("a.png", {png.begin(), png.end()});
   EXPECT_EQ(Shell("identify -format %wx%h a.png").output, "720x540");
+}
+
+// A file's picture is painted some rows at a time.
+TEST_F(FigureFiles, HaveThePixelsOfThePictureAsAWhole) {
+  const FigureText text("Arial");
+  const double pixels_per_point = 2.3;
+  for (const bool transparent : {false, true}) {
+    for (int kind = 0; kind < 9; ++kind) {
+      const figures::Figure figure = MakeFigure(static_cast<PlotKind>(kind), plot_,
+                                                {.width = 390,
+                                                 .height = 420,
+                                                 .bands = kind % 2 * 7,
+                                                 .transparent = transparent,
+                                                 .site_values = true},
+                                                text);
+      const FigurePicture whole = PaintFigure(figure, pixels_per_point, text.Letters());
+      const int per_metre = static_cast<int>(std::lround(pixels_per_point * 72 / 0.0254));
+      EXPECT_EQ(EncodeFigurePicture(figure, pixels_per_point, text.Letters()),
+                EncodePng(PngPicture{.pixels = whole.pixels,
+                                     .width = whole.width,
+                                     .height = whole.height,
+                                     .pixels_per_metre = per_metre,
+                                     .has_alpha = whole.has_alpha}))
+          << kind;
+    }
+  }
 }
 
 TEST_F(FigureFiles, AreTransparentWhereNothingIs) {
