@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include <benchmark/benchmark.h>
 #include <png.h>
+#include <zlib.h>
+
+#include <array>
+#include <cmath>
 
 #include "bench/painted_scene.h"
+#include "discoplan/figures/colour_map.h"
 #include "discoplan/raster/picture.h"
 #include "hosts/headless/png_file.h"
+#include "hosts/headless/run_deflater.h"
 
 namespace discoplan::bench {
 namespace {
@@ -57,6 +63,62 @@ void EncodeMapByLibpngDefaults(benchmark::State& state) {
   state.counters["bytes"] = static_cast<double>(bytes);
 }
 
+/// The rows of a smooth map in many shades, each less the one above it.
+std::vector<std::uint8_t> FilteredRows() {
+  const auto side = static_cast<std::size_t>(kSide);
+  const figures::ColourMap colours = *figures::FindColourMap(figures::kDefaultColours);
+  std::vector<std::uint8_t> above(3 * side);
+  std::vector<std::uint8_t> rows;
+  for (std::size_t y = 0; y < side; ++y) {
+    rows.push_back(2);
+    for (std::size_t x = 0; x < side; ++x) {
+      const double u = static_cast<double>(x) / kSide - 0.5;
+      const double v = static_cast<double>(y) / kSide - 0.5;
+      const bool is_map = u * u + v * v < 0.2;
+      const double part = 0.5 + 0.3 * std::sin(7 * u) * std::cos(5 * v) + u * v;
+      const figures::Rgba shade = is_map ? colours.At(part) : figures::Rgb(0xFFFFFF);
+      const std::array<std::uint8_t, 3> bytes = {shade.red, shade.green, shade.blue};
+      for (std::size_t k = 0; k < 3; ++k) {
+        std::uint8_t& over = above[3 * x + k];
+        rows.push_back(static_cast<std::uint8_t>(bytes[k] - over));
+        over = bytes[k];
+      }
+    }
+  }
+  return rows;
+}
+
+void DeflateRows(benchmark::State& state) {
+  const std::vector<std::uint8_t> rows = FilteredRows();
+  std::size_t bytes = 0;
+  for (auto _ : state) {
+    RunDeflater deflater;
+    deflater.Add(rows);
+    bytes = deflater.Take().size();
+  }
+  state.counters["bytes"] = static_cast<double>(bytes);
+}
+
+void DeflateRowsByZlib(benchmark::State& state) {
+  const std::vector<std::uint8_t> rows = FilteredRows();
+  std::vector<std::uint8_t> out(compressBound(static_cast<uLong>(rows.size())));
+  std::size_t bytes = 0;
+  for (auto _ : state) {
+    z_stream stream = {};
+    deflateInit2(&stream, 6, Z_DEFLATED, 15, 9, Z_RLE);
+    stream.next_in = const_cast<Bytef*>(rows.data());
+    stream.avail_in = static_cast<uInt>(rows.size());
+    stream.next_out = out.data();
+    stream.avail_out = static_cast<uInt>(out.size());
+    deflate(&stream, Z_FINISH);
+    bytes = stream.total_out;
+    deflateEnd(&stream);
+  }
+  state.counters["bytes"] = static_cast<double>(bytes);
+}
+
+BENCHMARK(DeflateRows)->Unit(benchmark::kMicrosecond);
+BENCHMARK(DeflateRowsByZlib)->Unit(benchmark::kMicrosecond);
 BENCHMARK(EncodeMap)->Unit(benchmark::kMicrosecond);
 BENCHMARK(EncodeMapByLibpngDefaults)->Unit(benchmark::kMicrosecond);
 
