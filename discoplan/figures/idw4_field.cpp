@@ -3,11 +3,11 @@
 #include <cmath>
 #include <limits>
 
+#include "discoplan/analysis/interpolation_error.h"
 #include "discoplan/core/interpolation/site_interpolator.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/core/wafer_data.h"
 #include "discoplan/figures/field_kinds.h"
-#include "discoplan/figures/site_grid.h"
 
 namespace discoplan::figures {
 namespace {
@@ -50,23 +50,13 @@ class Idw4Field final : public ValueField {
   std::string Method() const override { return "mean of the four nearest sites (idw4)"; }
 
   void MeasureError(const std::vector<Sample>& samples) {
-    const SiteGrid grid(samples);
-    double sum = 0;
+    std::vector<Site> sites(samples.size());
     for (std::size_t i = 0; i < samples.size(); ++i) {
-      double weights = 0;
-      double values = 0;
-      for (const std::size_t near : grid.Nearest(samples[i].x, samples[i].y, 5)) {
-        if (near == i) continue;
-        const double dx = samples[near].x - samples[i].x;
-        const double dy = samples[near].y - samples[i].y;
-        const double weight = 1 / std::max(dx * dx + dy * dy, 1e-12);
-        weights += weight;
-        values += weight * samples[near].value;
-      }
-      const double error = values / weights - samples[i].value;
-      sum += error * error;
+      sites[i].x = static_cast<float>(samples[i].x);
+      sites[i].y = static_cast<float>(samples[i].y);
+      sites[i].z = static_cast<float>(samples[i].value);
     }
-    error_ = std::sqrt(sum / static_cast<double>(samples.size()));
+    if (const auto error = analysis::LeaveOneOut(sites)) error_ = error->rms;
   }
 
  private:
