@@ -24,13 +24,18 @@ class ConstantField final : public ValueField {
   float value_;
 };
 
-/// Through three sites, within their range: what lies outside their triangle isn't told by them.
+/// Through three sites, but little beyond their range: what lies far outside their triangle isn't
+/// told by them.
 class PlaneField final : public ValueField {
  public:
   PlaneField(const std::vector<Sample>& three, double determinant)
       : origin_(three[0]),
         low_(std::min({three[0].value, three[1].value, three[2].value})),
         high_(std::max({three[0].value, three[1].value, three[2].value})) {
+    // As splines do, and no level of the values themselves runs along the ends.
+    const double margin = 0.05 * (high_ - low_);
+    low_ -= margin;
+    high_ += margin;
     const Sample& b = three[1];
     const Sample& c = three[2];
     const double to_b = b.value - origin_.value;

@@ -66,7 +66,7 @@ class DISCOPLAN_EXPORT ValueField {
 };
 
 /// `radius` is the wafer's in mm. Sites in one place count as one with their mean. Of three sites
-/// that aren't about in line `smooth` is the plane through them, within their range; fewer than
+/// that aren't about in line `smooth` is the plane through them, within the same bounds; fewer than
 /// four give their mean everywhere else.
 DISCOPLAN_EXPORT std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
                                                              Interpolation interpolation);

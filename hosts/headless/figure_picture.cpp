@@ -50,7 +50,8 @@ int CopyOpaque(const CoveredColours& from, int count) {
     std::uint32_t all = ~0U;
     for (const std::uint32_t colour : colours) all &= colour;
     if (~covers != 0 || (all & kOpaque) != kOpaque) break;
-    for (std::size_t i = 0; i < kAtOnce; ++i) from.pixels[done + i] = ToPixel(colours[i]);
+    Pixel* to = from.pixels + done;
+    for (const std::uint32_t colour : colours) *to++ = ToPixel(colour);
   }
   return done;
 }

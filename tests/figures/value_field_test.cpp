@@ -200,13 +200,13 @@ TEST(ValueField, TwoSitesGiveTheirMean) {
 }
 
 // 1 at the centre, 0.1 more for each mm to the right and 0.2 for each mm up: at (4, 5) it is 2.4.
-TEST(ValueField, ThreeSitesGiveThePlaneThroughThemWithinTheirRange) {
+TEST(ValueField, ThreeSitesGiveThePlaneThroughThemALittleBeyondTheirRange) {
   const Sites sites = {{0, 10, 0}, {0, 0, 20}, {1, 2, 5}};
   const auto field = MakeField(sites.View(), 100, Interpolation::Smooth);
   EXPECT_EQ(field->Method(), "plane through three sites");
   EXPECT_FLOAT_EQ(ValueAt(*field, 4, 5), 2.4F);
-  EXPECT_FLOAT_EQ(ValueAt(*field, 90, 0), 5);
-  EXPECT_FLOAT_EQ(ValueAt(*field, -90, 0), 1);
+  EXPECT_FLOAT_EQ(ValueAt(*field, 90, 0), 5.2F);
+  EXPECT_FLOAT_EQ(ValueAt(*field, -90, 0), 0.8F);
   const Sites in_line = {{0, 10, 20}, {0, 5, 10.001F}, {1, 2, 6}};
   EXPECT_EQ(ValueAt(*MakeField(in_line.View(), 100, Interpolation::Smooth), 40, 40), 3);
   EXPECT_EQ(ValueAt(*MakeField(sites.View(), 100, Interpolation::Idw4), 4, 5), 8 / 3.0F);
