@@ -28,9 +28,11 @@ import discoplan.spark as ds
 
 WAFER = {"diameter": 300}
 MAP = {"size": (400, 300), "wafer": WAFER}
-SIZES = {  # wafers for statistics, for maps, for pandas and for matplotlib; wafers of a batch
-    49: {"wafers": 100000, "maps": 4000, "tables": 10000, "peers": 128, "batch": 1000},
-    5000: {"wafers": 2000, "maps": 600, "tables": 1000, "peers": 64, "batch": 64},
+SIZES = {
+    # Wafers for statistics, for maps, for pandas and for matplotlib; wafers of a batch of
+    # maps, one of statistics having twenty times as many
+    49: {"wafers": 100000, "maps": 2000, "tables": 4000, "peers": 48, "batch": 200},
+    5000: {"wafers": 2000, "maps": 240, "tables": 400, "peers": 24, "batch": 25},
 }
 
 
@@ -112,8 +114,9 @@ def bytes_each(folder: Path, wafers: int) -> float:
 
 
 def compare(spark: Any, folder: Path, sites: int, part: int, runs: int) -> Dict[str, float]:
-    size = {name: max(count // part, 32) for name, count in SIZES[sites].items() if name != "batch"}
-    spark.conf.set("spark.sql.execution.arrow.maxRecordsPerBatch", SIZES[sites]["batch"])
+    size = {name: max(count // part, 16) for name, count in SIZES[sites].items() if name != "batch"}
+    rows = "spark.sql.execution.arrow.maxRecordsPerBatch"
+    spark.conf.set(rows, 20 * SIZES[sites]["batch"])
     made = {}
     for name, count in {**size, "fewer": max(size["maps"] // 4, 16)}.items():
         make(folder / f"{name}{sites}", count, sites)
@@ -126,9 +129,10 @@ def compare(spark: Any, folder: Path, sites: int, part: int, runs: int) -> Dict[
         "engine": lambda: run(every.mapInArrow(nothing, FOUND)),
         "statistics": lambda: run(ds.statistics(every, **WAFER)),
         "all statistics": lambda: run(ds.statistics(every, **WAFER, figures="all")),
-    }, runs + 2, processor_time)
+    }, runs + 1, processor_time)
     found = {name: seconds / size["wafers"] for name, seconds in alone.items()}
 
+    spark.conf.set(rows, SIZES[sites]["batch"])
     run(ds.plots(made["fewer"], **MAP))
     memory = {"fewer": peak_of_workers()}
     spent = folder / f"spent{sites}"
@@ -148,7 +152,7 @@ def compare(spark: Any, folder: Path, sites: int, part: int, runs: int) -> Dict[
     found["matplotlib"] = theirs[""] / size["peers"]
 
     one, two = made["fewer"].coalesce(1).localCheckpoint(), made["fewer"].repartition(2).localCheckpoint()
-    turns = costs({"one": lambda: run(ds.plots(one, **MAP)), "two": lambda: run(ds.plots(two, **MAP))}, runs + 1, time.perf_counter)
+    turns = costs({"one": lambda: run(ds.plots(one, **MAP)), "two": lambda: run(ds.plots(two, **MAP))}, runs, time.perf_counter)
     first = pq.read_table(folder / f"maps{sites}" / "0.parquet").slice(0, 32)
     png = dp.arrow.plots(first, **MAP)["png"]
     return {
