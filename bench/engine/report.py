@@ -110,7 +110,7 @@ def place_lines(results: Found) -> List[str]:
         f"On {results['cores']} cores of \"{results['processor']}\", {few['wafers']:,} wafers of 49 sites and "
         f"{many['wafers']:,} of 5,000; maps of {few['maps']:,} and {many['maps']:,} of them; pandas with {few['tables']:,} "
         f"and {many['tables']:,}, matplotlib with {few['peers']} and {many['peers']}. Load when it began {results['load before']}, when it ended "
-        f"{results['load after']}. Peak of a worker {few['peak, MB']:.0f} and {many['peak, MB']:.0f} MB, with batches of "
+        f"{results['load after']}. Peak of a worker {few['peak, MB']:.0f} and {many['peak, MB']:.0f} MB, with batches of maps of "
         f"{few['batch, MB']:.1f} and {many['batch, MB']:.1f} MB."
     ]
 
