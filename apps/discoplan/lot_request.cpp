@@ -5,6 +5,7 @@
 #include "apps/discoplan/data_options.h"
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/progress.h"
+#include "hosts/headless/classic_look.h"
 
 namespace discoplan::app {
 namespace {
