@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/figures/coverage.h"
 
-#include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 
+#include "discoplan/figures/site_grid.h"
 #include "discoplan/figures/ticks.h"
 
 namespace discoplan::figures {
@@ -13,38 +12,25 @@ namespace {
 
 constexpr int kAcross = 96;  // points of the lattice
 
-/// Distance to the next site in another place; at most the wafer's diameter.
-double NextSite(const SiteView& sites, std::size_t site, double radius) {
-  const float x = sites.x[site];
-  const float y = sites.y[site];
-  const auto same = static_cast<float>(1e-12 * radius * radius);
-  const auto most = static_cast<float>(4 * radius * radius);
-  std::array<float, 8> nearest;  // side by side
-  nearest.fill(most);
-  const auto squared = [&](std::size_t i) {
-    const float dx = sites.x[i] - x;
-    const float dy = sites.y[i] - y;
-    const float distance = dx * dx + dy * dy;
-    return distance > same ? distance : most;
-  };
-  std::size_t i = 0;
-  for (; i + nearest.size() <= sites.Size(); i += nearest.size()) {
-    for (std::size_t k = 0; k < nearest.size(); ++k) {
-      nearest[k] = std::min(nearest[k], squared(i + k));
-    }
-  }
-  for (; i < sites.Size(); ++i) nearest[0] = std::min(nearest[0], squared(i));
-  return std::sqrt(static_cast<double>(*std::min_element(nearest.begin(), nearest.end())));
-}
-
 double FarDistance(const SiteView& sites, double radius) {
   if (sites.Size() < 4) return 2 * radius;
+  std::vector<Sample> samples;
+  for (std::size_t i = 0; i < sites.Size(); ++i) samples.push_back({sites.x[i], sites.y[i], 0});
+  const SiteGrid grid(samples);
   // Some hundred of them tell.
-  const std::size_t stride = std::max<std::size_t>(1, sites.Size() / 256);
+  const std::size_t stride = std::max<std::size_t>(1, samples.size() / 256);
   std::vector<double> next;
-  for (std::size_t i = 0; i < sites.Size(); i += stride) next.push_back(NextSite(sites, i, radius));
+  for (std::size_t i = 0; i < samples.size(); i += stride) {
+    double nearest = 2 * radius;
+    for (const std::size_t near : grid.Nearest(samples[i].x, samples[i].y, 4)) {
+      const double distance =
+          std::hypot(samples[near].x - samples[i].x, samples[near].y - samples[i].y);
+      if (near != i && distance > 1e-6 * radius) nearest = std::min(nearest, distance);
+    }
+    next.push_back(nearest);
+  }
   std::sort(next.begin(), next.end());
-  const double even = radius * std::sqrt(3.14159 / static_cast<double>(sites.Size()));
+  const double even = radius * std::sqrt(3.14159 / static_cast<double>(samples.size()));
   // No hole among the dies of a wafer is far from them.
   return std::max({1.5 * next[next.size() * 9 / 10], 0.75 * even, 0.1 * radius});
 }
