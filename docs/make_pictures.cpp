@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include "apps/discoplan/plot_request.h"
+#include "hosts/headless/classic_look.h"
 #include "hosts/qt/plot_widgets.h"
 #include "hosts/qt/property_dialog.h"
 
@@ -24,7 +25,7 @@ data::Wafer Read(const char* file) {
 
 void Show(qt::PlotWidget& plot, const data::Wafer& measured) {
   app::FitSize(plot.Control(), measured);
-  app::FitLook(plot.Control(), measured);
+  FitLook(plot.Control(), measured.value);
   if (plot.SetWaferData(measured.x, measured.y, measured.value) == LoadResult::Loaded) plot.Plot();
 }
 
