@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/figures/lot_figure.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
 #include "discoplan/figures/kinds.h"
 #include "discoplan/figures/lot_parts.h"
@@ -33,7 +35,15 @@ void AddCommonKey(Page& page, const LotPlot& lot, PlotKind kind) {
             {bands[0], "below mean \u2212 \u03C3", ""}});
     return;
   }
+  // Whether values lie beyond its ends is told of all wafers.
+  std::vector<float> extremes;
+  for (const WaferPlot& wafer : lot.wafers) {
+    const auto [least, most] =
+        std::minmax_element(wafer.sites.value.begin(), wafer.sites.value.end());
+    extremes.insert(extremes.end(), {*least, *most});
+  }
   WaferPlot scaled = one;
+  scaled.sites.value = extremes;
   scaled.low = lot.low;
   scaled.high = lot.high;
   AddColourBar(page, MakeScale(scaled, summary, page.Look(), 9), scaled);
