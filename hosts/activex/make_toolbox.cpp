@@ -92,7 +92,7 @@ std::uint8_t NumberOf(char letter) {
 }
 
 void Append(std::string& file, std::uint32_t number, int bytes) {
-  for (int i = 0; i < bytes; ++i) file += static_cast<char>((number >> (8 * i)) & 0xFF);
+  for (; bytes > 0; --bytes, number >>= 8) file += static_cast<char>(number & 0xFF);
 }
 
 /// A file of a bitmap with 4 bits a pixel and the lowest row first; empty for a wrong drawing.
