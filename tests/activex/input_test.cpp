@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "discoplan/controls/control_factory.h"
-#include "hosts/activex/gdi_text.h"
+#include "tests/activex/alone.h"
 #include "tests/activex/container.h"
 #include "tests/activex/user.h"
 
@@ -15,16 +15,7 @@ constexpr float kTwips = 15;  // a pixel
 
 /// Where a node of a control of that size lies, in pixels of the control.
 RECT PlaceOf(const char* plot, const char* name, SIZE pixels) {
-  class Alone final : public Platform {
-   public:
-    const Screen& screen() const override { return screen_; }
-    const TextPainter& text() const override { return text_; }
-    void Show(const Message&) override {}
-
-   private:
-    Screen screen_;
-    GdiText text_;
-  } platform;
+  Alone platform;
   const auto control = NewControl(plot, platform, nullptr);
   const float width = static_cast<float>(pixels.cx) * kTwips;
   const float height = static_cast<float>(pixels.cy) * kTwips;

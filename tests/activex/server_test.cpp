@@ -4,8 +4,8 @@
 #include <set>
 
 #include "discoplan/controls/control_factory.h"
-#include "hosts/activex/gdi_text.h"
 #include "hosts/activex/values.h"
+#include "tests/activex/alone.h"
 #include "tests/activex/bag.h"
 #include "tests/activex/container.h"
 
@@ -181,16 +181,7 @@ TEST(Server, TellsWhenThePictureIsAnotherOne) {
 
 /// What the library writes by itself: keys, order, kinds and values.
 TEST(Stores, HaveTheLibrarysOwnEntriesInABag) {
-  class Alone final : public Platform {
-   public:
-    const Screen& screen() const override { return screen_; }
-    const TextPainter& text() const override { return text_; }
-    void Show(const Message&) override {}
-
-   private:
-    Screen screen_;
-    GdiText text_;
-  } platform;
+  Alone platform;
   for (const ControlClass* row : ControlClasses()) {
     const ComPtr<IDispatch> plot = NewPlot(Wide(row->name).c_str());
     const auto control = row->make(platform, nullptr);

@@ -6,25 +6,13 @@
 #include "discoplan/controls/control_factory.h"
 #include "discoplan/forms/painter.h"
 #include "discoplan/raster/picture.h"
-#include "hosts/activex/gdi_text.h"
+#include "tests/activex/alone.h"
 #include "tests/activex/container.h"
 
 namespace discoplan::activex {
 namespace {
 
 using Notes = std::vector<std::string>;
-
-/// What the library makes of a control by itself, with the fonts of here.
-class Alone final : public Platform {
- public:
-  const Screen& screen() const override { return screen_; }
-  const TextPainter& text() const override { return text_; }
-  void Show(const Message&) override {}
-
- private:
-  Screen screen_;
-  GdiText text_;
-};
 
 std::vector<DWORD> Shown(HWND window, int width, int height) {
   RunMessages();
