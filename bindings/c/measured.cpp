@@ -30,14 +30,16 @@ void RefuseFarSites(const data::Wafer& measured, bool size_given) {
   constexpr double kTolerance = 1.005;  // of a site on the edge
   constexpr double kFarthest = 1000;
   const double farthest = data::FarthestSite(measured.x, measured.y);
-  const std::string place =
-      Prefix(measured.name) + "a site is " + Millimetres(farthest) + " from the centre";
+  const auto refuse = [&](const std::string& why) {
+    RefuseData(Prefix(measured.name) + "a site is " + Millimetres(farthest) + " from the centre" +
+               why);
+  };
   if (farthest > kTolerance * measured.diameter / 2) {
-    RefuseData(place + ", outside a wafer of " + Millimetres(measured.diameter) +
-               " across; give a larger diameter");
+    refuse(", outside a wafer of " + Millimetres(measured.diameter) +
+           " across; give a larger diameter");
   }
   if (farthest > kFarthest && !size_given) {
-    RefuseData(place + "; positions are millimetres, scale them, or give a diameter if they are");
+    refuse("; positions are millimetres, scale them, or give a diameter if they are");
   }
 }
 
@@ -55,12 +57,28 @@ Checked Check(double given) {
   return checked;
 }
 
+/// Whether all of them are numbers that a site may have, which are kept then.
+bool TakeAll(const Numbers& numbers, std::int64_t first, std::int64_t last,
+             std::vector<float>& store) {
+  store.resize(static_cast<std::size_t>(last - first));
+  bool all_finite = true;
+  for (std::int64_t i = first; i < last; ++i) {
+    const auto number = static_cast<float>(numbers[i]);
+    all_finite = all_finite && std::isfinite(number);
+    store[static_cast<std::size_t>(i - first)] = number;
+  }
+  return all_finite;
+}
+
 void TakeSites(const discoplan_sites& sites, std::int64_t first, std::int64_t last,
                bool skip_invalid, data::Wafer& measured) {
   const Numbers numbers[] = {{sites.x, "x"}, {sites.y, "y"}, {sites.value, "value"}};
   static constexpr const char* kNames[] = {"x", "y", "value"};
   std::vector<float>* const stores[] = {&measured.x, &measured.y, &measured.value};
-  for (auto* store : stores) store->reserve(static_cast<std::size_t>(last - first));
+  bool all_good = true;
+  for (int k = 0; k < 3; ++k) all_good = TakeAll(numbers[k], first, last, *stores[k]) && all_good;
+  if (all_good) return;
+  for (auto* store : stores) store->clear();
   for (std::int64_t i = first; i < last; ++i) {
     Checked site[3];
     int bad = -1;

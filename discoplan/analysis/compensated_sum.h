@@ -11,6 +11,8 @@
 /// Summation endlicher Summen", ZAMM 54 (1974). The result is off by two roundings at most, plus
 /// a term of the order of n * 2^-106 of the sum of magnitudes.
 
+#include <cstddef>
+
 namespace discoplan::analysis {
 
 class CompensatedSum {
@@ -30,6 +32,33 @@ class CompensatedSum {
   double sum_ = 0;
   double lost_ = 0;
 };
+
+/// Sum of `term(i)` for i from 0 to below `count`, in four sums side by side that a processor adds
+/// up at once.
+template <class Term>
+double SumOfTerms(std::size_t count, Term term) {
+  constexpr std::size_t kLanes = 4;
+  double sums[kLanes] = {};
+  double lost[kLanes] = {};
+  std::size_t i = 0;
+  for (; i + kLanes <= count; i += kLanes) {
+    double terms[kLanes];
+    double next[kLanes];
+    double taken[kLanes];
+    for (std::size_t lane = 0; lane < kLanes; ++lane) terms[lane] = term(i + lane);
+    for (std::size_t lane = 0; lane < kLanes; ++lane) next[lane] = sums[lane] + terms[lane];
+    for (std::size_t lane = 0; lane < kLanes; ++lane) taken[lane] = next[lane] - sums[lane];
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+      lost[lane] += (sums[lane] - (next[lane] - taken[lane])) + (terms[lane] - taken[lane]);
+    }
+    for (std::size_t lane = 0; lane < kLanes; ++lane) sums[lane] = next[lane];
+  }
+  CompensatedSum all;
+  for (; i < count; ++i) all += term(i);
+  for (const double sum : sums) all += sum;
+  for (const double rest : lost) all += rest;
+  return all.Value();
+}
 
 /// Sum of `of(item)` over a range.
 template <class Range, class Of>

@@ -13,9 +13,7 @@ namespace discoplan::analysis {
 namespace {
 
 double Dot(std::span<const double> a, std::span<const double> b) {
-  CompensatedSum sum;
-  for (std::size_t i = 0; i < a.size(); ++i) sum += a[i] * b[i];
-  return sum.Value();
+  return SumOfTerms(a.size(), [&](std::size_t i) { return a[i] * b[i]; });
 }
 
 double Norm(std::span<const double> a) { return std::sqrt(Dot(a, a)); }
@@ -32,7 +30,8 @@ class PivotedQr {
       : matrix_(std::move(design)),
         values_(values.begin(), values.end()),
         order_(matrix_.Columns()),
-        scales_(matrix_.Columns(), 1.0) {
+        scales_(matrix_.Columns()),
+        diagonal_(matrix_.Columns()) {
     std::iota(order_.begin(), order_.end(), std::size_t{0});
     ScaleColumns();
   }
@@ -43,23 +42,27 @@ class PivotedQr {
                               static_cast<double>(std::max(matrix_.Rows(), matrix_.Columns()));
     std::size_t rank = 0;
     for (; rank < steps; ++rank) {
-      const double largest = TakeLargest(rank);
-      if (rank == 0) first_ = largest;
-      if (!(largest > negligible * first_)) break;
-      Eliminate(rank);
+      const double length = TakeLargest(rank);
+      if (!(length > negligible)) break;
+      Eliminate(rank, length);
     }
     return {SolveBackwards(rank), rank};
   }
 
  private:
-  // So that the rank doesn't depend on the units of the columns.
+  // To the length 1, so that the rank doesn't depend on the units of the columns.
   void ScaleColumns() {
     for (std::size_t c = 0; c < matrix_.Columns(); ++c) {
-      const double norm = Norm(matrix_.Column(c));
-      if (norm == 0) continue;
-      scales_[c] = norm;
-      for (double& cell : matrix_.Column(c)) cell /= norm;
+      const std::span<double> column = matrix_.Column(c);
+      scales_[c] = Norm(column);
+      for (double& cell : column) cell /= scales_[c] != 0 ? scales_[c] : 1;
     }
+  }
+
+  /// What is left of a column from row `step` on.
+  double Rest(std::size_t c, std::size_t step) {
+    if (step == 0) return scales_[c] != 0 ? 1 : 0;
+    return Norm(matrix_.Column(c).subspan(step));
   }
 
   /// Brings the column with the longest rest to place `step`; its length.
@@ -67,7 +70,7 @@ class PivotedQr {
     std::size_t best = step;
     double largest = -1;
     for (std::size_t c = step; c < matrix_.Columns(); ++c) {
-      const double rest = Norm(matrix_.Column(c).subspan(step));
+      const double rest = Rest(c, step);
       if (rest > largest) {
         largest = rest;
         best = c;
@@ -81,13 +84,14 @@ class PivotedQr {
     return largest;
   }
 
-  void Eliminate(std::size_t step) {
-    const std::span<double> column = matrix_.Column(step).subspan(step);
-    const double length = Norm(column);
-    std::vector<double> normal(column.begin(), column.end());
-    normal[0] += normal[0] >= 0 ? length : -length;
-    const double half_square = Dot(normal, normal) / 2;
-    for (std::size_t c = step; c < matrix_.Columns(); ++c) {
+  /// Turns the rest of column `step`, of that length, into the row's own axis. What stays in its
+  /// place is the normal of the mirror, of which half the square is length (length + |first|).
+  void Eliminate(std::size_t step, double length) {
+    const std::span<double> normal = matrix_.Column(step).subspan(step);
+    const double half_square = length * (length + std::abs(normal[0]));
+    diagonal_[step] = normal[0] >= 0 ? -length : length;
+    normal[0] -= diagonal_[step];
+    for (std::size_t c = step + 1; c < matrix_.Columns(); ++c) {
       Reflect(normal, half_square, matrix_.Column(c).subspan(step));
     }
     Reflect(normal, half_square, std::span(values_).subspan(step));
@@ -100,7 +104,7 @@ class PivotedQr {
       for (std::size_t c = i + 1; c < rank; ++c) {
         rest -= matrix_.At(i, c) * coefficients[order_[c]] * scales_[order_[c]];
       }
-      coefficients[order_[i]] = rest / matrix_.At(i, i) / scales_[order_[i]];
+      coefficients[order_[i]] = rest / diagonal_[i] / scales_[order_[i]];
     }
     return coefficients;
   }
@@ -108,8 +112,8 @@ class PivotedQr {
   DesignMatrix matrix_;
   std::vector<double> values_;
   std::vector<std::size_t> order_;  // the column that stands at each place
-  std::vector<double> scales_;
-  double first_ = 0;
+  std::vector<double> scales_;      // of the columns as they were
+  std::vector<double> diagonal_;
 };
 
 }  // namespace

@@ -6,11 +6,11 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <iterator>
 #include <numeric>
 #include <utility>
 
 #include "discoplan/analysis/compensated_sum.h"
+#include "discoplan/base/numbers.h"
 
 namespace discoplan::analysis {
 namespace {
@@ -22,40 +22,76 @@ std::uint32_t RankOf(float value) {
   return (bits >> 31) != 0 ? ~bits : bits | 0x80000000u;
 }
 
-/// By the lowest 11 bits first, then by those above.
-void SortByDigits(std::vector<float>& values) {
+/// By the floats that they narrow to: the lowest 11 bits first, then those above.
+void SortByDigits(std::vector<double>& values) {
   constexpr unsigned kBits = 11;
   constexpr std::uint32_t kDigits = 1u << kBits;
-  std::vector<float> other(values.size());
+  std::vector<double> other(values.size());
   for (unsigned shift = 0; shift < 32; shift += kBits) {
     std::array<std::uint32_t, kDigits> next{};
-    const auto digit = [&](float value) { return RankOf(value) >> shift & (kDigits - 1); };
-    for (const float value : values) ++next[digit(value)];
+    const auto digit = [&](double value) {
+      return RankOf(static_cast<float>(value)) >> shift & (kDigits - 1);
+    };
+    for (const double value : values) ++next[digit(value)];
     std::exclusive_scan(next.begin(), next.end(), next.begin(), 0u);
-    for (const float value : values) other[next[digit(value)]++] = value;
+    for (const double value : values) other[next[digit(value)]++] = value;
     values.swap(other);
   }
 }
 
-/// The decimals in ascending order, which is that of the floats since each narrows to its own.
-std::vector<double> SortedDecimals(std::span<const Site> sites) {
+/// In ascending order, which is that of the floats since each narrows to its own.
+std::vector<double> Sorted(std::vector<double> decimals) {
   constexpr std::size_t kFew = 400;  // that are sorted sooner by comparing them
-  std::vector<float> values;
-  values.reserve(sites.size());
-  for (const Site& site : sites) values.push_back(site.z);
-  sites.size() < kFew ? std::sort(values.begin(), values.end()) : SortByDigits(values);
-  std::vector<double> decimals(values.size());
-  std::transform(values.begin(), values.end(), decimals.begin(), DecimalOf);
+  decimals.size() < kFew ? std::sort(decimals.begin(), decimals.end()) : SortByDigits(decimals);
   return decimals;
 }
 
-double QuantileOf(const std::vector<double>& sorted, double p) {
-  const double place = static_cast<double>(sorted.size() - 1) * p;
+/// Of numbers of which `at` gives those of ascending order.
+template <class At>
+double QuantileOf(std::size_t count, double p, At at) {
+  const double place = static_cast<double>(count - 1) * p;
   const auto below = static_cast<std::size_t>(place);
-  const std::size_t above = std::min(below + 1, sorted.size() - 1);
-  const double part = place - static_cast<double>(below);
-  return sorted[below] + part * (sorted[above] - sorted[below]);
+  const double lower = at(below);
+  const double upper = at(std::min(below + 1, count - 1));
+  return lower + (place - static_cast<double>(below)) * (upper - lower);
 }
+
+/// The distances of ascending values from one among them, which grow to both sides.
+class Distances {
+ public:
+  Distances(std::span<const double> values, double from)
+      : values_(values),
+        from_(from),
+        left_(static_cast<std::size_t>(std::lower_bound(values.begin(), values.end(), from) -
+                                       values.begin())),
+        right_(values.size() - left_) {}
+
+  /// In ascending order, by halving how many of the lesser ones are on the left.
+  double operator[](std::size_t place) const {
+    std::size_t low = place - std::min(place, right_);
+    std::size_t high = std::min(place, left_);
+    while (low < high) {
+      const std::size_t middle = (low + high) / 2;
+      if (Left(middle) < Right(place - middle - 1)) {
+        low = middle + 1;
+      } else {
+        high = middle;
+      }
+    }
+    if (low == left_) return Right(place - low);
+    if (place - low == right_) return Left(low);
+    return std::min(Left(low), Right(place - low));
+  }
+
+ private:
+  double Left(std::size_t i) const { return from_ - values_[left_ - 1 - i]; }
+  double Right(std::size_t i) const { return values_[left_ + i] - from_; }
+
+  std::span<const double> values_;
+  double from_;
+  std::size_t left_;
+  std::size_t right_;
+};
 
 }  // namespace
 
@@ -66,13 +102,23 @@ double DecimalOf(float value) {
   const double exact = value;
   if (!(std::abs(exact) >= kSmallest && std::abs(exact) <= kLargest)) return exact;
   for (const double power : kPowers) {
-    const double decimal = std::nearbyint(exact * power) / power;
+    const double decimal = RoundHalfEven(exact * power) / power;
     if (static_cast<float>(decimal) == value) return decimal;
   }
   return exact;
 }
 
-Sample::Sample(std::span<const Site> all) : sites(all), sorted(SortedDecimals(all)) { SumUp(); }
+std::vector<double> DecimalsOf(std::span<const Site> sites) {
+  std::vector<double> decimals(sites.size());
+  std::transform(sites.begin(), sites.end(), decimals.begin(),
+                 [](const Site& site) { return DecimalOf(site.z); });
+  return decimals;
+}
+
+Sample::Sample(std::span<const Site> all) : sites(all), decimals_(DecimalsOf(all)) {
+  sorted = Sorted(decimals_);
+  SumUp();
+}
 
 Sample::Sample(std::vector<double> values) : sorted(std::move(values)) {
   std::sort(sorted.begin(), sorted.end());
@@ -82,32 +128,29 @@ Sample::Sample(std::vector<double> values) : sorted(std::move(values)) {
 // In the order of the numbers, so that the order of the sites makes no difference.
 void Sample::SumUp() {
   const auto count = static_cast<double>(sorted.size());
-  mean = SumOver(sorted, [](double value) { return value; }) / count;
+  mean = SumOfTerms(Count(), [&](std::size_t i) { return sorted[i]; }) / count;
   // What the rounding of the mean adds to the squares is taken off again: T. Chan, G. Golub and
   // R. LeVeque, "Algorithms for Computing the Sample Variance", The American Statistician 37
   // (1983).
-  const double off = SumOver(sorted, [&](double value) { return value - mean; });
-  const double all = SumOver(sorted, [&](double value) { return (value - mean) * (value - mean); });
+  const auto from_mean = [&](std::size_t i) { return sorted[i] - mean; };
+  const double off = SumOfTerms(Count(), from_mean);
+  const double all =
+      SumOfTerms(Count(), [&](std::size_t i) { return from_mean(i) * from_mean(i); });
   squares = std::max(0.0, all - off * off / count);
   if (sorted.size() > 1) sigma = std::sqrt(squares / (count - 1));
 }
 
-double Sample::Quantile(double p) const { return QuantileOf(sorted, p); }
+double Sample::Quantile(double p) const {
+  return QuantileOf(Count(), p, [&](std::size_t i) { return sorted[i]; });
+}
 
 double Sample::MedianDeviation() const {
-  const double median = Quantile(0.5);
-  const auto distance = [median](double value) { return std::abs(value - median); };
-  // They grow from the median on to both sides.
-  const auto right = std::lower_bound(sorted.begin(), sorted.end(), median);
-  std::vector<double> distances(sorted.size());
-  std::merge(std::make_reverse_iterator(right), sorted.rend(), right, sorted.end(),
-             distances.begin(), [&](double a, double b) { return distance(a) < distance(b); });
-  std::transform(distances.begin(), distances.end(), distances.begin(), distance);
-  return QuantileOf(distances, 0.5);
+  const Distances distances(sorted, Quantile(0.5));
+  return QuantileOf(Count(), 0.5, [&](std::size_t i) { return distances[i]; });
 }
 
 const PlaneFit& Sample::Plane() const {
-  if (!plane_) plane_ = FitPlane(sites);
+  if (!plane_) plane_ = FitPlane(sites, decimals_);
   return *plane_;
 }
 

@@ -23,6 +23,8 @@ namespace discoplan::analysis {
 /// The number with the fewest decimals, 9 at most, that narrows to this float, where a float tells
 /// decimals apart: for magnitudes from 1e-3 to 1e7. Any other float as it is.
 DISCOPLAN_EXPORT double DecimalOf(float value);
+/// Those of the values, in the order of the sites.
+DISCOPLAN_EXPORT std::vector<double> DecimalsOf(std::span<const Site> sites);
 
 struct DISCOPLAN_EXPORT Sample {
   /// The sites outlive the sample; at least one, of finite values. All else depends on that.
@@ -52,6 +54,7 @@ struct DISCOPLAN_EXPORT Sample {
  private:
   void SumUp();
 
+  std::vector<double> decimals_;
   mutable std::optional<PlaneFit> plane_;
 };
 

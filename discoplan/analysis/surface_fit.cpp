@@ -14,13 +14,6 @@ namespace {
 
 constexpr double kDegrees = 180 / 3.14159265358979323846;
 
-std::vector<double> ValuesOf(std::span<const Site> sites) {
-  std::vector<double> values;
-  values.reserve(sites.size());
-  for (const Site& site : sites) values.push_back(DecimalOf(site.z));
-  return values;
-}
-
 }  // namespace
 
 double PlaneFit::Tilt() const { return std::hypot(slope_x, slope_y); }
@@ -30,14 +23,16 @@ double PlaneFit::Direction() const {
   return degrees < 0 ? degrees + 360 : degrees;
 }
 
-PlaneFit FitPlane(std::span<const Site> sites) {
-  DesignMatrix design(sites.size(), PlaneFit::kTerms);
-  for (std::size_t i = 0; i < sites.size(); ++i) {
+PlaneFit FitPlane(std::span<const Site> sites) { return FitPlane(sites, DecimalsOf(sites)); }
+
+PlaneFit FitPlane(std::span<const Site> places, std::span<const double> values) {
+  DesignMatrix design(places.size(), PlaneFit::kTerms);
+  for (std::size_t i = 0; i < places.size(); ++i) {
     design.At(i, 0) = 1;
-    design.At(i, 1) = sites[i].x;
-    design.At(i, 2) = sites[i].y;
+    design.At(i, 1) = places[i].x;
+    design.At(i, 2) = places[i].y;
   }
-  const LeastSquares fit = Solve(std::move(design), ValuesOf(sites));
+  const LeastSquares fit = Solve(std::move(design), values);
   return {fit.coefficients[0], fit.coefficients[1], fit.coefficients[2], fit.rank};
 }
 
@@ -52,7 +47,7 @@ ZernikeFit FitZernike(std::span<const Site> sites, int order, double radius) {
       design.At(i, term) = Zernike(index, sites[i].x / result.radius, sites[i].y / result.radius);
     }
   }
-  LeastSquares fit = Solve(std::move(design), ValuesOf(sites));
+  LeastSquares fit = Solve(std::move(design), DecimalsOf(sites));
   result.coefficients = std::move(fit.coefficients);
   result.rank = fit.rank;
   return result;

@@ -34,6 +34,8 @@ struct DISCOPLAN_EXPORT PlaneFit {
   double Direction() const;
 };
 DISCOPLAN_EXPORT PlaneFit FitPlane(std::span<const Site> sites);
+/// The same of other values at those places, as many as there are sites.
+DISCOPLAN_EXPORT PlaneFit FitPlane(std::span<const Site> places, std::span<const double> values);
 
 /// The coefficients of `Zernike` by number, over a circle of that radius in mm.
 struct DISCOPLAN_EXPORT ZernikeFit {

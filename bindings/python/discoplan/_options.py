@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """Keywords of Python as the fields of the C interface."""
 
+from functools import lru_cache
 from typing import Any, List, Optional, Sequence, Tuple, Union
 
 from . import _core
@@ -27,14 +28,19 @@ def choice(names: Sequence[str], given: str, what: str) -> int:
     raise ValueError(f"{what}: {given!r} is none of {', '.join(names)}")
 
 
+@lru_cache(maxsize=None)
+def _every_figure() -> List[str]:
+    return [row[0] for row in _core.figures()]
+
+
 def figure_keys(wanted: Union[str, Sequence[str], None]) -> List[str]:
     """The keys of the figures asked for, in the library's order; None asks for all.
 
     Raises `ValueError` for a key that is none, and for no keys.
     """
-    known = [row[0] for row in _core.figures()]
+    known = _every_figure()
     if wanted is None:
-        return known
+        return list(known)
     keys = [wanted] if isinstance(wanted, str) else list(wanted)
     for key in keys or [""]:
         choice(known, key, "figures")
@@ -46,7 +52,7 @@ def figure_mask(wanted: Union[str, Sequence[str], None]) -> int:
     if wanted is None:
         return 0
     keys = figure_keys(wanted)
-    return sum(1 << i for i, row in enumerate(_core.figures()) if row[0] in keys)
+    return sum(1 << i for i, key in enumerate(_every_figure()) if key in keys)
 
 
 def _pair(given: Any, what: str) -> Tuple[float, float]:

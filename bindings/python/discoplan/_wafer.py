@@ -151,9 +151,9 @@ class Wafer:
         that is none.
         """
         if figures is not None:
-            found = _core.statistics(self._handle, figure_mask(figures))
-            given = zip(_core.figures(), found)
-            return {row[0]: value for row, value in given if row[0] in figure_keys(figures)}
+            wanted = figure_mask(figures)
+            found = zip(figure_keys(None), _core.statistics(self._handle, wanted))
+            return {key: value for i, (key, value) in enumerate(found) if wanted >> i & 1}
         from ._figures import Statistics
 
         return Statistics(*_core.statistics(self._handle, 0))
