@@ -151,7 +151,7 @@ def compare(spark: Any, folder: Path, sites: int, part: int, runs: int) -> Dict[
     theirs = costs({"": lambda: run(few.mapInArrow(by_matplotlib, DRAWN))}, runs, processor_time)
     found["matplotlib"] = theirs[""] / size["peers"]
 
-    one, two = made["fewer"].coalesce(1).localCheckpoint(), made["fewer"].repartition(2).localCheckpoint()
+    one, two = maps.coalesce(1).localCheckpoint(), maps.repartition(2).localCheckpoint()
     turns = costs({"one": lambda: run(ds.plots(one, **MAP)), "two": lambda: run(ds.plots(two, **MAP))}, runs, time.perf_counter)
     first = pq.read_table(folder / f"maps{sites}" / "0.parquet").slice(0, 32)
     png = dp.arrow.plots(first, **MAP)["png"]
