@@ -2,6 +2,7 @@
 """Batches of wafers."""
 
 import numpy as np
+import polars as pl
 import pyarrow as pa
 import pytest
 
@@ -59,6 +60,29 @@ def test_vectors_and_wide_lists_will_do() -> None:
     assert dp.arrow.figures(wide, diameter=300) == dp.arrow.figures(wafers, diameter=300)
     svg = dp.arrow.plots(wafers.slice(0, 1), "histo", format="svg", wafer={"diameter": 300}).column("svg")
     assert svg[0].as_py().lstrip().startswith("<")
+
+
+class Capsules:
+    """A record batch or a table of a library that isn't pyarrow."""
+
+    def __init__(self, whole) -> None:
+        if isinstance(whole, pa.Table):
+            self.__arrow_c_stream__ = whole.__arrow_c_stream__
+        else:
+            self.__arrow_c_array__ = whole.__arrow_c_array__
+
+
+def test_whatever_gives_arrow_will_do() -> None:
+    wafers = batch()
+    table = pa.Table.from_batches([wafers])
+    found, kept = dp.arrow.figures(wafers, diameter=300), dp.arrow.differences(wafers, wafers, by="wafer")
+    assert dp.arrow.figures(Capsules(wafers), diameter=300) == found
+    assert dp.arrow.figures(Capsules(table), diameter=300) == pa.Table.from_batches([found])
+    frame = pl.from_arrow(table)
+    assert dp.arrow.figures(frame, diameter=300)["statistics"].to_pylist() == found["statistics"].to_pylist()
+    assert dp.arrow.differences(Capsules(table), frame, by="wafer")["value"].to_pylist() == kept["value"].to_pylist()
+    with pytest.raises(TypeError, match="a record batch or a table of Arrow is due, or what gives one, not 'lot'"):
+        dp.arrow.plots("lot")
 
 
 def test_bad_batches_are_refused() -> None:

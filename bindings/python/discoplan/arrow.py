@@ -8,8 +8,9 @@ drawn has its status and message in its row and never fails a batch; a batch may
     >>> table = discoplan.arrow.wafers(sites, by=["lot", "wafer"], x="X", y="Y", value="THK")
     >>> maps = discoplan.arrow.plots(table, size=(400, 300))
 
-A table may stand wherever a record batch does, and gives a table. Lists of 32- and 64-bit floats
-without missing items are read where they are; other numbers are converted first.
+A table may stand wherever a record batch does, and gives a table; so may what gives either by the
+Arrow PyCapsule interface, as frames of polars and results of DuckDB do. Lists of 32- and 64-bit
+floats without missing items are read where they are; other numbers are converted first.
 
 Several parameters that were measured at the same sites are as many columns: `value` then takes
 their names, and each wafer has as many rows, one after the other, which a column `parameter` tells
@@ -30,6 +31,16 @@ __all__ = ["FORMATS", "differences", "figures", "plots", "wafers"]
 Batch = Union["pa.RecordBatch", "pa.Table"]
 
 FORMATS = ("png", "svg", "pdf")
+
+
+def _batch_of(given: Any) -> Batch:
+    if isinstance(given, (pa.RecordBatch, pa.Table)):
+        return given
+    if hasattr(given, "__arrow_c_stream__"):
+        return pa.table(given)
+    if hasattr(given, "__arrow_c_array__"):
+        return pa.record_batch(given)
+    raise TypeError(f"a record batch or a table of Arrow is due, or what gives one, not {given!r}")
 
 
 def _each(batch: Any, value: Names, work: Callable[[Any, str], Any]) -> Any:
@@ -53,7 +64,7 @@ def _answer(batch: Any, taken: Sequence[str], value: Names, one: str, added: Dic
 
 
 def _run(
-    batch: Any,
+    given: Any,
     sites: Sequence[Any],
     name: Optional[str],
     figures: _batch.Figures,
@@ -61,7 +72,7 @@ def _run(
     plot: Optional[Dict[str, Any]],
     file: Optional[str],
 ) -> Any:
-    x, y, value = sites
+    batch, (x, y, value) = _batch_of(given), sites
     taken = list(parts_of(x, y, value).values())
     number = 0 if file is None else choice(FORMATS, file, "format")
     wanted = _batch.chosen(figures)
@@ -82,7 +93,7 @@ def _run(
 
 
 def figures(
-    batch: Batch,
+    batch: Any,
     *,
     x: str = "x",
     y: str = "y",
@@ -107,7 +118,7 @@ def figures(
 
 
 def plots(
-    batch: Batch,
+    batch: Any,
     kind: str = "2D",
     *,
     x: str = "x",
@@ -175,7 +186,7 @@ def _partner(lists: Sequence[Any], i: int, is_beside: bool, fields: Dict[str, An
 
 
 def differences(
-    batch: Batch,
+    batch: Any,
     to: Any,
     *,
     by: Optional[Names] = None,
@@ -197,7 +208,7 @@ def differences(
     A site takes its partner within 0.1 mm, and an interpolated value where there is none. The other
     keywords are those of `figures`.
     """
-    taken = list(parts_of(x, y, value).values())
+    batch, taken = _batch_of(batch), list(parts_of(x, y, value).values())
     if is_table(to):
         other, lists = pa.table(to), {one: f"to_{one}" for one in taken}
         shared = [one for one in batch.schema.names if one in other.schema.names and one not in taken]
