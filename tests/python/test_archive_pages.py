@@ -7,29 +7,19 @@ import math
 import pathlib
 import re
 
+import notebooks
 import pytest
 
 SOURCE = pathlib.Path(__file__).parents[2]
 PAGE = SOURCE / "docs" / "fab_archive_costs.md"
 
 
-def texts(notebook) -> list:
-    outputs = [output for cell in notebook.cells for output in cell.get("outputs", [])]
-    return [output["data"]["text/plain"] for output in outputs if "data" in output]
-
-
 def test_notebook() -> None:
     """It finds the wafers that went wrong, which it asserts, and says what it said when it was kept."""
-    import nbclient
-    import nbformat
-
-    notebook = nbformat.read(SOURCE / "docs" / "fab_archive.ipynb", as_version=4)
-    kept = texts(notebook)
-    nbclient.NotebookClient(
-        notebook, timeout=300, kernel_name="python3", resources={"metadata": {"path": str(SOURCE / "docs")}}
-    ).execute()
-    assert texts(notebook) == kept and len(kept) == 5
-    assert any("image/png" in output.get("data", {}) for cell in notebook.cells for output in cell.get("outputs", []))
+    kept = notebooks.texts(notebooks.read("fab_archive.ipynb"))
+    notebook = notebooks.run("fab_archive.ipynb")
+    assert notebooks.texts(notebook) == kept and len(kept) == 5
+    assert notebooks.pictures(notebook) == 1
 
 
 @pytest.fixture(scope="module")

@@ -7,6 +7,8 @@ import pathlib
 import subprocess
 import sys
 
+import notebooks
+
 import discoplan
 
 SOURCE = pathlib.Path(__file__).parents[2]
@@ -27,15 +29,7 @@ def test_docstrings(tmp_path: pathlib.Path, monkeypatch) -> None:
 
 def test_notebook() -> None:
     """Runs without an error; its own assertions hold, and its pictures are there."""
-    import nbclient
-    import nbformat
-
-    notebook = nbformat.read(SOURCE / "docs" / "wafers.ipynb", as_version=4)
-    nbclient.NotebookClient(
-        notebook, timeout=120, kernel_name="python3", resources={"metadata": {"path": str(SOURCE / "docs")}}
-    ).execute()
-    shown = [output for cell in notebook.cells for output in cell.get("outputs", [])]
-    assert sum("image/png" in output.get("data", {}) for output in shown) == 5
+    assert notebooks.pictures(notebooks.run("wafers.ipynb")) == 5
 
 
 def test_pictures_of_the_page() -> None:
