@@ -1,7 +1,7 @@
 # A thin front over the CMake presets. `make help` lists what there is.
 .DEFAULT_GOAL := help
 .PHONY: help demo test test-engines bench bench-engine bench-figures bench-python asan-python soak-python \
-  fuzz portability activex docs pictures wheel lint format packages elsewhere windows
+  fuzz portability activex activex-python docs pictures wheel lint format packages elsewhere windows
 
 SOURCES = git ls-files '*.h' '*.cpp'
 LINTED = $(if $(FILES),echo $(FILES),git ls-files 'discoplan/*.cpp' 'hosts/*.cpp' 'apps/*.cpp')
@@ -92,6 +92,12 @@ activex: elsewhere ## Test the ActiveX server in Wine, and build that of 32 bits
 	@[ -n "$(SHORT)" ] || { cmake --preset windows-x86 --log-level=WARNING > /dev/null && \
 	  cmake --build --preset windows-x86 --target discoplan-activex-package -- --quiet && \
 	  tests/activex/exports build/windows-x86/hosts/activex/discoplan.ocx; }
+
+activex-python: packages ## Use the ActiveX server from Windows' own Python in Wine, once it is fetched
+	@scripts/install-packages clients
+	@cmake --preset release --log-level=WARNING > /dev/null
+	@cmake --build --preset release --target discoplan-program -- --quiet
+	@tests/activex/python build/release/apps/discoplan/discoplan $(CURDIR) || [ $$? = 77 ]
 
 fuzz: packages ## Feed each reader with damaged files for five minutes, by clang
 	@cmake -S . -B build/fuzz -G Ninja -D CMAKE_CXX_COMPILER=clang++-14 -D DISCOPLAN_FUZZ=ON \

@@ -178,6 +178,8 @@ Variant FromCaller(const VARIANT& value, Type type, LCID locale, const Objects& 
     case VT_EMPTY:
       return {};
     case VT_NULL:
+      if (type == Type::Object) return {};  // how some languages say that there is none
+      [[fallthrough]];
     case VT_ERROR:
       RaiseMismatch("there is no value");
     case VT_DISPATCH:
