@@ -7,7 +7,7 @@
 namespace discoplan::activex {
 
 /// What the library makes of a control by itself, with the fonts of here.
-class Alone final : public Platform {
+class Alone : public Platform {
  public:
   const Screen& screen() const override { return screen_; }
   const TextPainter& text() const override { return text_; }

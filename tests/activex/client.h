@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -102,6 +103,7 @@ struct Outcome {
   HRESULT result = S_OK;
   int error = 0;
   double number = 0;
+  std::optional<std::string> text = {};  // where it is one
 };
 
 inline Outcome Invoke(IDispatch& object, const wchar_t* name, WORD kind,
@@ -120,6 +122,7 @@ inline Outcome Invoke(IDispatch& object, const wchar_t* name, WORD kind,
   SysFreeString(raised.bstrSource);
   SysFreeString(raised.bstrDescription);
   SysFreeString(raised.bstrHelpFile);
+  if (result.vt == VT_BSTR) outcome.text = Utf8({result.bstrVal, SysStringLen(result.bstrVal)});
   if (SUCCEEDED(outcome.result) && SUCCEEDED(VariantChangeType(&result, &result, 0, VT_R8))) {
     outcome.number = result.dblVal;
   }
