@@ -3,14 +3,14 @@
 #include <png.h>
 #include <zlib.h>
 
-#include <array>
 #include <cmath>
+#include <utility>
 
 #include "bench/painted_scene.h"
 #include "discoplan/figures/colour_map.h"
 #include "discoplan/raster/picture.h"
+#include "hosts/headless/pixel_deflater.h"
 #include "hosts/headless/png_file.h"
-#include "hosts/headless/run_deflater.h"
 
 namespace discoplan::bench {
 namespace {
@@ -63,44 +63,49 @@ void EncodeMapByLibpngDefaults(benchmark::State& state) {
   state.counters["bytes"] = static_cast<double>(bytes);
 }
 
-/// The rows of a smooth map in many shades, each less the one above it.
-std::vector<std::uint8_t> FilteredRows() {
+constexpr std::uint8_t kUp = 2;  // the filter's number
+
+/// The rows of a smooth map in many shades, each less the one above it, the red byte lowest.
+std::vector<std::uint32_t> FilteredRows() {
   const auto side = static_cast<std::size_t>(kSide);
   const figures::ColourMap colours = *figures::FindColourMap(figures::kDefaultColours);
-  std::vector<std::uint8_t> above(3 * side);
-  std::vector<std::uint8_t> rows;
+  std::vector<figures::Rgba> above(side, figures::Rgb(0));
+  std::vector<std::uint32_t> rows;
   for (std::size_t y = 0; y < side; ++y) {
-    rows.push_back(2);
     for (std::size_t x = 0; x < side; ++x) {
       const double u = static_cast<double>(x) / kSide - 0.5;
       const double v = static_cast<double>(y) / kSide - 0.5;
       const bool is_map = u * u + v * v < 0.2;
       const double part = 0.5 + 0.3 * std::sin(7 * u) * std::cos(5 * v) + u * v;
       const figures::Rgba shade = is_map ? colours.At(part) : figures::Rgb(0xFFFFFF);
-      const std::array<std::uint8_t, 3> bytes = {shade.red, shade.green, shade.blue};
-      for (std::size_t k = 0; k < 3; ++k) {
-        std::uint8_t& over = above[3 * x + k];
-        rows.push_back(static_cast<std::uint8_t>(bytes[k] - over));
-        over = bytes[k];
-      }
+      const figures::Rgba over = std::exchange(above[x], shade);
+      const auto less = [](int a, int b) { return static_cast<std::uint32_t>((a - b) & 0xFF); };
+      rows.push_back(less(shade.red, over.red) | less(shade.green, over.green) << 8 |
+                     less(shade.blue, over.blue) << 16);
     }
   }
   return rows;
 }
 
 void DeflateRows(benchmark::State& state) {
-  const std::vector<std::uint8_t> rows = FilteredRows();
+  const std::vector<std::uint32_t> rows = FilteredRows();
   std::size_t bytes = 0;
   for (auto _ : state) {
-    RunDeflater deflater;
-    deflater.Add(rows);
+    PixelDeflater deflater(3);
+    for (std::size_t start = 0; start < rows.size(); start += kSide) {
+      deflater.Add(kUp, std::span(rows).subspan(start, kSide));
+    }
     bytes = deflater.Take().size();
   }
   state.counters["bytes"] = static_cast<double>(bytes);
 }
 
 void DeflateRowsByZlib(benchmark::State& state) {
-  const std::vector<std::uint8_t> rows = FilteredRows();
+  std::vector<std::uint8_t> rows;
+  for (const std::uint32_t pixel : FilteredRows()) {
+    if (rows.size() % (3 * kSide + 1) == 0) rows.push_back(kUp);
+    for (const int shift : {0, 8, 16}) rows.push_back(static_cast<std::uint8_t>(pixel >> shift));
+  }
   std::vector<std::uint8_t> out(compressBound(static_cast<uLong>(rows.size())));
   std::size_t bytes = 0;
   for (auto _ : state) {

@@ -15,8 +15,7 @@
 #include <utility>
 
 #include "discoplan/base/file_name.h"
-#include "hosts/headless/little_endian.h"
-#include "hosts/headless/run_deflater.h"
+#include "hosts/headless/pixel_deflater.h"
 
 namespace discoplan {
 namespace {
@@ -151,31 +150,18 @@ void PackRow(std::span<const png_byte> indices, int bit_depth, png_byte* row) {
   if (free_bits < 8) *row = static_cast<png_byte>(bits);
 }
 
-/// Each byte less the one above it, behind the number of that filter. A map's rows repeat or nearly
-/// repeat the row above, so that the differences are runs of zeros. `row` has room for a byte more.
-void FillRow(std::span<const Pixel> pixels, std::span<const Pixel> above, bool has_alpha,
-             png_byte* row) {
-  constexpr png_byte kUp = 2;
-  *row++ = kUp;
+/// Each byte less the one above it, the red one lowest. A map's rows repeat or nearly repeat the
+/// row above, so that most differences are zeros.
+void Subtract(std::span<const Pixel> pixels, std::span<const Pixel> above, Pixel used,
+              std::span<Pixel> differences) {
   constexpr Pixel kHigh = 0x80808080;  // bits, which take no carry from byte to byte
-  const std::size_t bytes = has_alpha ? 4 : 3;
-  constexpr std::size_t kBlock = 64;
-  std::array<Pixel, kBlock> less;
-  for (std::size_t start = 0; start < pixels.size(); start += kBlock) {
-    const std::size_t count = std::min(kBlock, pixels.size() - start);
-    const Pixel* const own = pixels.data() + start;
-    const Pixel* const over = above.data() + start;
-    if (std::memcmp(own, over, count * sizeof(Pixel)) == 0) {
-      std::memset(row, 0, count * bytes);
-      row += count * bytes;
-      continue;
-    }
-    for (std::size_t i = 0; i < count; ++i) {
-      const Pixel d = ((own[i] | kHigh) - (over[i] & ~kHigh)) ^ ((own[i] ^ ~over[i]) & kHigh);
-      less[i] = (d >> 16 & 0xFF) | (d & 0xFF00FF00) | (d & 0xFF) << 16;
-    }
-    // Of three bytes and a fourth one that the next colour covers.
-    for (std::size_t i = 0; i < count; ++i, row += bytes) StoreLittleEndian(less[i], row);
+  const Pixel* own = pixels.data();
+  const Pixel* over = above.data();
+  Pixel* to = differences.data();
+  for (std::size_t i = 0; i < pixels.size(); ++i) {
+    const Pixel d =
+        (((own[i] | kHigh) - (over[i] & ~kHigh)) ^ ((own[i] ^ ~over[i]) & kHigh)) & used;
+    to[i] = (d >> 16 & 0xFF) | (d & 0xFF00FF00) | (d & 0xFF) << 16;
   }
 }
 
@@ -184,25 +170,24 @@ class ColourDeflater {
  public:
   /// The stream stands behind what is in `before`.
   ColourDeflater(const PngStrips& picture, std::vector<std::uint8_t> before)
-      : has_alpha_(picture.has_alpha),
-        bytes_(1 + (has_alpha_ ? 4 : 3) * static_cast<std::size_t>(picture.width)),
-        row_(bytes_ + 1),
+      : used_(picture.has_alpha ? 0xFFFFFFFF : 0x00FFFFFF),
+        differences_(static_cast<std::size_t>(picture.width)),
         above_(static_cast<std::size_t>(picture.width)),
-        deflater_(std::move(before)) {}
+        deflater_(picture.has_alpha ? 4 : 3, std::move(before)) {}
 
   void Add(std::span<const Pixel> pixels) {
-    FillRow(pixels, above_, has_alpha_, row_.data());
-    deflater_.Add(std::span(row_).first(bytes_));
+    constexpr png_byte kUp = 2;  // the filter's number
+    Subtract(pixels, above_, used_, differences_);
+    deflater_.Add(kUp, differences_);
     above_.assign(pixels.begin(), pixels.end());
   }
   std::vector<std::uint8_t> Take() { return deflater_.Take(); }
 
  private:
-  bool has_alpha_;
-  std::size_t bytes_;
-  std::vector<png_byte> row_;
+  Pixel used_;  // bits
+  std::vector<Pixel> differences_;
   std::vector<Pixel> above_;
-  RunDeflater deflater_;
+  PixelDeflater deflater_;
 };
 
 void AppendNumber(std::size_t number, std::vector<std::uint8_t>& bytes) {

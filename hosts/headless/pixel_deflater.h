@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Compresses rows of pixels that mostly equal the one before, such as the differences of a
+/// picture's rows, into a zlib stream: each pixel that comes with the times that it is repeated,
+/// with Huffman codes for each block, and no search for anything else.
+///
+/// Source: P. Deutsch, RFC 1950 and 1951 (1996).
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "hosts/headless/export.h"
+
+namespace discoplan {
+
+class DISCOPLAN_HEADLESS_EXPORT PixelDeflater {
+ public:
+  /// Of 3 or 4 bytes a pixel. The stream stands behind what is in `before`.
+  explicit PixelDeflater(unsigned bytes_per_pixel, std::vector<std::uint8_t> before = {});
+
+  /// A byte, then pixels, the lowest byte of each first; what is above their bytes is 0.
+  void Add(std::uint8_t byte, std::span<const std::uint32_t> pixels);
+  /// Ends the stream and gives all; nothing can be added afterwards.
+  std::vector<std::uint8_t> Take();
+
+ private:
+  /// A pixel and how often it comes; 0 times is a single byte.
+  struct Repeat {
+    std::uint32_t pixel;
+    std::uint32_t times;
+  };
+
+  template <unsigned kBytes>
+  void AddPixels(std::span<const std::uint32_t> pixels);
+  template <unsigned kBytes>
+  void WriteBlock(bool last);
+  void EndBlock(bool last);
+
+  unsigned bytes_per_pixel_;
+  std::vector<std::uint8_t> out_;
+  std::vector<Repeat> repeats_;
+  std::size_t count_ = 0;   // of them
+  std::uint64_t bits_ = 0;  // that wait to be a byte
+  unsigned bit_count_ = 0;
+  // Adler's, of what was added.
+  std::uint64_t sum_ = 1;
+  std::uint64_t sum_of_sums_ = 0;
+};
+
+}  // namespace discoplan
