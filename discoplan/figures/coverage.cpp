@@ -52,17 +52,28 @@ Coverage::Coverage(const WaferPlot& plot) {
   }
 }
 
-double Coverage::DistanceAt(Point place) const {
+Coverage::Spot Coverage::SpotOf(Point place) const {
   const double across = (place.x - lattice_.x0) / lattice_.step;
   const double down = (lattice_.y0 - place.y) / lattice_.step;
   const int i = std::clamp(static_cast<int>(across), 0, kAcross - 2);
   const int j = std::clamp(static_cast<int>(down), 0, kAcross - 2);
-  const double right = across - i;
-  const double below = down - j;
   const float* upper = distances_.data() + static_cast<std::size_t>(j * kAcross + i);
-  const float* lower = upper + kAcross;
+  return {upper, upper + kAcross, across - i, down - j};
+}
+
+double Coverage::DistanceAt(Point place) const {
+  const auto [upper, lower, right, below] = SpotOf(place);
   return (1 - below) * ((1 - right) * upper[0] + right * upper[1]) +
          below * ((1 - right) * lower[0] + right * lower[1]);
+}
+
+Coverage::Stretch Coverage::StretchAt(Point place) const {
+  const auto [upper, lower, right, below] = SpotOf(place);
+  // Beyond the lattice nothing is known of the rest of the square.
+  const bool inside = right >= 0 && right <= 1 && below >= 0 && below <= 1;
+  if (!inside) return {place.x, DistanceAt(place)};
+  return {place.x + (1 - right) * lattice_.step,
+          std::max({upper[0], upper[1], lower[0], lower[1]})};
 }
 
 std::string Coverage::Note(const char* look) const {

@@ -20,11 +20,26 @@ class Coverage {
   bool HasFar() const { return has_far_; }
   /// About, in mm; the place is in mm too.
   double DistanceAt(Point place) const;
+  /// Places from there to the right of which none is farther from the sites than that.
+  struct Stretch {
+    double right;
+    double farthest;
+  };
+  Stretch StretchAt(Point place) const;
   bool IsFar(Point place) const { return has_far_ && DistanceAt(place) > far_; }
   /// "hatched: more than 12 mm from every site"; empty where there is no such part.
   std::string Note(const char* look) const;
 
  private:
+  /// Where a place lies in the lattice: in the square of four points, and how far in.
+  struct Spot {
+    const float* upper;
+    const float* lower;
+    double right;
+    double below;
+  };
+  Spot SpotOf(Point place) const;
+
   double far_;
   Lattice lattice_;
   std::vector<float> distances_;

@@ -72,22 +72,28 @@ class ValueImage final : public ImageSource {
     const auto width = static_cast<std::size_t>(lattice.columns);
     const auto count = static_cast<double>(shades_.size());
     const auto place = [&](std::size_t at) { return (values[at] - low_) / (high_ - low_) * count; };
+    // No slope is more than what it is along both sides.
+    const auto rise = [&](std::size_t from, std::size_t to) {
+      return std::abs(static_cast<double>(values[to]) - values[from]);
+    };
+    const double half_steepest = count / (high_ - low_) / 4 * (1 + 1e-9);
+    const bool has_rows = row > 0 && row + 1 < lattice.rows;
     const std::size_t start = static_cast<std::size_t>(row) * width;
     for (int i = first; i <= last; ++i) {
       const std::size_t at = start + static_cast<std::size_t>(i);
       const double here = place(at);
-      const std::size_t band =
-          static_cast<std::size_t>(std::clamp(std::floor(here), 0.0, count - 1));
-      pixels[at] = shades_[band];
-      const double edge = std::round(here);
-      if (!(edge > 0 && edge < count) || std::abs(here - edge) > 0.5) continue;
-      const double dx = i > first && i < last ? (place(at + 1) - place(at - 1)) / 2 : 0;
-      const double dy =
-          row > 0 && row + 1 < lattice.rows ? (place(at + width) - place(at - width)) / 2 : 0;
-      const double slope = std::hypot(dx, dy);
-      const double above = slope > 0 ? (here - edge) / slope + 0.5 : here >= edge;
+      pixels[at] = shades_[static_cast<std::size_t>(std::clamp(here, 0.0, count - 1))];
+      const auto upper = static_cast<std::size_t>(std::clamp(here + 0.5, 0.0, count));
+      if (upper == 0 || upper == shades_.size()) continue;
+      const auto edge = static_cast<double>(upper);
+      const bool has_columns = i > first && i < last;
+      const double rises =
+          (has_columns ? rise(at - 1, at + 1) : 0) + (has_rows ? rise(at - width, at + width) : 0);
+      if (std::abs(here - edge) >= half_steepest * rises) continue;
+      const double dx = has_columns ? (place(at + 1) - place(at - 1)) / 2 : 0;
+      const double dy = has_rows ? (place(at + width) - place(at - width)) / 2 : 0;
+      const double above = (here - edge) / std::hypot(dx, dy) + 0.5;
       if (above <= 0 || above >= 1) continue;
-      const auto upper = static_cast<std::size_t>(edge);
       pixels[at] = Mix(shades_[upper - 1], shades_[upper], above);
     }
   }
@@ -96,6 +102,12 @@ class ValueImage final : public ImageSource {
              std::span<Rgba> pixels) const {
     const double pixel_mm = lattice.step;
     for (int i = first; i <= last; ++i) {
+      const Coverage::Stretch near = coverage_->StretchAt({lattice.X(i), lattice.Y(row)});
+      if (near.farthest < coverage_->Far() - pixel_mm / 2) {
+        const double next = (near.right - lattice.x0) / pixel_mm;
+        i = std::max(i, static_cast<int>(std::min<double>(next, last)));
+        continue;
+      }
       const double distance = coverage_->DistanceAt({lattice.X(i), lattice.Y(row)});
       const double part = std::clamp((distance - coverage_->Far()) / pixel_mm + 0.5, 0.0, 1.0);
       if (part <= 0) continue;
