@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <utility>
 
 #include "hosts/headless/little_endian.h"
@@ -11,14 +10,14 @@
 namespace discoplan {
 namespace {
 
-constexpr std::size_t kBlock = 1 << 13;  // repeats
+constexpr std::size_t kBlock = 1 << 14;  // repeats
 constexpr std::size_t kLeastRun = 3;
 constexpr std::size_t kMostRun = 258;
 /// Bytes as they are, then the end of a block, then runs of what came before.
 constexpr std::size_t kSymbols = 286;
 constexpr std::size_t kEnd = 256;
-/// Four of them and the bits that wait have room in 64.
-constexpr unsigned kLongestCode = 14;
+/// The code of each byte of a pixel, that of a run, and the bits that wait have room in 64.
+constexpr unsigned LongestCode(unsigned bytes_per_pixel) { return bytes_per_pixel == 3 ? 12 : 10; }
 constexpr std::uint64_t kCheckBase = 65521;
 
 /// How a run of a length is written.
@@ -42,11 +41,13 @@ constexpr std::array<RunCode, kMostRun + 1> MakeRunCodes() {
 }
 constexpr std::array<RunCode, kMostRun + 1> kRunCodes = MakeRunCodes();
 
+constexpr unsigned kMostBits = 15;  // that a code may have
+
 using Counts = std::array<std::uint32_t, kSymbols>;
 using Lengths = std::array<std::uint8_t, kSymbols>;
 
-/// Lengths of the shortest codes for such counts; 0 for what never comes. Something comes.
-Lengths LengthsFor(Counts counts) {
+/// Lengths of short codes for such counts; 0 for what never comes. Something comes.
+Lengths LengthsFor(const Counts& counts, unsigned longest) {
   struct Node {
     std::uint32_t count;
     std::uint16_t parent;
@@ -54,53 +55,63 @@ Lengths LengthsFor(Counts counts) {
   };
   std::array<Node, 2 * kSymbols> nodes;
   std::array<std::uint64_t, kSymbols> ranked;  // counts, and the symbols below them
-  while (true) {
-    std::size_t leaves = 0;
-    for (std::size_t i = 0; i < kSymbols; ++i) {
-      if (counts[i] > 0) ranked[leaves++] = std::uint64_t{counts[i]} << 16 | i;
-    }
-    std::sort(ranked.data(), ranked.data() + leaves);
-    for (std::size_t i = 0; i < leaves; ++i) {
-      nodes[i].count = static_cast<std::uint32_t>(ranked[i] >> 16);
-    }
-    // The two rarest are joined, again and again: joints come in the order of their counts.
-    std::size_t leaf = 0;
-    std::size_t joint = leaves;
-    std::size_t end = leaves;
-    const auto take_rarest = [&] {
-      const bool takes_leaf =
-          leaf < leaves && (joint >= end || nodes[leaf].count <= nodes[joint].count);
-      Node& rarest = nodes[takes_leaf ? leaf++ : joint++];
-      rarest.parent = static_cast<std::uint16_t>(end);
-      return rarest.count;
-    };
-    for (; end + 1 < 2 * leaves; ++end) {
-      const std::uint32_t rarest = take_rarest();
-      nodes[end].count = rarest + take_rarest();
-    }
-    nodes[end - 1].depth = 0;
-    for (std::size_t i = end - 1; i-- > 0;) {
-      nodes[i].depth = static_cast<std::uint16_t>(nodes[nodes[i].parent].depth + 1);
-    }
-    Lengths lengths = {};
-    unsigned longest = 0;
-    for (std::size_t i = 0; i < leaves; ++i) {
-      const unsigned length = std::max<unsigned>(nodes[i].depth, 1);
-      lengths[ranked[i] & 0xFFFF] = static_cast<std::uint8_t>(length);
-      longest = std::max(longest, length);
-    }
-    if (longest <= kLongestCode) return lengths;
-    // Nearer to each other they get shorter codes.
-    for (std::uint32_t& count : counts) count = count > 0 ? count / 2 + 1 : 0;
+  std::size_t leaves = 0;
+  for (std::size_t i = 0; i < kSymbols; ++i) {
+    if (counts[i] > 0) ranked[leaves++] = std::uint64_t{counts[i]} << 16 | i;
   }
+  std::sort(ranked.data(), ranked.data() + leaves);
+  for (std::size_t i = 0; i < leaves; ++i) {
+    nodes[i].count = static_cast<std::uint32_t>(ranked[i] >> 16);
+  }
+  // The two rarest are joined, again and again: joints come in the order of their counts.
+  std::size_t leaf = 0;
+  std::size_t joint = leaves;
+  std::size_t end = leaves;
+  const auto take_rarest = [&] {
+    const bool takes_leaf =
+        leaf < leaves && (joint >= end || nodes[leaf].count <= nodes[joint].count);
+    Node& rarest = nodes[takes_leaf ? leaf++ : joint++];
+    rarest.parent = static_cast<std::uint16_t>(end);
+    return rarest.count;
+  };
+  for (; end + 1 < 2 * leaves; ++end) {
+    const std::uint32_t rarest = take_rarest();
+    nodes[end].count = rarest + take_rarest();
+  }
+  nodes[end - 1].depth = leaves > 1 ? 0 : 1;
+  for (std::size_t i = end - 1; i-- > 0;) {
+    nodes[i].depth = static_cast<std::uint16_t>(nodes[nodes[i].parent].depth + 1);
+  }
+  std::array<std::size_t, kMostBits + 1> of_length = {};
+  for (std::size_t i = 0; i < leaves; ++i) ++of_length[std::min<unsigned>(nodes[i].depth, longest)];
+  // Where some were cut to the longest, there are more than have room: each time one of the longest
+  // goes beside one that is shorter.
+  std::size_t room = 0;
+  for (unsigned i = 1; i <= longest; ++i) room += of_length[i] << (longest - i);
+  for (; room > std::size_t{1} << longest; --room) {
+    unsigned shorter = longest - 1;
+    while (of_length[shorter] == 0) --shorter;
+    --of_length[longest];
+    --of_length[shorter];
+    of_length[shorter + 1] += 2;
+  }
+  Lengths lengths = {};
+  unsigned length = longest;
+  for (std::size_t i = 0; i < leaves; ++i) {
+    for (; of_length[length] == 0; --length) {
+    }
+    --of_length[length];
+    lengths[ranked[i] & 0xFFFF] = static_cast<std::uint8_t>(length);
+  }
+  return lengths;
 }
 
 /// The codes of such lengths, their first bit lowest.
 std::array<std::uint16_t, kSymbols> CodesFor(const Lengths& lengths) {
-  std::array<unsigned, kLongestCode + 1> of_length = {};
+  std::array<unsigned, kMostBits + 1> of_length = {};
   for (const std::uint8_t length : lengths) ++of_length[length];
   of_length[0] = 0;
-  std::array<unsigned, kLongestCode + 1> next = {};
+  std::array<unsigned, kMostBits + 1> next = {};
   for (std::size_t i = 1; i < next.size(); ++i) next[i] = (next[i - 1] + of_length[i - 1]) << 1;
   std::array<std::uint16_t, kSymbols> codes = {};
   for (std::size_t i = 0; i < kSymbols; ++i) {
@@ -113,109 +124,127 @@ std::array<std::uint16_t, kSymbols> CodesFor(const Lengths& lengths) {
 }
 
 struct SomeBits {
-  std::uint32_t bits = 0;
-  std::uint32_t count = 0;
+  std::uint64_t bits = 0;
+  unsigned count = 0;
+
+  void Append(const SomeBits& more) {
+    bits |= more.bits << count;
+    count += more.count;
+  }
 };
 
 /// Bits on their way into bytes.
 struct Pen {
   std::uint8_t* next;
-  std::uint64_t bits;
-  unsigned count;
+  SomeBits waiting;
 
-  void Add(SomeBits more) {
-    bits |= static_cast<std::uint64_t>(more.bits) << count;
-    count += more.count;
-  }
   /// Whole bytes go and less than one stays, with no branch to foretell.
-  void Flush() {
-    StoreLittleEndian(bits, next);
-    next += count / 8;
-    bits >>= count & ~7U;
-    count %= 8;
-  }
-  void Put(std::uint32_t more, std::uint32_t more_count) {
-    Add({more, more_count});
-    Flush();
+  void Put(const SomeBits& more) {
+    waiting.Append(more);
+    StoreLittleEndian(waiting.bits, next);
+    next += waiting.count / 8;
+    waiting.bits >>= waiting.count & ~7U;
+    waiting.count %= 8;
   }
 };
 
-/// What a run repeats.
-enum Distance { kLastByte, kLastPixel };
-
-/// The symbols for a pixel and its repeats. Zeros, which are most, are a byte and a run of it;
-/// others are their bytes and a run of all of them. No more than four bytes, or one and a run, come
-/// between two pauses.
-template <unsigned kBytes, class Writer>
-void Spell(std::uint32_t pixel, std::size_t times, Writer& writer) {
-  if (times == 0) {
-    writer.Byte(static_cast<std::uint8_t>(pixel));
-    return writer.Pause();
-  }
-  const bool is_zero = pixel == 0;
-  std::size_t left = kBytes * times;
-  if (is_zero) {
-    writer.Byte(0);
-    left -= 1;
-  } else {
-    for (unsigned k = 0; k < kBytes; ++k) writer.Byte(static_cast<std::uint8_t>(pixel >> 8 * k));
-    writer.Pause();
-    left -= kBytes;
-  }
-  const std::size_t most = is_zero ? kMostRun : kMostRun / kBytes * kBytes;
-  while (left >= kLeastRun) {
-    const std::size_t run = std::min(left, most);
-    writer.Run(run, is_zero ? kLastByte : kLastPixel);
-    writer.Pause();
-    left -= run;
-  }
-  for (; left > 0; --left) writer.Byte(0);
-  writer.Pause();
-}
-
-class Counter {
+/// How the pixels of a block are written: each by its bytes and a run of the rest of its repeats.
+/// Zeros, which are most, are one byte and a run of it.
+template <unsigned kBytes>
+class Speller {
  public:
-  void Byte(std::uint8_t byte) { ++counts_[byte]; }
-  void Run(std::size_t length, Distance) { ++runs_[length]; }
-  void Pause() {}
-  Counts Take() {
-    for (std::size_t i = kLeastRun; i <= kMostRun; ++i) counts_[kRunCodes[i].symbol] += runs_[i];
-    counts_[kEnd] = 1;
-    return counts_;
+  void Count(std::uint32_t pixel, std::size_t times) {
+    if (times == 0) return void(++lone_[pixel]);
+    for (unsigned k = 0; k < kBytes; ++k) ++bytes_[k][pixel >> 8 * k & 0xFF];
+    Runs& runs = runs_[pixel == 0];
+    ++runs.first[std::min(times, kMostTimes)];
+    for (; times > kMostTimes; times -= kMostTimes) {
+      ++runs.more[std::min(times - kMostTimes, kMostTimes)];
+    }
   }
 
- private:
-  Counts counts_ = {};
-  std::array<std::uint32_t, kMostRun + 1> runs_ = {};
-};
+  /// Of all that was counted, and of the end.
+  Counts SymbolCounts() const {
+    Counts counts = {};
+    std::uint32_t zeros = 0;
+    for (const bool is_zero : {false, true}) {
+      const Runs& runs = runs_[is_zero];
+      for (std::size_t times = 1; times <= kMostTimes; ++times) {
+        const std::size_t rest = kBytes * times - (is_zero ? 1 : kBytes);
+        if (is_zero) zeros += runs.first[times];
+        if (rest >= kLeastRun) {
+          counts[kRunCodes[rest].symbol] += runs.first[times];
+        } else {
+          counts[0] += static_cast<std::uint32_t>(rest) * runs.first[times];
+        }
+        counts[kRunCodes[kBytes * times].symbol] += runs.more[times];
+      }
+    }
+    for (std::size_t i = 0; i < kEnd; ++i) {
+      counts[i] += lone_[i];
+      for (unsigned k = 0; k < kBytes; ++k) counts[i] += bytes_[k][i];
+    }
+    counts[0] -= (kBytes - 1) * zeros;
+    counts[kEnd] = 1;
+    return counts;
+  }
 
-class Coder {
- public:
-  Coder(const Lengths& lengths, Pen& pen) : pen_(pen) {
+  void TakeCodes(const Lengths& lengths) {
     const auto codes = CodesFor(lengths);
     for (std::size_t i = 0; i < kSymbols; ++i) symbols_[i] = {codes[i], lengths[i]};
-    for (std::size_t i = kLeastRun; i <= kMostRun; ++i) {
-      const RunCode& run = kRunCodes[i];
-      const SomeBits own = symbols_[run.symbol];
-      for (const Distance distance : {kLastByte, kLastPixel}) {
-        // A bit behind the extra ones.
-        const std::uint32_t rest = run.rest | static_cast<std::uint32_t>(distance) << run.extra;
-        runs_[distance][i] = {own.bits | rest << own.count, own.count + run.extra + 1};
+    const auto run_of = [this](std::size_t length, bool is_zero) {
+      if (length < kLeastRun) {
+        SomeBits bytes;
+        for (; length > 0; --length) bytes.Append(symbols_[0]);
+        return bytes;
+      }
+      const RunCode& code = kRunCodes[length];
+      SomeBits run = symbols_[code.symbol];
+      run.Append({code.rest, code.extra});
+      // Of the two distances, a byte and a pixel.
+      run.Append({is_zero ? 0u : 1u, 1});
+      return run;
+    };
+    for (const bool is_zero : {false, true}) {
+      for (std::size_t times = 1; times <= kMostTimes; ++times) {
+        SomeBits& first = first_[is_zero][times];
+        if (is_zero) first = symbols_[0];
+        first.Append(run_of(kBytes * times - (is_zero ? 1 : kBytes), is_zero));
+        more_[is_zero][times] = run_of(kBytes * times, is_zero);
       }
     }
   }
-  void Byte(std::uint8_t byte) { pen_.Add(symbols_[byte]); }
-  void Run(std::size_t length, Distance distance) { pen_.Add(runs_[distance][length]); }
-  void Pause() { pen_.Flush(); }
-  void End() {
-    pen_.Add(symbols_[kEnd]);
-    pen_.Flush();
+
+  void Write(std::uint32_t pixel, std::size_t times, Pen& pen) const {
+    if (times == 0) return pen.Put(symbols_[pixel]);
+    const bool is_zero = pixel == 0;
+    SomeBits all;
+    for (unsigned k = 0; k < kBytes; ++k) all.Append(symbols_[pixel >> 8 * k & 0xFF]);
+    all.bits = is_zero ? 0 : all.bits;
+    all.count = is_zero ? 0 : all.count;
+    all.Append(first_[is_zero][std::min(times, kMostTimes)]);
+    pen.Put(all);
+    for (; times > kMostTimes; times -= kMostTimes) {
+      pen.Put(more_[is_zero][std::min(times - kMostTimes, kMostTimes)]);
+    }
   }
+  void WriteEnd(Pen& pen) const { pen.Put(symbols_[kEnd]); }
 
  private:
-  Pen& pen_;
-  std::array<SomeBits, kSymbols> symbols_;
-  std::array<std::array<SomeBits, kMostRun + 1>, 2> runs_ = {};
+  static constexpr std::size_t kMostTimes = kMostRun / kBytes;
+  using ByTimes = std::array<std::uint32_t, kMostTimes + 1>;
+  struct Runs {
+    ByTimes first = {};  // with the pixel itself
+    ByTimes more = {};
+  };
+  using BitsByTimes = std::array<SomeBits, kMostTimes + 1>;
+
+  std::array<std::uint32_t, kEnd> lone_ = {};
+  std::array<std::array<std::uint32_t, kEnd>, kBytes> bytes_ = {};
+  std::array<Runs, 2> runs_ = {};
+  std::array<SomeBits, kSymbols> symbols_ = {};
+  std::array<BitsByTimes, 2> first_ = {};
+  std::array<BitsByTimes, 2> more_ = {};
 };
 
 /// Of a block with codes of its own: 286 symbols, two distances, and lengths of four bits each.
@@ -223,16 +252,16 @@ constexpr std::size_t kHeadBytes = 160;
 Pen PutHead(const Lengths& lengths, unsigned bytes_per_pixel, bool last, Pen pen) {
   // Distances up to four are symbols one less than they are.
   const unsigned distances = bytes_per_pixel;
-  pen.Put((last ? 1u : 0u) | 2u << 1, 3);
-  pen.Put(kSymbols - 257, 5);
-  pen.Put(distances - 1, 5);
-  pen.Put(19 - 4, 4);
+  pen.Put({(last ? 1u : 0u) | 2u << 1, 3});
+  pen.Put({kSymbols - 257, 5});
+  pen.Put({distances - 1, 5});
+  pen.Put({19 - 4, 4});
   // In the order of the format, lengths that repeat come first; they aren't used.
-  for (unsigned i = 0; i < 19; ++i) pen.Put(i < 3 ? 0 : 4, 3);
+  for (unsigned i = 0; i < 19; ++i) pen.Put({i < 3 ? 0u : 4u, 3});
   const auto put_length = [&pen](unsigned length) {
     unsigned turned = 0;
     for (unsigned bit = 0; bit < 4; ++bit) turned |= (length >> bit & 1) << (3 - bit);
-    pen.Put(turned, 4);
+    pen.Put({turned, 4});
   };
   for (const std::uint8_t length : lengths) put_length(length);
   for (unsigned i = 0; i < distances; ++i) put_length(i == 0 || i + 1 == distances ? 1 : 0);
@@ -249,19 +278,6 @@ std::size_t MostBytes(const Counts& counts, const Lengths& lengths) {
   return bits / 8 + 1;
 }
 
-const std::uint32_t* EndOfRun(const std::uint32_t* at, const std::uint32_t* end,
-                              std::uint32_t pixel) {
-  if (at == end || *at != pixel) return at;
-  const std::uint64_t same = pixel * std::uint64_t{0x1'0000'0001};
-  std::array<std::uint64_t, 4> pairs;
-  for (; end - at >= 8; at += 8) {
-    std::memcpy(pairs.data(), at, sizeof pairs);
-    if (((pairs[0] ^ same) | (pairs[1] ^ same) | (pairs[2] ^ same) | (pairs[3] ^ same)) != 0) break;
-  }
-  while (at < end && *at == pixel) ++at;
-  return at;
-}
-
 }  // namespace
 
 PixelDeflater::PixelDeflater(unsigned bytes_per_pixel, std::vector<std::uint8_t> before)
@@ -274,6 +290,7 @@ void PixelDeflater::Add(std::uint8_t byte, std::span<const std::uint32_t> pixels
     EndBlock(false);
     repeats_.resize(std::max(repeats_.size(), pixels.size() + 1));
   }
+  ends_.resize(pixels.size() + 1);
   repeats_[count_++] = {byte, 0};
   sum_ += byte;
   sum_of_sums_ += sum_;
@@ -284,19 +301,24 @@ void PixelDeflater::Add(std::uint8_t byte, std::span<const std::uint32_t> pixels
 
 template <unsigned kBytes>
 void PixelDeflater::AddPixels(std::span<const std::uint32_t> pixels) {
-  Repeat* next = repeats_.data() + count_;
+  // Where the pixels change: a place is written for each and stays where the next one differs, with
+  // no branch to foretell.
+  std::uint32_t* end = ends_.data();
+  for (std::size_t i = 1; i < pixels.size(); ++i) {
+    *end = static_cast<std::uint32_t>(i);
+    end += pixels[i] != pixels[i - 1] ? 1 : 0;
+  }
+  *end++ = static_cast<std::uint32_t>(pixels.size());
   // The sums of the check stay far below 64 bits; of repeats they are known at once.
   std::uint64_t sum = sum_;
   std::uint64_t sum_of_sums = sum_of_sums_;
-  const std::uint32_t* const end = pixels.data() + pixels.size();
-  for (const std::uint32_t* at = pixels.data(); at < end;) {
-    const std::uint32_t pixel = *at;
-    const std::uint32_t* const start = at;
-    at = EndOfRun(at + 1, end, pixel);
-    const auto times = static_cast<std::uint64_t>(at - start);
-    *next++ = {pixel, static_cast<std::uint32_t>(times)};
-    sum_of_sums += kBytes * times * sum;
-    if (pixel == 0) continue;
+  std::uint32_t start = 0;
+  Repeat* next = repeats_.data() + count_;
+  for (const std::uint32_t stop : std::span(ends_.data(), end)) {
+    const std::uint32_t pixel = pixels[start];
+    const std::uint64_t times = stop - start;
+    *next++ = {pixel, stop - start};
+    start = stop;
     std::uint64_t bytes = 0;
     std::uint64_t weighted = 0;
     for (unsigned k = 0; k < kBytes; ++k) {
@@ -304,12 +326,12 @@ void PixelDeflater::AddPixels(std::span<const std::uint32_t> pixels) {
       bytes += byte;
       weighted += (kBytes - k) * byte;
     }
-    sum_of_sums += times * weighted + kBytes * bytes * (times * (times - 1) / 2);
+    sum_of_sums += times * (kBytes * sum + weighted) + kBytes * bytes * (times * (times - 1) / 2);
     sum += times * bytes;
   }
+  count_ = static_cast<std::size_t>(next - repeats_.data());
   sum_ = sum;
   sum_of_sums_ = sum_of_sums;
-  count_ = static_cast<std::size_t>(next - repeats_.data());
 }
 
 void PixelDeflater::EndBlock(bool last) {
@@ -319,21 +341,21 @@ void PixelDeflater::EndBlock(bool last) {
 template <unsigned kBytes>
 void PixelDeflater::WriteBlock(bool last) {
   const std::span<const Repeat> repeats = std::span(repeats_).first(count_);
-  Counter counter;
-  for (const auto [pixel, times] : repeats) Spell<kBytes>(pixel, times, counter);
-  const Counts counts = counter.Take();
-  const Lengths lengths = LengthsFor(counts);
+  Speller<kBytes> speller;
+  for (const auto [pixel, times] : repeats) speller.Count(pixel, times);
+  const Counts counts = speller.SymbolCounts();
+  const Lengths lengths = LengthsFor(counts, LongestCode(kBytes));
+  speller.TakeCodes(lengths);
   const std::size_t start = out_.size();
   out_.resize(start + kHeadBytes + MostBytes(counts, lengths) + sizeof(std::uint64_t));
-  Pen pen = PutHead(lengths, kBytes, last, {out_.data() + start, bits_, bit_count_});
-  Coder coder(lengths, pen);
-  for (const auto [pixel, times] : repeats) Spell<kBytes>(pixel, times, coder);
-  coder.End();
+  Pen pen = PutHead(lengths, kBytes, last, {out_.data() + start, {bits_, bit_count_}});
+  for (const auto [pixel, times] : repeats) speller.Write(pixel, times, pen);
+  speller.WriteEnd(pen);
   // What waits at the end is a byte of its own.
-  if (last && pen.count > 0) pen.Put(0, 8 - pen.count);
+  if (last && pen.waiting.count > 0) pen.Put({0, 8 - pen.waiting.count});
   out_.resize(static_cast<std::size_t>(pen.next - out_.data()));
-  bits_ = pen.bits;
-  bit_count_ = pen.count;
+  bits_ = pen.waiting.bits;
+  bit_count_ = pen.waiting.count;
   count_ = 0;
 }
 

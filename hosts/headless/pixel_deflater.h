@@ -20,7 +20,7 @@ class DISCOPLAN_HEADLESS_EXPORT PixelDeflater {
   /// Of 3 or 4 bytes a pixel. The stream stands behind what is in `before`.
   explicit PixelDeflater(unsigned bytes_per_pixel, std::vector<std::uint8_t> before = {});
 
-  /// A byte, then pixels, the lowest byte of each first; what is above their bytes is 0.
+  /// A byte, then one pixel or more, the lowest byte of each first; what is above their bytes is 0.
   void Add(std::uint8_t byte, std::span<const std::uint32_t> pixels);
   /// Ends the stream and gives all; nothing can be added afterwards.
   std::vector<std::uint8_t> Take();
@@ -41,8 +41,9 @@ class DISCOPLAN_HEADLESS_EXPORT PixelDeflater {
   unsigned bytes_per_pixel_;
   std::vector<std::uint8_t> out_;
   std::vector<Repeat> repeats_;
-  std::size_t count_ = 0;   // of them
-  std::uint64_t bits_ = 0;  // that wait to be a byte
+  std::size_t count_ = 0;            // of them
+  std::vector<std::uint32_t> ends_;  // of repeats in a row
+  std::uint64_t bits_ = 0;           // that wait to be a byte
   unsigned bit_count_ = 0;
   // Adler's, of what was added.
   std::uint64_t sum_ = 1;
