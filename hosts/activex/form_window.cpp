@@ -164,6 +164,13 @@ void FormWindow::Sync() {
   if (picture_ == nullptr) InvalidateRect(handle_, nullptr, FALSE);
 }
 
+void FormWindow::Refresh() {
+  for (Widget& widget : widgets_) widget.stale = ~0U;
+  placed_ = false;
+  picture_ = nullptr;
+  Sync();
+}
+
 POINT FormWindow::CornerOf(const Node& node) const {
   double left = 0;
   double top = 0;

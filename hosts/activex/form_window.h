@@ -64,6 +64,8 @@ class FormWindow final : public std::enable_shared_from_this<FormWindow> {
   /// Of a node that has one; of the chosen option for a group.
   HWND WindowOf(const Node* node) const;
   void Sync();
+  /// Places and looks are others, as the resolution is.
+  void Refresh();
   /// Moves the focus or presses a button, if that is what the key means here. False also where the
   /// focus leaves the form.
   bool Translate(MSG& message);

@@ -144,7 +144,8 @@ void InPlace::WindowGone() {
 STDMETHODIMP InPlace::SetObjectRects(LPCRECT place, LPCRECT clip) {
   if (place == nullptr) return E_POINTER;
   const ComPtr<IUnknown> alive = object_.Keep();
-  ++moves_;
+  // A container that follows the screen itself may give a place and tell nothing else.
+  ResolutionChanged();
   MoveTo(*place, clip != nullptr ? *clip : *place);
   return S_OK;
 }
@@ -254,9 +255,9 @@ bool InPlace::Works() const { return object_.site().UserMode(); }
 void InPlace::Noted() { object_.view().Note(); }
 
 void InPlace::ResolutionChanged() {
-  if (!object_.platform().FollowScreen(window())) return;
+  if (window() == nullptr || !object_.platform().FollowScreen(window())) return;
   Act([this] { object_.Control().ScreenChanged(); });
-  Sync();
+  if (const auto view = view_) view->Refresh();
 }
 
 }  // namespace discoplan::activex

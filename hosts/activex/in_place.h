@@ -73,7 +73,6 @@ class InPlace final : public Part<IOleInPlaceObject, IOleInPlaceActiveObject>,
   bool has_user_ = false;  // is UI active
   bool has_focus_ = false;
   bool activating_ = false;
-  int moves_ = 0;
 };
 
 }  // namespace discoplan::activex

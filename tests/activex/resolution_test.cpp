@@ -64,5 +64,53 @@ TEST(Resolution, IsThatOfTheContainersWindow) {
   Become(before);
 }
 
+/// A window takes the resolution of the one that it is put into, as of a screen that it is dragged
+/// to. The container tells of it by a new place alone.
+TEST(Resolution, ChangesUnderALivingWindow) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  const auto before = Become(DPI_AWARENESS_CONTEXT_UNAWARE);
+  Form form;
+  form.Place(plot, {0, 0, 480, 360});
+  Load(*plot.Get());
+  EXPECT_EQ(0, Call(*plot.Get(), L"Plot"));
+  EXPECT_EQ(11, Letters(form.PlotWindow()));
+  Become(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE);
+  const HWND finer = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 800,
+                                     600, nullptr, nullptr, nullptr, nullptr);
+  SetParent(form.PlotWindow(), finer);
+  if (Dots(finer) == 144) {
+    ASSERT_EQ(144, Dots(form.PlotWindow()));
+    const RECT place{0, 0, 720, 540};
+    ASSERT_EQ(S_OK, As<IOleInPlaceObject>(plot)->SetObjectRects(&place, &place));
+    EXPECT_EQ(16, Letters(form.PlotWindow()));
+    SIZEL size{};
+    ASSERT_EQ(S_OK, form.object->GetExtent(DVASPECT_CONTENT, &size));
+    EXPECT_EQ(12700, size.cx);
+    // The plot is drawn for the finer dots, not stretched.
+    const auto shown = [&] {
+      std::vector<DWORD> pixels(720 * 540);
+      const HDC device = CreateCompatibleDC(nullptr);
+      const BITMAPINFO info = RowsOf(720, 540);
+      void* bits = nullptr;
+      const HBITMAP bitmap = CreateDIBSection(device, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+      const HGDIOBJ old = SelectObject(device, bitmap);
+      SendMessageW(form.PlotWindow(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(device), PRF_CLIENT);
+      GdiFlush();
+      std::copy_n(static_cast<const DWORD*>(bits), pixels.size(), pixels.begin());
+      SelectObject(device, old);
+      DeleteObject(bitmap);
+      DeleteDC(device);
+      return pixels;
+    };
+    const auto followed = shown();
+    Invoke(*plot.Get(), L"SetPlotNotVaild", DISPATCH_METHOD);
+    EXPECT_EQ(0, Call(*plot.Get(), L"Plot"));
+    EXPECT_EQ(followed, shown());
+  }
+  form.Remove();
+  DestroyWindow(finer);
+  Become(before);
+}
+
 }  // namespace
 }  // namespace discoplan::activex
