@@ -7,6 +7,7 @@
 
 #include "apps/report/vector_file.h"
 #include "discoplan/controls/plot_control.h"
+#include "discoplan/render/vector_paper.h"
 
 namespace discoplan::app {
 
@@ -18,7 +19,7 @@ struct ReportHead {
 
 /// A page that is filed: head, one wafer's plots, and below them its statistics, its size and the
 /// legends. The controls have their data and their captions; they forget the paper again.
-void PrintReportPage(const std::shared_ptr<qt::QtPaper>& paper, const PageSize& size,
+void PrintReportPage(const std::shared_ptr<VectorPaper>& paper, const PageSize& size,
                      const ReportHead& head, const std::vector<PlotControl*>& plots);
 
 }  // namespace discoplan::app

@@ -17,7 +17,7 @@ void Sheet(const LotRequest& request) {
   VectorFile file(request.output, {kSheetWidth, stacked * pages.Height()}, pages.Title());
   pages.Draw([&](std::size_t page) -> Surface& {
     if (page > 0 && !one_page) file.NewPage();
-    if (one_page) file.paper()->Origin({0, static_cast<double>(page) * pages.Height()});
+    if (one_page) file.paper()->Origin({0, static_cast<float>(page) * pages.Height()});
     return *file.paper();
   });
   file.Save();

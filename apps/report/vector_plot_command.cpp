@@ -2,11 +2,11 @@
 #include <memory>
 
 #include "apps/discoplan/picture_request.h"
-#include "apps/report/print_plot.h"
 #include "apps/report/report_commands.h"
 #include "apps/report/vector_file.h"
 #include "discoplan/base/numbers.h"
 #include "hosts/headless/classic_look.h"
+#include "hosts/headless/classic_page.h"
 
 namespace discoplan::app {
 namespace {

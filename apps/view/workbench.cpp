@@ -22,10 +22,10 @@
 #include <algorithm>
 
 #include "apps/discoplan/output.h"
-#include "apps/report/print_plot.h"
 #include "apps/report/report_page.h"
 #include "apps/view/column_dialog.h"
 #include "discoplan/dialogs/about_box.h"
+#include "hosts/headless/classic_page.h"
 #include "hosts/headless/whole_file.h"
 #include "hosts/qt/form_view.h"
 #include "hosts/qt/property_dialog.h"

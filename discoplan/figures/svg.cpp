@@ -50,6 +50,11 @@ std::string Escaped(std::string_view text) {
   return escaped;
 }
 
+/// Spaces that viewers would drop.
+bool HasWideGap(std::string_view text) {
+  return text.find("  ") != text.npos || text.starts_with(' ') || text.ends_with(' ');
+}
+
 std::string Base64(std::span<const std::uint8_t> bytes) {
   static constexpr char kLetters[] =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -125,7 +130,8 @@ class SvgDevice final : public Device {
     const auto write = [&](const std::string& look) {
       out_ += Joined({"<text x=\"", Number(shape.start.x), "\" y=\"", Number(shape.start.y),
                       "\" font-size=\"", Number(shape.size), "\"",
-                      shape.bold ? " font-weight=\"bold\"" : "", look});
+                      shape.bold ? " font-weight=\"bold\"" : "",
+                      HasWideGap(shape.text) ? " xml:space=\"preserve\"" : "", look});
       if (shape.width > 0) {
         out_ +=
             Joined({" textLength=\"", Number(shape.width), "\" lengthAdjust=\"spacingAndGlyphs\""});

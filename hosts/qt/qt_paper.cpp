@@ -74,12 +74,6 @@ void QtPaper::StateWritten(SurfaceState which) {
   if (which == SurfaceState::ScaleMode) TakeScale();
 }
 
-void QtPaper::Cls() { numbers_detail::Raise(Fault::MemberNotOffered); }
-
-void QtPaper::Refresh() { numbers_detail::Raise(Fault::MemberNotOffered); }
-
-void QtPaper::FloodFill(PixelPoint, Colour) { numbers_detail::Raise(Fault::MemberNotOffered); }
-
 QPointF QtPaper::Pixel(const SurfacePoint& point) const {
   return {point.x * PixelsPerUnitX(), point.y * PixelsPerUnitY()};
 }
@@ -113,17 +107,17 @@ void QtPaper::Finish() {
   }
 }
 
-void QtPaper::Origin(const QPointF& twips, double scale) {
-  Painter().setTransform(QTransform::fromTranslate(twips.x() / resolution_.twips_per_pixel_x,
-                                                   twips.y() / resolution_.twips_per_pixel_y)
+void QtPaper::Origin(const SurfacePoint& twips, double scale) {
+  Painter().setTransform(QTransform::fromTranslate(twips.x / resolution_.twips_per_pixel_x,
+                                                   twips.y / resolution_.twips_per_pixel_y)
                              .scale(scale, scale));
 }
 
-void QtPaper::ClipTo(const QRectF& twips) {
-  const double across = 1 / resolution_.twips_per_pixel_x;
-  const double down = 1 / resolution_.twips_per_pixel_y;
+void QtPaper::ClipTo(const PlotArea& twips) {
+  const float across = resolution_.twips_per_pixel_x;
+  const float down = resolution_.twips_per_pixel_y;
   Painter().setClipRect(
-      QRectF(twips.x() * across, twips.y() * down, twips.width() * across, twips.height() * down));
+      QRectF(twips.left / across, twips.top / down, twips.width / across, twips.height / down));
 }
 
 void QtPaper::Unclip() { Painter().setClipping(false); }
@@ -135,15 +129,9 @@ QPainter& QtPaper::Painter() {
 
 /// A filled rectangle without outline waits for its neighbours.
 bool QtPaper::TakeCell(std::span<const PixelPoint> points) {
-  if (state_.draw_style != kNoOutline || state_.fill_style != 0 || points.size() != 4) return false;
-  const auto& [a, b, c, d] = std::tie(points[0], points[1], points[2], points[3]);
-  const bool upright = a.x == b.x && b.y == c.y && c.x == d.x && d.y == a.y;
-  const bool level = a.y == b.y && b.x == c.x && c.y == d.y && d.x == a.x;
-  if (!upright && !level) return false;
-  const ColourCell cell = {{std::min(a.x, c.x), std::min(a.y, c.y)},
-                           {std::max(a.x, c.x), std::max(a.y, c.y)},
-                           state_.fill_color};
-  if (cell.corner.x < cell.opposite.x && cell.corner.y < cell.opposite.y) cells_.push_back(cell);
+  const std::optional<ColourCell> cell = CellOf(points, *this);
+  if (!cell) return false;
+  if (!cell->IsEmpty()) cells_.push_back(*cell);
   return true;
 }
 

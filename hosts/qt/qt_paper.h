@@ -19,13 +19,13 @@
 #include <vector>
 
 #include "discoplan/platform/screen.h"
-#include "discoplan/render/surface.h"
-#include "hosts/qt/cell_regions.h"
+#include "discoplan/render/cell_regions.h"
+#include "discoplan/render/vector_paper.h"
 #include "hosts/qt/export.h"
 
 namespace discoplan::qt {
 
-class DISCOPLAN_QT_EXPORT QtPaper final : public Surface {
+class DISCOPLAN_QT_EXPORT QtPaper final : public VectorPaper {
  public:
   /// Painter and screen outlive the paper; the page is the painter's device.
   QtPaper(QPainter& painter, const Screen& screen);
@@ -33,18 +33,10 @@ class DISCOPLAN_QT_EXPORT QtPaper final : public Surface {
 
   /// Paints what is still held back. A new page begins behind it.
   void Finish();
-  /// Counts the positions of what follows from there, in twips from the corner of the page, and
-  /// draws it in that scale, texts too.
-  void Origin(const QPointF& twips, double scale = 1);
-  /// Keeps what follows within a rectangle in twips, until the next call.
-  void ClipTo(const QRectF& twips);
-  void Unclip();
+  void Origin(const SurfacePoint& twips, double scale = 1) override;
+  void ClipTo(const PlotArea& twips) override;
+  void Unclip() override;
 
-  Kind kind() const override { return Kind::Printer; }
-  /// There is no way to clear paper; raises `RunTimeError`, as do `Refresh` and `FloodFill`.
-  void Cls() override;
-  void Refresh() override;
-  void FloodFill(PixelPoint start, Colour boundary) override;
   void Circle(const CircleCall& call) override;
   void Print(std::string_view text) override;
   void Polygon(std::span<const PixelPoint> points) override;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/qt/cell_regions.h"
+#include "discoplan/render/cell_regions.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/qt/cell_regions.h"
+#include "discoplan/render/cell_regions.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <tuple>
+
+#include "discoplan/base/algorithms.h"
 
 namespace discoplan {
 namespace {
@@ -20,13 +23,14 @@ std::vector<std::int32_t> SortedEdges(std::span<const ColourCell> cells,
     edges.push_back(cell.corner.*axis);
     edges.push_back(cell.opposite.*axis);
   }
-  std::ranges::sort(edges);
+  std::sort(edges.begin(), edges.end());
   edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
   return edges;
 }
 
 std::size_t IndexOf(const std::vector<std::int32_t>& edges, std::int32_t edge) {
-  return static_cast<std::size_t>(std::ranges::lower_bound(edges, edge) - edges.begin());
+  return static_cast<std::size_t>(std::lower_bound(edges.begin(), edges.end(), edge) -
+                                  edges.begin());
 }
 
 /// The fields between the edges of all cells, each with the number of its colour.
@@ -134,6 +138,19 @@ std::vector<PixelPoint> OutlineOf(const ColourCell& cell) {
 
 }  // namespace
 
+std::optional<ColourCell> CellOf(std::span<const PixelPoint> corners, const Surface& surface) {
+  constexpr std::int16_t kNoOutline = 5;
+  const bool is_plain = surface.DrawStyle() == kNoOutline && surface.FillStyle() == 0;
+  if (!is_plain || corners.size() != 4) return {};
+  const auto& [a, b, c, d] = std::tie(corners[0], corners[1], corners[2], corners[3]);
+  const bool upright = a.x == b.x && b.y == c.y && c.x == d.x && d.y == a.y;
+  const bool level = a.y == b.y && b.x == c.x && c.y == d.y && d.x == a.x;
+  if (!upright && !level) return {};
+  return ColourCell{{std::min(a.x, c.x), std::min(a.y, c.y)},
+                    {std::max(a.x, c.x), std::max(a.y, c.y)},
+                    surface.FillColor()};
+}
+
 std::vector<ColourRegion> MergeCells(std::span<const ColourCell> cells) {
   std::vector<ColourRegion> regions;
   std::vector<std::int32_t> xs = SortedEdges(cells, &PixelPoint::x);
@@ -145,7 +162,7 @@ std::vector<ColourRegion> MergeCells(std::span<const ColourCell> cells) {
   }
   FieldGrid grid(std::move(xs), std::move(ys));
   for (const ColourCell& cell : cells) {
-    auto region = std::ranges::find(regions, cell.colour, &ColourRegion::colour);
+    auto region = FindIn(regions, cell.colour, &ColourRegion::colour);
     if (region == regions.end()) {
       regions.push_back({cell.colour, {}});
       region = regions.end() - 1;
