@@ -86,7 +86,6 @@ class Batch {
         format_(FormatOf(batch.format)),
         figures_(FiguresOf(batch.figures)) {
     if (batch.plot != nullptr) drawing_ = DrawingOf(Taken(batch.plot, "discoplan_plot_options"));
-    if (drawing_ && drawing_->classic && format_ != FigureFormat::Png) RefuseVectors();
     if (batch.names == nullptr) return;
     names_ = batch.names;
     name_offsets_.emplace(batch.name_offsets32, batch.name_offsets64, wafers_,
@@ -120,7 +119,7 @@ class Batch {
     options.name = name.c_str();
     const auto wafer = NewWafer(sites_, offsets_[i], offsets_[i + 1], options);
     result.Set(wafer->Statistics(figures_));
-    if (drawing_) file = Draw(wafer, *drawing_)->File(format_);
+    if (drawing_) file = DrawnFile(wafer, *drawing_, format_);
   }
 
   std::int64_t wafers_;

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The classic look: a control of its own, set up for the wafer as the command line sets it up.
+#include <cmath>
+
 #include "bindings/c/drawing.h"
 #include "bindings/c/of_thread.h"
 #include "hosts/headless/classic_look.h"
+#include "hosts/headless/classic_page.h"
 #include "hosts/headless/headless_host.h"
 
 namespace discoplan::c {
@@ -48,10 +51,9 @@ HeadlessHost& HostFor(const Drawing& drawing) {
   return last->host;
 }
 
-}  // namespace
-
-Canvas PaintClassic(const MeasuredWafer& wafer, const Drawing& drawing) {
-  HeadlessHost& host = HostFor(drawing);
+/// A control with its wafer, as large as the picture.
+std::unique_ptr<PlotControl> Loaded(const MeasuredWafer& wafer, const Drawing& drawing,
+                                    HeadlessHost& host) {
   std::unique_ptr<PlotControl> control = drawing.kind->make(host, nullptr);
   SetUp(*control, wafer, drawing);
   const Screen& screen = host.screen();
@@ -64,7 +66,40 @@ Canvas PaintClassic(const MeasuredWafer& wafer, const Drawing& drawing) {
   if (drawing.limits) control->SetPlotLimit(drawing.limits->first, drawing.limits->second);
   TakeColours(*control, drawing.colours);
   control->Plot();
-  return PaintPicture(*control, host);
+  return control;
+}
+
+}  // namespace
+
+Canvas PaintClassic(const MeasuredWafer& wafer, const Drawing& drawing) {
+  HeadlessHost& host = HostFor(drawing);
+  return PaintPicture(*Loaded(wafer, drawing, host), host);
+}
+
+figures::Figure PrintClassic(const MeasuredWafer& wafer, const Drawing& drawing) {
+  return PrintClassic(*Loaded(wafer, drawing, HostFor(drawing)), drawing);
+}
+
+figures::Figure PrintClassic(PlotControl& control, const Drawing& drawing) {
+  const PageSetting setting{.width = drawing.size.width,
+                            .height = drawing.size.height,
+                            .text = TextFor(drawing).Letters(),
+                            .font = drawing.font};
+  figures::Figure page;
+  const PrintResult result = PrintPage(control, setting, page);
+  if (result == PrintResult::NothingToPrint) {
+    throw Error(DISCOPLAN_BAD_DATA, "there is nothing to print: the control has no data");
+  }
+  if (result == PrintResult::Failed) {
+    const auto pixels = [](float twips) {
+      return std::to_string(static_cast<int>(std::ceil(twips / kTwipsPerPixel)));
+    };
+    const auto& least = control.Class().least_printed;
+    Refuse("the control is too small to be printed, for which it takes " + pixels(least.width) +
+           " x " + pixels(least.height) + " pixels");
+  }
+  page.title = control.PlotCaption();
+  return page;
 }
 
 }  // namespace discoplan::c

@@ -52,7 +52,22 @@ class HeldControl final : public Held, private Container {
     control_->SetSize(static_cast<float>(width) * screen.twips_per_pixel_x,
                       static_cast<float>(height) * screen.twips_per_pixel_y);
   }
-  Canvas Picture() const { return PaintPicture(*control_, host_); }
+  std::shared_ptr<HeldPicture> Picture() const {
+    return std::make_shared<HeldPicture>(PaintPicture(*control_, host_));
+  }
+  /// On a page of that size, or of its own.
+  std::shared_ptr<HeldPicture> Print(double width_mm, double height_mm) {
+    const Screen& screen = host_.screen();
+    const TwipsBox& box = control_->root().Box();
+    Drawing drawing;
+    drawing.size = {.width = box.width / kTwipsPerPoint,
+                    .height = box.height / kTwipsPerPoint,
+                    .pixels_per_point = kTwipsPerPoint / screen.twips_per_pixel_x};
+    if (width_mm != 0 || height_mm != 0) drawing.size = PageSize(width_mm, height_mm);
+    std::vector<figures::Figure> pages = {PrintClassic(*control_, drawing)};
+    return std::make_shared<HeldPicture>(std::move(pages), std::move(drawing),
+                                         std::vector<std::shared_ptr<MeasuredWafer>>());
+  }
   void Listen(discoplan_event_handler handler, void* context) {
     handler_ = handler;
     context_ = context;
@@ -246,7 +261,17 @@ discoplan_status discoplan_control_picture(discoplan_control* control,
   return HandedOut<HeldPicture>(picture, [&] {
     const auto held = Get<HeldControl>(control);
     std::shared_ptr<HeldPicture> taken;
-    held->Use([&](PlotControl&) { taken = std::make_shared<HeldPicture>(held->Picture()); });
+    held->Use([&](PlotControl&) { taken = held->Picture(); });
     return taken;
+  });
+}
+
+discoplan_status discoplan_control_print(discoplan_control* control, double width_mm,
+                                         double height_mm, discoplan_picture** picture) {
+  return HandedOut<HeldPicture>(picture, [&] {
+    const auto held = Get<HeldControl>(control);
+    std::shared_ptr<HeldPicture> page;
+    held->Use([&](PlotControl&) { page = held->Print(width_mm, height_mm); });
+    return page;
   });
 }

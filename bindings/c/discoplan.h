@@ -307,7 +307,9 @@ DISCOPLAN_API discoplan_status discoplan_picture_rgba(discoplan_picture* picture
 
 enum { DISCOPLAN_PNG = 0, DISCOPLAN_SVG = 1, DISCOPLAN_PDF = 2 };
 
-/* The bytes of a file. The classic look has pixels alone and gives PNG. */
+/* The bytes of a file. In the classic look SVG and PDF are a page as the control prints it: the
+ * plot in its frame, the wafer's mark and the legend. The picture that discoplan_control_picture
+ * gives has pixels alone. */
 DISCOPLAN_API discoplan_status discoplan_picture_encode(discoplan_picture* picture, int32_t format,
                                                         const uint8_t** bytes, int64_t* count);
 /* The file appears whole or not at all; its ending tells the format: .png, .svg, .pdf. */
@@ -421,9 +423,15 @@ DISCOPLAN_API discoplan_status discoplan_control_mouse(discoplan_control* contro
                                                        const char* child, const char* event,
                                                        int32_t button, int32_t shift, float x,
                                                        float y);
-/* The control as its user sees it. */
+/* The control as its user sees it, in pixels: PNG alone. */
 DISCOPLAN_API discoplan_status discoplan_control_picture(discoplan_control* control,
                                                          discoplan_picture** picture);
+/* A page as the control prints it, for SVG and PDF files: the plot in its frame, the wafer's mark
+ * and the legend, unless it is hidden. 20 to 2000 mm wide and high; as large as the control for two
+ * zeros. DISCOPLAN_BAD_DATA for a control without data. */
+DISCOPLAN_API discoplan_status discoplan_control_print(discoplan_control* control, double width_mm,
+                                                       double height_mm,
+                                                       discoplan_picture** picture);
 
 #ifdef __cplusplus
 }

@@ -44,11 +44,9 @@ const ControlClass* KindNamed(const std::string& name) {
 void TakeSize(const discoplan_plot_options& options, Drawing& drawing) {
   drawing.has_size = options.width != 0 || options.height != 0 || options.width_mm != 0;
   if (options.width_mm != 0 || options.height_mm != 0) {
-    const double dpi = options.dpi != 0 ? options.dpi : 300;
-    RequireRange(options.width_mm, 20, 2000, "a width in mm");
-    RequireRange(options.height_mm, 20, 2000, "a height in mm");
+    const double dpi = options.dpi != 0 ? options.dpi : kPageDots;
     RequireRange(dpi, 30, 2400, "dpi");
-    drawing.size = FigureSize::Millimetres(options.width_mm, options.height_mm, dpi);
+    drawing.size = PageSize(options.width_mm, options.height_mm, dpi);
     drawing.width = static_cast<int>(std::lround(options.width_mm / 25.4 * dpi));
     drawing.height = static_cast<int>(std::lround(options.height_mm / 25.4 * dpi));
     RequireRange(std::max(drawing.width, drawing.height), 1, 10000, "a side in pixels");
@@ -139,6 +137,12 @@ int WholePixels(double points, const Drawing& drawing) {
 }
 
 }  // namespace
+
+FigureSize PageSize(double width_mm, double height_mm, double dpi) {
+  RequireRange(width_mm, 20, 2000, "a width in mm");
+  RequireRange(height_mm, 20, 2000, "a height in mm");
+  return FigureSize::Millimetres(width_mm, height_mm, dpi);
+}
 
 figures::WaferPlot PlotOf(const MeasuredWafer& wafer, const Drawing& drawing) {
   const data::Wafer& measured = wafer.Measured();
@@ -257,6 +261,14 @@ HeldPicture::HeldPicture(std::vector<figures::Figure> pages, Drawing drawing,
       width_(WholePixels(pages_.front().width, drawing_)),
       height_(WholePixels(pages_.front().height * static_cast<double>(pages_.size()), drawing_)) {}
 
+HeldPicture::HeldPicture(Canvas canvas, Drawing drawing, std::shared_ptr<MeasuredWafer> wafer)
+    : Held(kKind),
+      wafers_{std::move(wafer)},
+      drawing_(std::move(drawing)),
+      width_(canvas.Width()),
+      height_(canvas.Height()),
+      canvas_(std::move(canvas)) {}
+
 HeldPicture::HeldPicture(Canvas canvas)
     : Held(kKind), width_(canvas.Width()), height_(canvas.Height()), canvas_(std::move(canvas)) {}
 
@@ -285,25 +297,22 @@ std::span<const Pixel> HeldPicture::Pixels() {
 }
 
 std::vector<std::uint8_t> HeldPicture::Encode(FigureFormat format) {
-  if (!pages_.empty()) {
-    const FigureText& text = TextFor(drawing_);
-    if (format == FigureFormat::Pdf) return ToPdf(pages_, kImagePixels, text.Letters());
-    return EncodeFigure(Stacked(), format, drawing_.size.pixels_per_point, text);
+  if (canvas_ && format == FigureFormat::Png) {
+    return EncodePng(PngPicture{.pixels = canvas_->Pixels(), .width = width_, .height = height_});
   }
-  if (format != FigureFormat::Png) RefuseVectors();
-  return EncodePng(PngPicture{.pixels = canvas_->Pixels(), .width = width_, .height = height_});
+  if (pages_.empty()) {
+    if (wafers_.empty()) Refuse("a control's picture has pixels alone; print the control instead");
+    pages_ = {PrintClassic(*wafers_.front(), drawing_)};
+  }
+  const FigureText& text = TextFor(drawing_);
+  if (format == FigureFormat::Pdf) return ToPdf(pages_, kImagePixels, text.Letters());
+  return EncodeFigure(Stacked(), format, drawing_.size.pixels_per_point, text);
 }
 
 const std::vector<std::uint8_t>& HeldPicture::File(FigureFormat format) {
   const std::lock_guard lock(mutex_);
   const auto found = files_.find(format);
   return found != files_.end() ? found->second : files_[format] = Encode(format);
-}
-
-void RefuseVectors() {
-  Refuse(
-      "the classic look has pixels alone; take PNG, or the modern look, or the command line, which "
-      "prints it into SVG and PDF files");
 }
 
 FigureFormat FormatOf(std::int32_t format) {
@@ -315,9 +324,17 @@ FigureFormat FormatOf(std::int32_t format) {
 
 std::shared_ptr<HeldPicture> Draw(const std::shared_ptr<MeasuredWafer>& wafer,
                                   const Drawing& drawing) {
-  if (drawing.classic) return std::make_shared<HeldPicture>(PaintClassic(*wafer, drawing));
+  if (drawing.classic) {
+    return std::make_shared<HeldPicture>(PaintClassic(*wafer, drawing), drawing, wafer);
+  }
   return std::make_shared<HeldPicture>(std::vector{MakeFigure(*wafer, drawing)}, drawing,
                                        std::vector{wafer});
+}
+
+std::vector<std::uint8_t> DrawnFile(const std::shared_ptr<MeasuredWafer>& wafer,
+                                    const Drawing& drawing, FigureFormat format) {
+  if (!drawing.classic || format == FigureFormat::Png) return Draw(wafer, drawing)->File(format);
+  return HeldPicture({PrintClassic(*wafer, drawing)}, drawing, {wafer}).File(format);
 }
 
 }  // namespace discoplan::c

@@ -12,6 +12,7 @@
 
 #include "bindings/c/measured.h"
 #include "discoplan/controls/control_class.h"
+#include "discoplan/controls/plot_control.h"
 #include "discoplan/raster/canvas.h"
 #include "hosts/headless/save_figure.h"
 
@@ -43,6 +44,11 @@ struct Drawing {
   bool Has(int flag) const { return (flags & flag) != 0; }
 };
 
+inline constexpr double kPageDots = 300;  ///< To the inch, of a size in mm.
+
+/// Of 20 to 2000 mm each way. Raises `Error`.
+FigureSize PageSize(double width_mm, double height_mm, double dpi = kPageDots);
+
 /// Raises `Error`.
 Drawing DrawingOf(const discoplan_plot_options& options);
 
@@ -56,6 +62,10 @@ figures::Style StyleOf(const MeasuredWafer& wafer, const Drawing& drawing);
 figures::Figure MakeFigure(const MeasuredWafer& wafer, const Drawing& drawing);
 /// The classic look, as the control of that kind draws it.
 Canvas PaintClassic(const MeasuredWafer& wafer, const Drawing& drawing);
+/// The same on paper, as the control prints it.
+figures::Figure PrintClassic(const MeasuredWafer& wafer, const Drawing& drawing);
+/// A control as it is; its kind, colours and limits are its own.
+figures::Figure PrintClassic(PlotControl& control, const Drawing& drawing);
 
 /// A picture, kept as it was drawn. Files are made when they are asked for.
 class HeldPicture final : public Held {
@@ -67,6 +77,9 @@ class HeldPicture final : public Held {
   /// `wafers` until the picture goes.
   HeldPicture(std::vector<figures::Figure> pages, Drawing drawing,
               std::vector<std::shared_ptr<MeasuredWafer>> wafers);
+  /// Pixels, and a page in place of them for vector files.
+  HeldPicture(Canvas canvas, Drawing drawing, std::shared_ptr<MeasuredWafer> wafer);
+  /// Pixels alone, as of a control.
   explicit HeldPicture(Canvas canvas);
 
   int Width() const { return width_; }
@@ -82,7 +95,7 @@ class HeldPicture final : public Held {
 
   std::mutex mutex_;
   std::vector<std::shared_ptr<MeasuredWafer>> wafers_;
-  std::vector<figures::Figure> pages_;  ///< None in the classic look.
+  std::vector<figures::Figure> pages_;  ///< None in the classic look, until they are asked for.
   Drawing drawing_;
   const int width_;
   const int height_;
@@ -92,11 +105,13 @@ class HeldPicture final : public Held {
   std::map<FigureFormat, std::vector<std::uint8_t>> files_;
 };
 
-/// Raises the `Error` of a classic picture that is to be a vector file.
-[[noreturn]] void RefuseVectors();
 FigureFormat FormatOf(std::int32_t format);
 /// Draws one wafer, in either look.
 std::shared_ptr<HeldPicture> Draw(const std::shared_ptr<MeasuredWafer>& wafer,
                                   const Drawing& drawing);
+
+/// The same straight into the bytes of a file.
+std::vector<std::uint8_t> DrawnFile(const std::shared_ptr<MeasuredWafer>& wafer,
+                                    const Drawing& drawing, FigureFormat format);
 
 }  // namespace discoplan::c

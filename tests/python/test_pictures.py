@@ -55,6 +55,32 @@ def test_pixels_are_those_of_the_file(lot: dp.Lot, tmp_path: pathlib.Path) -> No
         assert np.array_equal(pixels[..., : file.shape[2]], file)
 
 
+@pytest.mark.parametrize("kind", KINDS)
+def test_the_classic_look_is_vectors_too(lot: dp.Lot, kind: str, tmp_path: pathlib.Path) -> None:
+    picture = lot["Slot07"].plot(kind, look="classic", mm=(160, 120))
+    svg, pdf = picture.svg(), picture.pdf()
+    assert 'width="453.54pt" height="340.16pt"' in svg and ">Slot07</text>" in svg and "<image" not in svg
+    assert pdf.startswith(b"%PDF-")
+    picture.save(tmp_path / "map.svg")
+    assert (tmp_path / "map.svg").read_text() == svg
+
+
+@pytest.mark.parametrize("name", ["Plot2D", "Plot2DS", "Plot2DC", "Plot2DN", "Plot3D", "Plot3DS", "Plot3DB", "Histo", "LineScan"])
+def test_controls_print_themselves(lot: dp.Lot, name: str, tmp_path: pathlib.Path) -> None:
+    wafer = lot["Slot07"]
+    control = getattr(dp, name)()
+    control.WaferDiameter = wafer.diameter
+    control.PlotCaption = "Slot & 7"
+    control.SetWaferData(wafer.x, wafer.y, wafer.value)
+    assert control.Plot() == 1
+    assert ">Slot &amp; 7</text>" in control.svg() and control.pdf().startswith(b"%PDF-")
+    assert control.page(mm=(100, 80)).png() != control.png()
+    for ending in ("png", "SVG", "pdf"):
+        control.save(tmp_path / f"a.{ending}")
+    assert (tmp_path / "a.SVG").read_text() == control.svg()
+    assert (tmp_path / "a.png").read_bytes() == control.png()
+
+
 def test_differences_have_colours_about_zero(lot: dp.Lot) -> None:
     difference = lot["Slot07"] - lot.mean()
     assert difference.plot().png() == difference.plot(colours="vik").png()

@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
 """What the nine controls share: a control without a window, its events and its picture."""
 
-from typing import Any, Callable, Dict, List, Optional, Tuple, Type, TypeVar
+import os
+from typing import Any, Callable, Dict, List, Optional, Tuple, Type, TypeVar, Union
 
 from . import _core
 from ._picture import Picture
@@ -70,11 +71,42 @@ class Control:
         _core.control_resize(self._handle, width, height)
 
     def picture(self) -> Picture:
-        """The control as its user sees it."""
+        """The control as its user sees it, in pixels."""
         return Picture(_core.control_picture(self._handle))
 
-    def _repr_png_(self) -> bytes:
+    def page(self, mm: Optional[Tuple[float, float]] = None) -> Picture:
+        """A page as the control prints it: the plot in its frame, the wafer's mark and the legend.
+
+        `mm` is its width and height, 20 to 2000 each; without it the page is as large as the
+        control. Raises `ValueError` for a control without data.
+        """
+        width, height = mm or (0.0, 0.0)
+        return Picture(_core.control_print(self._handle, width, height))
+
+    def png(self) -> bytes:
+        """The bytes of a PNG file of the control as its user sees it."""
         return self.picture().png()
+
+    def svg(self) -> str:
+        """The text of an SVG file of its page."""
+        return self.page().svg()
+
+    def pdf(self) -> bytes:
+        """The bytes of a PDF file of its page."""
+        return self.page().pdf()
+
+    def save(self, path: "Union[str, os.PathLike[str]]") -> None:
+        """Writes a file; its ending tells the format: .png has the control as its user sees it,
+        .svg and .pdf have its page.
+
+        The file appears whole or not at all. Raises `OSError` if it can't be written and
+        `ValueError` for another ending, and for a page without data.
+        """
+        vectors = os.fspath(path).lower().endswith((".svg", ".pdf"))
+        (self.page() if vectors else self.picture()).save(path)
+
+    def _repr_png_(self) -> bytes:
+        return self.png()
 
 
 def member(cls: Type[C]) -> Type[C]:

@@ -15,8 +15,8 @@ _FORMATS = {"png": 0, "svg": 1, "pdf": 2}
 class Picture:
     """A drawn picture. A notebook shows it by itself; `numpy.asarray` gives its pixels.
 
-    Files are made when they are asked for. The classic look has pixels alone, so that `svg` and
-    `pdf` raise `ValueError` for it.
+    Files are made when they are asked for. In the classic look `svg` and `pdf` are a page as the
+    control prints it. The picture of a control has pixels alone, so that they raise `ValueError`.
     """
 
     __slots__ = ("_handle",)

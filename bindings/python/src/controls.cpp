@@ -155,4 +155,12 @@ Object ControlPicture(Arguments args) {
   return NewHandle(picture);
 }
 
+Object ControlPrint(Arguments args) {
+  discoplan_control* const control = ControlOf(args[0]);
+  const double width = NumberOf(args[1]), height = NumberOf(args[2]);
+  discoplan_picture* picture = nullptr;
+  Unlocked([&] { return discoplan_control_print(control, width, height, &picture); });
+  return NewHandle(picture);
+}
+
 }  // namespace discoplan::python

@@ -16,5 +16,6 @@ Object ControlCall(Arguments args);
 Object ControlListen(Arguments args);   ///< control, callable or None
 Object ControlMouse(Arguments args);    ///< control, child or None, event, button, shift, x, y
 Object ControlPicture(Arguments args);  ///< control
+Object ControlPrint(Arguments args);    ///< control, width and height in mm, or 0 and 0
 
 }  // namespace discoplan::python

@@ -377,6 +377,7 @@ PyMethodDef methods[] = {
     Row<ControlListen, 2>("control_listen"),
     Row<ControlMouse, 7>("control_mouse"),
     Row<ControlPicture, 1>("control_picture"),
+    Row<ControlPrint, 3>("control_print"),
     {nullptr, nullptr, 0, nullptr},
 };
 
