@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <limits>
 
 #include "data/exclusions.h"
 #include "data/left_out.h"
@@ -22,6 +24,12 @@ double NumberAt(std::string_view data, std::size_t offset) {
     bits = bits << 8 | static_cast<unsigned char>(data[offset + i]);
   }
   return BitCast<double>(bits);
+}
+
+/// Too small for the usual form of a float, as measured numbers are when their bytes are in another
+/// order.
+bool IsStrange(double number) {
+  return number != 0 && std::abs(number) < std::numeric_limits<double>::min();
 }
 
 /// At least `size` bytes, if the file has them.
@@ -83,6 +91,7 @@ Lot ReadBinaryData(const ReadRequest& request, const PositionScale& scale, FileB
     std::size_t block = 0;
     while (block < numbers.size() && Attempt([&] {
              const double number = NumberAt(data, (block * sites + site) * kNumberSize);
+             if (IsStrange(number)) throw RunTimeError(Fault::Overflow);
              numbers[block] = ToFloat(block == 2 ? number : number * scales[block]);
            })) {
       ++block;
@@ -99,7 +108,8 @@ Lot ReadBinaryData(const ReadRequest& request, const PositionScale& scale, FileB
       throw DataError({bytes.file()}, std::string(kNames[block]) + " of site " +
                                           std::to_string(site + 1) +
                                           " is not finite or out of a 32-bit float's range; "
-                                          "check --sites, or use --skip-invalid");
+                                          "check --sites and the order of bytes, or use "
+                                          "--skip-invalid");
     }
   }
   if (wafer.x.empty()) {

@@ -15,7 +15,7 @@ std::vector<std::string> ColumnNames(const ReadRequest& request) {
     LineReader lines(bytes);
     if (lines.Ahead().empty() || IsKlarf(lines) || LotSeparator(lines)) return {};
     const ColumnWish wish(request, lines.file());
-    const TableStart start = FindHead(request, wish, lines.file(), lines.Ahead());
+    const TableStart start = FindHead(request, wish, lines);
     if (!start.header) return {};
     for (const std::string& name : start.names) names.push_back(Printable(Utf8(name)));
   } catch (const DataError&) {

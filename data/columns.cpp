@@ -25,8 +25,12 @@ constexpr std::string_view kRadiusNames[] = {"r", "radius", "rho"};
 constexpr std::string_view kAngleNames[] = {"theta",   "angle",    "phi",
                                             "azimuth", "\xCE\xB8", "\xCF\x86"};
 constexpr std::string_view kValueNames[] = {"value", "z", "thickness", "measurement", "result"};
-constexpr std::string_view kSiteNames[] = {"site", "site #", "site no", "site number",
-                                           "#",    "no",     "point",   "index"};
+/// What counts sites or tells wafers apart, and isn't measured.
+constexpr std::string_view kCountNames[] = {
+    "site",   "site #",  "site no",  "site number",  "#",       "no",      "point",
+    "index",  "slot",    "slot #",   "slot no",      "slot_no", "slot id", "slot number",
+    "wafer",  "wafer #", "wafer id", "wafer_id",     "waferid", "lot",     "lot id",
+    "lot_id", "lotid",   "wafer no", "wafer number", "wafer_no"};
 
 bool IsAmong(std::string_view heading, Names usual) {
   const std::string_view name = SplitHeading(heading).name;
@@ -45,26 +49,15 @@ std::vector<std::size_t> Matches(const FieldNames& names,
 
 /// By the whole heading or else without its unit.
 std::vector<std::size_t> Named(std::string_view entry, const FieldNames& names) {
-  auto found = Matches(names, [&](std::string_view name) { return SameName(name, entry); });
+  const std::string text = Utf8(entry);
+  auto found = Matches(names, [&](std::string_view name) { return SameName(Utf8(name), text); });
   if (!found.empty()) return found;
-  return Matches(names,
-                 [&](std::string_view name) { return SameName(SplitHeading(name).name, entry); });
+  return Matches(
+      names, [&](std::string_view name) { return SameName(Utf8(SplitHeading(name).name), text); });
 }
 
 bool IsColumnNumber(std::string_view entry) {
-  return entry.find_first_not_of("0123456789") == std::string_view::npos;
-}
-
-// A name as `--columns` takes it without quotes for the shell, or else the column's number.
-std::string Entry(const FieldNames& names, std::size_t column) {
-  const std::string_view name = names[column];
-  const bool plain = std::all_of(name.begin(), name.end(), [](char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-  });
-  if (name.empty() || !plain || IsColumnNumber(name) || Named(name, names).size() > 1) {
-    return std::to_string(column + 1);
-  }
-  return std::string(name);
+  return !entry.empty() && entry.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
 std::string AllColumns(const FieldNames& names) {
@@ -119,6 +112,10 @@ void FindPositions(const TableHead& head, const ColumnWish& wish, Columns& colum
   if (!wish.positions.empty()) {
     columns.x = FindColumn(wish.positions[0], head);
     columns.y = FindColumn(wish.positions[1], head);
+    if (columns.x == columns.y) {
+      throw DataError(head.place, "column " + std::to_string(columns.x + 1) +
+                                      " is chosen for both X and Y; choose two");
+    }
     columns.polar = head.header && IsAmong(head.names[columns.x], kRadiusNames) &&
                     IsAmong(head.names[columns.y], kAngleNames);
   } else if (head.header) {
@@ -137,14 +134,15 @@ bool IsWished(const std::vector<std::string>& entries, std::size_t column,
   });
 }
 
+using ColumnTest = std::function<bool(std::size_t)>;
+
 /// The columns that aren't positions, numbers of sites, texts or what tells wafers apart.
 std::vector<std::size_t> Quantities(const TableHead& head, const Columns& columns,
-                                    const ColumnWish& wish,
-                                    const std::function<bool(std::size_t)>& holds_numbers) {
+                                    const ColumnWish& wish, const ColumnTest& holds_numbers) {
   std::vector<std::size_t> found;
   for (std::size_t i = 0; i < head.names.size(); ++i) {
     if (i == columns.x || i == columns.y || head.names[i].empty()) continue;
-    if (head.header && IsAmong(head.names[i], kSiteNames)) continue;
+    if (head.header && IsAmong(head.names[i], kCountNames)) continue;
     if (IsWished(wish.by, i, head.names)) continue;
     if (holds_numbers(i)) found.push_back(i);
   }
@@ -152,10 +150,15 @@ std::vector<std::size_t> Quantities(const TableHead& head, const Columns& column
 }
 
 std::size_t GuessValue(const TableHead& head, const Columns& columns, const ColumnWish& wish,
-                       ValueChoice choice, const std::function<bool(std::size_t)>& holds_numbers) {
+                       ValueChoice choice, const ColumnTest& holds_numbers) {
   const FieldNames& names = head.names;
   auto values = Matches(names, [&](std::string_view name) { return IsAmong(name, kValueNames); });
   if (values.empty()) values = Quantities(head, columns, wish, holds_numbers);
+  if (values.empty()) {
+    // The only one there is, so that its rows tell what is wrong.
+    values = Quantities(head, columns, wish, [](std::size_t) { return true; });
+    if (values.size() > 1) values.clear();
+  }
   if (values.empty()) {
     throw DataError(head.place, "no column is left for the value among " + AllColumns(names) +
                                     "; add one, or choose three with --columns X,Y,VALUE");
@@ -164,7 +167,7 @@ std::size_t GuessValue(const TableHead& head, const Columns& columns, const Colu
     FieldNames candidates;
     for (const std::size_t column : values) candidates.push_back(names[column]);
     throw DataError(head.place, "the value may be any of " + AllColumns(candidates) +
-                                    "; choose one, as in --parameter " + Entry(names, values[0]));
+                                    "; choose one, as in --parameter " + Entry(head, values[0]));
   }
   return values[0];
 }
@@ -205,6 +208,17 @@ bool NamesPositions(const FieldNames& names, const ColumnWish& wish) {
   return names.size() > 1 && std::any_of(entries.begin(), entries.end(), is_named);
 }
 
+std::string Entry(const TableHead& head, std::size_t column) {
+  const std::string_view name = head.header ? head.names[column] : std::string_view();
+  const bool plain = std::all_of(name.begin(), name.end(), [](char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+  });
+  if (name.empty() || !plain || IsColumnNumber(name) || Named(name, head.names).size() > 1) {
+    return std::to_string(column + 1);
+  }
+  return std::string(name);
+}
+
 std::size_t FindColumn(std::string_view entry, const TableHead& head) {
   entry = Trimmed(entry);
   if (IsColumnNumber(entry)) return ByNumber(entry, head);
@@ -219,7 +233,15 @@ Columns FindColumns(const TableHead& head, const ColumnWish& wish, ValueChoice c
   FindPositions(head, wish, columns);
   if (!wish.values.empty()) {
     columns.values.clear();
-    for (const std::string& entry : wish.values) columns.values.push_back(FindColumn(entry, head));
+    for (const std::string& entry : wish.values) {
+      const std::size_t column = FindColumn(entry, head);
+      const auto& chosen = columns.values;
+      if (std::find(chosen.begin(), chosen.end(), column) != chosen.end()) {
+        throw DataError(head.place, "column " + std::to_string(column + 1) +
+                                        " is chosen twice for a value; choose it once");
+      }
+      columns.values.push_back(column);
+    }
   } else if (wish.all_values) {
     columns.values = Quantities(head, columns, wish, holds_numbers);
     if (columns.values.empty()) {

@@ -49,6 +49,9 @@ bool NamesPositions(const FieldNames& names, const ColumnWish& wish);
 /// that several columns have.
 std::size_t FindColumn(std::string_view entry, const TableHead& head);
 
+/// A column as people may ask for it: its name if that is one plain word, or else its number.
+std::string Entry(const TableHead& head, std::size_t column);
+
 enum class ValueChoice {
   Only,  ///< the one column with a usual name or, if none has one, the one of numbers beside others
   First,  ///< the first of the columns with a usual name, as in a lot export

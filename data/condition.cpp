@@ -182,10 +182,18 @@ class Parser {
   }
 
   Operand Column(std::string_view name, std::size_t start) const {
+    const bool is_bare = text_[start] != '`';
+    if (!head_.header && is_bare) {
+      RefuseAt(start, "there is no header line with a column " + Shown(name) +
+                          "; choose columns by number in backquotes, as in `1`");
+    }
     try {
       return {.kind = Operand::Kind::Column, .column = FindColumn(name, head_), .text = {}};
     } catch (const DataError& error) {
-      RefuseAt(start, error.sentence());
+      RefuseAt(start, error.sentence() +
+                          (is_bare ? ", with backquotes around a number or several words and "
+                                     "quotes around a text"
+                                   : ""));
     }
   }
 

@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "data/plain_text.h"
+#include "data/repeats.h"
 #include "data/units.h"
 
 namespace discoplan::data {
@@ -79,6 +80,38 @@ std::string DoubtOfUnit(const Wafer& wafer) {
          fits + ", or --unit mm if that is right";
 }
 
+/// Angles in radians, taken for degrees, lie in a narrow sector.
+std::string DoubtOfAngle(const Wafer& wafer) {
+  constexpr double kFullTurn = 2 * std::numbers::pi;
+  double least = kFullTurn;
+  double most = -kFullTurn;
+  for (std::size_t i = 0; i < wafer.x.size(); ++i) {
+    if (wafer.x[i] == 0 && wafer.y[i] == 0) continue;
+    const double angle =
+        std::atan2(double{wafer.y[i]}, double{wafer.x[i]}) * 180 / std::numbers::pi;
+    least = std::min(least, angle);
+    most = std::max(most, angle);
+  }
+  constexpr double kRounding = 1e-3;
+  const bool fits = least >= -kFullTurn - kRounding && most <= kFullTurn + kRounding;
+  if (!fits || most - least < 1) return {};
+  return "all angles lie within " + LengthText(std::round((most - least) * 100) / 100) +
+         " degrees; if they are radians, write so in the header, as in theta (rad)";
+}
+
+/// Defects may lie on each other, and tables have been looked at.
+void TellRepeats(bool several, Lot& lot) {
+  if (lot.kind != FileKind::Binary && lot.kind != FileKind::LotExport) return;
+  for (const Wafer& wafer : lot.Of(0)) {
+    const std::size_t repeats = RepeatedSites(wafer.x, wafer.y);
+    if (repeats == 0) continue;
+    const std::string of = several ? "of wafer " + Shown(wafer.name) : "";
+    lot.warnings.push_back(RepeatText(repeats, wafer, of) +
+                           "; each of them is taken for a site of its own");
+    return;
+  }
+}
+
 std::string DoubtOfIndex(const Lot& lot, const Wafer& wafer) {
   if (wafer.value.size() < kFewest) return {};
   for (std::size_t i = 0; i < wafer.value.size(); ++i) {
@@ -99,6 +132,7 @@ void Tell(const Wafer& wafer, const std::string& doubt, bool several, Lot& lot) 
 
 void TellDoubts(const ReadRequest& request, const PositionScale& scale, Lot& lot) {
   const bool several = lot.wafers.size() > 1;
+  TellRepeats(several, lot);
   const auto first = std::find_if(lot.wafers.begin(), lot.wafers.end(),
                                   [](const Wafer& wafer) { return wafer.x.size() >= kFewest; });
   if (first == lot.wafers.end()) return;
@@ -107,6 +141,7 @@ void TellDoubts(const ReadRequest& request, const PositionScale& scale, Lot& lot
   Tell(*first, quadrant, several, lot);
   const bool has_size = scale.stated || request.diameter;
   if (quadrant.empty() && !has_size) Tell(*first, DoubtOfUnit(*first), several, lot);
+  if (scale.polar && !scale.angle_stated) Tell(*first, DoubtOfAngle(*first), several, lot);
   if (lot.kind == FileKind::Binary) return;  // whose values nobody can choose
   for (std::size_t parameter = 0; parameter < lot.parameters.size(); ++parameter) {
     const auto wafers = lot.Of(parameter);

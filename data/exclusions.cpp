@@ -154,8 +154,8 @@ double Quantile(std::vector<float> values, double share) {
   return SortedQuantile(Sorted(std::move(values)), share);
 }
 
-void LeaveOutOutliers(const OutlierRule& rule, Wafer& wafer) {
-  if (wafer.value.empty()) return;
+bool LeaveOutOutliers(const OutlierRule& rule, Wafer& wafer) {
+  if (wafer.value.empty()) return true;
   const std::vector<float> sorted = Sorted(wafer.value);
   double low = SortedQuantile(sorted, 0.25);
   double high = SortedQuantile(sorted, 0.75);
@@ -172,10 +172,11 @@ void LeaveOutOutliers(const OutlierRule& rule, Wafer& wafer) {
     constexpr double kNormal = 1.4826;
     reach = rule.factor * kNormal * median;
   }
-  if (!(reach > 0)) return;
+  if (!(reach > 0)) return sorted.front() == sorted.back();
   Keep(wafer, Reason::Outlier, [&](std::size_t i) {
     return wafer.value[i] >= low - reach && wafer.value[i] <= high + reach;
   });
+  return true;
 }
 
 void Thin(std::int64_t most, Wafer& wafer) {

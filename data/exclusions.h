@@ -23,8 +23,9 @@ void LeaveOutBeyond(const ReadRequest& request, Wafer& wafer);
 /// Leaves out values that lie apart. Quartiles are interpolated between the sorted values (numbers
 /// 1 to n, quartiles at 1 + (n - 1) / 4 and 1 + 3 (n - 1) / 4); a standard deviation is 1.4826
 /// times the median distance from the median, as for a normal distribution (Iglewicz and Hoaglin,
-/// How to Detect and Handle Outliers, 1993). Where that distance is 0, nothing is left out.
-void LeaveOutOutliers(const OutlierRule& rule, Wafer& wafer);
+/// How to Detect and Handle Outliers, 1993). Where that distance is 0, nothing is left out; the
+/// result is false if there are other values then.
+bool LeaveOutOutliers(const OutlierRule& rule, Wafer& wafer);
 
 /// Leaves out sites until at most `most` are left: of each square of the finest grid that has no
 /// more occupied squares than that, the site nearest to its centre stays, the first of several.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "data/foreign_files.h"
 
+#include "data/plain_text.h"
+
 namespace discoplan::data {
 namespace {
 
@@ -41,6 +43,8 @@ constexpr ForeignKind kForeignKinds[] = {
     {0, "\x89HDF\r\n\x1A\n"sv, ""sv, "this is an HDF5 file; save the table as CSV"},
     {0, "MATLAB 5.0"sv, ""sv, "this is a MATLAB file; save the arrays as CSV"},
     {0, "\x93NUMPY"sv, ""sv, "this is a NumPy array; save it as CSV"},
+    {0, "\x80\x04\x95"sv, ""sv, "this is a Python pickle; save the table as CSV"},
+    {0, "FEA1"sv, ""sv, "this is a Feather file; save it as CSV"},
     {0, "SQLite format 3\x00"sv, ""sv, "this is an SQLite database; save the table as CSV"},
     {0, "\x02\x00\x00\x0A\x02"sv, ""sv, "this is an STDF file; convert it to CSV"},
     {0, "\x00\x02\x00\x0A\x01"sv, ""sv, "this is an STDF file; convert it to CSV"},
@@ -55,6 +59,9 @@ constexpr ForeignKind kForeignKinds[] = {
      "\x7F"
      "ELF"sv,
      ""sv, "this is a program; choose another file"},
+    {0, "MZ"sv, "This program"sv, "this is a program; choose another file"},
+    {0, "BM"sv, "\x00\x00\x00\x00\x36\x00\x00\x00"sv,
+     "this is a BMP picture; get the data it was made from, as CSV"},
     {0, "\xFF\xFE\x00\x00"sv, ""sv, "this is a text in UTF-32; save it as UTF-8"},
     {0, "\x00\x00\xFE\xFF"sv, ""sv, "this is a text in UTF-32; save it as UTF-8"},
     {0, "{"sv, "\":"sv, "this is JSON; save its table as CSV"},
@@ -64,14 +71,27 @@ constexpr ForeignKind kForeignKinds[] = {
     {0, "<?xml"sv, ""sv, "this is an XML document; save its table as CSV"},
     {0, "<!DOCTYPE html"sv, ""sv, "this is a web page; save its table as CSV"},
     {0, "<html"sv, ""sv, "this is a web page; save its table as CSV"},
+    {0, "<table"sv, ""sv, "this is a web page; save its table as CSV"},
+    {0, "<svg"sv, ""sv, "this is an SVG picture; get the data it was made from, as CSV"},
 };
+
+/// Marks of text files, whose case doesn't matter, may stand below blank lines.
+std::string_view WithoutBlanks(std::string_view text) {
+  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+  const std::size_t first = text.find_first_not_of(" \t\r\n");
+  const bool marked = first != text.npos && std::string_view("<{[").find(text[first]) != text.npos;
+  return marked ? text.substr(first) : std::string_view();
+}
 
 }  // namespace
 
 std::string ForeignFile(std::string_view first_bytes) {
+  const std::string_view text = WithoutBlanks(first_bytes);
   for (const ForeignKind& kind : kForeignKinds) {
     if (first_bytes.size() <= kind.offset) continue;
-    if (!first_bytes.substr(kind.offset).starts_with(kind.bytes)) continue;
+    const bool begins = first_bytes.substr(kind.offset).starts_with(kind.bytes) ||
+                        (!text.empty() && SameName(text.substr(0, kind.bytes.size()), kind.bytes));
+    if (!begins) continue;
     if (first_bytes.find(kind.also) != std::string_view::npos) return std::string(kind.sentence);
   }
   return {};

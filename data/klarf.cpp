@@ -70,6 +70,7 @@ class KlarfReader {
   void TakeWords(const TextLine& line);
   void TakeStatement();
   void CheckVersion() const;
+  void TellOfOrientation();
   void TakeSpec();
   void BeginWafer();
   void EndWafer();
@@ -181,10 +182,19 @@ void KlarfReader::TakeStatement() {
   if (SameName(name, "FileVersion")) return CheckVersion();
   if (SameName(name, "DefectRecordSpec")) return TakeSpec();
   if (SameName(name, "WaferID")) return BeginWafer();
-  if (SameName(name, "DiePitch")) pitch_ = Pair();
+  if (SameName(name, "DiePitch")) {
+    pitch_ = Pair();
+    if (!((*pitch_)[0] > 0 && (*pitch_)[1] > 0)) {
+      Refuse("DiePitch isn't two positive numbers; save the file again");
+    }
+  }
   if (SameName(name, "SampleCenterLocation")) centre_ = Pair();
   if (SameName(name, "EndOfFile")) ended_ = true;
-  if (SameName(name, "SampleSize") && Number(1) == 1) diameter_ = Number(2);
+  if (SameName(name, "SampleSize") && Number(1) == 1) {
+    diameter_ = Number(2);
+    if (!(*diameter_ > 0)) Refuse("SampleSize isn't positive; mend it");
+  }
+  TellOfOrientation();
   if (SameName(name, "DieOrigin") && (Number(1) != 0 || Number(2) != 0)) {
     Refuse("DieOrigin isn't 0 0; save the positions from the lower left corner of their dies");
   }
@@ -194,6 +204,24 @@ void KlarfReader::TakeStatement() {
       Refuse(Shown(statement_[1]) + " is no slot; write a whole number");
     }
     wafer_.slot = ToInt32(slot);
+  }
+}
+
+/// Positions stay as they are.
+void KlarfReader::TellOfOrientation() {
+  const std::string value = statement_.size() > 1 ? statement_[1] : "";
+  const auto warn = [&](const std::string& text) {
+    auto& warnings = lot_.warnings;
+    const std::string warning = statement_[0] + " is " + Printable(Utf8(value)) + text;
+    if (std::find(warnings.begin(), warnings.end(), warning) == warnings.end()) {
+      warnings.push_back(warning);
+    }
+  };
+  if (SameName(statement_[0], "OrientationMarkLocation") && !SameName(value, "DOWN")) {
+    warn(", and the mark of a plot is at the bottom unless it is set elsewhere");
+  }
+  if (SameName(statement_[0], "CoordinatesMirrored") && SameName(value, "YES")) {
+    warn("; the defects are shown as the file has them");
   }
 }
 
@@ -346,13 +374,16 @@ Lot KlarfReader::Read() {
   while (!ended_ && lines_.Next(line)) TakeWords(line);
   EndWafer();
   line_ = 0;
-  if (!ended_)
+  // The last semicolon is no matter.
+  if (!ended_ && (statement_.empty() || !SameName(statement_[0], "EndOfFile")))
     Refuse("the file ends without EndOfFile, so that a part of it is missing; save it again");
   choice_.RequireAll();
   for (std::vector<Wafer>& wafers : wafers_) {
     for (Wafer& wafer : wafers) lot_.wafers.push_back(std::move(wafer));
   }
-  if (lot_.wafers.empty()) Refuse("no defect is left; choose another file or wafer");
+  if (lot_.wafers.empty() && request_.where.empty()) {
+    Refuse("no defect is left; choose another file or wafer");
+  }
   return std::move(lot_);
 }
 
@@ -371,13 +402,22 @@ bool BeginsWith(std::string_view text, std::string_view words) {
 
 bool IsKlarf(LineReader& lines) {
   const std::string_view first = FirstText(lines);
-  return BeginsWith(first, "FileVersion ") || BeginsWith(first, "Record FileRecord");
+  if (BeginsWith(first, "FileVersion ") || BeginsWith(first, "Record FileRecord")) return true;
+  const auto& ahead = lines.Ahead();
+  return std::any_of(ahead.begin(), ahead.end(), [](const TextLine& line) {
+    return BeginsWith(Trimmed(line.text), "DefectRecordSpec ");
+  });
 }
 
 Lot ReadKlarf(const ReadRequest& request, LineReader& lines, PositionScale& scale) {
   if (BeginsWith(FirstText(lines), "Record FileRecord")) {
     throw DataError({lines.file(), lines.Ahead().front().number},
                     "this is KLARF 1.8 or newer; save it as 1.2");
+  }
+  if (!BeginsWith(FirstText(lines), "FileVersion ")) {
+    throw DataError(
+        {lines.file(), lines.Ahead().front().number},
+        "this is a KLARF that doesn't begin with its FileVersion; save it again as 1.2");
   }
   scale.stated = true;
   return KlarfReader(request, lines).Read();

@@ -15,7 +15,6 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kBlockSize = 1U << 16;
 constexpr std::size_t kLongestLine = 1U << 20;
-constexpr std::size_t kLinesAhead = 100;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 /// A '#' with a separator right behind it is the name of a column.
@@ -24,20 +23,23 @@ bool IsComment(std::string_view content) {
   return content.size() == 1 || std::string_view(",;\t").find(content[1]) == std::string_view::npos;
 }
 
-/// A text begins with its mark and a Latin letter or two, or without a mark with nothing else for a
-/// while, as numbers of a binary file don't.
+/// A text of measured numbers is mostly Latin digits and layout, and holds no control characters,
+/// as numbers of a binary file do.
 bool LooksLikeUtf16(std::string_view block, std::size_t start, ByteOrder order) {
+  constexpr std::size_t kLooked = 512;
   const bool marked = start > 0;
-  const std::size_t end = std::min<std::size_t>(block.size(), marked ? 8 : 64);
-  if (block.size() % 2 != 0 || (!marked && end < 6)) return false;
+  if (!marked && block.size() < 6) return false;
   const std::size_t high = order == ByteOrder::Little ? 1 : 0;
-  for (std::size_t unit = start; unit < end; unit += 2) {
-    const char letter = block[unit + 1 - high];
-    const bool plain =
-        PrintableLength({&letter, 1}) == 1 || letter == '\t' || letter == '\n' || letter == '\r';
-    if (block[unit + high] != 0 || letter == 0 || !(marked || plain)) return false;
+  std::size_t units = 0;
+  std::size_t plain = 0;
+  for (std::size_t at = start; at + 1 < std::min(block.size(), kLooked); at += 2, ++units) {
+    const auto code = static_cast<unsigned>(static_cast<unsigned char>(block[at + high]) << 8 |
+                                            static_cast<unsigned char>(block[at + 1 - high]));
+    const bool is_layout = code == '\t' || code == '\n' || code == '\r' || code == '\f';
+    if ((code < 0x20 && !is_layout) || code == 0x7F) return false;
+    plain += code < 0x7F;
   }
-  return true;
+  return 2 * plain >= units;
 }
 
 [[noreturn]] void RefuseUnreadable(const std::string& file, int error) {
@@ -99,6 +101,9 @@ void FileBytes::NextBlock() {
   bytes_.swap(block_);
   block_.clear();
   decoder_->Append(bytes_, block_);
+  if (block_.empty() && decoder_->IsInside()) {
+    throw DataError({file_}, "the text in UTF-16 ends inside a character; save it again");
+  }
 }
 
 LineReader::LineReader(FileBytes& bytes) : bytes_(bytes), rest_(bytes.block()) {
@@ -107,7 +112,7 @@ LineReader::LineReader(FileBytes& bytes) : bytes_(bytes), rest_(bytes.block()) {
 
 const std::deque<TextLine>& LineReader::Ahead() {
   TextLine line;
-  while (ahead_.size() < kLinesAhead && ReadLine(line)) {
+  while (ahead_.size() < kLinesAhead && ReadLine(line, true)) {
     ahead_.push_back({line.number, ahead_texts_.emplace_back(line.text)});
   }
   return ahead_;
@@ -120,7 +125,13 @@ bool LineReader::Next(TextLine& line) {
   return true;
 }
 
-bool LineReader::ReadLine(TextLine& line) {
+void LineReader::KeepComment(std::string_view content) {
+  if (comments_.size() == kLinesAhead) comments_.pop_front();
+  content.remove_prefix(std::min(content.find_first_not_of('#'), content.size()));
+  comments_.push_back({number_, std::string(Trimmed(content))});
+}
+
+bool LineReader::ReadLine(TextLine& line, bool keeps_comments) {
   while (ReadRaw(line.text)) {
     line.number = number_;
     // Nearly all lines begin with a sign or a digit, which stand above '#'.
@@ -129,7 +140,10 @@ bool LineReader::ReadLine(TextLine& line) {
       return true;
     }
     const std::string_view content = Trimmed(line.text);
-    if (IsComment(content)) continue;
+    if (IsComment(content)) {
+      if (keeps_comments) KeepComment(content);
+      continue;
+    }
     const bool blank = content.empty();
     if (blank) line.text = {};
     if (!std::exchange(after_blank_, blank) || !blank) return true;

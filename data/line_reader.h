@@ -57,8 +57,17 @@ class LineReader {
   explicit LineReader(FileBytes& bytes);
 
   const std::string& file() const { return bytes_.file(); }
-  /// The first lines, 100 of them or all; they stay in line to be read, and hold until then.
+  static constexpr std::size_t kLinesAhead = 100;
+  /// The first lines, `kLinesAhead` of them or all; they stay in line to be read, and hold until
+  /// then.
   const std::deque<TextLine>& Ahead();
+
+  struct Comment {
+    std::int64_t number = 0;
+    std::string text;  ///< behind the signs
+  };
+  /// The last comments, 100 at most, among the lines that `Ahead` has read.
+  const std::deque<Comment>& Comments() const { return comments_; }
   /// Reads the next line; false at the end.
   bool Next(TextLine& line);
 
@@ -70,7 +79,8 @@ class LineReader {
   static constexpr std::size_t kUnknown = static_cast<std::size_t>(-1);
   static constexpr std::array<NextEnd, 2> kUnknownEnds = {{{'\n', kUnknown}, {'\r', kUnknown}}};
 
-  bool ReadLine(TextLine& line);
+  bool ReadLine(TextLine& line, bool keeps_comments = false);
+  void KeepComment(std::string_view content);
   std::size_t LineLength();
   bool ReadRaw(std::string_view& text);
 
@@ -83,6 +93,7 @@ class LineReader {
   std::string joined_;  // a line whose parts lie in several blocks
   std::deque<TextLine> ahead_;
   std::deque<std::string> ahead_texts_;
+  std::deque<Comment> comments_;
 };
 
 }  // namespace discoplan::data

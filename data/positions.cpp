@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "data/number_text.h"
 #include "data/units.h"
 #include "data/utf16.h"
 
@@ -108,10 +109,19 @@ PositionScale ScaleOf(const TableHead& head, const Columns& columns, const Field
 }
 
 bool IsUnitRow(const FieldNames& fields, const Columns& columns) {
-  if (std::max(columns.x, columns.y) >= fields.size()) return false;
-  const std::string x = Utf8(WithoutBrackets(fields[columns.x]));
-  const std::string y = Utf8(WithoutBrackets(fields[columns.y]));
-  return !x.empty() && !y.empty() && IsKnownUnit(x) && IsKnownUnit(y);
+  const auto is_no_number = [](std::string_view field) {
+    const NumberFault fault = ParseNumber(field).fault;
+    return fault == NumberFault::Text || fault == NumberFault::Empty;
+  };
+  const auto is_unit = [&](std::size_t column) {
+    if (column >= fields.size() || fields[column].empty()) return false;
+    const std::string_view unit = WithoutBrackets(fields[column]);
+    return unit.size() < fields[column].size() || IsKnownUnit(Utf8(unit));
+  };
+  std::vector<std::size_t> used = columns.values;
+  used.insert(used.end(), {columns.x, columns.y});
+  return std::all_of(fields.begin(), fields.end(), is_no_number) &&
+         std::any_of(used.begin(), used.end(), is_unit);
 }
 
 Position InMillimetres(double first, double second, const PositionScale& scale) {

@@ -106,9 +106,11 @@ Lot ReadAny(const ReadRequest& request, FileBytes& bytes, PositionScale& scale) 
 
 /// Positions, size and exclusions, in the order in which they rely on each other.
 Lot ReadWafers(const ReadRequest& request, FileBytes& bytes) {
+  const auto refuse = [&](const std::string& why) { throw DataError({bytes.file()}, why); };
   PositionScale scale;
   Lot lot = ReadAny(request, bytes, scale);
   lot.source = bytes.file();
+  if (lot.wafers.empty()) refuse("no row is left that --where asks for; loosen it");
   for (Parameter& parameter : lot.parameters) {
     if (!request.value_unit.empty()) parameter.unit = request.value_unit;
   }
@@ -117,17 +119,20 @@ Lot ReadWafers(const ReadRequest& request, FileBytes& bytes) {
   for (Wafer& wafer : lot.wafers) {
     GiveSize(request, wafer);
     LeaveOutBeyond(request, wafer);
-    if (request.outliers) LeaveOutOutliers(*request.outliers, wafer);
+    if (request.outliers && !LeaveOutOutliers(*request.outliers, wafer)) {
+      lot.warnings.push_back("so many values of " + Shown(wafer.name) +
+                             " are the same that none of the others can be told to be an outlier");
+    }
     if (request.thin) Thin(request.most_sites, wafer);
     if (std::ssize(wafer.x) > request.most_sites) {
-      throw DataError({bytes.file()}, TooManySites(request.most_sites));
+      refuse(TooManySites(request.most_sites));
     }
   }
   const auto is_empty = [](const Wafer& wafer) { return wafer.x.empty(); };
   if (std::all_of(lot.wafers.begin(), lot.wafers.end(), is_empty)) {
-    throw DataError({bytes.file()},
-                    "no site lies in the area that is looked at; give a larger --test-diameter or "
-                    "a smaller --edge-exclusion, and check the positions");
+    refuse(
+        "no site lies in the area that is looked at; give a larger --test-diameter or "
+        "a smaller --edge-exclusion, and check the positions");
   }
   lot.wafers.erase(std::remove_if(lot.wafers.begin(), lot.wafers.end(), is_empty),
                    lot.wafers.end());

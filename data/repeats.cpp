@@ -5,6 +5,8 @@
 #include <cstring>
 #include <functional>
 
+#include "data/plain_text.h"
+
 namespace discoplan::data {
 namespace {
 
@@ -80,6 +82,11 @@ std::size_t DistinctIn(const Column& column) {
 std::size_t RepeatedSites(std::span<const float> x, std::span<const float> y) {
   const auto bits = [&](std::size_t i) { return BitsOf(x[i], y[i]); };
   return AllDiffer(x.size(), bits) ? 0 : CountRepeats(x.size(), bits);
+}
+
+std::string RepeatText(std::size_t repeats, const Wafer& wafer, const std::string& of) {
+  return std::to_string(repeats) + " of " + Counted(wafer.x.size(), "site") +
+         (of.empty() ? "" : ' ' + of) + (repeats == 1 ? " repeats" : " repeat") + " a position";
 }
 
 void KeptRows::Add(std::string_view line) {

@@ -100,6 +100,24 @@ bool SiteRows::HasWidth(const std::vector<std::string_view>& fields, std::int64_
   return false;
 }
 
+bool SiteRows::HasKeys(const std::vector<std::string_view>& fields, std::int64_t line,
+                       const std::vector<std::size_t>& keys, const Condition& condition) {
+  const auto is_empty = [&](std::size_t key) {
+    return key >= fields.size() || fields[key].empty();
+  };
+  const auto key = std::find_if(keys.begin(), keys.end(), is_empty);
+  if (key == keys.end()) return true;
+  Condition::Fault fault;
+  if (!condition.Holds(fields, fault) && fault.fault == NumberFault::None) return false;
+  if (!skip_invalid_) {
+    throw DataError(At(file_, line, *key),
+                    "the field is empty where the name of a wafer is due; fill it in or use "
+                    "--skip-invalid");
+  }
+  CountSkipped(Reason::Empty, line, skipped_);
+  return false;
+}
+
 void SiteRows::Fail(NumberFault fault, std::string_view text, std::int64_t line, std::size_t column,
                     std::span<Wafer> wafers) {
   if (!skip_invalid_) {

@@ -49,6 +49,10 @@ class SiteRows {
   /// it is skipped.
   bool HasWidth(const std::vector<std::string_view>& fields, std::int64_t line,
                 const RowShape& shape);
+  /// True if none of the fields that tell wafers apart is empty. Throws `DataError` for a row that
+  /// is asked for and belongs to no wafer, unless it is skipped.
+  bool HasKeys(const std::vector<std::string_view>& fields, std::int64_t line,
+               const std::vector<std::size_t>& keys, const Condition& condition);
   /// Adds one row of that width to `wafers`, one for each value column; false if it went into none.
   /// Throws `DataError` for a row that isn't valid, unless it is skipped.
   bool Add(const std::vector<std::string_view>& fields, std::int64_t line, const RowShape& shape,

@@ -6,6 +6,7 @@
 #include <compare>
 #include <iterator>
 #include <optional>
+#include <utility>
 
 namespace discoplan::data {
 namespace {
@@ -30,9 +31,12 @@ struct Fit {
 
 class StartFinder {
  public:
-  StartFinder(const ReadRequest& request, const ColumnWish& wish, const std::string& file,
-              const std::deque<TextLine>& sample)
-      : request_(request), wish_(wish), file_(file), sample_(sample) {}
+  StartFinder(const ReadRequest& request, const ColumnWish& wish, LineReader& lines)
+      : request_(request),
+        wish_(wish),
+        file_(lines.file()),
+        sample_(lines.Ahead()),
+        comments_(lines.Comments()) {}
 
   TableStart Find() const { return StartOf(FindDialect()); }
   TableStart FindHead() const { return HeadOf(FindDialect()); }
@@ -44,6 +48,7 @@ class StartFinder {
   std::optional<Line> NamingLine(Dialect dialect, FieldNames& fields) const;
   Line WideLine(Dialect dialect, FieldNames& fields) const;
   TableStart HeadOf(Dialect dialect) const;
+  void TakeNamesOfComment(std::int64_t above, TableStart& start) const;
   TableStart StartOf(Dialect dialect) const;
   bool HoldsNumbers(Line first, Dialect dialect, std::size_t column) const;
   Fit FitOf(Dialect dialect) const;
@@ -53,6 +58,7 @@ class StartFinder {
   const ColumnWish& wish_;
   const std::string& file_;
   const std::deque<TextLine>& sample_;
+  const std::deque<LineReader::Comment>& comments_;
 };
 
 bool IsNumber(std::string_view field) { return ParseNumber(field).fault == NumberFault::None; }
@@ -64,10 +70,13 @@ void StartFinder::RefuseNarrow(Dialect dialect) const {
     return FilledWidth(fields) > 0;
   });
   const bool any = first != sample_.end();
+  const bool all_text = sample_.size() == LineReader::kLinesAhead;
   throw DataError({file_, any ? first->number : 0},
                   (any ? Counted(fields.size(), "column") : "no column") +
-                      " where at least 3 are due; separate X, Y and value by commas, semicolons, "
-                      "tabs or blanks");
+                      " where at least 3 are due" +
+                      (all_text ? ", as in all of the first 100 lines" : "") +
+                      "; separate X, Y and value by commas, semicolons, tabs or blanks" +
+                      (all_text ? ", and leave out text above them" : ""));
 }
 
 /// The line that names positions, unless rows begin before it.
@@ -117,7 +126,22 @@ TableStart StartFinder::HeadOf(Dialect dialect) const {
                  });
   start.place = {file_, first->number};
   start.last_line = start.header ? first->number : first->number - 1;
+  if (!start.header) TakeNamesOfComment(first->number, start);
   return start;
+}
+
+/// Some programs make a comment of the header.
+void StartFinder::TakeNamesOfComment(std::int64_t above, TableStart& start) const {
+  const LineReader::Comment* last = nullptr;
+  for (const LineReader::Comment& comment : comments_) {
+    if (comment.number < above) last = &comment;
+  }
+  FieldNames names;
+  if (last == nullptr || SplitFields(last->text, start.dialect, names) != 0) return;
+  if (names.size() != start.names.size() || !NamesPositions(names, wish_)) return;
+  start.names.assign(names.begin(), names.end());
+  start.header = true;
+  start.place.line = last->number;
 }
 
 TableStart StartFinder::StartOf(Dialect dialect) const {
@@ -190,14 +214,12 @@ TableHead TableStart::Head() const {
   return {FieldNames(names.begin(), names.end()), header, place};
 }
 
-TableStart FindHead(const ReadRequest& request, const ColumnWish& wish, const std::string& file,
-                    const std::deque<TextLine>& sample) {
-  return StartFinder(request, wish, file, sample).FindHead();
+TableStart FindHead(const ReadRequest& request, const ColumnWish& wish, LineReader& lines) {
+  return StartFinder(request, wish, lines).FindHead();
 }
 
-TableStart FindStart(const ReadRequest& request, const ColumnWish& wish, const std::string& file,
-                     const std::deque<TextLine>& sample) {
-  return StartFinder(request, wish, file, sample).Find();
+TableStart FindStart(const ReadRequest& request, const ColumnWish& wish, LineReader& lines) {
+  return StartFinder(request, wish, lines).Find();
 }
 
 }  // namespace discoplan::data

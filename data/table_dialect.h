@@ -3,12 +3,12 @@
 
 /// How a table is written: its separator and its head, from its first lines.
 
-#include <deque>
 #include <string>
 #include <vector>
 
 #include "data/columns.h"
 #include "data/fields.h"
+#include "data/line_reader.h"
 #include "data/site_rows.h"
 
 namespace discoplan::data {
@@ -27,11 +27,9 @@ struct TableStart {
 };
 
 /// The same without what the columns hold: `units` and `shape` stay empty.
-TableStart FindHead(const ReadRequest& request, const ColumnWish& wish, const std::string& file,
-                    const std::deque<TextLine>& sample);
+TableStart FindHead(const ReadRequest& request, const ColumnWish& wish, LineReader& lines);
 
-/// Throws `DataError` if the lines don't tell.
-TableStart FindStart(const ReadRequest& request, const ColumnWish& wish, const std::string& file,
-                     const std::deque<TextLine>& sample);
+/// From the first lines, which stay to be read. Throws `DataError` if they don't tell.
+TableStart FindStart(const ReadRequest& request, const ColumnWish& wish, LineReader& lines);
 
 }  // namespace discoplan::data

@@ -14,7 +14,12 @@ namespace {
 
 std::vector<std::size_t> GroupColumns(const ReadRequest& request, const TableHead& head) {
   std::vector<std::size_t> columns;
-  for (const std::string& entry : request.by) columns.push_back(FindColumn(entry, head));
+  for (const std::string& entry : request.by) {
+    const std::size_t column = FindColumn(entry, head);
+    if (std::find(columns.begin(), columns.end(), column) == columns.end()) {
+      columns.push_back(column);
+    }
+  }
   return columns;
 }
 
@@ -24,7 +29,7 @@ class TableReader {
       : request_(request),
         lines_(lines),
         wish_(request, lines.file()),
-        start_(FindStart(request, wish_, lines.file(), lines.Ahead())),
+        start_(FindStart(request, wish_, lines)),
         by_(GroupColumns(request, start_.Head())),
         choice_(request.wafers, lines.file()),
         groups_(by_, request.path.stem().string(), start_.shape.columns.values.size(), choice_),
@@ -66,7 +71,10 @@ void TableReader::ReadRows(const Condition& condition) {
     while (lines_.Next(line)) {
       if (line.number <= start_.last_line) continue;
       SplitOrThrow(line, lines_.file(), start_.dialect, fields);
-      if (FilledWidth(fields) == 0 || !rows_.HasWidth(fields, line.number, start_.shape)) continue;
+      if (FilledWidth(fields) == 0 || !rows_.HasWidth(fields, line.number, start_.shape) ||
+          !rows_.HasKeys(fields, line.number, by_, condition)) {
+        continue;
+      }
       const std::span<Wafer> wafers = groups_.Of(fields);
       if (wafers.empty()) continue;
       if (rows_.Add(fields, line.number, start_.shape, condition, wafers) && keeps) {
@@ -81,18 +89,24 @@ void TableReader::ReadRows(const Condition& condition) {
   }
 }
 
+/// "Slot", "Lot,Slot or 5 ('Wafer ID')".
 std::string TableReader::TellersText() const {
   std::vector<std::size_t> known = {start_.shape.columns.x, start_.shape.columns.y};
   if (!wish_.all_values) known.push_back(start_.shape.columns.values[0]);
+  const TableHead head = start_.Head();
   std::vector<std::string> texts;
   for (const auto& columns : kept_.Tellers(lot_.wafers[0], start_.dialect, known)) {
-    std::string text;
+    std::string entries;
+    std::vector<std::string> names;
+    bool is_plain = true;
     for (const std::size_t column : columns) {
-      const bool named = start_.header && !start_.names[column].empty();
-      text += (text.empty() ? "" : ",") +
-              (named ? Printable(Utf8(start_.names[column])) : std::to_string(column + 1));
+      const std::string entry = Entry(head, column);
+      entries += (entries.empty() ? "" : ",") + entry;
+      const std::string_view name = start_.header ? head.names[column] : std::string_view();
+      is_plain = is_plain && (name.empty() || entry == name);
+      names.push_back(Shown(Utf8(name)));
     }
-    texts.push_back(std::move(text));
+    texts.push_back(is_plain ? entries : entries + " (" + Listed(names) + ')');
   }
   if (texts.empty()) return {};
   std::string list = texts[0];
@@ -108,19 +122,18 @@ void TableReader::JudgeRepeats() {
     const std::size_t repeats = RepeatedSites(wafer.x, wafer.y);
     if (repeats == 0) continue;
     const std::string tellers = by_.empty() && wafer.parameter == 0 ? TellersText() : std::string();
-    const std::string count = std::to_string(repeats) + " of " + Counted(wafer.x.size(), "site");
-    const std::string of = by_.empty() ? "" : " of wafer " + Shown(wafer.name);
+    const std::string of = by_.empty() ? "" : "of wafer " + Shown(wafer.name);
+    const std::string found = RepeatText(repeats, wafer, of);
     if (!tellers.empty()) {
-      throw DataError({lines_.file()},
-                      count + " repeat a position; tell the wafers apart by --by " + tellers);
+      throw DataError({lines_.file()}, found + "; tell the wafers apart with --by " + tellers);
     }
     if (2 * repeats >= wafer.x.size()) {
-      throw DataError({lines_.file()}, count + of +
-                                           " repeat a position; tell the wafers apart by --by and "
-                                           "the columns that do, or split the file");
+      throw DataError({lines_.file()},
+                      found +
+                          "; name the columns that tell the wafers apart with --by, or split "
+                          "the file");
     }
-    lot_.warnings.push_back(count + of + " repeat" + (repeats == 1 ? "s" : "") +
-                            " a position; each of them is taken for a site of its own");
+    lot_.warnings.push_back(found + "; each of them is taken for a site of its own");
   }
 }
 
@@ -139,10 +152,9 @@ Lot TableReader::Read() {
   rows_.Finish();
   choice_.RequireAll();
   lot_.wafers = groups_.Take();
-  if (lot_.wafers.empty() && condition.IsGiven()) {
-    throw DataError({lines_.file()}, "no row is left that --where asks for; loosen it");
+  if (!lot_.wafers.empty() || !condition.IsGiven()) {
+    rows_.RequireSites(lot_.wafers, start_.header ? start_.place.line : 0);
   }
-  rows_.RequireSites(lot_.wafers, start_.header ? start_.place.line : 0);
   JudgeRepeats();
   return std::move(lot_);
 }

@@ -16,6 +16,8 @@ class Utf16Decoder {
   explicit Utf16Decoder(ByteOrder order) : order_(order) {}
 
   void Append(std::string_view bytes, std::string& utf8);
+  /// Whether a character has begun and not ended.
+  bool IsInside() const { return has_half_ || high_ != 0; }
 
  private:
   void Take(unsigned unit, std::string& utf8);

@@ -25,15 +25,19 @@ bool HaveSlots(const std::vector<Wafer>& wafers) {
   });
 }
 
+std::string NamesOf(const std::vector<Wafer>& wafers) {
+  std::vector<std::string> names;
+  for (const Wafer& wafer : wafers) names.push_back(Shown(wafer.name));
+  return Listed(names);
+}
+
 }  // namespace
 
 std::string ChoiceText(const std::vector<Wafer>& wafers) {
-  std::vector<std::string> texts;
-  const bool by_slot = HaveSlots(wafers);
-  for (const Wafer& wafer : wafers) {
-    texts.push_back(by_slot ? std::to_string(*wafer.slot) : Shown(wafer.name));
-  }
-  return Listed(texts);
+  if (!HaveSlots(wafers)) return NamesOf(wafers);
+  std::vector<std::string> slots;
+  for (const Wafer& wafer : wafers) slots.push_back(std::to_string(*wafer.slot));
+  return Listed(slots);
 }
 
 WaferChoice::WaferChoice(const std::vector<std::string>& entries, std::string file)
@@ -45,10 +49,6 @@ WaferChoice::WaferChoice(const std::vector<std::string>& entries, std::string fi
                           ? first
                           : WholeNumber(Trimmed(std::string_view(text).substr(dash + 1)));
     const bool by_slot = first && last;
-    if (by_slot && *first > *last) {
-      throw DataError({file_},
-                      "--wafer " + Shown(text) + " runs backwards; write the lower slot first");
-    }
     entries_.push_back({text, by_slot ? first : std::nullopt, by_slot ? last : std::nullopt});
   }
 }
@@ -71,10 +71,14 @@ bool WaferChoice::Takes(std::string_view name, std::optional<int> slot) {
 void WaferChoice::RequireAll() const {
   for (const Entry& entry : entries_) {
     if (entry.met) continue;
+    if (entry.first && *entry.first > *entry.last) {
+      throw DataError(
+          {file_}, "--wafer " + Shown(entry.text) + " runs backwards; write the lower slot first");
+    }
     const bool by_slot = entry.first.has_value() && HaveSlots(seen_);
-    throw DataError({file_}, "there is no " +
-                                 (by_slot ? "slot " + entry.text : "wafer " + Shown(entry.text)) +
-                                 "; choose from " + ChoiceText(seen_));
+    throw DataError(
+        {file_}, "there is no " + (by_slot ? "slot " + entry.text : "wafer " + Shown(entry.text)) +
+                     "; choose from " + (entry.first ? ChoiceText(seen_) : NamesOf(seen_)));
   }
 }
 

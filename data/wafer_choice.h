@@ -18,14 +18,14 @@ std::string ChoiceText(const std::vector<Wafer>& wafers);
 
 class WaferChoice {
  public:
-  /// Entries such as "7", "3-7" or "Slot07". None: all wafers. Throws `DataError` for a range that
-  /// runs backwards.
+  /// Entries such as "7", "3-7" or "Slot07". None: all wafers.
   WaferChoice(const std::vector<std::string>& entries, std::string file);
 
   bool TakesAll() const { return entries_.empty(); }
   /// Whether a wafer is asked for, and takes note of it.
   bool Takes(std::string_view name, std::optional<int> slot);
-  /// To be called when all wafers have been seen. Throws `DataError` if an entry has met none.
+  /// To be called when all wafers have been seen. Throws `DataError` if an entry has met none,
+  /// such as a range that runs backwards.
   void RequireAll() const;
 
  private:

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <string>
 
+#include "data/plain_text.h"
+
 namespace discoplan::app {
 namespace {
 
@@ -29,6 +31,14 @@ CLI::Validator FiniteNumber() {
 
 CLI::Validator PositiveNumber() {
   return Number("a positive number", [](float number) { return number > 0; });
+}
+
+CLI::Validator GivenText() {
+  return CLI::Validator(
+      [](const std::string& text) {
+        return std::string(data::Trimmed(text).empty() ? "takes a text that isn't empty" : "");
+      },
+      "");
 }
 
 CLI::Validator FileName() { return CLI::Validator(ComplaintOfName, ""); }

@@ -13,6 +13,9 @@ CLI::Validator PositiveNumber();
 
 /// The name of a file; of one to read, "-" becomes the name of standard input.
 CLI::Validator FileName();
+
+/// A text that isn't empty, as an empty variable of a script is.
+CLI::Validator GivenText();
 CLI::Validator InputFile();
 
 }  // namespace discoplan::app

@@ -40,21 +40,26 @@ OutlierRule ParseRule(const std::string& text) {
 }
 
 void AddColumnOptions(CLI::App& command, data::ReadRequest& request) {
-  command.add_option("--columns", request.columns,
-                     "X,Y or X,Y,VALUE of a table, by name or number from 1");
+  command
+      .add_option("--columns", request.columns,
+                  "X,Y or X,Y,VALUE of a table, by name or number from 1")
+      ->check(GivenText());
   command
       .add_option("--parameter", request.parameters,
                   "Value to read, by name or number; again for another, or 'all'")
       ->type_name("NAME")
+      ->check(GivenText())
       ->allow_extra_args(false);
   command.add_option("--by", request.by, "Columns of a table that tell its wafers apart")
       ->type_name("COLUMN[,COLUMN]")
+      ->check(GivenText())
       ->delimiter(',')
       ->allow_extra_args(false);
   command
       .add_option("--wafer", request.wafers,
                   "Wafer to take, by name, slot or range of slots; again for another")
       ->type_name("NAME|SLOT|FROM-TO")
+      ->check(GivenText())
       ->allow_extra_args(false);
   command
       .add_option("--value-unit,--units", request.value_unit,
@@ -63,7 +68,8 @@ void AddColumnOptions(CLI::App& command, data::ReadRequest& request) {
   command
       .add_option("--where", request.where,
                   "Rows to take of a table, as \"MSE < 12 and Slot != 3\"")
-      ->type_name("CONDITION");
+      ->type_name("CONDITION")
+      ->check(GivenText());
 }
 
 void AddPositionOptions(CLI::App& command, data::ReadRequest& request) {

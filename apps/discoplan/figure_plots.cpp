@@ -24,14 +24,6 @@ figures::ColourMap ColoursOf(const LookRequest& look, const DeriveRequest& deriv
   return *figures::FindColourMap(asked.empty() ? own : std::string_view(asked));
 }
 
-void RefuseFarSites(const ReadRequest& data, const Wafer& measured, double diameter) {
-  constexpr double kTolerance = 1.005;  // of a site on the edge
-  const double farthest = data::FarthestSite(measured.x, measured.y);
-  const std::string source = SourceOf(data.path.string(), measured);
-  if (farthest > kTolerance * diameter / 2) RefuseFarSite(source, farthest, diameter);
-  if (!data.diameter) RefuseOtherUnits(source, measured);
-}
-
 }  // namespace
 
 void RefuseClassicOptions(const PlotRequest& plot) {
@@ -89,7 +81,9 @@ WaferPlot WaferPlotOf(const WaferSource& source, const LookRequest& look,
   if (!look.cut.empty()) {
     plot.cut = figures::Cut{{look.cut[0], look.cut[1]}, {look.cut[2], look.cut[3]}};
   }
-  RefuseFarSites(source.data, measured, plot.diameter);
+  const std::string named = SourceOf(source.data.path.string(), measured);
+  RefuseFarSites(named, measured, plot.diameter);
+  if (!source.data.diameter) RefuseOtherUnits(named, measured);
   return plot;
 }
 

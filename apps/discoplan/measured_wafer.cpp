@@ -6,6 +6,9 @@
 namespace discoplan::app {
 namespace {
 
+/// A site on the edge may lie beyond it by the precision of its position.
+constexpr double kTolerance = 1.005;
+
 std::string Millimetres(double length) { return PlainNumber(static_cast<float>(length)) + " mm"; }
 
 }  // namespace
@@ -15,7 +18,9 @@ std::string SourceOf(const std::string& file, const Wafer& measured) {
   return measured.slot ? file + ": slot " + std::to_string(*measured.slot) : file;
 }
 
-void RefuseFarSite(const std::string& source, double distance, double diameter) {
+void RefuseFarSites(const std::string& source, const Wafer& measured, double diameter) {
+  const double distance = data::FarthestSite(measured.x, measured.y);
+  if (distance <= kTolerance * diameter / 2) return;
   throw CommandError(source + ": a site is " + Millimetres(distance) +
                      " from the centre, outside a wafer of " + Millimetres(diameter) +
                      " across; give a larger --diameter");
@@ -31,17 +36,9 @@ void RefuseOtherUnits(const std::string& source, const Wafer& measured) {
 }
 
 void LoadSites(PlotControl& control, const std::string& source, const Wafer& measured) {
-  // A site on the edge may lie beyond it by the precision of its position.
-  constexpr double kTolerance = 1.005;
-  const double radius = static_cast<double>(control.WaferDiameter()) / 2;
-  const double farthest = data::FarthestSite(measured.x, measured.y);
-  if (farthest <= kTolerance * radius &&
-      control.SetWaferData(measured.x, measured.y, measured.value) == LoadResult::Loaded) {
-    return;
-  }
-  if (farthest > radius) {
-    RefuseFarSite(source, farthest, 2 * radius);
-  }
+  const double diameter = control.WaferDiameter();
+  RefuseFarSites(source, measured, diameter);
+  if (control.SetWaferData(measured.x, measured.y, measured.value) == LoadResult::Loaded) return;
   throw CommandError(source +
                      ": the values are too large, so that sums of them don't fit 32-bit floats; "
                      "scale the values down");

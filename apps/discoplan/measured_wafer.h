@@ -13,8 +13,9 @@ namespace discoplan::app {
 /// "lot.csv", with the slot where there are several: for messages.
 std::string SourceOf(const std::string& file, const Wafer& measured);
 
-/// Raises `CommandError`: a site that far from the centre lies outside of the wafer. In mm.
-[[noreturn]] void RefuseFarSite(const std::string& source, double distance, double diameter);
+/// Raises `CommandError` for a site that lies outside of a wafer of that diameter, in mm, by more
+/// than the precision of its position.
+void RefuseFarSites(const std::string& source, const Wafer& measured, double diameter);
 
 /// Raises `CommandError` for a wafer larger than any: its positions have another unit than mm.
 void RefuseOtherUnits(const std::string& source, const Wafer& measured);

@@ -9,6 +9,7 @@
 #include "apps/discoplan/command.h"
 #include "apps/discoplan/data_options.h"
 #include "apps/discoplan/derive.h"
+#include "apps/discoplan/measured_wafer.h"
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/stats_table.h"
 
@@ -32,6 +33,9 @@ void Print(const StatsRequest& request) {
     throw UsageError("--lot goes with --json or --csv; the table says both");
   }
   const Lot lot = ReadDerived(request.data, request.derive);
+  for (const Wafer& wafer : lot.wafers) {
+    RefuseFarSites(SourceOf(request.data.path.string(), wafer), wafer, wafer.diameter);
+  }
   const auto form = request.json  ? (request.lot ? LotJson : StatsJson)
                     : request.csv ? (request.lot ? LotCsv : StatsCsv)
                                   : StatsTable;

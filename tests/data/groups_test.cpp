@@ -63,6 +63,36 @@ TEST(Groups, AreWafersOfATable) {
        kTwo,
        "a.csv: --wafer '2-1' runs backwards; write the lower slot first",
        {.by = {"Slot"}, .wafers = {"2-1"}}},
+      {"a name that looks like a range that runs backwards",
+       "X,Y,W,V\n0,0,3-1,5\n0,0,3-2,7\n",
+       "0,0,5",
+       {.by = {"W"}, .wafers = {"3-1"}}},
+      {"no such wafer",
+       kTwo,
+       "a.csv: there is no wafer 'x'; choose from '1', '2'",
+       {.by = {"Slot"}, .wafers = {"x"}}},
+      {"an open range",
+       kTwo,
+       "a.csv: there is no wafer '3-'; choose from '1', '2'",
+       {.by = {"Slot"}, .wafers = {"3-"}}},
+      {"a column twice", kTwo, "0,0,5 1,0,6", {.by = {"Slot", "3"}, .wafers = {"1"}}},
+      {"by nothing",
+       kTwo,
+       "a.csv:1: there is no column ''; choose from 'X', 'Y', 'Slot', 'V'",
+       {.by = {""}}},
+      {"an empty name",
+       "X,Y,W,V\n0,0,a,1\n1,0,,2\n",
+       "a.csv:3:3: the field is empty where the name of a wafer is due; fill it in or use "
+       "--skip-invalid",
+       {.by = {"W"}}},
+      {"an empty name left out",
+       "X,Y,W,V\n0,0,a,1\n1,0,,2\n",
+       "0,0,1",
+       {.by = {"W"}, .skip_invalid = true}},
+      {"an empty name that isn't asked for",
+       "X,Y,W,V\n0,0,a,1\n1,0,,2\n",
+       "0,0,1",
+       {.by = {"W"}, .where = "W != ''"}},
       {"no such column",
        kTwo,
        "a.csv:1: there is no column 'Lot'; choose from 'X', 'Y', 'Slot', 'V'",
@@ -85,20 +115,24 @@ TEST(Groups, AreNoValues) {
 TEST(Groups, AreAskedForWherePositionsRepeat) {
   const GroupCase cases[] = {
       {"one column tells", kTwo,
-       "a.csv: 2 of 4 sites repeat a position; tell the wafers apart by --by Slot"},
+       "a.csv: 2 of 4 sites repeat a position; tell the wafers apart with --by Slot"},
       {"two columns tell", kFour,
-       "a.csv: 6 of 8 sites repeat a position; tell the wafers apart by --by Lot,Slot"},
+       "a.csv: 6 of 8 sites repeat a position; tell the wafers apart with --by Lot,Slot"},
+      {"a column whose name isn't plain", "X,Y,Lot ID,V\n0,0,A,5\n1,0,A,6\n0,0,B,7\n1,0,B,8\n",
+       "a.csv: 2 of 4 sites repeat a position; tell the wafers apart with --by 3 ('Lot ID')"},
+      {"a column whose name is a number", "X,Y,7,V\n0,0,A,5\n1,0,A,6\n0,0,B,7\n1,0,B,8\n",
+       "a.csv: 2 of 4 sites repeat a position; tell the wafers apart with --by 3 ('7')"},
       {"too few columns given",
        kFour,
-       "a.csv: 2 of 4 sites of wafer 'A' repeat a position; tell the wafers apart by --by and the "
-       "columns that do, or split the file",
+       "a.csv: 2 of 4 sites of wafer 'A' repeat a position; name the columns that tell the wafers "
+       "apart with --by, or split the file",
        {.by = {"Lot"}}},
       {"no column tells", "X,Y,V\n0,0,5\n1,0,6\n0,0,5\n1,0,6\n",
-       "a.csv: 2 of 4 sites repeat a position; tell the wafers apart by --by and the columns that "
-       "do, or split the file"},
+       "a.csv: 2 of 4 sites repeat a position; name the columns that tell the wafers apart with "
+       "--by, or split the file"},
       {"numbers of sites don't tell", "Site,X,Y,V\n1,0,0,5\n2,1,0,6\n3,0,0,5\n4,1,0,6\n",
-       "a.csv: 2 of 4 sites repeat a position; tell the wafers apart by --by and the columns that "
-       "do, or split the file"},
+       "a.csv: 2 of 4 sites repeat a position; name the columns that tell the wafers apart with "
+       "--by, or split the file"},
   };
   for (const GroupCase& test : cases) Check(test);
   std::istringstream centre("X,Y,V\n0,0,5\n1,0,6\n0,1,7\n0,-1,7\n-0,0,5.1\n");
@@ -139,7 +173,29 @@ TEST(Condition, TakesTheRowsAskedFor) {
   only("V < 'a'", "--where: character 1 of V < 'a': texts have no order; compare them by = or !=");
   only("Q < 1",
        "--where: character 1 of Q < 1: there is no column 'Q'; choose from 'X', 'Y', 'V', "
+       "'Goodness of fit (%)', 'S', with backquotes around a number or several words and quotes "
+       "around a text");
+  only("`Q` < 1",
+       "--where: character 1 of `Q` < 1: there is no column 'Q'; choose from 'X', 'Y', 'V', "
        "'Goodness of fit (%)', 'S'");
+  only("`9` < 1",
+       "--where: character 1 of `9` < 1: there is no column number '9'; choose from 1 to 5");
+  only("V < 4)", "--where: character 6 of V < 4): 'and', 'or' or the end is due");
+  only("S < 3", "a.csv:2:5: 'ok' is no number; mend the value or use --skip-invalid");
+  only("V << 3", "--where: character 4 of V << 3: a column, a number or a text in quotes is due");
+  only("1 < V < 3", "--where: character 7 of 1 < V < 3: 'and', 'or' or the end is due");
+  only("V = 1 && X = 2", "--where: character 7 of V = 1 && X = 2: 'and', 'or' or the end is due");
+  only("not", "--where: character 4 of not: a column, a number or a text in quotes is due");
+  only(" ", "--where: character 2 of  : a column, a number or a text in quotes is due");
+  Check(
+      {"names in Latin-1", "X,Y,G\xFC,V\n1,2,3,4\n1,3,5,6\n", "1,2,4", {.where = "G\xC3\xBC < 5"}});
+  const ReadRequest by_number = {.columns = "1,2,3", .where = "`3` > 3"};
+  Check({"without a header", "1,2,3\n4,5,6\n", "4,5,6", by_number});
+  const ReadRequest by_name = {.columns = "1,2,3", .where = "V > 3"};
+  Check({"a name without a header", "1,2,3\n4,5,6\n",
+         "--where: character 1 of V > 3: there is no header line with a column 'V'; choose columns "
+         "by number in backquotes, as in `1`",
+         by_name});
   only("`V < 4", "--where: character 1 of `V < 4: a quote is opened and not closed");
   only("V > 9", "a.csv: no row is left that --where asks for; loosen it");
 }
@@ -170,6 +226,41 @@ TEST(LeftOut, FollowsTheQuartiles) {
   EXPECT_EQ(dropped.wafers[0].SitesText(), "4 of 5 sites; 1 outlier");
   EXPECT_EQ(Quantile({4, 1, 3, 2}, 0.25), 1.75);
   EXPECT_EQ(Quantile({4, 1, 3, 2}, 1), 4);
+}
+
+TEST(LeftOut, IsToldOfWhereNothingTellsOutliers) {
+  for (const auto spread : {OutlierRule::Spread::Iqr, OutlierRule::Spread::Mad}) {
+    std::istringstream same("-50,0,1\n50,0,1\n0,50,1\n0,-50,1\n0,0,9\n");
+    const Lot lot = Read({.path = "a.csv", .outliers = OutlierRule{1.5, spread}}, same);
+    EXPECT_EQ(lot.wafers[0].SitesText(), "5 sites");
+    EXPECT_EQ(lot.warnings.at(0),
+              "so many values of 'a' are the same that none of the others can be told to be an "
+              "outlier");
+    std::istringstream flat("-50,0,1\n50,0,1\n0,50,1\n0,-50,1\n0,0,1\n");
+    EXPECT_TRUE(
+        Read({.path = "a.csv", .outliers = OutlierRule{1.5, spread}}, flat).warnings.empty());
+  }
+}
+
+TEST(LeftOut, IsRefusedWhereNothingStays) {
+  const std::string rows = "X,Y,V\n-100,0,5\n100,0,6\n0,100,7\n";
+  const GroupCase cases[] = {
+      {"an area without sites",
+       rows,
+       "a.csv: no site lies in the area that is looked at; give a larger --test-diameter or a "
+       "smaller --edge-exclusion, and check the positions",
+       {.test_diameter = 100}},
+      {"no area",
+       rows,
+       "a.csv: nothing is left of a wafer inside its --edge-exclusion; give less",
+       {.edge_exclusion = 100}},
+      {"an area beyond the wafer",
+       rows,
+       "a.csv: --test-diameter: 301 mm is more than the wafer's 200 mm; give less, or a larger "
+       "--diameter",
+       {.test_diameter = 301}},
+  };
+  for (const GroupCase& test : cases) Check(test);
 }
 
 TEST(LeftOut, IsThinnedEvenly) {

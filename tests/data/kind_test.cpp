@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <bit>
 #include <cmath>
 #include <random>
 
@@ -57,10 +58,13 @@ TEST(BinaryData, GoesByTheSizeOrTheNumberOfSites) {
       {"too many sites given", two, most, 32768},
       {"not finite", Binary({1, 2, 3, nan, 5, 6}),
        "a.bin: Y of site 2 is not finite or out of a 32-bit float's range; "
-       "check --sites, or use --skip-invalid"},
+       "check --sites and the order of bytes, or use --skip-invalid"},
       {"more than a float", Binary({1, 2, 3, 4, -1e39, 6}),
        "a.bin: the value of site 1 is not finite or out of a 32-bit float's range; "
-       "check --sites, or use --skip-invalid"},
+       "check --sites and the order of bytes, or use --skip-invalid"},
+      {"bytes in another order", Binary({1, std::bit_cast<double>(std::uint64_t{0xF03F}), 3}),
+       "a.bin: Y of site 1 is not finite or out of a 32-bit float's range; "
+       "check --sites and the order of bytes, or use --skip-invalid"},
       {"left out", Binary({1, 2, 3, nan, 5, 6}), "1,3,5", {}, true},
       {"nothing remains",
        Binary({nan, 2, 3}),
@@ -177,6 +181,16 @@ TEST(DataKind, RefusesWhatIsNeitherAndOptionsThatDontFit) {
        "X\0,\0Y\0,\0V\0\n\0001\0,\0002\0,\0003\0\n\0"s, "1,2,3"},
       {"UTF-16 without its mark, big-endian", "\0X\0,\0Y\0,\0V\0\n\0001\0,\0002\0,\0003\0\n"s,
        "1,2,3"},
+      {"UTF-16 without its mark and with other letters",
+       "X\0 \0(\0\xB5\0m\0)\0,\0Y\0 \0(\0\xB5\0m\0)\0,\0V\0\n\0001\0,\0002\0,\0003\0\n\0"s,
+       "0.00100000005,0.00200000009,3"},
+      {"UTF-16 that begins with Chinese letters",
+       "\xFF\xFE\x4B\x6D\xCF\x91\n\0X\0,\0Y\0,\0V\0\n\0001\0,\0002\0,\0003\0\n\0"s, "1,2,3"},
+      {"UTF-16 cut off inside a letter",
+       "\xFF\xFE"
+       "1\0,\0002\0,\0003\0\n"s,
+       "a: the text in UTF-16 ends inside a character; save it again"},
+      {"a mark of UTF-16 alone", "\xFF\xFE", "a: the file is empty; choose another one"},
       {"sites of a text",
        "1,2,3\n",
        "a: the file is a text; leave out --sites, it's for binary files",

@@ -57,6 +57,28 @@ TEST(Klarf, GivesDefectsAsSitesOrSaysWhatIsWrong) {
        "a.txt:1: this is KLARF 1.8; save it as 1.2"},
       {"the form of later versions", "Record FileRecord \"1.8\"\n{\n}\n",
        "a.txt:1: this is KLARF 1.8 or newer; save it as 1.2"},
+      {"version 1.7", "FileVersion 1 7;\n" + kEnd, "a.txt:1: this is KLARF 1.7; save it as 1.2"},
+      {"version 1.1", "FileVersion 1 1;\n" + kWhole.substr(kWhole.find('\n') + 1),
+       first + " | 10,0,4"},
+      {"half a version", "FileVersion 1;\n" + kEnd,
+       "a.txt:1: FileVersion has too few numbers; complete it"},
+      {"no version", kWhole.substr(kWhole.find('\n') + 1),
+       "a.txt:1: this is a KLARF that doesn't begin with its FileVersion; save it again as 1.2"},
+      {"no semicolon at the end", kWhole.substr(0, kWhole.size() - 2), first + " | 10,0,4"},
+      {"no such wafer",
+       kWhole,
+       "a.txt: there is no wafer 'W03'; choose from 'W01', 'W02'",
+       {.wafers = {"W03"}}},
+      {"a condition that no defect meets",
+       kWhole,
+       "a.txt: no row is left that --where asks for; loosen it",
+       {.where = "DSIZE > 100"}},
+      {"a pitch of 0", "FileVersion 1 2;\nDiePitch 1e4 0;\n" + kEnd,
+       "a.txt:2: DiePitch isn't two positive numbers; save the file again"},
+      {"a wafer of 0", "FileVersion 1 2;\nSampleSize 1 0;\n" + kEnd,
+       "a.txt:2: SampleSize isn't positive; mend it"},
+      {"cut off inside a defect", kHead + kWafer + kSpec + "DefectList\n 1 5000 60",
+       "a.txt:15: 3 fields where DefectRecordSpec names 9; mend the line or the DefectRecordSpec"},
       {"cut off", kHead + kWafer + kSpec + kDefects,
        "a.txt: the file ends without EndOfFile, so that a part of it is missing; save it again"},
       {"no pitch", "FileVersion 1 2;\n" + kWafer + kSpec + kDefects + kEnd,
@@ -97,6 +119,20 @@ TEST(Klarf, SaysSizesAndUnits) {
   EXPECT_EQ(lot.parameters, (std::vector<Parameter>{{"DSIZE", "\xC2\xB5m"}}));
   EXPECT_EQ(lot.wafers.at(0).diameter, 200.0F);
   EXPECT_EQ(lot.wafers.at(1).slot, 2);
+}
+
+TEST(Klarf, TellsOfAnOrientationThatPlotsDontKnow) {
+  const auto warnings = [](const std::string& statements) {
+    std::istringstream stream(kHead + statements + kWafer + kSpec + kDefects + statements + kEnd);
+    return Read({.path = "a.txt"}, stream).warnings;
+  };
+  EXPECT_TRUE(warnings("OrientationMarkLocation DOWN;\nCoordinatesMirrored NO;\n").empty());
+  EXPECT_EQ(
+      warnings("OrientationMarkLocation LEFT;\nCoordinatesMirrored YES;\n"),
+      (std::vector<std::string>{
+          "OrientationMarkLocation is LEFT, and the mark of a plot is at the bottom unless it "
+          "is set elsewhere",
+          "CoordinatesMirrored is YES; the defects are shown as the file has them"}));
 }
 
 TEST(ForeignFile, IsNamedWithWhatToDo) {
@@ -153,6 +189,18 @@ TEST(ForeignFile, IsNamedWithWhatToDo) {
       {"[[1,2,3],[4,5,6]]", "this is JSON; save its table as CSV"},
       {"[Recipe]\nX,Y,V\n1,2,3\n", ""},
       {"<?xml version=\"1.0\"?><data/>", "this is an XML document; save its table as CSV"},
+      {"\xEF\xBB\xBF\n<!doctype HTML>\n<p>", "this is a web page; save its table as CSV"},
+      {"<HTML>\n", "this is a web page; save its table as CSV"},
+      {"<table><tr><td>X</td></tr></table>", "this is a web page; save its table as CSV"},
+      {"<svg xmlns=\"http://www.w3.org/2000/svg\"></svg>",
+       "this is an SVG picture; get the data it was made from, as CSV"},
+      {"\n { \"x\": 1 }", "this is JSON; save its table as CSV"},
+      {"\x80\x04\x95\x10\x00"s, "this is a Python pickle; save the table as CSV"},
+      {"FEA1....", "this is a Feather file; save it as CSV"},
+      {"MZ....This program cannot be run", "this is a program; choose another file"},
+      {"MZ,X,Y\n1,2,3\n", ""},
+      {"BM\x36\x84\x03\x00\x00\x00\x00\x00\x36\x00\x00\x00"s,
+       "this is a BMP picture; get the data it was made from, as CSV"},
       {"X,Y,V\n1,2,3\n", ""},
       {"", ""},
   };

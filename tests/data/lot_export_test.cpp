@@ -162,6 +162,21 @@ TEST(LotExport, RefusesDamagedBlocks) {
        kKeys + kTable + kKeys + kTable,
        "lot.csv:5: slot 1 is here a second time; remove one of the two",
        {.wafers = {"1"}}},
+      {"a condition that no row meets",
+       kKeys + kTable,
+       "lot.csv: no row is left that --where asks for; loosen it",
+       {.where = "`2` > 70"}},
+      {"a condition on one of two columns",
+       kKeys + kTable,
+       "--where: character 1 of Value > 7: columns 2 and 3 are both called 'Value'; choose one by "
+       "its number, with backquotes around a number or several words and quotes around a text",
+       {.where = "Value > 7"}},
+      {"a unit of one position", kKeys + "Site #,Value,X (cm),Y\n1,7,1,2\n",
+       "lot.csv:3: one of X and Y has a unit and the other one has none; mend the header"},
+      {"options for tables",
+       kKeys + kTable,
+       "lot.csv: a lot export tells its wafers apart itself; leave out --by",
+       {.by = {"Slot"}}},
       {"a slot of none",
        "WAFER ID,A\n" + kTable,
        "lot.csv: there is no wafer '1'; choose from 'A'",
@@ -183,6 +198,20 @@ TEST(LotExport, ReportsStatisticsOnlyIfAllFiveAreGiven) {
   EXPECT_EQ(reported(four + kTable), std::nullopt);
   EXPECT_EQ(reported(four + "RANGE,,\n" + kTable), std::nullopt);
   EXPECT_EQ(reported(four + "RANGE,2,\n" + kTable), (ReportedStatistics{7, 6, 8, 0.5, 2}));
+}
+
+TEST(LotExport, TellsOfPositionsThatRepeat) {
+  const TemporaryFolder folder;
+  const auto warnings = [&](const std::string& content) {
+    return Read({.path = folder.Write("lot.csv", content)}).warnings;
+  };
+  EXPECT_TRUE(warnings(kKeys + kTable).empty());
+  EXPECT_EQ(warnings(kKeys + kTable + "2,8,0.9,1,2\n" + kSecond),
+            (std::vector<std::string>{"1 of 2 sites of wafer 'A' repeats a position; each of them "
+                                      "is taken for a site of its own"}));
+  EXPECT_EQ(Read({.path = folder.Write("a.bin", Binary({1, 1, 1, 2, 2, 2, 5, 6, 7}))}).warnings,
+            (std::vector<std::string>{
+                "2 of 3 sites repeat a position; each of them is taken for a site of its own"}));
 }
 
 TEST(LotExport, HoldsAtMost32767SitesAWafer) {

@@ -24,6 +24,12 @@ void Check(const InstrumentCase& test) {
   EXPECT_EQ(Outcome(request), test.outcome);
 }
 
+std::string Lines(int count, const std::string& line) {
+  std::string lines;
+  for (int i = 0; i < count; ++i) lines += line + '\n';
+  return lines;
+}
+
 TEST(InstrumentTable, IsFoundBelowFreeText) {
   const InstrumentCase cases[] = {
       {"quotes, rows of other lengths and blank lines",
@@ -33,6 +39,15 @@ TEST(InstrumentTable, IsFoundBelowFreeText) {
        "Machine;A;B\ncol;row;V\n1;2;3\n",
        "1,2,3",
        {.columns = "col,row,V"}},
+      {"names in a comment right above the rows", "# lot 5\n# X (cm), Y (cm), V\n1,2,3\n",
+       "10,20,3"},
+      {"a comment of another width", "# X (cm), Y (cm), V, W\n1,2,3\n", "1,2,3"},
+      {"a comment above a header", "# X (cm), Y (cm), V\nX,Y,V\n1,2,3\n", "1,2,3"},
+      {"more text than is looked through", Lines(100, "text") + "X,Y,V\n1,2,3\n",
+       "a.csv:1: 1 column where at least 3 are due, as in all of the first 100 lines; separate X, "
+       "Y "
+       "and value by commas, semicolons, tabs or blanks, and leave out text above them"},
+      {"as much text as is looked through", Lines(99, "text") + "X,Y,V\n1,2,3\n", "1,2,3"},
       {"rows above the names are no text", "1,2,3\nX,Y,Z\n4,5,6\n",
        "a.csv:2:1: 'X' is no number; mend the value or use --skip-invalid"},
   };
@@ -48,6 +63,8 @@ TEST(InstrumentTable, HasPositionsInUnits) {
       {"micro sign in Latin-1", "X (\xB5m),Y (\xB5m),V\n1000,2000,3\n", "1,2,3"},
       {"micro sign in UTF-8", "X (\xC2\xB5m),Y (\xCE\xBCm),V\n1000,2000,3\n", "1,2,3"},
       {"units below the names", "X,Y,V\nmm,mm,nm\n1,2,3\n", "1,2,3"},
+      {"a unit of the value alone below the names", "X,Y,V\n,,nm\n1,2,3\n", "1,2,3"},
+      {"degrees in Latin-1", "R (mm),Theta (\xB0),V\n100,180,5\n", "-100,0,5"},
       {"asked for", "X,Y,V\n1,2,3\n", "10,20,3", {.unit = LengthUnit::Centimetre}},
       {"asked for and the same",
        "X (cm),Y (cm),V\n1,2,3\n",
@@ -71,6 +88,16 @@ TEST(InstrumentTable, IsRefusedInUnitsThatArentKnown) {
        {.unit = LengthUnit::Millimetre}},
       {"of one position only", "X (cm),Y,V\n1,2,3\n",
        "a.csv:1: one of X and Y has a unit and the other one has none; mend the header"},
+      {"of one position only, below the names", "X,Y,V\ncm,,nm\n1,2,3\n",
+       "a.csv:1: one of X and Y has a unit and the other one has none; mend the header"},
+      {"no length, below the names", "X,Y,V\n(px),(px),(nm)\n1,2,3\n",
+       "a.csv:1: 'X' is in 'px', which is no unit of length that is known; say what it is with "
+       "--unit mm, cm, um or in"},
+      {"no length of one position, below the names", "X,Y,V\nmm,foo,nm\n1,2,3\n",
+       "a.csv:1: 'Y' is in 'foo', which is no unit of length that is known; say what it is with "
+       "--unit mm, cm, um or in"},
+      {"no units, below the names", "X,Y,V\n-,-,-\n1,2,3\n",
+       "a.csv:2:1: '-' is no number; mend the value or use --skip-invalid"},
       {"no angle", "R (mm),Theta (grad),V\n1,2,3\n",
        "a.csv:1: 'Theta (grad)' is in 'grad'; write deg or rad"},
       {"numbers of dies", "DieX,DieY,V\n1,2,3\n",
@@ -121,6 +148,10 @@ TEST(InstrumentTable, NamesItsParametersWithTheirUnits) {
       {"X,Y,V\nmm,mm,\xB5m\n1,2,3\n", {}, {{"V", "\xC2\xB5m"}}},
       {"X,Y,spline_e2(13.996)\n1,2,3\n", {}, {{"spline_e2(13.996)", ""}}},
       {"X,Y,Lot,Rs\n1,2,A,5\n3,4,B,6\n", {}, {{"Rs", ""}}},
+      {"X,Y,V\n,,nm\n1,2,3\n", {}, {{"V", "nm"}}},
+      {"X,Y,Wafer ID,Slot,Rs\n1,2,7,5,3\n3,4,7,6,3\n", {}, {{"Rs", ""}}},
+      {"X,Y,Slot,Rs\n1,2,7,5\n", {"Slot"}, {{"Slot", ""}}},
+      {"X,Y,Dicke (\xC5),G\xFCte\n1,2,3,4\n", {"G\xC3\xBCte"}, {{"G\xC3\xBCte", ""}}},
       {"X,Y,V,V\n1,2,3,4\n", {"all"}, {{"V", ""}, {"V in column 4", ""}}},
       {"1,2,3\n", {}, {{"Value", ""}}},
   };
@@ -181,6 +212,16 @@ TEST(InstrumentTable, TellsWhatLooksWrong) {
        {"the value 'Q' only counts the sites; choose another with --parameter"}},
       {"X,Y,Q\n0,0,2\n-90,0,3\n90,0,4\n0,90,5\n0,-90,6\n", {}},
       {"X,Y,Q\n-90,0,1\n90,0,2\n0,90,3\n0,-90,4\n", {}},
+      {"R,Theta,Q\n90,0,9\n90,1.5708,2\n90,3.1416,3\n90,4.7124,4\n0,0,7\n",
+       {"all angles lie within 4.71 degrees; if they are radians, write so in the header, as in "
+        "theta (rad)"}},
+      {"R,Theta,Q\n90,-3.14159,9\n90,-1.5708,2\n90,0,3\n90,1.5708,4\n0,0,7\n",
+       {"all angles lie within 4.71 degrees; if they are radians, write so in the header, as in "
+        "theta (rad)"}},
+      {"R,Theta (deg),Q\n90,0,9\n90,1.5708,2\n90,3.1416,3\n90,4.7124,4\n0,0,7\n", {}},
+      {"R,Theta (rad),Q\n90,0,9\n90,1.5708,2\n90,3.1416,3\n90,4.7124,4\n0,0,7\n", {}},
+      {"R,Theta,Q\n90,0,9\n90,90,2\n90,180,3\n90,270,4\n0,0,7\n", {}},
+      {"R,Theta,Q\n10,0,9\n20,0,2\n60,0,3\n90,0,4\n0,0,7\n", {}},
       // A site in the corner itself would lie beside the wafer.
       {"X,Y,Q\n0,0,9\n90,0,2\n0,90,3\n60,60,4\n30,30,7\n", {}},
   };

@@ -65,6 +65,9 @@ TEST(DataTable, ReadsAllWaysToWriteATable) {
 
 TEST(DataTable, FindsTheColumns) {
   const TableCase cases[] = {
+      {"an index without a name", ",X,Y,V\n0,1,2,3\n1,4,5,6\n", "1,2,3 4,5,6"},
+      {"the number of a wafer is no value", "X,Y,Slot,Rs\n1,2,7,3\n4,5,7,6\n", "1,2,3 4,5,6"},
+      {"one value for its own position", "X,Y,V\n1,2,3\n", "1,2,1", "X,Y,X"},
       {"names in any order and case", "thickness,Y,x\n3,2,1\n", "1,2,3"},
       {"names with a unit", "X (mm),Y [mm],Value\n1,2,3\n", "1,2,3"},
       {"the only column left", "Site,X,Y,Rs\n9,1,2,3\n", "1,2,3"},
@@ -117,6 +120,10 @@ TEST(DataTable, RefusesWhatHasNoClearColumns) {
        "a.csv:1: there is no header line with a column 'X'; "
        "choose columns by number, as in --columns 1,2,3",
        "X,Y,Z"},
+      {"one column for X and Y", "X,Y,V\n1,2,3\n",
+       "a.csv:1: column 1 is chosen for both X and Y; choose two", "X,1,V"},
+      {"one column for two values", "X,Y,V\n1,2,3\n",
+       "a.csv:1: column 3 is chosen twice for a value; choose it once", "X,Y,V,3"},
       {"one entry", "1,2,3\n",
        "a.csv: --columns '1' doesn't name two or more columns; write it like --columns X,Y,VALUE",
        "1"},
@@ -184,6 +191,23 @@ TEST(DataTable, RefusesBadRows) {
        "a.csv:2: 6 columns where line 1 has 3" + quote},
       {"more columns than the first row", "1,2,3\n4,5,6,7\n",
        "a.csv:2: 4 columns where line 1 has 3" + quote},
+      {"thousands in the only value", "X;Y;V\n1;2;1.234,5\n",
+       "a.csv:2:3: '1.234,5' is no number" + mend},
+      {"a unit behind the only value", "X,Y,V\n1,2,99.5 nm\n",
+       "a.csv:2:3: '99.5 nm' is no number" + mend},
+      {"a line end in quotes", "X,Y,Value,Note\n1,2,3,\"a\nb\"\n",
+       "a.csv:2:4: a quote is opened and not closed on this line; close it or remove it"},
+      {"a line end in quotes of the header", "X,Y,\"V\n(nm)\"\n1,2,3\n",
+       "a.csv:1:3: a quote is opened and not closed on this line; close it or remove it"},
+      {"statistics below the rows", "X,Y,V\n1,2,3\n4,5,6\nMean,,4.5\n",
+       "a.csv:4:1: 'Mean' is no number" + mend},
+      {"a second table", "X,Y,V\n1,2,3\n\nX,Y,V\n1,2,7\n", "a.csv:4:1: 'X' is no number" + mend},
+      {"a minus sign of typography",
+       "X,Y,V\n\xE2\x88\x92"
+       "1,2,3\n",
+       "a.csv:2:1: '\xE2\x88\x92"
+       "1' is no number" +
+           mend},
       {"both decimal marks", "1.5;2;3\n1;2;3,25\n", "a.csv:2:3: '3,25'" + mixed},
       {"only three decimals", "1;2;3\n1,500;2,250;3\n", "a.csv:2:1: '1,500'" + doubtful},
       {"open quote", "1,2,3\n4,5,\"6\n",
@@ -203,6 +227,10 @@ TEST(DataTable, LeavesOutOnlyRowsWithFewColumnsOrBadNumbers) {
       {"too many columns stay an error", "1,2,3\n1,2,3,4\n",
        "a.csv:2: 4 columns where line 1 has 3; "
        "put quotes around a field that holds a separator or a decimal comma",
+       "", true},
+      {"a second table stays an error", "X,Y,V\n1,2,3\n4,5,6\n\nX,Y,V\n1,2,7\n4,5,8\n",
+       "a.csv: 2 of 4 sites repeat a position; name the columns that tell the wafers apart with "
+       "--by, or split the file",
        "", true},
       {"nothing remains", "X,Y,Z\n1,2,\n",
        "a.csv:1: no valid site is left; check the rows and the columns chosen", "", true},
