@@ -23,7 +23,11 @@ void Keep(Wafer& wafer, Reason reason, const Keeps& keeps) {
     ++kept;
   }
   Count(reason, wafer.left_out, static_cast<std::int64_t>(wafer.x.size() - kept));
-  for (std::vector<float>* column : {&wafer.x, &wafer.y, &wafer.value}) column->resize(kept);
+  const bool frees = 2 * kept < wafer.x.size();
+  for (std::vector<float>* column : {&wafer.x, &wafer.y, &wafer.value}) {
+    column->resize(kept);
+    if (frees) column->shrink_to_fit();
+  }
 }
 
 double SortedQuantile(const std::vector<float>& sorted, double share) {

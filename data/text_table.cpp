@@ -71,10 +71,8 @@ void TableReader::ReadRows(const Condition& condition) {
     while (lines_.Next(line)) {
       if (line.number <= start_.last_line) continue;
       SplitOrThrow(line, lines_.file(), start_.dialect, fields);
-      if (FilledWidth(fields) == 0 || !rows_.HasWidth(fields, line.number, start_.shape) ||
-          !rows_.HasKeys(fields, line.number, by_, condition)) {
-        continue;
-      }
+      if (FilledWidth(fields) == 0 || !rows_.HasWidth(fields, line.number, start_.shape)) continue;
+      if (!by_.empty() && !rows_.HasKeys(fields, line.number, by_, condition)) continue;
       const std::span<Wafer> wafers = groups_.Of(fields);
       if (wafers.empty()) continue;
       if (rows_.Add(fields, line.number, start_.shape, condition, wafers) && keeps) {
