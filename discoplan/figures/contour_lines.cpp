@@ -133,11 +133,11 @@ void AddContours(Page& page, const MapFrame& frame, const WaferPlot& plot, const
         if (style.labels) {
           for (const Gap& gap :
                LabelLine(page, measured, levels.Text(level), style, style.label(level))) {
-            path.Line(measured.Part(from, gap.from));
+            path.Line(Thinned(measured.Part(from, gap.from), kFinest));
             from = gap.to;
           }
         }
-        path.Line(measured.Part(from, measured.Length()));
+        path.Line(Thinned(measured.Part(from, measured.Length()), kFinest));
       }
     }
     page.Add(PathShape{.path = std::move(path),

@@ -134,6 +134,59 @@ std::vector<Point> IsolineFinder::Follow(Edge edge) {
   }
 }
 
+namespace {
+
+double Cross(Point a, Point b) { return a.x * b.y - a.y * b.x; }
+
+/// The directions from a point in which a straight line passes others near enough.
+class Sleeve {
+ public:
+  Sleeve(Point start, double tolerance) : start_(start), tolerance_(tolerance) {}
+
+  /// Whether the line may end there; then it has to pass that point too.
+  bool Takes(Point point) {
+    const Point to = point - start_;
+    const double length = std::hypot(to.x, to.y);
+    // A line that turns back would leave what it has passed.
+    if (length < farthest_) return false;
+    farthest_ = length;
+    if (is_bounded_ && (Cross(right_, to) < 0 || Cross(to, left_) < 0)) return false;
+    if (length <= tolerance_) return true;
+    const double s = tolerance_ / length;
+    const double c = std::sqrt(1 - s * s);
+    const Point left = {c * to.x - s * to.y, c * to.y + s * to.x};
+    const Point right = {c * to.x + s * to.y, c * to.y - s * to.x};
+    if (!is_bounded_ || Cross(left_, left) < 0) left_ = left;
+    if (!is_bounded_ || Cross(right_, right) > 0) right_ = right;
+    is_bounded_ = true;
+    return true;
+  }
+
+ private:
+  Point start_;
+  double tolerance_;
+  double farthest_ = 0;
+  bool is_bounded_ = false;
+  Point left_;
+  Point right_;
+};
+
+}  // namespace
+
+std::vector<Point> Thinned(const std::vector<Point>& line, double tolerance) {
+  if (line.size() < 3) return line;
+  std::vector<Point> kept = {line.front()};
+  Sleeve sleeve(line.front(), tolerance);
+  for (std::size_t i = 1; i < line.size(); ++i) {
+    if (sleeve.Takes(line[i])) continue;
+    kept.push_back(line[i - 1]);
+    sleeve = Sleeve(line[i - 1], tolerance);
+    sleeve.Takes(line[i]);
+  }
+  kept.push_back(line.back());
+  return kept;
+}
+
 std::vector<std::vector<Point>> Clipped(const std::vector<Point>& line,
                                         const std::function<bool(Point)>& is_inside) {
   std::vector<std::vector<Point>> pieces;

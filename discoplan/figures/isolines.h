@@ -42,6 +42,12 @@ class DISCOPLAN_EXPORT IsolineFinder {
   std::vector<Edge> touched_;
 };
 
+/// The line without points that aren't needed: each lies within `tolerance` of what is left, whose
+/// points are some of them.
+///
+/// Source: Z. Zhao, A. Saalfeld, "Linear-time sleeve-fitting polyline simplification" (1997).
+DISCOPLAN_EXPORT std::vector<Point> Thinned(const std::vector<Point>& line, double tolerance);
+
 /// The pieces of a line that lie inside, their ends on the border.
 DISCOPLAN_EXPORT std::vector<std::vector<Point>> Clipped(
     const std::vector<Point>& line, const std::function<bool(Point)>& is_inside);

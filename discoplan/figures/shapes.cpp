@@ -7,8 +7,8 @@ namespace discoplan::figures {
 
 int CircleCorners(double radius) {
   constexpr double kHalfTurn = 3.141592653589793;
-  // Nowhere farther than a hundredth of a point from the circle.
-  const double corners = kHalfTurn / std::sqrt(2 * 0.005 / std::max(radius, 1.0));
+  // Half of it is left for what is made of the circle.
+  const double corners = kHalfTurn / std::sqrt(kFinest / std::max(radius, 1.0));
   return std::clamp(static_cast<int>(corners / 4) * 4, 16, 1440);
 }
 

@@ -158,7 +158,9 @@ struct Figure {
   std::vector<Shape> shapes;
 };
 
-/// So many that no device shows them; the radius is in points.
+/// What no device shows, in points.
+inline constexpr double kFinest = 0.01;
+/// So many that the circle is nowhere farther off than that; the radius is in points.
 DISCOPLAN_EXPORT int CircleCorners(double radius);
 DISCOPLAN_EXPORT std::vector<Point> CirclePoints(Point centre, double radius);
 DISCOPLAN_EXPORT Path Circle(Point centre, double radius);

@@ -336,7 +336,9 @@ class RasterDevice final : public figures::Device {
     if (stroke.dash > 0) dashes = Dashed(path, stroke.dash * scale_);
     // Finer than that a line would fade.
     const double width = std::max(stroke.width * scale_, 0.7);
-    agg::path_storage lines = Outlined(stroke.dash > 0 ? dashes : path, width);
+    agg::path_storage lines =
+        Outlined(stroke.dash > 0 ? dashes : path,
+                 {.width = width, .top = band_.top - 1.0, .bottom = band_.bottom + 1.0});
     Fill(lines, stroke.colour);
   }
 

@@ -85,12 +85,48 @@ class Outliner {
   bool begun_ = false;
 };
 
+/// Takes the runs of sides that the pen brings into sight, with a side more at both ends: a join
+/// depends on both of its sides.
+template <class Take>
+void ForEachRunInSight(const Corners& corners, bool closed, const LinePen& pen, const Take& take) {
+  const unsigned count = corners.size();
+  const unsigned sides = closed ? count : count - 1;
+  const auto in_sight = [&](unsigned side) {
+    const auto [high, low] = std::minmax(corners[side % count].y, corners[(side + 1) % count].y);
+    return high - pen.width < pen.bottom && low + pen.width > pen.top;
+  };
+  unsigned hidden = 0;
+  while (hidden < sides && in_sight(hidden)) ++hidden;
+  if (hidden == sides) return take(corners, closed);
+  // A closed piece is gone around from where it isn't seen.
+  const unsigned first = closed ? hidden : 0;
+  const unsigned last = closed ? first + count + 1 : count - 1;
+  Corners run;
+  const auto finish = [&] {
+    run.close(false);
+    if (run.size() > 1) take(run, false);
+    run.remove_all();
+  };
+  unsigned next = first;  // corner
+  for (unsigned side = first; side < first + sides; ++side) {
+    if (!in_sight(side)) continue;
+    const unsigned begin = side > first ? side - 1 : first;
+    if (begin > next) finish();
+    for (next = std::max(next, begin); next <= std::min(side + 2, last); ++next) {
+      run.add(corners[next % count]);
+    }
+  }
+  finish();
+}
+
 }  // namespace
 
-agg::path_storage Outlined(agg::path_storage& path, double width) {
+agg::path_storage Outlined(agg::path_storage& path, const LinePen& pen) {
   agg::path_storage outline;
   ForEachPiece(path, [&](const Corners& corners, bool closed) {
-    Outliner(corners, width).GoAround(closed, outline);
+    ForEachRunInSight(corners, closed, pen, [&](const Corners& run, bool run_closed) {
+      Outliner(run, pen.width).GoAround(run_closed, outline);
+    });
   });
   return outline;
 }

@@ -8,9 +8,17 @@
 
 namespace discoplan {
 
-/// Outlines of a line of that width along each piece of the path: round joins, butt ends. To be
-/// filled by the non-zero rule.
-agg::path_storage Outlined(agg::path_storage& path, double width);
+struct LinePen {
+  double width = 1;
+  /// Heights between which its line is looked at.
+  double top = 0;
+  double bottom = 0;
+};
+
+/// Outlines of a line along each piece of the path: round joins, butt ends. To be filled by the
+/// non-zero rule, which gives what it would of the whole line where that is looked at; what lies
+/// elsewhere is left out.
+agg::path_storage Outlined(agg::path_storage& path, const LinePen& pen);
 
 /// The path cut into dashes with gaps of the same length, each piece beginning with a dash.
 agg::path_storage Dashed(agg::path_storage& path, double length);

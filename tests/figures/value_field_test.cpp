@@ -255,6 +255,58 @@ TEST(Isolines, OfAConeAreClosedCircles) {
   EXPECT_NEAR(length, 3.14159 * 6.1 - 0.2, 0.05);
 }
 
+double DistanceTo(Point p, Point a, Point b) {
+  const Point along = b - a;
+  const double square = along.x * along.x + along.y * along.y;
+  const Point from = p - a;
+  const double part =
+      square > 0 ? std::clamp((from.x * along.x + from.y * along.y) / square, 0.0, 1.0) : 0;
+  const Point off = from - along * part;
+  return std::hypot(off.x, off.y);
+}
+
+TEST(Isolines, AreThinnedWithinATolerance) {
+  constexpr double kTolerance = 0.01;
+  std::mt19937 random(5);
+  std::uniform_real_distribution<double> turn(-0.2, 0.2);
+  std::uniform_real_distribution<double> jump(-0.004, 0.004);
+  for (int round = 0; round < 200; ++round) {
+    // Straight, in circles, winding, and coming back the way they went.
+    std::vector<Point> line = {{3, 4}};
+    double angle = 0.3;
+    for (int i = 0; i < 300; ++i) {
+      angle += round % 4 == 0 ? 0 : round % 4 == 1 ? 0.021 : turn(random);
+      if (round % 4 == 3 && i % 50 == 49) angle += 3.14159265;
+      const Point last = line.back();
+      line.push_back(
+          {last.x + std::cos(angle) + jump(random), last.y + std::sin(angle) + jump(random)});
+    }
+    const std::vector<Point> thinned = Thinned(line, kTolerance);
+    ASSERT_EQ(thinned.front(), line.front());
+    ASSERT_EQ(thinned.back(), line.back());
+    std::size_t at = 0;
+    for (std::size_t k = 1; k < thinned.size(); ++k) {
+      const std::size_t start = at;
+      while (at + 1 < line.size() && line[++at] != thinned[k]) {
+      }
+      ASSERT_EQ(line[at], thinned[k]) << "a point of the line, in its order";
+      for (std::size_t i = start; i < at; ++i) {
+        EXPECT_LE(DistanceTo(line[i], thinned[k - 1], thinned[k]), kTolerance * 1.0001);
+      }
+    }
+    if (round % 4 == 0) {
+      EXPECT_LT(thinned.size(), 30u);
+    }
+  }
+  // Chords of a circle of radius 100 that are 0.01 off it in their middle are 2.83 long.
+  std::vector<Point> circle;
+  for (int i = 0; i <= 1000; ++i) {
+    circle.push_back({100 * std::cos(i * 0.00628318531), 100 * std::sin(i * 0.00628318531)});
+  }
+  EXPECT_NEAR(static_cast<double>(Thinned(circle, kTolerance).size()), 222, 30);
+  EXPECT_EQ(Thinned({{1, 1}, {1, 1}, {1, 1}}, kTolerance).size(), 2u);
+}
+
 TEST(Ticks, AreRoundAndFewEnough) {
   EXPECT_EQ(RoundTicks(0, 10, 6).values, (std::vector<double>{0, 2, 4, 6, 8, 10}));
   EXPECT_EQ(RoundTicks(9.49, 10.45, 6).step, 0.2);
