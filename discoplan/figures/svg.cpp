@@ -6,17 +6,29 @@
 #include <cstdio>
 #include <initializer_list>
 
+#include "discoplan/figures/image_rows.h"
+
 namespace discoplan::figures {
 namespace {
 
 /// To a hundredth of a point, without trailing zeros.
 std::string Number(double value) {
-  std::array<char, 40> text;
-  std::snprintf(text.data(), text.size(), "%.2f", value);
-  std::string shown = text.data();
-  while (shown.back() == '0') shown.pop_back();
-  if (shown.back() == '.') shown.pop_back();
-  return shown == "-0" ? "0" : shown;
+  constexpr double kMost = 1e9;  // beyond any page
+  std::array<char, 16> text;
+  char* first = text.data() + text.size();
+  const auto put = [&first](char c) { *--first = c; };
+  auto number = std::llround(std::abs(value) < kMost ? std::abs(value) * 100 : kMost * 100);
+  const bool is_negative = value < 0 && number > 0;
+  bool is_whole = true;
+  for (int k = 0; k < 2; ++k, number /= 10) {
+    is_whole = is_whole && number % 10 == 0;
+    if (!is_whole) put(static_cast<char>('0' + number % 10));
+  }
+  if (!is_whole) put('.');
+  do put(static_cast<char>('0' + number % 10));
+  while ((number /= 10) > 0);
+  if (is_negative) put('-');
+  return {first, text.data() + text.size()};
 }
 
 /// The texts one after the other.
@@ -55,19 +67,19 @@ bool HasWideGap(std::string_view text) {
   return text.find("  ") != text.npos || text.starts_with(' ') || text.ends_with(' ');
 }
 
-std::string Base64(std::span<const std::uint8_t> bytes) {
+void AppendBase64(std::span<const std::uint8_t> bytes, std::string& text) {
   static constexpr char kLetters[] =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
+  const std::size_t start = text.size();
+  text.resize(start + (bytes.size() + 2) / 3 * 4, '=');
+  char* next = text.data() + start;
   for (std::size_t i = 0; i < bytes.size(); i += 3) {
     const std::size_t count = std::min<std::size_t>(3, bytes.size() - i);
     std::uint32_t word = 0;
     for (std::size_t k = 0; k < 3; ++k) word = word << 8 | (k < count ? bytes[i + k] : 0u);
-    for (std::size_t k = 0; k < 4; ++k) {
-      text += k <= count ? kLetters[word >> (18 - 6 * k) & 63] : '=';
-    }
+    for (std::size_t k = 0; k <= count; ++k) next[k] = kLetters[word >> (18 - 6 * k) & 63];
+    next += 4;
   }
-  return text;
 }
 
 /// ` fill="#rrggbb"`, with its opacity.
@@ -151,26 +163,34 @@ class SvgDevice final : public Device {
 
   void Draw(const ImageShape& shape) override {
     const Box& area = shape.area;
-    const double pitch = 1 / pixels_per_point_;
-    const PixelGrid grid{area.left, area.top, pitch,
-                         std::max(1, static_cast<int>(std::ceil(area.Width() / pitch))),
-                         std::max(1, static_cast<int>(std::ceil(area.Height() / pitch)))};
-    std::vector<Rgba> pixels(static_cast<std::size_t>(grid.columns) *
-                             static_cast<std::size_t>(grid.rows));
-    shape.source->Render(grid, pixels);
-    std::vector<std::uint32_t> packed;
-    for (const Rgba p : pixels) {
-      packed.push_back(static_cast<std::uint32_t>(p.alpha) << 24 |
-                       static_cast<std::uint32_t>(p.red) << 16 |
-                       static_cast<std::uint32_t>(p.green) << 8 | p.blue);
-    }
+    ImageRows rows(*shape.source, GridOver(shape, pixels_per_point_));
+    const PixelGrid& grid = rows.Grid();
+    std::vector<std::uint32_t> packed(static_cast<std::size_t>(grid.columns));
+    // What isn't there is outside the outline and never seen: its pixels are as their neighbours,
+    // so that there are no more colours than the image has.
+    Rgba seen = {};
+    const auto row_at = [&](int row) {
+      const std::span<const Rgba> pixels = rows.At(row);
+      if (row == 0) {
+        const auto first = std::find_if(pixels.begin(), pixels.end(),
+                                        [](const Rgba& pixel) { return pixel.alpha != 0; });
+        if (first != pixels.end()) seen = *first;
+      }
+      for (std::size_t i = 0; i < pixels.size(); ++i) {
+        if (pixels[i].alpha != 0) seen = pixels[i];
+        packed[i] =
+            0xFF000000 | static_cast<std::uint32_t>(seen.red << 16 | seen.green << 8) | seen.blue;
+      }
+      return std::span<const std::uint32_t>(packed);
+    };
     const std::string name = "outline" + std::to_string(++images_);
     out_ += "<clipPath id=\"" + name + "\"><path d=\"" + PathText(shape.outline) +
             "\"/></clipPath>\n<image clip-path=\"url(#" + name + ")\" x=\"" + Number(area.left) +
-            "\" y=\"" + Number(area.top) + "\" width=\"" + Number(grid.columns * pitch) +
-            "\" height=\"" + Number(grid.rows * pitch) +
-            "\" preserveAspectRatio=\"none\" xlink:href=\"data:image/png;base64," +
-            Base64(png_(packed, grid.columns)) + "\"/>\n";
+            "\" y=\"" + Number(area.top) + "\" width=\"" + Number(grid.columns * grid.pitch) +
+            "\" height=\"" + Number(grid.rows * grid.pitch) +
+            "\" preserveAspectRatio=\"none\" xlink:href=\"data:image/png;base64,";
+    AppendBase64(png_({grid.columns, grid.rows, row_at}), out_);
+    out_ += "\"/>\n";
   }
 
   std::string Take() { return std::move(out_) + "</svg>\n"; }

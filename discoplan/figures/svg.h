@@ -13,9 +13,14 @@
 
 namespace discoplan::figures {
 
-/// Makes a PNG file of pixels 0xAARRGGBB in rows of `width`.
-using PngMaker =
-    std::function<std::vector<std::uint8_t>(std::span<const std::uint32_t> pixels, int width)>;
+/// An opaque picture, to be asked for its rows of pixels 0xFFRRGGBB once, from top to bottom.
+struct OpaqueRows {
+  int width = 0;
+  int height = 0;
+  std::function<std::span<const std::uint32_t>(int row)> row_at;
+};
+/// Makes a PNG file of it.
+using PngMaker = std::function<std::vector<std::uint8_t>(const OpaqueRows& rows)>;
 
 /// One user unit is a point. Images have `pixels_per_point`. Each text is held to the width that it
 /// was measured with, whichever font a viewer has.

@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "discoplan/figures/image_rows.h"
+
 namespace discoplan {
 namespace {
 
@@ -152,15 +154,13 @@ class PdfDevice final : public figures::Device {
 
   void Draw(const ImageShape& shape) override {
     const figures::Box& area = shape.area;
-    const double pitch = 1 / pixels_per_point_;
-    const PixelGrid grid{area.left, area.top, pitch,
-                         std::max(1, static_cast<int>(std::ceil(area.Width() / pitch))),
-                         std::max(1, static_cast<int>(std::ceil(area.Height() / pitch)))};
-    std::vector<Rgba> pixels(static_cast<std::size_t>(grid.columns) *
-                             static_cast<std::size_t>(grid.rows));
-    shape.source->Render(grid, pixels);
+    figures::ImageRows rows(*shape.source, GridOver(shape, pixels_per_point_));
+    const PixelGrid& grid = rows.Grid();
     std::vector<HPDF_BYTE> bytes;
-    for (const Rgba p : pixels) bytes.insert(bytes.end(), {p.red, p.green, p.blue});
+    bytes.reserve(3 * static_cast<std::size_t>(grid.columns) * static_cast<std::size_t>(grid.rows));
+    for (int row = 0; row < grid.rows; ++row) {
+      for (const Rgba p : rows.At(row)) bytes.insert(bytes.end(), {p.red, p.green, p.blue});
+    }
     const HPDF_Image image = HPDF_LoadRawImageFromMem(
         document_.Handle(), bytes.data(), static_cast<HPDF_UINT>(grid.columns),
         static_cast<HPDF_UINT>(grid.rows), HPDF_CS_DEVICE_RGB, 8);
@@ -169,8 +169,9 @@ class PdfDevice final : public figures::Device {
     HPDF_Page_Clip(page_);
     HPDF_Page_EndPath(page_);
     HPDF_Page_SetExtGState(page_, document_.Opacity(255));
-    HPDF_Page_DrawImage(page_, image, Real(area.left), Real(height_ - area.top - grid.rows * pitch),
-                        Real(grid.columns * pitch), Real(grid.rows * pitch));
+    HPDF_Page_DrawImage(page_, image, Real(area.left),
+                        Real(height_ - area.top - grid.rows * grid.pitch),
+                        Real(grid.columns * grid.pitch), Real(grid.rows * grid.pitch));
     HPDF_Page_GRestore(page_);
   }
 

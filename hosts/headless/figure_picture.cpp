@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "discoplan/figures/image_rows.h"
 #include "hosts/headless/agg_headers.h"
 #include "hosts/headless/path_strokes.h"
 #include "hosts/headless/png_file.h"
@@ -225,25 +226,8 @@ class RasterDevice final : public figures::Device {
     const int right = std::min(width_, static_cast<int>(std::ceil(shape.area.right * scale_)));
     const int bottom = std::min(height_, static_cast<int>(std::ceil(shape.area.bottom * scale_)));
     if (right <= left || bottom <= top) return;
-    // A strip at a time, with a row beyond it on both sides, for those who look at neighbours: less
-    // memory, which costs as much as the work done in it.
-    constexpr int kStrip = 64;
-    const int columns = right - left;
-    std::vector<Rgba> strip(static_cast<std::size_t>(columns) * (kStrip + 2));
-    int number = -1;
-    const auto row_at = [&](int y) {
-      // Counted from the image's top, whatever the band, for the same numbers in all of them.
-      const int wanted = (y - top) / kStrip;
-      const int first = top + wanted * kStrip - 1;
-      if (wanted != number) {
-        const int rows = std::min(kStrip + 2, bottom + 1 - first);
-        shape.source->Render({left / scale_, first / scale_, 1 / scale_, columns, rows},
-                             std::span(strip).first(static_cast<std::size_t>(columns) *
-                                                    static_cast<std::size_t>(rows)));
-        number = wanted;
-      }
-      return strip.data() + static_cast<std::size_t>(y - first) * static_cast<std::size_t>(columns);
-    };
+    figures::ImageRows rows(*shape.source,
+                            {left / scale_, top / scale_, 1 / scale_, right - left, bottom - top});
     agg::path_storage path = PathOf(shape.outline);
     if (path.total_vertices() == 0) return;
     raster_.reset();
@@ -253,7 +237,7 @@ class RasterDevice final : public figures::Device {
     while (raster_.sweep_scanline(scanline_)) {
       const int y = scanline_.y();
       if (y < std::max(top, band_.top) || y >= std::min(bottom, band_.bottom)) continue;
-      const Rgba* row = row_at(y);
+      const Rgba* row = rows.At(y - top).data();
       Pixel* to = buffer_.Row(y);
       auto span = scanline_.begin();
       for (unsigned k = 0; k < scanline_.num_spans(); ++k, ++span) {

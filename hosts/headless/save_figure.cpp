@@ -12,14 +12,10 @@ namespace discoplan {
 namespace {
 
 std::vector<std::uint8_t> EncodeSvg(const figures::Figure& figure) {
-  const std::string text =
-      ToSvg(figure, kPagePixels, [](std::span<const std::uint32_t> pixels, int width) {
-        return EncodePng(
-            PngPicture{.pixels = pixels,
-                       .width = width,
-                       .height = static_cast<int>(pixels.size() / static_cast<std::size_t>(width)),
-                       .has_alpha = true});
-      });
+  const std::string text = ToSvg(figure, kPagePixels, [](const figures::OpaqueRows& rows) {
+    return EncodePng(
+        PngStrips{.width = rows.width, .height = rows.height, .rows_from = rows.row_at});
+  });
   return {text.begin(), text.end()};
 }
 
