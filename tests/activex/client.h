@@ -102,8 +102,11 @@ inline DISPID IdOf(IDispatch& object, const wchar_t* name) {
 struct Outcome {
   HRESULT result = S_OK;
   int error = 0;
+  SCODE code = 0;             // of the error, as a whole
+  std::string words, source;  // of the error
   double number = 0;
   std::optional<std::string> text = {};  // where it is one
+  VARTYPE type = VT_EMPTY;               // of the result
 };
 
 inline Outcome Invoke(IDispatch& object, const wchar_t* name, WORD kind,
@@ -119,9 +122,13 @@ inline Outcome Invoke(IDispatch& object, const wchar_t* name, WORD kind,
   outcome.result = object.Invoke(IdOf(object, name), IID_NULL, LOCALE_INVARIANT, kind, &params,
                                  puts ? nullptr : &result, &raised, nullptr);
   outcome.error = outcome.result == DISP_E_EXCEPTION ? raised.scode & 0xFFFF : 0;
+  outcome.code = raised.scode;
+  if (raised.bstrDescription != nullptr) outcome.words = Utf8(raised.bstrDescription);
+  if (raised.bstrSource != nullptr) outcome.source = Utf8(raised.bstrSource);
   SysFreeString(raised.bstrSource);
   SysFreeString(raised.bstrDescription);
   SysFreeString(raised.bstrHelpFile);
+  outcome.type = result.vt;
   if (result.vt == VT_BSTR) outcome.text = Utf8({result.bstrVal, SysStringLen(result.bstrVal)});
   if (SUCCEEDED(outcome.result) && SUCCEEDED(VariantChangeType(&result, &result, 0, VT_R8))) {
     outcome.number = result.dblVal;

@@ -109,6 +109,30 @@ TEST(Events, AreConnectedByAQuickActivation) {
   EXPECT_EQ(E_INVALIDARG, As<IQuickActivate>(plot)->QuickActivate(&container, &control));
 }
 
+TEST(Events, NeedNotBeConnectedByAQuickActivation) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  QACONTAINER container{};
+  container.cbSize = sizeof container + 16;  // of a newer system
+  QACONTROL control{};
+  control.cbSize = sizeof control;
+  control.dwEventCookie = control.dwPropNotifyCookie = 7;
+  ASSERT_EQ(S_OK, As<IQuickActivate>(plot)->QuickActivate(&container, &control));
+  EXPECT_EQ(0U, control.dwEventCookie);
+  EXPECT_EQ(0U, control.dwPropNotifyCookie);
+  EXPECT_NE(0U, control.dwMiscStatus & OLEMISC_ACTIVATEWHENVISIBLE);
+  EXPECT_EQ(static_cast<DWORD>(VIEWSTATUS_OPAQUE), control.dwViewStatus);
+  Load(*plot.Get());
+  EXPECT_EQ(0, Call(*plot.Get(), L"Plot"));
+  PropertySink properties;
+  container.pPropertyNotifySink = &properties;
+  ASSERT_EQ(S_OK, As<IQuickActivate>(plot)->QuickActivate(&container, &control));
+  EXPECT_EQ(0U, control.dwEventCookie);
+  Put(*plot.Get(), L"TestDiameter", 90);
+  EXPECT_EQ((std::vector<DISPID>{18}), properties.changed);
+  Disconnect(*plot.Get(), control.dwPropNotifyCookie, IID_IPropertyNotifySink);
+  EXPECT_EQ(0U, properties.references);
+}
+
 TEST(Events, ListTheirListeners) {
   const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
   const auto points = As<IConnectionPointContainer>(plot);

@@ -8,6 +8,7 @@
 
 #include <thread>
 
+#include "tests/activex/bitmap.h"
 #include "tests/activex/container.h"
 
 namespace discoplan::activex {
@@ -59,6 +60,22 @@ std::size_t Memory() {
   return counters.WorkingSetSize;
 }
 
+/// What the process holds of the system's.
+struct Held {
+  DWORD handles = 0;
+  DWORD windows = 0;
+  DWORD drawing = 0;
+};
+
+Held HeldNow() {
+  Held held;
+  const HANDLE process = GetCurrentProcess();
+  GetProcessHandleCount(process, &held.handles);
+  held.windows = GetGuiResources(process, GR_USEROBJECTS);
+  held.drawing = GetGuiResources(process, GR_GDIOBJECTS);
+  return held;
+}
+
 TEST(Life, IsCounted) {
   const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
   const auto references = [&] { return plot->AddRef(), plot->Release(); };
@@ -93,9 +110,14 @@ TEST(Life, OfTenThousandLeavesNothingBehind) {
   make(500);
   EXPECT_EQ(S_OK, may_unload());
   const std::size_t before = Memory();
+  const Held held = HeldNow();
   ASSERT_GT(before, 1U << 20);
   make(10000);
   EXPECT_LT(Memory(), before + (4U << 20));  // 400 bytes for each would be more
+  const Held after = HeldNow();
+  EXPECT_LE(after.handles, held.handles + 2);
+  EXPECT_LE(after.windows, held.windows + 2);
+  EXPECT_LE(after.drawing, held.drawing + 2);
   EXPECT_EQ(S_OK, may_unload());
   const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
   EXPECT_EQ(S_FALSE, may_unload());
@@ -110,11 +132,12 @@ TEST(Life, OfWindowsLeavesNothingBehind) {
     }
   };
   make(18);
-  const DWORD user = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
-  const DWORD drawing = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+  const Held held = HeldNow();
   make(18);
-  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), user + 2);
-  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), drawing + 2);
+  const Held after = HeldNow();
+  EXPECT_LE(after.handles, held.handles + 2);
+  EXPECT_LE(after.windows, held.windows + 2);
+  EXPECT_LE(after.drawing, held.drawing + 2);
 }
 
 TEST(Threads, HaveControlsOfTheirOwn) {
@@ -141,6 +164,38 @@ TEST(Threads, HaveControlsOfTheirOwn) {
   two.join();
   EXPECT_EQ(11.5, first);
   EXPECT_EQ(21.5, second);
+}
+
+/// One set for all histograms of a thread, and another one for those of the next.
+TEST(Threads, HaveControlLimitsOfTheirOwn) {
+  const auto histogram = [] {
+    ComPtr<IDispatch> plot = NewPlot(L"Histo");
+    Put(*plot.Get(), L"PlotType", 3);  // the values at the left, with limits
+    Load(*plot.Get());
+    return plot;
+  };
+  const auto picture = [](const ComPtr<IDispatch>& plot) {
+    Invoke(*plot.Get(), L"SetPlotNotVaild", DISPATCH_METHOD);
+    EXPECT_EQ(0, Call(*plot.Get(), L"Plot"));
+    return Drawn(plot, 400, 300);
+  };
+  const ComPtr<IDispatch> plot = histogram();
+  const ComPtr<IDispatch> other = NewPlot(L"Histo");
+  const auto without = picture(plot);
+  float lower = 12, upper = 17;
+  Invoke(*other.Get(), L"ShowControlLimit", DISPATCH_METHOD, {Of(lower), Of(upper)});
+  EXPECT_NE(without, picture(plot));
+  std::vector<DWORD> elsewhere;
+  std::thread next([&] {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    elsewhere = picture(histogram());
+    CoUninitialize();
+  });
+  next.join();
+  EXPECT_EQ(without, elsewhere);
+  EXPECT_NE(without, picture(plot));
+  Invoke(*other.Get(), L"ResetControlLimit", DISPATCH_METHOD);
+  EXPECT_EQ(without, picture(plot));
 }
 
 TEST(Abuse, IsAnsweredByErrors) {

@@ -59,6 +59,50 @@ TEST(Object, TellsItsClassAndItsEvents) {
   EXPECT_EQ(E_POINTER, info->GetGUID(1, nullptr));
 }
 
+TEST(Object, AlwaysRuns) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Histo");
+  const auto running = As<IRunnableObject>(plot);
+  EXPECT_EQ(S_OK, running->Run(nullptr));
+  EXPECT_TRUE(running->IsRunning());
+  EXPECT_EQ(S_OK, running->LockRunning(TRUE, FALSE));
+  CLSID id{};
+  EXPECT_EQ(S_OK, running->GetRunningClass(&id));
+  EXPECT_TRUE(id == ClassOf(L"Histo"));
+  EXPECT_EQ(E_POINTER, running->GetRunningClass(nullptr));
+}
+
+/// Another object may take it in, and lend it its identity.
+TEST(Object, MayBePartOfAnother) {
+  class Outer final : public IUnknown {
+   public:
+    STDMETHODIMP QueryInterface(REFIID id, void** out) override {
+      if (id != IID_IUnknown) return inner->QueryInterface(id, out);
+      *out = this;
+      return AddRef(), S_OK;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return ++references; }
+    STDMETHODIMP_(ULONG) Release() override { return --references; }
+    ComPtr<IUnknown> inner;
+    ULONG references = 1;
+  } outer;
+  ComPtr<IDispatch> refused;
+  EXPECT_EQ(CLASS_E_NOAGGREGATION, CoCreateInstance(ClassOf(L"Plot2D"), &outer,
+                                                    CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&refused)));
+  ASSERT_EQ(S_OK, CoCreateInstance(ClassOf(L"Plot2D"), &outer, CLSCTX_INPROC_SERVER,
+                                   IID_PPV_ARGS(&outer.inner)));
+  EXPECT_EQ(1U, outer.references);
+  {
+    ComPtr<IDispatch> plot;
+    ASSERT_EQ(S_OK, outer.QueryInterface(IID_PPV_ARGS(&plot)));
+    EXPECT_EQ(2U, outer.references);
+    EXPECT_EQ(static_cast<IUnknown*>(&outer), As<IUnknown>(plot).Get());
+    EXPECT_EQ(static_cast<IUnknown*>(&outer), As<IUnknown>(As<IViewObject2>(plot)).Get());
+    Load(*plot.Get());
+    EXPECT_EQ(0, Call(*plot.Get(), L"Plot"));
+  }
+  EXPECT_EQ(1U, outer.references);
+}
+
 TEST(Object, TakesNamedArguments) {
   const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
   Load(*plot.Get());
@@ -77,56 +121,6 @@ TEST(Object, TakesNamedArguments) {
   EXPECT_EQ(DISP_E_PARAMNOTOPTIONAL,
             plot->Invoke(ids[0], IID_NULL, LOCALE_INVARIANT, DISPATCH_METHOD, &one, nullptr,
                          nullptr, nullptr));
-}
-
-TEST(Object, GivesArraysInTheTypeOfTheCallersVariable) {
-  const ComPtr<IDispatch> plot = NewPlot(L"Plot3D");
-  Singles x(-3, {0, 10, 20, -30}), y(-3, {0, 5, -20, 30}), z(-3, {1, 2, 3, 4});
-  EXPECT_EQ(
-      0, Call(*plot.Get(), L"SetWaferData", {x.ByReference(), y.ByReference(), z.ByReference()}));
-  EXPECT_EQ(2.5, Get(*plot.Get(), L"mean"));
-  Singles gx(0, {}), gy(7, {1, 2}), gz(0, {});
-  EXPECT_EQ(4, Call(*plot.Get(), L"GetWaferData",
-                    {gx.ByReference(), gy.ByReference(), gz.ByReference()}));
-  EXPECT_EQ((std::vector<float>{0, 10, 20, -30}), gx.Values());
-  EXPECT_EQ((std::vector<float>{0, 5, -20, 30}), gy.Values());
-  EXPECT_EQ(1, gy.Lower());
-  EXPECT_EQ(VT_R4, gz.Type());
-}
-
-TEST(Object, TakesArraysOfAnyNumbers) {
-  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
-  for (const VARTYPE type : {VT_I2, VT_I4, VT_R4, VT_R8, VT_VARIANT, VT_UI1}) {
-    SAFEARRAYBOUND bound{3, 5};
-    VARIANT array{};
-    array.vt = static_cast<VARTYPE>(VT_ARRAY | type);
-    array.parray = SafeArrayCreate(type, 1, &bound);
-    for (LONG i = 5; i < 8; ++i) {
-      VARIANT number = Of(static_cast<double>(3 * i));
-      ASSERT_EQ(S_OK, VariantChangeType(&number, &number, 0,
-                                        static_cast<VARTYPE>(type == VT_VARIANT ? +VT_I4 : +type)));
-      void* element = type == VT_VARIANT ? static_cast<void*>(&number) : &number.bVal;
-      ASSERT_EQ(S_OK, SafeArrayPutElement(array.parray, &i, element));
-    }
-    EXPECT_EQ(0, Call(*plot.Get(), L"SetWaferData", {array, array, array})) << type;
-    EXPECT_EQ(18, Get(*plot.Get(), L"mean")) << type;
-    EXPECT_EQ(0, Call(*plot.Get(), L"SetWaferData_Variant", {array, array, array})) << type;
-    EXPECT_EQ(15, Get(*plot.Get(), L"Minimum")) << type;
-    SafeArrayDestroy(array.parray);
-  }
-}
-
-TEST(Object, RaisesErrorsByTheirNumbers) {
-  const ComPtr<IDispatch> plot = NewPlot(L"Histo");
-  VARIANT text{};
-  text.vt = VT_BSTR;
-  text.bstrVal = SysAllocString(L"wide");
-  EXPECT_EQ(13, Invoke(*plot.Get(), L"TestDiameter", DISPATCH_PROPERTYPUT, {text}).error);
-  EXPECT_EQ(6, Invoke(*plot.Get(), L"MousePointer", DISPATCH_PROPERTYPUT, {Of(40000.0)}).error);
-  SysFreeString(text.bstrVal);
-  EXPECT_EQ(DISP_E_BADPARAMCOUNT, Invoke(*plot.Get(), L"Plot", DISPATCH_METHOD, {Of(1.0)}).result);
-  EXPECT_EQ(DISP_E_MEMBERNOTFOUND,
-            Invoke(*plot.Get(), L"mean", DISPATCH_PROPERTYPUT, {Of(1.0)}).result);
 }
 
 TEST(Stores, KeepSettingsInABag) {

@@ -2,6 +2,7 @@
 // Screens of another resolution. Run where the system has 144 dots to the inch: programs that know
 // of it see them, others see 96.
 
+#include "tests/activex/bitmap.h"
 #include "tests/activex/container.h"
 
 namespace discoplan::activex {
@@ -87,25 +88,10 @@ TEST(Resolution, ChangesUnderALivingWindow) {
     ASSERT_EQ(S_OK, form.object->GetExtent(DVASPECT_CONTENT, &size));
     EXPECT_EQ(12700, size.cx);
     // The plot is drawn for the finer dots, not stretched.
-    const auto shown = [&] {
-      std::vector<DWORD> pixels(720 * 540);
-      const HDC device = CreateCompatibleDC(nullptr);
-      const BITMAPINFO info = RowsOf(720, 540);
-      void* bits = nullptr;
-      const HBITMAP bitmap = CreateDIBSection(device, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-      const HGDIOBJ old = SelectObject(device, bitmap);
-      SendMessageW(form.PlotWindow(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(device), PRF_CLIENT);
-      GdiFlush();
-      std::copy_n(static_cast<const DWORD*>(bits), pixels.size(), pixels.begin());
-      SelectObject(device, old);
-      DeleteObject(bitmap);
-      DeleteDC(device);
-      return pixels;
-    };
-    const auto followed = shown();
+    const auto followed = Shown(form.PlotWindow(), 720, 540);
     Invoke(*plot.Get(), L"SetPlotNotVaild", DISPATCH_METHOD);
     EXPECT_EQ(0, Call(*plot.Get(), L"Plot"));
-    EXPECT_EQ(followed, shown());
+    EXPECT_EQ(followed, Shown(form.PlotWindow(), 720, 540));
   }
   form.Remove();
   DestroyWindow(finer);

@@ -3,30 +3,11 @@
 
 #include <set>
 
+#include "tests/activex/bitmap.h"
 #include "tests/activex/container.h"
 
 namespace discoplan::activex {
 namespace {
-
-/// The pixels of a view drawn at that size.
-std::vector<DWORD> Drawn(const ComPtr<IDispatch>& plot, int width, int height) {
-  const HDC device = CreateCompatibleDC(nullptr);
-  const BITMAPINFO info = RowsOf(width, height);
-  void* pixels = nullptr;
-  const HBITMAP bitmap = CreateDIBSection(device, &info, DIB_RGB_COLORS, &pixels, nullptr, 0);
-  const HGDIOBJ before = SelectObject(device, bitmap);
-  const RECTL bounds{0, 0, width, height};
-  EXPECT_EQ(S_OK, As<IViewObject2>(plot)->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr,
-                                               device, &bounds, nullptr, nullptr, 0));
-  GdiFlush();
-  const auto* first = static_cast<const DWORD*>(pixels);
-  std::vector<DWORD> copy(first, first + width * height);
-  for (DWORD& pixel : copy) pixel &= 0xFFFFFF;
-  SelectObject(device, before);
-  DeleteObject(bitmap);
-  DeleteDC(device);
-  return copy;
-}
 
 std::size_t Colours(const std::vector<DWORD>& pixels) {
   return std::set<DWORD>(pixels.begin(), pixels.end()).size();
@@ -73,20 +54,9 @@ TEST(View, GoesOutAsBitmapAndMetafiles) {
   ReleaseStgMedium(&medium);
 
   const auto played = [](const auto& play) {
-    const HDC device = CreateCompatibleDC(nullptr);
-    const BITMAPINFO info = RowsOf(400, 300);
-    void* rows = nullptr;
-    const HBITMAP bitmap = CreateDIBSection(device, &info, DIB_RGB_COLORS, &rows, nullptr, 0);
-    const HGDIOBJ before = SelectObject(device, bitmap);
-    play(device);
-    GdiFlush();
-    const auto* first = static_cast<const DWORD*>(rows);
-    std::vector<DWORD> copy(first, first + 400 * 300);
-    for (DWORD& pixel : copy) pixel &= 0xFFFFFF;
-    SelectObject(device, before);
-    DeleteObject(bitmap);
-    DeleteDC(device);
-    return copy;
+    const Bitmap bitmap(400, 300);
+    play(bitmap.device());
+    return bitmap.Pixels();
   };
   format = {CF_METAFILEPICT, nullptr, DVASPECT_CONTENT, -1, TYMED_MFPICT};
   ASSERT_EQ(S_OK, data->GetData(&format, &medium));
@@ -117,6 +87,72 @@ TEST(View, GoesOutAsBitmapAndMetafiles) {
 
   format.cfFormat = CF_WAVE;
   EXPECT_EQ(DV_E_FORMATETC, data->GetData(&format, &medium));
+}
+
+/// Old containers play no blending, no transforms and no comments of newer graphics.
+TEST(View, GoesOutInRecordsThatAllContainersPlay) {
+  const ComPtr<IDispatch> plot = NewPlot(L"LineScan");
+  Load(*plot.Get());
+  EXPECT_EQ(0, Call(*plot.Get(), L"Plot"));
+  const auto data = As<IDataObject>(plot);
+  std::set<DWORD> records;
+  FORMATETC format{CF_ENHMETAFILE, nullptr, DVASPECT_CONTENT, -1, TYMED_ENHMF};
+  STGMEDIUM medium{};
+  ASSERT_EQ(S_OK, data->GetData(&format, &medium));
+  EnumEnhMetaFile(
+      nullptr, medium.hEnhMetaFile,
+      [](HDC, HANDLETABLE*, const ENHMETARECORD* record, int, LPARAM list) {
+        reinterpret_cast<std::set<DWORD>*>(list)->insert(record->iType);
+        return 1;
+      },
+      &records, nullptr);
+  ReleaseStgMedium(&medium);
+  EXPECT_EQ((std::set<DWORD>{EMR_HEADER, EMR_EOF, EMR_SETSTRETCHBLTMODE, EMR_STRETCHDIBITS}),
+            records);
+
+  records.clear();
+  format = {CF_METAFILEPICT, nullptr, DVASPECT_CONTENT, -1, TYMED_MFPICT};
+  ASSERT_EQ(S_OK, data->GetData(&format, &medium));
+  const auto* picture = static_cast<const METAFILEPICT*>(GlobalLock(medium.hMetaFilePict));
+  const HDC screen = GetDC(nullptr);
+  EnumMetaFile(
+      screen, picture->hMF,
+      [](HDC, HANDLETABLE*, METARECORD* record, int, LPARAM list) {
+        reinterpret_cast<std::set<DWORD>*>(list)->insert(record->rdFunction);
+        return 1;
+      },
+      reinterpret_cast<LPARAM>(&records));
+  ReleaseDC(nullptr, screen);
+  GlobalUnlock(medium.hMetaFilePict);
+  ReleaseStgMedium(&medium);
+  records.erase(0);  // the end
+  EXPECT_EQ((std::set<DWORD>{META_SETMAPMODE, META_SETWINDOWORG, META_SETWINDOWEXT,
+                             META_SETSTRETCHBLTMODE, META_STRETCHDIB}),
+            records);
+}
+
+TEST(View, ListsItsForms) {
+  const ComPtr<IDispatch> plot = NewPlot(L"Plot2D");
+  const auto data = As<IDataObject>(plot);
+  ComPtr<IEnumFORMATETC> list;
+  ASSERT_EQ(S_OK, data->EnumFormatEtc(DATADIR_GET, &list));
+  FORMATETC forms[4] = {};
+  ULONG count = 0;
+  EXPECT_EQ(S_FALSE, list->Next(4, forms, &count));
+  ASSERT_EQ(3U, count);
+  std::set<CLIPFORMAT> seen;
+  for (ULONG i = 0; i < count; ++i) {
+    seen.insert(forms[i].cfFormat);
+    EXPECT_EQ(S_OK, data->QueryGetData(&forms[i]));
+    forms[i].tymed = TYMED_FILE;
+    EXPECT_EQ(DV_E_TYMED, data->QueryGetData(&forms[i]));
+    forms[i].dwAspect = DVASPECT_ICON;
+    EXPECT_EQ(DV_E_DVASPECT, data->QueryGetData(&forms[i]));
+  }
+  EXPECT_EQ((std::set<CLIPFORMAT>{CF_METAFILEPICT, CF_ENHMETAFILE, CF_DIB}), seen);
+  EXPECT_EQ(E_NOTIMPL, data->EnumFormatEtc(DATADIR_SET, &list));
+  STGMEDIUM medium{};
+  EXPECT_EQ(E_NOTIMPL, data->SetData(&forms[0], &medium, FALSE));
 }
 
 TEST(Designer, NamesTheValuesOfEnumerations) {

@@ -7,31 +7,13 @@
 #include "discoplan/forms/painter.h"
 #include "discoplan/raster/picture.h"
 #include "tests/activex/alone.h"
+#include "tests/activex/bitmap.h"
 #include "tests/activex/container.h"
 
 namespace discoplan::activex {
 namespace {
 
 using Notes = std::vector<std::string>;
-
-std::vector<DWORD> Shown(HWND window, int width, int height) {
-  RunMessages();
-  const HDC from = GetDC(window);
-  const HDC device = CreateCompatibleDC(nullptr);
-  const BITMAPINFO info = RowsOf(width, height);
-  void* pixels = nullptr;
-  const HBITMAP bitmap = CreateDIBSection(device, &info, DIB_RGB_COLORS, &pixels, nullptr, 0);
-  const HGDIOBJ before = SelectObject(device, bitmap);
-  SendMessageW(window, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(device), PRF_CLIENT);
-  GdiFlush();
-  const auto* first = static_cast<const DWORD*>(pixels);
-  std::vector<DWORD> copy(first, first + width * height);
-  SelectObject(device, before);
-  DeleteObject(bitmap);
-  DeleteDC(device);
-  ReleaseDC(window, from);
-  return copy;
-}
 
 TEST(Window, HasTheLibrarysPixels) {
   for (const wchar_t* name : {L"Plot2D", L"Plot3DB", L"LineScan"}) {
