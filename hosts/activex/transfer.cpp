@@ -34,6 +34,48 @@ HGLOBAL Bitmap(const Canvas& canvas) {
   return memory;
 }
 
+void Draw(ControlObject& object, HDC device, const RECTL& bounds) {
+  object.view().Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, device, &bounds, nullptr,
+                     nullptr, 0);
+}
+
+/// Nothing without the memory, as everywhere here.
+HENHMETAFILE EnhancedMetafile(ControlObject& object) {
+  SIZEL himetric{};
+  object.view().GetExtent(DVASPECT_CONTENT, -1, nullptr, &himetric);
+  const RECT frame{0, 0, himetric.cx, himetric.cy};
+  const HDC device = CreateEnhMetaFileW(nullptr, nullptr, &frame, L"Discoplan\0\0");
+  if (device == nullptr) return nullptr;
+  const TwipsBox& box = object.Control().root().Box();
+  const SIZE pixels = object.ToPixels(box.width, box.height);
+  const RECTL bounds{0, 0, pixels.cx, pixels.cy};
+  Draw(object, device, bounds);
+  return CloseEnhMetaFile(device);
+}
+
+HGLOBAL Metafile(ControlObject& object) {
+  SIZEL himetric{};
+  object.view().GetExtent(DVASPECT_CONTENT, -1, nullptr, &himetric);
+  const HDC device = CreateMetaFileW(nullptr);
+  if (device == nullptr) return nullptr;
+  SetMapMode(device, MM_ANISOTROPIC);
+  SetWindowOrgEx(device, 0, 0, nullptr);
+  SetWindowExtEx(device, himetric.cx, himetric.cy, nullptr);
+  const RECTL bounds{0, 0, himetric.cx, himetric.cy};
+  Draw(object, device, bounds);
+  const HMETAFILE file = CloseMetaFile(device);
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, sizeof(METAFILEPICT));
+  if (file == nullptr || memory == nullptr) {
+    DeleteMetaFile(file);
+    GlobalFree(memory);
+    return nullptr;
+  }
+  *static_cast<METAFILEPICT*>(GlobalLock(memory)) = {MM_ANISOTROPIC, himetric.cx, himetric.cy,
+                                                     file};
+  GlobalUnlock(memory);
+  return memory;
+}
+
 }  // namespace
 
 std::vector<Pixel> FromBottom(const Canvas& canvas) {
@@ -66,48 +108,25 @@ STDMETHODIMP Transfer::GetData(FORMATETC* wanted, STGMEDIUM* medium) try {
   if (FAILED(known)) return known;
   const ComPtr<IUnknown> alive = object_.Keep();
   *medium = {};
-  if (wanted->cfFormat == CF_DIB) {
-    medium->tymed = TYMED_HGLOBAL;
-    medium->hGlobal = Bitmap(object_.view().Picture());
-    return medium->hGlobal != nullptr ? S_OK : E_OUTOFMEMORY;
+  switch (wanted->cfFormat) {
+    case CF_DIB:
+      medium->tymed = TYMED_HGLOBAL;
+      medium->hGlobal = Bitmap(object_.view().Picture());
+      break;
+    case CF_ENHMETAFILE:
+      medium->tymed = TYMED_ENHMF;
+      medium->hEnhMetaFile = EnhancedMetafile(object_);
+      break;
+    default:
+      medium->tymed = TYMED_MFPICT;
+      medium->hMetaFilePict = Metafile(object_);
+      break;
   }
-  SIZEL himetric{};
-  object_.view().GetExtent(DVASPECT_CONTENT, -1, nullptr, &himetric);
-  if (wanted->cfFormat == CF_ENHMETAFILE) {
-    const RECT frame{0, 0, himetric.cx, himetric.cy};
-    const HDC device = CreateEnhMetaFileW(nullptr, nullptr, &frame, L"Discoplan\0\0");
-    if (device == nullptr) return E_OUTOFMEMORY;
-    const TwipsBox& box = object_.Control().root().Box();
-    const SIZE pixels = object_.ToPixels(box.width, box.height);
-    const RECTL bounds{0, 0, pixels.cx, pixels.cy};
-    object_.view().Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, device, &bounds, nullptr,
-                        nullptr, 0);
-    medium->tymed = TYMED_ENHMF;
-    medium->hEnhMetaFile = CloseEnhMetaFile(device);
-    return medium->hEnhMetaFile != nullptr ? S_OK : E_OUTOFMEMORY;
-  }
-  const HDC device = CreateMetaFileW(nullptr);
-  if (device == nullptr) return E_OUTOFMEMORY;
-  SetMapMode(device, MM_ANISOTROPIC);
-  SetWindowOrgEx(device, 0, 0, nullptr);
-  SetWindowExtEx(device, himetric.cx, himetric.cy, nullptr);
-  const RECTL bounds{0, 0, himetric.cx, himetric.cy};
-  object_.view().Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, device, &bounds, nullptr,
-                      nullptr, 0);
-  const HMETAFILE file = CloseMetaFile(device);
-  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, sizeof(METAFILEPICT));
-  if (file == nullptr || memory == nullptr) {
-    DeleteMetaFile(file);
-    GlobalFree(memory);
-    return E_OUTOFMEMORY;
-  }
-  *static_cast<METAFILEPICT*>(GlobalLock(memory)) = {MM_ANISOTROPIC, himetric.cx, himetric.cy,
-                                                     file};
-  GlobalUnlock(memory);
-  medium->tymed = TYMED_MFPICT;
-  medium->hMetaFilePict = memory;
-  return S_OK;
+  if (medium->hGlobal != nullptr) return S_OK;  // one place for handles of all kinds
+  *medium = {};
+  return E_OUTOFMEMORY;
 } catch (const std::bad_alloc&) {
+  *medium = {};
   return E_OUTOFMEMORY;
 }
 

@@ -152,6 +152,49 @@ Variant FromNumber(const VARIANT& value, Type type, LCID locale) {
   }
 }
 
+/// Into a variable of arrays; with `anything` into one that may hold whatever there is.
+void GiveArray(const FloatArray& array, VARIANT& place, bool anything) {
+  if (!array.dimensioned) return;
+  if ((place.vt & (VT_ARRAY | VT_BYREF)) == (VT_ARRAY | VT_BYREF)) {
+    const VARTYPE element = place.vt & VT_TYPEMASK;
+    if (element != VT_R4 && element != VT_VARIANT) {
+      RaiseMismatch("the caller's array is none of singles");
+    }
+    return Replace(*place.pparray, array, element);
+  }
+  if ((place.vt & VT_ARRAY) != 0) return Replace(place.parray, array, ElementType(place.parray));
+  if (!anything) RaiseMismatch("the caller's variable takes no array");
+  SAFEARRAY* result = NewArray(array, VT_VARIANT);
+  VariantClear(&place);
+  place.vt = VT_ARRAY | VT_VARIANT;
+  place.parray = result;
+}
+
+/// Into a variable that keeps its own type.
+void GiveAs(VARTYPE type, VARIANT& result, VARIANT& place) {
+  Check(VariantChangeType(&result, &result, 0, type));
+  switch (type) {
+    case VT_I2:
+    case VT_BOOL:
+      *place.piVal = result.iVal;
+      return;
+    case VT_I4:
+      *place.plVal = result.lVal;
+      return;
+    case VT_R4:
+      *place.pfltVal = result.fltVal;
+      return;
+    case VT_R8:
+      *place.pdblVal = result.dblVal;
+      return;
+    case VT_BSTR:
+      std::swap(*place.pbstrVal, result.bstrVal);
+      return;
+    default:
+      RaiseMismatch("the caller's variable takes no such value");
+  }
+}
+
 }  // namespace
 
 Variant FromCaller(const VARIANT& value, Type type, LCID locale, const Objects& objects) {
@@ -237,53 +280,11 @@ void ToCaller(const Variant& value, Type type, VARIANT& result, const Objects& o
 void GiveBack(const Variant& value, Type type, VARIANT& argument, const Objects& objects) {
   if ((argument.vt & VT_BYREF) == 0) return;
   VARIANT& place = argument.vt == (VT_BYREF | VT_VARIANT) ? *argument.pvarVal : argument;
-  if (type == Type::Array) {
-    const FloatArray& array = value.AsArray();
-    if (!array.dimensioned) return;
-    if ((place.vt & (VT_ARRAY | VT_BYREF)) == (VT_ARRAY | VT_BYREF)) {
-      const VARTYPE element = place.vt & VT_TYPEMASK;
-      if (element != VT_R4 && element != VT_VARIANT) {
-        RaiseMismatch("the caller's array is none of singles");
-      }
-      return Replace(*place.pparray, array, element);
-    }
-    if ((place.vt & VT_ARRAY) != 0) return Replace(place.parray, array, ElementType(place.parray));
-    if (&place == &argument) RaiseMismatch("the caller's variable takes no array");
-    SAFEARRAY* result = NewArray(array, VT_VARIANT);
-    VariantClear(&place);
-    place.vt = VT_ARRAY | VT_VARIANT;
-    place.parray = result;
-    return;
-  }
+  if (type == Type::Array) return GiveArray(value.AsArray(), place, &place != &argument);
   OwnedVariant result;
   ToCaller(value, type, result, objects);
-  if (&place != &argument && (place.vt & VT_BYREF) == 0) {
-    Check(VariantCopy(&place, &result));
-    return;
-  }
-  // The caller's variable keeps its own type.
-  const VARTYPE wanted = place.vt & VT_TYPEMASK;
-  Check(VariantChangeType(&result, &result, 0, wanted));
-  switch (wanted) {
-    case VT_I2:
-    case VT_BOOL:
-      *place.piVal = result.iVal;
-      return;
-    case VT_I4:
-      *place.plVal = result.lVal;
-      return;
-    case VT_R4:
-      *place.pfltVal = result.fltVal;
-      return;
-    case VT_R8:
-      *place.pdblVal = result.dblVal;
-      return;
-    case VT_BSTR:
-      std::swap(*place.pbstrVal, result.bstrVal);
-      return;
-    default:
-      RaiseMismatch("the caller's variable takes no such value");
-  }
+  if (&place != &argument && (place.vt & VT_BYREF) == 0) return Check(VariantCopy(&place, &result));
+  GiveAs(place.vt & VT_TYPEMASK, result, place);
 }
 
 }  // namespace discoplan::activex
