@@ -83,14 +83,17 @@ Lot ReadBinaryData(const ReadRequest& request, const PositionScale& scale, FileB
   Lot result;
   result.kind = FileKind::Binary;
   result.parameters = {{"Value", ""}};
+  Narrowing narrowing;
   const std::array<double, 2> scales = {scale.x, scale.y};
   Wafer wafer;
   wafer.name = request.path.stem().string();
   for (std::size_t site = 0; site < sites; ++site) {
     std::array<float, 3> numbers{};
     std::size_t block = 0;
+    double last = 0;
     while (block < numbers.size() && Attempt([&] {
              const double number = NumberAt(data, (block * sites + site) * kNumberSize);
+             last = number;
              if (IsStrange(number)) throw RunTimeError(Fault::Overflow);
              numbers[block] = ToFloat(block == 2 ? number : number * scales[block]);
            })) {
@@ -100,6 +103,7 @@ Lot ReadBinaryData(const ReadRequest& request, const PositionScale& scale, FileB
       wafer.x.push_back(numbers[0]);
       wafer.y.push_back(numbers[1]);
       wafer.value.push_back(numbers[2]);
+      narrowing.Take(last, numbers[2]);
     } else if (request.skip_invalid) {
       CountSkipped(Reason::NotFinite, static_cast<std::int64_t>(site) + 1, result.skipped);
       Count(Reason::NotFinite, wafer.left_out);
@@ -115,6 +119,7 @@ Lot ReadBinaryData(const ReadRequest& request, const PositionScale& scale, FileB
   if (wafer.x.empty()) {
     throw DataError({bytes.file()}, "no valid site is left; check the file and --sites");
   }
+  narrowing.Tell(result.parameters[0].name, result);
   result.wafers.push_back(std::move(wafer));
   return result;
 }

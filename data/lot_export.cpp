@@ -101,7 +101,7 @@ Lot LotReader::Read() {
     }
   }
   CloseBlock();
-  rows_.Finish();
+  rows_.Finish(result_);
   choice_.RequireAll();
   for (std::vector<Wafer>& wafers : wafers_) {
     for (Wafer& wafer : wafers) {

@@ -165,6 +165,7 @@ bool SiteRows::Add(const std::vector<std::string_view>& fields, std::int64_t lin
     Note(numbers[i], fields[places[i]], line, places[i]);
   }
   bool added = false;
+  if (narrowings_.size() < wafers.size()) narrowings_.resize(wafers.size());
   for (std::size_t i = 0; i < wafers.size(); ++i) {
     const std::size_t column = columns.values[i];
     const ParsedNumber value = ParseNumber(fields[column]);
@@ -173,6 +174,7 @@ bool SiteRows::Add(const std::vector<std::string_view>& fields, std::int64_t lin
       continue;
     }
     Note(value, fields[column], line, column);
+    narrowings_[i].Take(value.value, value.narrowed);
     Wafer& wafer = wafers[i];
     if (most_ && std::ssize(wafer.x) >= *most_) {
       throw DataError({file_, line}, TooManySites(*most_));
@@ -195,6 +197,21 @@ std::optional<double> SiteRows::Number(std::string_view text, std::int64_t line,
   }
   marks_.Note(number, text, place);
   return number.value;
+}
+
+void Narrowing::Tell(const std::string& parameter, Lot& lot) const {
+  if (10 * same_ <= count_) return;
+  lot.warnings.push_back(std::to_string(same_) + " of " + Counted(count_, "value") + " of " +
+                         Shown(parameter) +
+                         " are the same as the one before when rounded to a 32-bit float, and "
+                         "differ in the file; subtract an offset from all of them");
+}
+
+void SiteRows::Finish(Lot& lot) const {
+  marks_.Finish();
+  for (std::size_t i = 0; i < narrowings_.size(); ++i) {
+    narrowings_[i].Tell(lot.parameters[i].name, lot);
+  }
 }
 
 void SiteRows::RequireSites(std::span<const Wafer> wafers, std::int64_t head_line) const {

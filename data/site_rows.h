@@ -40,6 +40,25 @@ std::string FaultSentence(NumberFault fault, std::string_view text, std::string_
 /// What to do about a wafer with too many sites.
 std::string TooManySites(std::int64_t most);
 
+/// How many values are another number than the one before and the same 32-bit float.
+class Narrowing {
+ public:
+  void Take(double value, float narrowed) {
+    same_ += count_ > 0 && narrowed == narrowed_ && value != last_;
+    ++count_;
+    last_ = value;
+    narrowed_ = narrowed;
+  }
+  /// Adds a warning if they are more than a tenth of all.
+  void Tell(const std::string& parameter, Lot& lot) const;
+
+ private:
+  double last_ = 0;
+  float narrowed_ = 0;
+  std::size_t same_ = 0;
+  std::size_t count_ = 0;
+};
+
 class SiteRows {
  public:
   /// Counts what it leaves out in `skipped`, if that is asked for.
@@ -61,8 +80,8 @@ class SiteRows {
   std::optional<double> Number(std::string_view text, std::int64_t line, std::size_t column);
   /// To be called after the last row; throws `DataError` if no wafer has sites.
   void RequireSites(std::span<const Wafer> wafers, std::int64_t head_line) const;
-  /// To be called at the end of the file.
-  void Finish() const { marks_.Finish(); }
+  /// To be called at the end of the file; warns of values that 32-bit floats don't tell apart.
+  void Finish(Lot& lot) const;
 
  private:
   bool Meets(const Condition& condition, const std::vector<std::string_view>& fields,
@@ -81,6 +100,7 @@ class SiteRows {
   std::optional<std::int64_t> most_;
   std::vector<SkippedRows>& skipped_;
   DecimalMarks marks_;
+  std::vector<Narrowing> narrowings_;  // of each parameter
 };
 
 }  // namespace discoplan::data

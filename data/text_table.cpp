@@ -147,7 +147,7 @@ Lot TableReader::Read() {
   const Condition condition =
       request_.where.empty() ? Condition() : Condition(request_.where, head);
   ReadRows(condition);
-  rows_.Finish();
+  rows_.Finish(lot_);
   choice_.RequireAll();
   lot_.wafers = groups_.Take();
   if (!lot_.wafers.empty() || !condition.IsGiven()) {

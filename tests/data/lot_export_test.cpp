@@ -214,6 +214,16 @@ TEST(LotExport, TellsOfPositionsThatRepeat) {
                 "2 of 3 sites repeat a position; each of them is taken for a site of its own"}));
 }
 
+TEST(BinaryFile, TellsOfValuesThatFloatsDontTellApart) {
+  const TemporaryFolder folder;
+  const auto path =
+      folder.Write("a.bin", Binary({0, 1, 2, 3, 4, 5, 1e9, 1e9 + 0.001, 1e9 + 0.002}));
+  EXPECT_EQ(Read({.path = path}).warnings,
+            (std::vector<std::string>{
+                "2 of 3 values of 'Value' are the same as the one before when rounded to a 32-bit "
+                "float, and differ in the file; subtract an offset from all of them"}));
+}
+
 TEST(LotExport, HoldsAtMost32767SitesAWafer) {
   std::string rows;
   for (int i = 0; i < 32766; ++i) rows += "1,7,0.9,1,2\n";

@@ -222,6 +222,12 @@ TEST(InstrumentTable, TellsWhatLooksWrong) {
       {"R,Theta (rad),Q\n90,0,9\n90,1.5708,2\n90,3.1416,3\n90,4.7124,4\n0,0,7\n", {}},
       {"R,Theta,Q\n90,0,9\n90,90,2\n90,180,3\n90,270,4\n0,0,7\n", {}},
       {"R,Theta,Q\n10,0,9\n20,0,2\n60,0,3\n90,0,4\n0,0,7\n", {}},
+      {"X,Y,Q\n-90,0,1000000000.001\n90,0,1000000000.003\n0,90,1000000000.002\n"
+       "0,-90,1000000000.002\n0,0,1000000000.001\n",
+       {"3 of 5 values of 'Q' are the same as the one before when rounded to a 32-bit float, and "
+        "differ in the file; subtract an offset from all of them"}},
+      {"X,Y,Q\n-90,0,0.1\n90,0,0.1\n0,90,0.1\n0,-90,0.1\n0,0,0.1\n", {}},
+      {"X,Y,Q\n-90,0,99.1234567891\n90,0,99.1234767891\n0,90,99.2\n0,-90,99.123\n0,0,99.1\n", {}},
       // A site in the corner itself would lie beside the wafer.
       {"X,Y,Q\n0,0,9\n90,0,2\n0,90,3\n60,60,4\n30,30,7\n", {}},
   };
