@@ -119,8 +119,8 @@ Lot ReadBinaryData(const ReadRequest& request, const PositionScale& scale, FileB
   if (wafer.x.empty()) {
     throw DataError({bytes.file()}, "no valid site is left; check the file and --sites");
   }
-  narrowing.Tell(result.parameters[0].name, result);
   result.wafers.push_back(std::move(wafer));
+  narrowing.Tell(0, result);
   return result;
 }
 

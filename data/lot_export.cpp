@@ -101,13 +101,14 @@ Lot LotReader::Read() {
     }
   }
   CloseBlock();
-  rows_.Finish(result_);
+  rows_.Finish();
   choice_.RequireAll();
   for (std::vector<Wafer>& wafers : wafers_) {
     for (Wafer& wafer : wafers) {
       if (!wafer.x.empty()) result_.wafers.push_back(std::move(wafer));
     }
   }
+  rows_.TellNarrowing(result_);
   return std::move(result_);
 }
 

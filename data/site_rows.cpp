@@ -82,8 +82,8 @@ SiteRows::SiteRows(std::string file, const ReadRequest& request, std::vector<Ski
   if (!LeavesOut(request)) most_ = request.most_sites;
 }
 
-bool SiteRows::HasWidth(const std::vector<std::string_view>& fields, std::int64_t line,
-                        const RowShape& shape) {
+bool SiteRows::HasFilledWidth(const std::vector<std::string_view>& fields, std::int64_t line,
+                              const RowShape& shape) {
   if (FilledWidth(fields) > shape.most) {
     throw DataError({file_, line},
                     Counted(FilledWidth(fields), "column") + " where line " +
@@ -199,19 +199,18 @@ std::optional<double> SiteRows::Number(std::string_view text, std::int64_t line,
   return number.value;
 }
 
-void Narrowing::Tell(const std::string& parameter, Lot& lot) const {
-  if (10 * same_ <= count_) return;
-  lot.warnings.push_back(std::to_string(same_) + " of " + Counted(count_, "value") + " of " +
-                         Shown(parameter) +
+void Narrowing::Tell(std::size_t parameter, Lot& lot) const {
+  std::size_t count = 0;
+  for (const Wafer& wafer : lot.Of(parameter)) count += wafer.value.size();
+  if (10 * same_ <= count) return;
+  lot.warnings.push_back(std::to_string(same_) + " of " + Counted(count, "value") + " of " +
+                         Shown(lot.parameters[parameter].name) +
                          " are the same as the one before when rounded to a 32-bit float, and "
                          "differ in the file; subtract an offset from all of them");
 }
 
-void SiteRows::Finish(Lot& lot) const {
-  marks_.Finish();
-  for (std::size_t i = 0; i < narrowings_.size(); ++i) {
-    narrowings_[i].Tell(lot.parameters[i].name, lot);
-  }
+void SiteRows::TellNarrowing(Lot& lot) const {
+  for (std::size_t i = 0; i < narrowings_.size(); ++i) narrowings_[i].Tell(i, lot);
 }
 
 void SiteRows::RequireSites(std::span<const Wafer> wafers, std::int64_t head_line) const {

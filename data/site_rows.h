@@ -3,6 +3,7 @@
 
 /// Turns the rows of a table into sites, and sees to what is wrong with them.
 
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -44,19 +45,15 @@ std::string TooManySites(std::int64_t most);
 class Narrowing {
  public:
   void Take(double value, float narrowed) {
-    same_ += count_ > 0 && narrowed == narrowed_ && value != last_;
-    ++count_;
+    same_ += static_cast<float>(last_) == narrowed && value != last_;
     last_ = value;
-    narrowed_ = narrowed;
   }
-  /// Adds a warning if they are more than a tenth of all.
-  void Tell(const std::string& parameter, Lot& lot) const;
+  /// Adds a warning if they are more than a tenth of the values of a parameter.
+  void Tell(std::size_t parameter, Lot& lot) const;
 
  private:
-  double last_ = 0;
-  float narrowed_ = 0;
+  double last_ = std::numeric_limits<double>::quiet_NaN();
   std::size_t same_ = 0;
-  std::size_t count_ = 0;
 };
 
 class SiteRows {
@@ -67,7 +64,10 @@ class SiteRows {
   /// True if the row has as many columns as it must have. Throws `DataError` if it hasn't, unless
   /// it is skipped.
   bool HasWidth(const std::vector<std::string_view>& fields, std::int64_t line,
-                const RowShape& shape);
+                const RowShape& shape) {
+    return (fields.size() >= shape.fewest && fields.size() <= shape.most) ||
+           HasFilledWidth(fields, line, shape);
+  }
   /// True if none of the fields that tell wafers apart is empty. Throws `DataError` for a row that
   /// is asked for and belongs to no wafer, unless it is skipped.
   bool HasKeys(const std::vector<std::string_view>& fields, std::int64_t line,
@@ -80,10 +80,14 @@ class SiteRows {
   std::optional<double> Number(std::string_view text, std::int64_t line, std::size_t column);
   /// To be called after the last row; throws `DataError` if no wafer has sites.
   void RequireSites(std::span<const Wafer> wafers, std::int64_t head_line) const;
-  /// To be called at the end of the file; warns of values that 32-bit floats don't tell apart.
-  void Finish(Lot& lot) const;
+  /// To be called at the end of the file.
+  void Finish() const { marks_.Finish(); }
+  /// Warns of values in all wafers of `lot` that 32-bit floats don't tell apart.
+  void TellNarrowing(Lot& lot) const;
 
  private:
+  bool HasFilledWidth(const std::vector<std::string_view>& fields, std::int64_t line,
+                      const RowShape& shape);
   bool Meets(const Condition& condition, const std::vector<std::string_view>& fields,
              std::int64_t line, std::span<Wafer> wafers);
   /// Says what is wrong with a field, or counts it.

@@ -66,6 +66,7 @@ void TableReader::RefuseOneWafer() const {
 void TableReader::ReadRows(const Condition& condition) {
   TextLine line;
   std::vector<std::string_view> fields;
+  const std::span<Wafer> only = by_.empty() ? groups_.Of(fields) : std::span<Wafer>();
   const bool keeps = by_.empty() && lot_.parameters.size() == 1;
   try {
     while (lines_.Next(line)) {
@@ -73,7 +74,7 @@ void TableReader::ReadRows(const Condition& condition) {
       SplitOrThrow(line, lines_.file(), start_.dialect, fields);
       if (FilledWidth(fields) == 0 || !rows_.HasWidth(fields, line.number, start_.shape)) continue;
       if (!by_.empty() && !rows_.HasKeys(fields, line.number, by_, condition)) continue;
-      const std::span<Wafer> wafers = groups_.Of(fields);
+      const std::span<Wafer> wafers = by_.empty() ? only : groups_.Of(fields);
       if (wafers.empty()) continue;
       if (rows_.Add(fields, line.number, start_.shape, condition, wafers) && keeps) {
         kept_.Add(line.text);
@@ -147,13 +148,14 @@ Lot TableReader::Read() {
   const Condition condition =
       request_.where.empty() ? Condition() : Condition(request_.where, head);
   ReadRows(condition);
-  rows_.Finish(lot_);
+  rows_.Finish();
   choice_.RequireAll();
   lot_.wafers = groups_.Take();
   if (!lot_.wafers.empty() || !condition.IsGiven()) {
     rows_.RequireSites(lot_.wafers, start_.header ? start_.place.line : 0);
   }
   JudgeRepeats();
+  rows_.TellNarrowing(lot_);
   return std::move(lot_);
 }
 
