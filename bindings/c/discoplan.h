@@ -277,7 +277,7 @@ typedef struct discoplan_plot_options {
   int32_t method;        /* DISCOPLAN_SMOOTH where 0 or 1, DISCOPLAN_IDW4 for -1 */
   int32_t bins;          /* of a histogram; 0: as many as the values call for */
   const char* title;     /* NULL: the wafer's name */
-  const char* font;      /* NULL: Arial, for which Liberation Sans stands in */
+  const char* font;      /* NULL: Arial, for which Liberation Sans stands in; modern look alone */
   const char* font_file; /* a font to use before those of the machine, and its bold one */
   const char* bold_font_file;
   double sigma_range;   /* of sigma maps, in standard deviations; 0: 1, or 0.5 classic */

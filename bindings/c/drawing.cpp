@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <list>
 
 #include "bindings/c/arguments.h"
@@ -93,6 +94,26 @@ void TakeParticulars(const discoplan_plot_options& options, Drawing& drawing) {
     }
     drawing.control_limits = {options.lower_control, options.upper_control};
   }
+}
+
+/// That there is one is looked at once in a row.
+void RequireFont(const std::string& path, const char* option) {
+  struct Last {
+    std::string path;
+  };
+  std::string& last = OfThread<Last>().path;
+  if (path.empty() || path == last) return;
+  const std::string place = std::string(option) + ": " + path;
+  if (!std::filesystem::exists(PathOf(path))) {
+    throw Error(DISCOPLAN_NOT_FOUND, place + ": no such file");
+  }
+  try {
+    const FontFile file{.path = PathOf(path), .content = {}, .index = 0, .bold = false};
+    FreeTypeText(std::make_shared<GivenFonts>(file)).Height({}, 1);
+  } catch (const FontError&) {
+    Refuse(place + ": this is no font whose letters scale");
+  }
+  last = path;
 }
 
 /// Differences are about 0.
@@ -205,10 +226,10 @@ Drawing DrawingOf(const discoplan_plot_options& options) {
   drawing.flags = options.flags;
   if ((options.flags & ~kAllFlags) != 0) Refuse("flags: some of them are none");
   const bool has_modern = (options.flags & kModernFlags) != 0 || options.bands != 0 ||
-                          options.bins != 0 || options.method != 0;
+                          options.bins != 0 || options.method != 0 || options.font != nullptr;
   if (drawing.classic && has_modern) {
     Refuse(
-        "the classic look knows no bands, bins, cut, method, control limits and flags of the "
+        "the classic look knows no bands, bins, cut, method, font, control limits and flags of the "
         "modern one; set members of a control instead");
   }
   TakeSize(options, drawing);
@@ -221,6 +242,8 @@ Drawing DrawingOf(const discoplan_plot_options& options) {
   drawing.font = TextOr(options.font, "Arial");
   drawing.font_file = TextOr(options.font_file);
   drawing.bold_font_file = TextOr(options.bold_font_file);
+  RequireFont(drawing.font_file, "font_file");
+  RequireFont(drawing.bold_font_file, "bold_font_file");
   return drawing;
 }
 

@@ -59,9 +59,9 @@ bool HasLegend(const PlotControl& control) {
 
 float ScaleOf(const PlotControl& control, float width, float height) {
   const bool legend = HasLegend(control);
-  const float scale = std::min({1.0F, width / (kLeastWidth + (legend ? kLegendWidth : 0)),
-                                height / (legend ? kLegendHeight : kLeastHeight)});
-  return std::max(scale, std::max(width, height) / kMostSide);
+  const float fitting = std::min(width / (kLeastWidth + (legend ? kLegendWidth : 0)),
+                                 height / (legend ? kLegendHeight : kLeastHeight));
+  return std::min(fitting, std::max(1.0F, std::max(width, height) / kMostSide));
 }
 
 }  // namespace
@@ -110,8 +110,9 @@ PrintResult PrintPage(PlotControl& control, const PageSetting& setting, figures:
                                                                            .font = setting.font});
   const float scale = ScaleOf(control, width, height);
   paper->Origin({0, -scale * kFromTop}, scale);
-  const PrintResult result =
-      PrintWithLegend(control, paper, {0, kFromTop, width / scale, height / scale});
+  const PrintResult result = PrintWithLegend(
+      control, paper,
+      {0, kFromTop, std::min(width / scale, kMostSide), std::min(height / scale, kMostSide)});
   page = paper->Take();
   return result;
 }

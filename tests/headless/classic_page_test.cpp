@@ -202,14 +202,21 @@ TEST_F(ClassicPage, HoldsTextsAsTextAndMapsAsFewShapes) {
 TEST_F(ClassicPage, FitsAnyPage) {
   const FigureText text("Arial");
   for (const ControlClass* kind : ControlClasses()) {
-    for (const auto& [width, height] :
-         {std::pair{60.0, 60.0}, {200.0, 400.0}, {450.0, 340.0}, {5600.0, 4000.0}}) {
+    std::size_t most = 0;  // shapes
+    for (const auto& [width, height] : {std::pair{60.0, 60.0},
+                                        {200.0, 400.0},
+                                        {450.0, 340.0},
+                                        {5600.0, 4000.0},
+                                        {57.0, 2270.0},
+                                        {2270.0, 57.0}}) {
       Figure page;
       const std::unique_ptr<PlotControl> control = Loaded(*kind);
       const PageSetting setting{.width = width, .height = height, .text = text.Letters()};
       ASSERT_EQ(PrintPage(*control, setting, page), PrintResult::Done)
           << kind->kind << ' ' << width;
       EXPECT_EQ(control->PrinterObj(), nullptr);
+      most = std::max(most, page.shapes.size());
+      EXPECT_GT(page.shapes.size(), most / 2) << kind->kind << ' ' << width;
       int legend = 0;
       for (const figures::Shape& shape : page.shapes) {
         const auto* letters = std::get_if<figures::TextShape>(&shape);

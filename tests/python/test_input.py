@@ -2,6 +2,7 @@
 """What columns may be, and what becomes of bad ones."""
 
 import array
+import ctypes
 import pathlib
 import threading
 
@@ -41,6 +42,7 @@ KINDS = {
     "field": lambda a: np.array([(v, 0) for v in a], dtype=[("v", "f4"), ("w", "i1")])["v"],
     "big-endian": lambda a: a.astype(">f8"),
     "memoryview": memoryview,
+    "ctypes": lambda a: (ctypes.c_double * len(a))(*a),
     "pandas": pd.Series,
     "pandas nullable": lambda a: pd.Series(a).astype("Float64"),
     "pandas arrow": lambda a: pd.Series(a).astype("double[pyarrow]"),
@@ -106,7 +108,7 @@ BAD = [
     (ValueError, "test_diameter", lambda: dp.Wafer(X, Y, VALUE, diameter=250, test_diameter=260)),
     (ValueError, "edge_exclusion", lambda: dp.Wafer(X, Y, VALUE, edge_exclusion=400)),
     (ValueError, "orientation: 'up' is none of notch", lambda: dp.Wafer(X, Y, VALUE, orientation="up")),
-    (TypeError, "must be real number", lambda: dp.Wafer(X, Y, VALUE, diameter="wide")),
+    (TypeError, "diameter takes a number, not str", lambda: dp.Wafer(X, Y, VALUE, diameter="wide")),
     (ValueError, "kind: '4D' is none of 2D", lambda: dp.Wafer(X, Y, VALUE).plot("4D")),
     (ValueError, "colours: 'jet' is none of viridis", lambda: dp.Wafer(X, Y, VALUE).plot(colours="jet")),
     (ValueError, "limits", lambda: dp.Wafer(X, Y, VALUE).plot(limits=(2, 1))),
@@ -115,6 +117,13 @@ BAD = [
     (ValueError, "pixels alone", lambda: dp.Plot2D().picture().svg()),
     (ValueError, "nothing to print", lambda: dp.Plot2D().svg()),
     (ValueError, "a width in mm takes 20 to 2000", lambda: dp.Plot2D().page(mm=(1, 1))),
+    (ValueError, "method, font, control limits", lambda: dp.Wafer(X, Y, VALUE).plot(look="classic", font="Courier")),
+    (FileNotFoundError, "font_file: no.ttf: no such file", lambda: dp.Wafer(X, Y, VALUE).plot(font_file="no.ttf")),
+    (ValueError, "this is no font", lambda: dp.Wafer(X, Y, VALUE).plot(font_file=__file__)),
+    (TypeError, "name takes a text, not int", lambda: dp.Wafer(X, Y, VALUE, name=3)),
+    (TypeError, "name takes a text, not bytes", lambda: dp.Wafer(X, Y, VALUE, name=b"W1")),
+    (ValueError, "zero character", lambda: dp.Wafer(X, Y, VALUE, name="a\0b")),
+    (TypeError, "not int", lambda: dp.read(3)),
     (ValueError, "none of .png", lambda: dp.Wafer(X, Y, VALUE).plot().save("map.bmp")),
     (OSError, "no/such", lambda: dp.Wafer(X, Y, VALUE).plot().save("no/such/map.png")),
     (ValueError, "y has 2", lambda: dp.Wafer(X, Y, VALUE).interpolate([1, 2, 3], [1, 2])),

@@ -46,6 +46,14 @@ def test_statistics_are_those_of_numpy(value: np.ndarray) -> None:
         assert getattr(figures, key) == pytest.approx(number, rel=close["rel_tol"], abs=close["abs_tol"]), key
 
 
+def test_two_numbers_of_any_kind_give_one() -> None:
+    wafer = dp.Wafer([-10, 10, 0, 0], [0, 0, 10, -10], [1, 2, 4, 8])
+    for number in (float, int, np.float32, np.float64, np.int16):
+        assert wafer.interpolate(number(10), number(0)) == 2
+    with pytest.raises(ValueError, match="0 dimensions"):
+        wafer.interpolate(np.array(10.0), np.array(0.0))
+
+
 @settings(max_examples=60, deadline=None)
 @given(st.integers(4, 9), st.integers(0, 10**6))
 def test_interpolation_is_the_mean_of_the_four_nearest(count: int, seed: int) -> None:

@@ -102,7 +102,7 @@ class Control:
         The file appears whole or not at all. Raises `OSError` if it can't be written and
         `ValueError` for another ending, and for a page without data.
         """
-        vectors = os.fspath(path).lower().endswith((".svg", ".pdf"))
+        vectors = os.fsdecode(path).lower().endswith((".svg", ".pdf"))
         (self.page() if vectors else self.picture()).save(path)
 
     def _repr_png_(self) -> bytes:

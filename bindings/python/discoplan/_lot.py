@@ -269,5 +269,5 @@ def read(
         skip_invalid=skip_invalid,
         thin=thin,
     )
-    handles, notes = _core.read(os.fspath(path), fields)
+    handles, notes = _core.read(os.fsdecode(path), fields)
     return Lot._of([Wafer._of(handle) for handle in handles], notes)

@@ -47,7 +47,7 @@ class Picture:
         The file appears whole or not at all. Raises `OSError` if it can't be written and
         `ValueError` for another ending.
         """
-        _core.picture_save(self._handle, os.fspath(path))
+        _core.picture_save(self._handle, os.fsdecode(path))
 
     def rgba(self) -> memoryview:
         """The pixels: height x width x 4 bytes, red, green, blue, alpha."""

@@ -220,7 +220,8 @@ class Wafer:
             bands: Steps of the colour scale, 2 to 64; continuous.
             interpolation: "smooth" (thin-plate spline) or "idw4" (mean of the four nearest).
             title: In place of the wafer's name.
-            font: Of all texts; the machine's, where Liberation Sans stands in for Arial.
+            font: Of all texts; the machine's, where Liberation Sans stands in for Arial. The controls
+                of the classic look have fonts of their own.
             font_file: A font to use in place of the machine's Arial.
             dark, transparent, no_legend, values, no_isolines, no_dots: Of the page; `values` writes
                 them beside the sites of a map.

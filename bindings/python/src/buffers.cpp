@@ -52,7 +52,7 @@ bool Column::TakeBuffer(PyObject* object, const char* name) {
   }
   size_ = buffer_.shape[0];
   array_ = {.data = buffer_.buf,
-            .stride = buffer_.strides[0],
+            .stride = buffer_.strides != nullptr ? buffer_.strides[0] : buffer_.itemsize,  // ctypes
             .type = letter == 'f' ? DISCOPLAN_FLOAT32 : DISCOPLAN_FLOAT64,
             .reserved = 0};
   return true;

@@ -107,10 +107,6 @@ Object Statistics(Arguments args) {
   return tuple;
 }
 
-bool IsNumber(PyObject* object) {
-  return PyFloat_CheckExact(object) != 0 || PyLong_CheckExact(object) != 0;
-}
-
 Object Interpolate(Arguments args) {
   auto* const wafer = HandleAs<discoplan_wafer>(args[0]);
   if (IsNumber(args[1]) && IsNumber(args[2])) {

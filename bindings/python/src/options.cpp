@@ -91,6 +91,10 @@ void PutWhole(std::byte* at, PyObject* value, const std::string& name) {
   Put(at, static_cast<std::int32_t>(number));
 }
 
+[[noreturn]] void Refuse(const std::string& wanted, PyObject* value) {
+  Raise(PyExc_TypeError, wanted + ", not " + TypeNameOf(value));
+}
+
 }  // namespace
 
 std::span<const Field> FieldsOf(const discoplan_wafer_options*) { return kWaferFields; }
@@ -107,8 +111,10 @@ void Fill(std::span<const Field> fields, PyObject* key, PyObject* value, std::by
       case Whole:
         return PutWhole(at, value, name);
       case Number:
+        if (!IsNumber(value)) Refuse(name + " takes a number", value);
         return Put(at, NumberOf(value));
       case Text:
+        if (PyUnicode_Check(value) == 0) Refuse(name + " takes a text", value);
         return Put(at, texts.emplace_back(TextOf(value)).c_str());
       case FourNumbers:
         return PutNumbers(at, value);

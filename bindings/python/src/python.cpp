@@ -19,7 +19,15 @@ void Check(discoplan_status status) {
   Raise(*kErrors[status], discoplan_error());
 }
 
+std::string TypeNameOf(PyObject* object) {
+  const Object name(PyType_GetName(Py_TYPE(object)));
+  return TextOf(name.Get());
+}
+
 std::string TextOf(PyObject* object) {
+  if (PyUnicode_Check(object) == 0) {
+    Raise(PyExc_TypeError, "a text is wanted, not " + TypeNameOf(object));
+  }
   Py_ssize_t size = 0;
   const char* text = PyUnicode_AsUTF8AndSize(object, &size);
   if (text == nullptr) throw PythonError();
@@ -27,6 +35,11 @@ std::string TextOf(PyObject* object) {
     Raise(PyExc_ValueError, "a text holds a zero character");
   }
   return {text, static_cast<std::size_t>(size)};
+}
+
+bool IsNumber(PyObject* object) {
+  if (PyFloat_CheckExact(object) != 0 || PyLong_CheckExact(object) != 0) return true;
+  return PyNumber_Check(object) != 0 && PySequence_Check(object) == 0;
 }
 
 double NumberOf(PyObject* object) {

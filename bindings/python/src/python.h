@@ -82,7 +82,10 @@ inline void RequireCount(Py_ssize_t given, Py_ssize_t wanted) {
   }
 }
 
+std::string TypeNameOf(PyObject* object);
 std::string TextOf(PyObject* object);
+/// One of Python's or of a library's own, such as numpy's; no array, whatever its size.
+bool IsNumber(PyObject* object);
 double NumberOf(PyObject* object);
 std::int64_t WholeOf(PyObject* object);
 Object TextObject(const char* utf8);
