@@ -6,6 +6,7 @@
 #include "apps/discoplan/lot_figures.h"
 #include "apps/discoplan/lot_request.h"
 #include "apps/discoplan/output.h"
+#include "apps/discoplan/vector_plots.h"
 #include "hosts/headless/headless_host.h"
 #include "hosts/headless/png_file.h"
 
@@ -74,7 +75,7 @@ void AddLotCommand(CLI::App& program) {
   command->callback([request] {
     const bool is_png = FormatOf(request->output) == FileFormat::Png;
     if (!request->look.classic) return PlotLotFigures(*request);
-    is_png ? Sheet(*request) : RunBeside(kReportProgram);
+    is_png ? Sheet(*request) : PlotLotVectors(*request);
   });
 }
 

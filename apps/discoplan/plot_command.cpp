@@ -5,10 +5,10 @@
 #include <utility>
 #include <vector>
 
-#include "apps/discoplan/beside.h"
 #include "apps/discoplan/figure_command.h"
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/picture_request.h"
+#include "apps/discoplan/vector_plots.h"
 #include "discoplan/base/algorithms.h"
 #include "hosts/headless/classic_look.h"
 #include "hosts/headless/headless_host.h"
@@ -112,7 +112,7 @@ void AddPlotCommand(CLI::App& program) {
   command->callback([request] {
     const bool is_png = FormatOf(request->output) == FileFormat::Png;
     if (!request->look.classic) return PlotFigures(*request);
-    is_png ? Plot(*request) : RunBeside(kReportProgram);
+    is_png ? Plot(*request) : PlotVectors(*request);
   });
 }
 

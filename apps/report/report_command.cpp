@@ -10,10 +10,10 @@
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/plot_request.h"
 #include "apps/discoplan/progress.h"
+#include "apps/discoplan/vector_file.h"
 #include "apps/report/figure_report.h"
 #include "apps/report/report_commands.h"
 #include "apps/report/report_page.h"
-#include "apps/report/vector_file.h"
 
 namespace discoplan::app {
 namespace {
@@ -70,7 +70,7 @@ class ReportPrinter {
   ReportPrinter(const ReportRequest& request, const PageSize& size)
       : request_(request), size_(size), kinds_(KindsOf(request.plot)) {}
 
-  void Print(const std::shared_ptr<qt::QtPaper>& paper, const MeasuredPage& page) {
+  void Print(const std::shared_ptr<VectorPaper>& paper, const MeasuredPage& page) {
     WarnByMessages(host_, page.reading);
     WarnOfEmptyPlots(kinds_, page.reading, page.measured);
     controls_.clear();

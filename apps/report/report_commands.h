@@ -6,7 +6,5 @@
 namespace discoplan::app {
 
 void AddReportCommand(CLI::App& program);
-void AddVectorPlotCommand(CLI::App& program);
-void AddVectorLotCommand(CLI::App& program);
 
 }  // namespace discoplan::app

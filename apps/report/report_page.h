@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "apps/report/vector_file.h"
+#include "apps/discoplan/vector_file.h"
 #include "discoplan/controls/plot_control.h"
 #include "discoplan/render/vector_paper.h"
 

@@ -2,6 +2,7 @@
 #include "apps/view/workbench.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QDockWidget>
@@ -11,6 +12,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPainter>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
@@ -22,6 +24,7 @@
 #include <algorithm>
 
 #include "apps/discoplan/output.h"
+#include "apps/discoplan/vector_file.h"
 #include "apps/report/report_page.h"
 #include "apps/view/column_dialog.h"
 #include "discoplan/dialogs/about_box.h"
@@ -29,6 +32,7 @@
 #include "hosts/headless/whole_file.h"
 #include "hosts/qt/form_view.h"
 #include "hosts/qt/property_dialog.h"
+#include "hosts/qt/qt_paper.h"
 #include "hosts/qt/qt_platform.h"
 
 namespace discoplan::app {

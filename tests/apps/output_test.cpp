@@ -93,7 +93,7 @@ TEST_F(Output, HasTheFormatThatItsEndingNames) {
     const char* name;
     const char* start;
   } rows[] = {{"a.png", "\x89PNG"}, {"a.PNG", "\x89PNG"}, {"plain", "\x89PNG"}, {"a.pdf", "%PDF"},
-              {"a.Pdf", "%PDF"},    {"a.svg", "<?xml"},   {"a.Svg", "<?xml"},   {"a.SVG", "<?xml"}};
+              {"a.Pdf", "%PDF"},    {"a.svg", "<svg"},    {"a.Svg", "<svg"},    {"a.SVG", "<svg"}};
   for (const auto& row : rows) {
     const Outcome outcome = Run(std::string("plot --look classic five.csv -o ") + row.name);
     EXPECT_EQ(outcome.status, 0) << outcome.output;

@@ -2,8 +2,8 @@
 #include <memory>
 
 #include "apps/discoplan/picture_request.h"
-#include "apps/report/report_commands.h"
-#include "apps/report/vector_file.h"
+#include "apps/discoplan/vector_file.h"
+#include "apps/discoplan/vector_plots.h"
 #include "discoplan/base/numbers.h"
 #include "hosts/headless/classic_look.h"
 #include "hosts/headless/classic_page.h"
@@ -16,7 +16,7 @@ constexpr float kControlWidth = 6000;
 constexpr float kControlHeight = 4500;
 
 /// From an origin of its own, since positions on a page are limited.
-void Print(PlotControl& control, const std::shared_ptr<qt::QtPaper>& paper, const PageArea& place,
+void Print(PlotControl& control, const std::shared_ptr<VectorPaper>& paper, const PageArea& place,
            const ControlClass& kind) {
   paper->Origin({place.left, place.top});
   const bool fits = Attempt([&] {
@@ -27,7 +27,9 @@ void Print(PlotControl& control, const std::shared_ptr<qt::QtPaper>& paper, cons
                      " can't be drawn that large in a PDF or SVG file; give less");
 }
 
-void Plot(const PictureRequest& request) {
+}  // namespace
+
+void PlotVectors(const PictureRequest& request) {
   const PlotKinds kinds = KindsOf(request.plot);
   RefuseOverwriting(request.plot, request.output,
                     {request.data.path.string(), request.derive.File()});
@@ -56,15 +58,6 @@ void Plot(const PictureRequest& request) {
   }
   file.Save();
   SaveSettings(request.plot, *control, measured);
-}
-
-}  // namespace
-
-void AddVectorPlotCommand(CLI::App& program) {
-  CLI::App* command = program.add_subcommand("plot", "Draw a wafer into a PDF or SVG file");
-  auto request = std::make_shared<PictureRequest>();
-  AddPictureOptions(*command, *request);
-  command->callback([request] { Plot(*request); });
 }
 
 }  // namespace discoplan::app

@@ -3,14 +3,13 @@
 
 #include "apps/discoplan/lot_request.h"
 #include "apps/discoplan/output.h"
-#include "apps/report/report_commands.h"
-#include "apps/report/vector_file.h"
+#include "apps/discoplan/vector_file.h"
+#include "apps/discoplan/vector_plots.h"
 
 namespace discoplan::app {
-namespace {
 
 /// Pages of a PDF file; in an SVG file, which has one, below each other.
-void Sheet(const LotRequest& request) {
+void PlotLotVectors(const LotRequest& request) {
   const LotPages pages(request);
   const bool one_page = FormatOf(request.output) == FileFormat::Svg;
   const auto stacked = static_cast<float>(one_page ? pages.Count() : 1);
@@ -21,15 +20,6 @@ void Sheet(const LotRequest& request) {
     return *file.paper();
   });
   file.Save();
-}
-
-}  // namespace
-
-void AddVectorLotCommand(CLI::App& program) {
-  CLI::App* command = program.add_subcommand("lot", "Draw all wafers of a lot side by side");
-  auto request = std::make_shared<LotRequest>();
-  AddLotOptions(*command, *request);
-  command->callback([request] { Sheet(*request); });
 }
 
 }  // namespace discoplan::app
