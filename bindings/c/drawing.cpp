@@ -10,6 +10,7 @@
 #include "bindings/c/of_thread.h"
 #include "data/plain_text.h"
 #include "discoplan/base/file_name.h"
+#include "discoplan/figures/kinds.h"
 #include "hosts/headless/figure_pdf.h"
 #include "hosts/headless/png_file.h"
 
@@ -272,7 +273,7 @@ figures::Figure MakeFigure(const MeasuredWafer& wafer, const Drawing& drawing) {
     return wafer.Field(interpolation);
   };
   return figures::MakeFigure(FigureKindOf(drawing.kind), plot, StyleOf(wafer, drawing),
-                             TextFor(drawing));
+                             TextFor(drawing), OfThread<figures::SitePlan>());
 }
 
 HeldPicture::HeldPicture(std::vector<figures::Figure> pages, Drawing drawing,

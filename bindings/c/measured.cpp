@@ -5,11 +5,13 @@
 #include <limits>
 
 #include "bindings/c/arguments.h"
+#include "bindings/c/of_thread.h"
 #include "data/exclusions.h"
 #include "data/left_out.h"
 #include "discoplan/analysis/figures_of_merit.h"
 #include "discoplan/base/numbers.h"
 #include "discoplan/core/interpolation/site_interpolator.h"
+#include "discoplan/figures/kinds.h"
 #include "discoplan/render/number_text.h"
 
 namespace discoplan::c {
@@ -204,8 +206,10 @@ std::shared_ptr<const figures::ValueField> MeasuredWafer::Field(
   const std::lock_guard lock(mutex_);
   auto& kept = fields_[interpolation == figures::Interpolation::Smooth ? 0 : 1];
   if (kept != nullptr) return kept;
+  // Wafers that come one after the other are mostly measured at the same places.
   auto made = MakeField({measured_.x, measured_.y, measured_.value},
-                        static_cast<double>(measured_.diameter) / 2, interpolation);
+                        static_cast<double>(measured_.diameter) / 2, interpolation,
+                        OfThread<figures::SitePlan>().Plates());
   if (measured_.value.size() <= kMostKept) kept = made;
   return made;
 }

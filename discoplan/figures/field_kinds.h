@@ -16,7 +16,7 @@ std::shared_ptr<const ValueField> MakeIdw4Field(const SiteView& sites,
                                                 const std::vector<Sample>& samples, double radius);
 /// Equations of splines, kept from field to field: the wafers of a lot are mostly measured at the
 /// same places.
-class PlateStore {
+class DISCOPLAN_EXPORT PlateStore {
  public:
   const PlateEquations& For(const std::vector<Sample>& samples, double scale, double smoothing);
 
@@ -32,7 +32,8 @@ std::shared_ptr<const ValueField> MakePlateField(std::vector<Sample> samples, do
 std::shared_ptr<const ValueField> MakeLatticeField(std::vector<Sample> samples, double radius);
 
 /// As the function for everyone, with equations that are kept.
-std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
-                                            Interpolation interpolation, PlateStore& store);
+DISCOPLAN_EXPORT std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
+                                                             Interpolation interpolation,
+                                                             PlateStore& store);
 
 }  // namespace discoplan::figures

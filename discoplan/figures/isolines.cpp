@@ -37,10 +37,12 @@ std::vector<std::vector<Point>> IsolineFinder::Lines(double level) {
   // Bits of which points of a row are above, for its cells and those of the next one.
   std::vector<unsigned char> upper(width);
   std::vector<unsigned char> lower(width);
+  // The least float that is, for comparisons of many at once.
+  auto least = static_cast<float>(level);
+  if (least < level) least = std::nextafter(least, std::numeric_limits<float>::infinity());
   const auto take = [&](std::size_t row, std::vector<unsigned char>& above) {
     const float* from = values_.data() + row * width;
-    for (std::size_t i = 0; i < width; ++i)
-      above[i] = static_cast<double>(from[i]) >= level ? 1 : 0;
+    for (std::size_t i = 0; i < width; ++i) above[i] = from[i] >= least ? 1 : 0;
   };
   if (lattice_.rows > 0) take(0, lower);
   for (std::size_t row = 0; row + 1 < static_cast<std::size_t>(lattice_.rows); ++row) {
@@ -146,7 +148,7 @@ class Sleeve {
   /// Whether the line may end there; then it has to pass that point too.
   bool Takes(Point point) {
     const Point to = point - start_;
-    const double length = std::hypot(to.x, to.y);
+    const double length = std::sqrt(to.x * to.x + to.y * to.y);
     // A line that turns back would leave what it has passed.
     if (length < farthest_) return false;
     farthest_ = length;

@@ -12,7 +12,7 @@
 namespace discoplan::figures {
 
 /// What follows from the places of the sites alone, kept from wafer to wafer of a lot.
-class SitePlan {
+class DISCOPLAN_EXPORT SitePlan {
  public:
   PlateStore& Plates() { return plates_; }
   std::shared_ptr<const Coverage> CoverageOf(const WaferPlot& plot);
@@ -36,8 +36,8 @@ struct Sketch {
 };
 
 /// One of many figures.
-Figure MakeFigure(PlotKind kind, const WaferPlot& plot, const Style& style, const TextMeasure& text,
-                  SitePlan& plan);
+DISCOPLAN_EXPORT Figure MakeFigure(PlotKind kind, const WaferPlot& plot, const Style& style,
+                                   const TextMeasure& text, SitePlan& plan);
 
 void DrawMap(Sketch sketch);
 void DrawSigmaMap(Sketch sketch);

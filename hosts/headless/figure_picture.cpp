@@ -34,6 +34,11 @@ Pixel ToPixel(std::uint32_t colour) {
   return (colour & 0xFF00FF00) | (colour >> 16 & 0xFF) | (colour & 0xFF) << 16;
 }
 
+Pixel ToPixel(agg::rgba8 colour) {
+  return static_cast<Pixel>(colour.a) << 24 | static_cast<Pixel>(colour.r) << 16 |
+         static_cast<Pixel>(colour.g) << 8 | colour.b;
+}
+
 /// As many as are covered wholly by opaque colours, eight at a time.
 struct CoveredColours {
   const agg::int8u* covers;
@@ -180,16 +185,13 @@ class RasterDevice final : public figures::Device {
   std::span<Pixel> Paint(Band band) {
     band_ = band;
     const auto width = static_cast<std::size_t>(width_);
-    pixels_.assign(width * static_cast<std::size_t>(band.bottom - band.top), 0);
+    pixels_.assign(width * static_cast<std::size_t>(band.bottom - band.top),
+                   figure_.background ? ToPixel(ColourOf(*figure_.background)) : 0);
     buffer_.Attach(pixels_.data(), width_, band);
     format_.attach(buffer_);
     base_.attach(format_);
     base_.clip_box(0, band.top, width_ - 1, band.bottom - 1);
     raster_.clip_box(0, 0, width_, height_);
-    if (figure_.background) {
-      const agg::rgba8 colour = ColourOf(*figure_.background);
-      base_.copy_bar(0, band.top, width_ - 1, band.bottom - 1, colour);
-    }
     figures::Draw(figure_, *this);
     if (HasAlpha()) Divide(pixels_);
     return pixels_;
