@@ -3,6 +3,10 @@
 
 #include "hosts/port/port.h"
 
+#ifdef __EMSCRIPTEN__
+#include <emscripten.h>
+#endif
+
 namespace discoplan::port {
 
 namespace fs = std::filesystem;
@@ -15,7 +19,14 @@ std::vector<std::string> Arguments(int argc, char** argv) { return {argv, argv +
 
 void UseBinaryStreams() {}
 
-bool IsTerminal(std::FILE* stream) { return isatty(fileno(stream)) != 0; }
+bool IsTerminal(std::FILE* stream) {
+#ifdef __EMSCRIPTEN__
+  // Whose own isatty takes every stream for a terminal.
+  return EM_ASM_INT({ return require('tty').isatty($0); }, fileno(stream)) != 0;
+#else
+  return isatty(fileno(stream)) != 0;
+#endif
+}
 
 void Become(const std::string& program, const std::vector<std::string>& arguments) {
   std::vector<std::string> kept = arguments;
