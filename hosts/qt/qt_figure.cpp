@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "discoplan/figures/image_rows.h"
+
 namespace discoplan::qt {
 namespace {
 
@@ -102,26 +104,16 @@ class PainterDevice final : public figures::Device {
   }
 
   void Draw(const ImageShape& shape) override {
-    const figures::Box& area = shape.area;
-    const double pitch = 1 / pixels_per_point_;
-    const PixelGrid grid{area.left, area.top, pitch,
-                         std::max(1, static_cast<int>(std::ceil(area.Width() / pitch))),
-                         std::max(1, static_cast<int>(std::ceil(area.Height() / pitch)))};
-    std::vector<Rgba> pixels(static_cast<std::size_t>(grid.columns) *
-                             static_cast<std::size_t>(grid.rows));
-    shape.source->Render(grid, pixels);
+    figures::ImageRows rows(*shape.source, GridOver(shape, pixels_per_point_));
+    const PixelGrid& grid = rows.Grid();
     QImage image(grid.columns, grid.rows, QImage::Format_ARGB32);
     for (int row = 0; row < grid.rows; ++row) {
       auto* line = reinterpret_cast<QRgb*>(image.scanLine(row));
-      const Rgba* from =
-          pixels.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(grid.columns);
-      for (int i = 0; i < grid.columns; ++i) {
-        line[i] = qRgba(from[i].red, from[i].green, from[i].blue, from[i].alpha);
-      }
+      for (const Rgba p : rows.At(row)) *line++ = qRgba(p.red, p.green, p.blue, p.alpha);
     }
     // A brush has the soft edge that a clip doesn't.
     QBrush brush(image);
-    brush.setTransform(QTransform(pitch, 0, 0, pitch, area.left, area.top));
+    brush.setTransform(QTransform(grid.pitch, 0, 0, grid.pitch, grid.left, grid.top));
     painter_.setPen(Qt::NoPen);
     painter_.setBrush(brush);
     painter_.drawPath(PathOf(shape.outline));
