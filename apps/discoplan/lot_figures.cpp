@@ -93,11 +93,13 @@ void PlotLotFigures(const LotRequest& request) {
   RefuseClassicOptions(request.plot);
   RefuseOverwriting(request);
   const Lot measured = ReadDerived(request.data, request.derive);
-  // A page is as wide as A4 lies.
+  // A page is as wide as A4 lies, but has no letters of less than 8 pixels.
   constexpr double kWidth = 842;
-  const double pixels = request.size.width / kWidth;
+  constexpr double kLeastScale = 1;
+  const double pixels = std::max(request.size.width / kWidth, kLeastScale);
   const figures::Style style =
-      StyleOf(request.look, request.derive, {kWidth, request.size.height / pixels, pixels});
+      StyleOf(request.look, request.derive,
+              {request.size.width / pixels, request.size.height / pixels, pixels});
   const FigureText text(style.font);
   LotSheetOptions sheet = request.sheet;
   sheet.by_scale = HasScale(kind);

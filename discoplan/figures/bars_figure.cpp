@@ -33,8 +33,9 @@ void DrawBars(Sketch sketch) {
     const Rgba colour = scale.Colour(plot.sites.value[i]);
     const std::array<Point, 4> foot = {p + Point{-half, -half}, p + Point{half, -half},
                                        p + Point{half, half}, p + Point{-half, half}};
-    const Stroke edge = {std::min(0.5 * page.Hair(), 0.1 * half * view.Unit()),
-                         Mix(colour, Rgb(0x000000), 0.45)};
+    // Edges of thin bars would hide their colours.
+    const bool edged = 2 * half * view.Unit() > 6 * page.Hair();
+    const Stroke edge = {edged ? 0.5 * page.Hair() : 0, Mix(colour, Rgb(0x000000), 0.45)};
     // The two sides that face the viewer.
     AddFace(
         page,

@@ -75,10 +75,11 @@ Chart AddChart(Page& page, const Axis& x, const Axis& y) {
   }
   page.Line({area.left, area.bottom}, {area.right, area.bottom}, page.Ink().rim, 1.3 * page.Hair());
   page.Line({area.left, area.top}, {area.left, area.bottom}, page.Ink().rim, 1.3 * page.Hair());
-  page.Put(
-      {.text = page.Shortened(x.label, area.Width(), em), .size = em, .colour = page.Ink().soft},
-      {area.Centre().x, area.bottom + 2.5 * em}, Align::Middle);
-  page.Put({.text = page.Shortened(y.label, area.Height(), em),
+  page.Put({.text = page.ShortenedQuantity(x.label, area.Width(), em),
+            .size = em,
+            .colour = page.Ink().soft},
+           {area.Centre().x, area.bottom + 2.5 * em}, Align::Middle);
+  page.Put({.text = page.ShortenedQuantity(y.label, area.Height(), em),
             .size = em,
             .colour = page.Ink().soft,
             .angle = 90},

@@ -73,22 +73,29 @@ std::vector<Gap> LabelLine(Page& page, const Measured& line, const std::string& 
   }
   std::sort(candidates.begin(), candidates.end(),
             [](const Candidate& a, const Candidate& b) { return a.bend < b.bend; });
-  for (const Candidate& candidate : candidates) {
-    const Point a = line.At(candidate.start);
-    const Point b = line.At(candidate.start + width);
-    double angle = -std::atan2(b.y - a.y, b.x - a.x) * kDegrees;
-    if (angle > 90) angle -= 180;
-    if (angle < -90) angle += 180;
-    const Point middle = (line.At(candidate.start + width / 2) * 2 + a + b) * 0.25;
-    const Words words{.text = text,
-                      .size = size,
-                      .colour = colour,
-                      .angle = angle,
-                      .halo = style.halo,
-                      .halo_colour = style.halo_colour};
-    if (page.Put(words, middle, Align::Middle)) {
-      return {{candidate.start, candidate.start + width}};
+  for (const bool off_dots : {true, false}) {
+    for (const Candidate& candidate : candidates) {
+      const Point a = line.At(candidate.start);
+      const Point b = line.At(candidate.start + width);
+      double angle = -std::atan2(b.y - a.y, b.x - a.x) * kDegrees;
+      if (angle > 90) angle -= 180;
+      if (angle < -90) angle += 180;
+      const Point middle = (line.At(candidate.start + width / 2) * 2 + a + b) * 0.25;
+      const Words words{.text = text,
+                        .size = size,
+                        .colour = colour,
+                        .angle = angle,
+                        .halo = style.halo,
+                        .halo_colour = style.halo_colour};
+      if (off_dots && style.dots != nullptr &&
+          !style.dots->IsFree(page.BoxOf(words, middle, Align::Middle))) {
+        continue;
+      }
+      if (page.Put(words, middle, Align::Middle)) {
+        return {{candidate.start, candidate.start + width}};
+      }
     }
+    if (style.dots == nullptr) break;
   }
   return {};
 }

@@ -19,6 +19,7 @@ struct ContourStyle {
   bool labels = true;
   double halo = 0;  ///< Around the labels.
   Rgba halo_colour = {};
+  const BoxField* dots = nullptr;  ///< What the labels keep off where they can.
 };
 
 void AddContours(Page& page, const MapFrame& frame, const WaferPlot& plot, const ValueField& field,

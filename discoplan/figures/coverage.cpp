@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "discoplan/figures/field_kinds.h"
 #include "discoplan/figures/site_grid.h"
 #include "discoplan/figures/ticks.h"
 
@@ -12,8 +13,10 @@ namespace {
 
 constexpr int kAcross = 96;  // points of the lattice
 
-double FarDistance(const SiteView& sites, double radius) {
-  if (sites.Size() < 4) return 2 * radius;
+/// Sites that don't make a surface.
+double FarDistance(const SiteView& sites, double radius, bool triangle) {
+  if (triangle) return 0.1 * radius;
+  if (sites.Size() < 4) return 0.25 * radius;
   std::vector<Sample> samples;
   for (std::size_t i = 0; i < sites.Size(); ++i) samples.push_back({sites.x[i], sites.y[i], 0});
   const SiteGrid grid(samples);
@@ -35,14 +38,46 @@ double FarDistance(const SiteView& sites, double radius) {
   return std::max({1.5 * next[next.size() * 9 / 10], 0.75 * even, 0.1 * radius});
 }
 
+bool IsTriangle(const SiteView& sites) {
+  if (sites.Size() != 3) return false;
+  std::vector<Sample> corners;
+  for (std::size_t i = 0; i < 3; ++i) corners.push_back({sites.x[i], sites.y[i], 0});
+  return Determinant(corners) != 0;
+}
+
+/// How far each point of a lattice is outside the triangle of three sites; 0 within.
+std::vector<float> DistancesToTriangle(const Lattice& lattice, const SiteView& sites) {
+  std::vector<float> distances;
+  for (int j = 0; j < lattice.rows; ++j) {
+    for (int i = 0; i < lattice.columns; ++i) {
+      double least = std::numeric_limits<double>::max();
+      int left_of = 0;
+      for (std::size_t k = 0; k < 3; ++k) {
+        const Point from = {sites.x[k], sites.y[k]};
+        const Point along = Point{sites.x[(k + 1) % 3], sites.y[(k + 1) % 3]} - from;
+        const Point off = Point{lattice.X(i), lattice.Y(j)} - from;
+        left_of += along.x * off.y >= along.y * off.x ? 1 : -1;
+        const double part =
+            (along.x * off.x + along.y * off.y) / (along.x * along.x + along.y * along.y);
+        const Point to_side = off - along * std::clamp(part, 0.0, 1.0);
+        least = std::min(least, std::hypot(to_side.x, to_side.y));
+      }
+      distances.push_back(std::abs(left_of) == 3 ? 0 : static_cast<float>(least));
+    }
+  }
+  return distances;
+}
+
 }  // namespace
 
 Coverage::Coverage(const WaferPlot& plot) {
   const double radius = plot.diameter / 2;
   const double reach = radius * 1.02;
-  far_ = FarDistance(plot.sites, radius);
+  triangle_ = IsTriangle(plot.sites);
+  far_ = FarDistance(plot.sites, radius, triangle_);
   lattice_ = {-reach, reach, 2 * reach / (kAcross - 1), kAcross, kAcross};
-  distances_ = DistancesToSites(lattice_, plot.sites);
+  distances_ = triangle_ ? DistancesToTriangle(lattice_, plot.sites)
+                         : DistancesToSites(lattice_, plot.sites);
   const double inside = std::max(radius - plot.edge_exclusion, 0.05 * radius);
   for (int j = 0; j < kAcross && !has_far_; ++j) {
     for (int i = 0; i < kAcross; ++i) {
@@ -78,7 +113,8 @@ Coverage::Stretch Coverage::StretchAt(Point place) const {
 
 std::string Coverage::Note(const char* look) const {
   if (!has_far_) return {};
-  return std::string(look) + ": more than " + FixedText(far_, 0) + " mm from every site";
+  return std::string(look) + ": more than " + FixedText(far_, 0) +
+         (triangle_ ? " mm outside the three sites" : " mm from every site");
 }
 
 std::vector<float> DistancesToSites(const Lattice& lattice, const SiteView& sites) {

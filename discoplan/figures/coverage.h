@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Which places of a wafer are too far from every site to be told.
+/// Which places of a wafer are too far from every site to be told. Three sites tell of the triangle
+/// between them, fewer and those in line of their surroundings alone.
 
 #include <string>
 #include <vector>
@@ -10,11 +11,12 @@
 
 namespace discoplan::figures {
 
-class Coverage {
+class DISCOPLAN_EXPORT Coverage {
  public:
   explicit Coverage(const WaferPlot& plot);
 
-  /// One and a half times what nine of ten sites are at most away from the next one, in mm.
+  /// One and a half times what nine of ten sites are at most away from the next one, in mm; what is
+  /// beyond a triangle by more is far from it.
   double Far() const { return far_; }
   /// Whether a part of the test area is farther than that from every site.
   bool HasFar() const { return has_far_; }
@@ -41,6 +43,7 @@ class Coverage {
   Spot SpotOf(Point place) const;
 
   double far_;
+  bool triangle_;
   Lattice lattice_;
   std::vector<float> distances_;
   bool has_far_ = false;

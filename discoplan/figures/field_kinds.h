@@ -12,6 +12,9 @@
 
 namespace discoplan::figures {
 
+/// Twice the area of the triangle of three sites, with its sign; 0 where they are nearly in line.
+double Determinant(const std::vector<Sample>& three);
+
 std::shared_ptr<const ValueField> MakeIdw4Field(const SiteView& sites,
                                                 const std::vector<Sample>& samples, double radius);
 /// Equations of splines, kept from field to field: the wafers of a lot are mostly measured at the

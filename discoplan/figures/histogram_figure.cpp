@@ -34,7 +34,9 @@ Bins BinsOf(const WaferPlot& plot, const Summary& summary) {
   } else {
     bins.width = summary.mean != 0 ? std::abs(summary.mean) * 0.01 : 1;
   }
-  bins.first = std::floor(summary.low / bins.width) * bins.width;
+  // A constant value stands in the middle of its bin.
+  bins.first = summary.high > summary.low ? std::floor(summary.low / bins.width) * bins.width
+                                          : summary.low - bins.width / 2;
   const auto count = static_cast<std::size_t>((summary.high - bins.first) / bins.width) + 1;
   bins.counts.resize(count);
   for (const float value : plot.sites.value) {
@@ -52,9 +54,8 @@ struct Limit {
 
 std::vector<Limit> LimitsOf(const WaferPlot& plot, const Summary& summary) {
   std::vector<Limit> limits;
-  const int decimals = DecimalsFor(summary);
   const auto add = [&](double value, const std::string& name, bool control) {
-    limits.push_back({value, name + " " + FixedText(value, decimals), control});
+    limits.push_back({value, name + " " + ValueText(value, summary), control});
   };
   add(summary.mean, "mean", false);
   if (plot.lower_control) add(*plot.lower_control, "LCL", true);
@@ -88,7 +89,7 @@ void DrawHistogram(Sketch sketch) {
     x.low = std::min(x.low, limit.value);
     x.high = std::max(x.high, limit.value);
   }
-  const double margin = 0.03 * (x.high - x.low);
+  const double margin = (summary.high > summary.low ? 0.03 : 2) * (x.high - x.low);
   x.low -= margin;
   x.high += margin;
   const double factor = static_cast<double>(summary.count) * bins.width;

@@ -57,6 +57,8 @@ std::string MethodNote(const ValueField& field, const WaferPlot& plot);
 std::string BeyondNote(const WaferPlot& plot, const Scale& scale);
 /// Digits behind the point that tell values apart.
 int DecimalsFor(const Summary& summary);
+/// With these, or with an exponent where plain digits would be many or none.
+std::string ValueText(double value, const Summary& summary);
 
 /// Classes of sigma maps: below, within and above the band around the mean.
 struct SigmaClasses {

@@ -15,9 +15,41 @@ namespace {
 /// Over each small plot: its name and a line of figures.
 double WordsAbove(const Page& page) { return 2.6 * page.Em(); }
 
-std::string Undrawn(std::size_t count) {
-  return "no room for " + std::to_string(count) + (count == 1 ? " plot" : " plots") +
-         "; a larger page has it";
+/// Plots in rows and columns, each under words of some height.
+struct Gallery {
+  Box area;
+  std::size_t count = 0;
+  double above = 0;
+  double shape = 1;
+  double gap = 0;
+
+  Box Cell(std::size_t number) const {
+    return PlotGrid::For(count, area, above, shape).Cell(number, area, gap);
+  }
+};
+
+/// In less a plot shows nothing.
+bool HasRoom(const Page& page, const Box& cell) {
+  return std::min(cell.Width(), cell.Height()) >= 3 * page.Em();
+}
+
+/// Says how many plots aren't there, and how much larger a page has room for all: what isn't plots
+/// stays as it is on it.
+void PutUndrawn(Page& page, const Gallery& gallery, std::size_t undrawn) {
+  double times = 1;
+  Gallery larger = gallery;
+  while (times < 50 && !HasRoom(page, larger.Cell(0))) {
+    times += 0.1;
+    larger.area.right = gallery.area.right + (times - 1) * page.Look().width;
+    larger.area.bottom = gallery.area.bottom + (times - 1) * page.Look().height;
+  }
+  const std::string text = "no room for " + std::to_string(undrawn) +
+                           (undrawn == 1 ? " plot" : " plots") + ": a page " + FixedText(times, 1) +
+                           " times as wide and high has it";
+  page.Put({.text = page.Shortened(text, gallery.area.Width(), page.Em()),
+            .size = page.Em(),
+            .colour = page.Ink().accent},
+           gallery.area.Centre(), Align::Middle);
 }
 
 bool IsSigma(PlotKind kind) { return kind == PlotKind::SigmaMap || kind == PlotKind::SigmaSurface; }
@@ -111,16 +143,13 @@ void DrawGallery(Page& page, const Box& box, const LotPlot& lot, const GalleryPa
   // Pages of one lot have plots of one size.
   const std::size_t count =
       lot.wafers.size() > kWafersOnPage ? kWafersOnPage : part.end - part.first;
-  const PlotGrid grid = PlotGrid::For(count, area, WordsAbove(page));
-  const double gap = 0.5 * page.Em();
+  const Gallery gallery{
+      .area = area, .count = count, .above = WordsAbove(page), .gap = 0.5 * page.Em()};
   SitePlan plan;
   for (std::size_t i = part.first; i < part.end; ++i) {
-    const Box cell = grid.Cell(i - part.first, area, gap);
-    if (std::min(cell.Width(), cell.Height()) < 3 * page.Em()) {
-      page.Put({.text = page.Shortened(Undrawn(part.end - i), area.Width(), page.Em()),
-                .size = page.Em(),
-                .colour = page.Ink().accent},
-               area.Centre(), Align::Middle);
+    const Box cell = gallery.Cell(i - part.first);
+    if (!HasRoom(page, cell)) {
+      PutUndrawn(page, gallery, part.end - i);
       break;
     }
     WaferPlot plot = lot.wafers[i];
@@ -193,16 +222,16 @@ Figure MakeWaferPage(const PageHead& head, std::span<const PlotKind> kinds, cons
   page.Title(head.title);
   page.Items(head.facts, 3, true);
   page.Items({head.foot}, 1, false);
-  const Box area = page.Free();
-  const PlotGrid grid = PlotGrid::For(kinds.size(), area, 4 * page.Em(), 1.25);
+  const Gallery gallery{.area = page.Free(),
+                        .count = kinds.size(),
+                        .above = 4 * page.Em(),
+                        .shape = 1.25,
+                        .gap = kinds.size() > 1 ? 0.8 * page.Em() : 0};
   SitePlan plan;
   for (std::size_t i = 0; i < kinds.size(); ++i) {
-    const Box cell = grid.Cell(i, area, kinds.size() > 1 ? 0.8 * page.Em() : 0);
-    if (std::min(cell.Width(), cell.Height()) < 3 * page.Em()) {
-      page.Put({.text = page.Shortened(Undrawn(kinds.size() - i), area.Width(), page.Em()),
-                .size = page.Em(),
-                .colour = page.Ink().accent},
-               area.Centre(), Align::Middle);
+    const Box cell = gallery.Cell(i);
+    if (!HasRoom(page, cell)) {
+      PutUndrawn(page, gallery, kinds.size() - i);
       break;
     }
     WaferPlot each = plot;

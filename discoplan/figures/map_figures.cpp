@@ -23,9 +23,24 @@ Rgba LineOn(Rgba colour) {
   return line;
 }
 
+/// On a wide page map and colour bar, or key, stand together in the middle.
+void GatherOn(Page& page, double beside) {
+  Box& free = page.Free();
+  if (!page.Look().legend) return;
+  const double spare = (free.Width() - free.Height() - beside) / 2;
+  if (spare <= 0) return;
+  free.left += spare;
+  free.right -= spare;
+}
+/// About what the two need, in letters.
+constexpr double kBarRoom = 8;
+constexpr double kKeyRoom = 17;
+
 /// Room for the wafer, a little off what stands around it.
 MapFrame FrameOn(Page& page, const WaferPlot& plot) {
-  return FrameIn(page.Free().Grown(-0.3 * page.Em()), plot);
+  const MapFrame frame = FrameIn(page.Free().Grown(-0.3 * page.Em()), plot);
+  page.ShowsWafer({frame.centre, frame.scale});
+  return frame;
 }
 
 std::vector<std::string> MapNotes(const Sketch& sketch, const ValueField& field,
@@ -36,6 +51,20 @@ std::vector<std::string> MapNotes(const Sketch& sketch, const ValueField& field,
   }
   if (coverage.HasFar()) notes.insert(notes.begin(), coverage.Note("hatched"));
   return notes;
+}
+
+/// Where labels of lines would be crossed out by the dots of sites; empty for dots that leave no
+/// room for labels between them.
+BoxField DotBoxes(const Page& page, const MapFrame& frame, const WaferPlot& plot) {
+  BoxField dots(4 * page.Em());
+  const double spacing =
+      frame.Length(frame.radius) * std::sqrt(3.14 / static_cast<double>(plot.sites.Size()));
+  if (!page.Look().site_dots || spacing < 1.5 * page.Em()) return dots;
+  for (std::size_t i = 0; i < plot.sites.Size(); ++i) {
+    const Point at = frame.At(plot.sites.x[i], plot.sites.y[i]);
+    dots.Take(Box{at.x, at.y, at.x, at.y}.Grown(0.2 * page.Em()));
+  }
+  return dots;
 }
 
 int MostTicks(const Page& page) {
@@ -87,7 +116,8 @@ bool PutWithLeader(Page& page, const Label& label, double dot, const Words& word
 }
 
 /// Labels around their points, all of the largest size in which they find room; in the smallest one
-/// some stand farther off with a line to their dot. The number of those that found no room.
+/// some stand farther off with a line to their dot. None where only a few of many would be written,
+/// which those would be is chance. The number of those that found no room.
 std::size_t PutLabels(Page& page, const std::vector<Label>& labels, double dot) {
   const double em = page.Em();
   for (const Label& label : labels) {
@@ -110,25 +140,23 @@ std::size_t PutLabels(Page& page, const std::vector<Label>& labels, double dot) 
     left = PutBesideDots(page, labels, dot, words);
     if (left.empty()) return 0;
   }
-  // Leaders help where a few are crowded; among thousands they would be a thicket.
   std::size_t lost = left.size();
-  if (left.size() > 60) return lost;
-  for (const Label* label : left) {
-    if (PutWithLeader(page, *label, dot, words(*label))) --lost;
+  // Leaders help where a few are crowded; among thousands they would be a thicket.
+  if (left.size() <= 60) {
+    for (const Label* label : left) {
+      if (PutWithLeader(page, *label, dot, words(*label))) --lost;
+    }
   }
-  return lost;
+  if (lost <= labels.size() / 2) return lost;
+  page.Restore(before);
+  return labels.size();
 }
 
 std::vector<Label> ValueLabels(const Sketch& sketch, const MapFrame& frame) {
-  const int decimals = DecimalsFor(sketch.summary);
-  const double size = std::max(std::abs(sketch.summary.low), std::abs(sketch.summary.high));
-  const bool plain = size == 0 || (size < 1e7 && size > 1e-4);
   std::vector<Label> labels;
   const SiteView& sites = sketch.plot.sites;
   for (std::size_t i = 0; i < sites.Size(); ++i) {
-    const double value = sites.value[i];
-    labels.push_back({frame.At(sites.x[i], sites.y[i]),
-                      plain ? FixedText(value, decimals) : NumberText(value, 4)});
+    labels.push_back({frame.At(sites.x[i], sites.y[i]), ValueText(sites.value[i], sketch.summary)});
   }
   return labels;
 }
@@ -146,15 +174,20 @@ void DrawMap(Sketch sketch) {
   const auto field = FieldOf(sketch);
   const auto coverage = sketch.plan.CoverageOf(plot);
   AddWords(page, plot, summary, MapNotes(sketch, *field, *coverage, scale));
+  GatherOn(page, kBarRoom * page.Em());
   if (style.legend) AddColourBar(page, scale, plot);
   const MapFrame frame = FrameOn(page, plot);
   AddValueImage(page, frame, plot, scale, field, coverage);
   if (style.isolines) {
+    const BoxField dots = DotBoxes(page, frame, plot);
     const auto on = [&](double level) { return LineOn(scale.Colour(level)); };
     const auto letters = [&](double level) { return LettersOn(scale.Colour(level)); };
-    AddContours(
-        page, frame, plot, *field, *coverage, scale.ticks,
-        {.colour = on, .label = letters, .width = 0.8 * page.Hair(), .labels = !style.small});
+    AddContours(page, frame, plot, *field, *coverage, scale.ticks,
+                {.colour = on,
+                 .label = letters,
+                 .width = 0.8 * page.Hair(),
+                 .labels = !style.small,
+                 .dots = &dots});
   }
   DrawEdge(page, frame, plot);
   DrawRim(page, frame, plot);
@@ -204,11 +237,13 @@ void DrawSigmaMap(Sketch sketch) {
   std::vector<std::string> notes = {MethodNote(*field, plot)};
   if (coverage->HasFar()) notes.insert(notes.begin(), coverage->Note("hatched"));
   AddWords(page, plot, summary, notes);
+  GatherOn(page, kKeyRoom * page.Em());
   if (style.legend) AddSigmaKey(page, plot, classes);
   const MapFrame frame = FrameOn(page, plot);
   AddValueImage(page, frame, plot, classes.scale, field, coverage);
   const Rgba line = page.Ink().rim;
   const auto colour = [&](double) { return line; };
+  const BoxField dots = DotBoxes(page, frame, plot);
   Ticks limits{.values = {classes.lower, classes.upper},
                .step = classes.upper - classes.lower,
                .decimals = DecimalsFor(summary)};
@@ -218,7 +253,8 @@ void DrawSigmaMap(Sketch sketch) {
                .width = page.Hair(),
                .labels = !style.small,
                .halo = 0.2 * page.Em(),
-               .halo_colour = classes.scale.bands[1]});
+               .halo_colour = classes.scale.bands[1],
+               .dots = &dots});
   DrawEdge(page, frame, plot);
   DrawRim(page, frame, plot);
   if (style.site_dots) DrawDots(page, frame, plot);
@@ -236,6 +272,7 @@ void DrawContours(Sketch sketch) {
   const auto field = FieldOf(sketch);
   const auto coverage = sketch.plan.CoverageOf(plot);
   AddWords(page, plot, summary, MapNotes(sketch, *field, *coverage, scale));
+  GatherOn(page, kBarRoom * page.Em());
   if (style.legend) AddColourBar(page, scale, plot);
   const MapFrame frame = FrameOn(page, plot);
   AddValueImage(page, frame, plot, scale, field, coverage);
@@ -249,11 +286,13 @@ void DrawContours(Sketch sketch) {
   Scale lines = scale;
   lines.bands = full;
   const Rgba ink = page.Ink().text;
+  const BoxField dots = DotBoxes(page, frame, plot);
   AddContours(page, frame, plot, *field, *coverage, levels,
               {.colour = [&](double level) { return Mix(lines.Colour(level), ink, 0.3); },
                .label = [&](double) { return ink; },
                .width = 1.4 * page.Hair(),
-               .labels = !style.small});
+               .labels = !style.small,
+               .dots = &dots});
   DrawEdge(page, frame, plot);
   DrawRim(page, frame, plot);
   if (style.site_dots) DrawDots(page, frame, plot, 0.8);
@@ -270,6 +309,7 @@ void DrawValues(Sketch sketch) {
   const double note_height = 1.3 * page.Em();
   const Box note = {free.left, free.bottom - note_height, free.right, free.bottom};
   free.bottom -= note_height;
+  GatherOn(page, kBarRoom * page.Em());
   if (style.legend) AddColourBar(page, scale, plot);
   const MapFrame frame = FrameOn(page, plot);
   DrawEdge(page, frame, plot);

@@ -17,7 +17,9 @@ double AngleOf(Side side) {
 
 /// Half of a flat in parts of the radius, about as the standards have it.
 constexpr double kHalfFlat = 0.32;
-constexpr double kNotchDepth = 0.035;  // larger than life, so that it shows
+
+/// Larger than life, so that it shows on small maps too.
+double NotchDepth(double drawn_radius) { return std::clamp(4.5 / drawn_radius, 0.035, 0.1); }
 
 double FlatDistance() { return std::sqrt(1 - kHalfFlat * kHalfFlat); }
 
@@ -46,8 +48,9 @@ std::vector<Point> RimPoints(const WaferPlot& plot, double drawn_radius) {
   if (plot.orientation == Orientation::Flat) {
     from = std::asin(kHalfFlat);
   } else if (plot.orientation == Orientation::Notch) {
-    from = 0.6 * kNotchDepth;
-    points.push_back({radius * (1 - kNotchDepth), 0});
+    const double depth = NotchDepth(drawn_radius);
+    from = 0.6 * depth;
+    points.push_back({radius * (1 - depth), 0});
   }
   for (int i = 0; i <= corners; ++i) {
     const double angle = from + (kTurn - 2 * from) * i / corners;

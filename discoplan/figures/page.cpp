@@ -85,7 +85,7 @@ Page::Page(const Style& style, const TextMeasure& text)
     : style_(style),
       text_(text),
       inks_(InksFor(style.dark)),
-      em_(std::min({style.letters, style.width / 16, style.height / 13})),
+      em_(std::min({style.letters, style.width / (style.small ? 11 : 16), style.height / 13})),
       taken_(4 * em_) {
   const double margin = 0.8 * em_;
   inside_ = {margin, margin, style.width - margin, style.height - margin};
@@ -120,6 +120,15 @@ std::string Page::Shortened(std::string_view text, double width, double size, bo
     while (end > 0 && (text[end] & 0xC0) == 0x80);
   }
   return {};
+}
+
+std::string Page::ShortenedQuantity(const std::string& label, double width, double size) const {
+  const std::size_t unit = label.rfind(" (");
+  if (unit == std::string::npos || label.back() != ')') return Shortened(label, width, size);
+  const std::string behind = label.substr(unit);
+  const double room = width - Width(behind, size);
+  if (room < 0.4 * width) return Shortened(label, width, size);
+  return Shortened(label.substr(0, unit), room, size) + behind;
 }
 
 Box Page::BoxOf(const Words& words, Point at, Align align) const {
@@ -243,8 +252,9 @@ void AddWords(Page& page, const WaferPlot& plot, const Summary& summary,
               const std::vector<std::string>& notes) {
   page.Title(plot.title, plot.flag);
   std::vector<std::string> items;
-  const double range = summary.high - summary.low;
-  // As many digits as tell the values apart.
+  // As many digits as tell the values apart, those of all wafers where this is one of many.
+  const bool of_many = page.Look().small && plot.low && plot.high;
+  const double range = of_many ? *plot.high - *plot.low : summary.high - summary.low;
   const int digits =
       range > 0 ? std::clamp(3 - static_cast<int>(std::floor(std::log10(range))), 0, 9) : 3;
   const bool plain = std::abs(summary.mean) < 1e7 && (range == 0 || range > 1e-4);

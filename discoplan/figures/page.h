@@ -64,6 +64,9 @@ class Page {
   /// `text`, or as much of its beginning as fits with an ellipsis; empty if that is nothing.
   std::string Shortened(std::string_view text, double width, double size, bool bold = false) const;
 
+  /// A quantity with its unit in brackets, which is what stays longest.
+  std::string ShortenedQuantity(const std::string& label, double width, double size) const;
+
   /// Box of a text around `at`, its middle in height.
   Box BoxOf(const Words& words, Point at, Align align) const;
   /// Puts it there if its box lies on the page and is free.
@@ -88,6 +91,7 @@ class Page {
   /// out from the end. From the top or from the bottom of what is free.
   void Items(const std::vector<std::string>& items, int most, bool at_top);
 
+  void ShowsWafer(const WaferPlace& place) { figure_.wafer = place; }
   Figure Take() { return std::move(figure_); }
 
  private:

@@ -115,7 +115,7 @@ void AddColourBar(Page& page, const Scale& scale, const WaferPlot& plot) {
     page.Put({.text = scale.ticks.Text(tick), .size = size, .colour = page.Ink().text},
              {area.right + 0.5 * em + widest, y}, Align::End);
   }
-  const std::string quantity = page.Shortened(QuantityText(plot), area.Height(), size);
+  const std::string quantity = page.ShortenedQuantity(QuantityText(plot), area.Height(), size);
   page.Put({.text = quantity, .size = size, .colour = page.Ink().soft, .angle = 90},
            {area.right + 0.5 * em + widest + 0.85 * em, area.Centre().y}, Align::Middle);
 }

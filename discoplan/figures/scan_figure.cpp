@@ -70,6 +70,20 @@ void AddSmallMap(Page& page, const WaferPlot& plot, const Scale& scale, const Sc
   name("B", b + out * off);
 }
 
+DotsShape MeasuredDots(const Page& page, const Chart& chart, const std::vector<NearSite>& sites,
+                       bool few) {
+  const double em = page.Em();
+  const Inks& ink = page.Ink();
+  DotsShape dots{.radius = (few ? 0.26 : 0.12) * em,
+                 .fill = few ? ink.accent : Mix(ink.accent, ink.paper, 0.55)};
+  if (few) dots.stroke = {0.12 * em, ink.paper};
+  for (const NearSite& site : sites) {
+    if (site.value < chart.y.low || site.value > chart.y.high) continue;
+    dots.centres.push_back({chart.X(site.distance), chart.Y(site.value)});
+  }
+  return dots;
+}
+
 }  // namespace
 
 void DrawLineScan(Sketch sketch) {
@@ -116,6 +130,10 @@ void DrawLineScan(Sketch sketch) {
   const Axis across{0, scan.length, "Distance from A (mm)"};
   page.Free().top += 0.4 * em;
   const Chart chart = AddChart(page, across, {low - margin, high + margin, QuantityText(plot)});
+  const bool few = static_cast<double>(sites.size()) * em < 2 * chart.area.Width();
+  DotsShape dots = MeasuredDots(page, chart, sites, few);
+  // Many are a cloud, over which the curve is seen.
+  if (!few) page.Add(std::move(dots));
   // Solid where sites are near, dashed where they aren't.
   for (int start = 0; start < kSteps;) {
     const bool solid = known[static_cast<std::size_t>(start)];
@@ -134,13 +152,7 @@ void DrawLineScan(Sketch sketch) {
                        .stroke = {2.2 * page.Hair(), colour, solid ? 0 : 0.4 * em}});
     start = std::max(end, start + 1);
   }
-  DotsShape dots{.radius = 0.26 * em, .fill = page.Ink().accent};
-  dots.stroke = {0.12 * em, page.Ink().paper};
-  for (const NearSite& site : sites) {
-    if (site.value < chart.y.low || site.value > chart.y.high) continue;
-    dots.centres.push_back({chart.X(site.distance), chart.Y(site.value)});
-  }
-  page.Add(std::move(dots));
+  if (few) page.Add(std::move(dots));
   for (const auto& [text, at] :
        {std::pair("A", chart.area.left), std::pair("B", chart.area.right)}) {
     page.Put({.text = text, .size = em, .bold = true, .colour = page.Ink().accent},

@@ -149,6 +149,17 @@ struct ImageShape {
 
 using Shape = std::variant<PathShape, DotsShape, TextShape, ImageShape>;
 
+/// Where a wafer lies on a page that is seen from above, to tell what is pointed at.
+struct WaferPlace {
+  Point centre;      ///< In points.
+  double scale = 1;  ///< Points for a millimetre.
+
+  /// In mm from the wafer's centre, Y up.
+  Point MillimetresAt(Point at) const {
+    return {(at.x - centre.x) / scale, (centre.y - at.y) / scale};
+  }
+};
+
 struct Figure {
   double width = 0;
   double height = 0;
@@ -156,6 +167,7 @@ struct Figure {
   std::string font;                ///< Family of all texts.
   std::string title;               ///< For the file's own description.
   std::vector<Shape> shapes;
+  std::optional<WaferPlace> wafer = {};  ///< Of a map of one.
 };
 
 /// What no device shows, in points.

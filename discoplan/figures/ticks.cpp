@@ -52,8 +52,14 @@ std::string Ticks::Text(double value) const {
   double largest = 0;
   for (const double v : values) largest = std::max(largest, std::abs(v));
   if (!WantsExponent(largest)) return FixedText(value, decimals);
-  const double size = std::max(std::abs(value), step);
-  return ExponentText(value, 1 + std::max(0, static_cast<int>(std::ceil(std::log10(size / step)))));
+  // All with one exponent and as many decimals as tell the steps.
+  if (std::abs(value) < 1e-6 * step) return "0";
+  const int exponent = static_cast<int>(std::floor(std::log10(largest) + 1e-9));
+  const double unit = std::pow(10.0, exponent);
+  int behind = std::max(0, static_cast<int>(std::ceil(std::log10(unit / step) - 1e-9)));
+  const double steps = step / unit * std::pow(10.0, behind);
+  if (std::abs(steps - std::round(steps)) > 1e-6 * steps) ++behind;
+  return FixedText(value / unit, behind) + "e" + std::to_string(exponent);
 }
 
 Ticks RoundTicks(double low, double high, int most) {

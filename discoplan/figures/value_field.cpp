@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "discoplan/figures/field_kinds.h"
 
@@ -63,15 +64,34 @@ class PlaneField final : public ValueField {
   double up_ = 0;
 };
 
-/// Twice the area of the triangle of three sites, with its sign; 0 where they are nearly in line.
-double Determinant(const std::vector<Sample>& three) {
-  const double bx = three[1].x - three[0].x;
-  const double by = three[1].y - three[0].y;
-  const double cx = three[2].x - three[0].x;
-  const double cy = three[2].y - three[0].y;
-  const double determinant = bx * cy - by * cx;
-  const double sides = bx * bx + by * by + cx * cx + cy * cy;
-  return std::abs(determinant) > 0.02 * sides ? determinant : 0;
+/// Of values that are far from 0 for what they differ by, as 32-bit floats hold them badly: found
+/// about 0 and put back.
+class ShiftedField final : public ValueField {
+ public:
+  ShiftedField(std::shared_ptr<const ValueField> field, double shift)
+      : field_(std::move(field)), shift_(shift) {
+    error_ = field_->LeaveOneOutError();
+  }
+  void Evaluate(const Lattice& lattice, double radius, std::span<float> values) const override {
+    field_->Evaluate(lattice, radius, values);
+    for (float& value : values) value = static_cast<float>(value + shift_);
+  }
+  std::string Method() const override { return field_->Method(); }
+
+ private:
+  std::shared_ptr<const ValueField> field_;
+  double shift_;
+};
+
+/// Nothing where the values are near enough to 0.
+std::optional<double> ShiftOf(const SiteView& sites) {
+  constexpr double kFar = 2000;  // ranges
+  if (sites.Size() == 0) return {};
+  const auto [low, high] = std::minmax_element(sites.value.begin(), sites.value.end());
+  const double range = static_cast<double>(*high) - *low;
+  const double middle = (static_cast<double>(*high) + *low) / 2;
+  if (!(range > 0) || std::abs(middle) < kFar * range) return {};
+  return middle;
 }
 
 /// Sites in one place become one.
@@ -98,6 +118,16 @@ std::vector<Sample> Distinct(const SiteView& sites) {
 
 }  // namespace
 
+double Determinant(const std::vector<Sample>& three) {
+  const double bx = three[1].x - three[0].x;
+  const double by = three[1].y - three[0].y;
+  const double cx = three[2].x - three[0].x;
+  const double cy = three[2].y - three[0].y;
+  const double determinant = bx * cy - by * cx;
+  const double sides = bx * bx + by * by + cx * cx + cy * cy;
+  return std::abs(determinant) > 0.02 * sides ? determinant : 0;
+}
+
 std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
                                             Interpolation interpolation) {
   PlateStore store;
@@ -106,6 +136,12 @@ std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius
 
 std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
                                             Interpolation interpolation, PlateStore& store) {
+  if (const auto shift = ShiftOf(sites); shift && interpolation == Interpolation::Smooth) {
+    std::vector<float> moved;
+    for (const float value : sites.value) moved.push_back(static_cast<float>(value - *shift));
+    return std::make_shared<ShiftedField>(
+        MakeField({sites.x, sites.y, moved}, radius, interpolation, store), *shift);
+  }
   std::vector<Sample> samples = Distinct(sites);
   if (samples.size() == 3 && interpolation == Interpolation::Smooth) {
     const double determinant = Determinant(samples);

@@ -30,6 +30,12 @@ int DecimalsFor(const Summary& summary) {
   return std::clamp(2 - static_cast<int>(std::floor(std::log10(range))), 0, 9);
 }
 
+std::string ValueText(double value, const Summary& summary) {
+  const double size = std::max(std::abs(summary.low), std::abs(summary.high));
+  const bool plain = size == 0 || (size < 1e7 && size > 1e-4);
+  return plain ? FixedText(value, DecimalsFor(summary)) : NumberText(value, 4);
+}
+
 std::shared_ptr<const Coverage> SitePlan::CoverageOf(const WaferPlot& plot) {
   const auto same = [](std::span<const float> a, const std::vector<float>& b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end());

@@ -72,7 +72,7 @@ void DrawHeightAxis(Page& page, const View& view, const Scale& scale, const Tick
              {left - 0.5 * em, y_of(tick)}, Align::End);
   }
   const double room = y_of(scale.low) - y_of(scale.high) + 4 * em;
-  page.Put({.text = page.Shortened(QuantityText(plot), room, 0.9 * em),
+  page.Put({.text = page.ShortenedQuantity(QuantityText(plot), room, 0.9 * em),
             .size = 0.9 * em,
             .colour = page.Ink().soft,
             .angle = 90},

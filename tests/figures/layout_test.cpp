@@ -8,6 +8,7 @@
 #include <random>
 
 #include "discoplan/figures/lot_figure.h"
+#include "discoplan/figures/ticks.h"
 #include "discoplan/figures/wafer_figure.h"
 
 namespace discoplan::figures {
@@ -229,11 +230,15 @@ TEST(FigureLayout, SaysWhatAGalleryHasNoRoomFor) {
   EXPECT_EQ(told, 25u);
 }
 
-TEST(FigureLayout, CountsTheValuesThatFindNoRoom) {
+struct WrittenValues {
+  std::size_t shown = 0;
+  std::size_t told = 0;  ///< As not written.
+};
+WrittenValues ValuesOf(int count) {
   std::mt19937 random(3);
   std::uniform_real_distribution<float> place(-60, 60);
   std::vector<float> x, y, value;
-  for (int i = 0; i < 500; ++i) {
+  for (int i = 0; i < count; ++i) {
     x.push_back(place(random));
     y.push_back(place(random));
     value.push_back(100 + place(random));
@@ -243,16 +248,96 @@ TEST(FigureLayout, CountsTheValuesThatFindNoRoom) {
   plot.diameter = 200;
   const PlainMeasure measure;
   const Figure figure = MakeFigure(PlotKind::Values, plot, {.width = 240, .height = 200}, measure);
-  std::size_t shown = 0;
-  std::size_t told = 0;
+  WrittenValues written;
   for (const Shape& shape : figure.shapes) {
     const auto* text = std::get_if<TextShape>(&shape);
     if (text == nullptr) continue;
-    if (text->halo > 0) ++shown;
-    if (text->text.find("not written") != std::string::npos) told = std::stoul(text->text);
+    if (text->halo > 0) ++written.shown;
+    if (text->text.find("not written") != std::string::npos) written.told = std::stoul(text->text);
   }
-  EXPECT_GT(shown, 20u);
-  EXPECT_EQ(shown + told, 500u);
+  return written;
+}
+
+TEST(FigureLayout, CountsTheValuesThatFindNoRoom) {
+  const WrittenValues some = ValuesOf(60);
+  EXPECT_GT(some.shown, 30u);
+  EXPECT_GT(some.told, 0u);
+  EXPECT_EQ(some.shown + some.told, 60u);
+  const WrittenValues few = ValuesOf(500);
+  EXPECT_EQ(few.shown, 0u) << "of a few among many nobody knows why these";
+  EXPECT_EQ(few.told, 500u);
+}
+
+TEST(FigureLayout, SaysWhichPageIsLargeEnough) {
+  std::vector<float> x = {0, 50, 0, -50, 0}, y = {0, 0, 50, 0, -50}, value = {1, 2, 3, 4, 5};
+  LotPlot lot;
+  for (int i = 0; i < 25; ++i) {
+    WaferPlot plot;
+    plot.sites = {x, y, value};
+    lot.wafers.push_back(plot);
+    lot.labels.push_back(std::to_string(i + 1));
+  }
+  const PlainMeasure measure;
+  const auto times_said = [&](double times) {
+    double said = 0;
+    for (const Shape& shape : MakeLotGallery(PlotKind::Map, lot, 0,
+                                             {.width = 200 * times, .height = 140 * times}, measure)
+                                  .shapes) {
+      const auto* text = std::get_if<TextShape>(&shape);
+      const std::size_t at = text == nullptr ? std::string::npos : text->text.find("a page ");
+      if (at != std::string::npos) said = std::stod(text->text.substr(at + 7));
+    }
+    return said;
+  };
+  const double times = times_said(1);
+  EXPECT_GT(times, 1);
+  EXPECT_EQ(times_said(times), 0) << "a page as large as was said has room";
+}
+
+TEST(FigureLayout, WritesTicksOfFarNumbersWithOneExponent) {
+  const auto texts = [](double low, double high) {
+    std::vector<std::string> written;
+    const Ticks ticks = RoundTicks(low, high, 6);
+    for (const double tick : ticks.values) written.push_back(ticks.Text(tick));
+    return written;
+  };
+  EXPECT_EQ(texts(-0.2e-11, 2.5e-11),
+            (std::vector<std::string>{"0", "0.5e-11", "1.0e-11", "1.5e-11", "2.0e-11", "2.5e-11"}));
+  EXPECT_EQ(texts(0, 1e-11),
+            (std::vector<std::string>{"0", "0.2e-11", "0.4e-11", "0.6e-11", "0.8e-11", "1.0e-11"}));
+  EXPECT_EQ(texts(1e12, 1.01e12), (std::vector<std::string>{"1.000e12", "1.002e12", "1.004e12",
+                                                            "1.006e12", "1.008e12", "1.010e12"}));
+}
+
+TEST(FigureLayout, NamesTheMeanOfSmallValuesInAHistogram) {
+  std::vector<float> x, y, value;
+  for (int i = 0; i < 20; ++i) {
+    x.push_back(static_cast<float>(5 * i - 50));
+    y.push_back(static_cast<float>(i % 5));
+    value.push_back(static_cast<float>((8 + i % 4) * 1e-12));
+  }
+  WaferPlot plot;
+  plot.sites = {x, y, value};
+  std::string mean;
+  for (const Shape& shape : MakeFigure(PlotKind::Histogram, plot, {}, PlainMeasure()).shapes) {
+    const auto* text = std::get_if<TextShape>(&shape);
+    if (text != nullptr && text->text.starts_with("mean ") && text->size < 8) mean = text->text;
+  }
+  EXPECT_NE(mean.find("e-12"), std::string::npos) << mean;
+}
+
+TEST(FigureLayout, KeepsTheUnitOfALongQuantity) {
+  std::vector<float> x = {0, 50, 0, -50, 0}, y = {0, 0, 50, 0, -50}, value = {1, 2, 3, 4, 5};
+  WaferPlot plot;
+  plot.sites = {x, y, value};
+  plot.quantity = "Sheet resistance of the second anneal after the deep implant at 30 keV";
+  plot.unit = "ohm/sq";
+  std::size_t kept = 0;
+  for (const Shape& shape : MakeFigure(PlotKind::Map, plot, {}, PlainMeasure()).shapes) {
+    const auto* text = std::get_if<TextShape>(&shape);
+    if (text != nullptr && text->text.ends_with("\u2026 (ohm/sq)")) ++kept;
+  }
+  EXPECT_EQ(kept, 1u);
 }
 
 }  // namespace

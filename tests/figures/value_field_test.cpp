@@ -52,6 +52,21 @@ TEST(ValueField, SmoothKeepsAPlane) {
   }
 }
 
+// A 32-bit float holds 1e6 to a sixteenth.
+TEST(ValueField, KeepsSmallDifferencesOfLargeValues) {
+  const Sites far = Spread(49, [](double x, double y) { return 1e6 + (x * x + y * y) / 7500; });
+  Sites near = far;
+  for (float& value : near.value) value -= 1e6F;
+  const auto near_field = MakeField(near.View(), 150, Interpolation::Smooth);
+  const auto far_field = MakeField(far.View(), 150, Interpolation::Smooth);
+  EXPECT_EQ(far_field->Method(), near_field->Method());
+  EXPECT_NEAR(far_field->LeaveOneOutError(), near_field->LeaveOneOutError(), 1e-6);
+  for (double x = -130; x <= 130; x += 6.5) {
+    const double wanted = 1e6 + static_cast<double>(ValueAt(*near_field, x, 17));
+    EXPECT_NEAR(ValueAt(*far_field, x, 17), wanted, 0.032) << x;
+  }
+}
+
 TEST(ValueField, SmoothNeverLeavesTheRangeByMoreThanATwentieth) {
   const Sites sites = Spread(49, [](double x, double) { return x > 0 ? 1.0 : 0.0; });
   const auto field = MakeField(sites.View(), 150, Interpolation::Smooth);
