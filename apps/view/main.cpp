@@ -14,6 +14,7 @@ namespace {
 struct ViewRequest {
   discoplan::app::ReadRequest reading;
   std::vector<std::string> files;
+  std::string look;  // as it was left, for ""
 };
 
 /// Without a display the toolkit would end the program in its own way.
@@ -38,6 +39,10 @@ int main(int argc, char** argv) {
   command->add_option("DATA", request.files, "Measured sites: tables, lot exports or binary files")
       ->transform(InputFile());
   AddReadingOptions(*command, request.reading);
+  command
+      ->add_option("--look", request.look,
+                   "modern figures, or the live controls; as it was left otherwise")
+      ->check(CLI::IsMember({"modern", "classic"}));
   command->footer("Examples:\n  discoplan view\n  discoplan view lot.csv sites.csv");
   int status = 0;
   command->callback([&] {
@@ -48,6 +53,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("discoplan-view"));
     QApplication::setApplicationDisplayName(QStringLiteral("Discoplan"));
     Workbench workbench(request.reading);
+    workbench.ChooseLook(QString::fromStdString(request.look));
     workbench.show();
     QStringList files;
     for (const std::string& file : request.files) files.append(QString::fromStdString(file));

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "apps/view/pointed_site.h"
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -25,26 +24,41 @@ std::optional<QPointF> PointOnWafer(PlotControl& control, QPointF share) {
   return QPointF(point->x, point->y);
 }
 
-QString Describe(PlotControl& control, QPointF millimetres) {
-  const double diameter = control.TestDiameter();
-  if (std::hypot(millimetres.x(), millimetres.y()) > diameter / 2) return {};
-  const auto distance = [&](const Site& site) {
-    return std::hypot(site.x - millimetres.x(), site.y - millimetres.y());
-  };
-  const std::span<const Site> sites = control.Wafer().Sites();
-  const auto nearest = std::ranges::min_element(sites, {}, distance);
+QString Describe(const MeasuredPoints& measured, QPointF millimetres) {
+  if (std::hypot(millimetres.x(), millimetres.y()) > measured.diameter / 2) return {};
+  std::size_t nearest = measured.count;
+  double least = kNearSite * measured.diameter;
+  for (std::size_t i = 0; i < measured.count; ++i) {
+    const Site site = measured.site(i);
+    const double distance = std::hypot(site.x - millimetres.x(), site.y - millimetres.y());
+    if (distance >= least) continue;
+    least = distance;
+    nearest = i;
+  }
   const auto text = [](double x, double y, float value) {
     return QStringLiteral("X %1 mm   Y %2 mm   %3")
         .arg(x, 0, 'f', 1)
         .arg(y, 0, 'f', 1)
         .arg(static_cast<double>(value), 0, 'g', 7);
   };
-  if (nearest != sites.end() && distance(*nearest) < kNearSite * diameter) {
-    return text(nearest->x, nearest->y, nearest->z) +
-           QStringLiteral("   (site %1)").arg(nearest - sites.begin() + 1);
+  if (nearest < measured.count) {
+    const Site site = measured.site(nearest);
+    return text(site.x, site.y, site.z) + QStringLiteral("   (site %1)").arg(nearest + 1);
   }
-  const float between = control.Interpolation(Variant(millimetres.x()), Variant(millimetres.y()));
-  return text(millimetres.x(), millimetres.y(), between) + QStringLiteral("   (between sites)");
+  return text(millimetres.x(), millimetres.y(), measured.between(millimetres)) +
+         QStringLiteral("   (between sites)");
+}
+
+QString Describe(PlotControl& control, QPointF millimetres) {
+  const std::span<const Site> sites = control.Wafer().Sites();
+  return Describe({.count = sites.size(),
+                   .diameter = control.TestDiameter(),
+                   .site = [sites](std::size_t i) { return sites[i]; },
+                   .between =
+                       [&control](QPointF mm) {
+                         return control.Interpolation(Variant(mm.x()), Variant(mm.y()));
+                       }},
+                  millimetres);
 }
 
 }  // namespace discoplan::app

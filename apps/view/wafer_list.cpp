@@ -10,6 +10,13 @@
 #include <set>
 
 namespace discoplan::app {
+namespace {
+
+QString CaptionOf(const data::Parameter& parameter) {
+  return QString::fromStdString(Printable(parameter.Caption()));
+}
+
+}  // namespace
 
 WaferList::WaferList(QWidget* parent)
     : QWidget(parent), parameters_(new QComboBox(this)), list_(new QListWidget(this)) {
@@ -28,9 +35,9 @@ WaferList::WaferList(QWidget* parent)
 void WaferList::Add(const QString& file, const LoadedLot& loaded) {
   const int first = list_->count();
   for (const auto& measured : loaded.wafers) {
+    const data::Parameter& parameter = loaded.parameters.at(measured->parameter);
     const bool several = loaded.parameters.size() > 1;
-    const auto parameter = static_cast<qsizetype>(measured->parameter);
-    entries_.push_back({file, several ? loaded.parameters.value(parameter) : QString(), measured});
+    entries_.push_back({{measured, parameter, file}, several ? CaptionOf(parameter) : QString()});
     auto* item = new QListWidgetItem(list_);
     item->setToolTip(
         QStringLiteral("%1, %2").arg(file, QString::fromStdString(measured->SitesText())));
@@ -61,14 +68,9 @@ const WaferList::Entry* WaferList::ChosenEntry() const {
   return is_wafer ? &entries_[static_cast<std::size_t>(row)] : nullptr;
 }
 
-std::shared_ptr<const Wafer> WaferList::Chosen() const {
+ShownWafer WaferList::Chosen() const {
   const Entry* entry = ChosenEntry();
-  return entry != nullptr ? entry->measured : nullptr;
-}
-
-QString WaferList::ChosenFile() const {
-  const Entry* entry = ChosenEntry();
-  return entry != nullptr ? entry->file : QString();
+  return entry != nullptr ? entry->wafer : ShownWafer();
 }
 
 QString WaferList::ChosenName() const {
@@ -79,14 +81,14 @@ QString WaferList::ChosenName() const {
 void WaferList::NameWafers() {
   std::set<QString> files;
   std::multiset<QString> short_names;
-  for (const Entry& entry : entries_) files.insert(entry.file);
+  for (const Entry& entry : entries_) files.insert(entry.wafer.file);
   for (const QString& file : files) short_names.insert(QFileInfo(file).fileName());
   for (std::size_t i = 0; i < entries_.size(); ++i) {
-    QString name = QString::fromStdString(entries_[i].measured->name);
+    QString name = QString::fromStdString(entries_[i].wafer.measured->name);
     if (files.size() > 1) {
-      const QString short_name = QFileInfo(entries_[i].file).fileName();
+      const QString short_name = QFileInfo(entries_[i].wafer.file).fileName();
       const bool is_clear = short_names.count(short_name) == 1;
-      name += QStringLiteral(" - ") + (is_clear ? short_name : entries_[i].file);
+      name += QStringLiteral(" - ") + (is_clear ? short_name : entries_[i].wafer.file);
     }
     list_->item(static_cast<int>(i))->setText(name);
   }
@@ -117,8 +119,8 @@ void WaferList::ShowParameter() {
     list_->item(i)->setHidden(is_hidden);
     if (is_hidden) continue;
     if (first < 0) first = i;
-    const bool is_same = chosen != nullptr && entry.file == chosen->file &&
-                         entry.measured->name == chosen->measured->name;
+    const bool is_same = chosen != nullptr && entry.wafer.file == chosen->wafer.file &&
+                         entry.wafer.measured->name == chosen->wafer.measured->name;
     if (is_same && (same < 0 || &entry == chosen)) same = i;
   }
   list_->setCurrentRow(same < 0 ? first : same);

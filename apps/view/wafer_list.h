@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "apps/view/figure_view.h"
 #include "apps/view/wafer_loader.h"
 
 class QComboBox;
@@ -23,9 +24,8 @@ class WaferList final : public QWidget {
   void Add(const QString& file, const LoadedLot& loaded);
   void RemoveChosen();
 
-  /// Null if none is chosen, and then the others are empty.
-  std::shared_ptr<const Wafer> Chosen() const;
-  QString ChosenFile() const;
+  /// Without a wafer if none is chosen, and then its name is empty.
+  ShownWafer Chosen() const;
   QString ChosenName() const;
 
  Q_SIGNALS:
@@ -33,9 +33,8 @@ class WaferList final : public QWidget {
 
  private:
   struct Entry {
-    QString file;
+    ShownWafer wafer;
     QString parameter;  // of a file with several
-    std::shared_ptr<const Wafer> measured;
   };
 
   const Entry* ChosenEntry() const;

@@ -41,9 +41,7 @@ namespace {
 LoadedLot LoadedFrom(Lot lot) {
   LoadedLot loaded;
   loaded.skipped = QString::fromStdString(data::SkipReport(lot));
-  for (const data::Parameter& parameter : lot.parameters) {
-    loaded.parameters += QString::fromStdString(Printable(parameter.Caption()));
-  }
+  loaded.parameters = lot.parameters;
   for (const std::string& warning : lot.warnings) {
     loaded.warnings += QString::fromStdString(warning);
   }

@@ -15,9 +15,9 @@ namespace discoplan::app {
 /// What was read of a file.
 struct LoadedLot {
   std::vector<std::shared_ptr<const Wafer>> wafers;
-  QStringList parameters;  ///< as captions, in the order that `Wafer::parameter` counts in
-  QString skipped;         ///< rows that can't be read; nothing for ""
-  QStringList warnings;    ///< what looks wrong
+  std::vector<data::Parameter> parameters;  ///< that `Wafer::parameter` counts in
+  QString skipped;                          ///< rows that can't be read; nothing for ""
+  QStringList warnings;                     ///< what looks wrong
 };
 
 /// Reads files behind the window's back, one after the other.

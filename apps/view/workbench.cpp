@@ -32,6 +32,7 @@
 #include "hosts/headless/whole_file.h"
 #include "hosts/qt/form_view.h"
 #include "hosts/qt/property_dialog.h"
+#include "hosts/qt/qt_figure.h"
 #include "hosts/qt/qt_paper.h"
 #include "hosts/qt/qt_platform.h"
 
@@ -95,6 +96,7 @@ Workbench::~Workbench() = default;
 void Workbench::BuildMenus() {
   BuildFileMenu();
   BuildPlotMenu();
+  BuildLookMenu();
   view_ = menuBar()->addMenu(tr("&View"));
   QMenu* help = menuBar()->addMenu(tr("&Help"));
   help->addAction(tr("&About..."), this, &Workbench::ShowAbout);
@@ -135,11 +137,32 @@ void Workbench::BuildPlotMenu() {
   QAction* limits = plot->addAction(tr("&Limits..."), QKeySequence(Qt::CTRL | Qt::Key_L), this,
                                     &Workbench::AskForLimits);
   needs_wafer_.push_back(limits);
+  needs_control_ = {options, properties};
   findChild<QToolBar*>(QStringLiteral("tools"))->addActions({options, properties, limits});
+}
+
+void Workbench::BuildLookMenu() {
+  look_ = new LookMenu(this);
+  menuBar()->addMenu(look_);
+  auto* bar = findChild<QToolBar*>(QStringLiteral("tools"));
+  bar->addSeparator();
+  bar->addActions(look_->Looks());
+  connect(look_, &LookMenu::Changed, this, [this] {
+    plots_->SetLook(look_->Look());
+    EnableActions();
+  });
+}
+
+void Workbench::ChooseLook(const QString& name) {
+  for (QAction* look : look_->Looks()) {
+    if (look->data() == name) look->trigger();
+  }
 }
 
 void Workbench::Restore() {
   const QSettings kept;
+  look_->Restore(kept);
+  plots_->SetLook(look_->Look());
   if (!restoreGeometry(kept.value(QStringLiteral("geometry")).toByteArray())) resize(kFirstSize);
   restoreState(kept.value(QStringLiteral("windows")).toByteArray());
   plots_->setCurrentIndex(kept.value(QStringLiteral("tab")).toInt());
@@ -151,6 +174,7 @@ void Workbench::closeEvent(QCloseEvent* event) {
   kept.setValue(QStringLiteral("geometry"), saveGeometry());
   kept.setValue(QStringLiteral("windows"), saveState());
   kept.setValue(QStringLiteral("tab"), plots_->currentIndex());
+  look_->Save(kept);
   plots_->SaveSettings();
   QMainWindow::closeEvent(event);
 }
@@ -206,16 +230,20 @@ void Workbench::TellFailure(const QString& file, const QString& why, const QStri
 }
 
 void Workbench::ShowChosen() {
-  const std::shared_ptr<const Wafer> chosen = list_->Chosen();
-  setWindowTitle(chosen ? list_->ChosenName() : tr("No wafer"));
-  setWindowFilePath(list_->ChosenFile());
+  const ShownWafer chosen = list_->Chosen();
+  setWindowTitle(chosen.measured ? list_->ChosenName() : tr("No wafer"));
+  setWindowFilePath(chosen.file);
   EnableActions();
   plots_->Show(chosen);
 }
 
 void Workbench::EnableActions() {
-  const bool has_wafer = list_->Chosen() != nullptr;
+  const bool has_wafer = list_->Chosen().measured != nullptr;
   for (QAction* action : needs_wafer_) action->setEnabled(has_wafer);
+  for (QAction* action : needs_control_) {
+    action->setEnabled(plots_->IsClassic());
+    action->setToolTip(plots_->IsClassic() ? QString() : tr("Of the classic look"));
+  }
 }
 
 void Workbench::RememberFile(const QString& file) {
@@ -252,28 +280,38 @@ void Workbench::AskForExport() {
 }
 
 QString Workbench::ExportTo(const QString& file) {
-  qt::PlotWidget& plot = plots_->Current();
   try {
-    if (FormatOf(file.toStdString()) != FileFormat::Png) {
-      const PageSize page = {static_cast<float>(plot.width()) * kTwipsPerPixel,
-                             static_cast<float>(plot.height()) * kTwipsPerPixel};
-      VectorFile vectors(file.toStdString(), page, windowTitle().toStdString());
-      PrintWithLegend(plot.Control(), vectors.paper(), {0, 0, page.width, page.height});
-      vectors.Save();
-      return {};
+    if (plots_->Figures() == nullptr) {
+      SaveControl(file);
+    } else {
+      WriteWholeFile(file.toStdString(), plots_->CurrentFigure().Encode(file.toStdString()));
     }
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    plot.Image().save(&buffer, "PNG");
-    const auto* raw = reinterpret_cast<const std::uint8_t*>(bytes.constData());
-    WriteWholeFile(file.toStdString(), {raw, static_cast<std::size_t>(bytes.size())});
     return {};
   } catch (const std::exception& error) {
     return QString::fromUtf8(error.what());
   }
 }
 
-void Workbench::CopyPicture() { QApplication::clipboard()->setImage(plots_->Current().Image()); }
+void Workbench::SaveControl(const QString& file) {
+  qt::PlotWidget& plot = plots_->Current();
+  if (FormatOf(file.toStdString()) != FileFormat::Png) {
+    const PageSize page = {static_cast<float>(plot.width()) * kTwipsPerPixel,
+                           static_cast<float>(plot.height()) * kTwipsPerPixel};
+    VectorFile vectors(file.toStdString(), page, windowTitle().toStdString());
+    PrintWithLegend(plot.Control(), vectors.paper(), {0, 0, page.width, page.height});
+    return vectors.Save();
+  }
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  plot.Image().save(&buffer, "PNG");
+  const auto* raw = reinterpret_cast<const std::uint8_t*>(bytes.constData());
+  WriteWholeFile(file.toStdString(), {raw, static_cast<std::size_t>(bytes.size())});
+}
+
+void Workbench::CopyPicture() {
+  QApplication::clipboard()->setImage(plots_->Figures() != nullptr ? plots_->CurrentFigure().Image()
+                                                                   : plots_->Current().Image());
+}
 
 void Workbench::PrintOn(QPrinter& printer) {
   printer.setFullPage(true);
@@ -282,6 +320,10 @@ void Workbench::PrintOn(QPrinter& printer) {
     statusBar()->showMessage(tr("The printer can't be reached"));
     return;
   }
+  plots_->Figures() != nullptr ? PrintFigure(painter, printer) : PrintControl(painter, printer);
+}
+
+void Workbench::PrintControl(QPainter& painter, const QPrinter& printer) {
   qt::PlotWidget& plot = plots_->Current();
   const Screen screen{kTwipsPerPixel, kTwipsPerPixel};
   const auto paper = std::make_shared<qt::QtPaper>(painter, screen);
@@ -291,6 +333,15 @@ void Workbench::PrintOn(QPrinter& printer) {
   const std::string title = plot.Control().PlotCaption();
   PrintReportPage(paper, size, {title, windowFilePath().toStdString(), {}}, {&plot.Control()});
   paper->Finish();
+}
+
+void Workbench::PrintFigure(QPainter& painter, const QPrinter& printer) {
+  const QRectF page = printer.paperRect(QPrinter::Point);
+  figures::Style style = plots_->Figures()->StyleFor(page.width(), page.height());
+  style.dark = false;  // paper is white
+  const qt::QtFigureText text(style.font);
+  qt::PaintFigure(painter, plots_->Figures()->MakePage(plots_->CurrentFigure().Kind(), style, text),
+                  printer.paperRect(QPrinter::DevicePixel));
 }
 
 void Workbench::Print() {

@@ -5,11 +5,13 @@
 #include <memory>
 #include <vector>
 
+#include "apps/view/look_menu.h"
 #include "apps/view/plot_tabs.h"
 #include "apps/view/wafer_list.h"
 #include "apps/view/wafer_loader.h"
 
 class QLabel;
+class QPainter;
 class QPrinter;
 class QProgressBar;
 
@@ -26,9 +28,12 @@ class Workbench final : public QMainWindow {
 
   /// Reads the files in the background and shows the first wafer of each as it comes.
   void Open(const QStringList& files);
-  /// PNG, SVG or PDF by the name. Gives what went wrong, or nothing.
+  /// "modern" or "classic"; anything else changes nothing.
+  void ChooseLook(const QString& name);
+  /// What is looked at, in its look: PNG, SVG or PDF by the name. Gives what went wrong, or
+  /// nothing.
   QString ExportTo(const QString& file);
-  /// One page with the plot that is looked at.
+  /// One page with the plot that is looked at, in its look.
   void PrintOn(QPrinter& printer);
 
   PlotTabs& plots() const { return *plots_; }
@@ -42,6 +47,7 @@ class Workbench final : public QMainWindow {
   void BuildMenus();
   void BuildFileMenu();
   void BuildPlotMenu();
+  void BuildLookMenu();
   void Restore();
   void AskForFiles();
   void AskForExport();
@@ -50,6 +56,9 @@ class Workbench final : public QMainWindow {
   void Preview();
   void CopyPicture();
   void ShowAbout();
+  void SaveControl(const QString& file);
+  void PrintControl(QPainter& painter, const QPrinter& printer);
+  void PrintFigure(QPainter& painter, const QPrinter& printer);
   void TakeWafers(const QString& file, const LoadedLot& loaded);
   void TellWarnings(const QString& file, const QStringList& warnings);
   void TellFailure(const QString& file, const QString& why, const QStringList& columns);
@@ -67,7 +76,9 @@ class Workbench final : public QMainWindow {
   QProgressBar* busy_;
   QMenu* recent_ = nullptr;
   QMenu* view_ = nullptr;
+  LookMenu* look_ = nullptr;
   std::vector<QAction*> needs_wafer_;
+  std::vector<QAction*> needs_control_;
 };
 
 }  // namespace discoplan::app
