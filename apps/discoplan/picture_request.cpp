@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 #include "apps/discoplan/checks.h"
 #include "apps/discoplan/data_options.h"
@@ -56,9 +57,24 @@ std::vector<std::string> Uniformities() {
   return keys;
 }
 
+/// `modern` are the options of that look.
+void CheckLook(const LookRequest& look, const std::vector<const CLI::Option*>& modern) {
+  for (const CLI::Option* option : modern) {
+    if (!look.classic || option->count() == 0) continue;
+    throw UsageError(option->get_name() +
+                     " belongs to the modern look; leave it away, or --look classic");
+  }
+  if (!look.view.empty() && (look.view[1] < 10 || look.view[1] > 80)) {
+    throw UsageError("--view: surfaces are seen from an elevation of 10 to 80 degrees");
+  }
+  if (!look.control_limits.empty() && !(look.control_limits[0] < look.control_limits[1])) {
+    throw UsageError("--control-limits takes LOW HIGH with LOW below HIGH");
+  }
+}
+
 }  // namespace
 
-void AddLookOptions(CLI::App& command, LookRequest& look) {
+void AddLookOptions(CLI::App& command, LookRequest& look, std::function<void()> then) {
   command
       .add_option_function<std::string>(
           "--look", [&look](const std::string& name) { look.classic = name == "classic"; },
@@ -75,6 +91,7 @@ void AddLookOptions(CLI::App& command, LookRequest& look) {
                                                 : "is none of " + figures::ColourMapNames();
           },
           "NAME"));
+  const std::size_t of_both = command.get_options().size();
   command.add_option("--bands", look.bands, "Steps of the colour scale; continuous otherwise")
       ->check(CLI::Range(2, 64));
   command
@@ -115,6 +132,13 @@ void AddLookOptions(CLI::App& command, LookRequest& look) {
                   "Half the band of sigma ranges, in standard deviations")
       ->check(CLI::Range(0.01, 100.0))
       ->capture_default_str();
+  const std::vector<const CLI::Option*> all = std::as_const(command).get_options();
+  const std::vector<const CLI::Option*> modern(all.begin() + static_cast<std::ptrdiff_t>(of_both),
+                                               all.end());
+  command.parse_complete_callback([&look, modern, then = std::move(then)] {
+    CheckLook(look, modern);
+    if (then) then();
+  });
 }
 
 const std::array<std::string, 4>& NotchSides() {
@@ -136,10 +160,9 @@ void AddPictureOptions(CLI::App& command, PictureRequest& request) {
           "--size", [&request](const std::string& text) { request.size = ParseSize(text); },
           "Size of each plot in pixels or, as in 160x120mm, on paper")
       ->default_str("800x600");
-  AddLookOptions(command, request.look);
+  AddLookOptions(command, request.look, [&request] { TakePixels(request); });
   command.add_option("--dpi", request.dpi, "Dots per inch of a size in mm; 300 otherwise")
       ->check(CLI::Range(30.0, 2400.0));
-  command.parse_complete_callback([&request] { TakePixels(request); });
 }
 
 SheetGrid SheetGrid::For(std::size_t count) {

@@ -4,6 +4,7 @@
 /// What is asked of a picture of one wafer, whichever format it is written in.
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -43,8 +44,9 @@ struct LookRequest {
   int bins = 0;
   double sigma_range = 1;
 };
-/// Options of the modern look, and which look it is.
-void AddLookOptions(CLI::App& command, LookRequest& look);
+/// Options of the modern look, and which look it is. What makes no sense is refused when all are
+/// parsed; `then` is done after that.
+void AddLookOptions(CLI::App& command, LookRequest& look, std::function<void()> then = {});
 
 /// From "WIDTHxHEIGHT". Raises `UsageError`.
 PixelSize ParseSize(const std::string& text);
