@@ -23,7 +23,8 @@ std::array<float, 4> WeightsAt(double t, Points points) {
 }  // namespace
 
 Tap TapAt(double place, int count, Points points) {
-  const int cell = std::clamp(static_cast<int>(std::floor(place)), 1, count - 3);
+  // What is below the first cell is rounded up to it.
+  const int cell = std::clamp(static_cast<int>(place), 1, count - 3);
   return {cell - 1, WeightsAt(std::clamp(place - cell, 0.0, 1.0), points)};
 }
 
