@@ -128,7 +128,7 @@ TEST_F(WorkbenchTest, AsksForLimitsInOrder) {
 TEST_F(WorkbenchTest, ExportsPicturesAndVectors) {
   OpenLot();
   const std::pair<const char*, QByteArray> formats[] = {
-      {"a.png", "\x89PNG"}, {"a.svg", "<?xml"}, {"a.pdf", "%PDF"}};
+      {"a.png", "\x89PNG"}, {"a.svg", "<svg"}, {"a.pdf", "%PDF"}};
   for (const auto& [name, begins] : formats) {
     EXPECT_EQ(workbench_->ExportTo(PathOf(name)), "");
     QFile file(PathOf(name));
