@@ -66,6 +66,19 @@ def test_import_is_light() -> None:
     assert subprocess.run([sys.executable, "-c", code]).returncode == 0
 
 
+def test_the_archives_command_says_what_it_needs() -> None:
+    code = "import sys; sys.modules['pyarrow'] = None; from discoplan.archive import main; sys.exit(main(sys.argv[1:]))"
+
+    def run(*arguments: str) -> "subprocess.CompletedProcess[str]":
+        return subprocess.run([sys.executable, "-c", code, "lot", *arguments], capture_output=True, text=True)
+
+    helped = run("--help")
+    assert helped.returncode == 0 and "--parquet" in helped.stdout
+    failed = run("--parquet", "archive", "-o", "out.parquet")
+    assert failed.returncode == 1 and failed.stderr.count("\n") == 1
+    assert failed.stderr.startswith("discoplan: ") and failed.stderr.endswith("install discoplan[arrow]\n")
+
+
 if __name__ == "__main__":
     for name, test in list(globals().items()):
         if name.startswith("test_"):

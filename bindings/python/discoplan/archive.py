@@ -13,10 +13,10 @@ import argparse
 import os
 import sys
 import tempfile
-from typing import Any, Dict, Iterator, List, Optional, Sequence
+from typing import TYPE_CHECKING, Any, Dict, Iterator, List, Optional, Sequence
 
-from ._engine import Plan, plan
-from ._sites import beside, wafers
+if TYPE_CHECKING:
+    from ._engine import Plan
 
 WORKS = ("statistics", "plots", "differences", "wafers")
 
@@ -94,7 +94,7 @@ class _Archive:
         kind = self.data.schema.field(name).type
         return bool(pa.types.is_nested(kind) and not pa.types.is_struct(kind))
 
-    def wafers(self, made: Plan, size: int) -> Iterator[Any]:
+    def wafers(self, made: "Plan", size: int) -> Iterator[Any]:
         """In batches of that many."""
         columns = list(dict.fromkeys([*made.keys, *made.parts.values()]))
         if not made.is_sites:
@@ -103,11 +103,16 @@ class _Archive:
         table = self.data.to_table(columns=columns)
         renamed = {**{key: table[key] for key in made.keys}, **{part: table[name] for part, name in made.parts.items()}}
         x, y, *values = made.parts
+        from ._sites import wafers
+
         yield from wafers(renamed, made.keys, x, y, values).to_batches(max_chunksize=size)
 
 
 def _tables(arguments: Any) -> Iterator[Any]:
     """What is to be written, batch by batch."""
+    from ._engine import plan
+    from ._sites import beside
+
     options = _options(arguments)
     if len(arguments.columns) < 3:
         raise ValueError(f"--columns takes x, y and values, not {','.join(arguments.columns)}")
