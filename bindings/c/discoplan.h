@@ -264,7 +264,7 @@ typedef struct discoplan_plot_options {
   uint32_t size;
   int32_t look;     /* DISCOPLAN_MODERN, DISCOPLAN_CLASSIC: as the controls draw */
   const char* kind; /* 2D, 2DS, 2DC, 2DN, 3D, 3DS, 3DB, histo, linescan; NULL: 2D */
-  int32_t flags;    /* DISCOPLAN_DARK, ...; the classic look knows no legend and limits */
+  int32_t flags;    /* DISCOPLAN_DARK, ...; classic: NO_LEGEND and LIMITED alone */
   int32_t bands;    /* steps of the colour scale; 0: continuous */
   int32_t width;    /* pixels, 50 to 10000; 0: 800 x 600 */
   int32_t height;
