@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
-#include <limits>
 #include <numeric>
 
 #include "discoplan/analysis/compensated_sum.h"
@@ -24,6 +23,10 @@ void Reflect(std::span<const double> normal, double half_square, std::span<doubl
   for (std::size_t i = 0; i < normal.size(); ++i) target[i] -= along * normal[i];
 }
 
+/// Columns are made of positions, which are 32-bit floats: what is no more than their rounding
+/// tells no terms apart.
+constexpr double kNegligible = 5e-7;
+
 class PivotedQr {
  public:
   PivotedQr(DesignMatrix design, std::span<const double> values)
@@ -38,12 +41,10 @@ class PivotedQr {
 
   LeastSquares Solve() {
     const std::size_t steps = std::min(matrix_.Rows(), matrix_.Columns());
-    const double negligible = std::numeric_limits<double>::epsilon() *
-                              static_cast<double>(std::max(matrix_.Rows(), matrix_.Columns()));
     std::size_t rank = 0;
     for (; rank < steps; ++rank) {
       const double length = TakeLargest(rank);
-      if (!(length > negligible)) break;
+      if (!(length > kNegligible)) break;
       Eliminate(rank, length);
     }
     return {SolveBackwards(rank), rank};
@@ -52,10 +53,12 @@ class PivotedQr {
  private:
   // To the length 1, so that the rank doesn't depend on the units of the columns.
   void ScaleColumns() {
+    for (std::size_t c = 0; c < matrix_.Columns(); ++c) scales_[c] = Norm(matrix_.Column(c));
+    if (scales_.empty()) return;
+    const double least = kNegligible * *std::max_element(scales_.begin(), scales_.end());
     for (std::size_t c = 0; c < matrix_.Columns(); ++c) {
-      const std::span<double> column = matrix_.Column(c);
-      scales_[c] = Norm(column);
-      for (double& cell : column) cell /= scales_[c] != 0 ? scales_[c] : 1;
+      if (!(scales_[c] > least)) scales_[c] = 0;
+      for (double& cell : matrix_.Column(c)) cell = scales_[c] != 0 ? cell / scales_[c] : 0;
     }
   }
 

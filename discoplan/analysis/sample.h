@@ -14,15 +14,13 @@
 #include <span>
 #include <vector>
 
+#include "discoplan/analysis/decimal.h"
 #include "discoplan/analysis/surface_fit.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/export.h"
 
 namespace discoplan::analysis {
 
-/// The number with the fewest decimals, 9 at most, that narrows to this float, where a float tells
-/// decimals apart: for magnitudes from 1e-3 to 1e7. Any other float as it is.
-DISCOPLAN_EXPORT double DecimalOf(float value);
 /// Those of the values, in the order of the sites.
 DISCOPLAN_EXPORT std::vector<double> DecimalsOf(std::span<const Site> sites);
 

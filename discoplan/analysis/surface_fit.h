@@ -11,6 +11,7 @@
 #include <span>
 #include <vector>
 
+#include "discoplan/analysis/decimal.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/export.h"
 
@@ -59,7 +60,7 @@ DISCOPLAN_EXPORT double FarthestRadius(std::span<const Site> sites);
 template <class Fit>
 std::vector<Site> ResidualsOf(std::span<const Site> sites, const Fit& fit) {
   std::vector<Site> rest(sites.begin(), sites.end());
-  for (Site& site : rest) site.z = static_cast<float>(site.z - fit.At(site.x, site.y));
+  for (Site& site : rest) site.z = static_cast<float>(DecimalOf(site.z) - fit.At(site.x, site.y));
   return rest;
 }
 

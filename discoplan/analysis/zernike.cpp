@@ -34,12 +34,17 @@ ZernikeIndex ZernikeOf(int number) {
 
 double Zernike(const ZernikeIndex& term, double x, double y) {
   const int frequency = std::abs(term.m);
-  const double rho = std::hypot(x, y);
-  const double radial =
-      std::pow(rho, frequency) * Jacobi((term.n - frequency) / 2, frequency, 2 * rho * rho - 1);
+  const double radial = Jacobi((term.n - frequency) / 2, frequency, 2 * (x * x + y * y) - 1);
   if (frequency == 0) return std::sqrt(term.n + 1.0) * radial;
-  const double angle = frequency * std::atan2(y, x);
-  return std::sqrt(2 * (term.n + 1.0)) * radial * (term.m < 0 ? std::sin(angle) : std::cos(angle));
+  // The power of x + i y, whose parts are exactly 0 on the axes.
+  double along = 1;
+  double across = 0;
+  for (int power = 0; power < frequency; ++power) {
+    const double before = along;
+    along = before * x - across * y;
+    across = before * y + across * x;
+  }
+  return std::sqrt(2 * (term.n + 1.0)) * radial * (term.m < 0 ? across : along);
 }
 
 }  // namespace discoplan::analysis

@@ -168,5 +168,24 @@ TEST(Solve, CountsIndependentColumns) {
   EXPECT_EQ(Solve(DesignMatrix(0, 2), {}).rank, 0U);
 }
 
+/// Sites on a line tell the terms of one variable apart and no more, whichever way it runs and
+/// though their positions are rounded.
+TEST(FitZernike, TakesNothingFromTheRoundingOfPositions) {
+  for (const double angle : {0.0, 0.5, 1.5707963267948966, 2.2}) {
+    std::vector<Site> sites;
+    for (int i = -5; i <= 5; ++i) {
+      sites.push_back({static_cast<float>(3.6 * i * std::cos(angle)),
+                       static_cast<float>(3.6 * i * std::sin(angle)),
+                       static_cast<float>(i * i % 7)});
+    }
+    EXPECT_EQ(FitPlane(sites).rank, 2U) << angle;
+    for (const int order : {1, 2, 3}) {
+      const ZernikeFit fit = FitZernike(sites, order);
+      EXPECT_EQ(fit.rank, static_cast<std::size_t>(order) + 1) << angle;
+      EXPECT_NEAR(fit.At(0, 0), FitZernike(sites, order, 40).At(0, 0), 1e-5) << angle;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace discoplan::analysis
