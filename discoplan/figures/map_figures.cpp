@@ -68,7 +68,9 @@ BoxField DotBoxes(const Page& page, const MapFrame& frame, const WaferPlot& plot
 }
 
 int MostTicks(const Page& page) {
-  return std::clamp(static_cast<int>(page.Look().height / (4.5 * page.Em())), 3, 9);
+  // Isolines of small plots bear no labels that would want room.
+  const int least = page.Look().small ? 6 : 3;
+  return std::clamp(static_cast<int>(page.Look().height / (4.5 * page.Em())), least, 9);
 }
 
 struct Label {
