@@ -1,8 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "apps/view/workbench.h"
-
-#include <gtest/gtest.h>
-
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
@@ -12,7 +8,6 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPrinter>
@@ -24,47 +19,13 @@
 #include <fstream>
 #include <set>
 
-#include "apps/view/pointed_site.h"
 #include "hosts/qt/plot_widgets.h"
-#include "tests/places.h"
-#include "tests/temporary_folder.h"
+#include "tests/qt/workbench_fixture.h"
 
 namespace discoplan::app {
 namespace {
 
 const QString kLot = QString::fromStdString(Example("native_oxide_lot.csv"));
-
-class WorkbenchTest : public testing::Test {
- protected:
-  explicit WorkbenchTest(const char* look = "classic") {
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, PathOf("settings"));
-    QApplication::setOrganizationName(QStringLiteral("Discoplan"));
-    QApplication::setApplicationName(QStringLiteral("workbench-test"));
-    QSettings().setValue(QStringLiteral("look/look"), QLatin1String(look));
-    workbench_ = std::make_unique<Workbench>();
-    workbench_->show();
-  }
-
-  void Trigger(const char* title) {
-    for (QAction* action : workbench_->findChildren<QAction*>()) {
-      if (action->text() == QLatin1String(title)) return action->trigger();
-    }
-    FAIL() << "no action " << title;
-  }
-
-  QString PathOf(const char* name) const {
-    return QString::fromStdString((folder_.path() / name).string());
-  }
-  QListWidget& List() { return *workbench_->findChild<QListWidget*>(); }
-  qt::PlotWidget& Current() { return workbench_->plots().Current(); }
-  void OpenLot() {
-    workbench_->Open({kLot});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return List().count() == 25; }));
-  }
-
-  TemporaryFolder folder_;
-  std::unique_ptr<Workbench> workbench_;
-};
 
 TEST_F(WorkbenchTest, ListsTheWafersOfALotAndShowsTheFirst) {
   OpenLot();
@@ -149,129 +110,6 @@ TEST_F(WorkbenchTest, PrintsAPage) {
   ASSERT_TRUE(file.open(QFile::ReadOnly));
   EXPECT_GT(file.size(), 10000);
   EXPECT_EQ(Current().Control().PrinterObj(), nullptr);
-}
-
-class ModernWorkbench : public WorkbenchTest {
- protected:
-  ModernWorkbench() : WorkbenchTest("none such") {}
-
-  FigureView& View() { return workbench_->plots().CurrentFigure(); }
-  /// Different colours in the picture of what is looked at.
-  std::size_t Colours() {
-    std::set<QRgb> colours;
-    const QImage image = View().Image();
-    for (int y = 0; y < image.height(); ++y) {
-      for (int x = 0; x < image.width(); ++x) colours.insert(image.pixel(x, y));
-    }
-    return colours.size();
-  }
-};
-
-TEST_F(ModernWorkbench, ShowsAFigureOfEachKind) {
-  EXPECT_EQ(Colours(), 1U) << "without a wafer";
-  OpenLot();
-  PlotTabs& plots = workbench_->plots();
-  for (int tab = 0; tab < 9; ++tab) {
-    plots.setCurrentIndex(tab);
-    EXPECT_TRUE(View().isVisible()) << tab;
-    EXPECT_FALSE(Current().isVisible()) << tab;
-    EXPECT_GT(Colours(), 50U) << tab;
-    EXPECT_EQ(View().Image().size(), View().size() * View().devicePixelRatio());
-  }
-  EXPECT_EQ(plots.At(0).Control().Wafer().GetNop(), 0) << "no control is loaded unseen";
-}
-
-TEST_F(ModernWorkbench, TurnsToTheLiveControlsAndBack) {
-  OpenLot();
-  const auto is_enabled = [&](const char* title) {
-    const auto actions = workbench_->findChildren<QAction*>();
-    const auto found = std::ranges::find_if(
-        actions, [&](const QAction* action) { return action->text() == QLatin1String(title); });
-    return (*found)->isEnabled();
-  };
-  EXPECT_FALSE(is_enabled("&Options..."));
-  workbench_->ChooseLook("classic");
-  EXPECT_TRUE(is_enabled("&Options..."));
-  EXPECT_TRUE(Current().isVisible());
-  EXPECT_FALSE(View().isVisible());
-  EXPECT_EQ(Current().Control().Wafer().GetNop(), 49);
-  List().setCurrentRow(6);
-  EXPECT_EQ(Current().Control().PlotCaption(), "Slot07");
-  Trigger("&Modern");
-  EXPECT_TRUE(View().isVisible());
-  EXPECT_GT(Colours(), 50U);
-}
-
-TEST_F(ModernWorkbench, KeepsItsLookBetweenStarts) {
-  OpenLot();
-  const QImage light = View().Image();
-  Trigger("&Dark");
-  EXPECT_LT(qGray(View().Image().pixel(2, 2)), 60);
-  Trigger("grey");
-  Trigger("At the &left");
-  const QImage chosen = View().Image();
-  workbench_->close();
-  workbench_ = std::make_unique<Workbench>();
-  workbench_->show();
-  OpenLot();
-  EXPECT_EQ(View().Image(), chosen);
-  EXPECT_NE(View().Image(), light);
-  Trigger("Cla&ssic");
-  workbench_->close();
-  workbench_ = std::make_unique<Workbench>();
-  EXPECT_TRUE(workbench_->plots().IsClassic());
-}
-
-TEST_F(ModernWorkbench, ExportsAndPrintsWhatItShows) {
-  OpenLot();
-  for (const char* name : {"a.png", "a.svg", "a.pdf"}) {
-    EXPECT_EQ(workbench_->ExportTo(PathOf(name)), "");
-  }
-  const QImage picture(PathOf("a.png"));
-  EXPECT_EQ(picture.size(), View().size() * View().devicePixelRatio());
-  QFile vectors(PathOf("a.svg"));
-  ASSERT_TRUE(vectors.open(QFile::ReadOnly));
-  EXPECT_TRUE(vectors.readAll().contains("leave-one-out")) << "as figures alone say";
-  EXPECT_TRUE(workbench_->ExportTo(PathOf("none/a.png")).contains("none/a.png"));
-  Trigger("&Copy picture");
-  QPrinter printer;
-  printer.setOutputFormat(QPrinter::PdfFormat);
-  printer.setOutputFileName(PathOf("page.pdf"));
-  workbench_->PrintOn(printer);
-  EXPECT_GT(QFileInfo(PathOf("page.pdf")).size(), 10000);
-}
-
-TEST_F(ModernWorkbench, PinsItsScale) {
-  OpenLot();
-  const Limits data = workbench_->plots().LimitsOrData();
-  EXPECT_NEAR(data.high, 10.6835, 1e-3);
-  const QImage before = View().Image();
-  workbench_->plots().SetLimits(Limits{9, 12});
-  EXPECT_NE(View().Image(), before);
-  workbench_->plots().SetLimits({});
-  EXPECT_EQ(View().Image(), before);
-}
-
-TEST_F(ModernWorkbench, TellsWhatLiesUnderTheMouse) {
-  OpenLot();
-  View().Image();
-  QString shown;
-  QObject::connect(&View(), &FigureView::Pointed, [&shown](const QString& text) { shown = text; });
-  const auto point = [&](QPointF at) {
-    QMouseEvent move(QEvent::MouseMove, at, View().mapToGlobal(at), Qt::NoButton, Qt::NoButton,
-                     Qt::NoModifier);
-    QApplication::sendEvent(&View(), &move);
-  };
-  // The centre of the map is where the first site lies; it is looked for along the middle row.
-  bool found = false;
-  for (int x = 0; x < View().width() && !found; ++x) {
-    point({static_cast<double>(x), 0.53 * View().height()});
-    found = shown.contains("(between sites)");
-  }
-  EXPECT_TRUE(found) << qPrintable(shown);
-  EXPECT_TRUE(shown.startsWith("X -")) << qPrintable(shown);
-  point({1, 1});
-  EXPECT_EQ(shown, "");
 }
 
 class PrintQueue : public WorkbenchTest {};
@@ -481,37 +319,6 @@ TEST_F(WorkbenchTest, TellsWhatLiesUnderTheMouse) {
   }
   EXPECT_TRUE(shown.startsWith("X 0.0 mm   Y 0.0 mm")) << qPrintable(shown);
   EXPECT_TRUE(shown.contains("(site 1)")) << qPrintable(shown);
-}
-
-TEST(PointedSite, IsFoundOnFlatMapsOnly) {
-  const std::vector<float> x = {0, 50}, y = {0, 0}, z = {1, 3};
-  qt::Plot2DWidget map;
-  EXPECT_FALSE(PointOnWafer(map.Control(), {0.5, 0.5})) << "without a wafer";
-  map.resize(500, 400);
-  map.show();
-  map.setResolution(9.7);
-  ASSERT_EQ(map.SetWaferData(x, y, z), LoadResult::Loaded);
-  map.Plot();
-  const auto upper = PointOnWafer(map.Control(), {0.5, 0});
-  const auto right = PointOnWafer(map.Control(), {1, 0.5});
-  ASSERT_TRUE(upper && right);
-  EXPECT_EQ(upper->x(), 0);
-  EXPECT_EQ(right->y(), 0);
-  // The measured 194 mm end 3 pixels before the nearer edges.
-  EXPECT_GT(std::min(upper->y(), right->x()), 97);
-  EXPECT_LT(std::min(upper->y(), right->x()), 100);
-  qt::Plot3DWidget surface;
-  ASSERT_EQ(surface.SetWaferData(x, y, z), LoadResult::Loaded);
-  EXPECT_FALSE(PointOnWafer(surface.Control(), {0.5, 0.5}));
-}
-
-TEST(PointedSite, IsNamedWhenItIsNear) {
-  const std::vector<float> x = {0, 50, 0, -50}, y = {0, 0, 50, 0}, z = {1, 3, 5, 7};
-  qt::Plot2DWidget map;
-  ASSERT_EQ(map.SetWaferData(x, y, z), LoadResult::Loaded);
-  EXPECT_EQ(Describe(map.Control(), {49, 1}), "X 50.0 mm   Y 0.0 mm   3   (site 2)");
-  EXPECT_EQ(Describe(map.Control(), {0, 98}), "");
-  EXPECT_TRUE(Describe(map.Control(), {25, 25}).endsWith("(between sites)"));
 }
 
 }  // namespace
