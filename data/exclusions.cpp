@@ -116,8 +116,6 @@ class Placing {
 }  // namespace
 
 void GiveSize(const ReadRequest& request, Wafer& wafer) {
-  const DataError small({request.path.string()},
-                        "nothing is left of a wafer inside its --edge-exclusion; give less");
   const WaferSize size = SizeFor(wafer.x, wafer.y);
   const float stated = static_cast<float>(request.diameter.value_or(wafer.diameter));
   wafer.diameter = size.diameter;
@@ -130,7 +128,10 @@ void GiveSize(const ReadRequest& request, Wafer& wafer) {
   if (request.edge_exclusion) {
     wafer.test_diameter =
         static_cast<float>(static_cast<double>(wafer.diameter) - 2 * *request.edge_exclusion);
-    if (!(wafer.test_diameter > 0)) throw small;
+    if (!(wafer.test_diameter > 0)) {
+      throw DataError({request.path.string()},
+                      "nothing is left of a wafer inside its --edge-exclusion; give less");
+    }
   }
   if (!request.test_diameter) return;
   const auto asked = static_cast<float>(*request.test_diameter);
