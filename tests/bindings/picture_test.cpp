@@ -95,6 +95,18 @@ TEST(CPicture, OfTheClassicLookIsAPageOfTheSizeAskedFor) {
   discoplan_free(picture);
 }
 
+/// Of the wafers' sites behind each other; where each begins is still to be said.
+discoplan_batch BatchOf(const discoplan_sites& sites, int64_t wafers) {
+  discoplan_batch batch{};
+  batch.size = sizeof batch;
+  batch.wafers = wafers;
+  batch.count = sites.count;
+  batch.x = sites.x;
+  batch.y = sites.y;
+  batch.value = sites.value;
+  return batch;
+}
+
 TEST(CBatch, GivesEachWaferItsOwnStatus) {
   const Ramp ramp;
   std::vector<float> x, y, value;
@@ -110,15 +122,8 @@ TEST(CBatch, GivesEachWaferItsOwnStatus) {
   value[ramp.x.size() + 2] = static_cast<float>(kNan);  // of the second wafer
   discoplan_plot_options plot{};
   plot.size = sizeof plot;
-  discoplan_batch batch{};
-  batch.size = sizeof batch;
-  batch.wafers = 4;
+  discoplan_batch batch = BatchOf(SitesOf(x, y, value), 4);
   batch.offsets32 = offsets.data();
-  const discoplan_sites sites = SitesOf(x, y, value);
-  batch.count = sites.count;
-  batch.x = sites.x;
-  batch.y = sites.y;
-  batch.value = sites.value;
   const std::vector<int32_t> name_offsets = {0, 2, 4, 6, 8};
   batch.names = "W1W2W3W4";
   batch.name_offsets32 = name_offsets.data();
@@ -163,14 +168,8 @@ TEST(CBatch, PrintsTheClassicLook) {
   plot.size = sizeof plot;
   plot.look = DISCOPLAN_CLASSIC;
   plot.kind = "3DB";
-  discoplan_batch batch{};
-  batch.size = sizeof batch;
-  batch.wafers = 1;
+  discoplan_batch batch = BatchOf(sites, 1);
   batch.offsets64 = offsets.data();
-  batch.count = sites.count;
-  batch.x = sites.x;
-  batch.y = sites.y;
-  batch.value = sites.value;
   batch.plot = &plot;
   batch.format = DISCOPLAN_SVG;
   discoplan_result* result = nullptr;
@@ -194,14 +193,8 @@ TEST(CBatch, ComputesTheFiguresThatAreAskedFor) {
   const Ramp ramp;
   const discoplan_sites sites = ramp.Sites();
   const std::vector<int64_t> offsets = {0, sites.count};
-  discoplan_batch batch{};
-  batch.size = sizeof batch;
-  batch.wafers = 1;
+  discoplan_batch batch = BatchOf(sites, 1);
   batch.offsets64 = offsets.data();
-  batch.count = sites.count;
-  batch.x = sites.x;
-  batch.y = sites.y;
-  batch.value = sites.value;
   batch.figures = MaskOf({"mean"});
   const auto figures = [&] {
     discoplan_result* result = nullptr;
