@@ -129,11 +129,14 @@ bool ReadLongDecimal(std::string_view text, bool negative, ParsedNumber& number)
 
 /// What nearly all numbers look like: "-12.345" of at most 15 digits.
 bool number_text_detail::ReadPlainly(std::string_view text, ParsedNumber& number) {
-  const bool negative = text.starts_with('-');
-  text.remove_prefix(negative);
-  if (text.size() - 1 < 8) return ReadShortDecimal(text, negative, number);
+  if (text.empty()) return false;
+  // 1 for a minus sign, without a branch: nothing foretells the sign of a position.
+  const std::size_t sign =
+      (std::size_t{static_cast<unsigned char>(text.front())} ^ std::size_t{'-'}) == 0;
+  text = {text.data() + sign, text.size() - sign};
+  if (text.size() - 1 < 8) return ReadShortDecimal(text, sign != 0, number);
   if (text.empty() || text.size() > kMostDigits + 1) return false;
-  return ReadLongDecimal(text, negative, number);
+  return ReadLongDecimal(text, sign != 0, number);
 }
 
 NumberFault number_text_detail::ReadGenerally(std::string_view text, ParsedNumber& number) {
