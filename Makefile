@@ -20,7 +20,7 @@ elsewhere: packages
 
 demo: packages ## Build, and plot the measured wafers of examples/ into out/
 	@cmake --preset release --log-level=WARNING > /dev/null
-	@cmake --build --preset release --target discoplan-program discoplan-report -- --quiet
+	@cmake --build --preset release --target discoplan-program -- --quiet
 	@scripts/demo build/release/apps/discoplan/discoplan out
 
 test: windows ## Build, and run every test

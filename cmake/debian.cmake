@@ -108,8 +108,8 @@ if(DISCOPLAN_QT)
     "This package holds headers, CMake targets and the widgets for Qt Designer.")
   if(DISCOPLAN_PROGRAMS)
     discoplan_package(qt-programs discoplan-qt science "discoplan (${this});${libraries};${qt}"
-      "plots of semiconductor wafers: workbench and reports"
-      "This package holds the window to look at wafers, and pages in PDF and SVG.")
+      "plots of semiconductor wafers: workbench"
+      "This package holds the window to look at wafers, export and print them.")
   endif()
 endif()
 include(CPack)

@@ -103,7 +103,7 @@ if(DISCOPLAN_QT)
   discoplan_pkg_config(qt-develop discoplan-qt6
     "discoplan = ${PROJECT_VERSION};Qt6Widgets" "" "")
   if(DISCOPLAN_PROGRAMS)
-    install(TARGETS discoplan-report discoplan-view
+    install(TARGETS discoplan-view
       RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT qt-programs)
   endif()
   # Where this Qt looks for plugins, below its prefix, which is a package's own.

@@ -36,15 +36,13 @@ void Automate(const std::string& file) {
 
 }  // namespace
 
-void AddAutomateCommand(CLI::App& program) {
-  CLI::App* command = program.add_subcommand(
-      "automate", "Drive plots by requests in JSON, one a line, from a file or standard input");
+void SetUpAutomate(CLI::App& command) {
   auto file = std::make_shared<std::string>("-");
-  command->add_option("FILE", *file, "Requests; standard input if not given")->check(FileName());
-  command->footer(
+  command.add_option("FILE", *file, "Requests; standard input if not given")->check(FileName());
+  command.footer(
       "Example:\n"
       "  echo '{\"op\":\"new\",\"class\":\"Plot2D\",\"id\":\"p\"}' | discoplan automate");
-  command->callback([file] { Automate(*file); });
+  command.callback([file] { Automate(*file); });
 }
 
 }  // namespace discoplan::app

@@ -25,4 +25,10 @@ void RunBeside(const std::string& program) {
                           : "install the part of Discoplan that needs Qt"));
 }
 
+void SetUpView(CLI::App& command) {
+  command.set_help_flag();
+  command.prefix_command();
+  command.callback([] { RunBeside(kViewProgram); });
+}
+
 }  // namespace discoplan::app

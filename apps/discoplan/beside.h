@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// The programs with a toolkit that stand beside this one. A map in a PNG file doesn't wait for it.
+/// The programs that stand beside this one, as they need what a map in a PNG file doesn't wait for.
 
 #include <string>
 #include <vector>
@@ -11,7 +11,6 @@ namespace discoplan::app {
 /// Takes the command line that this program was started with.
 void KeepArguments(std::vector<std::string> arguments);
 
-inline constexpr const char* kReportProgram = "discoplan-report";
 inline constexpr const char* kViewProgram = "discoplan-view";
 /// A script of the Python package, for pyarrow reads and writes Parquet there.
 inline constexpr const char* kArchiveProgram = "discoplan-archive";

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// What the subcommands share: how they are added, how they fail, and how data are named.
+/// What the subcommands share: how they are set up, how they fail, and how data are named.
 ///
 /// A wrong use ends with status 2, everything else that goes wrong with status 1, each with one
 /// line on standard error. A warning is such a line too.
@@ -36,13 +36,14 @@ class CommandError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-void AddPlotCommand(CLI::App& program);
-void AddStatsCommand(CLI::App& program);
-void AddLotCommand(CLI::App& program);
-void AddAutomateCommand(CLI::App& program);
-void AddDescribeCommand(CLI::App& program);
-/// The commands that the programs beside this one carry out.
-void AddBesideCommands(CLI::App& program);
+/// Options of the subcommands, and what each of them does.
+void SetUpPlot(CLI::App& command);
+void SetUpStats(CLI::App& command);
+void SetUpLot(CLI::App& command);
+void SetUpReport(CLI::App& command);
+void SetUpView(CLI::App& command);
+void SetUpAutomate(CLI::App& command);
+void SetUpDescribe(CLI::App& command);
 
 /// Puts a line for people on standard error, without harm to a terminal.
 void Warn(std::string_view text);

@@ -24,13 +24,11 @@ void Describe(const std::string& name) {
 
 }  // namespace
 
-void AddDescribeCommand(CLI::App& program) {
-  CLI::App* command = program.add_subcommand(
-      "describe", "Print the members, events and enumerations of the plots as JSON");
+void SetUpDescribe(CLI::App& command) {
   auto name = std::make_shared<std::string>();
-  command->add_option("CLASS", *name, "One class, such as Plot2D; all if not given");
-  command->footer("Example:\n  discoplan describe Plot2D");
-  command->callback([name] { Describe(*name); });
+  command.add_option("CLASS", *name, "One class, such as Plot2D; all if not given");
+  command.footer("Example:\n  discoplan describe Plot2D");
+  command.callback([name] { Describe(*name); });
 }
 
 }  // namespace discoplan::app

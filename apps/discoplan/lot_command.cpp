@@ -56,23 +56,21 @@ void Sheet(const LotRequest& request) {
 
 }  // namespace
 
-void AddLotCommand(CLI::App& program) {
-  CLI::App* command =
-      program.add_subcommand("lot", "Draw all wafers of a lot side by side, with their trend");
+void SetUpLot(CLI::App& command) {
   auto request = std::make_shared<LotRequest>();
-  AddLotOptions(*command, *request);
+  AddLotOptions(command, *request);
   command
-      ->add_flag_callback(
+      .add_flag_callback(
           "--parquet", [] { RunBeside(kArchiveProgram); },
           "Make a table of an archive in Parquet instead, by discoplan-archive; with --help it "
           "tells its own options")
       ->trigger_on_parse();
-  command->footer(
+  command.footer(
       "Examples:\n"
       "  discoplan lot lot.csv -o lot.png\n"
       "  discoplan lot lot.csv -o lot.pdf --minus mean --residual plane\n"
       "  discoplan lot lot.csv -o sigma.svg --kind 2DS --figures mean,median,mad");
-  command->callback([request] {
+  command.callback([request] {
     const bool is_png = FormatOf(request->output) == FileFormat::Png;
     if (!request->look.classic) return PlotLotFigures(*request);
     is_png ? Sheet(*request) : PlotLotVectors(*request);

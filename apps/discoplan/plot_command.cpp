@@ -98,18 +98,17 @@ void Plot(const PictureRequest& request) {
 
 }  // namespace
 
-void AddPlotCommand(CLI::App& program) {
-  CLI::App* command = program.add_subcommand("plot", "Draw a wafer into a PNG, PDF or SVG file");
+void SetUpPlot(CLI::App& command) {
   auto request = std::make_shared<PictureRequest>();
-  AddPictureOptions(*command, *request);
-  command->footer(
+  AddPictureOptions(command, *request);
+  command.footer(
       "Examples:\n"
       "  discoplan plot sites.csv -o map.png\n"
       "  discoplan plot lot.csv --wafer 7 -o slot7.pdf --limits 9.5 10.5\n"
       "  discoplan plot lot.csv --columns X,Y,slot3 -o map.png --colours cividis --bands 10\n"
       "  discoplan plot sites.dat -o map.png --diameter 300 --style flat --size 160x120mm\n"
       "  discoplan plot sites.csv -o sheet.png --kind all --size 400x300");
-  command->callback([request] {
+  command.callback([request] {
     const bool is_png = FormatOf(request->output) == FileFormat::Png;
     if (!request->look.classic) return PlotFigures(*request);
     is_png ? Plot(*request) : PlotVectors(*request);

@@ -77,13 +77,12 @@ std::string Footer() {
 
 }  // namespace
 
-void AddStatsCommand(CLI::App& program) {
-  CLI::App* command = program.add_subcommand("stats", "Print the statistics of wafers");
+void SetUpStats(CLI::App& command) {
   auto request = std::make_shared<StatsRequest>();
-  AddDataOptions(*command, request->data);
-  AddDeriveOptions(*command, request->derive);
+  AddDataOptions(command, request->data);
+  AddDeriveOptions(command, request->derive);
   command
-      ->add_option_function<std::string>(
+      .add_option_function<std::string>(
           "--figures",
           [request](const std::string& keys) {
             request->options.figures = FiguresNamed(keys);
@@ -93,22 +92,22 @@ void AddStatsCommand(CLI::App& program) {
       ->type_name("NAMES")
       ->default_str(kDefaultFigures);
   command
-      ->add_option("--digits", request->options.digits,
-                   "Significant digits; 5 in a table and 10 otherwise")
+      .add_option("--digits", request->options.digits,
+                  "Significant digits; 5 in a table and 10 otherwise")
       ->check(CLI::Range(1, kMostDigits));
   command
-      ->add_option_function<std::string>(
+      .add_option_function<std::string>(
           "--zones", [request](const std::string& text) { request->options.zones = ZonesIn(text); },
           "Figures of parts of each wafer: N rings of equal width (rings:N) or area (areas:N), "
           "rings around a disc of half their width (profile:N), or quadrants; without :N as many "
           "as suit the sites")
       ->type_name("ZONES");
-  CLI::Option* json = command->add_flag("--json", request->json, "As a JSON list");
-  command->add_flag("--csv", request->csv, "As comma separated text")->excludes(json);
-  command->add_flag("--lot", request->lot,
-                    "With --json or --csv, the lot as a whole in place of its wafers");
-  command->footer(Footer());
-  command->callback([request] { Print(*request); });
+  CLI::Option* json = command.add_flag("--json", request->json, "As a JSON list");
+  command.add_flag("--csv", request->csv, "As comma separated text")->excludes(json);
+  command.add_flag("--lot", request->lot,
+                   "With --json or --csv, the lot as a whole in place of its wafers");
+  command.footer(Footer());
+  command.callback([request] { Print(*request); });
 }
 
 }  // namespace discoplan::app

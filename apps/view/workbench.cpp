@@ -24,8 +24,8 @@
 #include <algorithm>
 
 #include "apps/discoplan/output.h"
+#include "apps/discoplan/report_page.h"
 #include "apps/discoplan/vector_file.h"
-#include "apps/report/report_page.h"
 #include "apps/view/column_dialog.h"
 #include "discoplan/dialogs/about_box.h"
 #include "hosts/headless/classic_page.h"

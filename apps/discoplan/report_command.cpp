@@ -5,15 +5,15 @@
 #include <vector>
 
 #include "apps/discoplan/checks.h"
+#include "apps/discoplan/command.h"
 #include "apps/discoplan/data_options.h"
 #include "apps/discoplan/derive.h"
+#include "apps/discoplan/figure_report.h"
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/plot_request.h"
 #include "apps/discoplan/progress.h"
+#include "apps/discoplan/report_page.h"
 #include "apps/discoplan/vector_file.h"
-#include "apps/report/figure_report.h"
-#include "apps/report/report_commands.h"
-#include "apps/report/report_page.h"
 
 namespace discoplan::app {
 namespace {
@@ -146,38 +146,37 @@ void Report(const ReportRequest& request) {
 
 }  // namespace
 
-void AddReportCommand(CLI::App& program) {
-  CLI::App* command = program.add_subcommand("report", "Put wafers on paper: a page each, in PDF");
+void SetUpReport(CLI::App& command) {
   auto request = std::make_shared<ReportRequest>();
-  command->add_option("DATA", request->files, "Measured sites: tables, lot exports or binary files")
+  command.add_option("DATA", request->files, "Measured sites: tables, lot exports or binary files")
       ->required()
       ->transform(InputFile());
-  AddReadingOptions(*command, request->reading);
-  AddDeriveOptions(*command, request->derive);
-  command->add_option("-o,--output", request->output, "PDF file to write")
+  AddReadingOptions(command, request->reading);
+  AddDeriveOptions(command, request->derive);
+  command.add_option("-o,--output", request->output, "PDF file to write")
       ->required()
       ->check(FileName());
-  command->add_flag("--all", request->all, "All kinds of plot, as --kind all");
-  AddPlotOptions(*command, request->plot);
-  command->add_option("--paper", request->paper, "Size of the pages")
+  command.add_flag("--all", request->all, "All kinds of plot, as --kind all");
+  AddPlotOptions(command, request->plot);
+  command.add_option("--paper", request->paper, "Size of the pages")
       ->check(CLI::IsMember({"A4", "Letter"}))
       ->capture_default_str();
-  command->add_flag("--landscape", request->landscape, "Pages wider than high");
-  command->add_option("--title", request->title, "Head of each page")->capture_default_str();
-  command->add_option("--lot", request->lot, "Identification of the lot");
-  command->add_option("--wafer-id", request->wafer,
-                      "Identification of the wafer; its name in the data otherwise");
-  AddLookOptions(*command, request->look);
-  command->add_flag(
+  command.add_flag("--landscape", request->landscape, "Pages wider than high");
+  command.add_option("--title", request->title, "Head of each page")->capture_default_str();
+  command.add_option("--lot", request->lot, "Identification of the lot");
+  command.add_option("--wafer-id", request->wafer,
+                     "Identification of the wafer; its name in the data otherwise");
+  AddLookOptions(command, request->look);
+  command.add_flag(
       "--summary", request->summary,
       "A cover with table and charts, and all wafers side by side, before their pages");
-  command->add_flag("--summary-only", request->no_wafers, "The cover and all wafers side by side");
-  command->footer(
+  command.add_flag("--summary-only", request->no_wafers, "The cover and all wafers side by side");
+  command.footer(
       "Examples:\n"
       "  discoplan report sites.csv -o report.pdf --value-unit nm\n"
       "  discoplan report lot.csv -o lot.pdf --kind 2D --kind histo --lot A1234 --summary\n"
       "  discoplan report a.csv b.csv -o both.pdf --all --paper Letter --landscape");
-  command->callback([request] {
+  command.callback([request] {
     if (request->all) request->plot.kinds = {"all"};
     Report(*request);
   });

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "apps/report/report_page.h"
+#include "apps/discoplan/report_page.h"
 
 #include <algorithm>
 #include <cstddef>

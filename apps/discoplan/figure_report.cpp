@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "apps/report/figure_report.h"
+#include "apps/discoplan/figure_report.h"
 
 #include "apps/discoplan/measured_wafer.h"
 #include "apps/discoplan/output.h"
