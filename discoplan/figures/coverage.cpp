@@ -102,13 +102,21 @@ double Coverage::DistanceAt(Point place) const {
          below * ((1 - right) * lower[0] + right * lower[1]);
 }
 
-Coverage::Stretch Coverage::StretchAt(Point place) const {
-  const auto [upper, lower, right, below] = SpotOf(place);
-  // Beyond the lattice nothing is known of the rest of the square.
-  const bool inside = right >= 0 && right <= 1 && below >= 0 && below <= 1;
-  if (!inside) return {place.x, DistanceAt(place)};
-  return {place.x + (1 - right) * lattice_.step,
-          std::max({upper[0], upper[1], lower[0], lower[1]})};
+void Coverage::FindFar(double y, double distance, std::vector<Stretch>& stretches) const {
+  constexpr double kNoEnd = std::numeric_limits<double>::infinity();
+  stretches.clear();
+  const auto [upper, lower, right, below] = SpotOf({lattice_.x0, y});
+  // Beyond the lattice nothing is known.
+  if (!(below >= 0 && below <= 1)) return stretches.push_back({-kNoEnd, kNoEnd});
+  stretches.push_back({-kNoEnd, lattice_.x0});
+  for (int i = 0; i + 1 < kAcross; ++i) {
+    // No place of a square is farther than its farthest corner.
+    if (std::max({upper[i], upper[i + 1], lower[i], lower[i + 1]}) < distance) continue;
+    const double left = lattice_.X(i);
+    if (stretches.back().right < left) stretches.push_back({left, left});
+    stretches.back().right = lattice_.X(i + 1);
+  }
+  stretches.push_back({lattice_.X(kAcross - 1), kNoEnd});
 }
 
 std::string Coverage::Note(const char* look) const {

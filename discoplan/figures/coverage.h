@@ -22,12 +22,13 @@ class DISCOPLAN_EXPORT Coverage {
   bool HasFar() const { return has_far_; }
   /// About, in mm; the place is in mm too.
   double DistanceAt(Point place) const;
-  /// Places from there to the right of which none is farther from the sites than that.
   struct Stretch {
+    double left;
     double right;
-    double farthest;
   };
-  Stretch StretchAt(Point place) const;
+  /// Parts of the line at that height, from left to right, outside of which no place is as far from
+  /// the sites as `distance`.
+  void FindFar(double y, double distance, std::vector<Stretch>& stretches) const;
   bool IsFar(Point place) const { return has_far_ && DistanceAt(place) > far_; }
   /// "hatched: more than 12 mm from every site"; empty where there is no such part.
   std::string Note(const char* look) const;

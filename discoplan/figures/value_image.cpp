@@ -49,22 +49,40 @@ class ValueImage final : public ImageSource {
       const int first = std::max(0, static_cast<int>(std::ceil((-across - lattice.x0) / step)));
       const int last =
           std::min(grid.columns - 1, static_cast<int>(std::floor((across - lattice.x0) / step)));
+      if (last < first) continue;
       if (banded_) {
         ShadeBands(values, lattice, row, first, last, pixels);
       } else {
-        const auto f = static_cast<float>(kShades / (high_ - low_));
-        const auto low = static_cast<float>(low_);
-        for (int i = first; i <= last; ++i) {
-          const float place = (values[start + static_cast<std::size_t>(i)] - low) * f;
-          const int shade = static_cast<int>(std::min(std::max(place, 0.0F), kShades - 1.0F));
-          pixels[start + static_cast<std::size_t>(i)] = shades_[static_cast<std::size_t>(shade)];
-        }
+        const auto count = static_cast<std::size_t>(last - first + 1);
+        const std::size_t from = start + static_cast<std::size_t>(first);
+        Shade(std::span(values).subspan(from, count), pixels.subspan(from, count));
       }
-      if (coverage_->HasFar()) Hatch(grid, lattice, row, first, last, pixels.subspan(start, width));
+      if (coverage_->HasFar()) {
+        HatchRow(grid, lattice, row, first, last, pixels.subspan(start, width));
+      }
     }
   }
 
  private:
+  void Shade(std::span<const float> values, std::span<Rgba> pixels) const {
+    const auto f = static_cast<float>(kShades / (high_ - low_));
+    const auto low = static_cast<float>(low_);
+    // Numbers first, many at once: what looks them up is taken one at a time.
+    std::array<int, 256> shades;
+    while (!values.empty()) {
+      const std::size_t count = std::min(shades.size(), values.size());
+      for (std::size_t i = 0; i < count; ++i) {
+        const float place = (values[i] - low) * f;
+        shades[i] = static_cast<int>(std::min(std::max(place, 0.0F), kShades - 1.0F));
+      }
+      for (std::size_t i = 0; i < count; ++i) {
+        pixels[i] = shades_[static_cast<std::size_t>(shades[i])];
+      }
+      values = values.subspan(count);
+      pixels = pixels.subspan(count);
+    }
+  }
+
   /// The edge between two bands is as soft as a pixel is wide: how much of a pixel each has follows
   /// from the value and its slope.
   void ShadeBands(std::span<const float> values, const Lattice& lattice, int row, int first,
@@ -98,29 +116,38 @@ class ValueImage final : public ImageSource {
     }
   }
 
-  void Hatch(const PixelGrid& grid, const Lattice& lattice, int row, int first, int last,
-             std::span<Rgba> pixels) const {
-    const double pixel_mm = lattice.step;
-    for (int i = first; i <= last; ++i) {
-      const Coverage::Stretch near = coverage_->StretchAt({lattice.X(i), lattice.Y(row)});
-      if (near.farthest < coverage_->Far() - pixel_mm / 2) {
-        const double next = (near.right - lattice.x0) / pixel_mm;
-        i = std::max(i, static_cast<int>(std::min<double>(next, last)));
-        continue;
+  /// Of the columns from `first` to `last`.
+  void HatchRow(const PixelGrid& grid, const Lattice& lattice, int row, int first, int last,
+                std::span<Rgba> pixels) const {
+    const double y = lattice.Y(row);
+    std::vector<Coverage::Stretch> far;
+    coverage_->FindFar(y, coverage_->Far() - lattice.step / 2, far);
+    for (const Coverage::Stretch& stretch : far) {
+      const auto column_at = [&](double x) {
+        return std::clamp((x - lattice.x0) / lattice.step, first - 1.0, last + 1.0);
+      };
+      const int end = std::min(last, static_cast<int>(std::ceil(column_at(stretch.right))));
+      for (first = std::max(first, static_cast<int>(std::floor(column_at(stretch.left))));
+           first <= end; ++first) {
+        Rgba& pixel = pixels[static_cast<std::size_t>(first)];
+        pixel = Hatched(pixel, grid, {lattice.X(first), y}, first, row);
       }
-      const double distance = coverage_->DistanceAt({lattice.X(i), lattice.Y(row)});
-      const double part = std::clamp((distance - coverage_->Far()) / pixel_mm + 0.5, 0.0, 1.0);
-      if (part <= 0) continue;
-      // Distance to the next of the slanted lines.
-      const double x = grid.left + (i + 0.5) * grid.pitch;
-      const double y = grid.top + (row + 0.5) * grid.pitch;
-      const double along = (x + y) * 0.7071;
-      const double off =
-          std::abs(along - std::round(along / hatch_pitch_) * hatch_pitch_) - hatch_width_ / 2;
-      const Rgba mark = Mix(hatch_, nothing_, std::clamp(off / grid.pitch + 0.5, 0.0, 1.0));
-      Rgba& pixel = pixels[static_cast<std::size_t>(i)];
-      pixel = Mix(pixel, mark, part);
     }
+  }
+
+  Rgba Hatched(Rgba pixel, const PixelGrid& grid, Point place, int column, int row) const {
+    const double pixel_mm = grid.pitch / frame_.scale;
+    const double distance = coverage_->DistanceAt(place);
+    const double part = std::clamp((distance - coverage_->Far()) / pixel_mm + 0.5, 0.0, 1.0);
+    if (part <= 0) return pixel;
+    // Distance to the next of the slanted lines.
+    const double x = grid.left + (column + 0.5) * grid.pitch;
+    const double y = grid.top + (row + 0.5) * grid.pitch;
+    const double along = (x + y) * 0.7071;
+    const double off =
+        std::abs(along - std::round(along / hatch_pitch_) * hatch_pitch_) - hatch_width_ / 2;
+    const Rgba mark = Mix(hatch_, nothing_, std::clamp(off / grid.pitch + 0.5, 0.0, 1.0));
+    return Mix(pixel, mark, part);
   }
 
   MapFrame frame_;

@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+
 namespace discoplan::figures {
 namespace {
 
@@ -41,6 +44,39 @@ TEST(Coverage, FewerSitesAndThoseInLineTellOfTheirSurroundings) {
     EXPECT_TRUE(coverage.IsFar({10, 50}));
     EXPECT_EQ(coverage.Note("grey"), "grey: more than 38 mm from every site");
   }
+}
+
+TEST(Coverage, WhatIsFarLiesWithinTheStretchesOfItsLine) {
+  std::mt19937 engine(7);
+  std::uniform_real_distribution<float> place(-100, 100);
+  Sites sites;
+  for (int i = 0; i < 12; ++i) {
+    sites.x.push_back(place(engine));
+    sites.y.push_back(place(engine));
+  }
+  sites.value.resize(sites.x.size(), 1);
+  const Coverage coverage(sites.Plot());
+  std::vector<Coverage::Stretch> stretches;
+  double within = 0;
+  int lines = 0;
+  for (double y = -160; y < 160; y += 0.7, ++lines) {
+    const double distance = coverage.Far() - 0.3;
+    coverage.FindFar(y, distance, stretches);
+    for (std::size_t i = 0; i < stretches.size(); ++i) {
+      EXPECT_LE(stretches[i].left, stretches[i].right);
+      if (i > 0) {
+        EXPECT_LE(stretches[i - 1].right, stretches[i].left);
+      }
+      within += std::min(stretches[i].right, 150.0) - std::max(stretches[i].left, -150.0);
+    }
+    for (double x = -160; x < 160; x += 0.3) {
+      const bool held = std::any_of(stretches.begin(), stretches.end(), [x](const auto& stretch) {
+        return stretch.left <= x && x <= stretch.right;
+      });
+      EXPECT_TRUE(held || coverage.DistanceAt({x, y}) < distance) << x << " " << y;
+    }
+  }
+  EXPECT_LT(within, 0.8 * 300 * lines) << "what is near is mostly left out";
 }
 
 }  // namespace
