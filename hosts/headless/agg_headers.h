@@ -9,10 +9,6 @@
 #pragma GCC diagnostic ignored "-Wextra"
 #include <agg2/agg_math_stroke.h>
 #include <agg2/agg_path_storage.h>
-#include <agg2/agg_pixfmt_rgba.h>
-#include <agg2/agg_rasterizer_scanline_aa.h>
-#include <agg2/agg_renderer_scanline.h>
-#include <agg2/agg_rendering_buffer.h>
-#include <agg2/agg_scanline_u.h>
+#include <agg2/agg_rasterizer_sl_clip.h>
 #include <agg2/agg_vertex_sequence.h>
 #pragma GCC diagnostic pop

@@ -6,9 +6,9 @@
 #include <cstring>
 
 #include "discoplan/figures/image_rows.h"
-#include "hosts/headless/agg_headers.h"
 #include "hosts/headless/path_strokes.h"
 #include "hosts/headless/png_file.h"
+#include "hosts/headless/shape_cells.h"
 
 namespace discoplan {
 namespace {
@@ -24,42 +24,45 @@ using figures::TextShape;
 
 constexpr double kRadians = 3.14159265358979 / 180;
 
-agg::rgba8 ColourOf(Rgba colour) {
-  return agg::rgba8(colour.red, colour.green, colour.blue, colour.alpha).premultiply();
+constexpr Pixel kOpaque = 0xFF000000;
+
+/// All four parts of a pixel times a part of 255, rounded.
+Pixel Times(Pixel pixel, unsigned part) {
+  const auto two = [part](Pixel parts) {
+    parts = parts * part + 0x00800080;
+    return ((parts >> 8 & 0x00FF00FF) + parts) >> 8 & 0x00FF00FF;
+  };
+  return two(pixel & 0x00FF00FF) | two(pixel >> 8 & 0x00FF00FF) << 8;
 }
+
+/// Multiplied by its alpha, as all pixels are until they are given away.
+Pixel ColourOf(Rgba colour) {
+  const Pixel plain = kOpaque | static_cast<Pixel>(colour.red) << 16 |
+                      static_cast<Pixel>(colour.green) << 8 | colour.blue;
+  return Times(plain, colour.alpha);
+}
+
+void Blend(Pixel& below, Pixel colour) { below = below - Times(below, colour >> 24) + colour; }
 
 /// Of a colour as it lies in memory, as are the library's own pixels: lowest byte first.
-constexpr std::uint32_t kOpaque = 0xFF000000;
-Pixel ToPixel(std::uint32_t colour) {
-  return (colour & 0xFF00FF00) | (colour >> 16 & 0xFF) | (colour & 0xFF) << 16;
+std::uint32_t BitsOf(const Rgba& colour) {
+  std::uint32_t bits;
+  std::memcpy(&bits, &colour, sizeof bits);
+  return bits;
 }
 
-Pixel ToPixel(agg::rgba8 colour) {
-  return static_cast<Pixel>(colour.a) << 24 | static_cast<Pixel>(colour.r) << 16 |
-         static_cast<Pixel>(colour.g) << 8 | colour.b;
-}
-
-/// As many as are covered wholly by opaque colours, eight at a time.
-struct CoveredColours {
-  const agg::int8u* covers;
-  const Rgba* colours;
-  Pixel* pixels;
-};
-int CopyOpaque(const CoveredColours& from, int count) {
-  constexpr int kAtOnce = 8;
-  int done = 0;
-  for (; done + kAtOnce <= count; done += kAtOnce) {
-    std::uint64_t covers;
-    std::array<std::uint32_t, kAtOnce> colours;
-    std::memcpy(&covers, from.covers + done, sizeof covers);
-    std::memcpy(colours.data(), from.colours + done, sizeof colours);
-    std::uint32_t all = ~0U;
-    for (const std::uint32_t colour : colours) all &= colour;
-    if (~covers != 0 || (all & kOpaque) != kOpaque) break;
-    Pixel* to = from.pixels + done;
-    for (const std::uint32_t colour : colours) *to++ = ToPixel(colour);
+void PutColours(std::span<const Rgba> colours, unsigned cover, Pixel* to) {
+  std::uint32_t all = cover << 24;
+  for (const Rgba& colour : colours) all &= BitsOf(colour);
+  if (all >= kOpaque) {
+    // A loop without a branch, of which the compiler takes several at once.
+    for (const Rgba& colour : colours) {
+      const std::uint32_t bits = BitsOf(colour);
+      *to++ = (bits & 0xFF00FF00) | (bits >> 16 & 0xFF) | (bits & 0xFF) << 16;
+    }
+    return;
   }
-  return done;
+  for (const Rgba colour : colours) Blend(*to++, Times(ColourOf(colour), cover));
 }
 
 /// Outlines of letters at their place, in pixels.
@@ -133,36 +136,6 @@ void Divide(std::span<Pixel> pixels) {
   }
 }
 
-/// Rows of a picture.
-struct Band {
-  int top = 0;
-  int bottom = 0;
-};
-
-/// The rows of a band, by their numbers in the whole picture.
-class BandRows {
- public:
-  using row_data = agg::const_row_info<agg::int8u>;
-
-  void Attach(Pixel* pixels, int width, Band band) {
-    pixels_ = pixels;
-    width_ = width;
-    band_ = band;
-  }
-  Pixel* Row(int y) const { return pixels_ + static_cast<std::ptrdiff_t>(y - band_.top) * width_; }
-  // What the format calls.
-  unsigned width() const { return static_cast<unsigned>(width_); }
-  unsigned height() const { return static_cast<unsigned>(band_.bottom); }
-  agg::int8u* row_ptr(int, int y, unsigned) const { return row_ptr(y); }
-  agg::int8u* row_ptr(int y) const { return reinterpret_cast<agg::int8u*>(Row(y)); }
-
- private:
-  Pixel* pixels_ = nullptr;
-  int width_ = 0;
-  Band band_;
-};
-using PixelFormat = agg::pixfmt_alpha_blend_rgba<agg::blender_bgra32_pre, BandRows>;
-
 /// Paints what of a figure lies in a band of its picture, with the pixels that the whole would
 /// have: shapes are left out where they are elsewhere, but never cut, which would round their edges
 /// anew.
@@ -173,9 +146,7 @@ class RasterDevice final : public figures::Device {
         text_(text),
         figure_(figure),
         width_(std::max(1, static_cast<int>(std::lround(figure.width * scale_)))),
-        height_(std::max(1, static_cast<int>(std::lround(figure.height * scale_)))),
-        format_(buffer_),
-        base_(format_) {}
+        height_(std::max(1, static_cast<int>(std::lround(figure.height * scale_)))) {}
 
   int Width() const { return width_; }
   int Height() const { return height_; }
@@ -186,12 +157,8 @@ class RasterDevice final : public figures::Device {
     band_ = band;
     const auto width = static_cast<std::size_t>(width_);
     pixels_.assign(width * static_cast<std::size_t>(band.bottom - band.top),
-                   figure_.background ? ToPixel(ColourOf(*figure_.background)) : 0);
-    buffer_.Attach(pixels_.data(), width_, band);
-    format_.attach(buffer_);
-    base_.attach(format_);
-    base_.clip_box(0, band.top, width_ - 1, band.bottom - 1);
-    raster_.clip_box(0, 0, width_, height_);
+                   figure_.background ? ColourOf(*figure_.background) : 0);
+    cells_.LookAt(width_, height_, band);
     figures::Draw(figure_, *this);
     if (HasAlpha()) Divide(pixels_);
     return pixels_;
@@ -232,28 +199,16 @@ class RasterDevice final : public figures::Device {
                             {left / scale_, top / scale_, 1 / scale_, right - left, bottom - top});
     agg::path_storage path = PathOf(shape.outline);
     if (path.total_vertices() == 0) return;
-    raster_.reset();
-    raster_.add_path(path);
-    if (!raster_.rewind_scanlines()) return;
-    scanline_.reset(raster_.min_x(), raster_.max_x());
-    while (raster_.sweep_scanline(scanline_)) {
-      const int y = scanline_.y();
-      if (y < std::max(top, band_.top) || y >= std::min(bottom, band_.bottom)) continue;
-      const Rgba* row = rows.At(y - top).data();
-      Pixel* to = buffer_.Row(y);
-      auto span = scanline_.begin();
-      for (unsigned k = 0; k < scanline_.num_spans(); ++k, ++span) {
-        const int begin = std::max<int>(span->x, left);
-        const int end = std::min<int>(span->x + span->len, right);
-        const agg::int8u* covers = span->covers - span->x;
-        for (int x = begin; x < end; ++x) {
-          x += CopyOpaque({covers + x, row + (x - left), to + x}, end - x);
-          if (x >= end) break;
-          const Rgba colour = row[x - left];
-          format_.blend_pixel(x, y, ColourOf(colour), covers[x]);
-        }
-      }
-    }
+    AddPath(path);
+    cells_.Sweep([&](int y, int x, int count, unsigned cover) {
+      if (y < top || y >= bottom) return;
+      const int begin = std::max(x, left);
+      const int end = std::min(x + count, right);
+      if (begin >= end) return;
+      const std::span<const Rgba> colours = rows.At(y - top).subspan(
+          static_cast<std::size_t>(begin - left), static_cast<std::size_t>(end - begin));
+      PutColours(colours, cover, RowAt(y) + begin);
+    });
   }
 
  private:
@@ -287,33 +242,45 @@ class RasterDevice final : public figures::Device {
       const double angle = 360.0 * i / corners * kRadians;
       rim.push_back({radius * std::cos(angle), radius * std::sin(angle)});
     }
-    raster_.reset();
     for (const Point centre : centres) {
       const Point c = centre * scale_;
       if (c.y + radius < band_.top - 1 || c.y - radius > band_.bottom + 1) continue;
-      raster_.move_to_d(c.x + rim[0].x, c.y + rim[0].y);
-      for (const Point p : std::span(rim).subspan(1)) raster_.line_to_d(c.x + p.x, c.y + p.y);
+      cells_.MoveTo(c.x + rim[0].x, c.y + rim[0].y);
+      for (const Point p : std::span(rim).subspan(1)) cells_.LineTo(c.x + p.x, c.y + p.y);
     }
-    Render(colour);
+    FillCells(colour);
   }
 
-  /// What was rasterised, in the rows of the band.
-  void Render(Rgba colour) {
-    if (!raster_.rewind_scanlines()) return;
-    scanline_.reset(raster_.min_x(), raster_.max_x());
-    const int first = std::max(raster_.min_y(), band_.top);
-    if (first >= band_.bottom || !raster_.navigate_scanline(first)) return;
-    const agg::rgba8 ink = ColourOf(colour);
-    while (raster_.sweep_scanline(scanline_) && scanline_.y() < band_.bottom) {
-      agg::render_scanline_aa_solid(scanline_, base_, ink);
+  Pixel* RowAt(int y) {
+    return pixels_.data() + static_cast<std::ptrdiff_t>(y - band_.top) * width_;
+  }
+
+  void FillCells(Rgba colour) {
+    const Pixel ink = ColourOf(colour);
+    cells_.Sweep([&](int y, int x, int count, unsigned cover) {
+      const std::span pixels(RowAt(y) + x, static_cast<std::size_t>(count));
+      const Pixel covered = Times(ink, cover);
+      if (covered >= kOpaque) return std::fill(pixels.begin(), pixels.end(), covered);
+      for (Pixel& pixel : pixels) Blend(pixel, covered);
+    });
+  }
+
+  void AddPath(agg::path_storage& path) {
+    path.rewind(0);
+    double x = 0;
+    double y = 0;
+    for (unsigned command; !agg::is_stop(command = path.vertex(&x, &y));) {
+      if (agg::is_move_to(command)) {
+        cells_.MoveTo(x, y);
+      } else if (agg::is_vertex(command)) {
+        cells_.LineTo(x, y);
+      }
     }
   }
 
-  template <class Source>
-  void Fill(Source& source, Rgba colour) {
-    raster_.reset();
-    raster_.add_path(source);
-    Render(colour);
+  void Fill(agg::path_storage& path, Rgba colour) {
+    AddPath(path);
+    FillCells(colour);
   }
 
   void DrawStroke(agg::path_storage& path, const Stroke& stroke) {
@@ -335,11 +302,7 @@ class RasterDevice final : public figures::Device {
   int height_;
   Band band_;
   std::vector<Pixel> pixels_;
-  BandRows buffer_;
-  PixelFormat format_;
-  agg::renderer_base<PixelFormat> base_;
-  agg::rasterizer_scanline_aa<> raster_;
-  agg::scanline_u8 scanline_;
+  ShapeCells cells_;
 };
 
 }  // namespace

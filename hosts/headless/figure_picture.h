@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Figures as pixels, with smooth edges: painted by Anti-Grain Geometry (2.4, BSD licence), which
-/// is small, builds wherever C++ does and pulls in no library at run time.
+/// Figures as pixels, with smooth edges. Lines are widened and cut by Anti-Grain Geometry (2.4, BSD
+/// licence), whose headers build wherever C++ does; `ShapeCells` tells what is covered.
 ///
 ///     FreeTypeText text;
 ///     const FigurePicture picture = PaintFigure(figure, 2, text);
