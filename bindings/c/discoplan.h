@@ -203,11 +203,13 @@ DISCOPLAN_API discoplan_status discoplan_wafer_lattice(discoplan_wafer* wafer,
                                                        float* values, int64_t capacity);
 
 /* `wafer` minus `other` at the sites of `wafer`: site by site within 0.1 mm, else interpolated,
- * which is counted if `interpolated` isn't NULL. */
+ * which is counted if `interpolated` isn't NULL, and said in the name. Known units that differ give
+ * DISCOPLAN_BAD_DATA. */
 DISCOPLAN_API discoplan_status discoplan_wafer_minus(discoplan_wafer* wafer, discoplan_wafer* other,
                                                      int64_t* interpolated,
                                                      discoplan_wafer** difference);
-/* The mean of `count` wafers at the sites of the first one. */
+/* The mean of `count` wafers at the sites of the first one, likewise. Wafers of quantities with
+ * different names give DISCOPLAN_BAD_DATA, too. */
 DISCOPLAN_API discoplan_status discoplan_wafers_mean(discoplan_wafer* const* wafers, int64_t count,
                                                      int64_t* interpolated, discoplan_wafer** mean);
 

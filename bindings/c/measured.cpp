@@ -144,6 +144,13 @@ data::ReadRequest SizeRequest(const discoplan_wafer_options& options, const std:
   return request;
 }
 
+/// Nobody need say what is measured; what is said must be the same.
+void RequireSame(const std::string& one, const std::string& other, const char* verb) {
+  if (one.empty() || other.empty() || one == other) return;
+  RefuseData(std::string("the wafers' values are ") + verb + data::Shown(one) + " and " +
+             data::Shown(other) + "; take wafers of one kind");
+}
+
 }  // namespace
 
 FigureMask FiguresOf(std::uint64_t given) {
@@ -247,6 +254,15 @@ std::shared_ptr<MeasuredWafer> NewWafer(const discoplan_sites& sites, std::int64
           .orientation = OrientationOf(options.orientation),
           .notch = Choice<figures::Side>(options.notch_side, 3, "notch_side")},
       options.diameter > 0);
+}
+
+void RequireOneUnit(const MeasuredWafer& wafer, const MeasuredWafer& other) {
+  RequireSame(wafer.Looks().parameter.unit, other.Looks().parameter.unit, "in ");
+}
+
+void RequireOneQuantity(const MeasuredWafer& wafer, const MeasuredWafer& other) {
+  RequireOneUnit(wafer, other);
+  RequireSame(wafer.Looks().parameter.name, other.Looks().parameter.name, "");
 }
 
 std::shared_ptr<MeasuredWafer> WithSites(const MeasuredWafer& like, std::span<const Site> sites,

@@ -71,6 +71,11 @@ class MeasuredWafer final : public Held {
 std::shared_ptr<MeasuredWafer> NewWafer(const discoplan_sites& sites, std::int64_t first,
                                         std::int64_t last, const discoplan_wafer_options& options);
 
+/// Raises `Error` for wafers whose values are known to be in different units.
+void RequireOneUnit(const MeasuredWafer& wafer, const MeasuredWafer& other);
+/// The same, and for values that are called by different names.
+void RequireOneQuantity(const MeasuredWafer& wafer, const MeasuredWafer& other);
+
 /// The same wafer with other sites and looks. Raises `Error`.
 std::shared_ptr<MeasuredWafer> WithSites(const MeasuredWafer& like, std::span<const Site> sites,
                                          const std::string& name, MeasuredWafer::Look look);

@@ -67,6 +67,7 @@ std::shared_ptr<HeldPicture> DrawSheet(Wafers wafers, Drawing drawing) {
   if (drawing.size.width < 300 || drawing.size.height < 200) {
     Refuse("the sheet is too small for the plots of a lot; give a larger size");
   }
+  for (const auto& wafer : wafers) RequireOneQuantity(*wafers.front(), *wafer);
   const figures::LotPlot lot = LotOf(wafers, drawing);
   std::vector<figures::Figure> pages;
   for (std::size_t first = 0; first < wafers.size(); first += figures::kWafersOnPage) {

@@ -111,12 +111,13 @@ Wafers AllOf(discoplan_wafer* const* handles, std::int64_t count) {
 }
 
 std::shared_ptr<MeasuredWafer> Derived(const MeasuredWafer& like, const analysis::Derived& derived,
-                                       const std::string& name, bool is_difference,
+                                       std::string name, bool is_difference,
                                        std::int64_t* interpolated) {
   if (derived.sites.empty() || derived.missing > 0) {
     throw Error(DISCOPLAN_BAD_DATA, name + ": " + data::Counted(derived.missing, "site") +
                                         " have no partner, and too few others to interpolate from");
   }
+  if (derived.interpolated > 0) name += " (interpolated)";
   if (interpolated != nullptr) *interpolated = static_cast<std::int64_t>(derived.interpolated);
   MeasuredWafer::Look look = like.Looks();
   look.is_difference = look.is_difference || is_difference;
@@ -239,6 +240,7 @@ discoplan_status discoplan_wafer_minus(discoplan_wafer* wafer, discoplan_wafer* 
   return HandedOut<MeasuredWafer>(difference, [&] {
     const auto from = Get<MeasuredWafer>(wafer);
     const auto taken = Get<MeasuredWafer>(other);
+    RequireOneUnit(*from, *taken);
     return Derived(*from, analysis::DifferenceOf(from->Sites(), taken->Sites()),
                    from->Measured().name + ", minus " + taken->Measured().name, true, interpolated);
   });
@@ -249,7 +251,10 @@ discoplan_status discoplan_wafers_mean(discoplan_wafer* const* wafers, int64_t c
   return HandedOut<MeasuredWafer>(mean, [&] {
     const Wafers all = AllOf(wafers, count);
     std::vector<std::span<const Site>> sites;
-    for (const auto& each : all) sites.push_back(each->Sites());
+    for (const auto& each : all) {
+      RequireOneQuantity(*all.front(), *each);
+      sites.push_back(each->Sites());
+    }
     return Derived(*all.front(), analysis::MeanWafer(sites), "mean", false, interpolated);
   });
 }

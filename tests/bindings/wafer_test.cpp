@@ -167,6 +167,60 @@ TEST(CWafer, SubtractsAndAverages) {
   discoplan_free(made);
 }
 
+TEST(CWafer, SaysThatItWasInterpolated) {
+  const Ramp ramp;
+  Ramp moved;
+  moved.x[7] += 1;
+  discoplan_wafer_options options{};
+  options.size = sizeof options;
+  options.name = "A";
+  const Wafer a(ramp.Sites(), options), b(moved.Sites(), options);
+  for (const auto& [other, name] :
+       {std::pair{a.Get(), "A, minus A"}, {b.Get(), "A, minus A (interpolated)"}}) {
+    discoplan_wafer* made = nullptr;
+    ASSERT_EQ(discoplan_wafer_minus(a.Get(), other, nullptr, &made), DISCOPLAN_OK);
+    discoplan_wafer_info info{};
+    info.size = sizeof info;
+    ASSERT_EQ(discoplan_wafer_describe(made, &info), DISCOPLAN_OK);
+    EXPECT_STREQ(info.name, name);
+    discoplan_free(made);
+  }
+}
+
+TEST(CWafer, IsNotMixedWithOthersOfAnotherKind) {
+  const Ramp ramp;
+  const auto made = [&](const char* quantity, const char* unit) {
+    discoplan_wafer_options options{};
+    options.size = sizeof options;
+    options.quantity = quantity;
+    options.unit = unit;
+    return Wafer(ramp.Sites(), options);
+  };
+  const Wafer nm = made("THK", "nm"), angstrom = made("THK", "A"), other = made("n", "nm"),
+              unknown = made(nullptr, nullptr);
+  const std::string units = "the wafers' values are in 'nm' and 'A'; take wafers of one kind";
+  const std::string names = "the wafers' values are 'THK' and 'n'; take wafers of one kind";
+  struct Case {
+    const Wafer& partner;
+    std::string difference, mean;
+  };
+  for (const Case& test : {Case{angstrom, units, units}, {other, "", names}, {unknown, "", ""}}) {
+    const std::array<discoplan_wafer*, 2> both = {nm.Get(), test.partner.Get()};
+    discoplan_wafer* wafer = nullptr;
+    discoplan_picture* sheet = nullptr;
+    const auto expect = [](discoplan_status status, const std::string& text) {
+      EXPECT_EQ(status, text.empty() ? DISCOPLAN_OK : DISCOPLAN_BAD_DATA);
+      EXPECT_EQ(text.empty() ? "" : discoplan_error(), text);
+    };
+    expect(discoplan_wafer_minus(both[0], both[1], nullptr, &wafer), test.difference);
+    discoplan_free(wafer);
+    expect(discoplan_wafers_mean(both.data(), 2, nullptr, &wafer), test.mean);
+    discoplan_free(wafer);
+    expect(discoplan_sheet(both.data(), 2, nullptr, &sheet), test.mean);
+    discoplan_free(sheet);
+  }
+}
+
 TEST(CLot, HandsOutItsWafers) {
   const std::string path = discoplan::Example("native_oxide_lot.csv");
   discoplan_lot* lot = nullptr;
