@@ -8,7 +8,6 @@
 #pragma GCC diagnostic ignored "-Wshadow"
 #pragma GCC diagnostic ignored "-Wextra"
 #include <agg2/agg_math_stroke.h>
-#include <agg2/agg_path_storage.h>
 #include <agg2/agg_rasterizer_sl_clip.h>
 #include <agg2/agg_vertex_sequence.h>
 #pragma GCC diagnostic pop

@@ -68,7 +68,7 @@ void PutColours(std::span<const Rgba> colours, unsigned cover, Pixel* to) {
 /// Outlines of letters at their place, in pixels.
 class LetterPath final : public OutlineSink {
  public:
-  LetterPath(agg::path_storage& path, Point start, double size, double angle)
+  LetterPath(PixelPath& path, Point start, double size, double angle)
       : path_(path),
         start_(start),
         c_(std::cos(angle) * size),
@@ -77,13 +77,13 @@ class LetterPath final : public OutlineSink {
         steps_(std::clamp(static_cast<int>(size / 12) + 2, 3, 16)) {}
 
   void MoveTo(double x, double y) override {
-    path_.close_polygon();
+    path_.Close();
     last_ = At(x, y);
-    path_.move_to(last_.x, last_.y);
+    path_.MoveTo(last_);
   }
   void LineTo(double x, double y) override {
     last_ = At(x, y);
-    path_.line_to(last_.x, last_.y);
+    path_.LineTo(last_);
   }
   void CurveTo(double control_x, double control_y, double x, double y) override {
     const Point control = At(control_x, control_y);
@@ -91,7 +91,7 @@ class LetterPath final : public OutlineSink {
     for (int i = 1; i <= steps_; ++i) {
       const double t = static_cast<double>(i) / steps_;
       const Point p = last_ * ((1 - t) * (1 - t)) + control * (2 * t * (1 - t)) + to * (t * t);
-      path_.line_to(p.x, p.y);
+      path_.LineTo(p);
     }
     last_ = to;
   }
@@ -104,7 +104,7 @@ class LetterPath final : public OutlineSink {
       const double u = 1 - t;
       const Point p =
           last_ * (u * u * u) + a * (3 * u * u * t) + b * (3 * u * t * t) + to * (t * t * t);
-      path_.line_to(p.x, p.y);
+      path_.LineTo(p);
     }
     last_ = to;
   }
@@ -114,7 +114,7 @@ class LetterPath final : public OutlineSink {
     return {start_.x + c_ * x - s_ * y, start_.y - s_ * x - c_ * y};
   }
 
-  agg::path_storage& path_;
+  PixelPath& path_;
   Point start_;
   double c_;
   double s_;
@@ -165,10 +165,9 @@ class RasterDevice final : public figures::Device {
   }
 
   void Draw(const PathShape& shape) override {
-    agg::path_storage path = PathOf(shape.path, shape.stroke.width);
-    if (path.total_vertices() == 0) return;
-    if (shape.fill) Fill(path, *shape.fill);
-    DrawStroke(path, shape.stroke);
+    if (!TakePath(shape.path, shape.stroke.width)) return;
+    if (shape.fill) Fill(path_, *shape.fill);
+    DrawStroke(shape.stroke);
   }
 
   void Draw(const DotsShape& shape) override {
@@ -180,13 +179,13 @@ class RasterDevice final : public figures::Device {
   }
 
   void Draw(const TextShape& shape) override {
-    agg::path_storage path;
     if (!Meets(shape.box.top - shape.size, shape.box.bottom + shape.size)) return;
-    LetterPath letters(path, shape.start * scale_, shape.size * scale_, shape.angle * kRadians);
+    path_.Clear();
+    LetterPath letters(path_, shape.start * scale_, shape.size * scale_, shape.angle * kRadians);
     text_.Outline({.name = figure_.font, .size = 1, .bold = shape.bold}, shape.text, letters);
-    path.close_polygon();
-    if (shape.halo > 0) DrawStroke(path, {2 * shape.halo, shape.halo_colour});
-    Fill(path, shape.colour);
+    path_.Close();
+    if (shape.halo > 0) DrawStroke({2 * shape.halo, shape.halo_colour});
+    Fill(path_, shape.colour);
   }
 
   void Draw(const ImageShape& shape) override {
@@ -197,9 +196,8 @@ class RasterDevice final : public figures::Device {
     if (right <= left || bottom <= top) return;
     figures::ImageRows rows(*shape.source,
                             {left / scale_, top / scale_, 1 / scale_, right - left, bottom - top});
-    agg::path_storage path = PathOf(shape.outline);
-    if (path.total_vertices() == 0) return;
-    AddPath(path);
+    if (!TakePath(shape.outline)) return;
+    AddToCells(path_);
     cells_.Sweep([&](int y, int x, int count, unsigned cover) {
       if (y < top || y >= bottom) return;
       const int begin = std::max(x, left);
@@ -218,21 +216,19 @@ class RasterDevice final : public figures::Device {
     return top * scale_ < band_.bottom + kNear && bottom * scale_ > band_.top - kNear;
   }
 
-  /// Without the pieces that a pen of that width doesn't bring into the band.
-  agg::path_storage PathOf(const figures::Path& path, double width = 0) const {
-    agg::path_storage made;
+  /// Without the pieces that a pen of that width doesn't bring into the band. False if none does.
+  bool TakePath(const figures::Path& path, double width = 0) {
+    path_.Clear();
     for (const auto& piece : path.pieces) {
       const auto [high, low] =
           std::minmax_element(piece.points.begin(), piece.points.end(),
                               [](const Point& a, const Point& b) { return a.y < b.y; });
       if (high == piece.points.end() || !Meets(high->y - width, low->y + width)) continue;
-      for (std::size_t i = 0; i < piece.points.size(); ++i) {
-        const Point p = piece.points[i] * scale_;
-        i == 0 ? made.move_to(p.x, p.y) : made.line_to(p.x, p.y);
-      }
-      if (piece.closed) made.close_polygon();
+      path_.MoveTo(piece.points.front() * scale_);
+      for (const Point& p : std::span(piece.points).subspan(1)) path_.LineTo(p * scale_);
+      if (piece.closed) path_.Close();
     }
-    return made;
+    return !path_.IsEmpty();
   }
 
   void DrawDiscs(std::span<const Point> centres, double radius, Rgba colour) {
@@ -245,8 +241,8 @@ class RasterDevice final : public figures::Device {
     for (const Point centre : centres) {
       const Point c = centre * scale_;
       if (c.y + radius < band_.top - 1 || c.y - radius > band_.bottom + 1) continue;
-      cells_.MoveTo(c.x + rim[0].x, c.y + rim[0].y);
-      for (const Point p : std::span(rim).subspan(1)) cells_.LineTo(c.x + p.x, c.y + p.y);
+      cells_.MoveTo(c + rim[0]);
+      for (const Point p : std::span(rim).subspan(1)) cells_.LineTo(c + p);
     }
     FillCells(colour);
   }
@@ -265,34 +261,28 @@ class RasterDevice final : public figures::Device {
     });
   }
 
-  void AddPath(agg::path_storage& path) {
-    path.rewind(0);
-    double x = 0;
-    double y = 0;
-    for (unsigned command; !agg::is_stop(command = path.vertex(&x, &y));) {
-      if (agg::is_move_to(command)) {
-        cells_.MoveTo(x, y);
-      } else if (agg::is_vertex(command)) {
-        cells_.LineTo(x, y);
-      }
-    }
+  void AddToCells(const PixelPath& path) {
+    path.ForEachPiece([this](const PixelPath::Piece& piece) {
+      cells_.MoveTo(piece.points[0]);
+      for (const Point p : piece.points.subspan(1)) cells_.LineTo(p);
+    });
   }
 
-  void Fill(agg::path_storage& path, Rgba colour) {
-    AddPath(path);
+  void Fill(const PixelPath& path, Rgba colour) {
+    AddToCells(path);
     FillCells(colour);
   }
 
-  void DrawStroke(agg::path_storage& path, const Stroke& stroke) {
+  /// Along the path that was taken.
+  void DrawStroke(const Stroke& stroke) {
     if (stroke.width <= 0 || stroke.colour.alpha == 0) return;
-    agg::path_storage dashes;
-    if (stroke.dash > 0) dashes = Dashed(path, stroke.dash * scale_);
     // Finer than that a line would fade.
-    const double width = std::max(stroke.width * scale_, 0.7);
-    agg::path_storage lines =
-        Outlined(stroke.dash > 0 ? dashes : path,
-                 {.width = width, .top = band_.top - 1.0, .bottom = band_.bottom + 1.0});
-    Fill(lines, stroke.colour);
+    const LinePen pen = {.width = std::max(stroke.width * scale_, 0.7),
+                         .top = band_.top - 1.0,
+                         .bottom = band_.bottom + 1.0};
+    Fill(
+        stroke.dash > 0 ? Outlined(Dashed(path_, stroke.dash * scale_), pen) : Outlined(path_, pen),
+        stroke.colour);
   }
 
   double scale_;
@@ -302,6 +292,7 @@ class RasterDevice final : public figures::Device {
   int height_;
   Band band_;
   std::vector<Pixel> pixels_;
+  PixelPath path_;
   ShapeCells cells_;
 };
 

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "hosts/headless/agg_headers.h"
+
 namespace discoplan {
 namespace {
 
@@ -11,26 +13,14 @@ using Corners = agg::vertex_sequence<agg::vertex_dist>;
 
 /// Takes the pieces of two corners and more, one after the other: `take(corners, closed)`.
 template <class Take>
-void ForEachPiece(agg::path_storage& path, const Take& take) {
+void ForEachPiece(const PixelPath& path, const Take& take) {
   Corners corners;
-  const auto finish = [&](bool closed) {
-    corners.close(closed);
-    if (corners.size() > 1) take(corners, closed && corners.size() > 2);
+  path.ForEachPiece([&](const PixelPath::Piece& piece) {
+    for (const figures::Point p : piece.points) corners.add(agg::vertex_dist(p.x, p.y));
+    corners.close(piece.closed);
+    if (corners.size() > 1) take(corners, piece.closed && corners.size() > 2);
     corners.remove_all();
-  };
-  path.rewind(0);
-  double x = 0;
-  double y = 0;
-  for (;;) {
-    const unsigned command = path.vertex(&x, &y);
-    if (agg::is_stop(command)) return finish(false);
-    if (agg::is_end_poly(command)) {
-      finish(agg::is_close(command));
-      continue;
-    }
-    if (agg::is_move_to(command)) finish(false);
-    corners.add(agg::vertex_dist(x, y));
-  }
+  });
 }
 
 /// Goes around a piece at half the width.
@@ -42,26 +32,26 @@ class Outliner {
     pen_.line_cap(agg::butt_cap);
   }
 
-  void GoAround(bool closed, agg::path_storage& outline) {
+  void GoAround(bool closed, PixelPath& outline) {
     const unsigned count = corners_.size();
     if (!closed) Cap(0, 1, outline);
     for (unsigned i = closed ? 0 : 1; i < (closed ? count : count - 1); ++i) {
       Join((i + count - 1) % count, i, (i + 1) % count, outline);
     }
-    closed ? outline.close_polygon() : Cap(count - 1, count - 2, outline);
+    closed ? outline.Close() : Cap(count - 1, count - 2, outline);
     begun_ = begun_ && !closed;
     for (unsigned i = closed ? count : count - 1; i-- > (closed ? 0 : 1);) {
       Join((i + 1) % count, i, (i + count - 1) % count, outline);
     }
-    outline.close_polygon();
+    outline.Close();
   }
 
  private:
-  void Cap(unsigned at, unsigned toward, agg::path_storage& outline) {
+  void Cap(unsigned at, unsigned toward, PixelPath& outline) {
     pen_.calc_cap(points_, corners_[at], corners_[toward], Distance(at, toward));
     Append(outline);
   }
-  void Join(unsigned from, unsigned at, unsigned to, agg::path_storage& outline) {
+  void Join(unsigned from, unsigned at, unsigned to, PixelPath& outline) {
     pen_.calc_join(points_, corners_[from], corners_[at], corners_[to], Distance(from, at),
                    Distance(at, to));
     Append(outline);
@@ -71,10 +61,10 @@ class Outliner {
     const auto [first, second] = std::minmax(a, b);
     return corners_[second - first == 1 ? first : second].dist;
   }
-  void Append(agg::path_storage& outline) {
+  void Append(PixelPath& outline) {
     for (unsigned i = 0; i < points_.size(); ++i) {
-      begun_ ? outline.line_to(points_[i].x, points_[i].y)
-             : outline.move_to(points_[i].x, points_[i].y);
+      const figures::Point point = {points_[i].x, points_[i].y};
+      begun_ ? outline.LineTo(point) : outline.MoveTo(point);
       begun_ = true;
     }
   }
@@ -121,8 +111,8 @@ void ForEachRunInSight(const Corners& corners, bool closed, const LinePen& pen, 
 
 }  // namespace
 
-agg::path_storage Outlined(agg::path_storage& path, const LinePen& pen) {
-  agg::path_storage outline;
+PixelPath Outlined(const PixelPath& path, const LinePen& pen) {
+  PixelPath outline;
   ForEachPiece(path, [&](const Corners& corners, bool closed) {
     ForEachRunInSight(corners, closed, pen, [&](const Corners& run, bool run_closed) {
       Outliner(run, pen.width).GoAround(run_closed, outline);
@@ -131,14 +121,14 @@ agg::path_storage Outlined(agg::path_storage& path, const LinePen& pen) {
   return outline;
 }
 
-agg::path_storage Dashed(agg::path_storage& path, double length) {
-  agg::path_storage dashes;
+PixelPath Dashed(const PixelPath& path, double length) {
+  PixelPath dashes;
   ForEachPiece(path, [&](const Corners& corners, bool closed) {
     bool down = true;
     double left = length;  // of this dash or gap
-    dashes.move_to(corners[0].x, corners[0].y);
+    dashes.MoveTo({corners[0].x, corners[0].y});
     const auto go_to = [&](double x, double y) {
-      down ? dashes.line_to(x, y) : dashes.move_to(x, y);
+      down ? dashes.LineTo({x, y}) : dashes.MoveTo({x, y});
     };
     for (unsigned i = 0; i + (closed ? 0 : 1) < corners.size(); ++i) {
       const agg::vertex_dist& from = corners[i];

@@ -4,7 +4,7 @@
 /// What a pen covers along a path. Joins and caps are those of Anti-Grain Geometry; with the walk
 /// along the path here, its headers are all that is needed of it, on any system.
 
-#include "hosts/headless/agg_headers.h"
+#include "hosts/headless/pixel_path.h"
 
 namespace discoplan {
 
@@ -18,9 +18,9 @@ struct LinePen {
 /// Outlines of a line along each piece of the path: round joins, butt ends. To be filled by the
 /// non-zero rule, which gives what it would of the whole line where that is looked at; what lies
 /// elsewhere is left out.
-agg::path_storage Outlined(agg::path_storage& path, const LinePen& pen);
+PixelPath Outlined(const PixelPath& path, const LinePen& pen);
 
 /// The path cut into dashes with gaps of the same length, each piece beginning with a dash.
-agg::path_storage Dashed(agg::path_storage& path, double length);
+PixelPath Dashed(const PixelPath& path, double length);
 
 }  // namespace discoplan

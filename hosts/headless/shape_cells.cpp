@@ -74,16 +74,16 @@ void ShapeCells::Forget() {
   cells_.assign(1, {.x = std::numeric_limits<std::int32_t>::min(), .cell = {}, .next = 0});
 }
 
-void ShapeCells::MoveTo(double x, double y) {
+void ShapeCells::MoveTo(figures::Point point) {
   Close();
-  start_x_ = agg::ras_conv_int::upscale(x);
-  start_y_ = agg::ras_conv_int::upscale(y);
+  start_x_ = agg::ras_conv_int::upscale(point.x);
+  start_y_ = agg::ras_conv_int::upscale(point.y);
   clip_.move_to(start_x_, start_y_);
 }
 
-void ShapeCells::LineTo(double x, double y) {
+void ShapeCells::LineTo(figures::Point point) {
   Lines lines{*this};
-  clip_.line_to(lines, agg::ras_conv_int::upscale(x), agg::ras_conv_int::upscale(y));
+  clip_.line_to(lines, agg::ras_conv_int::upscale(point.x), agg::ras_conv_int::upscale(point.y));
   is_open_ = true;
 }
 

@@ -7,7 +7,7 @@
 ///
 ///     ShapeCells cells;
 ///     cells.LookAt(width, height, {0, height});
-///     cells.MoveTo(10, 10); cells.LineTo(20, 10); cells.LineTo(15, 20);
+///     cells.MoveTo({10, 10}); cells.LineTo({20, 10}); cells.LineTo({15, 20});
 ///     cells.Sweep([&](int y, int x, int count, unsigned cover) { ... });
 ///
 /// Each line adds its height and the area beside it to the pixels that it crosses; the sums from
@@ -19,6 +19,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "discoplan/figures/shapes.h"
 #include "hosts/headless/agg_headers.h"
 #include "hosts/headless/export.h"
 
@@ -36,8 +37,8 @@ class DISCOPLAN_HEADLESS_EXPORT ShapeCells {
   void LookAt(int width, int height, Band rows);
 
   /// Begins an outline, in pixels. It is closed by itself; inside is by non-zero winding.
-  void MoveTo(double x, double y);
-  void LineTo(double x, double y);
+  void MoveTo(figures::Point point);
+  void LineTo(figures::Point point);
 
   /// Takes what is covered, and forgets it: `take(y, x, count, cover)` for `count` pixels from
   /// column `x` on, with a cover of 1 to 255, row by row and from left to right.

@@ -16,11 +16,8 @@
 namespace discoplan {
 namespace {
 
-struct Corner {
-  double x;
-  double y;
-};
-using Outline = std::vector<Corner>;
+using figures::Point;
+using Outline = std::vector<Point>;
 using Coverage = std::vector<unsigned>;  // row by row
 
 constexpr int kWidth = 130;
@@ -30,8 +27,8 @@ std::size_t IndexOf(int y, int x) { return static_cast<std::size_t>(y * kWidth +
 
 Coverage Swept(ShapeCells& cells, const std::vector<Outline>& outlines) {
   for (const Outline& outline : outlines) {
-    cells.MoveTo(outline[0].x, outline[0].y);
-    for (std::size_t i = 1; i < outline.size(); ++i) cells.LineTo(outline[i].x, outline[i].y);
+    cells.MoveTo(outline[0]);
+    for (std::size_t i = 1; i < outline.size(); ++i) cells.LineTo(outline[i]);
   }
   Coverage coverage(kWidth * kHeight);
   std::size_t last = 0;
@@ -93,10 +90,10 @@ class RandomOutlines {
   std::vector<Outline> Next() {
     std::vector<Outline> outlines(1 + engine_() % 4);
     const double size = std::pow(10, Uniform(-0.5, 2.3));
-    const Corner middle = {Uniform(-20, kWidth + 20), Uniform(-20, kHeight + 20)};
+    const Point middle = {Uniform(-20, kWidth + 20), Uniform(-20, kHeight + 20)};
     for (Outline& outline : outlines) {
       for (std::size_t i = 0; i < 3 + engine_() % 9; ++i) {
-        Corner corner = {middle.x + Uniform(-size, size), middle.y + Uniform(-size, size)};
+        Point corner = {middle.x + Uniform(-size, size), middle.y + Uniform(-size, size)};
         if (engine_() % 4 == 0) corner = {std::round(corner.x), std::round(corner.y)};
         if (engine_() % 4 == 0 && !outline.empty()) corner.x = outline.back().x;
         if (engine_() % 4 == 0 && !outline.empty()) corner.y = outline.back().y;
