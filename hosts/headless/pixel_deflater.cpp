@@ -247,6 +247,14 @@ class Speller {
   std::array<BitsByTimes, 2> more_ = {};
 };
 
+/// Several pixels at a time.
+template <std::size_t kCount>
+bool AreEqual(const std::uint32_t* a, const std::uint32_t* b) {
+  std::uint32_t differences = 0;
+  for (std::size_t i = 0; i < kCount; ++i) differences |= a[i] ^ b[i];
+  return differences == 0;
+}
+
 /// Of a block with codes of its own: 286 symbols, two distances, and lengths of four bits each.
 constexpr std::size_t kHeadBytes = 160;
 Pen PutHead(const Lengths& lengths, unsigned bytes_per_pixel, bool last, Pen pen) {
@@ -302,11 +310,19 @@ void PixelDeflater::Add(std::uint8_t byte, std::span<const std::uint32_t> pixels
 template <unsigned kBytes>
 void PixelDeflater::AddPixels(std::span<const std::uint32_t> pixels) {
   // Where the pixels change: a place is written for each and stays where the next one differs, with
-  // no branch to foretell.
+  // no branch to foretell. Long stretches of one colour are passed in larger steps.
+  constexpr std::size_t kStep = 64;
   std::uint32_t* end = ends_.data();
-  for (std::size_t i = 1; i < pixels.size(); ++i) {
-    *end = static_cast<std::uint32_t>(i);
-    end += pixels[i] != pixels[i - 1] ? 1 : 0;
+  for (std::size_t i = 1; i < pixels.size();) {
+    const std::size_t stop = std::min(i + kStep, pixels.size());
+    if (stop - i == kStep && AreEqual<kStep>(&pixels[i], &pixels[i - 1])) {
+      i = stop;
+      continue;
+    }
+    for (; i < stop; ++i) {
+      *end = static_cast<std::uint32_t>(i);
+      end += pixels[i] != pixels[i - 1] ? 1 : 0;
+    }
   }
   *end++ = static_cast<std::uint32_t>(pixels.size());
   // The sums of the check stay far below 64 bits; of repeats they are known at once.
