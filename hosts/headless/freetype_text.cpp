@@ -32,6 +32,7 @@ constexpr double kLargest = 2000;
 constexpr double kFarthest = 1e6;                   // pixels from the canvas's corner
 constexpr int kPhases = 4;                          // starts of a glyph within a pixel
 constexpr std::size_t kMostGlyphBytes = 8'000'000;  // of cached coverage
+constexpr std::size_t kMostOutlines = 1024;         // cached
 constexpr std::size_t kMostTypefaces = 4096;        // cached choices
 constexpr char32_t kReplacement = 0xFFFD;
 
@@ -202,21 +203,38 @@ struct Tracing {
   }
 };
 
-void Trace(const Letter& letter, double shift, OutlineSink& sink) {
-  FT_Face face = letter.typeface.face;
-  if (FT_Load_Glyph(face, letter.index, FT_LOAD_NO_SCALE) != 0 ||
-      face->glyph->format != FT_GLYPH_FORMAT_OUTLINE) {
-    return;
+/// Of a glyph in font units; it is empty for one without.
+class GlyphOutline {
+ public:
+  GlyphOutline(FT_Library library, const Letter& letter) : library_(library) {
+    FT_Face face = letter.typeface.face;
+    if (FT_Load_Glyph(face, letter.index, FT_LOAD_NO_SCALE) != 0 ||
+        face->glyph->format != FT_GLYPH_FORMAT_OUTLINE) {
+      return;
+    }
+    FT_Outline& outline = face->glyph->outline;
+    if (letter.typeface.embolden) {
+      FT_Outline_EmboldenXY(&outline, ToInt32(Emboldening(face->units_per_EM)), 0);
+    }
+    const auto points = static_cast<FT_UInt>(outline.n_points);
+    if (FT_Outline_New(library, points, outline.n_contours, &outline_) != 0) return;
+    FT_Outline_Copy(&outline, &outline_);
   }
-  FT_Outline& outline = face->glyph->outline;
-  if (letter.typeface.embolden) {
-    FT_Outline_EmboldenXY(&outline, ToInt32(Emboldening(face->units_per_EM)), 0);
+  ~GlyphOutline() { FT_Outline_Done(library_, &outline_); }
+  GlyphOutline(const GlyphOutline&) = delete;
+  GlyphOutline& operator=(const GlyphOutline&) = delete;
+
+  void Trace(double scale, double shift, OutlineSink& sink) {
+    Tracing tracing{sink, scale, shift};
+    static constexpr FT_Outline_Funcs kFunctions = {
+        Tracing::Move, Tracing::Line, Tracing::Curve, Tracing::Cubic, 0, 0};
+    FT_Outline_Decompose(&outline_, &kFunctions, &tracing);
   }
-  Tracing tracing{sink, Scale(face, 1), shift};
-  static constexpr FT_Outline_Funcs kFunctions = {
-      Tracing::Move, Tracing::Line, Tracing::Curve, Tracing::Cubic, 0, 0};
-  FT_Outline_Decompose(&outline, &kFunctions, &tracing);
-}
+
+ private:
+  FT_Library library_;
+  FT_Outline outline_ = {};
+};
 
 }  // namespace
 
@@ -266,6 +284,12 @@ class FreeTypeText::Typesetter {
       if (open == face) return {Utf8Of(std::get<0>(file)), std::get<2>(file)};
     }
     return {};
+  }
+
+  void Trace(const Letter& letter, double x, OutlineSink& sink) {
+    if (outlines_.size() >= kMostOutlines) outlines_.clear();
+    const auto outline = outlines_.try_emplace(letter, library_.get(), letter).first;
+    outline->second.Trace(Scale(letter.typeface.face, 1), x, sink);
   }
 
   /// Good until the next call.
@@ -365,6 +389,7 @@ class FreeTypeText::Typesetter {
   LibraryPtr library_;         // owns the faces
   std::map<std::tuple<std::filesystem::path, Content, int>, FT_Face> faces_;
   std::map<ChoiceKey, Typeface> choices_;
+  std::map<Letter, GlyphOutline> outlines_;
   std::map<GlyphKey, Glyph> glyphs_;
   std::size_t glyph_bytes_ = 0;
 };
@@ -388,8 +413,8 @@ double FreeTypeText::Height(const Font& font, double pixels_per_point) const {
 }
 
 void FreeTypeText::Outline(const Font& font, std::string_view text, OutlineSink& sink) const {
-  typesetter_->SetType(font, 1, text,
-                       [&](const Letter& letter, double x) { Trace(letter, x, sink); });
+  typesetter_->SetType(
+      font, 1, text, [&](const Letter& letter, double x) { typesetter_->Trace(letter, x, sink); });
 }
 
 std::pair<std::string, int> FreeTypeText::FileOf(const Font& font) const {

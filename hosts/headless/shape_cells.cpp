@@ -94,6 +94,19 @@ void ShapeCells::Close() {
   is_open_ = false;
 }
 
+inline void ShapeCells::AddToCell(int row, int column, int height, int area) {
+  std::uint32_t& last = last_[static_cast<std::size_t>(row - rows_.top)];
+  PlacedCell& known = cells_[last];
+  if (known.x == column) {
+    known.cell.cover += height;
+    known.cell.area += area;
+    return;
+  }
+  const auto added = static_cast<std::uint32_t>(cells_.size());
+  cells_.push_back({.x = column, .cell = {height, area}, .next = last});
+  last = added;
+}
+
 void ShapeCells::Add(int x1, int y1, int x2, int y2) {
   int row = y1 >> 8;
   const int last = y2 >> 8;
@@ -146,19 +159,6 @@ void ShapeCells::AddInRow(int row, int x1, int y1, int x2, int y2) {
     height -= first.whole;
   }
   AddToCell(row, column, height, (in_last + kPart - walk.edge) * height);
-}
-
-void ShapeCells::AddToCell(int row, int column, int height, int area) {
-  std::uint32_t& last = last_[static_cast<std::size_t>(row - rows_.top)];
-  PlacedCell& known = cells_[last];
-  if (known.x == column) {
-    known.cell.cover += height;
-    known.cell.area += area;
-    return;
-  }
-  const auto added = static_cast<std::uint32_t>(cells_.size());
-  cells_.push_back({.x = column, .cell = {height, area}, .next = last});
-  last = added;
 }
 
 bool ShapeCells::Gather(int row) {

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <limits>
 #include <optional>
 #include <random>
@@ -502,6 +503,42 @@ TEST(FreeTypeText, BrokenFontsShowLessOrCountAsNone) {
   }
   EXPECT_GE(none, 2);  // nothing of it, and a tenth
   EXPECT_GT(shown, 0);
+}
+
+/// All that it is told, as numbers.
+class Told final : public OutlineSink {
+ public:
+  void MoveTo(double x, double y) override { Take({0, x, y}); }
+  void LineTo(double x, double y) override { Take({1, x, y}); }
+  void CurveTo(double a, double b, double x, double y) override { Take({2, a, b, x, y}); }
+  void CubicTo(double a, double b, double c, double d, double x, double y) override {
+    Take({3, a, b, c, d, x, y});
+  }
+  std::vector<double> numbers;
+
+ private:
+  void Take(std::initializer_list<double> more) { numbers.insert(numbers.end(), more); }
+};
+
+std::vector<double> OutlineOf(const FreeTypeText& text, const Font& font, const char* words) {
+  Told told;
+  text.Outline(font, words, told);
+  return told.numbers;
+}
+
+TEST(FreeTypeText, OutlinesStayTheSameHoweverOftenTheyAreAsked) {
+  const FreeTypeText used;
+  for (const bool bold : {false, true}) {
+    const Font font = {.name = "Arial", .size = 1, .bold = bold};
+    const std::vector<double> once = OutlineOf(FreeTypeText(), font, "mean 10.03 nm");
+    EXPECT_GT(once.size(), 500u);
+    for (const char* words : {"0.3 means", "mean 10.03 nm", "Value (nm)", "mean 10.03 nm"}) {
+      const std::vector<double> again = OutlineOf(used, font, words);
+      if (words == std::string("mean 10.03 nm")) {
+        EXPECT_EQ(again, once);
+      }
+    }
+  }
 }
 
 }  // namespace
