@@ -216,7 +216,7 @@ std::shared_ptr<const figures::ValueField> MeasuredWafer::Field(
   // Wafers that come one after the other are mostly measured at the same places.
   auto made = MakeField({measured_.x, measured_.y, measured_.value},
                         static_cast<double>(measured_.diameter) / 2, interpolation,
-                        OfThread<figures::SitePlan>().Plates());
+                        OfThread<figures::SitePlan>().Places());
   if (measured_.value.size() <= kMostKept) kept = made;
   return made;
 }

@@ -3,10 +3,10 @@
 
 /// One maker for each kind of field. `samples` are the sites, one in each place.
 
-#include <map>
 #include <memory>
 #include <vector>
 
+#include "discoplan/figures/place_plan.h"
 #include "discoplan/figures/thin_plate.h"
 #include "discoplan/figures/value_field.h"
 
@@ -17,26 +17,16 @@ double Determinant(const std::vector<Sample>& three);
 
 std::shared_ptr<const ValueField> MakeIdw4Field(const SiteView& sites,
                                                 const std::vector<Sample>& samples, double radius);
-/// Equations of splines, kept from field to field: the wafers of a lot are mostly measured at the
-/// same places.
-class DISCOPLAN_EXPORT PlateStore {
- public:
-  const PlateEquations& For(const std::vector<Sample>& samples, double scale, double smoothing);
-
- private:
-  std::vector<Sample> places_;
-  double scale_ = 0;
-  std::map<double, PlateEquations> of_smoothing_;
-};
 /// One thin-plate spline.
-std::shared_ptr<const ValueField> MakePlateField(std::vector<Sample> samples, double radius,
-                                                 PlateStore& store);
+std::shared_ptr<const ValueField> MakePlateField(const std::vector<Sample>& samples, double radius,
+                                                 PlacePlan& plan);
 /// For many sites.
-std::shared_ptr<const ValueField> MakeLatticeField(std::vector<Sample> samples, double radius);
+std::shared_ptr<const ValueField> MakeLatticeField(const std::vector<Sample>& samples,
+                                                   double radius, PlacePlan& plan);
 
-/// As the function for everyone, with equations that are kept.
+/// As the function for everyone, with what is kept of the places.
 DISCOPLAN_EXPORT std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
                                                              Interpolation interpolation,
-                                                             PlateStore& store);
+                                                             PlacePlan& plan);
 
 }  // namespace discoplan::figures

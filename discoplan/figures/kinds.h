@@ -14,11 +14,11 @@ namespace discoplan::figures {
 /// What follows from the places of the sites alone, kept from wafer to wafer of a lot.
 class DISCOPLAN_EXPORT SitePlan {
  public:
-  PlateStore& Plates() { return plates_; }
+  PlacePlan& Places() { return places_; }
   std::shared_ptr<const Coverage> CoverageOf(const WaferPlot& plot);
 
  private:
-  PlateStore plates_;
+  PlacePlan places_;
   std::vector<float> x_;
   std::vector<float> y_;
   double diameter_ = 0;

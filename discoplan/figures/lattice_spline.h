@@ -6,53 +6,70 @@
 /// sites it is, to all that is seen, the thin-plate spline with smoothing; its work grows with the
 /// sites and the knots alone.
 ///
+///     LatticeSpline spline(150, 5);  // mm
+///     Knots sums = spline.None();
+///     for (const Sample& sample : samples) {
+///       const SplineTap tap = spline.TapOf(sample.x, sample.y);
+///       spline.Add(tap);
+///       spline.AddValue(tap, sample.value, sums);
+///     }
+///     Knots found = spline.None();
+///     spline.Improve(sums, {.bending = 20, .enough = 1e-4}, found);
+///     float value = spline.At(found, spline.TapOf(10, -20));
+///
 /// Source: P. H. C. Eilers, B. D. Marx, "Flexible smoothing with B-splines and penalties" (1996).
 
-#include <span>
+#include <map>
 #include <vector>
 
+#include "discoplan/figures/knot_solver.h"
 #include "discoplan/figures/refine.h"
 #include "discoplan/figures/thin_plate.h"
 
 namespace discoplan::figures {
 
+/// The sixteen knots that tell the value at a place.
+struct SplineTap {
+  std::size_t first;
+  std::array<float, 4> across;
+  std::array<float, 4> down;
+};
+
 class DISCOPLAN_EXPORT LatticeSpline {
  public:
-  /// Knots about `pitch` apart over the rectangle from -x to x and -y to y, in mm.
-  LatticeSpline(Point half_sides, double pitch);
+  /// Knots `pitch` apart over the square from -half_side to half_side, in mm.
+  LatticeSpline(double half_side, double pitch);
+  /// Near the same sites, with nothing kept.
+  LatticeSpline Copy() const;
 
-  void Add(std::span<const Sample> samples);
-  /// Coefficients at the knots, for a weight of bending in mm^2, to about `precision` of what the
-  /// values vary; from those of another weight if there are some.
-  std::vector<float> Solve(double bending, double precision, std::vector<float> from = {}) const;
+  SplineTap TapOf(double x, double y) const;
+  /// Takes in a site there.
+  void Add(const SplineTap& place);
+  /// Of a site that was taken in.
+  void AddValue(const SplineTap& place, float value, Knots& sums) const;
+  Knots None() const { return Knots(grid_.Size()); }
 
-  const Lattice& Knots() const { return knots_; }
-  double At(std::span<const float> coefficients, double x, double y) const;
+  struct Aim {
+    double bending;  ///< Its weight, in mm^2.
+    double enough;   ///< Sum of the squares of what may be wrong at the sites.
+  };
+  /// Coefficients at the knots, from the sums of the sites' values, and better ones than `found`
+  /// has. What follows from the places alone is kept for more values there.
+  /// Gives the number of steps.
+  int Improve(const Knots& sums, Aim aim, Knots& found);
+
+  Lattice KnotLattice() const;
+  float At(const Knots& found, const SplineTap& place) const;
+  /// Row by row without what is between the rows.
+  std::vector<float> Coefficients(const Knots& found) const;
 
  private:
-  /// A row of numbers for each knot, with a rim of zeros around them.
-  using Cells = std::vector<float>;
+  LatticeSpline(KnotGrid grid, double pitch) : grid_(grid), pitch_(pitch) {}
 
-  std::size_t Cell(int row, int column) const;
-  Cells MatrixOf(double bending) const;
-  void Multiply(const Cells& matrix, const Cells& x, Cells& product) const;
-  /// Adds what a spline on the coarser lattice has at the knots.
-  void AddFiner(const Cells& coarse, Cells& fine) const;
-  /// The other way round, the sums of what the coarser knots would give.
-  void SumCoarser(const Cells& fine, Cells& coarse) const;
-  /// Inverse squares of the unknowns of this lattice, the coarser one, and so on.
-  using Scaling = std::vector<Cells>;
-  Scaling ScalingOf(const Cells& matrix, double bending) const;
-  void Scale(std::span<const Cells> scaling, const Cells& rest, Cells& scaled) const;
-  void Improve(double bending, double precision, Cells& x) const;
-
-  Lattice knots_;
-  std::size_t stride_ = 0;
-  Cells products_;  // sums of products of a spline and those at or after it, `kPartners` for each
-  Cells right_;
-  std::vector<LatticeSpline> coarser_;  // none or one: where the search begins
-  std::vector<Tap> across_;             // from the coarser lattice to this one's columns
-  std::vector<Tap> down_;               // and rows
+  KnotGrid grid_;
+  double pitch_;
+  std::vector<KnotMatrix> sites_;  // sums of products of splines; coarser ones once they are asked
+  std::map<double, KnotSolver> of_bending_;
 };
 
 }  // namespace discoplan::figures

@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "discoplan/figures/field_kinds.h"
-#include "discoplan/figures/lattice_spline.h"
+#include "discoplan/figures/place_plan.h"
 #include "discoplan/figures/refine.h"
 
 namespace discoplan::figures {
@@ -32,18 +32,13 @@ struct Bounds {
   }
 };
 
-/// Usual distance of neighbours, in mm.
-double SpacingOf(std::size_t count, double radius) {
-  return radius * std::sqrt(3.14159 / static_cast<double>(count));
-}
-
 class PlateField final : public ValueField {
  public:
-  PlateField(const std::vector<Sample>& samples, double radius, PlateStore& store)
+  PlateField(const std::vector<Sample>& samples, double radius, PlacePlan& plan)
       : bounds_(samples),
         pitch_(SpacingOf(samples.size(), radius) / kNodesBetweenSites),
-        smoothing_(ChosenFor(samples, radius, store)),
-        spline_(samples, store.For(samples, radius, smoothing_)),
+        smoothing_(ChosenFor(samples, radius, plan)),
+        spline_(samples, plan.Plate(samples, radius, smoothing_)),
         nodes_(NodesOver(radius)),
         values_(nodes_.Size()) {
     EvaluateAll(nodes_, kEverywhere, values_);
@@ -68,12 +63,12 @@ class PlateField final : public ValueField {
   static constexpr double kEverywhere = 1e9;
 
   /// The smoothing by which sites are foretold best.
-  double ChosenFor(const std::vector<Sample>& samples, double radius, PlateStore& store) {
+  double ChosenFor(const std::vector<Sample>& samples, double radius, PlacePlan& plan) {
     static constexpr std::array kSmoothings = {0.0, 0.003, 0.03, 0.3, 3.0};
     double least = kNever;
     double chosen = 0;
     for (const double smoothing : kSmoothings) {
-      const double sum = store.For(samples, radius, smoothing).SquaredErrors(samples);
+      const double sum = plan.Plate(samples, radius, smoothing).SquaredErrors(samples);
       // More smoothing than the values bear only gets worse.
       if (sum >= least && least < kNever) break;
       if (sum < least) chosen = smoothing;
@@ -151,54 +146,21 @@ struct Plane {
   double At(double x, double y) const { return level + across * x + up * y; }
 };
 
-constexpr double kPrecision = 0.0005;  // of what the values vary
-constexpr double kTrialPrecision = 0.004;
-constexpr std::size_t kPart = 10;  // of the sites is left out in a trial
-
-/// Sites foretold by a spline near the others.
-class Trial {
- public:
-  Trial(LatticeSpline spline, const std::vector<Sample>& samples, std::size_t turn)
-      : spline_(std::move(spline)) {
-    std::vector<Sample> kept;
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-      (i % kPart == turn ? left_out_ : kept).push_back(samples[i]);
-    }
-    spline_.Add(kept);
-  }
-  std::size_t Count() const { return left_out_.size(); }
-  const std::vector<float>& Found() const { return found_; }
-  double SquaredErrors(double bending) {
-    found_ = spline_.Solve(bending, kTrialPrecision, std::move(found_));
-    double sum = 0;
-    for (const Sample& sample : left_out_) {
-      const double error = spline_.At(found_, sample.x, sample.y) - sample.value;
-      sum += error * error;
-    }
-    return sum;
-  }
-
- private:
-  LatticeSpline spline_;
-  std::vector<Sample> left_out_;
-  std::vector<float> found_;
-};
-
 class LatticeField final : public ValueField {
  public:
-  LatticeField(std::vector<Sample> samples, double radius) : bounds_(samples), plane_(samples) {
-    double reach = radius;
-    for (Sample& sample : samples) {
-      sample.value -= plane_.At(sample.x, sample.y);
-      reach = std::max({reach, std::abs(sample.x), std::abs(sample.y)});
+  LatticeField(const std::vector<Sample>& samples, double radius, PlacePlan& plan)
+      : bounds_(samples), plane_(samples) {
+    std::vector<float> values;
+    values.reserve(samples.size());
+    const double range = std::max(static_cast<double>(bounds_.high) - bounds_.low, kLeastRange);
+    for (const Sample& sample : samples) {
+      values.push_back(static_cast<float>((sample.value - plane_.At(sample.x, sample.y)) / range));
     }
-    spacing_ = SpacingOf(samples.size(), radius);
-    pitch_ = spacing_ * (samples.size() <= kMany ? 1.0 : 2.0);
-    std::vector<float> found = Choose(samples, reach);
-    LatticeSpline spline({reach, reach}, pitch_);
-    spline.Add(samples);
-    knots_ = spline.Knots();
-    coefficients_ = spline.Solve(bending_, kPrecision, std::move(found));
+    LatticeFit::Result found = plan.LatticeOf(samples, radius).Of(values);
+    knots_ = found.knots;
+    coefficients_ = std::move(found.coefficients);
+    for (float& each : coefficients_) each *= static_cast<float>(range);
+    error_ = found.error * range;
   }
 
   void Evaluate(const Lattice& lattice, double, std::span<float> values) const override {
@@ -215,73 +177,24 @@ class LatticeField final : public ValueField {
   std::string Method() const override { return "smoothing spline"; }
 
  private:
-  static constexpr std::size_t kMany = 4000;
-
-  /// The weight of bending by which sites that were left out are foretold best. A strip through
-  /// the middle tells it for very many sites.
-  /// Coefficients to begin with, where they are for the same knots.
-  std::vector<float> Choose(const std::vector<Sample>& samples, double reach) {
-    static constexpr std::array kWeights = {10.0, 1.0, 0.1, 0.01, 0.001};
-    std::vector<Sample> strip;
-    const double share =
-        std::min(1.0, static_cast<double>(kMany) / static_cast<double>(samples.size()));
-    const double half = share < 1 ? share * reach : reach;
-    std::copy_if(samples.begin(), samples.end(), std::back_inserter(strip),
-                 [half](const Sample& sample) { return std::abs(sample.y) <= half; });
-    std::vector<Trial> trials;
-    for (std::size_t turn = 0; turn < std::clamp<std::size_t>(1000 / strip.size(), 1, kPart);
-         ++turn) {
-      trials.emplace_back(LatticeSpline({reach, half}, pitch_), strip, turn);
-    }
-    double least = kNever;
-    std::vector<float> found;
-    for (const double weight : kWeights) {
-      double sum = 0;
-      std::size_t count = 0;
-      for (Trial& trial : trials) {
-        sum += trial.SquaredErrors(weight * spacing_ * spacing_);
-        count += trial.Count();
-      }
-      // Less smoothing than the noise calls for only gets worse.
-      if (sum >= least) break;
-      least = sum;
-      error_ = std::sqrt(sum / static_cast<double>(std::max<std::size_t>(count, 1)));
-      bending_ = weight * spacing_ * spacing_;
-      found = trials.front().Found();
-    }
-    return share < 1 ? std::vector<float>() : found;
-  }
+  static constexpr double kLeastRange = 1e-30;
 
   Bounds bounds_;
   Plane plane_;
-  double spacing_ = 1;
-  double pitch_ = 1;
-  double bending_ = 1;
   Lattice knots_;
   std::vector<float> coefficients_;
 };
 
 }  // namespace
 
-const PlateEquations& PlateStore::For(const std::vector<Sample>& samples, double scale,
-                                      double smoothing) {
-  const auto same = [](const Sample& a, const Sample& b) { return a.x == b.x && a.y == b.y; };
-  if (scale != scale_ ||
-      !std::equal(samples.begin(), samples.end(), places_.begin(), places_.end(), same)) {
-    places_ = samples;
-    scale_ = scale;
-    of_smoothing_.clear();
-  }
-  return of_smoothing_.try_emplace(smoothing, samples, scale, smoothing).first->second;
+std::shared_ptr<const ValueField> MakePlateField(const std::vector<Sample>& samples, double radius,
+                                                 PlacePlan& plan) {
+  return std::make_shared<PlateField>(samples, radius, plan);
 }
 
-std::shared_ptr<const ValueField> MakePlateField(std::vector<Sample> samples, double radius,
-                                                 PlateStore& store) {
-  return std::make_shared<PlateField>(samples, radius, store);
-}
-
-std::shared_ptr<const ValueField> MakeLatticeField(std::vector<Sample> samples, double radius) {
-  return std::make_shared<LatticeField>(std::move(samples), radius);
+std::shared_ptr<const ValueField> MakeLatticeField(const std::vector<Sample>& samples,
+                                                   double radius, PlacePlan& plan) {
+  return std::make_shared<LatticeField>(samples, radius, plan);
 }
 
 }  // namespace discoplan::figures

@@ -94,28 +94,6 @@ std::optional<double> ShiftOf(const SiteView& sites) {
   return middle;
 }
 
-/// Sites in one place become one.
-std::vector<Sample> Distinct(const SiteView& sites) {
-  std::vector<Sample> samples;
-  for (std::size_t i = 0; i < sites.Size(); ++i) {
-    samples.push_back({sites.x[i], sites.y[i], sites.value[i]});
-  }
-  std::sort(samples.begin(), samples.end(),
-            [](const Sample& a, const Sample& b) { return a.x != b.x ? a.x < b.x : a.y < b.y; });
-  std::size_t kept = 0;
-  for (std::size_t i = 0; i < samples.size();) {
-    Sample sample = samples[i];
-    std::size_t end = i + 1;
-    for (; end < samples.size() && samples[end].x == sample.x && samples[end].y == sample.y; ++end)
-      sample.value += samples[end].value;
-    sample.value /= static_cast<double>(end - i);
-    samples[kept++] = sample;
-    i = end;
-  }
-  samples.resize(kept);
-  return samples;
-}
-
 }  // namespace
 
 double Determinant(const std::vector<Sample>& three) {
@@ -130,19 +108,19 @@ double Determinant(const std::vector<Sample>& three) {
 
 std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
                                             Interpolation interpolation) {
-  PlateStore store;
-  return MakeField(sites, radius, interpolation, store);
+  PlacePlan plan;
+  return MakeField(sites, radius, interpolation, plan);
 }
 
 std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,
-                                            Interpolation interpolation, PlateStore& store) {
+                                            Interpolation interpolation, PlacePlan& plan) {
   if (const auto shift = ShiftOf(sites); shift && interpolation == Interpolation::Smooth) {
     std::vector<float> moved;
     for (const float value : sites.value) moved.push_back(static_cast<float>(value - *shift));
     return std::make_shared<ShiftedField>(
-        MakeField({sites.x, sites.y, moved}, radius, interpolation, store), *shift);
+        MakeField({sites.x, sites.y, moved}, radius, interpolation, plan), *shift);
   }
-  std::vector<Sample> samples = Distinct(sites);
+  const std::vector<Sample> samples = plan.Distinct(sites);
   if (samples.size() == 3 && interpolation == Interpolation::Smooth) {
     const double determinant = Determinant(samples);
     if (determinant != 0) return std::make_shared<PlaneField>(samples, determinant);
@@ -154,8 +132,10 @@ std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius
         samples.empty() ? 0 : sum / static_cast<double>(samples.size()));
   }
   if (interpolation == Interpolation::Idw4) return MakeIdw4Field(sites, samples, radius);
-  return samples.size() <= kMostInOne ? MakePlateField(std::move(samples), radius, store)
-                                      : MakeLatticeField(std::move(samples), radius);
+  if (samples.size() <= kMostInOne) return MakePlateField(samples, radius, plan);
+  auto field = MakeLatticeField(samples, radius, plan);
+  if (samples.size() > LatticeFit::kMostKept) plan = {};
+  return field;
 }
 
 }  // namespace discoplan::figures

@@ -55,7 +55,7 @@ std::shared_ptr<const Coverage> SitePlan::CoverageOf(const WaferPlot& plot) {
 std::shared_ptr<const ValueField> FieldOf(const Sketch& sketch) {
   if (sketch.plot.field) return sketch.plot.field(sketch.style.interpolation);
   return MakeField(sketch.plot.sites, sketch.plot.diameter / 2, sketch.style.interpolation,
-                   sketch.plan.Plates());
+                   sketch.plan.Places());
 }
 
 std::string MethodNote(const ValueField& field, const WaferPlot& plot) {

@@ -7,7 +7,6 @@
 #include <random>
 
 #include "discoplan/figures/isolines.h"
-#include "discoplan/figures/lattice_spline.h"
 #include "discoplan/figures/refine.h"
 #include "discoplan/figures/thin_plate.h"
 #include "discoplan/figures/ticks.h"
@@ -139,74 +138,6 @@ TEST(ValueField, SmoothOfManySitesFollowsWaves) {
   const auto field = MakeField(sites.View(), 150, Interpolation::Smooth);
   for (double x = -90; x <= 90; x += 7)
     EXPECT_NEAR(ValueAt(*field, x, x / 3), waves(x, x / 3), 0.03);
-}
-
-// What the steps towards the solution leave can't be seen: a shade is 0.004 of the range, which
-// is 2.
-TEST(LatticeSpline, IsAsNearToTheLeastSquaresAsItSays) {
-  const Sites sites = Spread(500, [](double x, double y) { return std::sin(x / 30 + y / 50); });
-  std::vector<Sample> samples;
-  for (std::size_t i = 0; i < sites.x.size(); ++i) {
-    samples.push_back({sites.x[i], sites.y[i], sites.value[i]});
-  }
-  LatticeSpline spline({150, 150}, 12);
-  spline.Add(samples);
-  for (const double bending : {1.0, 100.0, 1000.0}) {
-    const std::vector<float> quick = spline.Solve(bending, 0.001);
-    const std::vector<float> exact = spline.Solve(bending, 1e-6, quick);
-    double sum = 0;
-    for (const Sample& s : samples) {
-      const double off = spline.At(quick, s.x, s.y) - spline.At(exact, s.x, s.y);
-      EXPECT_LT(std::abs(off), 0.02) << bending;
-      sum += off * off;
-    }
-    EXPECT_LT(std::sqrt(sum / 500), 0.002) << bending;
-  }
-}
-
-// Sums of squares and bending can't be made less by any change of a coefficient.
-TEST(LatticeSpline, HasTheLeastSumOfSquaresAndBending) {
-  std::mt19937 random(5);
-  std::uniform_real_distribution<double> uniform(-1, 1);
-  std::vector<Sample> samples;
-  for (int i = 0; i < 60; ++i) {
-    samples.push_back({40 * uniform(random), 40 * uniform(random), uniform(random)});
-  }
-  LatticeSpline spline({40, 40}, 12);
-  spline.Add(samples);
-  const double weight = 0.3;
-  std::vector<float> found = spline.Solve(weight * 144, 1e-7);
-  const int columns = spline.Knots().columns;
-  const auto cost = [&] {
-    double sum = 0;
-    for (const Sample& s : samples) sum += std::pow(spline.At(found, s.x, s.y) - s.value, 2);
-    const auto c = [&](int row, int column) {
-      return static_cast<double>(found[static_cast<std::size_t>(row * columns + column)]);
-    };
-    for (int row = 0; row < spline.Knots().rows; ++row) {
-      for (int i = 0; i < columns; ++i) {
-        if (i + 2 < columns)
-          sum += weight * std::pow(c(row, i) - 2 * c(row, i + 1) + c(row, i + 2), 2);
-        if (row + 2 < spline.Knots().rows) {
-          sum += weight * std::pow(c(row, i) - 2 * c(row + 1, i) + c(row + 2, i), 2);
-        }
-        if (i + 1 < columns && row + 1 < spline.Knots().rows) {
-          sum += 2 * weight *
-                 std::pow(c(row, i) - c(row, i + 1) - c(row + 1, i) + c(row + 1, i + 1), 2);
-        }
-      }
-    }
-    return sum;
-  };
-  const double least = cost();
-  for (float& coefficient : found) {
-    const float kept = coefficient;
-    for (const float step : {-0.01F, 0.01F}) {
-      coefficient = kept + step;
-      EXPECT_GT(cost(), least);
-    }
-    coefficient = kept;
-  }
 }
 
 TEST(ValueField, TwoSitesGiveTheirMean) {
