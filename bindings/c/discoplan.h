@@ -213,6 +213,15 @@ DISCOPLAN_API discoplan_status discoplan_wafer_minus(discoplan_wafer* wafer, dis
 DISCOPLAN_API discoplan_status discoplan_wafers_mean(discoplan_wafer* const* wafers, int64_t count,
                                                      int64_t* interpolated, discoplan_wafer** mean);
 
+/* The wafer as bytes, with all that it knows, for another process: the same wafer comes of them by
+ * discoplan_wafer_unpack of the same or a later version on any system. With `bytes` NULL, only
+ * their number is given. */
+DISCOPLAN_API discoplan_status discoplan_wafer_pack(discoplan_wafer* wafer, uint8_t* bytes,
+                                                    int64_t capacity, int64_t* count);
+/* Other bytes give DISCOPLAN_BAD_DATA and do no harm. */
+DISCOPLAN_API discoplan_status discoplan_wafer_unpack(const uint8_t* bytes, int64_t count,
+                                                      discoplan_wafer** wafer);
+
 /* ---- Files ---- */
 
 typedef struct discoplan_read_options {

@@ -89,6 +89,8 @@ const Taker kTakers[] = {
        return Freed<discoplan_wafer>(
            [&](auto** made) { return discoplan_wafers_mean(wafers, 1, nullptr, made); });
      }},
+    {"discoplan_wafer_pack", kWafer,
+     [](void* h) { return discoplan_wafer_pack(As<discoplan_wafer>(h), nullptr, 0, nullptr); }},
     {"discoplan_lot_count", kLot,
      [](void* h) { return discoplan_lot_count(As<discoplan_lot>(h), nullptr); }},
     {"discoplan_lot_wafer", kLot,

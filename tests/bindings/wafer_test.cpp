@@ -221,6 +221,84 @@ TEST(CWafer, IsNotMixedWithOthersOfAnotherKind) {
   }
 }
 
+std::vector<uint8_t> Packed(discoplan_wafer* wafer) {
+  int64_t count = 0;
+  EXPECT_EQ(discoplan_wafer_pack(wafer, nullptr, 0, &count), DISCOPLAN_OK);
+  std::vector<uint8_t> bytes(static_cast<std::size_t>(count));
+  EXPECT_EQ(discoplan_wafer_pack(wafer, bytes.data(), count - 1, &count), DISCOPLAN_BAD_ARGUMENT);
+  EXPECT_EQ(discoplan_wafer_pack(wafer, bytes.data(), count, &count), DISCOPLAN_OK);
+  return bytes;
+}
+
+std::vector<uint8_t> PngOf(discoplan_wafer* wafer) {
+  discoplan_picture* picture = nullptr;
+  const uint8_t* bytes = nullptr;
+  int64_t count = 0;
+  EXPECT_EQ(discoplan_plot(wafer, nullptr, &picture), DISCOPLAN_OK);
+  EXPECT_EQ(discoplan_picture_encode(picture, DISCOPLAN_PNG, &bytes, &count), DISCOPLAN_OK);
+  std::vector<uint8_t> png(bytes, bytes + count);
+  discoplan_free(picture);
+  return png;
+}
+
+TEST(CWafer, IsTheSameOutOfItsBytes) {
+  Ramp ramp;
+  ramp.value[3] = static_cast<float>(kNan);
+  discoplan_wafer_options options{};
+  options.size = sizeof options;
+  options.skip_invalid = options.edge_given = 1;
+  options.diameter = 300;
+  options.edge_exclusion = 20;
+  options.name = "L\xC3\xB6t, 3";
+  options.quantity = "THK";
+  options.unit = "nm";
+  options.orientation = DISCOPLAN_FLAT;
+  options.notch_side = DISCOPLAN_LEFT;
+  const Wafer wafer(ramp.Sites(), options), other(ramp.Sites(), options);
+  discoplan_wafer *difference = nullptr, *made = nullptr;
+  ASSERT_EQ(discoplan_wafer_minus(wafer.Get(), other.Get(), nullptr, &difference), DISCOPLAN_OK);
+  for (discoplan_wafer* each : {wafer.Get(), difference}) {
+    const std::vector<uint8_t> bytes = Packed(each);
+    ASSERT_EQ(discoplan_wafer_unpack(bytes.data(), static_cast<int64_t>(bytes.size()), &made),
+              DISCOPLAN_OK)
+        << discoplan_error();
+    EXPECT_EQ(Packed(made), bytes);
+    EXPECT_EQ(PngOf(made), PngOf(each));  // with its size, mark, unit and what was left out
+    discoplan_free(made);
+  }
+  discoplan_free(difference);
+}
+
+TEST(CWafer, ComesOfNoOtherBytes) {
+  const Ramp ramp;
+  const Wafer wafer(ramp.Sites());
+  const std::vector<uint8_t> whole = Packed(wafer.Get());
+  const auto status = [](const std::vector<uint8_t>& bytes) {
+    discoplan_wafer* made = nullptr;
+    const discoplan_status found =
+        discoplan_wafer_unpack(bytes.data(), static_cast<int64_t>(bytes.size()), &made);
+    discoplan_free(made);
+    return found;
+  };
+  for (std::size_t size = 0; size < whole.size(); ++size) {
+    std::vector<uint8_t> part(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
+    part.reserve(1);
+    ASSERT_EQ(status(part), DISCOPLAN_BAD_DATA) << size;
+  }
+  std::vector<uint8_t> longer = whole;
+  longer.push_back(0);
+  EXPECT_EQ(status(longer), DISCOPLAN_BAD_DATA);
+  for (std::size_t i = 0; i < whole.size(); ++i) {
+    std::vector<uint8_t> damaged = whole;
+    damaged[i] = 0xFF;
+    const discoplan_status found = status(damaged);  // a value may be another one
+    ASSERT_TRUE(found == DISCOPLAN_OK || found == DISCOPLAN_BAD_DATA) << i;
+  }
+  discoplan_wafer* made = nullptr;
+  EXPECT_EQ(discoplan_wafer_unpack(nullptr, 4, &made), DISCOPLAN_BAD_ARGUMENT);
+  EXPECT_EQ(discoplan_wafer_unpack(whole.data(), -1, &made), DISCOPLAN_BAD_ARGUMENT);
+}
+
 TEST(CLot, HandsOutItsWafers) {
   const std::string path = discoplan::Example("native_oxide_lot.csv");
   discoplan_lot* lot = nullptr;
