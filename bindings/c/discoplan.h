@@ -232,7 +232,7 @@ typedef struct discoplan_read_options {
   const char* by;         /* columns that tell wafers apart, with commas between them */
   const char* wafers;     /* names, slots or ranges of slots, with commas between them */
   const char* where;      /* a condition on rows: "MSE < 12 and Slot != 3" */
-  const char* unit;       /* of positions where the file gives none: mm, cm, um, inch */
+  const char* unit;       /* of positions where the file gives none: mm, cm, um, in */
   int32_t corner;         /* 1: positions count from the lower left corner */
   int32_t thin;           /* 1: leave out sites of a wafer with too many */
   double diameter;        /* mm; 0: as for wafers */

@@ -27,28 +27,6 @@ discoplan_status Keep(discoplan_status status, Text&& text) noexcept {
   return status;
 }
 
-/// Readers name their options as the command line does; callers know them as fields.
-std::string WithFieldNames(const std::string& sentence) {
-  std::string text;
-  bool in_option = false;
-  for (std::size_t i = 0; i < sentence.size(); ++i) {
-    const char letter = sentence[i];
-    const char next = i + 1 < sentence.size() ? sentence[i + 1] : ' ';
-    const bool starts = sentence.compare(i, 2, "--") == 0 && i + 2 < sentence.size() &&
-                        std::islower(static_cast<unsigned char>(sentence[i + 2])) != 0;
-    if (starts) {
-      in_option = true;
-      ++i;
-    } else if (in_option && letter == '-' && std::islower(static_cast<unsigned char>(next)) != 0) {
-      text += '_';
-    } else {
-      in_option = in_option && std::islower(static_cast<unsigned char>(letter)) != 0;
-      text += letter;
-    }
-  }
-  return text;
-}
-
 std::string TextOf(const data::DataError& error) {
   const std::string whole = error.what();
   const std::size_t place = whole.size() - error.sentence().size();
@@ -69,6 +47,27 @@ discoplan_status StatusOf(Fault fault) {
 }
 
 }  // namespace
+
+std::string WithFieldNames(const std::string& sentence) {
+  std::string text;
+  bool in_option = false;
+  for (std::size_t i = 0; i < sentence.size(); ++i) {
+    const char letter = sentence[i];
+    const char next = i + 1 < sentence.size() ? sentence[i + 1] : ' ';
+    const bool starts = sentence.compare(i, 2, "--") == 0 && i + 2 < sentence.size() &&
+                        std::islower(static_cast<unsigned char>(sentence[i + 2])) != 0;
+    if (starts) {
+      in_option = true;
+      ++i;
+    } else if (in_option && letter == '-' && std::islower(static_cast<unsigned char>(next)) != 0) {
+      text += '_';
+    } else {
+      in_option = in_option && std::islower(static_cast<unsigned char>(letter)) != 0;
+      text += letter;
+    }
+  }
+  return text;
+}
 
 void RaiseNamed(std::string_view name, const RunTimeError& error) {
   throw Error(StatusOf(error.fault()), std::string(name) + ": " + error.what());

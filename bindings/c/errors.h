@@ -28,6 +28,8 @@ class Error : public std::runtime_error {
   discoplan_status status_;
 };
 
+/// Readers name their options as the command line does; callers know them as fields.
+std::string WithFieldNames(const std::string& sentence);
 /// The same error with the name of the member that it comes from.
 [[noreturn]] void RaiseNamed(std::string_view name, const RunTimeError& error);
 

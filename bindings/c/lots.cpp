@@ -22,7 +22,7 @@ class MeasuredLot final : public Held {
   MeasuredLot(data::Lot lot, bool size_given) : Held(kKind) {
     notes_ = data::SkipReport(lot);
     for (const std::string& warning : lot.warnings) {
-      notes_ += (notes_.empty() ? "" : "\n") + warning;
+      notes_ += (notes_.empty() ? "" : "\n") + WithFieldNames(warning);
     }
     for (data::Wafer& measured : lot.wafers) {
       const data::Parameter& parameter = lot.parameters[measured.parameter];
@@ -62,13 +62,13 @@ std::vector<std::string> Items(const char* list) {
 std::optional<data::LengthUnit> UnitOf(const char* name) {
   using enum data::LengthUnit;
   static constexpr std::pair<const char*, data::LengthUnit> kUnits[] = {
-      {"mm", Millimetre}, {"cm", Centimetre}, {"um", Micrometre}, {"inch", Inch}};
+      {"mm", Millimetre}, {"cm", Centimetre}, {"um", Micrometre}, {"in", Inch}, {"inch", Inch}};
   const std::string wanted = TextOr(name);
   if (wanted.empty()) return {};
   for (const auto& [known, unit] : kUnits) {
     if (wanted == known) return unit;
   }
-  Refuse("unit: " + data::Shown(wanted) + " is none of mm, cm, um, inch");
+  Refuse("unit: " + data::Shown(wanted) + " is none of mm, cm, um, in");
 }
 
 std::optional<double> Positive(double given, const char* name) {

@@ -24,6 +24,9 @@ class Control:
         self._handle = _core.control(self._class, width, height)
         self._handlers: Dict[str, List[Callable[..., Any]]] = {}
 
+    def __reduce__(self) -> Tuple[Any, ...]:
+        raise TypeError("a control can't be pickled; hand on its picture, or its data and settings")
+
     def _get(self, name: str) -> Any:
         return _core.control_get(self._handle, name)
 

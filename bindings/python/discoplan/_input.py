@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What becomes of objects that aren't floats in memory."""
 
+import math
 from typing import Any, Optional
 
 from . import _core
@@ -33,7 +34,7 @@ def _by_numpy(column: Any, name: str) -> Any:
 
 def numbers(column: Any, name: str) -> Any:
     """The numbers of a column as floats in memory; not a number for what is missing."""
-    if isinstance(column, (str, bytes, bytearray, dict)):
+    if isinstance(column, (str, bytes, bytearray, dict, set, frozenset)):  # sets have no order
         raise TypeError(f"{name} is a {type(column).__name__}; give numbers")
     if getattr(getattr(column, "dtype", None), "kind", None) == "O":
         nullable = hasattr(column.dtype, "na_value")  # of pandas, over numbers of its own
@@ -48,7 +49,8 @@ def numbers(column: Any, name: str) -> Any:
     from array import array
 
     try:
-        return array("d", column)
+        items = list(column)
+        return array("d", [math.nan if item is None else item for item in items])
     except TypeError as error:
         raise TypeError(f"{name}: {error}; give one-dimensional numbers") from None
 

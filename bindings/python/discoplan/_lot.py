@@ -2,7 +2,8 @@
 """Lots: wafers by their names, from files and from tables."""
 
 import os
-from typing import TYPE_CHECKING, Any, Iterator, List, Optional, Sequence, Tuple, Union
+from collections import Counter
+from typing import TYPE_CHECKING, Any, Dict, Iterable, Iterator, List, Optional, Sequence, Tuple, Union, overload
 
 from . import _core
 from ._options import plot_fields, wafer_fields
@@ -13,6 +14,7 @@ if TYPE_CHECKING:
     from ._figures import Statistics
 
 Names = Union[str, Sequence[str]]
+Choice = Union[str, int, Sequence[Union[str, int]]]
 
 
 class Lot:
@@ -24,7 +26,7 @@ class Lot:
     Args:
         table: One row for each site.
         by: The column or columns whose texts tell the wafers apart; a wafer's name is those texts
-            with commas between them.
+            with commas between them. A row without one is refused, or left out by `skip_invalid`.
         x, y, value: Names of the columns of positions in mm and of values.
         Others: As those of `Wafer`.
 
@@ -51,8 +53,14 @@ class Lot:
         skip_invalid: bool = False,
     ) -> None:
         keys = [by] if isinstance(by, str) else list(by)
-        (xs, ys, values), offsets, names = _grouped(table, [x, y, value], keys)
-        self.notes = ""
+        (xs, ys, values), offsets, names, nameless = _grouped(table, [x, y, value], keys)
+        if nameless and not skip_invalid:
+            row, key = nameless[0]
+            raise ValueError(
+                f"{key}[{row}] is missing where a wafer's name is due; fill it in, or leave such rows out "
+                "with skip_invalid"
+            )
+        self.notes = f"left out {len(nameless)} rows that name no wafer" if nameless else ""
         self._wafers: List[Wafer] = []
         self.keys = names
         for i, texts in enumerate(names):
@@ -75,13 +83,14 @@ class Lot:
             )
 
     @classmethod
-    def _of(cls, wafers: List[Wafer], notes: str = "") -> "Lot":
+    def _of(cls, wafers: List[Wafer], notes: str = "", keys: Optional[List[Tuple[str, ...]]] = None) -> "Lot":
         lot = cls.__new__(cls)
         lot._wafers = wafers
-        lot.keys = [(wafer.name,) for wafer in wafers]
+        lot.keys = [(wafer.name,) for wafer in wafers] if keys is None else keys
         lot.notes = notes
         return lot
 
+    _by_name: Optional[Dict[str, int]] = None
     notes: str
     """What was left out of a file and what may be wrong with it, a line each."""
     keys: List[Tuple[str, ...]]
@@ -95,36 +104,93 @@ class Lot:
 
     @property
     def names(self) -> List[str]:
-        """Of the wafers, in their order."""
-        return [wafer.name for wafer in self._wafers]
+        """Of the wafers, in their order, all different: where one name stands for several wafers,
+        as for one measured in several quantities, it goes on with the quantity ("Slot07, THK")."""
+        return list(self._numbers())
 
-    def __getitem__(self, which: Union[str, int, Tuple[str, ...]]) -> Wafer:
-        """The wafer of that name, or its keys, or that place from 0."""
-        if isinstance(which, int):
+    def _numbers(self) -> Dict[str, int]:
+        if self._by_name is None:
+            counts: "Counter[Any]" = Counter(wafer.name for wafer in self._wafers)
+            self._by_name = {}
+            for i, wafer in enumerate(self._wafers):
+                told = wafer.quantity and counts[wafer.name] > 1
+                name = f"{wafer.name}, {wafer.quantity}" if told else wafer.name
+                same = name
+                while same in self._by_name:
+                    counts[name, "same"] += 1
+                    same = f"{name} ({counts[name, 'same'] + 1})"
+                self._by_name[same] = i
+        return self._by_name
+
+    @property
+    def quantities(self) -> List[str]:
+        """What was measured, each once."""
+        return list(dict.fromkeys(wafer.quantity for wafer in self._wafers))
+
+    def of(self, quantity: str) -> "Lot":
+        """The wafers as measured in one of several quantities; raises `ValueError` for another one."""
+        if quantity not in self.quantities:
+            raise ValueError(f"the lot has no quantity {quantity!r}, but {', '.join(self.quantities)}")
+        return self._part(i for i, wafer in enumerate(self._wafers) if wafer.quantity == quantity)
+
+    def _part(self, places: Iterable[int]) -> "Lot":
+        places = list(places)
+        return Lot._of([self._wafers[i] for i in places], self.notes, [self.keys[i] for i in places])
+
+    def _places(self, which: object) -> List[int]:
+        """Of a name or, if it is none, of what several wafers may have in common."""
+        if isinstance(which, str) and which in self._numbers():
+            return [self._numbers()[which]]
+        return [
+            i
+            for i, (keys, wafer) in enumerate(zip(self.keys, self._wafers))
+            if which in (keys, ", ".join(keys), wafer.name)
+        ]
+
+    @overload
+    def __getitem__(self, which: Union[str, int, Tuple[str, ...]]) -> Wafer: ...
+    @overload
+    def __getitem__(self, which: "slice[Any, Any, Any]") -> "Lot": ...
+    def __getitem__(self, which: Any) -> Any:
+        """The wafer of that name, or its keys, or that place from 0; the lot of a slice of places."""
+        if isinstance(which, slice):
+            return self._part(range(len(self))[which])
+        if hasattr(which, "__index__"):
             return self._wafers[which]
-        for keys, wafer in zip(self.keys, self._wafers):
-            if wafer.name == which or keys == which:
-                return wafer
-        raise KeyError(f"the lot has no wafer {which!r}, but {', '.join(self.names[:30])}")
+        places = self._places(which)
+        if len(places) == 1:
+            return self._wafers[places[0]]
+        names = self.names
+        names = [names[i] for i in places] or names
+        fault = f"several wafers are {which!r}:" if places else f"the lot has no wafer {which!r}, but"
+        raise KeyError(f"{fault} {', '.join(names[:30])}")
 
     def __contains__(self, which: object) -> bool:
-        return any(wafer.name == which for wafer in self._wafers)
+        return bool(self._places(which))
 
     def statistics(self) -> "dict[str, Statistics]":
-        """The figures of merit of each wafer, by its name."""
-        return {wafer.name: wafer.statistics() for wafer in self._wafers}
+        """The figures of merit of each wafer, by its name in `names`."""
+        return {name: wafer.statistics() for name, wafer in zip(self.names, self._wafers)}
 
     def mean(self) -> Wafer:
-        """The mean wafer, at the sites of the first one."""
+        """The mean wafer, at the sites of the first one.
+
+        Raises `ValueError` for a lot of several quantities or units; `of` takes one.
+        """
         return Wafer._of(_core.mean([wafer._handle for wafer in self._wafers])[0])
 
     def __sub__(self, other: "Union[Wafer, Lot]") -> "Lot":
-        """Each wafer minus a wafer, or minus the wafer of the same name of another lot."""
+        """Each wafer minus a wafer, or minus the one of the same name (and, if there are several, of
+        the same quantity) of another lot."""
         if isinstance(other, Wafer):
-            return Lot._of([wafer - other for wafer in self._wafers])
-        if isinstance(other, Lot):
-            return Lot._of([wafer - other[wafer.name] for wafer in self._wafers])
-        return NotImplemented
+            return Lot._of([wafer - other for wafer in self._wafers], keys=self.keys)
+        if not isinstance(other, Lot):
+            return NotImplemented
+        found = [
+            wafer - (other[name] if name in other._numbers() else other[keys])
+            for name, keys, wafer in zip(self.names, self.keys, self._wafers)
+        ]
+        return Lot._of(found, keys=self.keys)
 
     def sheet(
         self,
@@ -145,7 +211,7 @@ class Lot:
     ) -> Picture:
         """The lot in small plots of one colour scale, 25 on a page, with charts of its wafers.
 
-        The scale spans `limits`, or else all values but the outlying ones (Tukey's fences). `size`
+        All are of one quantity: `of` takes it from a lot of several. The scale spans `limits`, or else all values but the outlying ones (Tukey's fences). `size`
         and `mm` are those of a page, A4 across by default; a PDF file has page after page, other
         pictures have them below each other. Else as `Wafer.plot`.
         """
@@ -166,8 +232,8 @@ class Lot:
         )
         return Picture(_core.sheet([wafer._handle for wafer in self._wafers], fields))
 
-    def _repr_png_(self) -> bytes:
-        return self.sheet().png()
+    def _repr_png_(self) -> Optional[bytes]:
+        return self.sheet().png() if len(self.quantities) == 1 else None
 
     def __repr__(self) -> str:
         return f"<Lot of {len(self)} wafers: {', '.join(self.names[:5])}{', ...' if len(self) > 5 else ''}>"
@@ -190,38 +256,53 @@ def _column(table: Any, name: str) -> Any:
     return table[name]
 
 
+def _key(item: Any) -> str:
+    """As people write it, and as columns of Arrow have it; "" for what is missing."""
+    if isinstance(item, bool):
+        return "true" if item else "false"
+    if isinstance(item, float):
+        return "" if item != item else str(int(item)) if item.is_integer() else str(item)
+    return "" if item is None or str(item) in ("<NA>", "NaT") else str(item)
+
+
 def _grouped_by_columns(table: Any, numbers: List[str], keys: List[str]) -> Any:
     from array import array
 
     from ._input import numbers as floats
 
     columns = [memoryview(floats(_column(table, name), name)) for name in numbers]
-    texts = list(zip(*([str(item) for item in _column(table, name)] for name in keys)))
+    texts = list(zip(*([_key(item) for item in _column(table, name)] for name in keys)))
+    texts = texts if keys else [()] * len(columns[0])
     if any(len(column) != len(texts) for column in columns):
         raise ValueError("the table's columns aren't equally long")
     rows: "dict[Tuple[str, ...], List[int]]" = {}
+    nameless = []
     for row, text in enumerate(texts):
-        rows.setdefault(text, []).append(row)
+        if "" in text:
+            nameless.append((row, keys[text.index("")]))
+        else:
+            rows.setdefault(text, []).append(row)
     order = [row for group in rows.values() for row in group]
     offsets = [0]
     for group in rows.values():
         offsets.append(offsets[-1] + len(group))
-    return [array("d", (column[row] for row in order)) for column in columns], offsets, list(rows)
+    return [array("d", (column[row] for row in order)) for column in columns], offsets, list(rows), nameless
 
 
-def _joined(names: Optional[Names]) -> Optional[str]:
+def _joined(names: Optional[Choice]) -> Optional[str]:
     if names is None or isinstance(names, str):
         return names
-    return ",".join(f'"{name}"' if "," in name else name for name in names)
+    texts = [str(names)] if isinstance(names, int) else [str(name) for name in names]
+    return ",".join(f'"{text}"' if "," in text else text for text in texts)
 
 
 def read(
     path: "Union[str, os.PathLike[str]]",
     *,
-    by: Optional[Names] = None,
-    columns: Optional[Names] = None,
-    parameters: Optional[Names] = None,
-    wafers: Optional[Names] = None,
+    by: Optional[Choice] = None,
+    columns: Optional[Choice] = None,
+    parameters: Optional[Choice] = None,
+    wafers: Optional[Choice] = None,
     where: Optional[str] = None,
     unit: Optional[str] = None,
     corner: bool = False,
@@ -241,7 +322,7 @@ def read(
         parameters: Values to read; "all" for every column of numbers.
         wafers: Names, slots or ranges of slots, as "3-7".
         where: A condition that rows must meet, as "MSE < 12 and Slot != 3".
-        unit: Of positions where the file gives none: "mm", "cm", "um" or "inch".
+        unit: Of positions where the file gives none: "mm", "cm", "um" or "in".
         corner: Positions count from the lower left corner.
         pitch: Width and height of dies in mm; positions are whole numbers of dies then.
         diameter, test_diameter, edge_exclusion: In mm, as those of `Wafer`.

@@ -62,6 +62,9 @@ class Picture:
     def _repr_png_(self) -> bytes:
         return self.png()
 
+    def __reduce__(self) -> Tuple[Any, ...]:
+        raise TypeError("a picture can't be pickled; hand on its png(), svg() or pdf(), or the wafer")
+
     def __repr__(self) -> str:
         width, height = self.size
         return f"<Picture of {width} x {height} pixels>"

@@ -20,7 +20,7 @@ _METHODS = {"idw4": 0, "smooth": 1}
 
 
 class Wafer:
-    """The sites of one wafer with their values. It never changes.
+    """The sites of one wafer with their values. It never changes, and can be pickled.
 
     Args:
         x, y: Positions in mm from the wafer's centre, Y up; one-dimensional, equally long, 1 to
@@ -270,6 +270,13 @@ class Wafer:
             return NotImplemented
         return Wafer._of(_core.minus(self._handle, other._handle)[0])
 
+    def __reduce__(self) -> Tuple[Any, ...]:
+        return _unpacked, (_core.pack_wafer(self._handle),)
+
     def __repr__(self) -> str:
         info = _core.wafer_info(self._handle)
         return f"<Wafer {info[4]!r}: {info[7]}, {info[2]:g} mm>"
+
+
+def _unpacked(packed: bytes) -> Wafer:
+    return Wafer._of(_core.unpack_wafer(packed))

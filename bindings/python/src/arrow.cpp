@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "bindings/python/src/arrow.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <optional>
@@ -137,7 +139,13 @@ std::string_view TextViewed(const ArrowArray& array, int64_t i) {
         "column '" + name + "' has the Arrow type '" + format + "'; cast it to " + wanted);
 }
 
-/// What tells wafers apart, as people write it.
+template <class T>
+std::string Written(T number) {
+  char text[32];
+  return {text, std::to_chars(text, text + sizeof text, number).ptr};
+}
+
+/// What tells wafers apart, as people write it; "" for what is missing.
 std::string TextAt(const ArrowSchema& schema, const ArrowArray& array, int64_t i,
                    const std::string& name) {
   if (IsNull(array, i)) return "";
@@ -151,10 +159,13 @@ std::string TextAt(const ArrowSchema& schema, const ArrowArray& array, int64_t i
   if (format == "U" || format == "Z") return std::string(TextBetween<std::int64_t>(array, i));
   if (format == "vu") return std::string(TextViewed(array, i));
   if (format == "b") return IsSet(array.buffers[1], array.offset + i) ? "true" : "false";
+  if (format == "l") return Written(At<std::int64_t>(array, i));  // a double merges large ones
+  if (format == "L") return Written(At<std::uint64_t>(array, i));
+  if (format == "n") return "";
   const std::optional<double> number = NumberAt(schema.format, array, i);
   if (!number) RefuseType(name, schema.format, "texts or numbers");
-  char text[32];
-  return {text, std::to_chars(text, text + sizeof text, *number).ptr};
+  if (std::isnan(*number)) return "";
+  return format == "f" ? Written(static_cast<float>(*number)) : Written(*number);
 }
 
 void AppendNumbers(const ArrowSchema& schema, const ArrowArray& array, const std::string& name,
@@ -217,8 +228,14 @@ int64_t ChildOf(const ArrowSchema& schema, const std::string& name) {
 /// The wafers of a table, numbered as they come.
 class Groups {
  public:
-  /// `keys` are the texts of one row.
+  /// `keys` are the texts of one row; one of them that is missing makes it a row without a wafer.
   void Add(std::vector<std::string> keys) {
+    const auto missing = std::find(keys.begin(), keys.end(), "");
+    if (missing != keys.end()) {
+      nameless_.emplace_back(ids_.size(), static_cast<std::size_t>(missing - keys.begin()));
+      ids_.push_back(kNoWafer);
+      return;
+    }
     std::string joined;
     for (const std::string& key : keys) joined += key + '\x1f';
     if (last_ >= 0 && joined == last_key_) {
@@ -232,15 +249,33 @@ class Groups {
     ids_.push_back(last_);
   }
 
-  /// Where each wafer begins once the rows are sorted, and for each row its place.
+  /// Where each wafer begins once the rows are sorted, and for each row its place: those without a
+  /// wafer come last.
   std::pair<std::vector<std::int64_t>, std::vector<std::int64_t>> Sorted() const {
-    std::vector<std::int64_t> offsets(keys_.size() + 1);
-    for (const std::int64_t id : ids_) ++offsets[static_cast<std::size_t>(id) + 1];
+    const std::size_t wafers = keys_.size();
+    const auto part = [&](std::int64_t id) {
+      return id == kNoWafer ? wafers : static_cast<std::size_t>(id);
+    };
+    std::vector<std::int64_t> offsets(wafers + 2);
+    for (const std::int64_t id : ids_) ++offsets[part(id) + 1];
     for (std::size_t i = 1; i < offsets.size(); ++i) offsets[i] += offsets[i - 1];
     std::vector<std::int64_t> next = offsets, places;
     places.reserve(ids_.size());
-    for (const std::int64_t id : ids_) places.push_back(next[static_cast<std::size_t>(id)]++);
+    for (const std::int64_t id : ids_) places.push_back(next[part(id)]++);
+    offsets.pop_back();
     return {std::move(offsets), std::move(places)};
+  }
+
+  /// Rows without a wafer, with the name of the column that should tell it.
+  Object Nameless(const std::vector<std::string>& names) const {
+    Object list(PyList_New(0));
+    for (const auto& [row, key] : nameless_) {
+      Object entry(PyTuple_New(2));
+      PyTuple_SetItem(entry.Get(), 0, Object(PyLong_FromSize_t(row)).Give());
+      PyTuple_SetItem(entry.Get(), 1, TextObject(names[key].c_str()).Give());
+      if (PyList_Append(list.Get(), entry.Get()) < 0) throw PythonError();
+    }
+    return list;
   }
 
   Object Keys() const {
@@ -256,9 +291,12 @@ class Groups {
   }
 
  private:
+  static constexpr std::int64_t kNoWafer = -1;
+
   std::unordered_map<std::string, std::int64_t> by_key_;
   std::vector<std::vector<std::string>> keys_;
-  std::vector<std::int64_t> ids_;
+  std::vector<std::int64_t> ids_;  // of the wafers, for each row
+  std::vector<std::pair<std::size_t, std::size_t>> nameless_;
   std::string last_key_;
   std::int64_t last_ = -1;
 };
@@ -311,10 +349,11 @@ Object GroupedTable(PyObject* capsule, PyObject* numbers, PyObject* keys) {
   }
   NewArray starts(static_cast<Py_ssize_t>(offsets.size() * sizeof(std::int64_t)));
   std::memcpy(starts.Data(), offsets.data(), offsets.size() * sizeof(std::int64_t));
-  Object all(PyTuple_New(3));
+  Object all(PyTuple_New(4));
   PyTuple_SetItem(all.Get(), 0, list.Give());
   PyTuple_SetItem(all.Get(), 1, starts.View("q").Give());
   PyTuple_SetItem(all.Get(), 2, groups.Keys().Give());
+  PyTuple_SetItem(all.Get(), 3, groups.Nameless(key_names).Give());
   return all;
 }
 

@@ -72,6 +72,25 @@ Object WaferSites(Arguments args) {
   return Tuple(Copied(x, info.sites), Copied(y, info.sites), Copied(value, info.sites));
 }
 
+Object PackWafer(Arguments args) {
+  auto* const wafer = HandleAs<discoplan_wafer>(args[0]);
+  std::int64_t count = 0;
+  Check(discoplan_wafer_pack(wafer, nullptr, 0, &count));
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(count));
+  Check(discoplan_wafer_pack(wafer, bytes.data(), count, &count));
+  return Object(PyBytes_FromStringAndSize(reinterpret_cast<const char*>(bytes.data()),
+                                          static_cast<Py_ssize_t>(count)));
+}
+
+Object UnpackWafer(Arguments args) {
+  char* bytes = nullptr;
+  Py_ssize_t count = 0;
+  if (PyBytes_AsStringAndSize(args[0], &bytes, &count) != 0) throw PythonError();
+  discoplan_wafer* wafer = nullptr;
+  Check(discoplan_wafer_unpack(reinterpret_cast<const std::uint8_t*>(bytes), count, &wafer));
+  return NewHandle(wafer);
+}
+
 std::int64_t FigureCount() {
   std::int64_t count = 0;
   Check(discoplan_figure_count(&count));
@@ -345,6 +364,8 @@ PyMethodDef methods[] = {
     Row<NewWafer, 4>("wafer"),
     Row<WaferInfo, 1>("wafer_info"),
     Row<WaferSites, 1>("wafer_sites"),
+    Row<PackWafer, 1>("pack_wafer"),
+    Row<UnpackWafer, 1>("unpack_wafer"),
     Row<Figures, 0>("figures"),
     Row<Statistics, 2>("statistics"),
     Row<Interpolate, 3>("interpolate"),
