@@ -12,11 +12,10 @@ void DrawBars(Sketch sketch) {
   std::vector<std::string> notes;
   if (const std::string beyond = BeyondNote(plot, scale); !beyond.empty()) notes.push_back(beyond);
   AddWords(page, plot, summary, notes);
-  if (style.legend) AddColourBar(page, scale, plot);
   const Ticks ticks = RoundTicks(scale.low, scale.high, 5);
+  GatherView(page, style, ColourBarRoom(page, scale) + AxisRoom(page, ticks));
+  if (style.legend) AddColourBar(page, scale, plot);
   page.Free().left += AxisRoom(page, ticks);
-  const View view(page.Free(), scale, style);
-  DrawBase(page, view, plot);
   const double spacing = std::sqrt(3.14 / static_cast<double>(summary.count));
   const double half = std::min(0.045, 0.2 * spacing);
   std::vector<std::size_t> order(plot.sites.Size());
@@ -24,6 +23,13 @@ void DrawBars(Sketch sketch) {
   const auto place = [&plot = plot](std::size_t i) {
     return Point{plot.sites.x[i], plot.sites.y[i]} * (2 / plot.diameter);
   };
+  double reach = 1;  // of the bars, whose corners stand out over the rim
+  for (const std::size_t i : order) {
+    const Point p = place(i);
+    reach = std::max(reach, std::hypot(p.x, p.y) + 1.42 * half);
+  }
+  const View view(page.Free(), scale, style, reach);
+  DrawBase(page, view, plot);
   std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
     return view.Depth(place(a)) > view.Depth(place(b));
   });

@@ -73,8 +73,8 @@ void DrawHistogram(Sketch sketch) {
   auto& [page, plot, summary, style, plan] = sketch;
   const Bins bins = BinsOf(plot, summary);
   const std::vector<Limit> limits = LimitsOf(plot, summary);
-  std::vector<std::string> notes = {"bins of " + WithUnit(NumberText(bins.width, 3), plot),
-                                    "curve: normal distribution of the same mean and \u03C3"};
+  std::vector<std::string> notes = {"bins of " + WithUnit(NumberText(bins.width, 3), plot)};
+  if (summary.sigma > 0) notes.push_back("curve: normal distribution of the same mean and \u03C3");
   std::size_t beyond = 0;
   for (const float value : plot.sites.value) {
     beyond += (plot.lower_control && value < *plot.lower_control) ||
@@ -120,6 +120,10 @@ void DrawHistogram(Sketch sketch) {
     }
     Path path;
     path.Line(std::move(curve));
+    // Dark bars would swallow it.
+    Rgba around = page.Ink().paper;
+    around.alpha = 170;
+    page.Add(PathShape{.path = path, .stroke = {4 * page.Hair(), around}});
     page.Add(PathShape{.path = std::move(path), .stroke = {1.8 * page.Hair(), page.Ink().text}});
   }
   for (const Limit& limit : limits) {

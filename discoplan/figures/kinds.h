@@ -67,6 +67,7 @@ struct SigmaClasses {
   double upper = 0;
 };
 SigmaClasses ClassesOf(const WaferPlot& plot, const Summary& summary, const Style& style);
-void AddSigmaKey(Page& page, const WaferPlot& plot, const SigmaClasses& classes);
+void AddSigmaKey(Page& page, const WaferPlot& plot, const Summary& summary,
+                 const SigmaClasses& classes);
 
 }  // namespace discoplan::figures

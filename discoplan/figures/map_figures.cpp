@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <cmath>
-#include <functional>
 
 #include "discoplan/figures/contour_lines.h"
 #include "discoplan/figures/kinds.h"
+#include "discoplan/figures/value_labels.h"
 
 namespace discoplan::figures {
 namespace {
@@ -23,18 +23,13 @@ Rgba LineOn(Rgba colour) {
   return line;
 }
 
-/// On a wide page map and colour bar, or key, stand together in the middle.
-void GatherOn(Page& page, double beside) {
-  Box& free = page.Free();
+/// Map and colour bar stand together in the middle, one as high as the other.
+void GatherWithBar(Page& page, const Scale& scale) {
   if (!page.Look().legend) return;
-  const double spare = (free.Width() - free.Height() - beside) / 2;
-  if (spare <= 0) return;
-  free.left += spare;
-  free.right -= spare;
+  const Box free = page.Free();
+  const double bar = ColourBarRoom(page, scale);
+  page.Narrow(free.Height() + bar, free.Width() - bar);
 }
-/// About what the two need, in letters.
-constexpr double kBarRoom = 8;
-constexpr double kKeyRoom = 17;
 
 /// Room for the wafer, a little off what stands around it.
 MapFrame FrameOn(Page& page, const WaferPlot& plot) {
@@ -73,96 +68,6 @@ int MostTicks(const Page& page) {
   return std::clamp(static_cast<int>(page.Look().height / (4.5 * page.Em())), least, 9);
 }
 
-struct Label {
-  Point at;
-  std::string text;
-};
-
-/// Tries the places around each dot, with letters of one size; those that find none.
-std::vector<const Label*> PutBesideDots(Page& page, const std::vector<Label>& labels, double dot,
-                                        const std::function<Words(const Label&)>& words) {
-  const double em = page.Em();
-  std::vector<const Label*> left;
-  for (const Label& label : labels) {
-    const Words w = words(label);
-    const Point p = label.at;
-    const double down = 0.5 * w.size + dot + 0.2 * em;
-    const double aside = dot + 0.3 * em;
-    const bool put = page.Put(w, {p.x, p.y + down}, Align::Middle) ||
-                     page.Put(w, {p.x, p.y - down}, Align::Middle) ||
-                     page.Put(w, {p.x + aside, p.y}, Align::Start) ||
-                     page.Put(w, {p.x - aside, p.y}, Align::End) ||
-                     page.Put(w, {p.x + aside, p.y + 0.6 * w.size}, Align::Start) ||
-                     page.Put(w, {p.x - aside, p.y - 0.6 * w.size}, Align::End);
-    if (!put) left.push_back(&label);
-  }
-  return left;
-}
-
-/// Farther off, with a line to the dot.
-bool PutWithLeader(Page& page, const Label& label, double dot, const Words& words) {
-  const double em = page.Em();
-  for (int ring = 2; ring <= 4; ++ring) {
-    for (int k = 0; k < 16; ++k) {
-      const double angle = 6.283185307179586 * k / 16;
-      const Point off = {std::cos(angle), std::sin(angle)};
-      const Point to = label.at + off * (ring * em);
-      const Align align = off.x >= 0 ? Align::Start : Align::End;
-      // A line that left the plot would cross the words around it.
-      if (!page.Free().Holds(page.BoxOf(words, to, align)) || !page.Put(words, to, align)) continue;
-      page.Line(label.at + off * dot, to, page.Ink().soft, 0.7 * page.Hair());
-      return true;
-    }
-  }
-  return false;
-}
-
-/// Labels around their points, all of the largest size in which they find room; in the smallest one
-/// some stand farther off with a line to their dot. None where only a few of many would be written,
-/// which those would be is chance. The number of those that found no room.
-std::size_t PutLabels(Page& page, const std::vector<Label>& labels, double dot) {
-  const double em = page.Em();
-  for (const Label& label : labels) {
-    page.Reserve({label.at.x - dot, label.at.y - dot, label.at.x + dot, label.at.y + dot});
-  }
-  const Inks& ink = page.Ink();
-  double size = 0;
-  const std::function<Words(const Label&)> words = [&](const Label& label) {
-    return Words{.text = label.text,
-                 .size = size,
-                 .colour = ink.text,
-                 .halo = 0.14 * em,
-                 .halo_colour = page.Look().transparent ? Rgba{255, 255, 255, 200} : ink.paper};
-  };
-  const Page::State before = page.Keep();
-  std::vector<const Label*> left;
-  for (const double part : {0.9, 0.78, 0.66}) {
-    page.Restore(before);
-    size = part * em;
-    left = PutBesideDots(page, labels, dot, words);
-    if (left.empty()) return 0;
-  }
-  std::size_t lost = left.size();
-  // Leaders help where a few are crowded; among thousands they would be a thicket.
-  if (left.size() <= 60) {
-    for (const Label* label : left) {
-      if (PutWithLeader(page, *label, dot, words(*label))) --lost;
-    }
-  }
-  if (lost <= labels.size() / 2) return lost;
-  page.Restore(before);
-  return labels.size();
-}
-
-std::vector<Label> ValueLabels(const Sketch& sketch, const MapFrame& frame) {
-  std::vector<Label> labels;
-  const SiteView& sites = sketch.plot.sites;
-  for (std::size_t i = 0; i < sites.Size(); ++i) {
-    labels.push_back({frame.At(sites.x[i], sites.y[i]), ValueText(sites.value[i], sketch.summary)});
-  }
-  return labels;
-}
-
 std::string LostNote(std::size_t lost) {
   return std::to_string(lost) + (lost == 1 ? " value" : " values") +
          " not written for lack of room";
@@ -176,7 +81,7 @@ void DrawMap(Sketch sketch) {
   const auto field = FieldOf(sketch);
   const auto coverage = sketch.plan.CoverageOf(plot);
   AddWords(page, plot, summary, MapNotes(sketch, *field, *coverage, scale));
-  GatherOn(page, kBarRoom * page.Em());
+  GatherWithBar(page, scale);
   if (style.legend) AddColourBar(page, scale, plot);
   const MapFrame frame = FrameOn(page, plot);
   AddValueImage(page, frame, plot, scale, field, coverage);
@@ -194,7 +99,7 @@ void DrawMap(Sketch sketch) {
   DrawEdge(page, frame, plot);
   DrawRim(page, frame, plot);
   if (style.site_dots || style.site_values) DrawDots(page, frame, plot);
-  if (style.site_values) PutLabels(page, ValueLabels(sketch, frame), 0.17 * page.Em());
+  if (style.site_values) PutValues(sketch, frame, 0.17 * page.Em());
 }
 
 SigmaClasses ClassesOf(const WaferPlot& plot, const Summary& summary, const Style& style) {
@@ -210,7 +115,8 @@ SigmaClasses ClassesOf(const WaferPlot& plot, const Summary& summary, const Styl
   return classes;
 }
 
-void AddSigmaKey(Page& page, const WaferPlot& plot, const SigmaClasses& classes) {
+void AddSigmaKey(Page& page, const WaferPlot& plot, const Summary& summary,
+                 const SigmaClasses& classes) {
   std::size_t below = 0;
   std::size_t above = 0;
   for (const float value : plot.sites.value) {
@@ -223,12 +129,17 @@ void AddSigmaKey(Page& page, const WaferPlot& plot, const SigmaClasses& classes)
   };
   const std::string range = plot.sigma_range == 1 ? "" : NumberText(plot.sigma_range, 2) + " ";
   const auto& bands = classes.scale.bands;
-  const std::string upper = WithUnit(NumberText(classes.upper, 5), plot);
-  const std::string lower = WithUnit(NumberText(classes.lower, 5), plot);
+  const auto row = [&](Rgba colour, const std::string& text, const std::string& sign, double limit,
+                       std::size_t count) {
+    const std::string number = sign + " " + ValueText(limit, summary);
+    const std::string behind = "; " + sites(count);
+    return KeyRow{colour, text, WithUnit(number, plot) + behind, number + behind};
+  };
+  const double half = plot.sigma_range * summary.sigma;
   AddKey(page, plot.quantity.empty() ? "Sigma ranges" : plot.quantity,
-         {{bands[2], "above mean + " + range + "\u03C3", "> " + upper + "; " + sites(above)},
+         {row(bands[2], "above mean + " + range + "\u03C3", ">", summary.mean + half, above),
           {bands[1], "within", sites(within)},
-          {bands[0], "below mean \u2212 " + range + "\u03C3", "< " + lower + "; " + sites(below)}});
+          row(bands[0], "below mean \u2212 " + range + "\u03C3", "<", summary.mean - half, below)});
 }
 
 void DrawSigmaMap(Sketch sketch) {
@@ -239,8 +150,11 @@ void DrawSigmaMap(Sketch sketch) {
   std::vector<std::string> notes = {MethodNote(*field, plot)};
   if (coverage->HasFar()) notes.insert(notes.begin(), coverage->Note("hatched"));
   AddWords(page, plot, summary, notes);
-  GatherOn(page, kKeyRoom * page.Em());
-  if (style.legend) AddSigmaKey(page, plot, classes);
+  if (style.legend) {
+    // About what the key needs.
+    page.Narrow(page.Free().Height() + 17 * page.Em(), page.Free().Height());
+    AddSigmaKey(page, plot, summary, classes);
+  }
   const MapFrame frame = FrameOn(page, plot);
   AddValueImage(page, frame, plot, classes.scale, field, coverage);
   const Rgba line = page.Ink().rim;
@@ -274,7 +188,7 @@ void DrawContours(Sketch sketch) {
   const auto field = FieldOf(sketch);
   const auto coverage = sketch.plan.CoverageOf(plot);
   AddWords(page, plot, summary, MapNotes(sketch, *field, *coverage, scale));
-  GatherOn(page, kBarRoom * page.Em());
+  GatherWithBar(page, scale);
   if (style.legend) AddColourBar(page, scale, plot);
   const MapFrame frame = FrameOn(page, plot);
   AddValueImage(page, frame, plot, scale, field, coverage);
@@ -311,7 +225,7 @@ void DrawValues(Sketch sketch) {
   const double note_height = 1.3 * page.Em();
   const Box note = {free.left, free.bottom - note_height, free.right, free.bottom};
   free.bottom -= note_height;
-  GatherOn(page, kBarRoom * page.Em());
+  GatherWithBar(page, scale);
   if (style.legend) AddColourBar(page, scale, plot);
   const MapFrame frame = FrameOn(page, plot);
   DrawEdge(page, frame, plot);
@@ -334,7 +248,7 @@ void DrawValues(Sketch sketch) {
     dots.stroke = {std::min(0.6 * page.Hair(), 0.3 * dot), page.Ink().soft, 0};
     page.Add(std::move(dots));
   }
-  const std::size_t lost = PutLabels(page, ValueLabels(sketch, frame), dot);
+  const std::size_t lost = PutValues(sketch, frame, dot);
   if (lost == 0) return;
   const double size = 0.92 * page.Em();
   page.Put({.text = page.Shortened(LostNote(lost), note.Width(), size),

@@ -96,6 +96,12 @@ Page::Page(const Style& style, const TextMeasure& text)
   if (!style.transparent) figure_.background = inks_.paper;
 }
 
+void Page::Narrow(double width, double height) {
+  const double aside = std::max(0.0, (free_.Width() - width) / 2);
+  const double above = std::max(0.0, (free_.Height() - height) / 2);
+  free_ = {free_.left + aside, free_.top + above, free_.right - aside, free_.bottom - above};
+}
+
 double Page::Width(std::string_view text, double size, bool bold) const {
   return text_.Width(text, size, bold);
 }

@@ -59,6 +59,8 @@ class Page {
   const Style& Look() const { return style_; }
   /// What is still free for the plot.
   Box& Free() { return free_; }
+  /// Keeps no more of it than that, in its middle.
+  void Narrow(double width, double height);
 
   double Width(std::string_view text, double size, bool bold = false) const;
   /// `text`, or as much of its beginning as fits with an ellipsis; empty if that is nothing.
@@ -120,6 +122,8 @@ struct Scale {
 /// From the plot's limits or, where it has none, the data's; about 0 for diverging colours.
 Scale MakeScale(const WaferPlot& plot, const Summary& summary, const Style& style, int most_ticks);
 
+/// What a colour bar takes from the width, its distance from the plot included.
+double ColourBarRoom(const Page& page, const Scale& scale);
 /// Takes a colour bar with ticks and quantity from the right of what is free.
 void AddColourBar(Page& page, const Scale& scale, const WaferPlot& plot);
 
@@ -127,7 +131,8 @@ void AddColourBar(Page& page, const Scale& scale, const WaferPlot& plot);
 struct KeyRow {
   Rgba colour;
   std::string text;
-  std::string detail;  ///< Smaller, below.
+  std::string detail;      ///< Smaller, below.
+  std::string brief = {};  ///< In its place where there is no room for it.
 };
 /// Takes it from the right of what is free; narrow pages get none.
 void AddKey(Page& page, const std::string& heading, const std::vector<KeyRow>& rows);

@@ -30,6 +30,19 @@ void RoundOutward(Scale& scale, int most) {
   }
 }
 
+/// Of a colour bar, in letters.
+constexpr double kTickSize = 0.95;
+constexpr double kBarWidth = 1.1 + 0.5 + 1.4;  ///< Bar, tick marks and quantity.
+constexpr double kBarGap = 1.2;                ///< To the plot.
+
+double WidestTick(const Page& page, const Scale& scale) {
+  double widest = 0;
+  for (const double tick : scale.ticks.values) {
+    widest = std::max(widest, page.Width(scale.ticks.Text(tick), kTickSize * page.Em()));
+  }
+  return widest;
+}
+
 }  // namespace
 
 Rgba Scale::Colour(double value) const {
@@ -67,21 +80,21 @@ Scale MakeScale(const WaferPlot& plot, const Summary& summary, const Style& styl
   return scale;
 }
 
+double ColourBarRoom(const Page& page, const Scale& scale) {
+  return kBarWidth * page.Em() + WidestTick(page, scale) + kBarGap * page.Em();
+}
+
 void AddColourBar(Page& page, const Scale& scale, const WaferPlot& plot) {
   Box& free = page.Free();
   const double em = page.Em();
-  const double size = 0.95 * em;
-  double widest = 0;
-  for (const double tick : scale.ticks.values) {
-    widest = std::max(widest, page.Width(scale.ticks.Text(tick), size));
-  }
+  const double size = kTickSize * em;
+  const double widest = WidestTick(page, scale);
   const double bar = 1.1 * em;
-  const double label = 1.4 * em;
-  const double whole = bar + 0.5 * em + widest + label;
+  const double whole = kBarWidth * em + widest;
   if (whole > free.Width() * 0.45 || free.Height() < 5 * em) return;
   const Box area = {free.right - whole, free.top + 0.7 * em, free.right - whole + bar,
                     free.bottom - 0.7 * em};
-  free.right = area.left - 1.2 * em;
+  free.right = area.left - kBarGap * em;
   const auto steps = scale.bands.empty() ? std::size_t{128} : scale.bands.size();
   const double step = area.Height() / static_cast<double>(steps);
   for (std::size_t i = 0; i < steps; ++i) {
@@ -146,7 +159,8 @@ void AddKey(Page& page, const std::string& heading, const std::vector<KeyRow>& r
     const double room = free.right - start;
     page.Put({.text = page.Shortened(row.text, room, em), .size = em, .colour = page.Ink().text},
              {start, y + 0.5 * em}, Align::Start);
-    page.Put({.text = page.Shortened(row.detail, room, 0.9 * em),
+    const bool fits = row.brief.empty() || page.Width(row.detail, 0.9 * em) <= room;
+    page.Put({.text = page.Shortened(fits ? row.detail : row.brief, room, 0.9 * em),
               .size = 0.9 * em,
               .colour = page.Ink().soft},
              {start, y + 1.6 * em}, Align::Start);

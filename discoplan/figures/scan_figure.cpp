@@ -102,12 +102,7 @@ void DrawLineScan(Sketch sketch) {
       sites.push_back({foot.x, plot.sites.value[i]});
     }
   }
-  AddWords(page, plot, summary,
-           {std::to_string(sites.size()) + (sites.size() == 1 ? " site" : " sites") + " within " +
-                NumberText(near, 2) + " mm of the cut",
-            MethodNote(*field, plot)});
   const auto coverage = sketch.plan.CoverageOf(plot);
-  AddSmallMap(page, plot, scale, scan, field, coverage);
   constexpr int kSteps = 400;
   std::vector<double> values;
   std::vector<bool> known;
@@ -118,6 +113,15 @@ void DrawLineScan(Sketch sketch) {
     values.push_back(value);
     known.push_back(!coverage->IsFar(p));
   }
+  std::vector<std::string> notes = {std::to_string(sites.size()) +
+                                        (sites.size() == 1 ? " site" : " sites") + " within " +
+                                        NumberText(near, 2) + " mm of the cut",
+                                    MethodNote(*field, plot)};
+  if (std::find(known.begin(), known.end(), false) != known.end()) {
+    notes.insert(notes.begin() + 1, coverage->Note("dashed"));
+  }
+  AddWords(page, plot, summary, notes);
+  AddSmallMap(page, plot, scale, scan, field, coverage);
   double low = *std::min_element(values.begin(), values.end());
   double high = *std::max_element(values.begin(), values.end());
   for (const NearSite& site : sites) {
