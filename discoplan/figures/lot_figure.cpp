@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 #include "discoplan/figures/kinds.h"
@@ -81,13 +82,13 @@ void AddCommonKey(Page& page, const LotPlot& lot, PlotKind kind) {
   AddColourBar(page, MakeScale(scaled, summary, page.Look(), 9), scaled);
 }
 
-/// Title, facts and notes of a lot.
-void AddHead(Page& page, const LotPlot& lot, std::size_t first) {
+/// Title, facts and notes of a lot; which of several sheets it is, for those that show a part.
+void AddHead(Page& page, const LotPlot& lot, std::optional<std::size_t> first) {
   page.Title(lot.title);
   std::vector<std::string> facts = lot.facts;
   const std::size_t pages = (lot.wafers.size() + kWafersOnPage - 1) / kWafersOnPage;
-  if (pages > 1) {
-    facts.push_back("sheet " + std::to_string(first / kWafersOnPage + 1) + " of " +
+  if (first && pages > 1) {
+    facts.push_back("sheet " + std::to_string(*first / kWafersOnPage + 1) + " of " +
                     std::to_string(pages));
   }
   page.Items(facts, 2, true);
@@ -145,6 +146,13 @@ void DrawGallery(Page& page, const Box& box, const LotPlot& lot, const GalleryPa
       lot.wafers.size() > kWafersOnPage ? kWafersOnPage : part.end - part.first;
   const Gallery gallery{
       .area = area, .count = count, .above = WordsAbove(page), .gap = 0.5 * page.Em()};
+  std::vector<std::string> names;
+  bool of_one_size = true;
+  for (const WaferPlot& wafer : lot.wafers) {
+    names.push_back(wafer.title);
+    of_one_size = of_one_size && wafer.diameter == lot.wafers.front().diameter;
+  }
+  const std::size_t common = CommonBeginning(names);
   SitePlan plan;
   for (std::size_t i = part.first; i < part.end; ++i) {
     const Box cell = gallery.Cell(i - part.first);
@@ -161,6 +169,13 @@ void DrawGallery(Page& page, const Box& box, const LotPlot& lot, const GalleryPa
     style.letters = page.Em();
     style.small = true;
     style.legend = false;
+    const double room = cell.Width() - 2 * page.Em() - page.Width(plot.flag, page.Em(), true);
+    if (page.Width(plot.title, page.Em(), true) > room) {
+      plot.title = WithoutBeginning(plot.title, common);
+    }
+    if (!of_one_size) {
+      plot.left_out = DiameterText(plot) + (plot.left_out.empty() ? "" : ", " + plot.left_out);
+    }
     PlaceOn(page, MakeFigure(part.kind, plot, style, text, plan), cell);
     if (plot.flag.empty()) continue;
     page.Add(PathShape{.path = Rectangle(cell), .stroke = {1.4 * page.Hair(), page.Ink().accent}});
@@ -189,7 +204,7 @@ Figure MakeLotSheet(PlotKind kind, const LotPlot& lot, std::size_t first, const 
 
 Figure MakeLotCover(const LotPlot& lot, const Style& style, const TextMeasure& text) {
   Page page(style, text);
-  AddHead(page, lot, 0);
+  AddHead(page, lot, {});
   const Box free = page.Free();
   const double em = page.Em();
   const bool wide = free.Width() > free.Height();

@@ -21,6 +21,11 @@ struct PlotGrid {
 /// Puts a figure of its own onto the page; no other text comes into its box.
 void PlaceOn(Page& page, Figure figure, const Box& box);
 
+/// How much all names begin with alike, up to a separator; 0 for a single one.
+std::size_t CommonBeginning(const std::vector<std::string>& names);
+/// With an ellipsis in its place.
+std::string WithoutBeginning(const std::string& name, std::size_t common);
+
 struct GalleryPart {
   PlotKind kind;
   std::size_t first;
@@ -35,6 +40,7 @@ void DrawTrend(Page& page, const Box& box, const LotPlot& lot);
 void DrawBoxes(Page& page, const Box& box, const LotPlot& lot);
 /// Means over rings around the centre: all wafers, the flagged ones and the lot's own.
 void DrawProfiles(Page& page, const Box& box, const LotPlot& lot);
+/// In two halves beside one another where one would have small letters.
 void DrawTable(Page& page, const Box& box, const LotPlot& lot, std::size_t first, std::size_t end);
 
 }  // namespace discoplan::figures

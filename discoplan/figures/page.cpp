@@ -197,7 +197,10 @@ void Page::Line(Point a, Point b, Rgba colour, double width, double dash) {
 
 void Page::Title(std::string_view title, std::string_view flag) {
   const double size = (style_.small ? 1 : 1.35) * em_;
-  const std::string shown = Shortened(title, free_.Width(), size, true);
+  // A flag is worth more than the end of a name.
+  const double flag_room = flag.empty() ? 0 : Width(flag, size, true) + 0.6 * size;
+  const double room = std::max(free_.Width() - flag_room, 0.5 * free_.Width());
+  const std::string shown = Shortened(title, room, size, true);
   if (shown.empty()) return;
   const double height = (kAscent + kDescent) * size;
   const double y = free_.top + height / 2;
@@ -254,6 +257,10 @@ std::string WithUnit(const std::string& number, const WaferPlot& plot) {
   return plot.unit == "%" || plot.unit == "\u00B0" ? number + plot.unit : number + " " + plot.unit;
 }
 
+std::string DiameterText(const WaferPlot& plot) {
+  return FixedText(plot.diameter, plot.diameter == std::round(plot.diameter) ? 0 : 1) + " mm";
+}
+
 void AddWords(Page& page, const WaferPlot& plot, const Summary& summary,
               const std::vector<std::string>& notes) {
   page.Title(plot.title, plot.flag);
@@ -269,7 +276,7 @@ void AddWords(Page& page, const WaferPlot& plot, const Summary& summary,
   };
   if (page.Look().small) {
     const std::string sigma = summary.count > 1 ? " \u00B1 " + number(summary.sigma, 1) : "";
-    page.Items({number(summary.mean, 1) + sigma}, 1, true);
+    page.Items({number(summary.mean, 1) + sigma, plot.left_out}, 1, true);
     return;
   }
   items.push_back("mean " + WithUnit(number(summary.mean, 0), plot));
@@ -282,6 +289,7 @@ void AddWords(Page& page, const WaferPlot& plot, const Summary& summary,
                   WithUnit(number(summary.high, 0), plot) + ")");
   items.push_back("n " + std::to_string(summary.count));
   if (!plot.left_out.empty()) items.push_back(plot.left_out);
+  items.push_back(DiameterText(plot) + " wafer");
   page.Items(items, 3, true);
   page.Items(notes, 3, false);
 }

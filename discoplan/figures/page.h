@@ -143,6 +143,8 @@ void AddWords(Page& page, const WaferPlot& plot, const Summary& summary,
 
 /// "Thickness (nm)"
 std::string QuantityText(const WaferPlot& plot);
+/// "300 mm"
+std::string DiameterText(const WaferPlot& plot);
 /// With the unit behind.
 std::string WithUnit(const std::string& number, const WaferPlot& plot);
 

@@ -243,6 +243,14 @@ TEST(Legibility, NamesACurveOnlyWhereThereIsOne) {
   EXPECT_EQ(TextOf(Make(PlotKind::Histogram, wafer.Plot(), 360, 270), "curve"), "");
 }
 
+TEST(Legibility, SaysHowLargeTheWaferIs) {
+  const Wafer wafer = Rings(2);
+  WaferPlot plot = wafer.Plot();
+  EXPECT_EQ(TextOf(Make(PlotKind::Map, plot, 360, 270), "300 mm"), "300 mm wafer");
+  plot.diameter = 76.2;
+  EXPECT_EQ(TextOf(Make(PlotKind::Map, plot, 360, 270), "76.2"), "76.2 mm wafer");
+}
+
 TEST(Legibility, SaysWhatADashedScanIs) {
   const Wafer whole = Grid([](double, double) { return true; });
   const Wafer half = Grid([](double x, double) { return x > 0; });
