@@ -57,6 +57,7 @@ Walk WalkOf(int from, int to) {
 void ShapeCells::LookAt(int width, int height, Band rows) {
   clip_.clip_box(0, 0, width * kPart, height * kPart);
   width_ = width;
+  height_ = height;
   rows_ = rows;
   const auto columns = static_cast<std::size_t>(width) + 1;  // the right edge is in one beyond
   row_.assign(columns, {});
@@ -74,24 +75,36 @@ void ShapeCells::Forget() {
   cells_.assign(1, {.x = std::numeric_limits<std::int32_t>::min(), .cell = {}, .next = 0});
 }
 
+ShapeCells::Place ShapeCells::PlaceOf(figures::Point point) const {
+  const int x = agg::ras_conv_int::upscale(point.x);
+  const int y = agg::ras_conv_int::upscale(point.y);
+  return {x, y, x >= 0 && y >= 0 && x <= width_ * kPart && y <= height_ * kPart};
+}
+
 void ShapeCells::MoveTo(figures::Point point) {
   Close();
-  start_x_ = agg::ras_conv_int::upscale(point.x);
-  start_y_ = agg::ras_conv_int::upscale(point.y);
-  clip_.move_to(start_x_, start_y_);
+  start_ = here_ = PlaceOf(point);
 }
 
 void ShapeCells::LineTo(figures::Point point) {
-  Lines lines{*this};
-  clip_.line_to(lines, agg::ras_conv_int::upscale(point.x), agg::ras_conv_int::upscale(point.y));
+  GoTo(PlaceOf(point));
   is_open_ = true;
 }
 
 void ShapeCells::Close() {
-  if (!is_open_) return;
-  Lines lines{*this};
-  clip_.line_to(lines, start_x_, start_y_);
+  if (is_open_) GoTo(start_);
   is_open_ = false;
+}
+
+void ShapeCells::GoTo(const Place& place) {
+  if (here_.is_inside && place.is_inside) {
+    Add(here_.x, here_.y, place.x, place.y);
+  } else {
+    Lines lines{*this};
+    clip_.move_to(here_.x, here_.y);
+    clip_.line_to(lines, place.x, place.y);
+  }
+  here_ = place;
 }
 
 inline void ShapeCells::AddToCell(int row, int column, int height, int area) {

@@ -69,6 +69,14 @@ class DISCOPLAN_HEADLESS_EXPORT ShapeCells {
     void line(int x1, int y1, int x2, int y2) { cells.Add(x1, y1, x2, y2); }
   };
 
+  /// In parts of a pixel.
+  struct Place {
+    int x = 0;
+    int y = 0;
+    bool is_inside = true;  // the picture
+  };
+  Place PlaceOf(figures::Point point) const;
+  void GoTo(const Place& place);
   void Close();
   void Forget();
   void Add(int x1, int y1, int x2, int y2);
@@ -103,11 +111,12 @@ class DISCOPLAN_HEADLESS_EXPORT ShapeCells {
 
   agg::rasterizer_sl_clip<agg::ras_conv_int> clip_;
   int width_ = 0;
+  int height_ = 0;
   Band rows_;
   Band touched_;
   bool is_open_ = false;
-  int start_x_ = 0;  // of the outline, in parts of a pixel
-  int start_y_ = 0;
+  Place start_;  // of the outline
+  Place here_;
   std::vector<PlacedCell> cells_;
   std::vector<std::uint32_t> last_;  // cell of each row
   // Of one row, by column.
