@@ -102,13 +102,15 @@ double Coverage::DistanceAt(Point place) const {
          below * ((1 - right) * lower[0] + right * lower[1]);
 }
 
-void Coverage::FindFar(double y, double distance, std::vector<Stretch>& stretches) const {
+double Coverage::FindFar(double y, double distance, std::vector<Stretch>& stretches) const {
   constexpr double kNoEnd = std::numeric_limits<double>::infinity();
-  stretches.clear();
   const auto [upper, lower, right, below] = SpotOf({lattice_.x0, y});
   // Beyond the lattice nothing is known.
-  if (!(below >= 0 && below <= 1)) return stretches.push_back({-kNoEnd, kNoEnd});
-  stretches.push_back({-kNoEnd, lattice_.x0});
+  if (!(below >= 0 && below <= 1)) {
+    stretches.assign(1, {-kNoEnd, kNoEnd});
+    return y;
+  }
+  stretches.assign(1, {-kNoEnd, lattice_.x0});
   for (int i = 0; i + 1 < kAcross; ++i) {
     // No place of a square is farther than its farthest corner.
     if (std::max({upper[i], upper[i + 1], lower[i], lower[i + 1]}) < distance) continue;
@@ -117,6 +119,7 @@ void Coverage::FindFar(double y, double distance, std::vector<Stretch>& stretche
     stretches.back().right = lattice_.X(i + 1);
   }
   stretches.push_back({lattice_.X(kAcross - 1), kNoEnd});
+  return y - (1 - below) * lattice_.step;
 }
 
 std::string Coverage::Note(const char* look) const {

@@ -27,8 +27,8 @@ class DISCOPLAN_EXPORT Coverage {
     double right;
   };
   /// Parts of the line at that height, from left to right, outside of which no place is as far from
-  /// the sites as `distance`.
-  void FindFar(double y, double distance, std::vector<Stretch>& stretches) const;
+  /// the sites as `distance`. Gives the height down to which they stay the same.
+  double FindFar(double y, double distance, std::vector<Stretch>& stretches) const;
   bool IsFar(Point place) const { return has_far_ && DistanceAt(place) > far_; }
   /// "hatched: more than 12 mm from every site"; empty where there is no such part.
   std::string Note(const char* look) const;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include "discoplan/figures/map_frame.h"
 
@@ -39,6 +40,8 @@ class ValueImage final : public ImageSource {
     std::vector<float> values(lattice.Size());
     field_->Evaluate(lattice, frame_.test_radius + 2 * step, values);
     const auto width = static_cast<std::size_t>(grid.columns);
+    std::vector<Coverage::Stretch> far;
+    double far_down_to = std::numeric_limits<double>::infinity();
     for (int row = 0; row < grid.rows; ++row) {
       const std::size_t start = static_cast<std::size_t>(row) * width;
       const double y = lattice.Y(row);
@@ -46,24 +49,34 @@ class ValueImage final : public ImageSource {
       const double half = reach * reach - y * y;
       if (half < 0) continue;
       const double across = std::sqrt(half);
-      const int first = std::max(0, static_cast<int>(std::ceil((-across - lattice.x0) / step)));
-      const int last =
-          std::min(grid.columns - 1, static_cast<int>(std::floor((across - lattice.x0) / step)));
-      if (last < first) continue;
+      const Row columns = {
+          grid, lattice, row,
+          std::max(0, static_cast<int>(std::ceil((-across - lattice.x0) / step))),
+          std::min(grid.columns - 1, static_cast<int>(std::floor((across - lattice.x0) / step)))};
+      if (columns.last < columns.first) continue;
       if (banded_) {
-        ShadeBands(values, lattice, row, first, last, pixels);
+        ShadeBands(columns, values, pixels);
       } else {
-        const auto count = static_cast<std::size_t>(last - first + 1);
-        const std::size_t from = start + static_cast<std::size_t>(first);
+        const auto count = static_cast<std::size_t>(columns.last - columns.first + 1);
+        const std::size_t from = start + static_cast<std::size_t>(columns.first);
         Shade(std::span(values).subspan(from, count), pixels.subspan(from, count));
       }
-      if (coverage_->HasFar()) {
-        HatchRow(grid, lattice, row, first, last, pixels.subspan(start, width));
-      }
+      if (!coverage_->HasFar()) continue;
+      if (y < far_down_to) far_down_to = coverage_->FindFar(y, coverage_->Far() - step / 2, far);
+      HatchRow(columns, far, pixels.subspan(start, width));
     }
   }
 
  private:
+  /// The columns from `first` to `last` of one row.
+  struct Row {
+    const PixelGrid& grid;
+    const Lattice& lattice;
+    int number;
+    int first;
+    int last;
+  };
+
   void Shade(std::span<const float> values, std::span<Rgba> pixels) const {
     const auto f = static_cast<float>(kShades / (high_ - low_));
     const auto low = static_cast<float>(low_);
@@ -85,8 +98,8 @@ class ValueImage final : public ImageSource {
 
   /// The edge between two bands is as soft as a pixel is wide: how much of a pixel each has follows
   /// from the value and its slope.
-  void ShadeBands(std::span<const float> values, const Lattice& lattice, int row, int first,
-                  int last, std::span<Rgba> pixels) const {
+  void ShadeBands(const Row& row, std::span<const float> values, std::span<Rgba> pixels) const {
+    const Lattice& lattice = row.lattice;
     const auto width = static_cast<std::size_t>(lattice.columns);
     const auto count = static_cast<double>(shades_.size());
     const auto place = [&](std::size_t at) { return (values[at] - low_) / (high_ - low_) * count; };
@@ -95,16 +108,16 @@ class ValueImage final : public ImageSource {
       return std::abs(static_cast<double>(values[to]) - values[from]);
     };
     const double half_steepest = count / (high_ - low_) / 4 * (1 + 1e-9);
-    const bool has_rows = row > 0 && row + 1 < lattice.rows;
-    const std::size_t start = static_cast<std::size_t>(row) * width;
-    for (int i = first; i <= last; ++i) {
+    const bool has_rows = row.number > 0 && row.number + 1 < lattice.rows;
+    const std::size_t start = static_cast<std::size_t>(row.number) * width;
+    for (int i = row.first; i <= row.last; ++i) {
       const std::size_t at = start + static_cast<std::size_t>(i);
       const double here = place(at);
       pixels[at] = shades_[static_cast<std::size_t>(std::clamp(here, 0.0, count - 1))];
       const auto upper = static_cast<std::size_t>(std::clamp(here + 0.5, 0.0, count));
       if (upper == 0 || upper == shades_.size()) continue;
       const auto edge = static_cast<double>(upper);
-      const bool has_columns = i > first && i < last;
+      const bool has_columns = i > row.first && i < row.last;
       const double rises =
           (has_columns ? rise(at - 1, at + 1) : 0) + (has_rows ? rise(at - width, at + width) : 0);
       if (std::abs(here - edge) >= half_steepest * rises) continue;
@@ -116,33 +129,33 @@ class ValueImage final : public ImageSource {
     }
   }
 
-  /// Of the columns from `first` to `last`.
-  void HatchRow(const PixelGrid& grid, const Lattice& lattice, int row, int first, int last,
+  void HatchRow(const Row& row, std::span<const Coverage::Stretch> far,
                 std::span<Rgba> pixels) const {
-    const double y = lattice.Y(row);
-    std::vector<Coverage::Stretch> far;
-    coverage_->FindFar(y, coverage_->Far() - lattice.step / 2, far);
+    const Lattice& lattice = row.lattice;
+    int next = row.first;
     for (const Coverage::Stretch& stretch : far) {
       const auto column_at = [&](double x) {
-        return std::clamp((x - lattice.x0) / lattice.step, first - 1.0, last + 1.0);
+        return std::clamp((x - lattice.x0) / lattice.step, row.first - 1.0, row.last + 1.0);
       };
-      const int end = std::min(last, static_cast<int>(std::ceil(column_at(stretch.right))));
-      for (first = std::max(first, static_cast<int>(std::floor(column_at(stretch.left))));
-           first <= end; ++first) {
-        Rgba& pixel = pixels[static_cast<std::size_t>(first)];
-        pixel = Hatched(pixel, grid, {lattice.X(first), y}, first, row);
+      const int end = std::min(row.last, static_cast<int>(std::ceil(column_at(stretch.right))));
+      next = std::max(next, static_cast<int>(std::floor(column_at(stretch.left))));
+      for (; next <= end; ++next) {
+        Rgba& pixel = pixels[static_cast<std::size_t>(next)];
+        pixel = Hatched(pixel, row, next);
       }
     }
   }
 
-  Rgba Hatched(Rgba pixel, const PixelGrid& grid, Point place, int column, int row) const {
-    const double pixel_mm = grid.pitch / frame_.scale;
-    const double distance = coverage_->DistanceAt(place);
+  Rgba Hatched(Rgba pixel, const Row& row, int column) const {
+    const PixelGrid& grid = row.grid;
+    const double pixel_mm = row.lattice.step;
+    const double distance =
+        coverage_->DistanceAt({row.lattice.X(column), row.lattice.Y(row.number)});
     const double part = std::clamp((distance - coverage_->Far()) / pixel_mm + 0.5, 0.0, 1.0);
     if (part <= 0) return pixel;
     // Distance to the next of the slanted lines.
     const double x = grid.left + (column + 0.5) * grid.pitch;
-    const double y = grid.top + (row + 0.5) * grid.pitch;
+    const double y = grid.top + (row.number + 0.5) * grid.pitch;
     const double along = (x + y) * 0.7071;
     const double off =
         std::abs(along - std::round(along / hatch_pitch_) * hatch_pitch_) - hatch_width_ / 2;

@@ -59,9 +59,14 @@ TEST(Coverage, WhatIsFarLiesWithinTheStretchesOfItsLine) {
   std::vector<Coverage::Stretch> stretches;
   double within = 0;
   int lines = 0;
-  for (double y = -160; y < 160; y += 0.7, ++lines) {
+  int found = 0;
+  double down_to = 1000;
+  for (double y = 160; y > -160; y -= 0.7, ++lines) {
     const double distance = coverage.Far() - 0.3;
-    coverage.FindFar(y, distance, stretches);
+    if (y < down_to) {
+      down_to = coverage.FindFar(y, distance, stretches);
+      ++found;
+    }
     for (std::size_t i = 0; i < stretches.size(); ++i) {
       EXPECT_LE(stretches[i].left, stretches[i].right);
       if (i > 0) {
@@ -77,6 +82,7 @@ TEST(Coverage, WhatIsFarLiesWithinTheStretchesOfItsLine) {
     }
   }
   EXPECT_LT(within, 0.8 * 300 * lines) << "what is near is mostly left out";
+  EXPECT_LT(found, lines / 2);
 }
 
 }  // namespace
