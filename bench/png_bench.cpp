@@ -65,7 +65,7 @@ void EncodeMapByLibpngDefaults(benchmark::State& state) {
 
 constexpr std::uint8_t kUp = 2;  // the filter's number
 
-/// The rows of a smooth map in many shades, each less the one above it, the red byte lowest.
+/// The rows of a smooth map in many shades, each less the one above it.
 std::vector<std::uint32_t> FilteredRows() {
   const auto side = static_cast<std::size_t>(kSide);
   const figures::ColourMap colours = *figures::FindColourMap(figures::kDefaultColours);
@@ -80,8 +80,8 @@ std::vector<std::uint32_t> FilteredRows() {
       const figures::Rgba shade = is_map ? colours.At(part) : figures::Rgb(0xFFFFFF);
       const figures::Rgba over = std::exchange(above[x], shade);
       const auto less = [](int a, int b) { return static_cast<std::uint32_t>((a - b) & 0xFF); };
-      rows.push_back(less(shade.red, over.red) | less(shade.green, over.green) << 8 |
-                     less(shade.blue, over.blue) << 16);
+      rows.push_back(less(shade.red, over.red) << 16 | less(shade.green, over.green) << 8 |
+                     less(shade.blue, over.blue));
     }
   }
   return rows;
@@ -104,7 +104,7 @@ void DeflateRowsByZlib(benchmark::State& state) {
   std::vector<std::uint8_t> rows;
   for (const std::uint32_t pixel : FilteredRows()) {
     if (rows.size() % (3 * kSide + 1) == 0) rows.push_back(kUp);
-    for (const int shift : {0, 8, 16}) rows.push_back(static_cast<std::uint8_t>(pixel >> shift));
+    for (const int shift : {16, 8, 0}) rows.push_back(static_cast<std::uint8_t>(pixel >> shift));
   }
   std::vector<std::uint8_t> out(compressBound(static_cast<uLong>(rows.size())));
   std::size_t bytes = 0;

@@ -20,6 +20,12 @@ constexpr std::size_t kEnd = 256;
 constexpr unsigned LongestCode(unsigned bytes_per_pixel) { return bytes_per_pixel == 3 ? 12 : 10; }
 constexpr std::uint64_t kCheckBase = 65521;
 
+/// The byte that comes so many places behind a pixel's first.
+std::uint32_t ByteOf(std::uint32_t pixel, unsigned place) {
+  constexpr std::array<unsigned, 4> kShifts = {16, 8, 0, 24};
+  return pixel >> kShifts[place] & 0xFF;
+}
+
 /// How a run of a length is written.
 struct RunCode {
   std::uint16_t symbol;
@@ -155,7 +161,7 @@ class Speller {
  public:
   void Count(std::uint32_t pixel, std::size_t times) {
     if (times == 0) return void(++lone_[pixel]);
-    for (unsigned k = 0; k < kBytes; ++k) ++bytes_[k][pixel >> 8 * k & 0xFF];
+    for (unsigned k = 0; k < kBytes; ++k) ++bytes_[k][ByteOf(pixel, k)];
     Runs& runs = runs_[pixel == 0];
     ++runs.first[std::min(times, kMostTimes)];
     for (; times > kMostTimes; times -= kMostTimes) {
@@ -219,7 +225,7 @@ class Speller {
     if (times == 0) return pen.Put(symbols_[pixel]);
     const bool is_zero = pixel == 0;
     SomeBits all;
-    for (unsigned k = 0; k < kBytes; ++k) all.Append(symbols_[pixel >> 8 * k & 0xFF]);
+    for (unsigned k = 0; k < kBytes; ++k) all.Append(symbols_[ByteOf(pixel, k)]);
     all.bits = is_zero ? 0 : all.bits;
     all.count = is_zero ? 0 : all.count;
     all.Append(first_[is_zero][std::min(times, kMostTimes)]);
@@ -338,7 +344,7 @@ void PixelDeflater::AddPixels(std::span<const std::uint32_t> pixels) {
     std::uint64_t bytes = 0;
     std::uint64_t weighted = 0;
     for (unsigned k = 0; k < kBytes; ++k) {
-      const std::uint32_t byte = pixel >> 8 * k & 0xFF;
+      const std::uint32_t byte = ByteOf(pixel, k);
       bytes += byte;
       weighted += (kBytes - k) * byte;
     }

@@ -17,10 +17,12 @@ namespace discoplan {
 
 class DISCOPLAN_HEADLESS_EXPORT PixelDeflater {
  public:
-  /// Of 3 or 4 bytes a pixel. The stream stands behind what is in `before`.
+  /// Of 3 or 4 bytes a pixel, without alpha or with it. The stream stands behind what is in
+  /// `before`.
   explicit PixelDeflater(unsigned bytes_per_pixel, std::vector<std::uint8_t> before = {});
 
-  /// A byte, then one pixel or more, the lowest byte of each first; what is above their bytes is 0.
+  /// A byte, then one pixel or more, 0xAARRGGBB, as red, green, blue and alpha; an alpha that isn't
+  /// written is 0.
   void Add(std::uint8_t byte, std::span<const std::uint32_t> pixels);
   /// Ends the stream and gives all; nothing can be added afterwards.
   std::vector<std::uint8_t> Take();

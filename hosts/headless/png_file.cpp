@@ -150,19 +150,18 @@ void PackRow(std::span<const png_byte> indices, int bit_depth, png_byte* row) {
   if (free_bits < 8) *row = static_cast<png_byte>(bits);
 }
 
-/// Each byte less the one above it, the red one lowest. A map's rows repeat or nearly repeat the
-/// row above, so that most differences are zeros.
+/// Each byte less the one above it. A map's rows repeat or nearly repeat the row above, so that
+/// most differences are zeros.
 void Subtract(std::span<const Pixel> pixels, std::span<const Pixel> above, Pixel used,
               std::span<Pixel> differences) {
-  constexpr Pixel kHigh = 0x80808080;  // bits, which take no carry from byte to byte
-  const Pixel* own = pixels.data();
-  const Pixel* over = above.data();
-  Pixel* to = differences.data();
-  for (std::size_t i = 0; i < pixels.size(); ++i) {
-    const Pixel d =
-        (((own[i] | kHigh) - (over[i] & ~kHigh)) ^ ((own[i] ^ ~over[i]) & kHigh)) & used;
-    to[i] = (d >> 16 & 0xFF) | (d & 0xFF00FF00) | (d & 0xFF) << 16;
+  const auto own = std::as_bytes(pixels);
+  const auto over = std::as_bytes(above);
+  const auto to = std::as_writable_bytes(differences);
+  for (std::size_t i = 0; i < own.size(); ++i) {
+    to[i] = static_cast<std::byte>(std::to_integer<unsigned>(own[i]) -
+                                   std::to_integer<unsigned>(over[i]));
   }
+  for (Pixel& difference : differences) difference &= used;
 }
 
 /// Compresses rows in RGB, with alpha or without.

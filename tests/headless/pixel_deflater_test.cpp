@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <array>
 #include <random>
 #include <utility>
 
@@ -32,7 +33,8 @@ void ExpectReadBack(const std::vector<Row>& rows, unsigned bytes_per_pixel) {
     bytes.push_back(number);
     for (const std::uint32_t pixel : row) {
       for (unsigned k = 0; k < bytes_per_pixel; ++k) {
-        bytes.push_back(static_cast<std::uint8_t>(pixel >> 8 * k));
+        constexpr std::array kRedGreenBlueAlpha = {16, 8, 0, 24};
+        bytes.push_back(static_cast<std::uint8_t>(pixel >> kRedGreenBlueAlpha[k]));
       }
     }
   }
