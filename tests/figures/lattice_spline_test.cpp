@@ -179,7 +179,7 @@ TEST(PlacePlan, FieldsAreTheSameWhateverWasMadeBefore) {
     }
     wafers.push_back(Scattered(count, 145, 9));
     PlacePlan kept;
-    for (const std::size_t i : {0, 1, 0, 3, 2, 2, 1, 3, 0}) {
+    for (const std::size_t i : {0u, 1u, 0u, 3u, 2u, 2u, 1u, 3u, 0u}) {
       PlacePlan fresh;
       EXPECT_EQ(Drawn(wafers[i], kept), Drawn(wafers[i], fresh)) << count << " " << i;
     }
