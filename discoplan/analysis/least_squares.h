@@ -8,6 +8,11 @@
 ///     design.At(row, column) = ...;
 ///     const LeastSquares fit = Solve(design, values);
 ///     if (fit.rank < 3) Warn("the sites don't tell all terms apart");
+///
+/// Further values at the same sites take a fraction of the time:
+///
+///     const FactoredDesign factored(design);
+///     factored.Solve(values, coefficients);
 
 #include <cstddef>
 #include <span>
@@ -29,6 +34,9 @@ class DesignMatrix {
   std::span<double> Column(std::size_t column) {
     return std::span(cells_).subspan(column * rows_, rows_);
   }
+  std::span<const double> Column(std::size_t column) const {
+    return std::span(cells_).subspan(column * rows_, rows_);
+  }
 
  private:
   std::size_t rows_;
@@ -41,6 +49,30 @@ struct LeastSquares {
   /// Columns that are independent within rounding. Where it is less than all, the others have the
   /// coefficient 0: a solution, but not the only one.
   std::size_t rank = 0;
+};
+
+/// What follows from a design alone.
+class DISCOPLAN_EXPORT FactoredDesign {
+ public:
+  explicit FactoredDesign(DesignMatrix design);
+
+  std::size_t Columns() const { return matrix_.Columns(); }
+  /// Columns that are independent within rounding.
+  std::size_t Rank() const { return half_squares_.size(); }
+  /// The coefficients of `discoplan::analysis::Solve`, one for each column. Spoils the values.
+  void Solve(std::span<double> values, std::span<double> coefficients) const;
+
+ private:
+  void ScaleColumns();
+  double Rest(std::size_t column, std::size_t step);
+  double TakeLargest(std::size_t step);
+  void Eliminate(std::size_t step, double length);
+
+  DesignMatrix matrix_;
+  std::vector<std::size_t> order_;  // the column that stands at each place
+  std::vector<double> scales_;      // of the columns as they were
+  std::vector<double> diagonal_;
+  std::vector<double> half_squares_;  // of each mirror's normal
 };
 
 /// The coefficients that make the sum of squares of `design * coefficients - values` least. As many

@@ -4,56 +4,22 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdint>
-#include <cstring>
-#include <numeric>
 #include <utility>
 
 #include "discoplan/analysis/compensated_sum.h"
-#include "discoplan/base/numbers.h"
 
 namespace discoplan::analysis {
 namespace {
-
-/// A float's bits in an order that is that of the numbers.
-std::uint32_t RankOf(float value) {
-  std::uint32_t bits = 0;
-  std::memcpy(&bits, &value, sizeof bits);
-  return (bits >> 31) != 0 ? ~bits : bits | 0x80000000u;
-}
-
-/// By the floats that they narrow to: the lowest 11 bits first, then those above.
-void SortByDigits(std::vector<double>& values) {
-  constexpr unsigned kBits = 11;
-  constexpr std::uint32_t kDigits = 1u << kBits;
-  std::vector<double> other(values.size());
-  for (unsigned shift = 0; shift < 32; shift += kBits) {
-    std::array<std::uint32_t, kDigits> next{};
-    const auto digit = [&](double value) {
-      return RankOf(static_cast<float>(value)) >> shift & (kDigits - 1);
-    };
-    for (const double value : values) ++next[digit(value)];
-    std::exclusive_scan(next.begin(), next.end(), next.begin(), 0u);
-    for (const double value : values) other[next[digit(value)]++] = value;
-    values.swap(other);
-  }
-}
-
-/// In ascending order, which is that of the floats since each narrows to its own.
-std::vector<double> Sorted(std::vector<double> decimals) {
-  constexpr std::size_t kFew = 400;  // that are sorted sooner by comparing them
-  decimals.size() < kFew ? std::sort(decimals.begin(), decimals.end()) : SortByDigits(decimals);
-  return decimals;
-}
 
 /// Of numbers of which `at` gives those of ascending order.
 template <class At>
 double QuantileOf(std::size_t count, double p, At at) {
   const double place = static_cast<double>(count - 1) * p;
   const auto below = static_cast<std::size_t>(place);
+  const double part = place - static_cast<double>(below);
   const double lower = at(below);
-  const double upper = at(std::min(below + 1, count - 1));
-  return lower + (place - static_cast<double>(below)) * (upper - lower);
+  const double upper = part > 0 ? at(below + 1) : lower;
+  return lower + part * (upper - lower);
 }
 
 /// The distances of ascending values from one among them, which grow to both sides.
@@ -95,28 +61,34 @@ class Distances {
 
 }  // namespace
 
-double DecimalOf(float value) {
-  constexpr double kSmallest = 1e-3;
-  constexpr double kLargest = 1e7;
-  constexpr double kPowers[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
-  const double exact = value;
-  if (!(std::abs(exact) >= kSmallest && std::abs(exact) <= kLargest)) return exact;
-  for (const double power : kPowers) {
-    const double decimal = RoundHalfEven(exact * power) / power;
-    if (static_cast<float>(decimal) == value) return decimal;
-  }
-  return exact;
+namespace {
+
+void CopyValues(std::span<const Site> sites, std::vector<float>& values) {
+  values.resize(sites.size());
+  for (std::size_t i = 0; i < sites.size(); ++i) values[i] = sites[i].z;
 }
 
+}  // namespace
+
 std::vector<double> DecimalsOf(std::span<const Site> sites) {
+  std::vector<float> values;
+  CopyValues(sites, values);
   std::vector<double> decimals(sites.size());
-  std::transform(sites.begin(), sites.end(), decimals.begin(),
-                 [](const Site& site) { return DecimalOf(site.z); });
+  DecimalsOf(values, decimals);
   return decimals;
 }
 
-Sample::Sample(std::span<const Site> all) : sites(all), decimals_(DecimalsOf(all)) {
-  sorted = Sorted(decimals_);
+Sample::Sample(std::span<const Site> all) { Take(all); }
+
+void Sample::Take(std::span<const Site> all) {
+  sites = all;
+  plane_.reset();
+  median_deviation_.reset();
+  CopyValues(all, values_);
+  decimals_.resize(all.size());
+  DecimalsOf(values_, decimals_);
+  sorted.resize(all.size());
+  sorter_.Sort(values_, decimals_, sorted);
   SumUp();
 }
 
@@ -137,6 +109,7 @@ void Sample::SumUp() {
   const double all =
       SumOfTerms(Count(), [&](std::size_t i) { return from_mean(i) * from_mean(i); });
   squares = std::max(0.0, all - off * off / count);
+  sigma.reset();
   if (sorted.size() > 1) sigma = std::sqrt(squares / (count - 1));
 }
 
@@ -145,12 +118,15 @@ double Sample::Quantile(double p) const {
 }
 
 double Sample::MedianDeviation() const {
-  const Distances distances(sorted, Quantile(0.5));
-  return QuantileOf(Count(), 0.5, [&](std::size_t i) { return distances[i]; });
+  if (!median_deviation_) {
+    const Distances distances(sorted, Quantile(0.5));
+    median_deviation_ = QuantileOf(Count(), 0.5, [&](std::size_t i) { return distances[i]; });
+  }
+  return *median_deviation_;
 }
 
 const PlaneFit& Sample::Plane() const {
-  if (!plane_) plane_ = FitPlane(sites, decimals_);
+  if (!plane_) plane_ = fitter_.Fit(sites, decimals_);
   return *plane_;
 }
 

@@ -6,6 +6,14 @@
 ///     const Sample sample(sites);
 ///     if (sample.sigma) Show(sample.mean, *sample.sigma, sample.Quantile(0.5));
 ///
+/// For wafers one after the other, in the same memory:
+///
+///     Sample sample;
+///     for (const std::vector<Site>& sites : wafers) {
+///       sample.Take(sites);
+///       Show(sample.mean);
+///     }
+///
 /// Sums are compensated and 64-bit. A value is taken as the decimal number that its 32-bit float
 /// stands for (`DecimalOf`), so that 10.446 - 9.4911 is 0.9549 and not 0.95489979.
 
@@ -15,6 +23,7 @@
 #include <vector>
 
 #include "discoplan/analysis/decimal.h"
+#include "discoplan/analysis/sorting.h"
 #include "discoplan/analysis/surface_fit.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/export.h"
@@ -25,10 +34,15 @@ namespace discoplan::analysis {
 DISCOPLAN_EXPORT std::vector<double> DecimalsOf(std::span<const Site> sites);
 
 struct DISCOPLAN_EXPORT Sample {
+  /// Of nothing: it has no numbers before it takes some.
+  Sample() = default;
   /// The sites outlive the sample; at least one, of finite values. All else depends on that.
   explicit Sample(std::span<const Site> sites);
   /// Values alone, for what has no positions; at least one.
   explicit Sample(std::vector<double> values);
+
+  /// What the constructor does with sites.
+  void Take(std::span<const Site> sites);
 
   std::size_t Count() const { return sorted.size(); }
   double Minimum() const { return sorted.front(); }
@@ -38,9 +52,11 @@ struct DISCOPLAN_EXPORT Sample {
   /// R. Hyndman and Y. Fan, "Sample Quantiles in Statistical Packages", The American Statistician
   /// 50 (1996). `p` from 0 to 1.
   double Quantile(double p) const;
+  // Found when they are first asked for: a sample is one thread's.
+
   /// Median of the distances from the median, not scaled.
   double MedianDeviation() const;
-  /// Of the sites, fitted when it is first asked for: a sample is one thread's.
+  /// Of the sites.
   const PlaneFit& Plane() const;
 
   std::span<const Site> sites;
@@ -52,8 +68,12 @@ struct DISCOPLAN_EXPORT Sample {
  private:
   void SumUp();
 
+  std::vector<float> values_;  // in the order of the sites, as are the next
   std::vector<double> decimals_;
+  DecimalSorter sorter_;
+  mutable PlaneFitter fitter_;
   mutable std::optional<PlaneFit> plane_;
+  mutable std::optional<double> median_deviation_;
 };
 
 /// Between 1.5 interquartile ranges below the lower quartile and above the upper one, but no wider

@@ -2,12 +2,16 @@
 #include "discoplan/analysis/surface_fit.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdint>
+#include <utility>
 
 #include "discoplan/analysis/compensated_sum.h"
 #include "discoplan/analysis/least_squares.h"
 #include "discoplan/analysis/sample.h"
 #include "discoplan/analysis/zernike.h"
+#include "discoplan/base/bits.h"
 
 namespace discoplan::analysis {
 namespace {
@@ -23,17 +27,36 @@ double PlaneFit::Direction() const {
   return degrees < 0 ? degrees + 360 : degrees;
 }
 
-PlaneFit FitPlane(std::span<const Site> sites) { return FitPlane(sites, DecimalsOf(sites)); }
+PlaneFit FitPlane(std::span<const Site> sites) {
+  return PlaneFitter().Fit(sites, DecimalsOf(sites));
+}
 
-PlaneFit FitPlane(std::span<const Site> places, std::span<const double> values) {
-  DesignMatrix design(places.size(), PlaneFit::kTerms);
+/// By their bits: a zero of the other sign may give one in a result.
+bool PlaneFitter::KnowsPlaces(std::span<const Site> places) const {
+  if (!design_ || places.size() != places_.size()) return false;
+  std::uint32_t differing = 0;
   for (std::size_t i = 0; i < places.size(); ++i) {
-    design.At(i, 0) = 1;
-    design.At(i, 1) = places[i].x;
-    design.At(i, 2) = places[i].y;
+    differing |= BitCast<std::uint32_t>(places[i].x) ^ BitCast<std::uint32_t>(places_[i].x);
+    differing |= BitCast<std::uint32_t>(places[i].y) ^ BitCast<std::uint32_t>(places_[i].y);
   }
-  const LeastSquares fit = Solve(std::move(design), values);
-  return {fit.coefficients[0], fit.coefficients[1], fit.coefficients[2], fit.rank};
+  return differing == 0;
+}
+
+PlaneFit PlaneFitter::Fit(std::span<const Site> places, std::span<const double> values) {
+  if (!KnowsPlaces(places)) {
+    DesignMatrix design(places.size(), PlaneFit::kTerms);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      design.At(i, 0) = 1;
+      design.At(i, 1) = places[i].x;
+      design.At(i, 2) = places[i].y;
+    }
+    design_.emplace(std::move(design));
+    places_.assign(places.begin(), places.end());
+  }
+  values_.assign(values.begin(), values.end());
+  std::array<double, PlaneFit::kTerms> terms{};
+  design_->Solve(values_, terms);
+  return {terms[0], terms[1], terms[2], design_->Rank()};
 }
 
 ZernikeFit FitZernike(std::span<const Site> sites, int order, double radius) {

@@ -8,10 +8,12 @@
 ///     const std::vector<Site> rest = ResidualsOf(sites, fit);
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "discoplan/analysis/decimal.h"
+#include "discoplan/analysis/least_squares.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/export.h"
 
@@ -35,8 +37,21 @@ struct DISCOPLAN_EXPORT PlaneFit {
   double Direction() const;
 };
 DISCOPLAN_EXPORT PlaneFit FitPlane(std::span<const Site> sites);
-/// The same of other values at those places, as many as there are sites.
-DISCOPLAN_EXPORT PlaneFit FitPlane(std::span<const Site> places, std::span<const double> values);
+
+/// Best planes of values one after the other. What follows from the places is kept as long as they
+/// stay the same, as they mostly do from wafer to wafer. One thread's.
+class DISCOPLAN_EXPORT PlaneFitter {
+ public:
+  /// As many values as there are sites, in place of theirs.
+  PlaneFit Fit(std::span<const Site> places, std::span<const double> values);
+
+ private:
+  bool KnowsPlaces(std::span<const Site> places) const;
+
+  std::vector<Site> places_;
+  std::optional<FactoredDesign> design_;
+  std::vector<double> values_;  // kept for its memory
+};
 
 /// The coefficients of `Zernike` by number, over a circle of that radius in mm.
 struct DISCOPLAN_EXPORT ZernikeFit {

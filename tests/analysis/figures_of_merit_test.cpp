@@ -78,7 +78,7 @@ TEST(Sample, SortsManySitesAsComparingThemDoes) {
   std::mt19937 draw(11);
   std::uniform_int_distribution<int> exponent(-44, 37);
   std::uniform_real_distribution<float> digits(-10, 10);
-  for (const std::size_t count : {399u, 400u, 401u, 3000u}) {
+  for (const std::size_t count : {1u, 2u, 5u, 64u, 95u, 96u, 97u, 400u, 999u, 1000u, 3000u}) {
     std::vector<Site> sites;
     std::vector<double> sorted;
     for (std::size_t i = 0; i < count; ++i) {
@@ -109,6 +109,51 @@ TEST(DecimalOf, IsTheShortestDecimalOfTheFloat) {
   EXPECT_EQ(DecimalOf(0.0012345F), 0.0012345);
   const float infinite = std::numeric_limits<float>::infinity();
   EXPECT_EQ(DecimalOf(infinite), infinite);
+}
+
+// Many at once are the same as each by itself, whatever stands beside it.
+TEST(DecimalOf, IsTheSameForManyAtOnce) {
+  std::mt19937 draw(5);
+  std::uniform_real_distribution<float> digits(-10, 10);
+  constexpr float kOdd[] = {0,         -0.0F, 1e-30F, 9.999e-4F, 1e-3F,
+                            0.015625F, 1e7F,  1.1e7F, 8388607.5F};
+  for (int round = 0; round < 3000; ++round) {
+    std::vector<float> values(1 + draw() % 200);
+    const float scale = std::pow(10.0F, static_cast<float>(draw() % 12) - 5);
+    const float step = round % 2 == 0 ? 0 : std::pow(10.0F, static_cast<float>(draw() % 4) - 2);
+    for (float& value : values) {
+      value = scale * (round % 3 == 0 ? 1 + digits(draw) / 1000 : digits(draw));
+      if (step > 0) value = std::round(value / step) * step;
+      if (round % 5 == 0 && draw() % 20 == 0) value = kOdd[draw() % std::size(kOdd)];
+    }
+    std::vector<double> decimals(values.size());
+    DecimalsOf(values, decimals);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      ASSERT_EQ(decimals[i], DecimalOf(values[i])) << values[i];
+    }
+  }
+}
+
+// One that takes wafer after wafer is the same as one made for each, at new places too.
+TEST(Sample, KeepsNothingOfTheWaferBefore) {
+  std::mt19937 draw(9);
+  std::uniform_real_distribution<float> within(-100, 100);
+  Sample kept;
+  std::vector<Site> sites;
+  for (int wafer = 0; wafer < 200; ++wafer) {
+    if (wafer % 3 == 0) {
+      sites.resize(1 + draw() % 150);
+      for (Site& site : sites) site = {within(draw), within(draw), 0};
+    }
+    if (wafer % 7 == 0) sites.front().x = -sites.front().x;
+    for (Site& site : sites) site.z = 500 + within(draw);
+    kept.Take(sites);
+    const Sample fresh(sites);
+    for (const FigureOfMerit& figure : FiguresOfMerit()) {
+      ASSERT_EQ(figure.compute(kept), figure.compute(fresh)) << figure.key << " of " << wafer;
+    }
+    ASSERT_EQ(kept.sorted, fresh.sorted);
+  }
 }
 
 // Any decimal of up to six digits comes back from its float.
