@@ -15,6 +15,18 @@ Numbers::Numbers(const discoplan_array& array, const char* name)
   if (stride_ == 0) stride_ = is_double_ ? sizeof(double) : sizeof(float);
 }
 
+void Numbers::Copy(std::int64_t first, std::span<float> numbers) const {
+  const std::byte* at = data_ + first * stride_;
+  if (!is_double_ && stride_ == sizeof(float)) {
+    std::memcpy(numbers.data(), at, numbers.size_bytes());
+    return;
+  }
+  for (float& number : numbers) {
+    number = is_double_ ? static_cast<float>(Read<double>(at)) : Read<float>(at);
+    at += stride_;
+  }
+}
+
 Offsets::Offsets(const std::int32_t* narrow, const std::int64_t* wide, std::int64_t count,
                  std::int64_t limit)
     : narrow_(narrow), wide_(wide) {

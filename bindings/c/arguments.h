@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <span>
 #include <string>
 
 #include "bindings/c/errors.h"
@@ -65,6 +66,8 @@ class Numbers {
     if (is_double_) return Read<double>(at);
     return Read<float>(at);
   }
+  /// Numbers `first` and those behind it, as 32-bit floats: infinite where they don't fit.
+  void Copy(std::int64_t first, std::span<float> numbers) const;
 
  private:
   template <class T>

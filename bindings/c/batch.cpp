@@ -3,6 +3,7 @@
 
 #include "bindings/c/arguments.h"
 #include "bindings/c/drawing.h"
+#include "bindings/c/sample_reader.h"
 #include "discoplan/analysis/figures_of_merit.h"
 
 using namespace discoplan;
@@ -14,6 +15,7 @@ namespace {
 template <class T>
 class Pieces {
  public:
+  void Expect(std::size_t pieces) { offsets_.reserve(pieces + 1); }
   template <class Piece>
   void Add(const Piece& piece) {
     content_.insert(content_.end(), piece.begin(), piece.end());
@@ -38,11 +40,12 @@ class BatchResult final : public Held {
         statistics_(wafers_ * analysis::FiguresOfMerit().size(),
                     std::numeric_limits<double>::quiet_NaN()) {
     statuses_.reserve(wafers_);
+    pictures_.Expect(wafers_);
+    messages_.Expect(wafers_);
   }
 
-  void Set(const std::vector<double>& figures) {
-    const std::size_t wafer = statuses_.size();
-    for (std::size_t i = 0; i < figures.size(); ++i) statistics_[i * wafers_ + wafer] = figures[i];
+  void Set(const analysis::Sample& sample, FigureMask wanted) {
+    ComputeFigures(sample, wanted, &statistics_[statuses_.size()], wafers_);
   }
   void Finish(discoplan_status status, std::span<const std::uint8_t> file) {
     statuses_.push_back(status);
@@ -84,7 +87,8 @@ class Batch {
         offsets_(batch.offsets32, batch.offsets64, wafers_, batch.count),
         wafer_(Taken(batch.wafer, "discoplan_wafer_options")),
         format_(FormatOf(batch.format)),
-        figures_(FiguresOf(batch.figures)) {
+        figures_(FiguresOf(batch.figures)),
+        reader_(sites_, wafer_) {
     if (batch.plot != nullptr) drawing_ = DrawingOf(Taken(batch.plot, "discoplan_plot_options"));
     if (batch.names == nullptr) return;
     names_ = batch.names;
@@ -92,7 +96,7 @@ class Batch {
                           std::numeric_limits<std::int64_t>::max());
   }
 
-  std::shared_ptr<BatchResult> Run() const {
+  std::shared_ptr<BatchResult> Run() {
     auto result = std::make_shared<BatchResult>(wafers_);
     for (std::int64_t i = 0; i < wafers_; ++i) {
       std::vector<std::uint8_t> file;
@@ -109,7 +113,15 @@ class Batch {
     return batch.wafers;
   }
 
-  void Do(std::int64_t i, BatchResult& result, std::vector<std::uint8_t>& file) const {
+  void Do(std::int64_t i, BatchResult& result, std::vector<std::uint8_t>& file) {
+    const std::int64_t begin = offsets_[i];
+    const std::int64_t end = offsets_[i + 1];
+    if (!drawing_) {
+      if (const analysis::Sample* const sample = reader_.Read(begin, end)) {
+        result.Set(*sample, figures_);
+        return;
+      }
+    }
     std::string name = TextOr(wafer_.name);
     if (name_offsets_) {
       const std::int64_t first = (*name_offsets_)[i];
@@ -117,8 +129,8 @@ class Batch {
     }
     discoplan_wafer_options options = wafer_;
     options.name = name.c_str();
-    const auto wafer = NewWafer(sites_, offsets_[i], offsets_[i + 1], options);
-    result.Set(wafer->Statistics(figures_));
+    const auto wafer = NewWafer(sites_, begin, end, options);
+    result.Set(analysis::Sample(wafer->Sites()), figures_);
     if (drawing_) file = DrawnFile(wafer, *drawing_, format_);
   }
 
@@ -128,6 +140,7 @@ class Batch {
   discoplan_wafer_options wafer_;
   FigureFormat format_;
   FigureMask figures_;
+  SampleReader reader_;
   std::optional<Drawing> drawing_;
   const char* names_ = nullptr;
   std::optional<Offsets> name_offsets_;

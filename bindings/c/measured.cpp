@@ -161,6 +161,17 @@ FigureMask FiguresOf(std::uint64_t given) {
   return given != 0 ? given : (FigureMask{1} << count) - 1;
 }
 
+void ComputeFigures(const analysis::Sample& sample, FigureMask wanted, double* values,
+                    std::size_t stride) {
+  for (const analysis::FigureOfMerit& row : analysis::FiguresOfMerit()) {
+    if ((wanted & 1) != 0) {
+      *values = row.compute(sample).value_or(std::numeric_limits<double>::quiet_NaN());
+    }
+    wanted >>= 1;
+    values += stride;
+  }
+}
+
 MeasuredWafer::MeasuredWafer(data::Wafer measured, Look look, bool size_given)
     : Held(kKind),
       measured_(std::move(measured)),
@@ -222,12 +233,9 @@ std::shared_ptr<const figures::ValueField> MeasuredWafer::Field(
 }
 
 std::vector<double> MeasuredWafer::Statistics(FigureMask wanted) const {
-  const analysis::Sample sample(Sites());
-  const auto rows = analysis::FiguresOfMerit();
-  std::vector<double> values(rows.size(), std::numeric_limits<double>::quiet_NaN());
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if ((wanted >> i & 1) != 0) values[i] = rows[i].compute(sample).value_or(values[i]);
-  }
+  std::vector<double> values(analysis::FiguresOfMerit().size(),
+                             std::numeric_limits<double>::quiet_NaN());
+  ComputeFigures(analysis::Sample(Sites()), wanted, values.data(), 1);
   return values;
 }
 

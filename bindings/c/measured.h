@@ -13,6 +13,7 @@
 
 #include "bindings/c/handles.h"
 #include "data/lot.h"
+#include "discoplan/analysis/sample.h"
 #include "discoplan/core/wafer.h"
 #include "discoplan/core/wafer_data.h"
 #include "discoplan/figures/wafer_figure.h"
@@ -23,6 +24,10 @@ namespace discoplan::c {
 using FigureMask = std::uint64_t;
 /// The figures that a caller asked for, 0 being all. Raises `Error` for one that there isn't.
 FigureMask FiguresOf(std::uint64_t given);
+/// Sets values 0, `stride`, ... to the figures, not a number for one that has no meaning; leaves
+/// those that aren't wanted.
+void ComputeFigures(const analysis::Sample& sample, FigureMask wanted, double* values,
+                    std::size_t stride);
 
 class MeasuredWafer final : public Held {
  public:

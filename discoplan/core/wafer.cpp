@@ -6,6 +6,7 @@
 #include "discoplan/base/numbers.h"
 #include "discoplan/core/default_colours.h"
 #include "discoplan/core/interpolation/site_interpolator.h"
+#include "discoplan/core/stored_value.h"
 #include "discoplan/core/wafer_data.h"
 
 namespace discoplan {
@@ -19,11 +20,6 @@ std::array<float, N> AsFloats(const std::array<Colour, N>& colours) {
                  [](Colour colour) { return static_cast<float>(colour); });
   return floats;
 }
-
-constexpr float kSmallestValue = 1e-15F;
-
-/// A value that is neither zero nor so small that it is taken for zero.
-bool IsRealValue(float z) { return z != 0 && (z >= kSmallestValue || z <= -kSmallestValue); }
 
 }  // namespace
 
@@ -65,13 +61,9 @@ void wafer::Store(std::int16_t number, float x, float y, float z) {
     throw RunTimeError(Fault::Subscript, "site " + std::to_string(number));
   }
   Site& site = ChangeSites()[static_cast<std::size_t>(number) - 1];
-  site = {x, y, z};
-  if (!IsRealValue(z)) {
-    HasZeroValue = true;
-    site.z = 0;
-  } else if (z < 0) {
-    HasNegativeValue = true;
-  }
+  site = {x, y, StoredValue(z)};
+  if (site.z == 0) HasZeroValue = true;
+  if (site.z < 0) HasNegativeValue = true;
 }
 
 std::vector<Site>& wafer::ChangeSites() {

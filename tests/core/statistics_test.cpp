@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "discoplan/base/numbers.h"
+#include "discoplan/core/stored_value.h"
 #include "discoplan/core/wafer.h"
 
 namespace discoplan {
@@ -83,6 +84,27 @@ TEST(Statistics, LimitsLeaveTheDataAlone) {
 TEST(Statistics, NeedASite) {
   wafer empty;
   EXPECT_THROW(empty.MaxMin(), RunTimeError);
+}
+
+// Of any number of sites, on the edge and as large as it says.
+TEST(Statistics, AreSureOfValuesUpToTheLargestSummed) {
+  for (int count = 1; count <= 32767; count += count < 1000 ? 1 : 997) {
+    wafer target;
+    target.WaferDiameter = 300;
+    target.SetNop(static_cast<float>(count));
+    for (int i = 0; i < count; ++i) {
+      const float sign = i % 2 == 0 ? 1.0F : -1.0F;
+      const bool is_up = i % 4 < 2;
+      target.SetGridValue(is_up ? 0 : sign * 150, is_up ? sign * 150 : 0,
+                          i % 3 == 0 ? kSurelySummedValue : -kSurelySummedValue);
+    }
+    ASSERT_NO_THROW(target.MaxMin()) << count;
+    for (int i = 1; i <= count; ++i) {
+      const Site site = target.GetGridValue(static_cast<std::int16_t>(i));
+      target.OverwriteGridValue(static_cast<std::int16_t>(i), site.x, site.y, -kSurelySummedValue);
+    }
+    ASSERT_NO_THROW(target.MaxMin()) << count;
+  }
 }
 
 TEST(Statistics, RefuseASumThatOverflows) { EXPECT_THROW(Loaded({3e38F, 3e38F}), RunTimeError); }
