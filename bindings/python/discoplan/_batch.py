@@ -58,6 +58,15 @@ def _offsets(lists: Any) -> Any:
     return pc.subtract(offsets, offsets[0])
 
 
+def _are_alike(lists: Sequence[Any]) -> bool:
+    """Whether the lists are equally long, row by row."""
+    first = lists[0].offsets
+    if all(first.equals(one.offsets) for one in lists[1:]):
+        return True
+    starts = [_offsets(one) for one in lists]
+    return all(starts[0].equals(other) for other in starts[1:])
+
+
 def _items(lists: Any) -> Any:
     """The numbers of all lists: where they lie if they are floats without gaps."""
     offsets = lists.offsets
@@ -100,20 +109,19 @@ def run(
 ) -> Found:
     """Statistics and pictures of the wafers of a record batch."""
     lists = [_lists(batch, one) for one in columns]
-    starts = [_offsets(one) for one in lists]
     torn: Dict[int, str] = {}
-    if any(one.null_count > 0 for one in lists) or any(starts[0] != other for other in starts[1:]):
+    if any(one.null_count > 0 for one in lists) or not _are_alike(lists):
         torn = _torn(lists, columns)
         whole = pa.array([i not in torn for i in range(len(batch))])
         lists = [pc.if_else(whole, one, pa.scalar([], one.type)) for one in lists]
-        starts = [_offsets(one) for one in lists]
     names, name_offsets, texts = b"", memoryview(b"").cast("i"), None
     if name is not None and len(batch) > 0:
         texts = _texts(column(batch, name))
         names = texts.buffers()[2] or b""
         name_offsets = memoryview(texts.buffers()[1]).cast("B").cast("q")
         name_offsets = name_offsets[texts.offset : texts.offset + len(texts) + 1]
-    offsets = memoryview(starts[0].buffers()[1]).cast("B").cast("q")[: len(batch) + 1]
+    starts = _offsets(lists[0])
+    offsets = memoryview(starts.buffers()[1]).cast("B").cast("q")[: len(batch) + 1]
     x, y, value = (_items(one) for one in lists)
     found = _core.batch(offsets, x, y, value, names, name_offsets, wafer, plot, format, figure_mask(figures))
     status, statistics, pictures, picture_offsets, messages, message_offsets = found
@@ -132,12 +140,14 @@ def run(
 
 def statistics_of(numbers: Any, count: int, figures: Figures = None) -> Any:
     """A struct of figures from all, one after the other; null for not a number."""
-    buffer, parts, names = pa.py_buffer(numbers), [], figure_keys(figures)
-    for i, row in enumerate(_core.figures()):
+    rows, names = _core.figures(), figure_keys(figures)
+    every = pa.Array.from_buffers(pa.float64(), len(rows) * count, [None, pa.py_buffer(numbers)])
+    gaps, parts = pc.is_nan(every), []
+    for i, row in enumerate(rows):
         if row[0] not in names:
             continue
-        part = pa.Array.from_buffers(pa.float64(), count, [None, buffer], offset=i * count)
-        parts.append(pc.if_else(pc.is_nan(part), None, part))
+        part, missing = every.slice(i * count, count), gaps.slice(i * count, count)
+        parts.append(pc.if_else(missing, None, part) if missing.true_count > 0 else part)
     return pa.StructArray.from_arrays(parts, names)
 
 

@@ -71,7 +71,8 @@ class Job(NamedTuple):
         fields = list(done.schema)
         for i in range(len(fields) - added, len(fields)):
             fields[i] = fields[i].with_type(narrow.get(fields[i].type, fields[i].type))
-        return done.cast(pa.schema(fields))
+        wanted = pa.schema(fields)
+        return done if done.schema.equals(wanted) else done.cast(wanted)
 
     def __call__(self, batches: Any) -> Iterator[Any]:
         for batch in batches:

@@ -43,7 +43,8 @@ def figure_keys(wanted: Union[str, Sequence[str], None]) -> List[str]:
         return list(known)
     keys = [wanted] if isinstance(wanted, str) else list(wanted)
     for key in keys or [""]:
-        choice(known, key, "figures")
+        if key not in known:
+            choice(known, key, "figures")
     return [key for key in known if key in keys]
 
 
