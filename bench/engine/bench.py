@@ -20,7 +20,7 @@ import psutil
 import pyarrow as pa
 import pyarrow.parquet as pq
 from archive import make
-from peers import DRAWN, FOUND, by_matplotlib, by_pandas, nothing
+from peers import DRAWN, FOUND, by_matplotlib, by_pandas, columns_of_statistics, nothing
 from report import goal_lines
 
 import discoplan as dp
@@ -125,9 +125,13 @@ def compare(spark: Any, folder: Path, sites: int, part: int, runs: int) -> Dict[
     for first in (ds.plots(few, **MAP), few.mapInArrow(by_pandas, FOUND), few.mapInArrow(by_matplotlib, DRAWN)):
         run(first)  # loads what it needs
 
+    statistics = ds.statistics(every, **WAFER)
+    keys, figures = statistics.columns[:-3], statistics.schema["statistics"].dataType.names
+    zeros = columns_of_statistics(keys, figures)
     alone = costs({
         "engine": lambda: run(every.mapInArrow(nothing, FOUND)),
-        "statistics": lambda: run(ds.statistics(every, **WAFER)),
+        "columns": lambda: run(every.mapInArrow(zeros, statistics.schema)),
+        "statistics": lambda: run(statistics),
         "all statistics": lambda: run(ds.statistics(every, **WAFER, figures="all")),
     }, runs + 1, processor_time)
     found = {name: seconds / size["wafers"] for name, seconds in alone.items()}
