@@ -5,6 +5,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <initializer_list>
 #include <sstream>
 
 #include "apps/discoplan/command.h"
@@ -146,11 +147,18 @@ std::string FormulasByKey(const FigureList& figures) {
 std::optional<double> FigureOf(const analysis::FigureOfMerit& figure,
                                const analysis::Sample& sample) {
   constexpr double kRounding = 1e-7;  // of a 32-bit float
+  const auto is_among = [&](std::initializer_list<std::string_view> keys) {
+    return std::find(keys.begin(), keys.end(), figure.key) != keys.end();
+  };
   const std::optional<double> value = figure.compute(sample);
-  const double size = std::max(std::abs(sample.Minimum()), std::abs(sample.Maximum()));
-  const bool is_rounding =
-      figure.unit == analysis::UnitKind::Value && value && std::abs(*value) <= kRounding * size;
-  return is_rounding ? 0 : value;
+  if (figure.unit != analysis::UnitKind::Value || is_among({"minimum", "maximum"})) return value;
+  // What is made of the middle values alone rounds as they do, however far off others are.
+  const bool is_of_middle =
+      is_among({"median", "quartile_1", "quartile_3", "iqr", "mad", "robust_sigma"});
+  const double low = is_of_middle ? sample.Quantile(0.25) : sample.Minimum();
+  const double high = is_of_middle ? sample.Quantile(0.75) : sample.Maximum();
+  const double size = std::max(std::abs(low), std::abs(high));
+  return value && std::abs(*value) <= kRounding * size ? 0 : value;
 }
 
 }  // namespace discoplan::app

@@ -44,6 +44,22 @@ TEST(Rounded, ToSignificantDigits) {
   EXPECT_EQ(app::Rounded(123456, 2), 120000);
 }
 
+TEST(FigureOf, IsZeroForRoundingAlone) {
+  const auto figure = [](const char* key, std::vector<double> values) {
+    return app::FigureOf(*analysis::FindFigure(key), analysis::Sample(std::move(values)));
+  };
+  EXPECT_EQ(figure("mean", {-100, 1e-7, 100}), 0);
+  EXPECT_EQ(figure("median", {-100, -50, 1e-7, 50, 100}), 0);
+  // Whatever one of them may be.
+  const std::vector<double> stray = {98.5, 99, 100, 101, 1e30};
+  EXPECT_EQ(figure("minimum", stray), 98.5);
+  EXPECT_EQ(figure("median", stray), 100);
+  EXPECT_EQ(figure("quartile_1", stray), 99);
+  EXPECT_EQ(figure("iqr", stray), 2);
+  EXPECT_EQ(figure("mad", stray), 1);
+  EXPECT_EQ(figure("maximum", {-1e30, -100, 3}), 3);
+}
+
 class Stats : public ProgramFixture {
  protected:
   nlohmann::json Json(const std::string& arguments) const {
