@@ -179,6 +179,9 @@ void KlarfReader::CheckVersion() const {
 void KlarfReader::TakeStatement() {
   if (statement_.empty()) return;
   const std::string& name = statement_[0];
+  if (ParseNumber(name).fault == NumberFault::None) {
+    Refuse("a row of numbers stands outside of all lists; remove the semicolon that ends its list");
+  }
   if (SameName(name, "FileVersion")) return CheckVersion();
   if (SameName(name, "DefectRecordSpec")) return TakeSpec();
   if (SameName(name, "WaferID")) return BeginWafer();

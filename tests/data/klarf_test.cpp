@@ -97,6 +97,10 @@ TEST(Klarf, GivesDefectsAsSitesOrSaysWhatIsWrong) {
       {"a text in place of a number",
        kHead + kWafer + kSpec + "DefectList\n 1 5x 6000 0 0 0.5 1 0 0;\n" + kEnd,
        "a.txt:15:2: '5x' is no number; mend the value or use --skip-invalid"},
+      {"a semicolon behind each defect",
+       kHead + kWafer + kSpec + "DefectList\n1 0 0 0 0 0.5 1 0 0;\n2 0 0 1 0 0.5 1 0 0;\n" + kEnd,
+       "a.txt:16: a row of numbers stands outside of all lists; remove the semicolon that ends its "
+       "list"},
       {"no defects", kHead + kWafer + kSpec + "DefectList\n;\n" + kEnd,
        "a.txt: no defect is left; choose another file or wafer"},
       {"an origin inside the die", kHead + "DieOrigin 1 0;\n" + kEnd,
