@@ -17,10 +17,19 @@ constexpr std::size_t kBlockSize = 1U << 16;
 constexpr std::size_t kLongestLine = 1U << 20;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-/// A '#' with a separator right behind it is the name of a column.
+/// What spreadsheets write for a number that they haven't.
+constexpr std::string_view kNoNumbers[] = {"#N/A",   "#REF!", "#DIV/0!", "#VALUE!",
+                                           "#NAME?", "#NUM!", "#NULL!"};
+
+/// Signs with a separator right behind them are a field: the name of a column if there is one, and
+/// a number too wide for its column if there are several.
 bool IsComment(std::string_view content) {
   if (!content.starts_with('#')) return false;
-  return content.size() == 1 || std::string_view(",;\t").find(content[1]) == std::string_view::npos;
+  const std::size_t behind = content.find_first_not_of('#');
+  if (behind == std::string_view::npos) return true;
+  return std::string_view(",;\t").find(content[behind]) == std::string_view::npos &&
+         std::none_of(std::begin(kNoNumbers), std::end(kNoNumbers),
+                      [&](std::string_view text) { return content.starts_with(text); });
 }
 
 /// A text of measured numbers is mostly Latin digits and layout, and holds no control characters,

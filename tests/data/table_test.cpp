@@ -45,6 +45,8 @@ TEST(DataTable, ReadsAllWaysToWriteATable) {
       {"quotes", "\"X\",\"Y\",\"Value\"\n\"1\",2 , \"3\" \n", "1,2,3"},
       {"a separator in quotes", "X,Y,Z,Note\n1,2,3,\"a,b\"\n", "1,2,3"},
       {"quotes in quotes", "X,Y,Z,Note\n1,2,3,\"a \"\"b\"\", c\"\n", "1,2,3"},
+      {"no comment that a spreadsheet wrote for a number", "Site,X,Y,V\n#N/A,1,2,3\n#NAME?,4,5,6\n",
+       "1,2,3 4,5,6"},
       {"no comment in quotes", "X,Y,Z,Note\n1,2,3,\"a # b\"\n", "1,2,3"},
       {"blank lines and empty rows", "\n\nX,Y,Z\n\n1,2,3\n,,\n4,5,6\n,,,\n", "1,2,3 4,5,6"},
       {"empty fields at the end", "X,Y,Z,\n1,2,3,\n4,5,6\n", "1,2,3 4,5,6"},
@@ -203,6 +205,12 @@ TEST(DataTable, RefusesBadRows) {
        "a.csv:4:1: 'Mean' is no number" + mend},
       {"a second table", "X,Y,V\n1,2,3\n\nX,Y,V\n1,2,7\n", "a.csv:4:1: 'X' is no number" + mend},
       {"a minus sign of typography",
+      {"statistics below the rows, at the centre", "Site,X,Y,V\n1,1,2,3\nMean,0,0,3\n",
+       "a.csv:3:1: 'Mean' is no number" + mend},
+      {"a spreadsheet's error in front", "X,Y,V\n1,2,3\n#REF!,5,6\n",
+       "a.csv:3:1: '#REF!' is no number" + mend},
+      {"a number too wide for its column in front", "X,Y,V\n1,2,3\n####,5,6\n",
+       "a.csv:3:1: '####' is no number" + mend},
        "X,Y,V\n\xE2\x88\x92"
        "1,2,3\n",
        "a.csv:2:1: '\xE2\x88\x92"
