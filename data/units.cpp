@@ -69,6 +69,19 @@ std::size_t OpenBracket(std::string_view text) {
   return kind == std::string_view::npos ? kind : text.rfind(kOpen[kind]);
 }
 
+/// What stands between a name and its unit.
+constexpr std::string_view kMarks = "_,/ ";
+
+std::string_view WithoutMarks(std::string_view name) {
+  const std::size_t last = name.find_last_not_of(kMarks);
+  name = name.substr(0, last == std::string_view::npos ? 0 : last + 1);
+  return name.ends_with(" in") ? WithoutMarks(name.substr(0, name.size() - 3)) : name;
+}
+
+std::string_view LastWord(std::string_view text) {
+  return text.substr(text.find_last_of(" (_") + 1);  // or all of it
+}
+
 }  // namespace
 
 Heading SplitHeading(std::string_view text) {
@@ -80,10 +93,19 @@ Heading SplitHeading(std::string_view text) {
     if (is_number) return {text, {}};
     return {Trimmed(text.substr(0, open)), unit};
   }
-  const std::size_t mark = text.find_last_of("_,");
+  const std::size_t mark = text.find_last_of(kMarks);
   if (mark != std::string_view::npos && mark > 0) {
-    const std::string_view unit = Trimmed(text.substr(mark + 1));
-    if (unit.size() > 1 && IsKnownUnit(unit)) return {Trimmed(text.substr(0, mark)), unit};
+    const std::string_view name = WithoutMarks(text.substr(0, mark));
+    const std::string_view unit = text.substr(mark + 1);
+    const bool is_word = text[mark] == ' ' && SameName(unit, "in");
+    const bool is_quotient = text[mark] == '/' && IsKnownUnit(LastWord(name));
+    const bool is_unit = unit.size() > 1 && IsKnownUnit(unit) && !is_word && !is_quotient;
+    if (is_unit && !name.empty()) return {name, unit};
+  }
+  for (const std::string_view unit : {"mm", "cm", "um"}) {  // "Xmm"
+    if (SameName(text, "x" + std::string(unit)) || SameName(text, "y" + std::string(unit))) {
+      return {text.substr(0, 1), text.substr(1)};
+    }
   }
   return {text, {}};
 }

@@ -71,6 +71,11 @@ TEST(InstrumentTable, HasPositionsInUnits) {
        "10,20,3",
        {.unit = LengthUnit::Centimetre}},
       {"radius and degrees", "R (mm),Theta (deg),V\n100,0,5\n50,180,6\n", "100,0,5 -50,0,6"},
+      {"behind a stroke", "X/cm,Y/cm,V\n1,2,3\n", "10,20,3"},
+      {"behind a blank", "X Position cm,Y Position cm,V\n1,2,3\n", "10,20,3"},
+      {"in words", "X in um,Y in um,V\n1000,2000,3\n", "1,2,3"},
+      {"behind nothing", "Xcm,Ycm,V\n1,2,3\n", "10,20,3"},
+      {"of chosen columns", "Xcm,Ycm,V\n1,2,3\n", "10,20,3", {.columns = "Xcm,Ycm,V"}},
       {"dies", "X,Y,V\n-1,2,3\n", "-10,-24,3", {.pitch = DiePitch{10, -12}}},
   };
   for (const InstrumentCase& test : cases) Check(test);
@@ -146,6 +151,11 @@ TEST(InstrumentTable, NamesItsParametersWithTheirUnits) {
       {"X,Y,Thk_nm\n1,2,3\n", {}, {{"Thk", "nm"}}},
       {"X,Y,Rs [Ohm/sq]\n1,2,3\n", {}, {{"Rs", "Ohm/sq"}}},
       {"X,Y,V\nmm,mm,\xB5m\n1,2,3\n", {}, {{"V", "\xC2\xB5m"}}},
+      {"X,Y,Thickness/nm\n1,2,3\n", {}, {{"Thickness", "nm"}}},
+      {"X,Y,Thickness nm\n1,2,3\n", {}, {{"Thickness", "nm"}}},
+      {"X,Y,\"Thickness, nm\"\n1,2,3\n", {}, {{"Thickness", "nm"}}},
+      {"X,Y,Slope nm/mm\n1,2,3\n", {}, {{"Slope nm/mm", ""}}},
+      {"X,Y,Burn In\n1,2,3\n", {}, {{"Burn In", ""}}},
       {"X,Y,spline_e2(13.996)\n1,2,3\n", {}, {{"spline_e2(13.996)", ""}}},
       {"X,Y,Lot,Rs\n1,2,A,5\n3,4,B,6\n", {}, {{"Rs", ""}}},
       {"X,Y,V\n,,nm\n1,2,3\n", {}, {{"V", "nm"}}},
