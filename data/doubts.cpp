@@ -2,12 +2,14 @@
 #include "data/doubts.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <numbers>
 
 #include "data/plain_text.h"
 #include "data/repeats.h"
 #include "data/units.h"
+#include "discoplan/base/algorithms.h"
 
 namespace discoplan::data {
 namespace {
@@ -67,7 +69,8 @@ std::string DoubtOfUnit(const Wafer& wafer) {
     return "the sites lie within " + LengthText(across) +
            " mm, ten times a standard wafer; if a position is a tenth of a millimetre, scale them";
   }
-  if (across >= 0.9 * static_cast<double>(smallest) && across <= 1e4) return {};
+  const bool is_large = across > 1.005 * static_cast<double>(largest);
+  if (across >= 0.9 * static_cast<double>(smallest) && !is_large) return {};
   std::string fits;
   for (const Trial& trial : kTrials) {
     const auto diameter = FilledBy(across, trial.millimetres);
@@ -75,9 +78,10 @@ std::string DoubtOfUnit(const Wafer& wafer) {
     fits += (fits.empty() ? "" : " or ") + std::string("--unit ") + trial.unit + " (" +
             LengthText(static_cast<double>(*diameter)) + " mm, in " + trial.name + ')';
   }
-  if (fits.empty()) return {};
-  return "the sites lie within " + LengthText(across) + " mm, as on no standard wafer; try " +
-         fits + ", or --unit mm if that is right";
+  const std::string found =
+      "the sites lie within " + LengthText(across) + " mm, as on no standard wafer; ";
+  if (!fits.empty()) return found + "try " + fits + ", or --unit mm if that is right";
+  return is_large ? found + "scale them, or give their --diameter if that is right" : std::string();
 }
 
 /// Angles in radians, taken for degrees, lie in a narrow sector.
@@ -122,6 +126,55 @@ std::string DoubtOfIndex(const Lot& lot, const Wafer& wafer) {
          " only counts the sites; choose another with --parameter";
 }
 
+/// What instruments write for a value that they haven't.
+constexpr float kHuge = 1e30F;
+bool IsFill(float value) {
+  constexpr float kNines[] = {999, 9999, 99999, 999999, 9999999};
+  const float size = std::abs(value);
+  return size >= kHuge || std::find(std::begin(kNines), std::end(kNines), size) != std::end(kNines);
+}
+
+/// A value of that kind that lies farther from the others than they do from each other.
+std::optional<float> StrayFill(const Wafer& wafer) {
+  const auto [low, high] = std::minmax_element(wafer.value.begin(), wafer.value.end());
+  const float fill = IsFill(*high) ? *high : *low;
+  if (!IsFill(fill)) return {};
+  double least = HUGE_VAL;
+  double most = -HUGE_VAL;
+  for (const float value : wafer.value) {
+    if (IsFill(value)) continue;
+    least = std::min<double>(least, value);
+    most = std::max<double>(most, value);
+  }
+  const double gap = std::max(double{fill} - most, least - double{fill});
+  return least <= most && gap > most - least ? std::optional(fill) : std::nullopt;
+}
+
+/// "--where" with a condition, such as "< 9999", on a column.
+std::string WhereOf(const std::string& name, const std::string& condition) {
+  const auto is_plain = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; };
+  const bool word = AllOf(name, is_plain) && std::isalpha(static_cast<unsigned char>(name[0])) != 0;
+  return word ? "--where \"" + name + ' ' + condition + '"'
+              : "--where '`" + Printable(name) + "` " + condition + '\'';
+}
+
+std::string DoubtOfFill(const Lot& lot, std::size_t parameter) {
+  for (const Wafer& wafer : lot.Of(parameter)) {
+    const auto fill = StrayFill(wafer);
+    if (!fill) continue;
+    const bool huge = std::abs(*fill) >= kHuge;
+    const std::string number =
+        huge ? (*fill > 0 ? "1e30" : "-1e30") : std::to_string(static_cast<int>(*fill));
+    const std::string& name = lot.parameters[parameter].name;
+    const bool has_columns = lot.kind == FileKind::Table || lot.kind == FileKind::Defects;
+    return "values of " + Shown(name) + " are " + (huge ? "beyond " : "") + number +
+           ", far from the others; if that stands for missing ones, use " +
+           (has_columns ? WhereOf(name, (*fill > 0 ? "< " : "> ") + number)
+                        : "--drop-outliers 3.5mad");
+  }
+  return {};
+}
+
 void Tell(const Wafer& wafer, const std::string& doubt, bool several, Lot& lot) {
   if (!doubt.empty()) {
     lot.warnings.push_back((several ? "wafer " + Shown(wafer.name) + ": " : "") + doubt);
@@ -142,10 +195,12 @@ void TellDoubts(const ReadRequest& request, const PositionScale& scale, Lot& lot
   const bool has_size = scale.stated || request.diameter;
   if (quadrant.empty() && !has_size) Tell(*first, DoubtOfUnit(*first), several, lot);
   if (scale.polar && !scale.angle_stated) Tell(*first, DoubtOfAngle(*first), several, lot);
-  if (lot.kind == FileKind::Binary) return;  // whose values nobody can choose
   for (std::size_t parameter = 0; parameter < lot.parameters.size(); ++parameter) {
     const auto wafers = lot.Of(parameter);
     if (wafers.empty()) continue;
+    const std::string fill = request.outliers ? std::string() : DoubtOfFill(lot, parameter);
+    if (!fill.empty()) lot.warnings.push_back(fill);
+    if (lot.kind == FileKind::Binary) continue;  // whose values nobody can choose
     Tell(wafers[0], DoubtOfIndex(lot, wafers[0]), several, lot);
   }
 }

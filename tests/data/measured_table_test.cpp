@@ -208,6 +208,28 @@ TEST(InstrumentTable, TellsWhatLooksWrong) {
       {"X,Y,Q\n-1470,0,9\n1470,0,2\n0,1470,3\n0,-1470,4\n5,5,7\n",
        {"the sites lie within 2940 mm, ten times a standard wafer; if a position is a tenth of a "
         "millimetre, scale them"}},
+      {"X,Y,Q\n-1e8,0,9\n1e8,0,2\n0,1e8,3\n0,-1e8,4\n5,5,7\n",
+       {"the sites lie within 2e+08 mm, as on no standard wafer; scale them, or give their "
+        "--diameter "
+        "if that is right"}},
+      {"X,Y,Q\n-300,0,9\n300,0,2\n0,300,3\n0,-300,4\n5,5,7\n",
+       {"the sites lie within 600 mm, as on no standard wafer; scale them, or give their "
+        "--diameter "
+        "if that is right"}},
+      {"X,Y,Q nm\n-90,0,9\n90,0,9999\n0,90,3\n0,-90,4\n5,5,7\n",
+       {"values of 'Q' are 9999, far from the others; if that stands for missing ones, use --where "
+        "\"Q < 9999\""}},
+      {"X,Y,Q\n-90,0,9\n90,0,-999\n0,90,3\n0,-90,-999\n5,5,7\n",
+       {"values of 'Q' are -999, far from the others; if that stands for missing ones, use --where "
+        "\"Q > -999\""}},
+      {"X,Y,Q\n-90,0,9\n90,0,3.4e38\n0,90,3\n0,-90,4\n5,5,7\n",
+       {"values of 'Q' are beyond 1e30, far from the others; if that stands for missing ones, use "
+        "--where \"Q < 1e30\""}},
+      {"X,Y,Q # 1\n-90,0,9\n90,0,9999\n0,90,3\n0,-90,4\n5,5,7\n",
+       {"values of 'Q # 1' are 9999, far from the others; if that stands for missing ones, use "
+        "--where '`Q # 1` < 9999'"}},
+      {"X,Y,Q\n-90,0,990\n90,0,999\n0,90,980\n0,-90,1005\n5,5,7\n", {}},
+      {"X,Y,Q\n-90,0,990\n90,0,999\n0,90,980\n0,-90,985\n5,5,981\n", {}},
       {"X,Y,Q\n3,150,9\n297,150,2\n150.5,3,3\n150,297,4\n150,150,7\n",
        {"all sites lie in the quadrant right above the centre; if they are counted from a corner, "
         "use --origin corner"}},
