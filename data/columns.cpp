@@ -153,7 +153,11 @@ std::size_t GuessValue(const TableHead& head, const Columns& columns, const Colu
                        ValueChoice choice, const ColumnTest& holds_numbers) {
   const FieldNames& names = head.names;
   auto values = Matches(names, [&](std::string_view name) { return IsAmong(name, kValueNames); });
-  if (values.empty()) values = Quantities(head, columns, wish, holds_numbers);
+  // Z may be a height beside what was measured.
+  const bool only_z = values.size() == 1 && SameName(SplitHeading(names[values[0]]).name, "z");
+  if (values.empty() || (only_z && choice == ValueChoice::Only)) {
+    values = Quantities(head, columns, wish, holds_numbers);
+  }
   if (values.empty()) {
     // The only one there is, so that its rows tell what is wrong.
     values = Quantities(head, columns, wish, [](std::size_t) { return true; });
