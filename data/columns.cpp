@@ -25,12 +25,12 @@ constexpr std::string_view kRadiusNames[] = {"r", "radius", "rho"};
 constexpr std::string_view kAngleNames[] = {"theta",   "angle",    "phi",
                                             "azimuth", "\xCE\xB8", "\xCF\x86"};
 constexpr std::string_view kValueNames[] = {"value", "z", "thickness", "measurement", "result"};
-/// What counts sites or tells wafers apart, and isn't measured.
-constexpr std::string_view kCountNames[] = {
-    "site",   "site #",  "site no",  "site number",  "#",       "no",      "point",
-    "index",  "slot",    "slot #",   "slot no",      "slot_no", "slot id", "slot number",
-    "wafer",  "wafer #", "wafer id", "wafer_id",     "waferid", "lot",     "lot id",
-    "lot_id", "lotid",   "wafer no", "wafer number", "wafer_no"};
+constexpr std::string_view kSiteNames[] = {"site", "site #", "site no", "site number",
+                                           "#",    "no",     "point",   "index"};
+constexpr std::string_view kWaferNames[] = {
+    "slot",    "slot #",       "slot no",  "slot_no",  "slot id",  "slot number",
+    "wafer",   "wafer #",      "wafer no", "wafer_no", "wafer id", "wafer_id",
+    "waferid", "wafer number", "lot",      "lot id",   "lot_id",   "lotid"};
 
 bool IsAmong(std::string_view heading, Names usual) {
   const std::string_view name = SplitHeading(heading).name;
@@ -142,7 +142,8 @@ std::vector<std::size_t> Quantities(const TableHead& head, const Columns& column
   std::vector<std::size_t> found;
   for (std::size_t i = 0; i < head.names.size(); ++i) {
     if (i == columns.x || i == columns.y || head.names[i].empty()) continue;
-    if (head.header && IsAmong(head.names[i], kCountNames)) continue;
+    if (head.header && (IsAmong(head.names[i], kSiteNames) || IsAmong(head.names[i], kWaferNames)))
+      continue;  // isn't measured
     if (IsWished(wish.by, i, head.names)) continue;
     if (holds_numbers(i)) found.push_back(i);
   }
@@ -221,6 +222,14 @@ std::string Entry(const TableHead& head, std::size_t column) {
     return std::to_string(column + 1);
   }
   return std::string(name);
+}
+
+std::vector<std::size_t> SiteCounts(const FieldNames& names) {
+  return Matches(names, [](std::string_view name) { return IsAmong(name, kSiteNames); });
+}
+
+std::vector<std::size_t> WaferTellers(const FieldNames& names) {
+  return Matches(names, [](std::string_view name) { return IsAmong(name, kWaferNames); });
 }
 
 std::size_t FindColumn(std::string_view entry, const TableHead& head) {

@@ -57,6 +57,11 @@ enum class ValueChoice {
   First,  ///< the first of the columns with a usual name, as in a lot export
 };
 
+/// The columns whose names count sites, as "Site #" does.
+std::vector<std::size_t> SiteCounts(const FieldNames& names);
+/// The columns whose names tell wafers apart, as "Slot" and "Lot ID" do.
+std::vector<std::size_t> WaferTellers(const FieldNames& names);
+
 /// Positions and values as wished for or by their usual names; the first three columns without a
 /// header. `holds_numbers` tells which columns may be a value. Throws `DataError` if one isn't
 /// there or if several columns may be it.

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "data/plain_text.h"
+#include "discoplan/analysis/site_tree.h"
 
 namespace discoplan::data {
 namespace {
@@ -82,6 +83,19 @@ std::size_t DistinctIn(const Column& column) {
 std::size_t RepeatedSites(std::span<const float> x, std::span<const float> y) {
   const auto bits = [&](std::size_t i) { return BitsOf(x[i], y[i]); };
   return AllDiffer(x.size(), bits) ? 0 : CountRepeats(x.size(), bits);
+}
+
+std::size_t SitesNearOthers(std::span<const float> x, std::span<const float> y) {
+  constexpr double kSame = 0.1;
+  std::vector<Site> sites;
+  for (std::size_t i = 0; i < x.size(); ++i) sites.push_back({x[i], y[i], 0});
+  const analysis::SiteTree tree(sites);
+  std::size_t near = 0;
+  for (std::size_t i = 0; i < sites.size(); ++i) {
+    const auto nearest = tree.Nearest(sites[i].x, sites[i].y, 1, i);
+    near += !nearest.empty() && nearest.front().distance <= kSame;
+  }
+  return near;
 }
 
 std::string RepeatText(std::size_t repeats, const Wafer& wafer, const std::string& of) {

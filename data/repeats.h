@@ -15,6 +15,9 @@ namespace discoplan::data {
 /// Sites whose position came before.
 std::size_t RepeatedSites(std::span<const float> x, std::span<const float> y);
 
+/// Sites that lie within 0.1 mm of another one.
+std::size_t SitesNearOthers(std::span<const float> x, std::span<const float> y);
+
 /// "2 of 4 sites of wafer 'A' repeat a position"; `of` may be empty.
 std::string RepeatText(std::size_t repeats, const Wafer& wafer, const std::string& of);
 

@@ -36,7 +36,7 @@ RowShape ShapeOf(const FieldNames& head, Columns columns, std::int64_t line) {
   std::size_t last_used = std::max(columns.x, columns.y);
   for (const std::size_t column : columns.values) last_used = std::max(last_used, column);
   const std::size_t fewest = std::max({FilledWidth(head), last_used + 1, std::size_t{3}});
-  return {std::move(columns), {}, fewest, head.size(), line};
+  return {std::move(columns), {}, fewest, head.size(), line, SiteCounts(head)};
 }
 
 bool IsSite(const std::vector<std::string_view>& fields, const RowShape& shape) {
@@ -140,9 +140,27 @@ bool SiteRows::Meets(const Condition& condition, const std::vector<std::string_v
   return false;
 }
 
+bool SiteRows::SumsUp(const std::vector<std::string_view>& fields, std::int64_t line,
+                      const RowShape& shape, std::span<Wafer> wafers) {
+  static constexpr std::string_view kWords[] = {"mean",  "av",     "std", "min", "max",  "range",
+                                                "sigma", "median", "sum", "tot", "unif", "3 s"};
+  for (const std::size_t column : shape.counts) {
+    const std::string_view text = column < fields.size() ? fields[column] : "";
+    if (text.empty() || (text.front() >= '0' && text.front() <= '9')) continue;
+    const bool sums_up = std::any_of(
+        std::begin(kWords), std::end(kWords),
+        [&](std::string_view word) { return SameName(text.substr(0, word.size()), word); });
+    if (!sums_up) continue;
+    Fail(NumberFault::Text, text, line, column, wafers);
+    return true;
+  }
+  return false;
+}
+
 bool SiteRows::Add(const std::vector<std::string_view>& fields, std::int64_t line,
                    const RowShape& shape, const Condition& condition, std::span<Wafer> wafers) {
   if (condition.IsGiven() && !Meets(condition, fields, line, wafers)) return false;
+  if (!shape.counts.empty() && SumsUp(fields, line, shape, wafers)) return false;
   const Columns& columns = shape.columns;
   const std::array<std::size_t, 2> places = {columns.x, columns.y};
   const std::array<ParsedNumber, 2> numbers = {ParseNumber(fields[columns.x]),

@@ -21,9 +21,10 @@ namespace discoplan::data {
 struct RowShape {
   Columns columns;
   PositionScale scale;
-  std::size_t fewest = 3;  ///< columns that are due
-  std::size_t most = 3;    ///< columns that may be filled
-  std::int64_t line = 0;   ///< of the header or, without one, of the first row
+  std::size_t fewest = 3;                ///< columns that are due
+  std::size_t most = 3;                  ///< columns that may be filled
+  std::int64_t line = 0;                 ///< of the header or, without one, of the first row
+  std::vector<std::size_t> counts = {};  ///< columns that number the sites
 };
 
 /// The shape of rows below `head`, the fields of a header or of the first row.
@@ -90,6 +91,9 @@ class SiteRows {
                       const RowShape& shape);
   bool Meets(const Condition& condition, const std::vector<std::string_view>& fields,
              std::int64_t line, std::span<Wafer> wafers);
+  /// True for a row that sums up others, by a word where they have their number.
+  bool SumsUp(const std::vector<std::string_view>& fields, std::int64_t line, const RowShape& shape,
+              std::span<Wafer> wafers);
   /// Says what is wrong with a field, or counts it.
   void Fail(NumberFault fault, std::string_view text, std::int64_t line, std::size_t column,
             std::span<Wafer> wafers);

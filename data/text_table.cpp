@@ -23,6 +23,45 @@ std::vector<std::size_t> GroupColumns(const ReadRequest& request, const TableHea
   return columns;
 }
 
+/// Columns that should tell wafers apart, of rows that are taken for those of one.
+class Tellers {
+ public:
+  Tellers(const TableHead& head, const std::vector<std::size_t>& values) {
+    if (!head.header) return;
+    for (const std::size_t column : WaferTellers(head.names)) {
+      if (std::find(values.begin(), values.end(), column) != values.end()) continue;
+      columns_.push_back({column, {}, false});
+    }
+  }
+
+  void Take(const std::vector<std::string_view>& fields) {
+    for (Column& column : columns_) {
+      const std::string_view text = column.place < fields.size() ? fields[column.place] : "";
+      if (!any_) column.first = text;
+      column.differs = column.differs || text != column.first;
+    }
+    any_ = true;
+  }
+
+  /// "Lot,Slot": those that aren't the same in all rows.
+  std::string Entries(const TableHead& head) const {
+    std::string entries;
+    for (const Column& column : columns_) {
+      if (column.differs) entries += (entries.empty() ? "" : ",") + Entry(head, column.place);
+    }
+    return entries;
+  }
+
+ private:
+  struct Column {
+    std::size_t place;
+    std::string first;
+    bool differs;
+  };
+  std::vector<Column> columns_;
+  bool any_ = false;
+};
+
 class TableReader {
  public:
   TableReader(const ReadRequest& request, LineReader& lines)
@@ -33,7 +72,8 @@ class TableReader {
         by_(GroupColumns(request, start_.Head())),
         choice_(request.wafers, lines.file()),
         groups_(by_, request.path.stem().string(), start_.shape.columns.values.size(), choice_),
-        rows_(lines.file(), request, lot_.skipped) {}
+        rows_(lines.file(), request, lot_.skipped),
+        tellers_(start_.Head(), start_.shape.columns.values) {}
 
   Lot Read();
   const PositionScale& scale() const { return start_.shape.scale; }
@@ -42,6 +82,7 @@ class TableReader {
   void ReadRows(const Condition& condition);
   void RefuseOneWafer() const;
   void JudgeRepeats();
+  void JudgeTellers();
   std::string TellersText() const;
 
   const ReadRequest& request_;
@@ -54,6 +95,7 @@ class TableReader {
   WaferGroups groups_;
   SiteRows rows_;
   KeptRows kept_;
+  Tellers tellers_;
 };
 
 void TableReader::RefuseOneWafer() const {
@@ -76,9 +118,9 @@ void TableReader::ReadRows(const Condition& condition) {
       if (!by_.empty() && !rows_.HasKeys(fields, line.number, by_, condition)) continue;
       const std::span<Wafer> wafers = by_.empty() ? only : groups_.Of(fields);
       if (wafers.empty()) continue;
-      if (rows_.Add(fields, line.number, start_.shape, condition, wafers) && keeps) {
-        kept_.Add(line.text);
-      }
+      if (!rows_.Add(fields, line.number, start_.shape, condition, wafers)) continue;
+      if (keeps) kept_.Add(line.text);
+      if (by_.empty()) tellers_.Take(fields);
     }
   } catch (const DataError&) {
     // Too many sites may be those of several wafers.
@@ -136,6 +178,22 @@ void TableReader::JudgeRepeats() {
   }
 }
 
+/// Stages don't go to quite the same place on each wafer.
+void TableReader::JudgeTellers() {
+  const std::string entries = tellers_.Entries(start_.Head());
+  if (entries.empty() || lot_.wafers.empty()) return;
+  const Wafer& wafer = lot_.wafers[0];
+  const std::size_t near = SitesNearOthers(wafer.x, wafer.y);
+  if (2 * near >= wafer.x.size()) {
+    throw DataError({lines_.file()},
+                    std::to_string(near) + " of " + Counted(wafer.x.size(), "site") +
+                        " lie within 0.1 mm of another; tell the wafers apart with --by " +
+                        entries);
+  }
+  lot_.warnings.push_back("all rows are taken for one wafer; --by " + entries +
+                          " makes one of each text there");
+}
+
 Lot TableReader::Read() {
   RefuseOneWafer();
   const TableHead head = start_.Head();
@@ -155,6 +213,7 @@ Lot TableReader::Read() {
     rows_.RequireSites(lot_.wafers, start_.header ? start_.place.line : 0);
   }
   JudgeRepeats();
+  JudgeTellers();
   rows_.TellNarrowing(lot_);
   return std::move(lot_);
 }

@@ -140,6 +140,34 @@ TEST(Groups, AreAskedForWherePositionsRepeat) {
             "1 of 5 sites repeats a position; each of them is taken for a site of its own");
 }
 
+TEST(Groups, AreAskedForWhereTheirColumnsDiffer) {
+  // Where stages didn't go to quite the same place again.
+  const std::string near =
+      "X,Y,Lot ID,Slot,V\n0,0,A,1,5\n90,0,A,1,6\n0.05,0,A,2,7\n90,0.06,A,2,8\n";
+  const std::string far = "X,Y,Slot,V\n0,0,1,5\n90,0,1,6\n0.5,0,2,7\n90,0.6,2,8\n";
+  const std::string one = "X,Y,Slot,V\n0,0,1,5\n90,0,1,6\n0,90,1,7\n";
+  const GroupCase cases[] = {
+      {"sites that are nearly the same", near,
+       "a.csv: 4 of 4 sites lie within 0.1 mm of another; tell the wafers apart with --by Slot"},
+      {"those of one wafer", near, "0,0,5 90,0,6", {.where = "Slot = 1"}},
+      {"as asked for", far, "0,0,5 90,0,6 | 0.5,0,7 90,0.600000024,8", {.by = {"Slot"}}},
+      {"other sites", far, "0,0,5 90,0,6 0.5,0,7 90,0.600000024,8"},
+  };
+  for (const GroupCase& test : cases) Check(test);
+  const auto warnings = [](const std::string& content, ReadRequest request) {
+    std::istringstream stream(content);
+    request.path = "a.csv";
+    return Read(request, stream).warnings;
+  };
+  const std::string told =
+      "all rows are taken for one wafer; --by Slot makes one of each text there";
+  EXPECT_EQ(warnings(far, {}), (std::vector<std::string>{told}));
+  EXPECT_EQ(warnings(far, {.parameters = {"all"}}), (std::vector<std::string>{told}));
+  EXPECT_TRUE(warnings(far, {.by = {"Slot"}}).empty());
+  EXPECT_TRUE(warnings(far, {.columns = "X,Y,Slot"}).empty());
+  EXPECT_TRUE(warnings(one, {}).empty());
+}
+
 TEST(Groups, CarryTheirTexts) {
   std::istringstream stream(kFour);
   const Lot lot = Read({.path = "a.csv", .columns = "X,Y,V", .by = {"Lot", "Slot"}}, stream);

@@ -205,14 +205,14 @@ TEST(DataTable, RefusesBadRows) {
        "a.csv:1:3: a quote is opened and not closed on this line; close it or remove it"},
       {"statistics below the rows", "X,Y,V\n1,2,3\n4,5,6\nMean,,4.5\n",
        "a.csv:4:1: 'Mean' is no number" + mend},
-      {"a second table", "X,Y,V\n1,2,3\n\nX,Y,V\n1,2,7\n", "a.csv:4:1: 'X' is no number" + mend},
-      {"a minus sign of typography",
       {"statistics below the rows, at the centre", "Site,X,Y,V\n1,1,2,3\nMean,0,0,3\n",
        "a.csv:3:1: 'Mean' is no number" + mend},
       {"a spreadsheet's error in front", "X,Y,V\n1,2,3\n#REF!,5,6\n",
        "a.csv:3:1: '#REF!' is no number" + mend},
       {"a number too wide for its column in front", "X,Y,V\n1,2,3\n####,5,6\n",
        "a.csv:3:1: '####' is no number" + mend},
+      {"a second table", "X,Y,V\n1,2,3\n\nX,Y,V\n1,2,7\n", "a.csv:4:1: 'X' is no number" + mend},
+      {"a minus sign of typography",
        "X,Y,V\n\xE2\x88\x92"
        "1,2,3\n",
        "a.csv:2:1: '\xE2\x88\x92"
@@ -232,6 +232,8 @@ TEST(DataTable, LeavesOutOnlyRowsWithFewColumnsOrBadNumbers) {
   const TableCase cases[] = {
       {"each reason", "X,Y,Z\n1,2,3\n1,2\n1,,3\n1,2,x\n1,nan,3\n1,2,1e39\n4,5,6\n", "1,2,3 4,5,6",
        "", true},
+      {"statistics below the rows", "#,X,Y,V\n1,1,2,3\n1a,4,5,6\nAVG,0,0,3\n Std. Dev.,0,0,1\n",
+       "1,2,3 4,5,6", "", true},
       {"a short first row", "1,2\n1,2,3\n", "1,2,3", "", true},
       {"a bad first row", "a,2,3\n1,2,3\n", "1,2,3", "", true},
       {"too many columns stay an error", "1,2,3\n1,2,3,4\n",
