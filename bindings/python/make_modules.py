@@ -114,7 +114,7 @@ def class_text(described: dict[str, Any], enums: set[str]) -> str:
         for event in described["events"]
     )
     text = f"@member\nclass {described['name']}(Control):\n"
-    text += doc(f"{described['summary']} Events: {listed}.", " " * 4)
+    text += doc(f"{described['summary']}. Events: {listed}.", " " * 4)
     text += f'\n    _class = "{described["name"]}"\n    _events = ({events},)\n\n'
     for row in described["members"]:
         text += property_text(row, enums) if row["kind"] == "property" else method_text(row, enums)

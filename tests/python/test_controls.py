@@ -48,6 +48,7 @@ def test_each_takes_data_and_draws(name: str) -> None:
     pixels = np.asarray(plot.picture())
     assert pixels.shape == (400, 500, 4) and len(np.unique(pixels.reshape(-1, 4), axis=0)) > 5
     count, xs, ys, zs = plot.GetWaferData()
+    assert isinstance(xs, np.ndarray)
     assert count == 60 and np.asarray(zs) == pytest.approx(5 + x / 50)
     assert plot.Interpolation(0.0, 0.0) == pytest.approx(5, abs=0.5)
 
@@ -90,6 +91,8 @@ def test_handlers_may_raise_and_call_the_control() -> None:
     with pytest.raises(RuntimeError, match="from a handler"):
         plot.mouse("Click")
     assert len(seen) == 2
+    with pytest.raises(TypeError, match="takes a function, not int"):
+        plot.on("Click", 3)
     with pytest.raises(AttributeError, match="no event 'KeyDown', but Click"):
         plot.on("KeyDown", print)
     with pytest.raises(AttributeError, match="no child 'nobody'"):
@@ -107,5 +110,7 @@ def test_a_control_that_hears_itself_is_collected() -> None:
 
 def test_names_of_the_module_are_complete() -> None:
     assert set(NAMES) < set(controls.__all__)
+    assert {"Plot2D", "Sites", "Wafer", "read", "arrow"} <= set(dir(dp)) and "Any" not in dir(dp)
+    assert all(hasattr(dp, name) for name in dir(dp) if name not in ("arrow", "matplotlib"))
     with pytest.raises(AttributeError, match="no attribute 'Plot4D'"):
         dp.Plot4D

@@ -27,6 +27,10 @@ def table(key: object) -> dict[str, object]:
     return {"w": key, "X": X * 2, "Y": Y * 2, "V": np.arange(10.0)}
 
 
+def sites(key: object) -> dict[str, object]:
+    return {**table(key), "X": np.arange(10.0)}
+
+
 def lot_of(made: object, **options: object) -> dp.Lot:
     return dp.Lot(made, by="w", x="X", y="Y", value="V", **options)
 
@@ -79,14 +83,14 @@ def test_differences_keep_the_keys() -> None:
 
 
 MISSING = {
-    "pyarrow": lambda: pa.table(table([None] * 2 + ["a"] * 8)),
-    "empty": lambda: pa.table(table([""] * 2 + ["a"] * 8)),
-    "nothing but nulls": lambda: pa.table(table(pa.nulls(10))),
-    "polars": lambda: pl.DataFrame(table([None] * 2 + ["a"] * 8)),
-    "pandas": lambda: pd.DataFrame(table([np.nan] * 2 + [7] * 8)),
-    "pandas nullable": lambda: pd.DataFrame(table(pd.array([None] * 2 + [7] * 8, dtype="Int64"))),
-    "dictionary": lambda: table([None, np.nan] + ["a"] * 8),
-    "dictionary of pandas": lambda: table(pd.array([None] * 2 + [7] * 8, dtype="Int64")),
+    "pyarrow": lambda: pa.table(sites([None] * 2 + ["a"] * 8)),
+    "empty": lambda: pa.table(sites([""] * 2 + ["a"] * 8)),
+    "nothing but nulls": lambda: pa.table(sites(pa.nulls(10))),
+    "polars": lambda: pl.DataFrame(sites([None] * 2 + ["a"] * 8)),
+    "pandas": lambda: pd.DataFrame(sites([np.nan] * 2 + [7] * 8)),
+    "pandas nullable": lambda: pd.DataFrame(sites(pd.array([None] * 2 + [7] * 8, dtype="Int64"))),
+    "dictionary": lambda: sites([None, np.nan] + ["a"] * 8),
+    "dictionary of pandas": lambda: sites(pd.array([None] * 2 + [7] * 8, dtype="Int64")),
 }
 
 
@@ -103,14 +107,23 @@ def test_rows_that_name_no_wafer_are_refused_or_counted(kind: str) -> None:
         assert lot.notes == "left out 2 rows that name no wafer"
 
 
+def test_wafers_taken_for_one_are_refused() -> None:
+    both = [table(["a"] * 10), pa.table(table(["a"] * 10)), pd.DataFrame(table(["a"] * 10))]
+    for made in both:
+        with pytest.raises(ValueError, match="5 of 10 sites of wafer 'a' repeat a position; name the columns"):
+            lot_of(made)
+    once = {**table(["a"] * 9 + ["b"]), "X": [*X, 10.0, 20.0, 30.0, 0.0, 0.0]}
+    assert lot_of(once).notes == "1 of 9 sites of wafer 'a' repeats a position; each is taken for a site of its own"
+
+
 def test_keys_are_texts_as_people_write_them() -> None:
     large = 2**53
     for kind in (pa.int64(), pa.uint64()):
-        assert lot_of(pa.table(table(pa.array([large] * 5 + [large + 1] * 5, kind)))).names == [str(large), str(large + 1)]
-    assert lot_of(pa.table(table(pa.array([0.1] * 10, pa.float32())))).names == ["0.1"]
+        assert lot_of(pa.table(sites(pa.array([large] * 5 + [large + 1] * 5, kind)))).names == [str(large), str(large + 1)]
+    assert lot_of(pa.table(sites(pa.array([0.1] * 10, pa.float32())))).names == ["0.1"]
     for made in (pa.table, dict):
-        assert lot_of(made(table([1.0] * 5 + [2.5] * 5))).names == ["1", "2.5"]
-        assert lot_of(made(table([True] * 5 + [False] * 5))).names == ["true", "false"]
+        assert lot_of(made(sites([1.0] * 5 + [2.5] * 5))).names == ["1", "2.5"]
+        assert lot_of(made(sites([True] * 5 + [False] * 5))).names == ["true", "false"]
 
 
 def test_units_that_differ_are_refused() -> None:

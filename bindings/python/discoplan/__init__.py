@@ -64,6 +64,12 @@ def colour_names() -> list[str]:
     return _core.colour_names().split(", ")
 
 
+def __dir__() -> list[str]:
+    from . import controls
+
+    return sorted([*__all__, *controls.__all__, "Statistics", "__version__", "arrow", "controls", "matplotlib"])
+
+
 def __getattr__(name: str) -> Any:
     import importlib
 

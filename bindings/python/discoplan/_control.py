@@ -5,6 +5,7 @@ import os
 from typing import Any, Callable, Dict, List, Optional, Tuple, Type, TypeVar, Union
 
 from . import _core
+from ._input import as_array
 from ._picture import Picture
 
 C = TypeVar("C", bound="Control")
@@ -34,7 +35,8 @@ class Control:
         _core.control_set(self._handle, name, value)
 
     def _call(self, name: str, *arguments: Any) -> Tuple[Any, ...]:
-        return _core.control_call(self._handle, name, arguments)
+        found = _core.control_call(self._handle, name, arguments)
+        return tuple(as_array(each) if isinstance(each, memoryview) else each for each in found)
 
     def _hear(self, event: str, *arguments: Any) -> None:
         for handler in list(self._handlers.get(event, ())):
@@ -46,6 +48,8 @@ class Control:
         What it raises is raised by the call that brought the event about. Gives the handler. Raises
         `AttributeError` for an event that the control doesn't have.
         """
+        if not callable(handler):
+            raise TypeError(f"takes a function, not {type(handler).__name__}")
         if event not in self._events:
             raise AttributeError(f"{self._class} has no event '{event}', but {', '.join(self._events)}")
         if not self._handlers:

@@ -31,7 +31,8 @@ class Lot:
         Others: As those of `Wafer`.
 
     Raises:
-        ValueError: For a column that the table hasn't, and as `Wafer` does.
+        ValueError: For a column that the table hasn't, for wafers whose sites mostly repeat, as those
+            of several do, and as `Wafer` does.
         TypeError: For what is no table, and for columns without numbers.
     """
 
@@ -65,7 +66,7 @@ class Lot:
         self.keys = names
         for i, texts in enumerate(names):
             rows = slice(offsets[i], offsets[i + 1])
-            self._wafers.append(
+            self._take(
                 Wafer(
                     xs[rows],
                     ys[rows],
@@ -81,6 +82,16 @@ class Lot:
                     skip_invalid=skip_invalid,
                 )
             )
+
+    def _take(self, wafer: Wafer) -> None:
+        """Rows of several wafers taken for one would give a false map; a few sites measured twice don't."""
+        repeats = _core.repeats(*_core.wafer_sites(wafer._handle)[:2])
+        found = f"{repeats} of {len(wafer)} sites of wafer {wafer.name!r} repeat{'s' * (repeats == 1)} a position"
+        if 2 * repeats >= len(wafer):
+            raise ValueError(f"{found}; name the columns that tell the wafers apart with by")
+        if repeats:
+            self.notes += ("\n" if self.notes else "") + f"{found}; each is taken for a site of its own"
+        self._wafers.append(wafer)
 
     @classmethod
     def _of(cls, wafers: List[Wafer], notes: str = "", keys: Optional[List[Tuple[str, ...]]] = None) -> "Lot":

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The module `discoplan._core`: the C interface, function by function, for the package around it.
+#include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "bindings/python/src/arrow.h"
@@ -89,6 +91,18 @@ Object UnpackWafer(Arguments args) {
   discoplan_wafer* wafer = nullptr;
   Check(discoplan_wafer_unpack(reinterpret_cast<const std::uint8_t*>(bytes), count, &wafer));
   return NewHandle(wafer);
+}
+
+/// Sites whose position came before; x and y as `WaferSites` gives them.
+Object Repeats(Arguments args) {
+  Column x(args[0], "x"), y(args[1], "y");
+  RequireEqual({{"x", &x}, {"y", &y}});
+  const float *across = x.Floats(), *up = y.Floats();
+  std::vector<std::pair<float, float>> positions;
+  for (std::int64_t i = 0; i < x.Size(); ++i) positions.emplace_back(across[i], up[i]);
+  std::sort(positions.begin(), positions.end());
+  const auto first = std::unique(positions.begin(), positions.end());
+  return Whole(positions.end() - first);
 }
 
 std::int64_t FigureCount() {
@@ -364,6 +378,7 @@ PyMethodDef methods[] = {
     Row<NewWafer, 4>("wafer"),
     Row<WaferInfo, 1>("wafer_info"),
     Row<WaferSites, 1>("wafer_sites"),
+    Row<Repeats, 2>("repeats"),
     Row<PackWafer, 1>("pack_wafer"),
     Row<UnpackWafer, 1>("unpack_wafer"),
     Row<Figures, 0>("figures"),
