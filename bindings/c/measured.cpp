@@ -106,7 +106,7 @@ void RequireCount(const data::Wafer& measured, std::int64_t asked) {
     RefuseData(Prefix(measured.name) + std::to_string(asked) + " sites are more than the " +
                std::to_string(data::kMostSites) + " that a wafer holds; leave some out");
   }
-  if (asked == 0) RefuseData(Prefix(measured.name) + "has no sites");
+  if (asked < 1) RefuseData(Prefix(measured.name) + "has no sites");
 }
 
 template <class E>

@@ -64,6 +64,17 @@ TEST(CWafer, RefusesOrCountsWhatIsNoNumber) {
   EXPECT_STREQ(info.sites_text, "4 of 5 sites; 1 empty value");
 }
 
+TEST(CWafer, RefusesToHaveNoSites) {
+  const std::vector<float> numbers = {1, 2};
+  discoplan_sites sites = SitesOf(numbers, numbers, numbers);
+  for (const int64_t count : {int64_t{0}, int64_t{-1}, std::numeric_limits<int64_t>::min()}) {
+    sites.count = count;
+    discoplan_wafer* wafer = nullptr;
+    EXPECT_EQ(discoplan_wafer_new(&sites, nullptr, &wafer), DISCOPLAN_BAD_DATA);
+    EXPECT_STREQ(discoplan_error(), "has no sites");
+  }
+}
+
 TEST(CWafer, RefusesSitesOffTheWafer) {
   discoplan_wafer_options options{};
   options.size = sizeof options;
