@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <map>
 
 #include "discoplan/figures/image_rows.h"
 #include "hosts/headless/path_strokes.h"
@@ -194,9 +195,13 @@ class RasterDevice final : public figures::Device {
     const int right = std::min(width_, static_cast<int>(std::ceil(shape.area.right * scale_)));
     const int bottom = std::min(height_, static_cast<int>(std::ceil(shape.area.bottom * scale_)));
     if (right <= left || bottom <= top) return;
-    figures::ImageRows rows(*shape.source,
-                            {left / scale_, top / scale_, 1 / scale_, right - left, bottom - top});
-    if (!TakePath(shape.outline)) return;
+    if (top >= band_.bottom || bottom <= band_.top || !TakePath(shape.outline)) return;
+    const auto image = images_
+                           .try_emplace(&shape, *shape.source,
+                                        figures::PixelGrid{left / scale_, top / scale_, 1 / scale_,
+                                                           right - left, bottom - top})
+                           .first;
+    figures::ImageRows& rows = image->second;
     AddToCells(path_);
     cells_.Sweep([&](int y, int x, int count, unsigned cover) {
       if (y < top || y >= bottom) return;
@@ -207,6 +212,7 @@ class RasterDevice final : public figures::Device {
           static_cast<std::size_t>(begin - left), static_cast<std::size_t>(end - begin));
       PutColours(colours, cover, RowAt(y) + begin);
     });
+    if (bottom <= band_.bottom) images_.erase(image);
   }
 
  private:
@@ -293,6 +299,8 @@ class RasterDevice final : public figures::Device {
   Band band_;
   std::vector<Pixel> pixels_;
   PixelPath path_;
+  // That go on in the next band, whose first rows are made together with the last ones of this.
+  std::map<const ImageShape*, figures::ImageRows> images_;
   ShapeCells cells_;
 };
 
