@@ -68,9 +68,9 @@ void AddFiner(const KnotGrid& grid, const Knots& coarse, Knots& fine) {
   std::vector<float> both(2 * side);  // at the coarser knots and between them
   for (int row = 0; row < grid.Side(); ++row) {
     std::fill(line.begin(), line.end(), 0.0F);
-    for (int other = 0; other < from.Side(); ++other) {
+    const int beyond_first = row - grid.Below(0);
+    for (int other = (beyond_first - 1) / 2; other <= beyond_first / 2 + 1; ++other) {
       const int off = row - grid.Below(other);
-      if (std::abs(off) > kSpread) continue;
       AddTimes(kParts[static_cast<std::size_t>(off + kSpread)], &coarse[from.Cell(other)],
                line.data() + 1, side - 1);
     }

@@ -32,8 +32,9 @@ std::vector<float> SquaresOf(const KnotGrid& grid, std::initializer_list<float> 
   return line;
 }
 
-KnotMatrix WithBends(KnotMatrix matrix, const Bends& bends, float weight) {
-  const KnotGrid& grid = matrix.Grid();
+KnotMatrix WithBends(const KnotMatrix& sites, const Bends& bends, float weight) {
+  const KnotGrid& grid = sites.Grid();
+  KnotMatrix matrix(grid);
   const float* const value = &bends.values[KnotGrid::kRim];
   const float* const slope = &bends.slopes[KnotGrid::kRim];
   const float* const bend = &bends.bends[KnotGrid::kRim];
@@ -44,9 +45,10 @@ KnotMatrix WithBends(KnotMatrix matrix, const Bends& bends, float weight) {
       const float across = weight * value[down];
       const float mixed = weight * 2 * slope[down];
       const float along = weight * bend[down];
+      const float* from = sites.Line(row, below);
       float* line = matrix.Line(row, below);
       for (std::size_t i = 0; i < matrix.LineSize(); ++i) {
-        line[i] += across * bend[i] + mixed * slope[i] + along * value[i];
+        line[i] = from[i] + (across * bend[i] + mixed * slope[i] + along * value[i]);
       }
     }
   }

@@ -38,6 +38,11 @@ double SpacingOf(std::size_t count, double radius) {
   return radius * std::sqrt(3.14159 / static_cast<double>(count));
 }
 
+/// The sum over all sites.
+double LatticeFit::Enough() const {
+  return kPrecision * kPrecision * static_cast<double>(taps_.size());
+}
+
 LatticeFit::LatticeFit(const std::vector<Sample>& places, double radius)
     : spacing_(SpacingOf(places.size(), radius)) {
   double reach = radius;
@@ -57,9 +62,7 @@ LatticeFit::LatticeFit(const std::vector<Sample>& places, double radius)
 }
 
 double LatticeFit::SquaredErrors(Trial& trial, std::span<const float> values, double bending) {
-  trial.spline.Improve(trial.sums,
-                       {bending, kPrecision * kPrecision * static_cast<double>(values.size())},
-                       trial.found);
+  trial.spline.Improve(trial.sums, {bending, Enough()}, trial.found);
   double sum = 0;
   ForEachLeftOut(values.size(), trial.turn, [&](std::size_t i) {
     const double error = trial.spline.At(trial.found, taps_[i]) - values[i];
@@ -68,8 +71,7 @@ double LatticeFit::SquaredErrors(Trial& trial, std::span<const float> values, do
   return sum;
 }
 
-/// The weight of bending by which sites that were left out are foretold best.
-double LatticeFit::ChosenBending(std::span<const float> values, double& error) {
+LatticeFit::Choice LatticeFit::Choose(std::span<const float> values) {
   static constexpr std::array kWeights = {10.0, 1.0, 0.1, 0.01, 0.001};
   std::size_t count = 0;
   for (Trial& trial : trials_) {
@@ -78,25 +80,21 @@ double LatticeFit::ChosenBending(std::span<const float> values, double& error) {
                 [&](std::size_t i) { trial.spline.AddValue(taps_[i], values[i], trial.sums); });
     ForEachLeftOut(values.size(), trial.turn, [&](std::size_t) { ++count; });
   }
-  double least = std::numeric_limits<double>::infinity();
-  double chosen = kWeights.front();
+  Choice best = {0, std::numeric_limits<double>::infinity(), {}};
   for (const double weight : kWeights) {
+    const double bending = weight * spacing_ * spacing_;
     double sum = 0;
-    for (Trial& trial : trials_) {
-      sum += SquaredErrors(trial, values, weight * spacing_ * spacing_);
-    }
+    for (Trial& trial : trials_) sum += SquaredErrors(trial, values, bending);
+    const double error = std::sqrt(sum / static_cast<double>(count));
     // Less smoothing than the noise calls for only gets worse.
-    if (sum >= least) break;
-    least = sum;
-    chosen = weight;
+    if (error >= best.error) break;
+    best = {bending, error, trials_.front().found};
   }
-  error = std::sqrt(least / static_cast<double>(count));
-  return chosen * spacing_ * spacing_;
+  return best;
 }
 
 LatticeFit::Result LatticeFit::Of(std::span<const float> values) {
-  double error = 0;
-  const double bending = ChosenBending(values, error);
+  auto [bending, error, found] = Choose(values);
   // What the first trial left out makes it the spline of all.
   Trial& first = trials_.front();
   if (!spline_) {
@@ -105,10 +103,8 @@ LatticeFit::Result LatticeFit::Of(std::span<const float> values) {
   }
   ForEachLeftOut(values.size(), first.turn,
                  [&](std::size_t i) { spline_->AddValue(taps_[i], values[i], first.sums); });
-  spline_->Improve(first.sums,
-                   {bending, kPrecision * kPrecision * static_cast<double>(values.size())},
-                   first.found);
-  return {spline_->KnotLattice(), spline_->Coefficients(first.found), error};
+  spline_->Improve(first.sums, {bending, Enough()}, found);
+  return {spline_->KnotLattice(), spline_->Coefficients(found), error};
 }
 
 }  // namespace discoplan::figures

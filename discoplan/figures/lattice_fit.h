@@ -40,8 +40,15 @@ class LatticeFit {
     Knots sums;
     Knots found;
   };
+  struct Choice {
+    double bending;
+    double error;
+    Knots found;  // by the first trial
+  };
+  /// The weight of bending by which sites that were left out are foretold best.
+  Choice Choose(std::span<const float> values);
   double SquaredErrors(Trial& trial, std::span<const float> values, double bending);
-  double ChosenBending(std::span<const float> values, double& error);
+  double Enough() const;
 
   double spacing_;
   std::vector<SplineTap> taps_;

@@ -70,10 +70,11 @@ void LatticeSpline::Add(const SplineTap& place) {
 
 void LatticeSpline::AddValue(const SplineTap& place, float value, Knots& sums) const {
   float* at = &sums[place.first];
+  const std::array<float, 4> across = place.across;  // which no sum is
   for (const float down : place.down) {
     const float weight = down * value;
     std::array<float, 4> now;
-    for (std::size_t k = 0; k < 4; ++k) now[k] = at[k] + weight * place.across[k];
+    for (std::size_t k = 0; k < 4; ++k) now[k] = at[k] + weight * across[k];
     for (std::size_t k = 0; k < 4; ++k) at[k] = now[k];
     at += grid_.Stride();
   }
