@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -6,6 +7,7 @@
 #include <vector>
 
 #include "apps/discoplan/figure_command.h"
+#include "apps/discoplan/legend_room.h"
 #include "apps/discoplan/output.h"
 #include "apps/discoplan/picture_request.h"
 #include "apps/discoplan/vector_plots.h"
@@ -17,29 +19,64 @@
 namespace discoplan::app {
 namespace {
 
+/// With its upper left corner there; the part that fits.
+void CopyInto(Canvas& canvas, const Canvas& picture, int left, int top) {
+  const auto width = static_cast<std::size_t>(picture.Width());
+  const auto across = static_cast<std::size_t>(canvas.Width());
+  const std::size_t kept = std::min(width, across - static_cast<std::size_t>(left));
+  const int rows = std::min(picture.Height(), canvas.Height() - top);
+  for (int y = 0; y < rows; ++y) {
+    CopyTo(picture.Pixels().subspan(static_cast<std::size_t>(y) * width, kept),
+           canvas.Pixels()
+               .subspan(static_cast<std::size_t>(top + y) * across + static_cast<std::size_t>(left))
+               .begin());
+  }
+}
+
+std::vector<std::uint8_t> EncodeCanvas(const Canvas& canvas) {
+  return EncodePng(
+      PngPicture{.pixels = canvas.Pixels(), .width = canvas.Width(), .height = canvas.Height()});
+}
+
 /// One kind of plot with the host that it stands on.
 class Drawing {
  public:
   Drawing(const ControlClass& kind, const PictureRequest& request, const Wafer& measured)
-      : host_(ScreenFor(kind, request.size.width, request.size.height)) {
+      : size_(request.size), host_(ScreenFor(kind, request.size.width, request.size.height)) {
     WarnByMessages(host_, request.data);
     const Screen& screen = host_.screen();
-    const PlotStage stage{
-        .platform = host_,
-        .width = static_cast<float>(request.size.width) * screen.twips_per_pixel_x,
-        .height = static_cast<float>(request.size.height) * screen.twips_per_pixel_y};
+    PlotStage stage{.platform = host_,
+                    .width = static_cast<float>(request.size.width) * screen.twips_per_pixel_x,
+                    .height = static_cast<float>(request.size.height) * screen.twips_per_pixel_y};
+    const LegendRoom room = LegendRoomOf(kind, request, measured, stage);
+    const float width = room.WidthFor(stage.width, stage.height);
+    is_narrowed_ = width < stage.width;
+    stage.width = width;
     control_ = LoadedControl(kind, request.plot, request.data, measured, stage);
     TakeColours(*control_, request.look.colours);
     control_->Plot();
   }
 
-  Canvas Paint() const { return PaintPicture(*control_, host_); }
-  std::vector<std::uint8_t> Encode() const { return EncodePicture(*control_, host_); }
+  Canvas Paint() const {
+    return is_narrowed_ ? Widened(PaintPicture(*control_, host_)) : PaintPicture(*control_, host_);
+  }
+  std::vector<std::uint8_t> Encode() const {
+    return is_narrowed_ ? EncodeCanvas(Paint()) : EncodePicture(*control_, host_);
+  }
   PlotControl& Control() { return *control_; }
 
  private:
+  /// As wide as was asked for, with its own ground at the right.
+  Canvas Widened(const Canvas& picture) const {
+    Canvas canvas(size_.width, picture.Height(), PixelOf(control_->BackColor()));
+    CopyInto(canvas, picture, 0, 0);
+    return canvas;
+  }
+
+  const PixelSize size_;
   HeadlessHost host_;
   std::unique_ptr<PlotControl> control_;
+  bool is_narrowed_ = false;
 };
 
 /// Pictures of one size beside each other.
@@ -51,15 +88,8 @@ class Sheet {
         canvas_(grid_.columns * each.width, grid_.rows * each.height, PixelOf(kWhite)) {}
 
   void Add(const Canvas& picture) {
-    const auto left = static_cast<std::size_t>(grid_.ColumnOf(number_) * each_.width);
-    const auto top = static_cast<std::size_t>(grid_.RowOf(number_) * each_.height);
-    const auto width = static_cast<std::size_t>(each_.width);
-    for (std::size_t y = 0; y < static_cast<std::size_t>(each_.height); ++y) {
-      CopyTo(picture.Pixels().subspan(y * width, width),
-             canvas_.Pixels()
-                 .subspan((top + y) * static_cast<std::size_t>(canvas_.Width()) + left)
-                 .begin());
-    }
+    CopyInto(canvas_, picture, grid_.ColumnOf(number_) * each_.width,
+             grid_.RowOf(number_) * each_.height);
     ++number_;
   }
   Canvas Take() { return std::move(canvas_); }
@@ -78,9 +108,7 @@ std::vector<std::uint8_t> Draw(const PlotKinds& kinds, const PictureRequest& req
   Sheet sheet(request.size, kinds.size());
   for (const ControlClass* kind : kinds)
     sheet.Add(drawing.emplace(*kind, request, measured).Paint());
-  const Canvas canvas = sheet.Take();
-  return EncodePng(
-      PngPicture{.pixels = canvas.Pixels(), .width = canvas.Width(), .height = canvas.Height()});
+  return EncodeCanvas(sheet.Take());
 }
 
 void Plot(const PictureRequest& request) {
