@@ -15,7 +15,7 @@ void DrawBars(Sketch sketch) {
   const Ticks ticks = RoundTicks(scale.low, scale.high, 5);
   GatherView(page, style, ColourBarRoom(page, scale) + AxisRoom(page, ticks));
   if (style.legend) AddColourBar(page, scale, plot);
-  page.Free().left += AxisRoom(page, ticks);
+  if (!style.small) page.Free().left += AxisRoom(page, ticks);
   const double spacing = std::sqrt(3.14 / static_cast<double>(summary.count));
   const double half = std::min(0.045, 0.2 * spacing);
   std::vector<std::size_t> order(plot.sites.Size());
@@ -56,7 +56,7 @@ void DrawBars(Sketch sketch) {
              view.At(foot[3], top)},
             Lit(colour, 0.12), edge);
   }
-  DrawHeightAxis(page, view, scale, ticks, plot);
+  if (!style.small) DrawHeightAxis(page, view, scale, ticks, plot);
 }
 
 }  // namespace discoplan::figures

@@ -41,8 +41,9 @@ Chart AddChart(Page& page, const Axis& x, const Axis& y) {
   const int most_down = std::clamp(static_cast<int>(free.Height() / (3.2 * em)), 2, 9);
   const Ticks down = TicksOf(y, most_down);
   const double widest = WidestOf(page, down, size);
-  const double left = free.left + 1.5 * em + widest + 0.6 * em;
-  Chart chart{.area = {left, free.top + 0.6 * em, free.right - 0.6 * em, free.bottom - 3.3 * em},
+  const double left = free.left + (y.label.empty() ? 0.4 : 1.5) * em + widest + 0.6 * em;
+  const double below = (x.label.empty() ? 1.8 : 3.3) * em;
+  Chart chart{.area = {left, free.top + 0.6 * em, free.right - 0.6 * em, free.bottom - below},
               .x = x,
               .y = y};
   const Box& area = chart.area;

@@ -49,20 +49,21 @@ Bins BinsOf(const WaferPlot& plot, const Summary& summary) {
 struct Limit {
   double value;
   std::string name;
-  bool control;
+  bool control = false;
+  bool is_sigma = false;
 };
 
 std::vector<Limit> LimitsOf(const WaferPlot& plot, const Summary& summary) {
   std::vector<Limit> limits;
-  const auto add = [&](double value, const std::string& name, bool control) {
-    limits.push_back({value, name + " " + ValueText(value, summary), control});
+  const auto add = [&](double value, const std::string& name, bool control, bool is_sigma = false) {
+    limits.push_back({value, name + " " + ValueText(value, summary), control, is_sigma});
   };
   add(summary.mean, "mean", false);
   if (plot.lower_control) add(*plot.lower_control, "LCL", true);
   if (plot.upper_control) add(*plot.upper_control, "UCL", true);
   if (!plot.lower_control && !plot.upper_control && summary.sigma > 0) {
-    add(summary.mean - 3 * summary.sigma, "\u22123\u03C3", false);
-    add(summary.mean + 3 * summary.sigma, "+3\u03C3", false);
+    add(summary.mean - 3 * summary.sigma, "\u22123\u03C3", false, true);
+    add(summary.mean + 3 * summary.sigma, "+3\u03C3", false, true);
   }
   return limits;
 }
@@ -72,7 +73,8 @@ std::vector<Limit> LimitsOf(const WaferPlot& plot, const Summary& summary) {
 void DrawHistogram(Sketch sketch) {
   auto& [page, plot, summary, style, plan] = sketch;
   const Bins bins = BinsOf(plot, summary);
-  const std::vector<Limit> limits = LimitsOf(plot, summary);
+  std::vector<Limit> limits = LimitsOf(plot, summary);
+  if (style.small) std::erase_if(limits, [](const Limit& limit) { return limit.is_sigma; });
   std::vector<std::string> notes = {"bins of " + WithUnit(NumberText(bins.width, 3), plot)};
   if (summary.sigma > 0) notes.push_back("curve: normal distribution of the same mean and \u03C3");
   std::size_t beyond = 0;
@@ -84,7 +86,12 @@ void DrawHistogram(Sketch sketch) {
     notes.insert(notes.begin(), std::to_string(beyond) + " beyond the control limits");
   }
   AddWords(page, plot, summary, notes);
-  Axis x{bins.first, bins.Edge(bins.counts.size()), QuantityText(plot)};
+  Axis x{bins.first, bins.Edge(bins.counts.size()), style.small ? "" : QuantityText(plot)};
+  if (style.small && plot.low && plot.high) {
+    // One of many, which are compared.
+    x.low = std::min(x.low, *plot.low);
+    x.high = std::max(x.high, *plot.high);
+  }
   for (const Limit& limit : limits) {
     x.low = std::min(x.low, limit.value);
     x.high = std::max(x.high, limit.value);
@@ -96,8 +103,8 @@ void DrawHistogram(Sketch sketch) {
   const double peak = summary.sigma > 0 ? factor / (summary.sigma * std::sqrt(6.283185307)) : 0;
   const double top = std::max(static_cast<double>(bins.Highest()), peak);
   const double em = page.Em();
-  page.Free().top += 1.4 * em;  // for the limits' names
-  const Chart chart = AddChart(page, x, {0, 1.06 * top, "Sites", true});
+  if (!style.small) page.Free().top += 1.4 * em;  // for the limits' names
+  const Chart chart = AddChart(page, x, {0, 1.06 * top, style.small ? "" : "Sites", true});
   const Scale scale = MakeScale(plot, summary, style, 5);
   for (std::size_t i = 0; i < bins.counts.size(); ++i) {
     if (bins.counts[i] == 0) continue;
@@ -130,6 +137,7 @@ void DrawHistogram(Sketch sketch) {
     const Rgba colour = limit.control ? page.Ink().accent : page.Ink().soft;
     const double at = chart.X(limit.value);
     page.Line({at, chart.area.top}, {at, chart.area.bottom}, colour, 1.4 * page.Hair(), 0.4 * em);
+    if (style.small) continue;
     const double half = page.Width(limit.name, 0.9 * em) / 2;
     const double shown = std::clamp(at, chart.area.left + half, chart.area.right - half);
     page.Put({.text = limit.name, .size = 0.9 * em, .colour = colour},

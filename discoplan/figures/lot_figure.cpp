@@ -55,6 +55,11 @@ void PutUndrawn(Page& page, const Gallery& gallery, std::size_t undrawn) {
 
 bool IsSigma(PlotKind kind) { return kind == PlotKind::SigmaMap || kind == PlotKind::SigmaSurface; }
 
+/// Small ones have no axis for them.
+bool HasHeights(PlotKind kind) {
+  return kind == PlotKind::Surface || kind == PlotKind::SigmaSurface || kind == PlotKind::Bars;
+}
+
 /// A colour bar or key of all small plots, from the right of what is free.
 void AddCommonKey(Page& page, const LotPlot& lot, PlotKind kind) {
   if (!page.Look().legend || kind == PlotKind::LineScan) return;
@@ -82,13 +87,17 @@ void AddCommonKey(Page& page, const LotPlot& lot, PlotKind kind) {
   AddColourBar(page, MakeScale(scaled, summary, page.Look(), 9), scaled);
 }
 
-/// Title, facts and notes of a lot; which of several sheets it is, for those that show a part.
-void AddHead(Page& page, const LotPlot& lot, std::optional<std::size_t> first) {
+/// Title, facts and notes of a lot, and of the gallery below them, if there is one.
+void AddHead(Page& page, const LotPlot& lot, const std::optional<GalleryPart>& gallery) {
   page.Title(lot.title);
   std::vector<std::string> facts = lot.facts;
+  if (gallery && HasHeights(gallery->kind)) {
+    facts.push_back("heights " + NumberText(lot.low, 4) + " to " +
+                    WithUnit(NumberText(lot.high, 4), lot.wafers.front()));
+  }
   const std::size_t pages = (lot.wafers.size() + kWafersOnPage - 1) / kWafersOnPage;
-  if (first && pages > 1) {
-    facts.push_back("sheet " + std::to_string(*first / kWafersOnPage + 1) + " of " +
+  if (gallery && pages > 1) {
+    facts.push_back("sheet " + std::to_string(gallery->first / kWafersOnPage + 1) + " of " +
                     std::to_string(pages));
   }
   page.Items(facts, 2, true);
@@ -185,12 +194,12 @@ void DrawGallery(Page& page, const Box& box, const LotPlot& lot, const GalleryPa
 Figure MakeLotSheet(PlotKind kind, const LotPlot& lot, std::size_t first, const Style& style,
                     const TextMeasure& text) {
   Page page(style, text);
-  AddHead(page, lot, first);
+  const GalleryPart part = {kind, first, EndOf(lot, first)};
+  AddHead(page, lot, part);
   const Box free = page.Free();
   const double em = page.Em();
   const double middle = free.left + 0.57 * free.Width();
-  const std::size_t end = EndOf(lot, first);
-  DrawGallery(page, {free.left, free.top, middle - em, free.bottom}, lot, {kind, first, end}, text);
+  DrawGallery(page, {free.left, free.top, middle - em, free.bottom}, lot, part, text);
   const Box right = {middle + em, free.top, free.right, free.bottom};
   const double chart = 0.25 * right.Height();
   const double centre = right.Centre().x;
@@ -198,7 +207,8 @@ Figure MakeLotSheet(PlotKind kind, const LotPlot& lot, std::size_t first, const 
   const double second = right.top + chart + 0.6 * em;
   DrawBoxes(page, {right.left, second, centre - 0.5 * em, second + chart}, lot);
   DrawProfiles(page, {centre + 0.5 * em, second, right.right, second + chart}, lot);
-  DrawTable(page, {right.left, second + chart + em, right.right, right.bottom}, lot, first, end);
+  DrawTable(page, {right.left, second + chart + em, right.right, right.bottom}, lot, first,
+            part.end);
   return page.Take();
 }
 
@@ -223,8 +233,9 @@ Figure MakeLotCover(const LotPlot& lot, const Style& style, const TextMeasure& t
 Figure MakeLotGallery(PlotKind kind, const LotPlot& lot, std::size_t first, const Style& style,
                       const TextMeasure& text) {
   Page page(style, text);
-  AddHead(page, lot, first);
-  DrawGallery(page, page.Free(), lot, {kind, first, EndOf(lot, first)}, text);
+  const GalleryPart part = {kind, first, EndOf(lot, first)};
+  AddHead(page, lot, part);
+  DrawGallery(page, page.Free(), lot, part, text);
   return page.Take();
 }
 

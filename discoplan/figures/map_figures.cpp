@@ -68,7 +68,8 @@ int MostTicks(const Page& page) {
   return std::clamp(static_cast<int>(page.Look().height / (4.5 * page.Em())), least, 9);
 }
 
-std::string LostNote(std::size_t lost) {
+std::string LostNote(std::size_t lost, bool brief) {
+  if (brief) return std::to_string(lost) + " not written";
   return std::to_string(lost) + (lost == 1 ? " value" : " values") +
          " not written for lack of room";
 }
@@ -251,7 +252,7 @@ void DrawValues(Sketch sketch) {
   const std::size_t lost = PutValues(sketch, frame, dot);
   if (lost == 0) return;
   const double size = 0.92 * page.Em();
-  page.Put({.text = page.Shortened(LostNote(lost), note.Width(), size),
+  page.Put({.text = page.Shortened(LostNote(lost, style.small), note.Width(), size),
             .size = size,
             .colour = page.Ink().soft},
            {note.left, note.Centre().y}, Align::Start);

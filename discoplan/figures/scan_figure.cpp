@@ -131,9 +131,10 @@ void DrawLineScan(Sketch sketch) {
   if (plot.low) low = *plot.low;
   if (plot.high) high = *plot.high;
   const double margin = high > low ? 0.06 * (high - low) : 1;
-  const Axis across{0, scan.length, "Distance from A (mm)"};
+  const Axis across{0, scan.length, style.small ? "mm" : "Distance from A (mm)"};
   page.Free().top += 0.4 * em;
-  const Chart chart = AddChart(page, across, {low - margin, high + margin, QuantityText(plot)});
+  const Chart chart =
+      AddChart(page, across, {low - margin, high + margin, style.small ? "" : QuantityText(plot)});
   const bool few = static_cast<double>(sites.size()) * em < 2 * chart.area.Width();
   DotsShape dots = MeasuredDots(page, chart, sites, few);
   // Many are a cloud, over which the curve is seen.
@@ -157,6 +158,7 @@ void DrawLineScan(Sketch sketch) {
     start = std::max(end, start + 1);
   }
   if (few) page.Add(std::move(dots));
+  if (style.small) return;
   for (const auto& [text, at] :
        {std::pair("A", chart.area.left), std::pair("B", chart.area.right)}) {
     page.Put({.text = text, .size = em, .bold = true, .colour = page.Ink().accent},

@@ -269,13 +269,16 @@ class SurfaceDrawing {
   std::vector<Corner> nodes_;  // by ring and sector
 };
 
-/// Heights show the data's own range, whatever limits the colours have.
+/// Heights show the data's own range, whatever limits the colours have; those of one of many are
+/// compared.
 Scale HeightScale(const WaferPlot& plot, const Summary& summary, const Style& style) {
   Style plain = style;
   plain.bands = 0;
   WaferPlot free = plot;
-  free.low.reset();
-  free.high.reset();
+  if (!style.small) {
+    free.low.reset();
+    free.high.reset();
+  }
   Scale scale = MakeScale(free, summary, plain, 6);
   scale.colours = &style.colours;
   return scale;
@@ -287,11 +290,11 @@ void DrawSurfaceWith(Sketch& sketch, const Scale& colours, const Scale& heights,
                      const ValueField& field, const Coverage& coverage) {
   Page& page = sketch.page;
   const Ticks ticks = HeightTicks(heights);
-  page.Free().left += AxisRoom(page, ticks);
+  if (!sketch.style.small) page.Free().left += AxisRoom(page, ticks);
   const View view(page.Free(), heights, sketch.style);
   DrawBase(page, view, sketch.plot);
   SurfaceDrawing(page, view, sketch.plot, colours).Draw(field, coverage);
-  DrawHeightAxis(page, view, heights, ticks, sketch.plot);
+  if (!sketch.style.small) DrawHeightAxis(page, view, heights, ticks, sketch.plot);
 }
 
 }  // namespace

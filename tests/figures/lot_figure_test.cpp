@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -130,6 +131,48 @@ TEST(LotFigure, SaysDiametersThatDiffer) {
   EXPECT_EQ(Count(mixed, "300 mm"), 2u);
   EXPECT_EQ(Count(mixed, "200 mm"), 1u);
   EXPECT_EQ(Count(mixed, "76.2 mm"), 1u);
+}
+
+/// The highest point of all filled areas, in parts of the page.
+double Top(const Figure& figure) {
+  double top = figure.height;
+  for (const Shape& shape : figure.shapes) {
+    const auto* path = std::get_if<PathShape>(&shape);
+    if (path == nullptr || !path->fill) continue;
+    for (const Point p : path->path.pieces[0].points) top = std::min(top, p.y);
+  }
+  return top;
+}
+
+TEST(LotFigure, ComparesHeightsInOneScaleThatIsSaid) {
+  LotPlot lot = LotOf(Names(1, "W"));
+  Style style;
+  style.width = 300;
+  style.height = 300;
+  style.legend = false;
+  for (const PlotKind kind : {PlotKind::Surface, PlotKind::SigmaSurface, PlotKind::Bars}) {
+    lot.high = 5;
+    const Figure own = MakeLotGallery(kind, lot, 0, style, EvenMeasure());
+    lot.high = 9;
+    const Figure wide = MakeLotGallery(kind, lot, 0, style, EvenMeasure());
+    EXPECT_GT(Top(wide), Top(own) + 2) << "values that are low among those of the lot";
+    EXPECT_EQ(Count(wide, "heights 1.000 to 9.000"), 1u);
+    EXPECT_EQ(Count(wide, "5.000"), 0u) << "no axis of its own";
+  }
+  EXPECT_EQ(Count(MakeLotGallery(PlotKind::Map, lot, 0, style, EvenMeasure()), "heights"), 0u);
+}
+
+TEST(LotFigure, SaysOnceWhatSmallChartsShow) {
+  LotPlot lot = LotOf(Names(25, "W"));
+  Style style;
+  style.width = 500;
+  style.height = 500;
+  const Figure bins = MakeLotGallery(PlotKind::Histogram, lot, 0, style, EvenMeasure());
+  EXPECT_EQ(Count(bins, "mean"), 0u);
+  EXPECT_EQ(Count(bins, "Sites"), 0u);
+  const Figure scans = MakeLotGallery(PlotKind::LineScan, lot, 0, style, EvenMeasure());
+  EXPECT_EQ(Count(scans, "\u2026"), 0u);
+  EXPECT_EQ(Count(scans, "mm"), 25u);
 }
 
 TEST(LotFigure, KeepsTheTableOfManyWafersReadable) {
