@@ -149,8 +149,7 @@ bool LeavesOut(const ReadRequest& request) {
 
 void LeaveOutBeyond(const ReadRequest& request, Wafer& wafer) {
   if (!request.test_diameter && !request.edge_exclusion) return;
-  constexpr double kRounding = 1e-3;
-  const double radius = static_cast<double>(wafer.test_diameter) / 2 + kRounding;
+  const double radius = static_cast<double>(wafer.test_diameter) / 2 + kAreaTolerance;
   Keep(wafer, Reason::Beyond,
        [&](std::size_t i) { return std::hypot(double{wafer.x[i]}, double{wafer.y[i]}) <= radius; });
 }

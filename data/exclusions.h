@@ -16,8 +16,10 @@ void GiveSize(const ReadRequest& request, Wafer& wafer);
 /// Whether sites may be left out once all of them are read, so that there may be too many at first.
 bool LeavesOut(const ReadRequest& request);
 
-/// Leaves out the sites beyond the area, if there is one asked for, by more than a micrometre, as
-/// positions are rounded to.
+/// How far in mm a site may lie beyond the area, as positions are rounded to.
+inline constexpr double kAreaTolerance = 1e-3;
+
+/// Leaves out the sites beyond the area, if there is one asked for, by more than the tolerance.
 void LeaveOutBeyond(const ReadRequest& request, Wafer& wafer);
 
 /// Leaves out values that lie apart. Quartiles are interpolated between the sorted values (numbers

@@ -5,6 +5,7 @@
 /// no wafer made of each.
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -17,8 +18,8 @@ class SampleReader {
  public:
   SampleReader(const discoplan_sites& sites, const discoplan_wafer_options& options);
 
-  /// Of sites `first` to below `last`, until the next call. Null unless it is plain that `NewWafer`
-  /// takes all of them; what it does otherwise is its own to tell.
+  /// Of sites `first` to below `last`, until the next call. Null unless it is plain of each whether
+  /// `NewWafer` takes it or leaves it out; what it does otherwise is its own to tell.
   const analysis::Sample* Read(std::int64_t first, std::int64_t last);
 
  private:
@@ -28,8 +29,16 @@ class SampleReader {
     Numbers value;
   };
 
+  void SetReach(const discoplan_wafer_options& options);
+  bool IsTaken(const Site& site) const;
+  bool IsLeftOut(const Site& site) const;
+
   std::optional<Columns> columns_;
-  float farthest_square_ = -1;  // of a site that is neither refused nor left out
+  const bool skips_invalid_;
+  // Squared distances from the centre: of sites that are surely taken, at most; that are surely
+  // left out, at least, or not a number.
+  float taken_ = -1;
+  float left_out_ = std::numeric_limits<float>::quiet_NaN();
   std::vector<float> x_;
   std::vector<float> y_;
   std::vector<float> value_;

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -49,17 +50,17 @@ struct RandomBatch {
   }
 
   bool Chance(double share) { return std::uniform_real_distribution<>(0, 1)(draw_) < share; }
+  std::size_t Below(std::size_t count) { return draw_() % count; }
 
  private:
   float Within(float radius) {
     return std::uniform_real_distribution<float>(-radius, radius)(draw_);
   }
-  std::size_t Below(std::size_t count) { return draw_() % count; }
-
   /// On rings, the last of which may be on the edge of a wafer or of its test area.
   void Place(std::vector<float>& across, std::vector<float>& up) {
     static constexpr std::size_t kCounts[] = {0, 1, 2, 9, 10, 49, 96, 97, 150, 1200};
-    static constexpr float kRadii[] = {60, 100, 140, 147, 150, 150.5F, 160};
+    static constexpr float kRadii[] = {60,        100, 147,    147.0005F, 147.001F,
+                                       147.0015F, 150, 150.5F, 160,       9997};
     const std::size_t count = kCounts[Below(std::size(kCounts))];
     const float radius = kRadii[Below(std::size(kRadii))];
     across.clear();
@@ -87,7 +88,8 @@ discoplan_wafer_options OptionsOf(RandomBatch& batch) {
   discoplan_wafer_options options{};
   options.size = sizeof options;
   options.skip_invalid = batch.Chance(0.3) ? 1 : 0;
-  if (batch.Chance(0.7)) options.diameter = 300;
+  static constexpr double kDiameters[] = {300, 300, 300, 300, 300, 300, 20000, 1e-50};
+  if (batch.Chance(0.8)) options.diameter = kDiameters[batch.Below(std::size(kDiameters))];
   if (batch.Chance(0.2)) options.test_diameter = batch.Chance(0.8) ? 294 : 310;
   if (batch.Chance(0.2)) options.edge_given = 1;
   if (batch.Chance(0.5)) options.edge_exclusion = 3;
@@ -99,7 +101,7 @@ TEST(CBatch, GivesEachWaferTheStatisticsThatItHasAlone) {
   int64_t figures = 0;
   ASSERT_EQ(discoplan_figure_count(&figures), DISCOPLAN_OK);
   int refused = 0;
-  for (unsigned seed = 0; seed < 60; ++seed) {
+  for (unsigned seed = 0; seed < 80; ++seed) {
     RandomBatch wafers(seed);
     discoplan_batch batch{};
     batch.size = sizeof batch;
