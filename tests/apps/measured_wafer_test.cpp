@@ -11,7 +11,8 @@ class MeasuredWafer : public ProgramFixture {
     Write("three.csv", "X (mm),Y (mm),Value\n0,0,1\n10,0,2\n0,10,3\n");
     Write("one.csv", "0,0,1\n");
     Write("far.csv", "X (mm),Y (mm),Value\n0,0,1\n10,0,3\n0,10,2\n-10,0,4\n0,-90,5\n");
-    Write("huge.csv", "X (mm),Y (mm),Value\n0,0,1\n10,0,1e30\n0,10,3\n-10,0,4\n0,-10,5\n");
+    Write("huge.csv",
+          "X (mm),Y (mm),Value\n0,0,1e30\n10,0,2e30\n0,10,3e30\n-10,0,4e30\n0,-10,5e30\n");
     Write("tiny.csv",
           "X (mm),Y (mm),Value\n0,0,1e-14\n10,0,-2e-16\n0,10,0\n-10,0,1e-15\n0,-10,9e-16\n");
     Write("micro.csv",
