@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <numeric>
 #include <tuple>
+#include <utility>
 
 namespace discoplan::figures {
 
@@ -14,8 +15,7 @@ std::vector<Sample> PlacePlan::Distinct(const SiteView& sites) {
   if (!same(x_, sites.x) || !same(y_, sites.y)) {
     x_.assign(sites.x.begin(), sites.x.end());
     y_.assign(sites.y.begin(), sites.y.end());
-    of_smoothing_.clear();
-    lattice_.reset();
+    Forget();
     order_.resize(sites.Size());
     std::iota(order_.begin(), order_.end(), 0u);
     std::sort(order_.begin(), order_.end(), [this](std::uint32_t a, std::uint32_t b) {
@@ -40,8 +40,20 @@ std::vector<Sample> PlacePlan::Distinct(const SiteView& sites) {
 void PlacePlan::KeepFor(double radius) {
   if (radius == radius_) return;
   radius_ = radius;
+  Forget();
+}
+
+void PlacePlan::Forget() {
   of_smoothing_.clear();
+  plate_kernels_.clear();
+  asked_for_kernels_ = false;
   lattice_.reset();
+}
+
+std::vector<float>* PlacePlan::PlateKernels() {
+  constexpr std::size_t kMostSites = 80;  // 1 MB
+  const bool again = std::exchange(asked_for_kernels_, true);
+  return again && x_.size() <= kMostSites ? &plate_kernels_ : nullptr;
 }
 
 const PlateEquations& PlacePlan::Plate(const std::vector<Sample>& samples, double radius,

@@ -22,16 +22,22 @@ class DISCOPLAN_EXPORT PlacePlan {
   std::vector<Sample> Distinct(const SiteView& sites);
 
   const PlateEquations& Plate(const std::vector<Sample>& samples, double radius, double smoothing);
+  /// Where to keep kernels of thin-plate splines at points that are always the same, if they have
+  /// been asked for before; nothing for so many sites that they would need much memory.
+  std::vector<float>* PlateKernels();
   LatticeFit& LatticeOf(const std::vector<Sample>& samples, double radius);
 
  private:
   void KeepFor(double radius);
+  void Forget();
 
   std::vector<float> x_;
   std::vector<float> y_;
   std::vector<std::uint32_t> order_;  // of the sites, by x, then y
   double radius_ = 0;
   std::map<double, PlateEquations> of_smoothing_;
+  std::vector<float> plate_kernels_;
+  bool asked_for_kernels_ = false;
   std::optional<LatticeFit> lattice_;
 };
 

@@ -41,13 +41,13 @@ class PlateField final : public ValueField {
         spline_(samples, plan.Plate(samples, radius, smoothing_)),
         nodes_(NodesOver(radius)),
         values_(nodes_.Size()) {
-    EvaluateAll(nodes_, kEverywhere, values_);
+    EvaluateAll(nodes_, 1.1 * radius + 3 * pitch_, values_, plan.PlateKernels());
   }
 
   void Evaluate(const Lattice& lattice, double radius, std::span<float> values) const override {
     // A spline of smooth data needn't be asked at every pixel.
     if (pitch_ <= 1.3 * lattice.step) {
-      EvaluateAll(lattice, radius, values);
+      EvaluateAll(lattice, radius, values, nullptr);
     } else {
       Refine(nodes_, values_, lattice, values);
     }
@@ -60,7 +60,6 @@ class PlateField final : public ValueField {
 
  private:
   static constexpr double kNodesBetweenSites = 5;
-  static constexpr double kEverywhere = 1e9;
 
   /// The smoothing by which sites are foretold best.
   double ChosenFor(const std::vector<Sample>& samples, double radius, PlacePlan& plan) {
@@ -84,14 +83,17 @@ class PlateField final : public ValueField {
     return {-side * pitch_, side * pitch_, pitch_, 2 * side + 1, 2 * side + 1};
   }
 
-  void EvaluateAll(const Lattice& lattice, double radius, std::span<float> values) const {
+  /// At points so near the centre; with kernels that are kept from spline to spline, if at all.
+  void EvaluateAll(const Lattice& lattice, double radius, std::span<float> values,
+                   std::vector<float>* kept) const {
     std::fill(values.begin(), values.end(), 0.0F);
     const auto columns = static_cast<std::size_t>(lattice.columns);
-    const std::vector<float> ones(columns, 1.0F);
     std::vector<float> x(columns);
     for (std::size_t i = 0; i < columns; ++i) {
       x[i] = static_cast<float>(lattice.X(static_cast<int>(i)));
     }
+    const bool is_first = kept != nullptr && kept->empty();
+    std::size_t used = 0;
     for (int row = 0; row < lattice.rows; ++row) {
       const double y = lattice.Y(row);
       const double half = radius * radius - y * y;
@@ -104,9 +106,20 @@ class PlateField final : public ValueField {
       const auto end = static_cast<std::size_t>(
           std::clamp(std::floor(column_at(reach)) + 1, 0.0, double(lattice.columns)));
       if (first >= end) continue;
-      spline_.Add(std::span(x).subspan(first, end - first), static_cast<float>(y),
-                  std::span(ones).first(end - first),
-                  values.subspan(static_cast<std::size_t>(row) * columns + first, end - first));
+      const auto here = std::span<const float>(x).subspan(first, end - first);
+      const auto down = static_cast<float>(y);
+      std::span<const float> kernels;
+      if (kept != nullptr) {
+        const std::size_t count = here.size() * spline_.Sites();
+        if (is_first) {
+          kept->resize(used + count);
+          spline_.Kernels(here, down, std::span(*kept).subspan(used));
+        }
+        kernels = std::span(*kept).subspan(used, count);
+        used += count;
+      }
+      const auto start = static_cast<std::size_t>(row) * columns + first;
+      spline_.Evaluate(here, down, values.subspan(start, here.size()), kernels);
     }
   }
 

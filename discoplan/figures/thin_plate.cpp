@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/figures/thin_plate.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -28,7 +29,10 @@ inline float QuickLog(float value) {
   return exponent * 0.693147181F + t * (2.0F + u * (0.666666667F + u * (0.4F + u * 0.285714286F)));
 }
 
-inline float QuickKernel(float squared) { return squared * QuickLog(squared + 1e-30F); }
+inline float KernelAt(float across, float squared_down) {
+  const float squared = across * across + squared_down;
+  return squared * QuickLog(squared + 1e-30F);
+}
 
 /// Decomposes rows in place with exchanges; false if they have no inverse.
 bool Decompose(std::vector<double>& cells, std::vector<std::size_t>& order) {
@@ -159,8 +163,20 @@ ThinPlate::ThinPlate(std::span<const Sample> samples, const PlateEquations& equa
   }
 }
 
-void ThinPlate::Add(std::span<const float> x, float y, std::span<const float> weights,
-                    std::span<float> sums) const {
+void ThinPlate::Kernels(std::span<const float> x, float y, std::span<float> kernels) const {
+  const auto down = static_cast<float>(y / scale_);
+  std::vector<float> places;
+  for (const float place : x) places.push_back(static_cast<float>(place / scale_));
+  float* kernel = kernels.data();
+  for (std::size_t j = 0; j < x_.size(); ++j, kernel += x.size()) {
+    const float dy = down - y_[j];
+    const float across = dy * dy;
+    for (std::size_t i = 0; i < x.size(); ++i) kernel[i] = KernelAt(places[i] - x_[j], across);
+  }
+}
+
+void ThinPlate::Evaluate(std::span<const float> x, float y, std::span<float> values,
+                         std::span<const float> kernels) const {
   constexpr std::size_t kBlock = 64;
   float place[kBlock];
   float value[kBlock];
@@ -176,12 +192,16 @@ void ThinPlate::Add(std::span<const float> x, float y, std::span<const float> we
       const float across = dy * dy;
       const float site = x_[j];
       const float weight = weights_[j];
-      for (std::size_t i = 0; i < count; ++i) {
-        const float dx = place[i] - site;
-        value[i] += weight * QuickKernel(dx * dx + across);
+      if (kernels.empty()) {
+        for (std::size_t i = 0; i < count; ++i) {
+          value[i] += weight * KernelAt(place[i] - site, across);
+        }
+      } else {
+        const float* kernel = &kernels[j * x.size() + start];
+        for (std::size_t i = 0; i < count; ++i) value[i] += weight * kernel[i];
       }
     }
-    for (std::size_t i = 0; i < count; ++i) sums[start + i] += weights[start + i] * value[i];
+    std::copy_n(value, count, &values[start]);
   }
 }
 

@@ -43,9 +43,13 @@ class DISCOPLAN_EXPORT ThinPlate {
   /// Of the values of `samples` at the equations' places.
   ThinPlate(std::span<const Sample> samples, const PlateEquations& equations);
 
-  /// Adds `weight[i]` times the value at (x[i], y) to each of `sums`.
-  void Add(std::span<const float> x, float y, std::span<const float> weights,
-           std::span<float> sums) const;
+  std::size_t Sites() const { return x_.size(); }
+  /// What each site has a part in at each (x[i], y), whatever its value is: a number for each x,
+  /// site by site.
+  void Kernels(std::span<const float> x, float y, std::span<float> kernels) const;
+  /// Values at each (x[i], y), from the kernels there if somebody has them.
+  void Evaluate(std::span<const float> x, float y, std::span<float> values,
+                std::span<const float> kernels = {}) const;
 
  private:
   double scale_;

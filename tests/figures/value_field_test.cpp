@@ -97,9 +97,8 @@ TEST(ValueField, LeaveOneOutErrorsInClosedFormAreThoseOfLeavingOut) {
       others.erase(others.begin() + static_cast<std::ptrdiff_t>(i));
       const ThinPlate spline(others, PlateEquations(others, 100, smoothing));
       const auto x = static_cast<float>(samples[i].x);
-      const float one = 1;
       float value = 0;
-      spline.Add({&x, 1}, static_cast<float>(samples[i].y), {&one, 1}, {&value, 1});
+      spline.Evaluate({&x, 1}, static_cast<float>(samples[i].y), {&value, 1});
       sum += (value - samples[i].value) * (value - samples[i].value);
     }
     const double closed = PlateEquations(samples, 100, smoothing).SquaredErrors(samples);
