@@ -49,7 +49,7 @@ Axis ValueAxis(const LotPlot& lot, double low, double high) {
 }
 
 Rgba InkOf(const Page& page, const WaferPlot& wafer) {
-  return wafer.flag.empty() ? page.Look().colours.At(0.3) : page.Ink().accent;
+  return wafer.flag.empty() ? page.Readable(page.Look().colours.At(0.3)) : page.Ink().accent;
 }
 
 struct Quartiles {

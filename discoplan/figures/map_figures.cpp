@@ -8,11 +8,6 @@
 namespace discoplan::figures {
 namespace {
 
-/// Lightness as the eye weighs it, 0 to 1.
-double Luminance(Rgba colour) {
-  return (0.299 * colour.red + 0.587 * colour.green + 0.114 * colour.blue) / 255;
-}
-
 /// Dark letters on light colours, and the other way round.
 Rgba LettersOn(Rgba colour) { return Luminance(colour) > 0.5 ? Rgb(0x14171C) : Rgb(0xFFFFFF); }
 

@@ -106,6 +106,16 @@ double Page::Width(std::string_view text, double size, bool bold) const {
   return text_.Width(text, size, bold);
 }
 
+Rgba Page::Readable(Rgba ink) const {
+  constexpr double kLeast = 0.45;
+  double part = 0;
+  const auto off = [&] {
+    return std::abs(Luminance(Mix(ink, inks_.text, part)) - Luminance(inks_.paper));
+  };
+  while (part < 0.95 && off() < kLeast) part += 0.1;
+  return Mix(ink, inks_.text, part);
+}
+
 std::string Page::Shortened(std::string_view text, double width, double size, bool bold) const {
   if (Width(text, size, bold) <= width) return std::string(text);
   static constexpr std::string_view kEllipsis = "\u2026";

@@ -20,6 +20,11 @@ struct Inks {
 };
 const Inks& InksFor(bool dark);
 
+/// Lightness as the eye weighs it, 0 to 1.
+inline double Luminance(Rgba colour) {
+  return (0.299 * colour.red + 0.587 * colour.green + 0.114 * colour.blue) / 255;
+}
+
 /// Boxes, for whether a new one is free.
 class BoxField {
  public:
@@ -57,6 +62,8 @@ class Page {
   double Hair() const { return em_ / 14; }  ///< Width of thin lines.
   const Inks& Ink() const { return inks_; }
   const Style& Look() const { return style_; }
+  /// A colour of lines, with as much of the letters' own as makes it stand off the ground.
+  Rgba Readable(Rgba ink) const;
   /// What is still free for the plot.
   Box& Free() { return free_; }
   /// Keeps no more of it than that, in its middle.

@@ -152,7 +152,7 @@ void DrawLineScan(Sketch sketch) {
     }
     Path path;
     path.Line(std::move(line));
-    const Rgba colour = Mix(style.colours.At(0.35), page.Ink().text, 0.15);
+    const Rgba colour = page.Readable(Mix(style.colours.At(0.35), page.Ink().text, 0.15));
     page.Add(PathShape{.path = std::move(path),
                        .stroke = {2.2 * page.Hair(), colour, solid ? 0 : 0.4 * em}});
     start = std::max(end, start + 1);

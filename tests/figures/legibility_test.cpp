@@ -7,6 +7,7 @@
 #include <cmath>
 #include <random>
 
+#include "discoplan/figures/page.h"
 #include "discoplan/figures/wafer_figure.h"
 
 namespace discoplan::figures {
@@ -257,6 +258,27 @@ TEST(Legibility, SaysWhatADashedScanIs) {
   EXPECT_EQ(TextOf(Make(PlotKind::LineScan, whole.Plot(), 360, 270), "dashed"), "");
   EXPECT_EQ(TextOf(Make(PlotKind::LineScan, half.Plot(), 360, 270), "dashed"),
             "dashed: more than 21 mm from every site");
+}
+
+TEST(Legibility, DrawsScansInInkThatStandsOffTheGround) {
+  const Wafer wafer = Rings(3);
+  for (const char* name : {"viridis", "viridis_r", "cividis", "magma_r", "grey", "grey_r", "vik"}) {
+    for (const bool dark : {false, true}) {
+      Style style;
+      style.dark = dark;
+      style.colours = *FindColourMap(name);
+      const Figure figure = MakeFigure(PlotKind::LineScan, wafer.Plot(), style, EvenMeasure());
+      bool found = false;
+      for (const PathShape& shape : Of<PathShape>(figure)) {
+        if (shape.fill || shape.path.pieces[0].points.size() < 100) continue;
+        if (shape.path.pieces[0].closed) continue;
+        found = true;
+        EXPECT_GT(std::abs(Luminance(shape.stroke.colour) - Luminance(*figure.background)), 0.4)
+            << name << (dark ? " dark" : "");
+      }
+      EXPECT_TRUE(found);
+    }
+  }
 }
 
 TEST(Legibility, KeepsTheColourBarAsHighAsTheWafer) {
