@@ -32,20 +32,23 @@ class Idw4Field final : public ValueField {
   }
 
   void Evaluate(const Lattice& lattice, double radius, std::span<float> values) const override {
-    const float unasked = std::numeric_limits<float>::quiet_NaN();
-    std::vector<Site> points(values.size());
-    std::size_t at = 0;
-    for (int row = 0; row < lattice.rows; ++row) {
-      const double y = lattice.Y(row);
-      const double reach = radius * radius - y * y;
-      for (int column = 0; column < lattice.columns; ++column) {
-        const double x = lattice.X(column);
-        points[at].x = x * x <= reach ? static_cast<float>(x) : unasked;
-        points[at++].y = static_cast<float>(y);
-      }
+    constexpr int kRows = 16;  // at once: whole tiles of the kernels, in little memory
+    const auto width = static_cast<std::size_t>(lattice.columns);
+    std::vector<double> x(width);
+    for (int column = 0; column < lattice.columns; ++column) {
+      x[static_cast<std::size_t>(column)] = lattice.X(column);
     }
-    SiteInterpolator(wafer_.Data()).Evaluate(points, static_cast<std::size_t>(lattice.columns));
-    for (std::size_t i = 0; i < points.size(); ++i) values[i] = points[i].z;
+    const SiteInterpolator interpolator(wafer_.Data());
+    std::vector<Site> points;
+    for (int top = 0; top < lattice.rows; top += kRows) {
+      points.clear();
+      for (int row = top; row < std::min(top + kRows, lattice.rows); ++row) {
+        AppendRow(x, lattice.Y(row), radius, points);
+      }
+      interpolator.Evaluate(points, width);
+      float* value = values.data() + static_cast<std::size_t>(top) * width;
+      for (const Site& point : points) *value++ = point.z;
+    }
   }
   std::string Method() const override { return "mean of the four nearest sites (idw4)"; }
 
@@ -60,6 +63,19 @@ class Idw4Field final : public ValueField {
   }
 
  private:
+  /// Those beyond the radius aren't asked for.
+  static void AppendRow(std::span<const double> x, double y, double radius,
+                        std::vector<Site>& points) {
+    constexpr float kUnasked = std::numeric_limits<float>::quiet_NaN();
+    const double reach = radius * radius - y * y;
+    for (const double place : x) {
+      Site point;
+      point.x = place * place <= reach ? static_cast<float>(place) : kUnasked;
+      point.y = static_cast<float>(y);
+      points.push_back(point);
+    }
+  }
+
   wafer wafer_;
 };
 

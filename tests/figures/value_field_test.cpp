@@ -139,6 +139,27 @@ TEST(ValueField, SmoothOfManySitesFollowsWaves) {
     EXPECT_NEAR(ValueAt(*field, x, x / 3), waves(x, x / 3), 0.03);
 }
 
+TEST(ValueField, RowsAreTheSameAloneAndTogether) {
+  std::vector<float> x, y, value;
+  for (int i = 0; i < 60; ++i) {
+    const double r = 95 * std::sqrt((i + 0.5) / 60);
+    x.push_back(static_cast<float>(r * std::cos(2.399963 * i)));
+    y.push_back(static_cast<float>(r * std::sin(2.399963 * i)));
+    value.push_back(static_cast<float>(i % 7));
+  }
+  const auto field = MakeField({x, y, value}, 100, Interpolation::Idw4);
+  const Lattice whole = {-103, 103, 2.1, 99, 99};
+  std::vector<float> values(whole.Size(), -1);
+  field->Evaluate(whole, 98, values);
+  for (int row = 0; row < whole.rows; ++row) {
+    const Lattice line = {whole.x0, whole.Y(row), whole.step, whole.columns, 1};
+    std::vector<float> alone(line.Size(), -2);
+    field->Evaluate(line, 98, alone);
+    const auto start = values.begin() + static_cast<std::ptrdiff_t>(row) * whole.columns;
+    EXPECT_TRUE(std::equal(alone.begin(), alone.end(), start)) << row;
+  }
+}
+
 TEST(ValueField, TwoSitesGiveTheirMean) {
   const Sites sites = {{0, 10}, {0, 0}, {1, 3}};
   EXPECT_EQ(ValueAt(*MakeField(sites.View(), 100, Interpolation::Smooth), 40, 40), 2);
