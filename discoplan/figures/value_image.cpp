@@ -2,6 +2,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <memory>
 
 #include "discoplan/figures/map_frame.h"
 
@@ -37,7 +38,9 @@ class ValueImage final : public ImageSource {
     const Lattice lattice = {(grid.left + grid.pitch / 2 - frame_.centre.x) / frame_.scale,
                              (frame_.centre.y - grid.top - grid.pitch / 2) / frame_.scale, step,
                              grid.columns, grid.rows};
-    std::vector<float> values(lattice.Size());
+    // All are set by the field: zeros before would cost as much as the colours afterwards.
+    const std::unique_ptr<float[]> room(new float[lattice.Size()]);
+    const std::span values(room.get(), lattice.Size());
     field_->Evaluate(lattice, frame_.test_radius + 2 * step, values);
     const auto width = static_cast<std::size_t>(grid.columns);
     std::vector<Coverage::Stretch> far;
@@ -59,7 +62,7 @@ class ValueImage final : public ImageSource {
       } else {
         const auto count = static_cast<std::size_t>(columns.last - columns.first + 1);
         const std::size_t from = start + static_cast<std::size_t>(columns.first);
-        Shade(std::span(values).subspan(from, count), pixels.subspan(from, count));
+        Shade(values.subspan(from, count), pixels.subspan(from, count));
       }
       if (!coverage_->HasFar()) continue;
       if (y < far_down_to) far_down_to = coverage_->FindFar(y, coverage_->Far() - step / 2, far);
