@@ -41,7 +41,7 @@ class PlateField final : public ValueField {
         spline_(samples, plan.Plate(samples, radius, smoothing_)),
         nodes_(NodesOver(radius)),
         values_(nodes_.Size()) {
-    EvaluateAll(nodes_, 1.1 * radius + 3 * pitch_, values_, plan.PlateKernels());
+    EvaluateAll(nodes_, kEverywhere, values_, plan.PlateKernels());
   }
 
   void Evaluate(const Lattice& lattice, double radius, std::span<float> values) const override {
@@ -60,6 +60,7 @@ class PlateField final : public ValueField {
 
  private:
   static constexpr double kNodesBetweenSites = 5;
+  static constexpr double kEverywhere = 1e9;
 
   /// The smoothing by which sites are foretold best.
   double ChosenFor(const std::vector<Sample>& samples, double radius, PlacePlan& plan) {
