@@ -93,8 +93,8 @@ void DrawMap(Sketch sketch) {
                  .dots = &dots});
   }
   DrawEdge(page, frame, plot);
-  DrawRim(page, frame, plot);
   if (style.site_dots || style.site_values) DrawDots(page, frame, plot);
+  DrawRim(page, frame, plot);
   if (style.site_values) PutValues(sketch, frame, 0.17 * page.Em());
 }
 
@@ -168,8 +168,8 @@ void DrawSigmaMap(Sketch sketch) {
                .halo_colour = classes.scale.bands[1],
                .dots = &dots});
   DrawEdge(page, frame, plot);
-  DrawRim(page, frame, plot);
   if (style.site_dots) DrawDots(page, frame, plot);
+  DrawRim(page, frame, plot);
 }
 
 void DrawContours(Sketch sketch) {
@@ -206,8 +206,8 @@ void DrawContours(Sketch sketch) {
                .labels = !style.small,
                .dots = &dots});
   DrawEdge(page, frame, plot);
-  DrawRim(page, frame, plot);
   if (style.site_dots) DrawDots(page, frame, plot, 0.8);
+  DrawRim(page, frame, plot);
 }
 
 void DrawValues(Sketch sketch) {
@@ -225,7 +225,6 @@ void DrawValues(Sketch sketch) {
   if (style.legend) AddColourBar(page, scale, plot);
   const MapFrame frame = FrameOn(page, plot);
   DrawEdge(page, frame, plot);
-  DrawRim(page, frame, plot);
   const double spacing =
       frame.Length(frame.radius) * std::sqrt(3.14 / static_cast<double>(summary.count));
   const double dot = std::min(0.32 * page.Em(), 0.4 * spacing);
@@ -244,6 +243,7 @@ void DrawValues(Sketch sketch) {
     dots.stroke = {std::min(0.6 * page.Hair(), 0.3 * dot), page.Ink().soft, 0};
     page.Add(std::move(dots));
   }
+  DrawRim(page, frame, plot);
   const std::size_t lost = PutValues(sketch, frame, dot);
   if (lost == 0) return;
   const double size = 0.92 * page.Em();

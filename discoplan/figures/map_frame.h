@@ -32,6 +32,7 @@ MapFrame FrameIn(const Box& area, const WaferPlot& plot);
 std::vector<Point> RimPoints(const WaferPlot& plot, double drawn_radius);
 std::vector<Point> TestAreaPoints(const WaferPlot& plot, double drawn_radius);
 
+/// Over the dots, one of which may lie on its notch.
 void DrawRim(Page& page, const MapFrame& frame, const WaferPlot& plot);
 /// A dashed ring where the edge exclusion begins.
 void DrawEdge(Page& page, const MapFrame& frame, const WaferPlot& plot);

@@ -260,6 +260,25 @@ TEST(Legibility, SaysWhatADashedScanIs) {
             "dashed: more than 21 mm from every site");
 }
 
+TEST(Legibility, ShowsTheNotchUnderASite) {
+  const Wafer wafer = Rings(3);  // one of whose sites lies on it
+  for (const PlotKind kind :
+       {PlotKind::Map, PlotKind::SigmaMap, PlotKind::Contours, PlotKind::Values}) {
+    std::size_t dots = 0;
+    std::size_t rim = 0;
+    const Figure figure = Make(kind, wafer.Plot(), 225, 225);
+    for (std::size_t i = 0; i < figure.shapes.size(); ++i) {
+      if (std::holds_alternative<DotsShape>(figure.shapes[i])) dots = i;
+      const auto* path = std::get_if<PathShape>(&figure.shapes[i]);
+      const bool is_ring = path != nullptr && path->path.pieces.size() == 1 &&
+                           path->path.pieces[0].closed && path->path.pieces[0].points.size() > 40;
+      if (is_ring && path->stroke.dash == 0) rim = i;
+    }
+    EXPECT_GT(dots, 0u);
+    EXPECT_GT(rim, dots);
+  }
+}
+
 TEST(Legibility, DrawsScansInInkThatStandsOffTheGround) {
   const Wafer wafer = Rings(3);
   for (const char* name : {"viridis", "viridis_r", "cividis", "magma_r", "grey", "grey_r", "vik"}) {
@@ -270,7 +289,8 @@ TEST(Legibility, DrawsScansInInkThatStandsOffTheGround) {
       const Figure figure = MakeFigure(PlotKind::LineScan, wafer.Plot(), style, EvenMeasure());
       bool found = false;
       for (const PathShape& shape : Of<PathShape>(figure)) {
-        if (shape.fill || shape.path.pieces[0].points.size() < 100) continue;
+        if (shape.fill || shape.path.pieces.size() != 1) continue;
+        if (shape.path.pieces[0].points.size() < 100) continue;
         if (shape.path.pieces[0].closed) continue;
         found = true;
         EXPECT_GT(std::abs(Luminance(shape.stroke.colour) - Luminance(*figure.background)), 0.4)
@@ -288,7 +308,8 @@ TEST(Legibility, KeepsTheColourBarAsHighAsTheWafer) {
     const double wafer_height = 300 * figure.wafer.value().scale;
     double bar = 0;
     for (const PathShape& shape : Of<PathShape>(figure)) {
-      if (!shape.fill && shape.path.pieces[0].closed && shape.path.pieces[0].points.size() == 4) {
+      if (!shape.fill && shape.path.pieces.size() == 1 && shape.path.pieces[0].closed &&
+          shape.path.pieces[0].points.size() == 4) {
         bar = Around(shape.path.pieces[0].points).Height();
       }
     }
