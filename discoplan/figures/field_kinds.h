@@ -21,8 +21,8 @@ std::shared_ptr<const ValueField> MakeIdw4Field(const SiteView& sites,
 std::shared_ptr<const ValueField> MakePlateField(const std::vector<Sample>& samples, double radius,
                                                  PlacePlan& plan);
 /// For many sites.
-std::shared_ptr<const ValueField> MakeLatticeField(const std::vector<Sample>& samples,
-                                                   double radius, PlacePlan& plan);
+std::shared_ptr<const ValueField> MakeLatticeField(std::vector<Sample> samples, double radius,
+                                                   PlacePlan& plan);
 
 /// As the function for everyone, with what is kept of the places.
 DISCOPLAN_EXPORT std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius,

@@ -10,6 +10,26 @@ namespace {
 /// Of solvers for several weights together.
 constexpr std::size_t kMostKeptBytes = 2 << 20;
 
+/// The first of four knots along one side, and how far the place is beyond the second; what is
+/// beyond the border is at the border.
+struct Spot {
+  int first;
+  float part;
+};
+Spot SpotAt(double place, int count) {
+  const int cell = std::clamp(static_cast<int>(place), 1, count - 3);
+  return {cell - 1, static_cast<float>(std::clamp(place - cell, 0.0, 1.0))};
+}
+
+/// What each of the four counts.
+inline std::array<float, 4> WeightsAt(float t) {
+  const float u = t * t;
+  const float v = u * t;
+  constexpr float kSixth = 1 / 6.0F;
+  return {(1 - 3 * t + 3 * u - v) * kSixth, (4 - 6 * u + 3 * v) * kSixth,
+          (1 + 3 * t + 3 * u - 3 * v) * kSixth, v * kSixth};
+}
+
 }  // namespace
 
 LatticeSpline::LatticeSpline(double half_side, double pitch)
@@ -31,19 +51,21 @@ Lattice LatticeSpline::KnotLattice() const {
 
 SplineTap LatticeSpline::TapOf(double x, double y) const {
   const double middle = grid_.half;
-  const Tap across = TapAt(middle + x / pitch_, grid_.Side(), Points::Coefficients);
-  const Tap down = TapAt(middle - y / pitch_, grid_.Side(), Points::Coefficients);
-  return {grid_.Cell(down.first, across.first), across.weights, down.weights};
+  const Spot across = SpotAt(middle + x / pitch_, grid_.Side());
+  const Spot down = SpotAt(middle - y / pitch_, grid_.Side());
+  return {static_cast<std::uint32_t>(grid_.Cell(down.first, across.first)), across.part, down.part};
 }
 
 void LatticeSpline::Add(const SplineTap& place) {
   constexpr std::size_t kAcross = KnotMatrix::kAcross;
   constexpr std::size_t kReach = KnotMatrix::kReach;
+  const std::array<float, 4> across = WeightsAt(place.across);
+  const std::array<float, 4> down = WeightsAt(place.down);
   // Products with each of the four and those up to three beside it.
   std::array<std::array<float, 4>, kAcross> products = {};
   for (std::size_t k = 0; k < 4; ++k) {
     for (std::size_t partner = 0; partner < 4; ++partner) {
-      products[partner + kReach - k][k] = place.across[k] * place.across[partner];
+      products[partner + kReach - k][k] = across[k] * across[partner];
     }
   }
   const std::size_t stride = grid_.Stride();
@@ -53,7 +75,7 @@ void LatticeSpline::Add(const SplineTap& place) {
   KnotMatrix& matrix = sites_.front();
   for (std::size_t upper = 0; upper < 4; ++upper) {
     for (std::size_t below = 0; upper + below < 4; ++below) {
-      const float weight = place.down[upper] * place.down[upper + below];
+      const float weight = down[upper] * down[upper + below];
       float* line = matrix.Line(row + static_cast<int>(upper), static_cast<int>(below)) + column;
       for (const std::array<float, 4>& of_four : products) {
         std::array<float, 4> sums;
@@ -70,8 +92,8 @@ void LatticeSpline::Add(const SplineTap& place) {
 
 void LatticeSpline::AddValue(const SplineTap& place, float value, Knots& sums) const {
   float* at = &sums[place.first];
-  const std::array<float, 4> across = place.across;  // which no sum is
-  for (const float down : place.down) {
+  const std::array<float, 4> across = WeightsAt(place.across);
+  for (const float down : WeightsAt(place.down)) {
     const float weight = down * value;
     std::array<float, 4> now;
     for (std::size_t k = 0; k < 4; ++k) now[k] = at[k] + weight * across[k];
@@ -82,9 +104,9 @@ void LatticeSpline::AddValue(const SplineTap& place, float value, Knots& sums) c
 
 float LatticeSpline::At(const Knots& found, const SplineTap& place) const {
   const float* at = &found[place.first];
+  const std::array<float, 4> across = WeightsAt(place.across);
   float value = 0;
-  for (const float down : place.down) {
-    const auto& across = place.across;
+  for (const float down : WeightsAt(place.down)) {
     value += down * (at[0] * across[0] + at[1] * across[1] + at[2] * across[2] + at[3] * across[3]);
     at += grid_.Stride();
   }

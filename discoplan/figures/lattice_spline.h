@@ -19,20 +19,22 @@
 ///
 /// Source: P. H. C. Eilers, B. D. Marx, "Flexible smoothing with B-splines and penalties" (1996).
 
+#include <cstdint>
 #include <map>
 #include <vector>
 
 #include "discoplan/figures/knot_solver.h"
-#include "discoplan/figures/refine.h"
 #include "discoplan/figures/thin_plate.h"
+#include "discoplan/figures/value_field.h"
 
 namespace discoplan::figures {
 
-/// The sixteen knots that tell the value at a place.
+/// The sixteen knots that tell the value at a place, and where it is among the inner four: in parts
+/// of the way to the right and down.
 struct SplineTap {
-  std::size_t first;
-  std::array<float, 4> across;
-  std::array<float, 4> down;
+  std::uint32_t first;
+  float across;
+  float down;
 };
 
 class DISCOPLAN_EXPORT LatticeSpline {

@@ -34,6 +34,12 @@ std::vector<Sample> PlacePlan::Distinct(const SiteView& sites) {
     samples.push_back(sample);
     i = end;
   }
+  // Of so many nothing is kept.
+  if (order_.size() > LatticeFit::kMostKept) {
+    x_ = std::vector<float>();
+    y_ = std::vector<float>();
+    order_ = std::vector<std::uint32_t>();
+  }
   return samples;
 }
 

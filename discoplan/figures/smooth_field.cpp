@@ -162,7 +162,7 @@ struct Plane {
 
 class LatticeField final : public ValueField {
  public:
-  LatticeField(const std::vector<Sample>& samples, double radius, PlacePlan& plan)
+  LatticeField(std::vector<Sample> samples, double radius, PlacePlan& plan)
       : bounds_(samples), plane_(samples) {
     std::vector<float> values;
     values.reserve(samples.size());
@@ -170,7 +170,9 @@ class LatticeField final : public ValueField {
     for (const Sample& sample : samples) {
       values.push_back(static_cast<float>((sample.value - plane_.At(sample.x, sample.y)) / range));
     }
-    LatticeFit::Result found = plan.LatticeOf(samples, radius).Of(values);
+    LatticeFit& fit = plan.LatticeOf(samples, radius);
+    std::vector<Sample>().swap(samples);  // which is much, of many sites
+    LatticeFit::Result found = fit.Of(values);
     knots_ = found.knots;
     coefficients_ = std::move(found.coefficients);
     for (float& each : coefficients_) each *= static_cast<float>(range);
@@ -206,9 +208,9 @@ std::shared_ptr<const ValueField> MakePlateField(const std::vector<Sample>& samp
   return std::make_shared<PlateField>(samples, radius, plan);
 }
 
-std::shared_ptr<const ValueField> MakeLatticeField(const std::vector<Sample>& samples,
-                                                   double radius, PlacePlan& plan) {
-  return std::make_shared<LatticeField>(samples, radius, plan);
+std::shared_ptr<const ValueField> MakeLatticeField(std::vector<Sample> samples, double radius,
+                                                   PlacePlan& plan) {
+  return std::make_shared<LatticeField>(std::move(samples), radius, plan);
 }
 
 }  // namespace discoplan::figures

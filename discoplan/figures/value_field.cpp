@@ -120,7 +120,7 @@ std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius
     return std::make_shared<ShiftedField>(
         MakeField({sites.x, sites.y, moved}, radius, interpolation, plan), *shift);
   }
-  const std::vector<Sample> samples = plan.Distinct(sites);
+  std::vector<Sample> samples = plan.Distinct(sites);
   if (samples.size() == 3 && interpolation == Interpolation::Smooth) {
     const double determinant = Determinant(samples);
     if (determinant != 0) return std::make_shared<PlaneField>(samples, determinant);
@@ -133,8 +133,8 @@ std::shared_ptr<const ValueField> MakeField(const SiteView& sites, double radius
   }
   if (interpolation == Interpolation::Idw4) return MakeIdw4Field(sites, samples, radius);
   if (samples.size() <= kMostInOne) return MakePlateField(samples, radius, plan);
-  auto field = MakeLatticeField(samples, radius, plan);
-  if (samples.size() > LatticeFit::kMostKept) plan = {};
+  auto field = MakeLatticeField(std::move(samples), radius, plan);
+  if (sites.Size() > LatticeFit::kMostKept) plan = {};
   return field;
 }
 
