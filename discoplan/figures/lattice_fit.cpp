@@ -38,9 +38,9 @@ double SpacingOf(std::size_t count, double radius) {
   return radius * std::sqrt(3.14159 / static_cast<double>(count));
 }
 
-/// The sum over all sites.
-double LatticeFit::Enough() const {
-  return kPrecision * kPrecision * static_cast<double>(taps_.size());
+/// Solvers are kept once a second wafer has the same places: most figures are of one.
+LatticeSpline::Aim LatticeFit::AimFor(double bending) const {
+  return {bending, kPrecision * kPrecision * static_cast<double>(taps_.size()), again_};
 }
 
 LatticeFit::LatticeFit(const std::vector<Sample>& places, double radius)
@@ -62,7 +62,7 @@ LatticeFit::LatticeFit(const std::vector<Sample>& places, double radius)
 }
 
 double LatticeFit::SquaredErrors(Trial& trial, std::span<const float> values, double bending) {
-  trial.spline.Improve(trial.sums, {bending, Enough()}, trial.found);
+  trial.spline.Improve(trial.sums, AimFor(bending), trial.found);
   double sum = 0;
   ForEachLeftOut(values.size(), trial.turn, [&](std::size_t i) {
     const double error = trial.spline.At(trial.found, taps_[i]) - values[i];
@@ -103,7 +103,8 @@ LatticeFit::Result LatticeFit::Of(std::span<const float> values) {
   }
   ForEachLeftOut(values.size(), first.turn,
                  [&](std::size_t i) { spline_->AddValue(taps_[i], values[i], first.sums); });
-  spline_->Improve(first.sums, {bending, Enough()}, found);
+  spline_->Improve(first.sums, AimFor(bending), found);
+  again_ = true;
   return {spline_->KnotLattice(), spline_->Coefficients(found), error};
 }
 

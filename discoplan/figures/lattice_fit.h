@@ -48,12 +48,13 @@ class LatticeFit {
   /// The weight of bending by which sites that were left out are foretold best.
   Choice Choose(std::span<const float> values);
   double SquaredErrors(Trial& trial, std::span<const float> values, double bending);
-  double Enough() const;
+  LatticeSpline::Aim AimFor(double bending) const;
 
   double spacing_;
   std::vector<SplineTap> taps_;
   std::vector<Trial> trials_;
   std::optional<LatticeSpline> spline_;  // near all sites
+  bool again_ = false;                   // other values came before
 };
 
 }  // namespace discoplan::figures

@@ -121,6 +121,9 @@ int LatticeSpline::Improve(const Knots& sums, Aim aim, Knots& found) {
   const double weight = aim.bending / (pitch_ * pitch_);
   auto solver = of_bending_.find(weight);
   if (solver == of_bending_.end()) {
+    if (!aim.keeps) {
+      return KnotSolver(sites_, static_cast<float>(weight)).Improve(sums, aim.enough, found);
+    }
     if (!of_bending_.empty() &&
         (of_bending_.size() + 1) * of_bending_.begin()->second.Bytes() > kMostKeptBytes) {
       of_bending_.clear();

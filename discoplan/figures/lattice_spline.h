@@ -52,12 +52,12 @@ class DISCOPLAN_EXPORT LatticeSpline {
   Knots None() const { return Knots(grid_.Size()); }
 
   struct Aim {
-    double bending;  ///< Its weight, in mm^2.
-    double enough;   ///< Sum of the squares of what may be wrong at the sites.
+    double bending;     ///< Its weight, in mm^2.
+    double enough;      ///< Sum of the squares of what may be wrong at the sites.
+    bool keeps = true;  ///< What follows from the places and the weight, for more values there.
   };
   /// Coefficients at the knots, from the sums of the sites' values, and better ones than `found`
-  /// has. What follows from the places alone is kept for more values there.
-  /// Gives the number of steps.
+  /// has. Gives the number of steps.
   int Improve(const Knots& sums, Aim aim, Knots& found);
 
   Lattice KnotLattice() const;
