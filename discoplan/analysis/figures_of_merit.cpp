@@ -42,8 +42,13 @@ Figure Tilt(const Sample& s) {
 
 Figure TiltDirection(const Sample& s) {
   const PlaneFit& plane = s.Plane();
-  if (!plane.IsUnique() || plane.Tilt() == 0) return {};
-  return plane.Direction();
+  if (!plane.IsUnique()) return {};
+  // What rises across the largest of wafers by less than values are rounded to has no direction.
+  constexpr double kAcross = 450;  // mm
+  constexpr double kRounding = 1e-7;
+  const double largest = std::max(std::abs(s.Minimum()), std::abs(s.Maximum()));
+  const bool is_level = plane.Tilt() * kAcross <= kRounding * largest;
+  return is_level ? Figure() : plane.Direction();
 }
 
 Figure PredictionError(const Sample& s) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "discoplan/analysis/compensated_sum.h"
+#include "discoplan/analysis/decimal.h"
 #include "discoplan/analysis/site_tree.h"
 
 namespace discoplan::analysis {
@@ -16,7 +17,7 @@ std::optional<InterpolationError> LeaveOneOut(std::span<const Site> sites) {
   // Neighbours one after the other are found along the same way through the tree.
   for (std::size_t place = 0; place < sites.size(); ++place) {
     const std::size_t i = tree.SiteAt(place);
-    offs[i] = std::abs(sites[i].z - InterpolatedAt(tree, sites[i].x, sites[i].y, i));
+    offs[i] = std::abs(DecimalOf(sites[i].z) - InterpolatedAt(tree, sites[i].x, sites[i].y, i));
   }
   InterpolationError error;
   CompensatedSum squares;

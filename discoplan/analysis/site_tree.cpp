@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "discoplan/analysis/compensated_sum.h"
+#include "discoplan/analysis/decimal.h"
 
 namespace discoplan::analysis {
 
@@ -141,9 +142,9 @@ double InterpolatedAt(const SiteTree& tree, double x, double y, std::size_t with
   CompensatedSum weights;
   for (const SiteTree::Candidate& near : nearest) {
     const double distance = tree.DistanceTo(near.site, x, y);
-    if (distance == 0) return sites[near.site].z;  // the first one, if any
+    if (distance == 0) return DecimalOf(sites[near.site].z);  // the first one, if any
     const double weight = 1 / (distance * distance);
-    values += weight * sites[near.site].z;
+    values += weight * DecimalOf(sites[near.site].z);
     weights += weight;
   }
   return values.Value() / weights.Value();

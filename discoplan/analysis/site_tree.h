@@ -69,7 +69,8 @@ class DISCOPLAN_EXPORT SiteTree {
 /// What the sites of the tree say about a position: the mean of the four nearest, weighted by the
 /// inverse square of their distance (D. Shepard, "A Two-dimensional Interpolation Function for
 /// Irregularly-spaced Data", 1968), or a site's own value on it. Four sites at least. It is the
-/// interpolation of the plots, but that its neighbours are always the nearest.
+/// interpolation of the plots, but that its neighbours are always the nearest, and of the decimal
+/// numbers that the values stand for.
 DISCOPLAN_EXPORT double InterpolatedAt(const SiteTree& tree, double x, double y,
                                        std::size_t without = SiteTree::kNobody);
 inline constexpr std::size_t kInterpolationSites = 4;

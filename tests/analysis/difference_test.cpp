@@ -7,6 +7,7 @@
 #include <cmath>
 #include <random>
 
+#include "discoplan/analysis/decimal.h"
 #include "discoplan/analysis/interpolation_error.h"
 #include "discoplan/analysis/positions.h"
 #include "discoplan/analysis/site_tree.h"
@@ -91,7 +92,7 @@ TEST(InterpolatedAt, IsTheInterpolationOfThePlots) {
   for (const Site& at : RandomSites(50, 6, false)) {
     EXPECT_NEAR(InterpolatedAt(tree, at.x, at.y), measured.Interpolation(at.x, at.y), 1e-4);
   }
-  EXPECT_EQ(InterpolatedAt(tree, sites[3].x, sites[3].y), sites[3].z);
+  EXPECT_EQ(InterpolatedAt(tree, sites[3].x, sites[3].y), DecimalOf(sites[3].z));
 }
 
 // Without itself, the centre of a square is the mean of its corners. A corner is foretold by the
@@ -130,6 +131,15 @@ TEST(DifferenceOf, InterpolatesBetweenOtherSites) {
   EXPECT_EQ(change.sites, (std::vector<Site>{{0, 0, 7.5F}, {10, 10, 9}}));
   EXPECT_EQ(change.matched, 1U);
   EXPECT_EQ(change.interpolated, 1U);
+}
+
+// 100.1F is 100.0999985: less 100.1 it would leave 1.5e-6.
+TEST(DifferenceOf, LeavesNothingBetweenEqualValues) {
+  const std::vector<Site> other = {
+      {10, 10, 100.1F}, {-10, 10, 100.1F}, {-10, -10, 100.1F}, {10, -10, 100.1F}};
+  const Derived change = DifferenceOf(std::vector<Site>{{3, 4, 100.1F}}, other);
+  ASSERT_EQ(change.interpolated, 1U);
+  EXPECT_NEAR(change.sites[0].z, 0, 1e-13);
 }
 
 TEST(DifferenceOf, LeavesOutWhatItCantInterpolate) {

@@ -200,6 +200,15 @@ TEST(FiguresOfMerit, AgreeWithOtherProgramsOnAMeasuredWafer) {
   EXPECT_NEAR(Figure("interpolation_error", Slot7()).value(), 0.1265599993033197, 1e-6);
 }
 
+// Opposite corners of a square are alike, so that rounding alone tilts its plane.
+TEST(FiguresOfMerit, TellNoDirectionOfALevelPlane) {
+  std::vector<Site> square = {{70, 70, 1.1F}, {-70, 70, 1.3F}, {-70, -70, 1.1F}, {70, -70, 1.3F}};
+  EXPECT_LT(Figure("tilt", square).value(), 1e-15);
+  EXPECT_FALSE(Figure("tilt_direction", square));
+  for (Site& site : square) site.z += site.x > 0 ? 1e-4F : 0;
+  EXPECT_NEAR(std::remainder(Figure("tilt_direction", square).value(), 360), 0, 0.1);
+}
+
 // 1, 2, 4, 9: quartiles at places 1.75, 2.5 and 3.25 are 1.75, 3 and 5.25; distances from the
 // median 1, 1, 2 and 6.
 TEST(FiguresOfMerit, OfFourValuesByHand) {
