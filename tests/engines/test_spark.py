@@ -7,6 +7,7 @@ import psutil
 import pyarrow as pa
 import pytest
 from conftest import BOTH, BY, GOLDEN, KEYED, PLOT, SITES, Gate, keyed_table, others, rows, text_rows, wait_for
+from pyspark.sql import functions as F
 from sessions import session
 
 import discoplan as dp
@@ -72,6 +73,13 @@ def test_keys_of_any_type(spark) -> None:
     assert len(found) == 12 and {row["status"] for row in found} == {0}
 
 
+def test_a_key_that_is_never_a_number(spark) -> None:
+    rows = [(float(i), -float(i % 3), 10.0 + i) for i in range(5)]
+    sites = spark.createDataFrame(rows, "x double, y double, value double").withColumn("lot", F.lit(float("nan")))
+    found = ds.statistics(sites, by="lot").collect()
+    assert [(row.lot, row.status, row.statistics.mean) for row in found] == [(None, 0, 12.0)]
+
+
 def test_wafers_in_rows_are_not_shuffled(spark, frame, sites, expected) -> None:
     wafers = spark.createDataFrame(dp.arrow.wafers(sites, **SITES).to_pandas()).repartition(5)
     wafers = wafers.localCheckpoint()
@@ -95,6 +103,8 @@ def test_nothing_runs_before_it_is_asked_for(spark, frame) -> None:
         ds.plots(untouched, **SITES, kind="4D")
     with pytest.raises(ValueError, match="needs `by`"):
         ds.statistics(untouched, x="X", y="Y", value="THK")
+    with pytest.raises(ValueError, match="a column 'status' of its own"):
+        ds.statistics(untouched.withColumnRenamed("slot", "status"), ["lot", "status"], "X", "Y", "THK")
 
 
 def test_a_batch_that_fails_twice_is_done_once(frame, expected) -> None:

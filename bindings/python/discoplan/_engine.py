@@ -134,8 +134,10 @@ def plan(
         to = {one: ("to_x", "to_y", f"to_{one}") for one in names_of(value)}
     job = Job(work, {**options, "x": x, "y": y, "value": value}, to)
     lists = {*parts, *(one for found in (to if isinstance(to, dict) else {}).values() for one in found)}
-    fields = [(one, pa.list_(pa.float64())) for one in lists]
+    fields = {one: pa.list_(pa.float64()) for one in lists}
     if options.get("name"):
-        fields.append((options["name"], pa.string()))
-    job.on(pa.RecordBatch.from_pylist([], pa.schema(fields)))
+        fields[options["name"]] = pa.string()
+    for one in keys:
+        fields.setdefault(one, pa.null())
+    job.on(pa.RecordBatch.from_pylist([], pa.schema(fields.items())))
     return Plan(job, keys, parts, is_sites)

@@ -102,7 +102,9 @@ def _are_lists(df: DataFrame) -> Any:
 
 def _run(df: DataFrame, work: str, by: By, sites: Sequence[Any], options: Any, to: Any = None) -> DataFrame:
     made = plan(work, df.columns, _are_lists(df), by, sites, options, to)
-    fields, other = [df.schema[name] for name in made.keys], to if isinstance(to, DataFrame) else None
+    other = to if isinstance(to, DataFrame) else None
+    # Not a number, which a column without nulls may hold, is null among the keys.
+    fields = [T.StructField(name, df.schema[name].dataType) for name in made.keys]
     if other is not None:
         there = plan(work, other.columns, _are_lists(other), made.keys, sites, options, to)
         if there.is_sites != made.is_sites:
