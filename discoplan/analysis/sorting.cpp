@@ -84,10 +84,12 @@ void DecimalSorter::SortByDigits(std::span<const float> values) {
   for (int digit = 0; digit < digits; ++digit) {
     const int from = bits * digit / digits;
     const int width = bits * (digit + 1) / digits - from;
-    const std::uint64_t mask = (std::uint64_t{1} << width) - 1;
+    const std::size_t mask = (std::size_t{1} << width) - 1;
     std::array<std::uint32_t, std::size_t{1} << kMostBits> next;
     std::fill_n(next.begin(), mask + 1, 0u);
-    const auto number = [&](std::uint64_t key) { return key >> (32 + from) & mask; };
+    const auto number = [&](std::uint64_t key) {
+      return static_cast<std::size_t>(key >> (32 + from)) & mask;
+    };
     for (const std::uint64_t key : keys_) ++next[number(key)];
     std::uint32_t place = 0;
     for (std::size_t i = 0; i <= mask; ++i) place += std::exchange(next[i], place);
