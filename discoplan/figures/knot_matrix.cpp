@@ -74,10 +74,10 @@ void AddFiner(const KnotGrid& grid, const Knots& coarse, Knots& fine) {
       AddTimes(kParts[static_cast<std::size_t>(off + kSpread)], &coarse[from.Cell(other)],
                line.data() + 1, side - 1);
     }
-    const float* at = line.data() + 1;
+    const float* at = line.data();  // beside the first knot
     for (std::size_t i = 0; i < side; ++i) {
-      both[2 * i] = 0.125F * (at[i - 1] + at[i + 1]) + 0.75F * at[i];
-      both[2 * i + 1] = 0.5F * (at[i] + at[i + 1]);
+      both[2 * i] = 0.125F * (at[i] + at[i + 2]) + 0.75F * at[i + 1];
+      both[2 * i + 1] = 0.5F * (at[i + 1] + at[i + 2]);
     }
     AddTimes(1, both.data() - grid.Below(0), &fine[grid.Cell(row)],
              static_cast<std::size_t>(grid.Side()));
