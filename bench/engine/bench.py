@@ -31,8 +31,8 @@ MAP = {"size": (400, 300), "wafer": WAFER}
 SIZES = {
     # Wafers for statistics, for maps, for pandas and for matplotlib; wafers of a batch of
     # maps, one of statistics having twenty times as many
-    49: {"wafers": 100000, "maps": 2000, "tables": 4000, "peers": 48, "batch": 200},
-    5000: {"wafers": 2000, "maps": 240, "tables": 400, "peers": 24, "batch": 25},
+    49: {"wafers": 100000, "maps": 6000, "tables": 4000, "peers": 48, "batch": 200},
+    5000: {"wafers": 2000, "maps": 1200, "tables": 400, "peers": 24, "batch": 25},
 }
 
 
@@ -133,7 +133,7 @@ def compare(spark: Any, folder: Path, sites: int, part: int, runs: int) -> Dict[
         "columns": lambda: run(every.mapInArrow(zeros, statistics.schema)),
         "statistics": lambda: run(statistics),
         "all statistics": lambda: run(ds.statistics(every, **WAFER, figures="all")),
-    }, runs + 1, processor_time)
+    }, runs + 5, processor_time)
     found = {name: seconds / size["wafers"] for name, seconds in alone.items()}
 
     spark.conf.set(rows, SIZES[sites]["batch"])
