@@ -4,7 +4,6 @@
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include FT_ADVANCES_H
-#include FT_OUTLINE_H
 
 #include <algorithm>
 #include <array>
@@ -23,6 +22,7 @@
 #include "discoplan/base/numbers.h"
 #include "discoplan/raster/picture.h"
 #include "discoplan/raster/symbol_letters.h"
+#include "hosts/headless/glyph.h"
 
 namespace discoplan {
 namespace {
@@ -30,7 +30,6 @@ namespace {
 constexpr double kSmallest = 1;  // letter sizes in pixels
 constexpr double kLargest = 2000;
 constexpr double kFarthest = 1e6;                   // pixels from the canvas's corner
-constexpr int kPhases = 4;                          // starts of a glyph within a pixel
 constexpr std::size_t kMostGlyphBytes = 8'000'000;  // of cached coverage
 constexpr std::size_t kMostOutlines = 1024;         // cached
 constexpr std::size_t kMostTypefaces = 4096;        // cached choices
@@ -71,32 +70,6 @@ char32_t NextCharacter(std::string_view text, std::size_t& at) {
 
 bool IsFigure(char32_t character) { return character >= '0' && character <= '9'; }
 
-/// Coverage from 0 to 255, row by row from the top.
-struct Glyph {
-  std::vector<std::uint8_t> coverage;
-  int width = 0;
-  int rows = 0;
-  int left = 0;   // from the pen to the first column
-  int above = 0;  // from the first row's top to the base line
-};
-
-struct Typeface {
-  FT_Face face = nullptr;
-  bool embolden = false;  // a bold one that the family lacks
-
-  auto operator<=>(const Typeface&) const = default;
-};
-
-struct Letter {
-  Typeface typeface;
-  FT_UInt index = 0;
-
-  auto operator<=>(const Letter&) const = default;
-};
-
-/// Pixels for a font unit.
-double Scale(FT_Face face, double size) { return size / face->units_per_EM; }
-
 /// Pixels from the top of the line box to its base line.
 int Ascent(FT_Face face, double size) {
   return ToInt32(std::ceil(face->ascender * Scale(face, size)));
@@ -110,37 +83,6 @@ int Descent(FT_Face face, double size) {
 double Size(const Font& font, double pixels_per_point) {
   const double size = font.size * pixels_per_point;
   return size > kSmallest ? std::min(size, kLargest) : kSmallest;
-}
-
-/// Pixels that a bold letter is wider than the plain one that it is made from.
-double Emboldening(double size) { return size / 24; }
-
-FT_F26Dot6 To26Dot6(double pixels) { return ToInt32(pixels * 64); }
-
-Glyph DrawGlyph(const Letter& letter, double size, int phase) {
-  Glyph glyph;
-  FT_Face face = letter.typeface.face;
-  FT_GlyphSlot slot = face->glyph;
-  if (FT_Set_Char_Size(face, 0, To26Dot6(size), 72, 72) != 0 ||
-      FT_Load_Glyph(face, letter.index, FT_LOAD_TARGET_LIGHT | FT_LOAD_NO_BITMAP) != 0 ||
-      slot->format != FT_GLYPH_FORMAT_OUTLINE) {
-    return glyph;
-  }
-  // To the sides only: the hinted heights stay.
-  if (letter.typeface.embolden)
-    FT_Outline_EmboldenXY(&slot->outline, To26Dot6(Emboldening(size)), 0);
-  FT_Outline_Translate(&slot->outline, phase * 64 / kPhases, 0);
-  if (FT_Render_Glyph(slot, FT_RENDER_MODE_NORMAL) != 0) return glyph;
-  const FT_Bitmap& bitmap = slot->bitmap;
-  glyph.width = static_cast<int>(bitmap.width);
-  glyph.rows = static_cast<int>(bitmap.rows);
-  glyph.left = slot->bitmap_left;
-  glyph.above = slot->bitmap_top;
-  for (int row = 0; row < glyph.rows; ++row) {
-    const std::uint8_t* from = bitmap.buffer + static_cast<std::ptrdiff_t>(row) * bitmap.pitch;
-    glyph.coverage.insert(glyph.coverage.end(), from, from + glyph.width);
-  }
-  return glyph;
 }
 
 Pixel Blend(Pixel below, Pixel above, unsigned coverage) {
@@ -170,71 +112,6 @@ void Stamp(Canvas& canvas, const Glyph& glyph, PixelPoint corner, Pixel colour) 
     }
   }
 }
-
-/// Hands the outline of a glyph in font units to a sink.
-struct Tracing {
-  OutlineSink& sink;
-  double scale;
-  double shift;
-
-  static Tracing& Of(void* user) { return *static_cast<Tracing*>(user); }
-  double X(const FT_Vector* p) const { return shift + static_cast<double>(p->x) * scale; }
-  double Y(const FT_Vector* p) const { return static_cast<double>(p->y) * scale; }
-
-  static int Move(const FT_Vector* to, void* user) {
-    const Tracing& t = Of(user);
-    t.sink.MoveTo(t.X(to), t.Y(to));
-    return 0;
-  }
-  static int Line(const FT_Vector* to, void* user) {
-    const Tracing& t = Of(user);
-    t.sink.LineTo(t.X(to), t.Y(to));
-    return 0;
-  }
-  static int Curve(const FT_Vector* control, const FT_Vector* to, void* user) {
-    const Tracing& t = Of(user);
-    t.sink.CurveTo(t.X(control), t.Y(control), t.X(to), t.Y(to));
-    return 0;
-  }
-  static int Cubic(const FT_Vector* a, const FT_Vector* b, const FT_Vector* to, void* user) {
-    const Tracing& t = Of(user);
-    t.sink.CubicTo(t.X(a), t.Y(a), t.X(b), t.Y(b), t.X(to), t.Y(to));
-    return 0;
-  }
-};
-
-/// Of a glyph in font units; it is empty for one without.
-class GlyphOutline {
- public:
-  GlyphOutline(FT_Library library, const Letter& letter) : library_(library) {
-    FT_Face face = letter.typeface.face;
-    if (FT_Load_Glyph(face, letter.index, FT_LOAD_NO_SCALE) != 0 ||
-        face->glyph->format != FT_GLYPH_FORMAT_OUTLINE) {
-      return;
-    }
-    FT_Outline& outline = face->glyph->outline;
-    if (letter.typeface.embolden) {
-      FT_Outline_EmboldenXY(&outline, ToInt32(Emboldening(face->units_per_EM)), 0);
-    }
-    const auto points = static_cast<FT_UInt>(outline.n_points);
-    if (FT_Outline_New(library, points, outline.n_contours, &outline_) != 0) return;
-    FT_Outline_Copy(&outline, &outline_);
-  }
-  ~GlyphOutline() { FT_Outline_Done(library_, &outline_); }
-  GlyphOutline(const GlyphOutline&) = delete;
-  GlyphOutline& operator=(const GlyphOutline&) = delete;
-
-  void Trace(double scale, double shift, OutlineSink& sink) {
-    Tracing tracing{sink, scale, shift};
-    static constexpr FT_Outline_Funcs kFunctions = {
-        Tracing::Move, Tracing::Line, Tracing::Curve, Tracing::Cubic, 0, 0};
-    FT_Outline_Decompose(&outline_, &kFunctions, &tracing);
-  }
-
- private:
-  FT_Library library_;
-  FT_Outline outline_ = {};
-};
 
 }  // namespace
 
