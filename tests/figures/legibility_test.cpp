@@ -9,16 +9,10 @@
 
 #include "discoplan/figures/page.h"
 #include "discoplan/figures/wafer_figure.h"
+#include "tests/figures/made_figure.h"
 
 namespace discoplan::figures {
 namespace {
-
-class EvenMeasure final : public TextMeasure {
- public:
-  double Width(std::string_view text, double size, bool) const override {
-    return 0.5 * size * static_cast<double>(text.size());
-  }
-};
 
 Box Around(const std::vector<Point>& points) {
   Box box = {points[0].x, points[0].y, points[0].x, points[0].y};
@@ -74,15 +68,6 @@ Wafer Grid(Takes takes) {
     }
   }
   return wafer;
-}
-
-template <class Kind>
-std::vector<Kind> Of(const Figure& figure) {
-  std::vector<Kind> found;
-  for (const Shape& shape : figure.shapes) {
-    if (const auto* one = std::get_if<Kind>(&shape)) found.push_back(*one);
-  }
-  return found;
 }
 
 /// The first text that begins so, or nothing.

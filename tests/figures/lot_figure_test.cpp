@@ -7,15 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "tests/figures/made_figure.h"
+
 namespace discoplan::figures {
 namespace {
-
-class EvenMeasure final : public TextMeasure {
- public:
-  double Width(std::string_view text, double size, bool) const override {
-    return 0.5 * size * static_cast<double>(text.size());
-  }
-};
 
 std::size_t Shapes(const std::vector<float>& first, const std::vector<float>& second) {
   static const std::vector<float> x = {0, 80, 0, -80, 0};
@@ -70,17 +65,10 @@ std::vector<std::string> Names(std::size_t count, const std::string& beginning) 
   return names;
 }
 
-std::vector<TextShape> Texts(const Figure& figure) {
-  std::vector<TextShape> texts;
-  for (const Shape& shape : figure.shapes) {
-    if (const auto* text = std::get_if<TextShape>(&shape)) texts.push_back(*text);
-  }
-  return texts;
-}
-
 std::size_t Count(const Figure& figure, const std::string& part) {
   std::size_t count = 0;
-  for (const TextShape& text : Texts(figure)) count += text.text.find(part) != std::string::npos;
+  for (const TextShape& text : Of<TextShape>(figure))
+    count += text.text.find(part) != std::string::npos;
   return count;
 }
 
@@ -109,7 +97,7 @@ TEST(LotFigure, LetsANameAmongTheTotalsWidenNoColumn) {
     double sigma = 0;
     LotPlot lot = LotOf(Names(3, "W"));
     lot.table.rows.back().texts[3] = beginning + "502";
-    for (const TextShape& text : Texts(MakeLotCover(lot, style, EvenMeasure()))) {
+    for (const TextShape& text : Of<TextShape>(MakeLotCover(lot, style, EvenMeasure()))) {
       if (text.text == "Mean") mean = text.box.right;
       if (text.text == "Std. Dev") sigma = text.box.right;
     }
@@ -183,7 +171,7 @@ TEST(LotFigure, KeepsTheTableOfManyWafersReadable) {
     style.height = wide ? 595 : 842;
     const Figure cover = MakeLotCover(lot, style, EvenMeasure());
     std::size_t rows = 0;
-    for (const TextShape& text : Texts(cover)) {
+    for (const TextShape& text : Of<TextShape>(cover)) {
       if (text.text.size() != 4 || !text.text.starts_with("W")) continue;
       ++rows;
       EXPECT_GT(text.size, 5.5) << text.text;
