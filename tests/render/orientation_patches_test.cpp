@@ -4,12 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "hosts/recording/recording_host.h"
 
 namespace discoplan {
 namespace {
+
+using nlohmann::json;
 
 TEST(OrientationPatches, SeenFromAboveAreSquares) {
   // 68 pixels less 2 are the diagonal of ten cells: 66 / 10 / sqrt 2 = 4.667 each, the first
