@@ -95,7 +95,7 @@ BAD = [
     (TypeError, "value is a str", lambda: dp.Wafer(X, Y, "abcdefghijkl")),
     (TypeError, "value: 'NoneType'", lambda: dp.Wafer(X, Y, None)),
     (TypeError, "must be real number", lambda: dp.Wafer(X, Y, ["a"] * N)),
-    (TypeError, "column 'value' has the Arrow type 'u'", lambda: dp.Wafer(X, Y, pa.array(["a"] * N))),
+    (TypeError, "column 'value' holds texts (Arrow type 'u'); cast it to numbers", lambda: dp.Wafer(X, Y, pa.array(["a"] * N))),
     (ValueError, "no finite 32-bit float", lambda: dp.Wafer(X, Y, VALUE * 1e40)),
     (ValueError, "no finite 32-bit float", lambda: dp.Wafer(X, Y, VALUE * np.inf)),
     (ValueError, "outside a wafer of 100 mm", lambda: dp.Wafer(X, Y, VALUE, diameter=100)),
@@ -133,7 +133,7 @@ BAD = [
     (ValueError, "no column 'Z', but X, Y", lambda: dp.Lot(pa.table({"X": X, "Y": Y}), "X", "X", "Y", "Z")),
     (ValueError, "no column 'Z'", lambda: dp.Lot({"X": [1], "Y": [1]}, "X", "X", "Y", "Z")),
     (TypeError, "no table", lambda: dp.Lot([1, 2], "X", "X", "Y", "Z")),
-    (TypeError, "Arrow type 'u'", lambda: dp.Lot(pa.table({"X": X, "V": ["a"] * N}), "X", "X", "X", "V")),
+    (TypeError, "column 'V' holds texts", lambda: dp.Lot(pa.table({"X": X, "V": ["a"] * N}), "X", "X", "X", "V")),
 ]
 
 

@@ -2,6 +2,7 @@
 """What a lot is asked for, and wafers that go from process to process."""
 
 import copy
+import decimal
 import multiprocessing
 import pathlib
 import pickle
@@ -124,6 +125,22 @@ def test_keys_are_texts_as_people_write_them() -> None:
     for made in (pa.table, dict):
         assert lot_of(made(sites([1.0] * 5 + [2.5] * 5))).names == ["1", "2.5"]
         assert lot_of(made(sites([True] * 5 + [False] * 5))).names == ["true", "false"]
+
+
+def test_numbers_of_any_type_are_values() -> None:
+    def read(values: object, **options: object) -> list[float]:
+        n = len(values)
+        return lot_of(pa.table({"w": ["a"] * n, "X": np.arange(n) / 10, "Y": np.zeros(n), "V": values}), **options)[0].value.tolist()
+
+    draw = np.random.default_rng(11)
+    exact = [decimal.Decimal(int(n)).scaleb(-int(s)) for n, s in zip(draw.integers(-(2**62), 2**62, 400), draw.integers(3, 19, 400))]
+    assert read(pa.array(exact, pa.decimal128(38, 18))) == [np.float32(float(one)) for one in exact]
+    wide = [one.scaleb(-30) for one in exact]
+    assert read(pa.array(wide, pa.decimal256(76, 50))) == [np.float32(float(one)) for one in wide]
+    halves = np.array([1.5, -0.25, 6e-8, 65504.0, 6.1e-5, 0.0, -2.0], "f2")
+    assert read(pa.array(halves)) == halves.tolist()
+    assert read(pa.array([2.5, 7.0, None, 7.0]).dictionary_encode(), skip_invalid=True) == [2.5, 7, 7]
+    assert lot_of(pa.table(sites(pa.array([decimal.Decimal("7.10")] * 10, pa.decimal128(5, 2))))).names == ["7.1"]
 
 
 def test_units_that_differ_are_refused() -> None:

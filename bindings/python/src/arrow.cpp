@@ -2,50 +2,12 @@
 #include "bindings/python/src/arrow.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <cstring>
-#include <limits>
-#include <optional>
-#include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "bindings/python/src/arrow_values.h"
 #include "bindings/python/src/buffers.h"
-
-// The Arrow C data interface, as its specification has it.
-extern "C" {
-struct ArrowSchema {
-  const char* format;
-  const char* name;
-  const char* metadata;
-  int64_t flags;
-  int64_t n_children;
-  ArrowSchema** children;
-  ArrowSchema* dictionary;
-  void (*release)(ArrowSchema*);
-  void* private_data;
-};
-struct ArrowArray {
-  int64_t length;
-  int64_t null_count;
-  int64_t offset;
-  int64_t n_buffers;
-  int64_t n_children;
-  const void** buffers;
-  ArrowArray** children;
-  ArrowArray* dictionary;
-  void (*release)(ArrowArray*);
-  void* private_data;
-};
-struct ArrowArrayStream {
-  int (*get_schema)(ArrowArrayStream*, ArrowSchema*);
-  int (*get_next)(ArrowArrayStream*, ArrowArray*);
-  const char* (*get_last_error)(ArrowArrayStream*);
-  void (*release)(ArrowArrayStream*);
-  void* private_data;
-};
-}
 
 namespace discoplan::python {
 namespace {
@@ -68,119 +30,10 @@ T* InCapsule(PyObject* capsule, const char* name) {
   return held;
 }
 
-bool IsSet(const void* bits, int64_t i) {
-  return (static_cast<const std::uint8_t*>(bits)[i / 8] >> (i % 8) & 1) != 0;
-}
-
-bool IsNull(const ArrowArray& array, int64_t i) {
-  return array.n_buffers > 0 && array.buffers[0] != nullptr && array.null_count != 0 &&
-         !IsSet(array.buffers[0], array.offset + i);
-}
-
-template <class T>
-T At(const ArrowArray& array, int64_t i) {
-  T value;
-  std::memcpy(&value,
-              static_cast<const char*>(array.buffers[1]) +
-                  (array.offset + i) * static_cast<int64_t>(sizeof(T)),
-              sizeof value);
-  return value;
-}
-
-/// A number of a column; nothing for a type that has none.
-std::optional<double> NumberAt(const char* format, const ArrowArray& array, int64_t i) {
-  if (format[0] == '\0' || format[1] != '\0') return {};
-  switch (format[0]) {
-    case 'f':
-      return At<float>(array, i);
-    case 'g':
-      return At<double>(array, i);
-    case 'c':
-      return At<std::int8_t>(array, i);
-    case 'C':
-      return At<std::uint8_t>(array, i);
-    case 's':
-      return At<std::int16_t>(array, i);
-    case 'S':
-      return At<std::uint16_t>(array, i);
-    case 'i':
-      return At<std::int32_t>(array, i);
-    case 'I':
-      return At<std::uint32_t>(array, i);
-    case 'l':
-      return static_cast<double>(At<std::int64_t>(array, i));
-    case 'L':
-      return static_cast<double>(At<std::uint64_t>(array, i));
-    default:
-      return {};
-  }
-}
-
-template <class Offset>
-std::string_view TextBetween(const ArrowArray& array, int64_t i) {
-  const Offset first = At<Offset>(array, i);
-  return {static_cast<const char*>(array.buffers[2]) + first,
-          static_cast<std::size_t>(At<Offset>(array, i + 1) - first)};
-}
-
-/// Of the type that has short texts within 16 bytes and long ones in further buffers.
-std::string_view TextViewed(const ArrowArray& array, int64_t i) {
-  constexpr std::int32_t kInline = 12;
-  const char* const view = static_cast<const char*>(array.buffers[1]) + (array.offset + i) * 16;
-  std::int32_t parts[4];  // size, start of the text, buffer, offset
-  std::memcpy(parts, view, sizeof parts);
-  const auto size = static_cast<std::size_t>(parts[0]);
-  if (parts[0] <= kInline) return {view + 4, size};
-  return {static_cast<const char*>(array.buffers[2 + parts[2]]) + parts[3], size};
-}
-
-[[noreturn]] void RefuseType(const std::string& name, const char* format, const char* wanted) {
-  Raise(PyExc_TypeError,
-        "column '" + name + "' has the Arrow type '" + format + "'; cast it to " + wanted);
-}
-
-template <class T>
-std::string Written(T number) {
-  char text[32];
-  return {text, std::to_chars(text, text + sizeof text, number).ptr};
-}
-
-/// What tells wafers apart, as people write it; "" for what is missing.
-std::string TextAt(const ArrowSchema& schema, const ArrowArray& array, int64_t i,
-                   const std::string& name) {
-  if (IsNull(array, i)) return "";
-  if (schema.dictionary != nullptr) {
-    const std::optional<double> entry = NumberAt(schema.format, array, i);
-    if (!entry) RefuseType(name, schema.format, "texts");
-    return TextAt(*schema.dictionary, *array.dictionary, static_cast<int64_t>(*entry), name);
-  }
-  const std::string_view format = schema.format;
-  if (format == "u" || format == "z") return std::string(TextBetween<std::int32_t>(array, i));
-  if (format == "U" || format == "Z") return std::string(TextBetween<std::int64_t>(array, i));
-  if (format == "vu") return std::string(TextViewed(array, i));
-  if (format == "b") return IsSet(array.buffers[1], array.offset + i) ? "true" : "false";
-  if (format == "l") return Written(At<std::int64_t>(array, i));  // a double merges large ones
-  if (format == "L") return Written(At<std::uint64_t>(array, i));
-  if (format == "n") return "";
-  const std::optional<double> number = NumberAt(schema.format, array, i);
-  if (!number) RefuseType(name, schema.format, "texts or numbers");
-  if (std::isnan(*number)) return "";
-  return format == "f" ? Written(static_cast<float>(*number)) : Written(*number);
-}
-
 void AppendNumbers(const ArrowSchema& schema, const ArrowArray& array, const std::string& name,
                    std::vector<double>& numbers) {
   numbers.reserve(numbers.size() + static_cast<std::size_t>(array.length));
-  for (int64_t i = 0; i < array.length; ++i) {
-    if (schema.format[0] == 'n' || IsNull(array, i)) {
-      numbers.push_back(std::numeric_limits<double>::quiet_NaN());
-      continue;
-    }
-    const std::optional<double> number =
-        schema.dictionary == nullptr ? NumberAt(schema.format, array, i) : std::nullopt;
-    if (!number) RefuseType(name, schema.format, "numbers");
-    numbers.push_back(*number);
-  }
+  for (int64_t i = 0; i < array.length; ++i) numbers.push_back(NumberAt(schema, array, i, name));
 }
 
 Object Doubles(const std::vector<double>& numbers) {
