@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "data/left_out.h"
+#include "data/number_text.h"
 #include "data/plain_text.h"
 
 namespace discoplan::data {
@@ -156,6 +157,16 @@ void LeaveOutBeyond(const ReadRequest& request, Wafer& wafer) {
 
 double Quantile(std::vector<float> values, double share) {
   return SortedQuantile(Sorted(std::move(values)), share);
+}
+
+std::optional<OutlierRule> ParseOutlierRule(std::string_view text) {
+  const std::size_t letters = std::min(text.find_first_not_of("0123456789."), text.size());
+  const ParsedNumber factor = ParseNumber(text.substr(0, letters));
+  const std::string_view spread = text.substr(letters);
+  if (factor.fault != NumberFault::None || !(factor.value > 0)) return {};
+  if (spread == "iqr") return OutlierRule{factor.value, OutlierRule::Spread::Iqr};
+  if (spread == "mad") return OutlierRule{factor.value, OutlierRule::Spread::Mad};
+  return {};
 }
 
 bool LeaveOutOutliers(const OutlierRule& rule, Wafer& wafer) {

@@ -52,6 +52,8 @@ struct OutlierRule {
   double factor = 0;
   Spread spread = Spread::Iqr;
 };
+/// Of a factor and a spread, as "1.5iqr" or "3.5mad"; nothing for other texts.
+std::optional<OutlierRule> ParseOutlierRule(std::string_view text);
 
 struct ReadRequest {
   std::filesystem::path path = {};

@@ -26,17 +26,10 @@ LengthUnit LengthUnitNamed(const std::string& word) {
                    Shown(word) + "; --value-unit names that of the values");
 }
 
-OutlierRule ParseRule(const std::string& text) {
-  const std::size_t letters = text.find_first_not_of("0123456789.");
-  const std::string spread = letters == std::string::npos ? "" : text.substr(letters);
-  OutlierRule rule;
-  const bool is_number = CLI::detail::lexical_cast(text.substr(0, letters), rule.factor);
-  if (!is_number || !(rule.factor > 0) || !(spread == "iqr" || spread == "mad")) {
-    throw UsageError("--drop-outliers takes a factor and iqr or mad, as in 1.5iqr or 3.5mad, not " +
-                     Shown(text));
-  }
-  rule.spread = spread == "iqr" ? OutlierRule::Spread::Iqr : OutlierRule::Spread::Mad;
-  return rule;
+OutlierRule OutlierRuleOf(const std::string& text) {
+  if (const auto rule = data::ParseOutlierRule(text)) return *rule;
+  throw UsageError("--drop-outliers takes a factor and iqr or mad, as in 1.5iqr or 3.5mad, not " +
+                   Shown(text));
 }
 
 void AddColumnOptions(CLI::App& command, data::ReadRequest& request) {
@@ -117,7 +110,7 @@ void AddExclusionOptions(CLI::App& command, data::ReadRequest& request) {
   command
       .add_option_function<std::string>(
           "--drop-outliers",
-          [&request](const std::string& text) { request.outliers = ParseRule(text); },
+          [&request](const std::string& text) { request.outliers = OutlierRuleOf(text); },
           "Leave out values beyond the quartiles by a factor of their distance (1.5iqr), or "
           "beyond the median by a factor of the robust standard deviation (3.5mad)")
       ->type_name("FACTORiqr|FACTORmad");

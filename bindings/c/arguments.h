@@ -18,6 +18,17 @@ template <class T>
 inline constexpr std::size_t kFirstSize = sizeof(T);
 template <>
 inline constexpr std::size_t kFirstSize<discoplan_batch> = offsetof(discoplan_batch, figures);
+template <>
+inline constexpr std::size_t kFirstSize<discoplan_read_options> = offsetof(discoplan_read_options,
+                                                                           value_unit);
+
+/// Refuses a struct that is smaller than in the first version.
+template <class T>
+void RequireSize(std::size_t size, const char* name) {
+  if (size >= kFirstSize<T>) return;
+  Refuse(std::string(name) + ": its field 'size' is " + std::to_string(size) +
+         ", not sizeof the struct, " + std::to_string(sizeof(T)));
+}
 
 /// A copy of a struct that begins with its size; all zeros for null. Fields that an earlier version
 /// hadn't are zero. One of a later version will do as long as it asks for nothing that isn't known
@@ -28,10 +39,7 @@ T Taken(const T* given, const char* name) {
   taken.size = sizeof(T);
   if (given == nullptr) return taken;
   const std::size_t size = given->size;
-  if (size < kFirstSize<T>) {
-    Refuse(std::string(name) + ": its field 'size' is " + std::to_string(size) +
-           ", not sizeof the struct, " + std::to_string(sizeof(T)));
-  }
+  RequireSize<T>(size, name);
   const auto* bytes = reinterpret_cast<const std::byte*>(given);
   const std::size_t known = std::min(size, sizeof(T));
   if (std::any_of(bytes + known, bytes + size, [](std::byte b) { return b != std::byte{}; })) {
@@ -42,19 +50,17 @@ T Taken(const T* given, const char* name) {
   return taken;
 }
 
-/// Sets a struct that the caller gave the size of; the fields of later versions become 0.
+/// Sets as much of a struct as the caller has by its size; fields of later versions become 0.
 template <class T>
 void Give(T* wanted, const char* name, T value) {
   Needed(wanted, name);
-  const std::uint32_t size = wanted->size;
-  if (size < sizeof(T)) {
-    Refuse(std::string(name) + ": its field 'size' is " + std::to_string(size) +
-           ", not sizeof the struct, " + std::to_string(sizeof(T)));
-  }
-  value.size = size;
+  value.size = wanted->size;
+  const std::size_t size = value.size;
+  RequireSize<T>(size, name);
+  const std::size_t known = std::min(size, sizeof(T));
   auto* bytes = reinterpret_cast<std::byte*>(wanted);
-  std::fill(bytes + sizeof(T), bytes + size, std::byte{});
-  std::memcpy(bytes, &value, sizeof(T));
+  std::memcpy(bytes, &value, known);
+  std::fill(bytes + known, bytes + size, std::byte{});
 }
 
 /// A caller's array, read one number at a time.

@@ -226,22 +226,24 @@ DISCOPLAN_API discoplan_status discoplan_wafer_unpack(const uint8_t* bytes, int6
 
 typedef struct discoplan_read_options {
   uint32_t size;
-  int32_t skip_invalid;   /* 1: leave out rows that can't be read, and count them */
-  const char* columns;    /* "X,Y,VALUE"; NULL: found by their names */
-  const char* parameters; /* values to read, with commas between them; "all" for all */
-  const char* by;         /* columns that tell wafers apart, with commas between them */
-  const char* wafers;     /* names, slots or ranges of slots, with commas between them */
-  const char* where;      /* a condition on rows: "MSE < 12 and Slot != 3" */
-  const char* unit;       /* of positions where the file gives none: mm, cm, um, in */
-  int32_t corner;         /* 1: positions count from the lower left corner */
-  int32_t thin;           /* 1: leave out sites of a wafer with too many */
-  double diameter;        /* mm; 0: as for wafers */
-  double test_diameter;   /* mm; sites outside are left out */
-  int32_t edge_given;     /* 1: sites nearer to the edge than edge_exclusion are left out */
-  int32_t reserved;
-  double edge_exclusion; /* mm */
-  double pitch_width;    /* mm; positions are whole numbers of dies then */
-  double pitch_height;   /* mm */
+  int32_t skip_invalid;      /* 1: leave out rows that can't be read, and count them */
+  const char* columns;       /* "X,Y,VALUE"; NULL: found by their names */
+  const char* parameters;    /* values to read, with commas between them; "all" for all */
+  const char* by;            /* columns that tell wafers apart, with commas between them */
+  const char* wafers;        /* names, slots or ranges of slots, with commas between them */
+  const char* where;         /* a condition on rows: "MSE < 12 and Slot != 3" */
+  const char* unit;          /* of positions where the file gives none: mm, cm, um, in */
+  int32_t corner;            /* 1: positions count from the lower left corner */
+  int32_t thin;              /* 1: leave out sites of a wafer with too many */
+  double diameter;           /* mm; 0: as for wafers */
+  double test_diameter;      /* mm; sites outside are left out */
+  int32_t edge_given;        /* 1: sites nearer to the edge than edge_exclusion are left out */
+  int32_t sites;             /* of a binary file; 0: as many as its size tells */
+  double edge_exclusion;     /* mm */
+  double pitch_width;        /* mm; positions are whole numbers of dies then */
+  double pitch_height;       /* mm */
+  const char* value_unit;    /* of the values, in place of the file's; NULL: the file's */
+  const char* drop_outliers; /* "1.5iqr" or "3.5mad"; NULL: all values stay */
 } discoplan_read_options;
 
 /* Reads tables, lot exports, KLARF and binary files; the content tells which. */

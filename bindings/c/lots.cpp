@@ -85,6 +85,14 @@ std::optional<data::DiePitch> PitchOf(double width, double height) {
   return data::DiePitch{width, height};
 }
 
+std::optional<data::OutlierRule> OutlierRuleOf(const char* text) {
+  const std::string given = TextOr(text);
+  if (given.empty()) return {};
+  if (const auto rule = data::ParseOutlierRule(given)) return rule;
+  Refuse("drop_outliers: takes a factor and iqr or mad, as in 1.5iqr or 3.5mad, not " +
+         data::Shown(given));
+}
+
 data::ReadRequest RequestOf(const std::string& path, const discoplan_read_options& given) {
   data::ReadRequest request;
   request.path = PathOf(path);
@@ -104,6 +112,10 @@ data::ReadRequest RequestOf(const std::string& path, const discoplan_read_option
   }
   request.thin = given.thin != 0;
   request.skip_invalid = given.skip_invalid != 0;
+  request.value_unit = TextOr(given.value_unit);
+  request.outliers = OutlierRuleOf(given.drop_outliers);
+  if (given.sites < 0) Refuse("sites: takes a number of sites, 1 or more");
+  if (given.sites > 0) request.sites = given.sites;
   return request;
 }
 

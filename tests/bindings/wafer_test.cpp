@@ -330,4 +330,21 @@ TEST(CLot, HandsOutItsWafers) {
   EXPECT_STREQ(discoplan_error(), "no/such.csv: no such file");
 }
 
+TEST(CLot, IsReadByCallersOfTheFirstVersion) {
+  const std::string path = discoplan::Example("native_oxide_lot.csv");
+  const auto status = [&](std::size_t size) {
+    discoplan_read_options options{};
+    options.size = static_cast<uint32_t>(size);
+    options.drop_outliers = "none of them";  // where an earlier struct had ended
+    discoplan_lot* lot = nullptr;
+    const discoplan_status found = discoplan_read(path.c_str(), &options, &lot);
+    discoplan_free(lot);
+    return found;
+  };
+  const std::size_t first = offsetof(discoplan_read_options, value_unit);
+  EXPECT_EQ(status(first), DISCOPLAN_OK);
+  EXPECT_EQ(status(first - 1), DISCOPLAN_BAD_ARGUMENT);
+  EXPECT_EQ(status(sizeof(discoplan_read_options)), DISCOPLAN_BAD_ARGUMENT);
+}
+
 }  // namespace

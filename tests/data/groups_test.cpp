@@ -256,6 +256,17 @@ TEST(LeftOut, FollowsTheQuartiles) {
   EXPECT_EQ(Quantile({4, 1, 3, 2}, 1), 4);
 }
 
+TEST(LeftOut, RulesOfOutliersAreAFactorAndASpread) {
+  const auto rule = ParseOutlierRule("3.5mad");
+  ASSERT_TRUE(rule);
+  EXPECT_EQ(rule->factor, 3.5);
+  EXPECT_EQ(rule->spread, OutlierRule::Spread::Mad);
+  for (const char* text :
+       {"", "iqr", "0iqr", ".mad", "1.5", "1.5 iqr", "-1iqr", "1.5IQR", "1..5iqr"}) {
+    EXPECT_FALSE(ParseOutlierRule(text)) << text;
+  }
+}
+
 TEST(LeftOut, IsToldOfWhereNothingTellsOutliers) {
   for (const auto spread : {OutlierRule::Spread::Iqr, OutlierRule::Spread::Mad}) {
     std::istringstream same("-50,0,1\n50,0,1\n0,50,1\n0,-50,1\n0,0,9\n");

@@ -129,6 +129,12 @@ BAD = [
     (ValueError, "y has 2", lambda: dp.Wafer(X, Y, VALUE).interpolate([1, 2, 3], [1, 2])),
     (ValueError, "1 to 20000", lambda: dp.Wafer(X, Y, VALUE).lattice(0)),
     (FileNotFoundError, "none.csv: no such file", lambda: dp.read("none.csv")),
+    (
+        ValueError,
+        "drop_outliers: takes a factor and iqr or mad, as in 1.5iqr or 3.5mad, not '2sigma'",
+        lambda: dp.read(EXAMPLES / "thick_film_lot.csv", drop_outliers="2sigma"),
+    ),
+    (ValueError, "sites: takes a number of sites", lambda: dp.read(EXAMPLES / "thick_film_lot.csv", sites=-1)),
     (ValueError, "NOPE", lambda: dp.read(EXAMPLES / "thick_film_lot.csv", columns="X,Y,NOPE")),
     (ValueError, "no column 'Z', but X, Y", lambda: dp.Lot(pa.table({"X": X, "Y": Y}), "X", "X", "Y", "Z")),
     (ValueError, "no column 'Z'", lambda: dp.Lot({"X": [1], "Y": [1]}, "X", "X", "Y", "Z")),

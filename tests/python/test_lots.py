@@ -66,6 +66,17 @@ def test_wafers_that_nothing_tells_apart_are_numbered() -> None:
     assert lot["a (3)"].statistics().mean == 4
 
 
+def test_files_are_read_as_they_are_by_the_program(tmp_path: pathlib.Path) -> None:
+    path = tmp_path / "sites.csv"
+    path.write_text("X (mm),Y (mm),V (A)\n-50,0,1\n50,0,2\n0,50,3\n0,-50,4\n0,0,9\n")
+    lot = dp.read(path, drop_outliers="1.5iqr", value_unit="nm")
+    assert lot[0].unit == "nm" and dp.read(path)[0].unit == "A"
+    assert lot[0].value.tolist() == [1, 2, 3, 4] and "4 of 5 sites; 1 outlier" in repr(lot[0])
+    binary = tmp_path / "sites.dat"
+    binary.write_bytes(np.array([0.0, 10, 0, 0, 10, 1, 1, 2, 3, 4, 5, 6]).tobytes())
+    assert len(dp.read(binary)[0]) == 4 and len(dp.read(binary, sites=3)[0]) == 3
+
+
 def test_slices_are_lots() -> None:
     lot = dp.read(EXAMPLES / "native_oxide_lot.csv")
     part = lot[2:10:3]

@@ -323,6 +323,9 @@ def read(
     edge_exclusion: Optional[float] = None,
     skip_invalid: bool = False,
     thin: bool = False,
+    value_unit: Optional[str] = None,
+    drop_outliers: Optional[str] = None,
+    sites: Optional[int] = None,
 ) -> Lot:
     """Reads measured wafers from a file: a table, a lot export, KLARF or a binary file.
 
@@ -339,6 +342,10 @@ def read(
         diameter, test_diameter, edge_exclusion: In mm, as those of `Wafer`.
         skip_invalid: Leave out rows that can't be read, and count them in `notes`.
         thin: Leave out sites of a wafer that has too many.
+        value_unit: Of the values, in place of the file's.
+        drop_outliers: Leave out values beyond the quartiles by a factor of their distance
+            ("1.5iqr"), or beyond the median by a factor of the robust standard deviation ("3.5mad").
+        sites: Their number in a binary file, if not from its size.
 
     Raises:
         FileNotFoundError: There is no such file.
@@ -360,6 +367,9 @@ def read(
         edge_exclusion=edge_exclusion,
         skip_invalid=skip_invalid,
         thin=thin,
+        value_unit=value_unit,
+        drop_outliers=drop_outliers,
+        sites=sites,
     )
     handles, notes = _core.read(os.fsdecode(path), fields)
     return Lot._of([Wafer._of(handle) for handle in handles], notes)

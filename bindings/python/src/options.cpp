@@ -41,6 +41,9 @@ constexpr Field kReadFields[] = {
     DISCOPLAN_FIELD(discoplan_read_options, edge_exclusion, Number),
     DISCOPLAN_FIELD(discoplan_read_options, pitch_width, Number),
     DISCOPLAN_FIELD(discoplan_read_options, pitch_height, Number),
+    DISCOPLAN_FIELD(discoplan_read_options, value_unit, Text),
+    DISCOPLAN_FIELD(discoplan_read_options, drop_outliers, Text),
+    DISCOPLAN_FIELD(discoplan_read_options, sites, Whole),
 };
 
 constexpr Field kPlotFields[] = {
