@@ -21,6 +21,9 @@ inline constexpr std::size_t kFirstSize<discoplan_batch> = offsetof(discoplan_ba
 template <>
 inline constexpr std::size_t kFirstSize<discoplan_read_options> = offsetof(discoplan_read_options,
                                                                            value_unit);
+template <>
+inline constexpr std::size_t kFirstSize<discoplan_wafer_info> = offsetof(discoplan_wafer_info,
+                                                                         repeated);
 
 /// Refuses a struct that is smaller than in the first version.
 template <class T>

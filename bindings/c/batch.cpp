@@ -47,10 +47,11 @@ class BatchResult final : public Held {
   void Set(const analysis::Sample& sample, FigureMask wanted) {
     ComputeFigures(sample, wanted, &statistics_[statuses_.size()], wafers_);
   }
-  void Finish(discoplan_status status, std::span<const std::uint8_t> file) {
+  void Finish(discoplan_status status, std::span<const std::uint8_t> file,
+              std::string_view message) {
     statuses_.push_back(status);
     pictures_.Add(file);
-    messages_.Add(status == DISCOPLAN_OK ? std::string_view() : std::string_view(LastError()));
+    messages_.Add(message);
   }
   discoplan_result_view View() const {
     return {.size = 0,
@@ -71,6 +72,12 @@ class BatchResult final : public Held {
   std::vector<double> statistics_;
   Pieces<std::uint8_t> pictures_;
   Pieces<char> messages_;
+};
+
+/// What a wafer came to, beside its figures.
+struct Outcome {
+  std::vector<std::uint8_t> file;
+  std::string remark;  ///< on a wafer that was taken
 };
 
 /// The batch, checked as far as it is the same for all wafers.
@@ -99,10 +106,11 @@ class Batch {
   std::shared_ptr<BatchResult> Run() {
     auto result = std::make_shared<BatchResult>(wafers_);
     for (std::int64_t i = 0; i < wafers_; ++i) {
-      std::vector<std::uint8_t> file;
-      const discoplan_status status = Guarded([&] { Do(i, *result, file); });
+      Outcome outcome;
+      const discoplan_status status = Guarded([&] { Do(i, *result, outcome); });
       if (status == DISCOPLAN_NO_MEMORY) throw std::bad_alloc();
-      result->Finish(status, file);
+      result->Finish(status, outcome.file,
+                     status == DISCOPLAN_OK ? outcome.remark : std::string_view(LastError()));
     }
     return result;
   }
@@ -113,7 +121,7 @@ class Batch {
     return batch.wafers;
   }
 
-  void Do(std::int64_t i, BatchResult& result, std::vector<std::uint8_t>& file) {
+  void Do(std::int64_t i, BatchResult& result, Outcome& outcome) {
     const std::int64_t begin = offsets_[i];
     const std::int64_t end = offsets_[i + 1];
     if (!drawing_) {
@@ -131,7 +139,8 @@ class Batch {
     options.name = name.c_str();
     const auto wafer = NewWafer(sites_, begin, end, options);
     result.Set(analysis::Sample(wafer->Sites()), figures_);
-    if (drawing_) file = DrawnFile(wafer, *drawing_, format_);
+    if (drawing_) outcome.file = DrawnFile(wafer, *drawing_, format_);
+    outcome.remark = wafer->Remark();
   }
 
   std::int64_t wafers_;

@@ -17,7 +17,7 @@ void SetUp(PlotControl& control, const MeasuredWafer& wafer, const Drawing& draw
   control.WaferDiameter(measured.diameter);
   control.TestDiameter(measured.test_diameter);
   std::string title = drawing.has_title ? drawing.title : measured.name;
-  if (wafer.LeftOut() > 0) title += (title.empty() ? "" : ": ") + wafer.SitesText();
+  if (wafer.IsRemarkable()) title += (title.empty() ? "" : ": ") + wafer.SitesText();
   control.PlotCaption(title);
   FitLook(control, measured.value);
   if (wafer.Looks().orientation == figures::Orientation::Flat) control.WaferStyle(WaferSt::Flat);

@@ -146,6 +146,8 @@ typedef struct discoplan_wafer_info {
   const char* quantity;
   const char* unit;
   const char* sites_text; /* "49 of 52 sites; 3 infinite numbers" */
+  int64_t repeated; /* sites where another one came before; of half or more, as of several wafers
+                       taken for one, sites_text, pictures and the messages of batches tell */
 } discoplan_wafer_info;
 
 DISCOPLAN_API discoplan_status discoplan_wafer_describe(discoplan_wafer* wafer,

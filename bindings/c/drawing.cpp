@@ -178,7 +178,7 @@ figures::WaferPlot PlotOf(const MeasuredWafer& wafer, const Drawing& drawing) {
   plot.title = drawing.has_title ? drawing.title : measured.name;
   plot.quantity = look.parameter.name;
   plot.unit = look.parameter.unit;
-  if (wafer.LeftOut() > 0) plot.left_out = wafer.SitesText();
+  if (wafer.IsRemarkable()) plot.left_out = wafer.SitesText();
   if (drawing.limits) {
     plot.low = drawing.limits->first;
     plot.high = drawing.limits->second;

@@ -8,6 +8,7 @@
 #include "bindings/c/of_thread.h"
 #include "data/exclusions.h"
 #include "data/left_out.h"
+#include "data/repeats.h"
 #include "discoplan/analysis/figures_of_merit.h"
 #include "discoplan/base/numbers.h"
 #include "discoplan/core/interpolation/site_interpolator.h"
@@ -176,7 +177,11 @@ MeasuredWafer::MeasuredWafer(data::Wafer measured, Look look, bool size_given)
     : Held(kKind),
       measured_(std::move(measured)),
       look_(std::move(look)),
+      repeated_(static_cast<std::int64_t>(data::RepeatedSites(measured_.x, measured_.y))),
       sites_text_(measured_.SitesText()) {
+  if (MayBeSeveral()) {
+    sites_text_ += "; " + std::to_string(repeated_) + " at positions that came before";
+  }
   RefuseFarSites(measured_, size_given);
   sites_.WaferDiameter = measured_.diameter;
   sites_.TestDiameter = measured_.test_diameter;
@@ -197,6 +202,17 @@ MeasuredWafer::MeasuredWafer(data::Wafer measured, Look look, bool size_given)
 
 std::int64_t MeasuredWafer::LeftOut() const {
   return measured_.Measured() - static_cast<std::int64_t>(measured_.x.size());
+}
+
+bool MeasuredWafer::MayBeSeveral() const {
+  return repeated_ > 0 && 2 * repeated_ >= static_cast<std::int64_t>(measured_.x.size());
+}
+
+std::string MeasuredWafer::Remark() const {
+  if (!MayBeSeveral()) return "";
+  const auto repeats = static_cast<std::size_t>(repeated_);
+  return Prefix(measured_.name) + data::RepeatText(repeats, measured_, "") +
+         ", as those of several wafers do";
 }
 
 bool MeasuredWafer::IsInside(float x, float y) const {

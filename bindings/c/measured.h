@@ -53,6 +53,14 @@ class MeasuredWafer final : public Held {
   /// For interpolation and for the classic plots.
   WaferData Data() const { return sites_.Data(); }
   std::int64_t LeftOut() const;
+  /// Sites whose position came before.
+  std::int64_t Repeated() const { return repeated_; }
+  /// Whether half of the sites or more repeat a position, as those of several wafers do.
+  bool MayBeSeveral() const;
+  /// What should be told of it: that it may be several; "" mostly.
+  std::string Remark() const;
+  /// Whether a picture without its `SitesText` would mislead.
+  bool IsRemarkable() const { return LeftOut() > 0 || MayBeSeveral(); }
 
   /// Values at points whose z is set; not a number outside the test area.
   void Interpolate(std::span<Site> points, std::size_t columns) const;
@@ -66,6 +74,7 @@ class MeasuredWafer final : public Held {
  private:
   data::Wafer measured_;
   Look look_;
+  std::int64_t repeated_;
   std::string sites_text_;
   wafer sites_;
   mutable std::mutex mutex_;  // of the fields

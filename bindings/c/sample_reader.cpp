@@ -6,6 +6,7 @@
 
 #include "bindings/c/measured.h"
 #include "data/exclusions.h"
+#include "data/repeats.h"
 #include "discoplan/core/stored_value.h"
 
 namespace discoplan::c {
@@ -98,7 +99,7 @@ const analysis::Sample* SampleReader::Read(std::int64_t first, std::int64_t last
       return nullptr;
     }
   }
-  if (taken == 0) return nullptr;
+  if (taken == 0 || data::RepeatedSites(x_, y_) > 0) return nullptr;
   sites_.resize(taken);
   sample_.Take(sites_);
   return &sample_;

@@ -150,7 +150,8 @@ discoplan_status discoplan_wafer_describe(discoplan_wafer* wafer, discoplan_wafe
           .name = measured.name.c_str(),
           .quantity = parameter.name.c_str(),
           .unit = parameter.unit.c_str(),
-          .sites_text = held->SitesText().c_str()});
+          .sites_text = held->SitesText().c_str(),
+          .repeated = held->Repeated()});
   });
 }
 

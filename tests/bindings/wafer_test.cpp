@@ -310,6 +310,28 @@ TEST(CWafer, ComesOfNoOtherBytes) {
   EXPECT_EQ(discoplan_wafer_unpack(whole.data(), -1, &made), DISCOPLAN_BAD_ARGUMENT);
 }
 
+TEST(CWafer, TellsOfSitesThatMayBeThoseOfSeveral) {
+  const Wafer few(SitesOf({0, 10, 20, 0}, {0, 0, 0, 0}, {1, 2, 3, 4}));
+  EXPECT_EQ(few.Info().repeated, 1);
+  EXPECT_STREQ(few.Info().sites_text, "4 sites");
+  const Wafer half(SitesOf({0, 10, 20, 0, 10, -0.0F}, {0, 0, 0, 0, 0, 0}, {1, 2, 3, 4, 5, 6}));
+  EXPECT_EQ(half.Info().repeated, 3);
+  EXPECT_STREQ(half.Info().sites_text, "6 sites; 3 at positions that came before");
+  EXPECT_EQ(Wafer(SitesOf({5}, {5}, {1})).Info().repeated, 0);
+}
+
+TEST(CWafer, IsDescribedToCallersOfTheFirstVersion) {
+  const Wafer wafer(SitesOf({0, 0}, {0, 0}, {1, 2}));
+  discoplan_wafer_info info{};
+  info.repeated = -7;
+  info.size = offsetof(discoplan_wafer_info, repeated);
+  ASSERT_EQ(discoplan_wafer_describe(wafer.Get(), &info), DISCOPLAN_OK);
+  EXPECT_EQ(info.sites, 2);
+  EXPECT_EQ(info.repeated, -7) << "beyond what the caller has";
+  --info.size;
+  EXPECT_EQ(discoplan_wafer_describe(wafer.Get(), &info), DISCOPLAN_BAD_ARGUMENT);
+}
+
 TEST(CLot, HandsOutItsWafers) {
   const std::string path = discoplan::Example("native_oxide_lot.csv");
   discoplan_lot* lot = nullptr;

@@ -128,6 +128,21 @@ def test_wafers_taken_for_one_are_refused() -> None:
     assert lot_of(once).notes == "1 of 9 sites of wafer 'a' repeats a position; each is taken for a site of its own"
 
 
+def test_wafers_that_may_be_several_are_told_of() -> None:
+    said = "5 of 10 sites of wafer 'a' repeat a position, as those of several wafers do"
+    with pytest.warns(UserWarning, match=said) as told:
+        both = dp.Wafer(X * 2, Y * 2, range(10), name="a")
+    assert told[0].filename == __file__
+    assert "10 sites; 5 at positions that came before" in repr(both)
+    for look in ("modern", "classic"):
+        assert "5 at positions that came before" in both.plot(look=look).svg().replace("\u00a0", " ")
+    row = {"w": ["a", "b"], "x": [X * 2, X], "y": [Y * 2, Y], "value": [list(range(10)), list(range(5))]}
+    for work in (dp.arrow.figures, dp.arrow.plots):
+        one, other = work(pa.table(row), name="w").to_pylist()
+        assert one["status"] == 0 and one["message"] == "wafer 'a': 5 of 10 sites repeat a position, as those of several wafers do"
+        assert one["statistics"]["mean"] == 4.5 and (other["status"], other["message"]) == (0, "")
+
+
 def test_keys_are_texts_as_people_write_them() -> None:
     large = 2**53
     for kind in (pa.int64(), pa.uint64()):

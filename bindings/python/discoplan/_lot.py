@@ -8,7 +8,7 @@ from typing import TYPE_CHECKING, Any, Dict, Iterable, Iterator, List, Optional,
 from . import _core
 from ._options import plot_fields, wafer_fields
 from ._picture import Picture
-from ._wafer import Wafer
+from ._wafer import Wafer, repeats
 
 if TYPE_CHECKING:
     from ._figures import Statistics
@@ -64,32 +64,27 @@ class Lot:
         self.notes = f"left out {len(nameless)} rows that name no wafer" if nameless else ""
         self._wafers: List[Wafer] = []
         self.keys = names
+        fields = wafer_fields(
+            diameter=diameter,
+            unit=unit,
+            quantity=value if quantity is None else quantity,
+            edge_exclusion=edge_exclusion,
+            test_diameter=test_diameter,
+            orientation=orientation,
+            notch=notch,
+            skip_invalid=skip_invalid,
+        )
         for i, texts in enumerate(names):
             rows = slice(offsets[i], offsets[i + 1])
-            self._take(
-                Wafer(
-                    xs[rows],
-                    ys[rows],
-                    values[rows],
-                    name=", ".join(texts),
-                    diameter=diameter,
-                    unit=unit,
-                    quantity=value if quantity is None else quantity,
-                    edge_exclusion=edge_exclusion,
-                    test_diameter=test_diameter,
-                    orientation=orientation,
-                    notch=notch,
-                    skip_invalid=skip_invalid,
-                )
-            )
+            named = {**fields, "name": ", ".join(texts)}
+            self._take(Wafer._of(_core.wafer(xs[rows], ys[rows], values[rows], named)))
 
     def _take(self, wafer: Wafer) -> None:
         """Rows of several wafers taken for one would give a false map; a few sites measured twice don't."""
-        repeats = _core.repeats(*_core.wafer_sites(wafer._handle)[:2])
-        found = f"{repeats} of {len(wafer)} sites of wafer {wafer.name!r} repeat{'s' * (repeats == 1)} a position"
-        if 2 * repeats >= len(wafer):
+        found, are_several = repeats(wafer)
+        if are_several:
             raise ValueError(f"{found}; name the columns that tell the wafers apart with by")
-        if repeats:
+        if found:
             self.notes += ("\n" if self.notes else "") + f"{found}; each is taken for a site of its own"
         self._wafers.append(wafer)
 

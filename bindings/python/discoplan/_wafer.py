@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """One measured wafer."""
 
+import warnings
 from typing import TYPE_CHECKING, Any, Dict, Optional, Sequence, Tuple, Union, overload
 
 from . import _core
@@ -17,6 +18,16 @@ if TYPE_CHECKING:
     Floats = npt.NDArray[np.float32]
 
 _METHODS = {"idw4": 0, "smooth": 1}
+
+
+def repeats(wafer: "Wafer") -> Tuple[str, bool]:
+    """What repeats a position, "" for nothing, and whether half of the sites do or more."""
+    repeated = _core.repeated(wafer._handle)
+    if repeated == 0:
+        return "", False
+    of = f" of wafer {wafer.name!r}" if wafer.name else ""
+    found = f"{repeated} of {len(wafer)} sites{of} repeat{'s' * (repeated == 1)} a position"
+    return found, 2 * repeated >= len(wafer)
 
 
 class Wafer:
@@ -41,6 +52,8 @@ class Wafer:
     Raises:
         ValueError: For columns of other lengths or dimensions, bad numbers, sites off the wafer.
         TypeError: For what holds no numbers, such as texts or objects.
+
+    Warns of positions half of which repeat, as those of several wafers do; plots say so, too.
     """
 
     __slots__ = ("_handle",)
@@ -74,6 +87,9 @@ class Wafer:
             skip_invalid=skip_invalid,
         )
         self._handle = _core.wafer(x, y, value, fields)
+        found, are_several = repeats(self)
+        if are_several:
+            warnings.warn(f"{found}, as those of several wafers do; Lot(table, by) tells them apart", stacklevel=2)
 
     @classmethod
     def _of(cls, handle: _core.Handle) -> "Wafer":

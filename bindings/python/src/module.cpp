@@ -49,10 +49,15 @@ Object NewWafer(Arguments args) {
   return NewHandle(wafer);
 }
 
-Object WaferInfo(Arguments args) {
+discoplan_wafer_info InfoOf(PyObject* wafer) {
   discoplan_wafer_info info{};
   info.size = sizeof info;
-  Check(discoplan_wafer_describe(HandleAs<discoplan_wafer>(args[0]), &info));
+  Check(discoplan_wafer_describe(HandleAs<discoplan_wafer>(wafer), &info));
+  return info;
+}
+
+Object WaferInfo(Arguments args) {
+  const discoplan_wafer_info info = InfoOf(args[0]);
   return Tuple(Whole(info.sites), Whole(info.left_out), Number(info.diameter),
                Number(info.test_diameter), TextObject(info.name), TextObject(info.quantity),
                TextObject(info.unit), TextObject(info.sites_text));
@@ -68,10 +73,8 @@ Object WaferSites(Arguments args) {
   auto* const wafer = HandleAs<discoplan_wafer>(args[0]);
   const float *x = nullptr, *y = nullptr, *value = nullptr;
   Check(discoplan_wafer_sites(wafer, &x, &y, &value));
-  discoplan_wafer_info info{};
-  info.size = sizeof info;
-  Check(discoplan_wafer_describe(wafer, &info));
-  return Tuple(Copied(x, info.sites), Copied(y, info.sites), Copied(value, info.sites));
+  const std::int64_t count = InfoOf(args[0]).sites;
+  return Tuple(Copied(x, count), Copied(y, count), Copied(value, count));
 }
 
 Object PackWafer(Arguments args) {
@@ -93,17 +96,7 @@ Object UnpackWafer(Arguments args) {
   return NewHandle(wafer);
 }
 
-/// Sites whose position came before; x and y as `WaferSites` gives them.
-Object Repeats(Arguments args) {
-  Column x(args[0], "x"), y(args[1], "y");
-  RequireEqual({{"x", &x}, {"y", &y}});
-  const float *across = x.Floats(), *up = y.Floats();
-  std::vector<std::pair<float, float>> positions;
-  for (std::int64_t i = 0; i < x.Size(); ++i) positions.emplace_back(across[i], up[i]);
-  std::sort(positions.begin(), positions.end());
-  const auto first = std::unique(positions.begin(), positions.end());
-  return Whole(positions.end() - first);
-}
+Object Repeated(Arguments args) { return Whole(InfoOf(args[0]).repeated); }
 
 std::int64_t FigureCount() {
   std::int64_t count = 0;
@@ -378,7 +371,7 @@ PyMethodDef methods[] = {
     Row<NewWafer, 4>("wafer"),
     Row<WaferInfo, 1>("wafer_info"),
     Row<WaferSites, 1>("wafer_sites"),
-    Row<Repeats, 2>("repeats"),
+    Row<Repeated, 1>("repeated"),
     Row<PackWafer, 1>("pack_wafer"),
     Row<UnpackWafer, 1>("unpack_wafer"),
     Row<Figures, 0>("figures"),
