@@ -3,18 +3,23 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <utility>
 
+#include "hosts/headless/huffman_codes.h"
 #include "hosts/headless/little_endian.h"
 
 namespace discoplan {
 namespace {
 
-constexpr std::size_t kBlock = 1 << 14;  // repeats
+using huffman::Counts;
+using huffman::Lengths;
+
+constexpr std::size_t kBlock = 1 << 13;  // pieces
 constexpr std::size_t kLeastRun = 3;
 constexpr std::size_t kMostRun = 258;
 /// Bytes as they are, then the end of a block, then runs of what came before.
-constexpr std::size_t kSymbols = 286;
+constexpr std::size_t kSymbols = huffman::kSymbols;
 constexpr std::size_t kEnd = 256;
 /// The code of each byte of a pixel, that of a run, and the bits that wait have room in 64.
 constexpr unsigned LongestCode(unsigned bytes_per_pixel) { return bytes_per_pixel == 3 ? 12 : 10; }
@@ -47,88 +52,6 @@ constexpr std::array<RunCode, kMostRun + 1> MakeRunCodes() {
 }
 constexpr std::array<RunCode, kMostRun + 1> kRunCodes = MakeRunCodes();
 
-constexpr unsigned kMostBits = 15;  // that a code may have
-
-using Counts = std::array<std::uint32_t, kSymbols>;
-using Lengths = std::array<std::uint8_t, kSymbols>;
-
-/// Lengths of short codes for such counts; 0 for what never comes. Something comes.
-Lengths LengthsFor(const Counts& counts, unsigned longest) {
-  struct Node {
-    std::uint32_t count;
-    std::uint16_t parent;
-    std::uint16_t depth;
-  };
-  std::array<Node, 2 * kSymbols> nodes;
-  std::array<std::uint64_t, kSymbols> ranked;  // counts, and the symbols below them
-  std::size_t leaves = 0;
-  for (std::size_t i = 0; i < kSymbols; ++i) {
-    if (counts[i] > 0) ranked[leaves++] = std::uint64_t{counts[i]} << 16 | i;
-  }
-  std::sort(ranked.data(), ranked.data() + leaves);
-  for (std::size_t i = 0; i < leaves; ++i) {
-    nodes[i].count = static_cast<std::uint32_t>(ranked[i] >> 16);
-  }
-  // The two rarest are joined, again and again: joints come in the order of their counts.
-  std::size_t leaf = 0;
-  std::size_t joint = leaves;
-  std::size_t end = leaves;
-  const auto take_rarest = [&] {
-    const bool takes_leaf =
-        leaf < leaves && (joint >= end || nodes[leaf].count <= nodes[joint].count);
-    Node& rarest = nodes[takes_leaf ? leaf++ : joint++];
-    rarest.parent = static_cast<std::uint16_t>(end);
-    return rarest.count;
-  };
-  for (; end + 1 < 2 * leaves; ++end) {
-    const std::uint32_t rarest = take_rarest();
-    nodes[end].count = rarest + take_rarest();
-  }
-  nodes[end - 1].depth = leaves > 1 ? 0 : 1;
-  for (std::size_t i = end - 1; i-- > 0;) {
-    nodes[i].depth = static_cast<std::uint16_t>(nodes[nodes[i].parent].depth + 1);
-  }
-  std::array<std::size_t, kMostBits + 1> of_length = {};
-  for (std::size_t i = 0; i < leaves; ++i) ++of_length[std::min<unsigned>(nodes[i].depth, longest)];
-  // Where some were cut to the longest, there are more than have room: each time one of the longest
-  // goes beside one that is shorter.
-  std::size_t room = 0;
-  for (unsigned i = 1; i <= longest; ++i) room += of_length[i] << (longest - i);
-  for (; room > std::size_t{1} << longest; --room) {
-    unsigned shorter = longest - 1;
-    while (of_length[shorter] == 0) --shorter;
-    --of_length[longest];
-    --of_length[shorter];
-    of_length[shorter + 1] += 2;
-  }
-  Lengths lengths = {};
-  unsigned length = longest;
-  for (std::size_t i = 0; i < leaves; ++i) {
-    for (; of_length[length] == 0; --length) {
-    }
-    --of_length[length];
-    lengths[ranked[i] & 0xFFFF] = static_cast<std::uint8_t>(length);
-  }
-  return lengths;
-}
-
-/// The codes of such lengths, their first bit lowest.
-std::array<std::uint16_t, kSymbols> CodesFor(const Lengths& lengths) {
-  std::array<unsigned, kMostBits + 1> of_length = {};
-  for (const std::uint8_t length : lengths) ++of_length[length];
-  of_length[0] = 0;
-  std::array<unsigned, kMostBits + 1> next = {};
-  for (std::size_t i = 1; i < next.size(); ++i) next[i] = (next[i - 1] + of_length[i - 1]) << 1;
-  std::array<std::uint16_t, kSymbols> codes = {};
-  for (std::size_t i = 0; i < kSymbols; ++i) {
-    unsigned code = next[lengths[i]]++;
-    for (unsigned bit = 0; bit < lengths[i]; ++bit, code >>= 1) {
-      codes[i] = static_cast<std::uint16_t>(2U * codes[i] | (code & 1));
-    }
-  }
-  return codes;
-}
-
 struct SomeBits {
   std::uint64_t bits = 0;
   unsigned count = 0;
@@ -154,51 +77,47 @@ struct Pen {
   }
 };
 
-/// How the pixels of a block are written: each by its bytes and a run of the rest of its repeats.
-/// Zeros, which are most, are one byte and a run of it.
+/// How what comes in a block is written: pixels by their bytes and a run of the rest of their
+/// repeats, zeros by one byte and a run of it.
 template <unsigned kBytes>
 class Speller {
  public:
-  void Count(std::uint32_t pixel, std::size_t times) {
-    if (times == 0) return void(++lone_[pixel]);
+  void CountByte(std::uint32_t byte) { ++lone_[byte]; }
+  void CountPixel(std::uint32_t pixel, std::size_t times) {
     for (unsigned k = 0; k < kBytes; ++k) ++bytes_[k][ByteOf(pixel, k)];
-    Runs& runs = runs_[pixel == 0];
-    ++runs.first[std::min(times, kMostTimes)];
-    for (; times > kMostTimes; times -= kMostTimes) {
-      ++runs.more[std::min(times - kMostTimes, kMostTimes)];
-    }
+    CountRuns(times, pixels_);
   }
+  void CountZeros(std::size_t times) { CountRuns(times, zeros_); }
 
   /// Of all that was counted, and of the end.
   Counts SymbolCounts() const {
     Counts counts = {};
-    std::uint32_t zeros = 0;
-    for (const bool is_zero : {false, true}) {
-      const Runs& runs = runs_[is_zero];
-      for (std::size_t times = 1; times <= kMostTimes; ++times) {
-        const std::size_t rest = kBytes * times - (is_zero ? 1 : kBytes);
-        if (is_zero) zeros += runs.first[times];
-        if (rest >= kLeastRun) {
-          counts[kRunCodes[rest].symbol] += runs.first[times];
-        } else {
-          counts[0] += static_cast<std::uint32_t>(rest) * runs.first[times];
-        }
-        counts[kRunCodes[kBytes * times].symbol] += runs.more[times];
+    const auto add_run = [&counts](std::size_t length, std::uint32_t times) {
+      if (length >= kLeastRun) {
+        counts[kRunCodes[length].symbol] += times;
+      } else {
+        counts[0] += static_cast<std::uint32_t>(length) * times;
       }
+    };
+    for (std::size_t times = 1; times <= kMostTimes; ++times) {
+      add_run(kBytes * (times - 1), pixels_.first[times]);
+      add_run(kBytes * times - 1, zeros_.first[times]);
+      counts[0] += zeros_.first[times];
+      add_run(kBytes * times, pixels_.more[times] + zeros_.more[times]);
     }
     for (std::size_t i = 0; i < kEnd; ++i) {
       counts[i] += lone_[i];
       for (unsigned k = 0; k < kBytes; ++k) counts[i] += bytes_[k][i];
     }
-    counts[0] -= (kBytes - 1) * zeros;
     counts[kEnd] = 1;
     return counts;
   }
 
   void TakeCodes(const Lengths& lengths) {
-    const auto codes = CodesFor(lengths);
+    const auto codes = huffman::CodesFor(lengths);
     for (std::size_t i = 0; i < kSymbols; ++i) symbols_[i] = {codes[i], lengths[i]};
-    const auto run_of = [this](std::size_t length, bool is_zero) {
+    // The two distances are a byte and a pixel.
+    const auto run_of = [this](std::size_t length, unsigned distance) {
       if (length < kLeastRun) {
         SomeBits bytes;
         for (; length > 0; --length) bytes.Append(symbols_[0]);
@@ -207,58 +126,86 @@ class Speller {
       const RunCode& code = kRunCodes[length];
       SomeBits run = symbols_[code.symbol];
       run.Append({code.rest, code.extra});
-      // Of the two distances, a byte and a pixel.
-      run.Append({is_zero ? 0u : 1u, 1});
+      run.Append({distance, 1});
       return run;
     };
-    for (const bool is_zero : {false, true}) {
-      for (std::size_t times = 1; times <= kMostTimes; ++times) {
-        SomeBits& first = first_[is_zero][times];
-        if (is_zero) first = symbols_[0];
-        first.Append(run_of(kBytes * times - (is_zero ? 1 : kBytes), is_zero));
-        more_[is_zero][times] = run_of(kBytes * times, is_zero);
-      }
+    for (std::size_t times = 1; times <= kMostTimes; ++times) {
+      pixel_bits_.first[times] = run_of(kBytes * (times - 1), 1);
+      pixel_bits_.more[times] = run_of(kBytes * times, 1);
+      zero_bits_.first[times] = symbols_[0];
+      zero_bits_.first[times].Append(run_of(kBytes * times - 1, 0));
+      zero_bits_.more[times] = run_of(kBytes * times, 0);
     }
   }
 
-  void Write(std::uint32_t pixel, std::size_t times, Pen& pen) const {
-    if (times == 0) return pen.Put(symbols_[pixel]);
-    const bool is_zero = pixel == 0;
+  void WriteByte(std::uint32_t byte, Pen& pen) const { pen.Put(symbols_[byte]); }
+  void WritePixel(std::uint32_t pixel, std::size_t times, Pen& pen) const {
     SomeBits all;
     for (unsigned k = 0; k < kBytes; ++k) all.Append(symbols_[ByteOf(pixel, k)]);
-    all.bits = is_zero ? 0 : all.bits;
-    all.count = is_zero ? 0 : all.count;
-    all.Append(first_[is_zero][std::min(times, kMostTimes)]);
+    all.Append(pixel_bits_.first[std::min(times, kMostTimes)]);
     pen.Put(all);
-    for (; times > kMostTimes; times -= kMostTimes) {
-      pen.Put(more_[is_zero][std::min(times - kMostTimes, kMostTimes)]);
-    }
+    WriteMore(times, pixel_bits_, pen);
+  }
+  void WriteZeros(std::size_t times, Pen& pen) const {
+    pen.Put(zero_bits_.first[std::min(times, kMostTimes)]);
+    WriteMore(times, zero_bits_, pen);
   }
   void WriteEnd(Pen& pen) const { pen.Put(symbols_[kEnd]); }
 
  private:
   static constexpr std::size_t kMostTimes = kMostRun / kBytes;
-  using ByTimes = std::array<std::uint32_t, kMostTimes + 1>;
+  /// By the times that something comes; of 0 times nothing is written.
+  template <class Each>
   struct Runs {
-    ByTimes first = {};  // with the pixel itself
-    ByTimes more = {};
+    std::array<Each, kMostTimes + 1> first = {};
+    std::array<Each, kMostTimes + 1> more = {};  // of what is longer than a run can be
   };
-  using BitsByTimes = std::array<SomeBits, kMostTimes + 1>;
+  using RunCounts = Runs<std::uint32_t>;
+  using RunBits = Runs<SomeBits>;
+
+  static void CountRuns(std::size_t times, RunCounts& runs) {
+    ++runs.first[std::min(times, kMostTimes)];
+    for (; times > kMostTimes; times -= kMostTimes) {
+      ++runs.more[std::min(times - kMostTimes, kMostTimes)];
+    }
+  }
+  static void WriteMore(std::size_t times, const RunBits& runs, Pen& pen) {
+    for (; times > kMostTimes; times -= kMostTimes) {
+      pen.Put(runs.more[std::min(times - kMostTimes, kMostTimes)]);
+    }
+  }
 
   std::array<std::uint32_t, kEnd> lone_ = {};
   std::array<std::array<std::uint32_t, kEnd>, kBytes> bytes_ = {};
-  std::array<Runs, 2> runs_ = {};
+  RunCounts pixels_;
+  RunCounts zeros_;
   std::array<SomeBits, kSymbols> symbols_ = {};
-  std::array<BitsByTimes, 2> first_ = {};
-  std::array<BitsByTimes, 2> more_ = {};
+  RunBits pixel_bits_;
+  RunBits zero_bits_;
 };
 
-/// Several pixels at a time.
-template <std::size_t kCount>
-bool AreEqual(const std::uint32_t* a, const std::uint32_t* b) {
-  std::uint32_t differences = 0;
-  for (std::size_t i = 0; i < kCount; ++i) differences |= a[i] ^ b[i];
-  return differences == 0;
+constexpr std::size_t kGroup = 64;  // pixels that are compared at a time
+
+/// A bit for each pixel of a group that differs from the one above. Bytes first, which the compiler
+/// takes many at once.
+std::uint64_t ChangedIn(const std::uint32_t* pixels, const std::uint32_t* above,
+                        std::uint32_t used) {
+  std::array<std::uint8_t, kGroup> changed;
+  for (std::size_t i = 0; i < kGroup; ++i) {
+    changed[i] = ((pixels[i] ^ above[i]) & used) != 0 ? 1 : 0;
+  }
+  std::uint64_t bits = 0;
+  for (unsigned i = 0; i < kGroup; i += 8) {
+    // The product's highest byte has the lowest bits of all eight.
+    bits |= (LoadLittleEndian<std::uint64_t>(&changed[i]) * 0x0102040810204080 >> 56) << i;
+  }
+  return bits;
+}
+
+/// Each byte less the one above it.
+std::uint32_t Less(std::uint32_t pixel, std::uint32_t above) {
+  constexpr std::uint32_t kHighest = 0x80808080;  // bits, through which nothing is borrowed
+  return ((pixel | kHighest) - (above & ~kHighest)) ^ ((pixel ^ ~above) & kHighest);
 }
 
 /// Of a block with codes of its own: 286 symbols, two distances, and lengths of four bits each.
@@ -295,65 +242,67 @@ std::size_t MostBytes(const Counts& counts, const Lengths& lengths) {
 }  // namespace
 
 PixelDeflater::PixelDeflater(unsigned bytes_per_pixel, std::vector<std::uint8_t> before)
-    : bytes_per_pixel_(bytes_per_pixel), out_(std::move(before)), repeats_(kBlock) {
+    : bytes_per_pixel_(bytes_per_pixel), out_(std::move(before)), pieces_(kBlock) {
   out_.insert(out_.end(), {0x78, 0x01});
 }
 
-void PixelDeflater::Add(std::uint8_t byte, std::span<const std::uint32_t> pixels) {
-  if (repeats_.size() - count_ <= pixels.size()) {
+void PixelDeflater::Add(std::uint8_t byte, std::span<const std::uint32_t> pixels,
+                        std::span<const std::uint32_t> above) {
+  if (pieces_.size() - count_ <= pixels.size()) {
     EndBlock(false);
-    repeats_.resize(std::max(repeats_.size(), pixels.size() + 1));
+    pieces_.resize(std::max(pieces_.size(), pixels.size() + 1));
   }
-  ends_.resize(pixels.size() + 1);
-  repeats_[count_++] = {byte, 0};
+  pieces_[count_] = {byte, 0, 0};
   sum_ += byte;
   sum_of_sums_ += sum_;
-  bytes_per_pixel_ == 3 ? AddPixels<3>(pixels) : AddPixels<4>(pixels);
+  bytes_per_pixel_ == 3 ? AddPixels<3>(pixels, above) : AddPixels<4>(pixels, above);
   sum_ %= kCheckBase;
   sum_of_sums_ %= kCheckBase;
 }
 
 template <unsigned kBytes>
-void PixelDeflater::AddPixels(std::span<const std::uint32_t> pixels) {
-  // Where the pixels change: a place is written for each and stays where the next one differs, with
-  // no branch to foretell. Long stretches of one colour are passed in larger steps.
-  constexpr std::size_t kStep = 64;
-  std::uint32_t* end = ends_.data();
-  for (std::size_t i = 1; i < pixels.size();) {
-    const std::size_t stop = std::min(i + kStep, pixels.size());
-    if (stop - i == kStep && AreEqual<kStep>(&pixels[i], &pixels[i - 1])) {
-      i = stop;
-      continue;
-    }
-    for (; i < stop; ++i) {
-      *end = static_cast<std::uint32_t>(i);
-      end += pixels[i] != pixels[i - 1] ? 1 : 0;
-    }
-  }
-  *end++ = static_cast<std::uint32_t>(pixels.size());
-  // The sums of the check stay far below 64 bits; of repeats they are known at once.
-  std::uint64_t sum = sum_;
-  std::uint64_t sum_of_sums = sum_of_sums_;
-  std::uint32_t start = 0;
-  Repeat* next = repeats_.data() + count_;
-  for (const std::uint32_t stop : std::span(ends_.data(), end)) {
-    const std::uint32_t pixel = pixels[start];
-    const std::uint64_t times = stop - start;
-    *next++ = {pixel, stop - start};
-    start = stop;
-    std::uint64_t bytes = 0;
-    std::uint64_t weighted = 0;
+void PixelDeflater::AddPixels(std::span<const std::uint32_t> pixels,
+                              std::span<const std::uint32_t> above) {
+  constexpr std::uint32_t kUsed = kBytes == 3 ? 0x00FFFFFF : 0xFFFFFFFF;
+  const std::size_t width = pixels.size();
+  Piece* piece = pieces_.data() + count_;
+  std::size_t next = 0;    // pixel behind the piece
+  std::uint32_t last = 0;  // difference, which can't come again
+  // Each byte counts once for itself and each of those behind it; the sums stay far below 64 bits.
+  sum_of_sums_ += kBytes * width * sum_;
+  const auto take = [&](std::size_t place) {
+    const std::uint32_t difference = Less(pixels[place], above[place]) & kUsed;
+    const bool again = difference == last && place == next;
+    piece->zeros = static_cast<std::uint32_t>(place - next);
+    piece += again ? 0 : 1;
+    piece->times = again ? piece->times + 1 : 1;
+    piece->pixel = last = difference;
+    next = place + 1;
+    std::uint32_t bytes = 0;
+    std::uint32_t before = 0;  // bytes of the pixel, times those before them in it
     for (unsigned k = 0; k < kBytes; ++k) {
-      const std::uint32_t byte = ByteOf(pixel, k);
-      bytes += byte;
-      weighted += (kBytes - k) * byte;
+      bytes += ByteOf(difference, k);
+      before += k * ByteOf(difference, k);
     }
-    sum_of_sums += times * (kBytes * sum + weighted) + kBytes * bytes * (times * (times - 1) / 2);
-    sum += times * bytes;
+    sum_ += bytes;
+    sum_of_sums_ += kBytes * (width - place) * bytes - before;
+  };
+  for (std::size_t start = 0; start < width; start += kGroup) {
+    std::uint64_t changed = 0;
+    if (width - start >= kGroup) {
+      changed = ChangedIn(&pixels[start], &above[start], kUsed);
+    } else {
+      std::array<std::array<std::uint32_t, kGroup>, 2> rest = {};
+      std::copy(pixels.begin() + static_cast<std::ptrdiff_t>(start), pixels.end(), rest[0].begin());
+      std::copy(above.begin() + static_cast<std::ptrdiff_t>(start), above.end(), rest[1].begin());
+      changed = ChangedIn(rest[0].data(), rest[1].data(), kUsed);
+    }
+    for (; changed != 0; changed &= changed - 1) {
+      take(start + static_cast<std::size_t>(std::countr_zero(changed)));
+    }
   }
-  count_ = static_cast<std::size_t>(next - repeats_.data());
-  sum_ = sum;
-  sum_of_sums_ = sum_of_sums;
+  piece->zeros = static_cast<std::uint32_t>(width - next);
+  count_ = static_cast<std::size_t>(piece - pieces_.data()) + 1;
 }
 
 void PixelDeflater::EndBlock(bool last) {
@@ -362,16 +311,22 @@ void PixelDeflater::EndBlock(bool last) {
 
 template <unsigned kBytes>
 void PixelDeflater::WriteBlock(bool last) {
-  const std::span<const Repeat> repeats = std::span(repeats_).first(count_);
+  const std::span<const Piece> pieces = std::span(pieces_).first(count_);
   Speller<kBytes> speller;
-  for (const auto [pixel, times] : repeats) speller.Count(pixel, times);
+  for (const auto [pixel, times, zeros] : pieces) {
+    times == 0 ? speller.CountByte(pixel) : speller.CountPixel(pixel, times);
+    speller.CountZeros(zeros);
+  }
   const Counts counts = speller.SymbolCounts();
-  const Lengths lengths = LengthsFor(counts, LongestCode(kBytes));
+  const Lengths lengths = huffman::LengthsFor(counts, LongestCode(kBytes));
   speller.TakeCodes(lengths);
   const std::size_t start = out_.size();
   out_.resize(start + kHeadBytes + MostBytes(counts, lengths) + sizeof(std::uint64_t));
   Pen pen = PutHead(lengths, kBytes, last, {out_.data() + start, {bits_, bit_count_}});
-  for (const auto [pixel, times] : repeats) speller.Write(pixel, times, pen);
+  for (const auto [pixel, times, zeros] : pieces) {
+    times == 0 ? speller.WriteByte(pixel, pen) : speller.WritePixel(pixel, times, pen);
+    speller.WriteZeros(zeros, pen);
+  }
   speller.WriteEnd(pen);
   // What waits at the end is a byte of its own.
   if (last && pen.waiting.count > 0) pen.Put({0, 8 - pen.waiting.count});

@@ -150,41 +150,23 @@ void PackRow(std::span<const png_byte> indices, int bit_depth, png_byte* row) {
   if (free_bits < 8) *row = static_cast<png_byte>(bits);
 }
 
-/// Each byte less the one above it. A map's rows repeat or nearly repeat the row above, so that
-/// most differences are zeros.
-void Subtract(std::span<const Pixel> pixels, std::span<const Pixel> above, Pixel used,
-              std::span<Pixel> differences) {
-  const auto own = std::as_bytes(pixels);
-  const auto over = std::as_bytes(above);
-  const auto to = std::as_writable_bytes(differences);
-  for (std::size_t i = 0; i < own.size(); ++i) {
-    to[i] = static_cast<std::byte>(std::to_integer<unsigned>(own[i]) -
-                                   std::to_integer<unsigned>(over[i]));
-  }
-  for (Pixel& difference : differences) difference &= used;
-}
-
-/// Compresses rows in RGB, with alpha or without.
+/// Compresses rows in RGB, with alpha or without. A map's rows repeat or nearly repeat the row
+/// above, so that most differences are zeros.
 class ColourDeflater {
  public:
   /// The stream stands behind what is in `before`.
   ColourDeflater(const PngStrips& picture, std::vector<std::uint8_t> before)
-      : used_(picture.has_alpha ? 0xFFFFFFFF : 0x00FFFFFF),
-        differences_(static_cast<std::size_t>(picture.width)),
-        above_(static_cast<std::size_t>(picture.width)),
+      : above_(static_cast<std::size_t>(picture.width)),
         deflater_(picture.has_alpha ? 4 : 3, std::move(before)) {}
 
   void Add(std::span<const Pixel> pixels) {
     constexpr png_byte kUp = 2;  // the filter's number
-    Subtract(pixels, above_, used_, differences_);
-    deflater_.Add(kUp, differences_);
+    deflater_.Add(kUp, pixels, above_);
     above_.assign(pixels.begin(), pixels.end());
   }
   std::vector<std::uint8_t> Take() { return deflater_.Take(); }
 
  private:
-  Pixel used_;  // bits
-  std::vector<Pixel> differences_;
   std::vector<Pixel> above_;
   PixelDeflater deflater_;
 };

@@ -23,22 +23,35 @@ Bytes Inflated(const Bytes& stream, std::size_t size) {
   return bytes;
 }
 
+struct RowBelow {
+  Row pixels;
+  Row above;
+};
+
 /// Compressed and read by zlib, which looks at the check too.
-void ExpectReadBack(const std::vector<Row>& rows, unsigned bytes_per_pixel) {
+void ExpectReadBack(const std::vector<RowBelow>& rows, unsigned bytes_per_pixel) {
   PixelDeflater deflater(bytes_per_pixel);
   Bytes bytes;
   std::uint8_t number = 0;
-  for (const Row& row : rows) {
-    deflater.Add(++number, row);
+  for (const auto& [pixels, above] : rows) {
+    deflater.Add(++number, pixels, above);
     bytes.push_back(number);
-    for (const std::uint32_t pixel : row) {
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
       for (unsigned k = 0; k < bytes_per_pixel; ++k) {
         constexpr std::array kRedGreenBlueAlpha = {16, 8, 0, 24};
-        bytes.push_back(static_cast<std::uint8_t>(pixel >> kRedGreenBlueAlpha[k]));
+        const int shift = kRedGreenBlueAlpha[k];
+        bytes.push_back(static_cast<std::uint8_t>((pixels[i] >> shift) - (above[i] >> shift)));
       }
     }
   }
   EXPECT_EQ(Inflated(deflater.Take(), bytes.size()), bytes);
+}
+
+/// Below rows of zeros, from which they differ by themselves.
+void ExpectReadBack(const std::vector<Row>& rows, unsigned bytes_per_pixel) {
+  std::vector<RowBelow> below;
+  for (const Row& row : rows) below.push_back({row, Row(row.size())});
+  ExpectReadBack(below, bytes_per_pixel);
 }
 
 std::uint32_t Used(std::uint32_t pixel, unsigned bytes_per_pixel) {
@@ -64,15 +77,34 @@ TEST(PixelDeflater, GivesWhatZlibReads) {
   }
 }
 
+// Widths around the groups that are compared at once, and alpha where it isn't written.
+TEST(PixelDeflater, TakesEachByteLessTheOneAbove) {
+  std::mt19937 random(3);
+  const auto next = [&random] { return static_cast<std::uint32_t>(random()); };
+  for (std::size_t width = 1; width < 300; ++width) {
+    std::vector<RowBelow> rows(4);
+    for (auto& [pixels, above] : rows) {
+      for (std::size_t i = 0; i < width; ++i) {
+        above.push_back(next());
+        const bool again = i > 0 && next() % 3 == 0;
+        const std::uint32_t difference = again ? above[i - 1] ^ pixels[i - 1] : 1U << next() % 32;
+        pixels.push_back(above[i] ^ (next() % 4 == 0 ? difference : 0));
+      }
+    }
+    SCOPED_TRACE(width);
+    for (const unsigned bytes : {3U, 4U}) ExpectReadBack(rows, bytes);
+  }
+}
+
 TEST(PixelDeflater, WritesNothingAndRunsOfEachLength) {
-  ExpectReadBack({}, 3);
+  ExpectReadBack(std::vector<Row>(), 3);
   for (const unsigned bytes : {3U, 4U}) {
     for (const std::uint32_t pixel : {0U, 7U}) {
       for (std::size_t times = 1; times < 300; ++times) {
         Row row(times, pixel);
         row.push_back(1);
         SCOPED_TRACE(times);
-        ExpectReadBack({row, Row(times, pixel)}, bytes);
+        ExpectReadBack(std::vector<Row>{row, Row(times, pixel)}, bytes);
       }
     }
   }
@@ -81,7 +113,7 @@ TEST(PixelDeflater, WritesNothingAndRunsOfEachLength) {
 TEST(PixelDeflater, TakesRowsLongerThanItsBlocks) {
   Row row;
   for (std::uint32_t i = 0; i < 100000; ++i) row.push_back(i);
-  ExpectReadBack({{1}, row, {2}, row}, 3);
+  ExpectReadBack(std::vector<Row>{{1}, row, {2}, row}, 3);
 }
 
 // Counts in the proportions of the Fibonacci numbers have the longest codes that there are.
@@ -97,7 +129,7 @@ TEST(PixelDeflater, ShortensTheLongestCodes) {
     next += count;
     std::swap(count, next);
   }
-  ExpectReadBack({row}, 4);
+  ExpectReadBack(std::vector<Row>{row}, 4);
 }
 
 }  // namespace
