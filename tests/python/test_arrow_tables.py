@@ -52,6 +52,26 @@ def test_each_parameter_has_its_row() -> None:
         dp.arrow.figures(wafers, value=["thk", "thk"])
 
 
+def test_columns_of_one_name_are_refused() -> None:
+    names = ["w", "x", "y", "value", "value"]
+    sites = pa.table([pa.array(["a"] * 5), pa.array(X), pa.array(Y), pa.array([1.0, 2, 3, 4, 5]), pa.array(X)], names)
+    lists = pa.table([pa.array([["a"]]), *(pa.array([column]) for column in (X, Y, X, Y))], names)
+    for work in (
+        lambda: dp.arrow.wafers(sites, by="w"),
+        lambda: dp.Lot(sites, "w", "x", "y", "value"),
+        lambda: dp.arrow.figures(lists),
+    ):
+        with pytest.raises(ValueError, match="has 2 columns 'value'; give them names of their own"):
+            work()
+    usable = sites.rename_columns([*names[:4], "other"])
+    assert len(dp.arrow.wafers(usable, by="w")) == 1
+    for make in (dp.arrow.wafers, dp.Lot):
+        with pytest.raises(ValueError, match="by: 'w' is named twice"):
+            make(usable, by=["w", "w"], x="x", y="y", value="value")
+        with pytest.raises(ValueError, match="x and y: 'x' is named twice"):
+            make(usable, by="w", x="x", y="x", value="value")
+
+
 def test_sites_of_several_parameters_stay_together() -> None:
     draw = np.random.default_rng(6)
     n = 300

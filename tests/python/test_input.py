@@ -139,7 +139,7 @@ BAD = [
     (ValueError, "no column 'Z', but X, Y", lambda: dp.Lot(pa.table({"X": X, "Y": Y}), "X", "X", "Y", "Z")),
     (ValueError, "no column 'Z'", lambda: dp.Lot({"X": [1], "Y": [1]}, "X", "X", "Y", "Z")),
     (TypeError, "no table", lambda: dp.Lot([1, 2], "X", "X", "Y", "Z")),
-    (TypeError, "column 'V' holds texts", lambda: dp.Lot(pa.table({"X": X, "V": ["a"] * N}), "X", "X", "X", "V")),
+    (TypeError, "column 'V' holds texts", lambda: dp.Lot(pa.table({"X": X, "Y": Y, "V": ["a"] * N}), "X", "X", "Y", "V")),
 ]
 
 

@@ -34,9 +34,12 @@ def chosen(figures: Figures) -> List[str]:
 
 
 def column(batch: Any, name: str) -> Any:
-    """The column of that name; raises `ValueError` for one that the batch hasn't."""
-    if name not in batch.schema.names:
+    """The column of that name; raises `ValueError` for one that the batch hasn't, or has twice."""
+    found = batch.schema.names.count(name)
+    if found == 0:
         raise ValueError(f"the batch has no column '{name}', but {', '.join(batch.schema.names)}")
+    if found > 1:
+        raise ValueError(f"the batch has {found} columns '{name}'; give them names of their own")
     return batch.column(name)
 
 

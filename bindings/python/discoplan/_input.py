@@ -2,9 +2,16 @@
 """What becomes of objects that aren't floats in memory."""
 
 import math
-from typing import Any, Optional
+from typing import Any, Optional, Sequence
 
 from . import _core
+
+
+def refuse_twice(names: Sequence[str], what: str) -> None:
+    """Raises `ValueError` for a column that is named twice."""
+    for name in names:
+        if list(names).count(name) > 1:
+            raise ValueError(f"{what}: '{name}' is named twice; name each column once")
 
 
 def _by_arrow(column: Any, name: str) -> Optional[memoryview]:

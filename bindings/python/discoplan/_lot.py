@@ -6,6 +6,7 @@ from collections import Counter
 from typing import TYPE_CHECKING, Any, Dict, Iterable, Iterator, List, Optional, Sequence, Tuple, Union, overload
 
 from . import _core
+from ._input import refuse_twice
 from ._options import plot_fields, wafer_fields
 from ._picture import Picture
 from ._wafer import Wafer, repeats
@@ -54,6 +55,8 @@ class Lot:
         skip_invalid: bool = False,
     ) -> None:
         keys = [by] if isinstance(by, str) else list(by)
+        refuse_twice(keys, "by")
+        refuse_twice([x, y], "x and y")
         (xs, ys, values), offsets, names, nameless = _grouped(table, [x, y, value], keys)
         if nameless and not skip_invalid:
             row, key = nameless[0]

@@ -7,6 +7,7 @@ import pyarrow as pa
 import pyarrow.compute as pc
 
 from . import _batch
+from ._input import refuse_twice
 
 Names = Union[str, Sequence[str]]
 NAN = float("nan")
@@ -20,6 +21,7 @@ def parts_of(x: str, y: str, value: Names) -> Dict[str, str]:
     """What the columns of sites are called in rows of wafers, and in rows of sites: several values
     keep their names."""
     values = {"value": value} if isinstance(value, str) else {name: name for name in value}
+    refuse_twice([x, y], "x and y")
     parts = {"x": x, "y": y, **values}
     if len(parts) != 2 + len(names_of(value)) or len(parts) == 2:
         raise ValueError("value: takes a column or several, each once and none called x or y")
@@ -27,7 +29,8 @@ def parts_of(x: str, y: str, value: Names) -> Dict[str, str]:
 
 
 def refuse_keys(keys: Sequence[str], parts: Dict[str, str]) -> None:
-    """Raises for keys that would be taken for sites."""
+    """Raises for keys that come twice or would be taken for sites."""
+    refuse_twice(keys, "by")
     for part in parts:
         if part in keys:
             raise ValueError(f"the key '{part}' would be taken for sites; give it another name")

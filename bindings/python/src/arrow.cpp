@@ -68,14 +68,20 @@ std::vector<std::string> Names(PyObject* list) {
   return names;
 }
 
-/// The child of that name; raises for none.
+/// The only child of that name; raises for none or several.
 int64_t ChildOf(const ArrowSchema& schema, const std::string& name) {
   std::string all;
+  std::vector<int64_t> found;
   for (int64_t i = 0; i < schema.n_children; ++i) {
-    if (name == schema.children[i]->name) return i;
+    if (name == schema.children[i]->name) found.push_back(i);
     all += std::string(i == 0 ? "" : ", ") + schema.children[i]->name;
   }
-  Raise(PyExc_ValueError, "the table has no column '" + name + "', but " + all);
+  if (found.size() == 1) return found[0];
+  if (found.empty()) {
+    Raise(PyExc_ValueError, "the table has no column '" + name + "', but " + all);
+  }
+  Raise(PyExc_ValueError, "the table has " + std::to_string(found.size()) + " columns '" + name +
+                              "'; give them names of their own");
 }
 
 /// The wafers of a table, numbered as they come.
