@@ -11,7 +11,7 @@ else()
 endif()
 
 # discoplan_install(TARGET RUN DEVELOP HEADER_FOLDER...): a library for component RUN, how to find
-# it and its headers for component DEVELOP.
+# it and its headers for component DEVELOP, but those named in the list `private_headers`.
 function(discoplan_install target run develop)
   install(TARGETS ${target} EXPORT ${target}-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT ${run} NAMELINK_COMPONENT ${develop}
@@ -20,10 +20,14 @@ function(discoplan_install target run develop)
     INCLUDES DESTINATION ${include_dir})
   install(EXPORT ${target}-targets NAMESPACE discoplan:: DESTINATION ${package_dir}
     COMPONENT ${develop})
+  set(excluded)
+  foreach(name IN ITEMS designer LISTS private_headers)
+    list(APPEND excluded PATTERN ${name} EXCLUDE)
+  endforeach()
   foreach(folder IN LISTS ARGN)
     cmake_path(GET folder PARENT_PATH parent)
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder} DESTINATION ${include_dir}/${parent}
-      COMPONENT ${develop} FILES_MATCHING PATTERN "*.h" PATTERN designer EXCLUDE)
+      COMPONENT ${develop} FILES_MATCHING PATTERN "*.h" ${excluded})
   endforeach()
 endfunction()
 
@@ -66,7 +70,10 @@ install(FILES ${CMAKE_BINARY_DIR}/installed/discoplan/built_with.h
   DESTINATION ${include_dir}/discoplan COMPONENT develop)
 
 if(DISCOPLAN_HEADLESS)
+  set(private_headers agg_headers.h glyph.h huffman_codes.h little_endian.h path_strokes.h
+    pixel_deflater.h pixel_path.h shape_cells.h)
   discoplan_install(discoplan-headless headless develop hosts/headless)
+  set(private_headers)
   set(requires freetype2 libpng zlib)
   if(DISCOPLAN_FONTCONFIG)
     list(APPEND requires fontconfig)
