@@ -180,7 +180,8 @@ MeasuredWafer::MeasuredWafer(data::Wafer measured, Look look, bool size_given)
       repeated_(static_cast<std::int64_t>(data::RepeatedSites(measured_.x, measured_.y))),
       sites_text_(measured_.SitesText()) {
   if (MayBeSeveral()) {
-    sites_text_ += "; " + std::to_string(repeated_) + " at positions that came before";
+    sites_text_ += "; " + std::to_string(repeated_) + (repeated_ == 1 ? " repeats" : " repeat") +
+                   " a position";
   }
   RefuseFarSites(measured_, size_given);
   sites_.WaferDiameter = measured_.diameter;

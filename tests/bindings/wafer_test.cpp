@@ -316,7 +316,7 @@ TEST(CWafer, TellsOfSitesThatMayBeThoseOfSeveral) {
   EXPECT_STREQ(few.Info().sites_text, "4 sites");
   const Wafer half(SitesOf({0, 10, 20, 0, 10, -0.0F}, {0, 0, 0, 0, 0, 0}, {1, 2, 3, 4, 5, 6}));
   EXPECT_EQ(half.Info().repeated, 3);
-  EXPECT_STREQ(half.Info().sites_text, "6 sites; 3 at positions that came before");
+  EXPECT_STREQ(half.Info().sites_text, "6 sites; 3 repeat a position");
   EXPECT_EQ(Wafer(SitesOf({5}, {5}, {1})).Info().repeated, 0);
 }
 

@@ -133,9 +133,9 @@ def test_wafers_that_may_be_several_are_told_of() -> None:
     with pytest.warns(UserWarning, match=said) as told:
         both = dp.Wafer(X * 2, Y * 2, range(10), name="a")
     assert told[0].filename == __file__
-    assert "10 sites; 5 at positions that came before" in repr(both)
+    assert "10 sites; 5 repeat a position" in repr(both)
     for look in ("modern", "classic"):
-        assert "5 at positions that came before" in both.plot(look=look).svg().replace("\u00a0", " ")
+        assert "5 repeat a position" in both.plot(look=look).svg().replace("\u00a0", " ")
     row = {"w": ["a", "b"], "x": [X * 2, X], "y": [Y * 2, Y], "value": [list(range(10)), list(range(5))]}
     for work in (dp.arrow.figures, dp.arrow.plots):
         one, other = work(pa.table(row), name="w").to_pylist()
