@@ -181,13 +181,14 @@ class LatticeField final : public ValueField {
 
   void Evaluate(const Lattice& lattice, double, std::span<float> values) const override {
     Refine(knots_, coefficients_, lattice, values, Points::Coefficients);
-    float* value = values.data();
-    for (int row = 0; row < lattice.rows; ++row) {
+    std::vector<float> across;
+    const auto step = static_cast<float>(plane_.across * lattice.step);
+    for (int i = 0; i < lattice.columns; ++i) across.push_back(step * static_cast<float>(i));
+    for (int row = 0; row < lattice.rows; ++row, values = values.subspan(across.size())) {
       const auto start = static_cast<float>(plane_.At(lattice.x0, lattice.Y(row)));
-      const auto step = static_cast<float>(plane_.across * lattice.step);
-      for (int i = 0; i < lattice.columns; ++i) *value++ += start + step * static_cast<float>(i);
+      for (std::size_t i = 0; i < across.size(); ++i) values[i] += start + across[i];
+      bounds_.Keep(values.first(across.size()));
     }
-    bounds_.Keep(values);
   }
 
   std::string Method() const override { return "smoothing spline"; }

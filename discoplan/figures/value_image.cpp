@@ -83,17 +83,17 @@ class ValueImage final : public ImageSource {
   void Shade(std::span<const float> values, std::span<Rgba> pixels) const {
     const auto f = static_cast<float>(kShades / (high_ - low_));
     const auto low = static_cast<float>(low_);
+    const Rgba* shade = shades_.data();
     // Numbers first, many at once: what looks them up is taken one at a time.
-    std::array<int, 256> shades;
+    std::array<std::uint16_t, 256> numbers;
     while (!values.empty()) {
-      const std::size_t count = std::min(shades.size(), values.size());
+      const std::size_t count = std::min(numbers.size(), values.size());
       for (std::size_t i = 0; i < count; ++i) {
         const float place = (values[i] - low) * f;
-        shades[i] = static_cast<int>(std::min(std::max(place, 0.0F), kShades - 1.0F));
+        const float number = std::min(std::max(place, 0.0F), kShades - 1.0F);
+        numbers[i] = static_cast<std::uint16_t>(static_cast<int>(number));
       }
-      for (std::size_t i = 0; i < count; ++i) {
-        pixels[i] = shades_[static_cast<std::size_t>(shades[i])];
-      }
+      for (std::size_t i = 0; i < count; ++i) pixels[i] = shade[numbers[i]];
       values = values.subspan(count);
       pixels = pixels.subspan(count);
     }
@@ -162,8 +162,9 @@ class ValueImage final : public ImageSource {
     const double along = (x + y) * 0.7071;
     const double off =
         std::abs(along - std::round(along / hatch_pitch_) * hatch_pitch_) - hatch_width_ / 2;
-    const Rgba mark = Mix(hatch_, nothing_, std::clamp(off / grid.pitch + 0.5, 0.0, 1.0));
-    return Mix(pixel, mark, part);
+    const double between = std::clamp(off / grid.pitch + 0.5, 0.0, 1.0);
+    const Rgba mark = between >= 1 ? nothing_ : Mix(hatch_, nothing_, between);
+    return part >= 1 ? mark : Mix(pixel, mark, part);
   }
 
   MapFrame frame_;

@@ -27,14 +27,31 @@ constexpr double kRadians = 3.14159265358979 / 180;
 
 constexpr Pixel kOpaque = 0xFF000000;
 
-/// All four parts of a pixel times a part of 255, rounded.
-Pixel Times(Pixel pixel, unsigned part) {
-  const auto two = [part](Pixel parts) {
-    parts = parts * part + 0x00800080;
-    return ((parts >> 8 & 0x00FF00FF) + parts) >> 8 & 0x00FF00FF;
-  };
-  return two(pixel & 0x00FF00FF) | two(pixel >> 8 & 0x00FF00FF) << 8;
-}
+/// The four parts of a pixel, 16 bits for each, so that one step is taken with all of them.
+class Parts {
+ public:
+  explicit Parts(Pixel pixel) : all_((pixel | std::uint64_t{pixel} << 24) & kParts) {}
+
+  Pixel Joined() const { return static_cast<Pixel>(all_ | all_ >> 24); }
+  unsigned Alpha() const { return static_cast<unsigned>(all_ >> 48); }
+
+  /// Each times a part of 255, rounded.
+  Parts operator*(unsigned part) const {
+    const std::uint64_t product = all_ * part + 0x0080008000800080;
+    return Parts(((product >> 8 & kParts) + product) >> 8 & kParts, {});
+  }
+  Parts operator+(Parts other) const { return Parts(all_ + other.all_, {}); }
+  Parts operator-(Parts other) const { return Parts(all_ - other.all_, {}); }
+
+ private:
+  static constexpr std::uint64_t kParts = 0x00FF00FF00FF00FF;
+  struct AsTheyAre {};
+  Parts(std::uint64_t all, AsTheyAre) : all_(all) {}
+
+  std::uint64_t all_;
+};
+
+Pixel Times(Pixel pixel, unsigned part) { return (Parts(pixel) * part).Joined(); }
 
 /// Multiplied by its alpha, as all pixels are until they are given away.
 Pixel ColourOf(Rgba colour) {
@@ -43,7 +60,10 @@ Pixel ColourOf(Rgba colour) {
   return Times(plain, colour.alpha);
 }
 
-void Blend(Pixel& below, Pixel colour) { below = below - Times(below, colour >> 24) + colour; }
+void Blend(Pixel& below, Parts colour) {
+  const Parts under(below);
+  below = (under - under * colour.Alpha() + colour).Joined();
+}
 
 /// Of a colour as it lies in memory, as are the library's own pixels: lowest byte first.
 std::uint32_t BitsOf(const Rgba& colour) {
@@ -63,7 +83,7 @@ void PutColours(std::span<const Rgba> colours, unsigned cover, Pixel* to) {
     }
     return;
   }
-  for (const Rgba colour : colours) Blend(*to++, Times(ColourOf(colour), cover));
+  for (const Rgba colour : colours) Blend(*to++, Parts(ColourOf(colour)) * cover);
 }
 
 /// Outlines of letters at their place, in pixels.
@@ -258,11 +278,13 @@ class RasterDevice final : public figures::Device {
   }
 
   void FillCells(Rgba colour) {
-    const Pixel ink = ColourOf(colour);
+    const Parts ink(ColourOf(colour));
     cells_.Sweep([&](int y, int x, int count, unsigned cover) {
       const std::span pixels(RowAt(y) + x, static_cast<std::size_t>(count));
-      const Pixel covered = Times(ink, cover);
-      if (covered >= kOpaque) return std::fill(pixels.begin(), pixels.end(), covered);
+      const Parts covered = ink * cover;
+      if (covered.Alpha() == 255) {
+        return std::fill(pixels.begin(), pixels.end(), covered.Joined());
+      }
       for (Pixel& pixel : pixels) Blend(pixel, covered);
     });
   }
