@@ -264,11 +264,12 @@ class RasterDevice final : public figures::Device {
       const double angle = 360.0 * i / corners * kRadians;
       rim.push_back({radius * std::cos(angle), radius * std::sin(angle)});
     }
+    std::vector<Point> disc(rim.size());
     for (const Point centre : centres) {
       const Point c = centre * scale_;
       if (c.y + radius < band_.top - 1 || c.y - radius > band_.bottom + 1) continue;
-      cells_.MoveTo(c + rim[0]);
-      for (const Point p : std::span(rim).subspan(1)) cells_.LineTo(c + p);
+      for (std::size_t i = 0; i < rim.size(); ++i) disc[i] = c + rim[i];
+      cells_.Add(disc);
     }
     FillCells(colour);
   }
@@ -290,10 +291,7 @@ class RasterDevice final : public figures::Device {
   }
 
   void AddToCells(const PixelPath& path) {
-    path.ForEachPiece([this](const PixelPath::Piece& piece) {
-      cells_.MoveTo(piece.points[0]);
-      for (const Point p : piece.points.subspan(1)) cells_.LineTo(p);
-    });
+    path.ForEachPiece([this](const PixelPath::Piece& piece) { cells_.Add(piece.points); });
   }
 
   void Fill(const PixelPath& path, Rgba colour) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/headless/shape_cells.h"
 
+#include <cmath>
 #include <limits>
 
 namespace discoplan {
@@ -71,107 +72,120 @@ void ShapeCells::Forget() {
     last_[static_cast<std::size_t>(row - rows_.top)] = 0;
   }
   touched_ = {rows_.bottom, rows_.top};
+  if (cells_.empty()) cells_.resize(1 << 10);
   // One before the first of each row.
-  cells_.assign(1, {.x = std::numeric_limits<std::int32_t>::min(), .cell = {}, .next = 0});
+  cells_[0] = {.x = std::numeric_limits<std::int32_t>::min(), .cell = {}, .next = 0};
+  count_ = 1;
 }
 
-ShapeCells::Place ShapeCells::PlaceOf(figures::Point point) const {
-  const int x = agg::ras_conv_int::upscale(point.x);
-  const int y = agg::ras_conv_int::upscale(point.y);
-  return {x, y, x >= 0 && y >= 0 && x <= width_ * kPart && y <= height_ * kPart};
-}
-
-void ShapeCells::MoveTo(figures::Point point) {
-  Close();
-  start_ = here_ = PlaceOf(point);
-}
-
-void ShapeCells::LineTo(figures::Point point) {
-  GoTo(PlaceOf(point));
-  is_open_ = true;
-}
-
-void ShapeCells::Close() {
-  if (is_open_) GoTo(start_);
-  is_open_ = false;
-}
-
-void ShapeCells::GoTo(const Place& place) {
-  if (here_.is_inside && place.is_inside) {
-    Add(here_.x, here_.y, place.x, place.y);
-  } else {
-    Lines lines{*this};
-    clip_.move_to(here_.x, here_.y);
-    clip_.line_to(lines, place.x, place.y);
+void ShapeCells::Add(std::span<const figures::Point> outline) {
+  if (outline.empty()) return;
+  // Rounded half away from zero, as `agg::iround` does, with no branch.
+  const auto parts_of = [](double pixels) {
+    return static_cast<int>(pixels * kPart + std::copysign(0.5, pixels));
+  };
+  corners_.resize(outline.size());
+  for (std::size_t i = 0; i < outline.size(); ++i) {
+    corners_[i] = {parts_of(outline[i].x), parts_of(outline[i].y)};
   }
-  here_ = place;
-}
-
-inline void ShapeCells::AddToCell(int row, int column, int height, int area) {
-  std::uint32_t& last = last_[static_cast<std::size_t>(row - rows_.top)];
-  PlacedCell& known = cells_[last];
-  if (known.x == column) {
-    known.cell.cover += height;
-    known.cell.area += area;
-    return;
+  Place from = corners_.back();
+  bool was_inside = IsInside(from);
+  for (const Place to : corners_) {
+    const bool is_inside = IsInside(to);
+    was_inside&& is_inside ? AddLine(from, to) : AddClipped(from, to);
+    from = to;
+    was_inside = is_inside;
   }
-  const auto added = static_cast<std::uint32_t>(cells_.size());
-  cells_.push_back({.x = column, .cell = {height, area}, .next = last});
-  last = added;
 }
 
-void ShapeCells::Add(int x1, int y1, int x2, int y2) {
-  int row = y1 >> 8;
-  const int last = y2 >> 8;
-  const auto [high, low] = std::minmax(row, last);
-  if (low < rows_.top || high >= rows_.bottom) return;
+bool ShapeCells::IsInside(Place place) const {
+  // What is below 0 is beyond all others without its sign.
+  const auto within = [](int part, int most) {
+    return static_cast<unsigned>(part) <= static_cast<unsigned>(most);
+  };
+  return within(place.x, width_ * kPart) && within(place.y, height_ * kPart);
+}
+
+void ShapeCells::AddClipped(Place from, Place to) {
+  Lines lines{*this};
+  clip_.move_to(from.x, from.y);
+  clip_.line_to(lines, to.x, to.y);
+}
+
+inline void ShapeCells::AddToCell(std::uint32_t& last, int column, int height, int area) {
+  if (cells_[last].x != column) {
+    cells_[count_] = {.x = column, .cell = {}, .next = last};
+    last = count_++;
+  }
+  Cell& cell = cells_[last].cell;
+  cell.cover += height;
+  cell.area += area;
+}
+
+inline void ShapeCells::AddLine(Place from, Place to) {
+  const int first = from.y >> 8;
+  const int last = to.y >> 8;
+  const auto [high, low] = std::minmax(first, last);
+  if (low < rows_.top || high >= rows_.bottom || from.y == to.y) return;
   touched_.top = std::min(touched_.top, std::max(high, rows_.top));
   touched_.bottom = std::max(touched_.bottom, std::min(low + 1, rows_.bottom));
-  if (row == last) return AddInRow(row, x1, y1 & (kPart - 1), x2, y2 & (kPart - 1));
-  const Walk walk = WalkOf(y1, y2);
-  const std::int64_t run = std::int64_t{x2} - x1;
-  const std::int64_t height = std::abs(std::int64_t{y2} - y1);
-  const Quotient first(walk.first * run, height);
-  int x = x1 + static_cast<int>(first.whole);
-  AddInRow(row, x1, y1 & (kPart - 1), x, walk.edge);
-  row += walk.step;
+  const std::size_t most = static_cast<std::size_t>(low - high) +
+                           static_cast<std::size_t>(std::abs((from.x >> 8) - (to.x >> 8))) + 2;
+  if (count_ + most > cells_.size()) cells_.resize(2 * cells_.size() + most);
+  int x = from.x;
+  int y = from.y & (kPart - 1);
+  int row = first;
   if (row != last) {
-    EvenShares shares(kPart * run, height, first.rest);
-    for (; row != last; row += walk.step) {
-      const int next = x + shares.Next();
-      AddInRow(row, x, kPart - walk.edge, next, walk.edge);
-      x = next;
+    const Walk walk = WalkOf(from.y, to.y);
+    const std::int64_t run = std::int64_t{to.x} - from.x;
+    const std::int64_t height = std::abs(std::int64_t{to.y} - from.y);
+    const Quotient begin(walk.first * run, height);
+    int next = from.x + static_cast<int>(begin.whole);
+    AddInRow(row, x, y, next, walk.edge);
+    x = next;
+    y = kPart - walk.edge;
+    row += walk.step;
+    if (row != last) {
+      EvenShares shares(kPart * run, height, begin.rest);
+      for (; row != last; row += walk.step) {
+        next = x + shares.Next();
+        AddInRow(row, x, y, next, walk.edge);
+        x = next;
+      }
     }
   }
-  AddInRow(row, x, kPart - walk.edge, x2, y2 & (kPart - 1));
+  AddInRow(row, x, y, to.x, to.y & (kPart - 1));
 }
 
 /// Heights are those within the row.
-void ShapeCells::AddInRow(int row, int x1, int y1, int x2, int y2) {
+inline void ShapeCells::AddInRow(int row, int x1, int y1, int x2, int y2) {
+  const auto index = static_cast<std::size_t>(row - rows_.top);
+  if (index >= last_.size()) return;
+  std::uint32_t& last_cell = last_[index];
   int height = y2 - y1;
-  if (height == 0 || row < rows_.top || row >= rows_.bottom) return;
   int column = x1 >> 8;
   const int last = x2 >> 8;
   const int in_first = x1 & (kPart - 1);
   const int in_last = x2 & (kPart - 1);
-  if (column == last) return AddToCell(row, column, height, (in_first + in_last) * height);
+  if (column == last) return AddToCell(last_cell, column, height, (in_first + in_last) * height);
+  if (height == 0) return;
   const Walk walk = WalkOf(x1, x2);
   const int run = std::abs(x2 - x1);
   const Quotient first(walk.first * height, run);
-  AddToCell(row, column, first.whole, (in_first + walk.edge) * first.whole);
+  AddToCell(last_cell, column, first.whole, (in_first + walk.edge) * first.whole);
   column += walk.step;
   if (column != last) {
     EvenShares shares(kPart * height, run, first.rest);
     height -= first.whole;
     for (; column != last; column += walk.step) {
       const int share = shares.Next();
-      AddToCell(row, column, share, kPart * share);
+      AddToCell(last_cell, column, share, kPart * share);
       height -= share;
     }
   } else {
     height -= first.whole;
   }
-  AddToCell(row, column, height, (in_last + kPart - walk.edge) * height);
+  AddToCell(last_cell, column, height, (in_last + kPart - walk.edge) * height);
 }
 
 bool ShapeCells::Gather(int row) {

@@ -7,7 +7,7 @@
 ///
 ///     ShapeCells cells;
 ///     cells.LookAt(width, height, {0, height});
-///     cells.MoveTo({10, 10}); cells.LineTo({20, 10}); cells.LineTo({15, 20});
+///     cells.Add(std::vector<figures::Point>{{10, 10}, {20, 10}, {15, 20}});
 ///     cells.Sweep([&](int y, int x, int count, unsigned cover) { ... });
 ///
 /// Each line adds its height and the area beside it to the pixels that it crosses; the sums from
@@ -17,6 +17,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstdlib>
+#include <span>
 #include <vector>
 
 #include "discoplan/figures/shapes.h"
@@ -36,15 +37,13 @@ class DISCOPLAN_HEADLESS_EXPORT ShapeCells {
   /// Outlines are cut to a picture of that size; only those rows of it are swept.
   void LookAt(int width, int height, Band rows);
 
-  /// Begins an outline, in pixels. It is closed by itself; inside is by non-zero winding.
-  void MoveTo(figures::Point point);
-  void LineTo(figures::Point point);
+  /// The corners of an outline, in pixels. It is closed by itself; inside is by non-zero winding.
+  void Add(std::span<const figures::Point> outline);
 
   /// Takes what is covered, and forgets it: `take(y, x, count, cover)` for `count` pixels from
   /// column `x` on, with a cover of 1 to 255, row by row and from left to right.
   template <class Take>
   void Sweep(const Take& take) {
-    Close();
     for (int y = touched_.top; y < touched_.bottom; ++y) {
       if (Gather(y)) SweepRow([&](int x, int count, unsigned cover) { take(y, x, count, cover); });
     }
@@ -63,26 +62,24 @@ class DISCOPLAN_HEADLESS_EXPORT ShapeCells {
     Cell cell;
     std::uint32_t next;  // of the row
   };
-  /// What the clipper calls.
-  struct Lines {
-    ShapeCells& cells;
-    void line(int x1, int y1, int x2, int y2) { cells.Add(x1, y1, x2, y2); }
-  };
-
   /// In parts of a pixel.
   struct Place {
     int x = 0;
     int y = 0;
-    bool is_inside = true;  // the picture
   };
-  Place PlaceOf(figures::Point point) const;
-  void GoTo(const Place& place);
-  void Close();
-  void Forget();
-  void Add(int x1, int y1, int x2, int y2);
+  /// What the clipper calls.
+  struct Lines {
+    ShapeCells& cells;
+    void line(int x1, int y1, int x2, int y2) { cells.AddLine({x1, y1}, {x2, y2}); }
+  };
+
+  void AddLine(Place from, Place to);
   void AddInRow(int row, int x1, int y1, int x2, int y2);
-  void AddToCell(int row, int column, int height, int area);
+  void AddToCell(std::uint32_t& last, int column, int height, int area);
+  void AddClipped(Place from, Place to);
+  bool IsInside(Place place) const;
   bool Gather(int row);
+  void Forget();
 
   static unsigned CoverOf(int area) {
     return static_cast<unsigned>(std::min(std::abs(area >> 9), kPart - 1));
@@ -114,10 +111,9 @@ class DISCOPLAN_HEADLESS_EXPORT ShapeCells {
   int height_ = 0;
   Band rows_;
   Band touched_;
-  bool is_open_ = false;
-  Place start_;  // of the outline
-  Place here_;
-  std::vector<PlacedCell> cells_;
+  std::vector<Place> corners_;
+  std::vector<PlacedCell> cells_;    // with room for more
+  std::uint32_t count_ = 0;          // of them
   std::vector<std::uint32_t> last_;  // cell of each row
   // Of one row, by column.
   std::vector<Cell> row_;

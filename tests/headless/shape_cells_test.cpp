@@ -26,10 +26,7 @@ constexpr int kHeight = 90;
 std::size_t IndexOf(int y, int x) { return static_cast<std::size_t>(y * kWidth + x); }
 
 Coverage Swept(ShapeCells& cells, const std::vector<Outline>& outlines) {
-  for (const Outline& outline : outlines) {
-    cells.MoveTo(outline[0]);
-    for (std::size_t i = 1; i < outline.size(); ++i) cells.LineTo(outline[i]);
-  }
+  for (const Outline& outline : outlines) cells.Add(outline);
   Coverage coverage(kWidth * kHeight);
   std::size_t last = 0;
   cells.Sweep([&](int y, int x, int count, unsigned cover) {
