@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/figures/isolines.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
@@ -29,7 +30,9 @@ std::size_t NextCrossed(std::span<const unsigned char> upper, std::span<const un
 }  // namespace
 
 IsolineFinder::IsolineFinder(const Lattice& lattice, std::span<const float> values)
-    : lattice_(lattice), values_(values), links_(2 * lattice.Size(), {kNone, kNone}) {}
+    : lattice_(lattice),
+      values_(values),
+      below_(static_cast<std::size_t>(std::max(lattice.columns, 0)), kNone) {}
 
 std::vector<std::vector<Point>> IsolineFinder::Lines(double level) {
   level_ = level;
@@ -53,66 +56,81 @@ std::vector<std::vector<Point>> IsolineFinder::Lines(double level) {
       if (column + 1 >= width) break;
       const auto mask = static_cast<unsigned>(upper[column] | upper[column + 1] << 1 |
                                               lower[column + 1] << 2 | lower[column] << 3);
-      if (mask != 0 && mask != 15) Cross(row * width + column, mask);
+      if (mask != 0 && mask != 15) Cross(row * width + column, column, mask);
     }
   }
   std::vector<std::vector<Point>> lines;
   for (const bool closed : {false, true}) {
-    for (const Edge edge : touched_) {
-      const auto& link = links_[edge];
-      const bool is_end = (link[0] == kNone) != (link[1] == kNone);
-      const bool is_left = link[0] != kNone || link[1] != kNone;
-      if (is_left && (closed || is_end)) lines.push_back(Follow(edge));
+    for (Number i = 0; i < crossings_.size(); ++i) {
+      const auto& next = crossings_[i].next;
+      const bool is_end = (next[0] == kNone) != (next[1] == kNone);
+      const bool is_left = next[0] != kNone || next[1] != kNone;
+      if (is_left && (closed || is_end)) lines.push_back(Follow(i));
     }
   }
-  // All that was linked has been followed.
-  touched_.clear();
+  crossings_.clear();
   return lines;
 }
 
-void IsolineFinder::Cross(std::size_t at, unsigned mask) {
+void IsolineFinder::Cross(std::size_t at, std::size_t column, unsigned mask) {
   const auto width = static_cast<std::size_t>(lattice_.columns);
   const std::array<std::size_t, 4> corners = {at, at + 1, at + width + 1, at + width};
+  // Above, to the right, below and to the left. The cells above and to the left came before and
+  // have crossed the edges that they share with this one.
   const std::array<std::size_t, 4> edges = {2 * at, 2 * (at + 1) + 1, 2 * (at + width), 2 * at + 1};
+  const Number above = at >= width ? below_[column] : kNone;
+  const Number left = column > 0 ? right_ : kNone;
+  const auto crossing_of = [&](unsigned side) {
+    if (side == 0 && above != kNone) return above;
+    if (side == 3 && left != kNone) return left;
+    const auto added = static_cast<Number>(crossings_.size());
+    crossings_.push_back({static_cast<Number>(edges[side]), {kNone, kNone}});
+    if (side == 1) right_ = added;
+    if (side == 2) below_[column] = added;
+    return added;
+  };
+  const auto link = [&](unsigned a, unsigned b) {
+    const Number first = crossing_of(a);
+    Link(first, crossing_of(b));
+  };
   if (mask == 5 || mask == 10) {
     double middle = 0;
     for (const std::size_t corner : corners) middle += values_[corner] / 4.0;
     const bool joins_first = (middle >= level_) == (mask == 5);
-    Link(edges[0], edges[joins_first ? 1 : 3]);
-    Link(edges[2], edges[joins_first ? 3 : 1]);
+    link(0, joins_first ? 1 : 3);
+    link(2, joins_first ? 3 : 1);
     return;
   }
-  std::size_t first = edges.size();
+  unsigned first = 4;
   for (unsigned k = 0; k < 4; ++k) {
     const bool crossed = (mask >> k & 1) != (mask >> (k + 1) % 4 & 1);
     if (!crossed) continue;
-    if (first == edges.size()) {
+    if (first == 4) {
       first = k;
     } else {
-      Link(edges[first], edges[k]);
+      link(first, k);
     }
   }
 }
 
-void IsolineFinder::Link(std::size_t a, std::size_t b) {
-  const auto join = [this](Edge from, Edge to) {
-    auto& link = links_[from];
-    if (link[0] == kNone && link[1] == kNone) touched_.push_back(from);
-    link[link[0] == kNone ? 0 : 1] = to;
+void IsolineFinder::Link(Number a, Number b) {
+  const auto join = [this](Number from, Number to) {
+    auto& next = crossings_[from].next;
+    next[next[0] == kNone ? 0 : 1] = to;
   };
-  join(static_cast<Edge>(a), static_cast<Edge>(b));
-  join(static_cast<Edge>(b), static_cast<Edge>(a));
+  join(a, b);
+  join(b, a);
 }
 
-void IsolineFinder::Unlink(Edge from, Edge to) {
-  for (Edge& end : links_[from]) {
+void IsolineFinder::Unlink(Number from, Number to) {
+  for (Number& end : crossings_[from].next) {
     if (end != to) continue;
     end = kNone;
     return;
   }
 }
 
-Point IsolineFinder::PointOf(Edge edge) const {
+Point IsolineFinder::PointOf(Number edge) const {
   const auto width = static_cast<std::size_t>(lattice_.columns);
   const std::size_t a = edge / 2;
   const bool down = edge % 2 == 1;
@@ -123,16 +141,16 @@ Point IsolineFinder::PointOf(Edge edge) const {
   return down ? Point{x, y - part * lattice_.step} : Point{x + part * lattice_.step, y};
 }
 
-std::vector<Point> IsolineFinder::Follow(Edge edge) {
-  std::vector<Point> line = {PointOf(edge)};
+std::vector<Point> IsolineFinder::Follow(Number crossing) {
+  std::vector<Point> line = {PointOf(crossings_[crossing].edge)};
   while (true) {
-    const auto& link = links_[edge];
-    const Edge next = link[0] != kNone ? link[0] : link[1];
+    const auto& ends = crossings_[crossing].next;
+    const Number next = ends[0] != kNone ? ends[0] : ends[1];
     if (next == kNone) return line;
-    Unlink(edge, next);
-    Unlink(next, edge);
-    edge = next;
-    line.push_back(PointOf(edge));
+    Unlink(crossing, next);
+    Unlink(next, crossing);
+    crossing = next;
+    line.push_back(PointOf(crossings_[crossing].edge));
   }
 }
 

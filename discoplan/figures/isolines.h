@@ -25,21 +25,28 @@ class DISCOPLAN_EXPORT IsolineFinder {
   std::vector<std::vector<Point>> Lines(double level);
 
  private:
-  using Edge = std::uint32_t;
+  using Number = std::uint32_t;
+  /// Of an edge of the lattice, of which the one to the right of point i is 2 i and the one below
+  /// it 2 i + 1; with the two crossings at most that the line goes on to.
+  struct Crossing {
+    Number edge;
+    std::array<Number, 2> next;
+  };
 
-  void Cross(std::size_t at, unsigned mask);
-  void Link(std::size_t a, std::size_t b);
-  void Unlink(Edge from, Edge to);
-  Point PointOf(Edge edge) const;
-  std::vector<Point> Follow(Edge edge);
+  void Cross(std::size_t at, std::size_t column, unsigned mask);
+  void Link(Number a, Number b);
+  void Unlink(Number from, Number to);
+  Point PointOf(Number edge) const;
+  std::vector<Point> Follow(Number crossing);
 
   Lattice lattice_;
   std::span<const float> values_;
   double level_ = 0;
-  // The line crosses edges of the lattice, of which the one to the right of point i is 2 i and the
-  // one below it 2 i + 1; each is linked with at most two others.
-  std::vector<std::array<Edge, 2>> links_;
-  std::vector<Edge> touched_;
+  std::vector<Crossing> crossings_;
+  // Of those, what the next cells share: the last ones below the cells of a row, and the one to the
+  // right of the last cell.
+  std::vector<Number> below_;
+  Number right_ = 0;
 };
 
 /// The line without points that aren't needed: each lies within `tolerance` of what is left, whose

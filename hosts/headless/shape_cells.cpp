@@ -92,7 +92,11 @@ void ShapeCells::Add(std::span<const figures::Point> outline) {
   bool was_inside = IsInside(from);
   for (const Place to : corners_) {
     const bool is_inside = IsInside(to);
-    was_inside&& is_inside ? AddLine(from, to) : AddClipped(from, to);
+    if (was_inside && is_inside) {
+      AddLine(from, to);
+    } else {
+      AddClipped(from, to);
+    }
     from = to;
     was_inside = is_inside;
   }
