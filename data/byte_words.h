@@ -28,4 +28,10 @@ inline std::uint64_t PlacesOf(char byte, std::uint64_t word) {
   return ~(((unlike & kLow) + kLow) | unlike | kLow);
 }
 
+/// The highest bit of the first byte of `word` that is `byte`, with any highest bits behind it.
+inline std::uint64_t FirstPlaceOf(char byte, std::uint64_t word) {
+  const std::uint64_t unlike = word ^ InEachByte(byte);
+  return (unlike - InEachByte(1)) & ~unlike & InEachByte('\x80');
+}
+
 }  // namespace discoplan::data

@@ -140,6 +140,36 @@ void LineReader::KeepComment(std::string_view content) {
   comments_.push_back({number_, std::string(Trimmed(content))});
 }
 
+/// Characters up to the line's end, or all of them. Lines end alike: the next one of the other kind
+/// is looked for once.
+inline std::size_t LineReader::LineLength() {
+  std::size_t length = rest_.size();
+  for (NextEnd& end : ends_) {
+    if (rest_.size() < end.from_back) {
+      end.from_back = rest_.size() - std::min(rest_.find(end.mark), rest_.size());
+    }
+    length = std::min(length, rest_.size() - end.from_back);
+  }
+  return length;
+}
+
+/// The next line of the block; false if it doesn't end there.
+inline bool LineReader::CutLine(std::string_view& text) {
+  if (rest_.empty()) return false;
+  if (std::exchange(after_cr_, false) && rest_.front() == '\n') rest_.remove_prefix(1);
+  const std::size_t length = LineLength();
+  if (length == rest_.size()) return false;
+  text = rest_.substr(0, length);
+  after_cr_ = rest_[length] == '\r';
+  rest_.remove_prefix(length + 1);
+  return true;
+}
+
+inline bool LineReader::ReadRaw(std::string_view& text) {
+  ++number_;
+  return CutLine(text) || JoinLine(text);
+}
+
 bool LineReader::ReadLine(TextLine& line, bool keeps_comments) {
   while (ReadRaw(line.text)) {
     line.number = number_;
@@ -160,50 +190,25 @@ bool LineReader::ReadLine(TextLine& line, bool keeps_comments) {
   return false;
 }
 
-/// Characters up to the line's end, or all of them. Lines end alike: the next one of the other kind
-/// is looked for once.
-std::size_t LineReader::LineLength() {
-  std::size_t length = rest_.size();
-  for (NextEnd& end : ends_) {
-    if (rest_.size() < end.from_back) {
-      end.from_back = rest_.size() - std::min(rest_.find(end.mark), rest_.size());
-    }
-    length = std::min(length, rest_.size() - end.from_back);
-  }
-  return length;
-}
-
-bool LineReader::ReadRaw(std::string_view& text) {
-  joined_.clear();
-  ++number_;
-  while (true) {
-    if (rest_.empty()) {
-      bytes_.NextBlock();
-      rest_ = bytes_.block();
-      ends_ = kUnknownEnds;
-      text = joined_;
-      if (rest_.empty()) return !text.empty();
-    }
-    if (std::exchange(after_cr_, false) && rest_.front() == '\n') {
-      rest_.remove_prefix(1);
-      continue;
-    }
-    const std::size_t length = LineLength();
-    if (joined_.size() + length > kLongestLine) {
+/// A line that goes on in other blocks, or the last one.
+bool LineReader::JoinLine(std::string_view& text) {
+  joined_ = rest_;
+  bool is_whole = false;
+  while (!is_whole) {
+    bytes_.NextBlock();
+    rest_ = bytes_.block();
+    ends_ = kUnknownEnds;
+    if (rest_.empty()) break;
+    is_whole = CutLine(text);
+    const std::string_view part = is_whole ? text : rest_;
+    if (joined_.size() + part.size() > kLongestLine) {
       throw DataError({file(), number_},
                       "the line is longer than 1 MiB; a table has one site on a line");
     }
-    if (length == rest_.size()) {
-      joined_ += rest_;
-      rest_ = {};
-      continue;
-    }
-    text = rest_.substr(0, length);
-    if (!joined_.empty()) text = joined_.append(text);
-    after_cr_ = rest_[length] == '\r';
-    rest_.remove_prefix(length + 1);
-    return true;
+    joined_ += part;
   }
+  text = joined_;
+  return is_whole || !text.empty();
 }
 
 }  // namespace discoplan::data

@@ -82,6 +82,8 @@ class LineReader {
   bool ReadLine(TextLine& line, bool keeps_comments = false);
   void KeepComment(std::string_view content);
   std::size_t LineLength();
+  bool CutLine(std::string_view& text);
+  bool JoinLine(std::string_view& text);
   bool ReadRaw(std::string_view& text);
 
   FileBytes& bytes_;

@@ -2,19 +2,16 @@
 #include "data/number_text.h"
 
 #include <algorithm>
-#include <bit>
 #include <charconv>
 #include <cmath>
 
-#include "data/byte_words.h"
+#include "data/decimal_words.h"
 #include "discoplan/base/algorithms.h"
 #include "discoplan/base/charconv.h"
 #include "discoplan/base/numbers.h"
 
 namespace discoplan::data {
 namespace {
-
-constexpr std::size_t kMostDigits = 15;
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -34,109 +31,71 @@ bool MayGroup(std::string_view text, std::size_t comma) {
   return whole.size() <= 3 && whole.front() != '0' && rest.size() == 3 && AllOf(rest, IsDigit);
 }
 
-/// And with a minus sign, which gives a zero its sign too.
-constexpr double kPowers[][kMostDigits] = {
-    {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14},
-    {-1, -1e1, -1e2, -1e3, -1e4, -1e5, -1e6, -1e7, -1e8, -1e9, -1e10, -1e11, -1e12, -1e13, -1e14}};
-
-/// Digits and power of ten are whole numbers below 2^53, so that one division gives the nearest
-/// double, as the general way does.
-void Take(std::uint64_t digits, std::size_t decimals, bool negative, bool has_point,
-          ParsedNumber& number) {
-  const auto whole = static_cast<double>(static_cast<std::int64_t>(digits));
-  number.value = whole / kPowers[negative ? 1 : 0][decimals];
-  number.narrowed = static_cast<float>(number.value);  // far from the ends of its range
-  number.decimal_mark = has_point ? '.' : '\0';
-}
-
-/// The bytes of 1 to 8 characters, the first one lowest.
-inline std::uint64_t BytesOf(std::string_view text) {
+/// 1 to 8 characters as the highest bytes of a word, above `room` bits of 0.
+std::uint64_t WordOf(std::string_view text, unsigned& room) {
   const std::size_t size = text.size();
+  room = static_cast<unsigned>(64 - 8 * size);
   if (size >= 4) {
-    return FourBytes(text.data()) | FourBytes(text.data() + size - 4) << (8 * (size - 4));
+    const std::uint64_t first = FourBytes(text.data());
+    return FourBytes(text.data() + size - 4) << 32 | first << room;
   }
   const auto at = [text](std::size_t i) {
     return std::uint64_t{static_cast<unsigned char>(text[i])} << (8 * i);
   };
-  return at(0) | at(size / 2) | at(size - 1);
+  return (at(0) | at(size / 2) | at(size - 1)) << room;
 }
 
-/// The number that 1 to 8 digits in the lowest bytes write; false if one of them is none.
-inline bool ReadDigits(std::uint64_t bytes, std::size_t size, std::uint64_t& number) {
-  constexpr std::uint64_t kZeros = InEachByte('0');
-  constexpr std::uint64_t kHigh = InEachByte('\xF0');
-  // Eight digits, with zeros in front.
-  const std::size_t room = 64 - 8 * size;
-  bytes = bytes << room | (kZeros & ((std::uint64_t{1} << room) - 1));
-  const std::uint64_t above_nine = (bytes + InEachByte(6)) & kHigh;
-  if ((bytes & kHigh) != kZeros || above_nine != kZeros) return false;
-  bytes -= kZeros;
-  // Each step joins neighbours: 2, then 4, then all 8 digits.
-  bytes = (bytes * 10 + (bytes >> 8)) & 0x00FF00FF00FF00FFU;
-  bytes = (bytes * 100 + (bytes >> 16)) & 0x0000FFFF0000FFFFU;
-  number = (bytes * 10000 + (bytes >> 32)) & 0xFFFFFFFFU;
+/// The number that 1 to 15 characters write; false if one of them is no digit.
+bool ReadAllDigits(std::string_view text, std::uint64_t& number) {
+  const std::size_t first = text.size() - std::min<std::size_t>(text.size(), 8);
+  unsigned room = 0;
+  const std::uint64_t last = WordOf(text.substr(first), room);
+  if (!ReadDigits(last, room, number)) return false;
+  if (first == 0) return true;
+  std::uint64_t high = 0;
+  const std::uint64_t front = WordOf(text.substr(0, first), room);
+  if (!ReadDigits(front, room, high)) return false;
+  number += high * 100'000'000;
   return true;
 }
 
-/// The same of 1 to 15 characters.
-bool ReadDigits(std::string_view text, std::uint64_t& number) {
-  constexpr std::size_t kWord = 8;
-  if (text.size() <= kWord) return ReadDigits(BytesOf(text), text.size(), number);
-  const std::size_t first = text.size() - kWord;
-  std::uint64_t low = 0;
-  if (!ReadDigits(BytesOf(text.substr(0, first)), first, number)) return false;
-  if (!ReadDigits(EightBytes(text.data() + first), kWord, low)) return false;
-  number = number * 100'000'000 + low;
-  return true;
-}
-
-/// "12.345" of 1 to 8 characters, without looking at them one by one.
-bool ReadShortDecimal(std::string_view text, bool negative, ParsedNumber& number) {
-  std::uint64_t bytes = BytesOf(text);
-  std::size_t size = text.size();
-  std::size_t decimals = 0;
-  const std::uint64_t points = PlacesOf('.', bytes);
-  if (points != 0) {
-    const auto point = static_cast<std::size_t>(std::countr_zero(points)) / 8;
-    if (point == 0 || point + 1 == size) return false;
-    const std::uint64_t before = (std::uint64_t{1} << (8 * point)) - 1;
-    bytes = (bytes & before) | ((bytes >> 8) & ~before);
-    --size;
-    decimals = size - point;
-  }
-  std::uint64_t digits = 0;
-  if (!ReadDigits(bytes, size, digits)) return false;
-  Take(digits, decimals, negative, points != 0, number);
-  return true;
-}
-
-/// The same of 9 to 16 characters, by their digits before and behind the point.
-bool ReadLongDecimal(std::string_view text, bool negative, ParsedNumber& number) {
-  const std::size_t point = std::min(text.find('.'), text.size());
-  const bool has_point = point < text.size();
-  const std::string_view decimals = text.substr(point + (has_point ? 1 : 0));
-  if (point == 0 || point > kMostDigits || has_point == decimals.empty()) return false;
-  std::uint64_t whole = 0;
+/// "12.345" of 9 to 16 characters, by its digits before and behind the mark.
+bool ReadLongDecimal(std::string_view text, char mark, std::uint64_t& digits, unsigned& decimals) {
+  const std::size_t whole = std::min(text.find(mark), text.size());
+  const bool has_mark = whole < text.size();
+  const std::string_view behind = text.substr(whole + (has_mark ? 1 : 0));
+  if (whole == 0 || whole > kMostDigits || has_mark == behind.empty()) return false;
+  if (!ReadAllDigits(text.substr(0, whole), digits)) return false;
+  decimals = static_cast<unsigned>(behind.size());
+  if (!has_mark) return true;
   std::uint64_t part = 0;
-  if (!ReadDigits(text.substr(0, point), whole)) return false;
-  if (has_point && !ReadDigits(decimals, part)) return false;
-  const auto power = static_cast<std::uint64_t>(kPowers[0][decimals.size()]);
-  Take(whole * power + part, decimals.size(), negative, has_point, number);
+  if (!ReadAllDigits(behind, part)) return false;
+  digits = digits * static_cast<std::uint64_t>(kPowersOfTen[0][decimals]) + part;
   return true;
 }
 
 }  // namespace
 
 /// What nearly all numbers look like: "-12.345" of at most 15 digits.
-bool number_text_detail::ReadPlainly(std::string_view text, ParsedNumber& number) {
+bool number_text_detail::ReadPlainly(std::string_view text, char mark, ParsedNumber& number) {
   if (text.empty()) return false;
   // 1 for a minus sign, without a branch: nothing foretells the sign of a position.
-  const std::size_t sign =
-      (std::size_t{static_cast<unsigned char>(text.front())} ^ std::size_t{'-'}) == 0;
-  text = {text.data() + sign, text.size() - sign};
-  if (text.size() - 1 < 8) return ReadShortDecimal(text, sign != 0, number);
+  const unsigned minus = text.front() == '-' ? 1 : 0;
+  text = {text.data() + minus, text.size() - minus};
   if (text.empty() || text.size() > kMostDigits + 1) return false;
-  return ReadLongDecimal(text, sign != 0, number);
+  std::uint64_t digits = 0;
+  unsigned decimals = 0;
+  if (text.size() > 8) {
+    if (!ReadLongDecimal(text, mark, digits, decimals)) return false;
+  } else {
+    unsigned room = 0;
+    const std::uint64_t word = WordOf(text, room);
+    if (!ReadDecimal(word, room, mark, digits, decimals)) return false;
+  }
+  number.value = NearestDouble(digits, decimals, minus);
+  number.narrowed = static_cast<float>(number.value);  // far from the ends of its range
+  number.decimal_mark = decimals > 0 ? mark : '\0';
+  return true;
 }
 
 NumberFault number_text_detail::ReadGenerally(std::string_view text, ParsedNumber& number) {

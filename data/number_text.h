@@ -28,14 +28,14 @@ struct ParsedNumber {
 ParsedNumber ParseNumber(std::string_view text);
 
 namespace number_text_detail {
-/// Reads most numbers; false for a text that takes the general way.
-bool ReadPlainly(std::string_view text, ParsedNumber& number);
+/// Reads most numbers with that decimal mark; false for a text that takes the general way.
+bool ReadPlainly(std::string_view text, char mark, ParsedNumber& number);
 NumberFault ReadGenerally(std::string_view text, ParsedNumber& number);
 }  // namespace number_text_detail
 
 inline ParsedNumber ParseNumber(std::string_view text) {
   ParsedNumber number;
-  if (!number_text_detail::ReadPlainly(text, number)) {
+  if (!number_text_detail::ReadPlainly(text, '.', number)) {
     number.fault = number_text_detail::ReadGenerally(text, number);
   }
   return number;
@@ -53,6 +53,8 @@ class DecimalMarks {
     return number.decimal_mark == 0 ||
            (number.decimal_mark == mark_ && proven_ && !number.may_group);
   }
+  /// The mark of all numbers, once it is beyond doubt; 0 before.
+  char Proven() const { return proven_ ? mark_ : '\0'; }
   /// To be called at the end of the file. Throws `DataError` if the commas may be either.
   void Finish() const;
 

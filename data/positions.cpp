@@ -124,11 +124,8 @@ bool IsUnitRow(const FieldNames& fields, const Columns& columns) {
          std::any_of(used.begin(), used.end(), is_unit);
 }
 
-Position InMillimetres(double first, double second, const PositionScale& scale) {
-  if (!scale.polar) return {first * scale.x, second * scale.y};
-  const double radius = first * scale.x;
-  const double angle = second * scale.y;
-  return {radius * SineOf(angle + 90), radius * SineOf(angle)};
+Position FromPolar(double radius, double degrees) {
+  return {radius * SineOf(degrees + 90), radius * SineOf(degrees)};
 }
 
 namespace {

@@ -29,7 +29,11 @@ struct Position {
   double x = 0;
   double y = 0;
 };
-Position InMillimetres(double first, double second, const PositionScale& scale);
+Position FromPolar(double radius, double degrees);
+inline Position InMillimetres(double first, double second, const PositionScale& scale) {
+  const Position scaled = {first * scale.x, second * scale.y};
+  return scale.polar ? FromPolar(scaled.x, scaled.y) : scaled;
+}
 
 /// Moves positions that count from a corner of the wafer to its centre; the wafer is one of the
 /// diameter asked for or else the smallest standard one that has them all inside. Dies lie around

@@ -26,6 +26,12 @@ Reason ReasonFor(NumberFault fault) {
   }
 }
 
+/// False if the position doesn't fit.
+bool PlaceAt(double first, double second, const PositionScale& scale, Site& site) {
+  const Position placed = InMillimetres(first, second, scale);
+  return Narrow(placed.x, site.x) && Narrow(placed.y, site.y);
+}
+
 Place At(const std::string& file, std::int64_t line, std::size_t column) {
   return {file, line, static_cast<std::int64_t>(column) + 1};
 }
@@ -157,6 +163,22 @@ bool SiteRows::SumsUp(const std::vector<std::string_view>& fields, std::int64_t 
   return false;
 }
 
+inline float SiteRows::Narrowed(std::size_t parameter, double value) {
+  if (parameter >= narrowings_.size()) narrowings_.resize(parameter + 1);
+  const auto narrowed = static_cast<float>(value);
+  narrowings_[parameter].Take(value, narrowed);
+  return narrowed;
+}
+
+inline void SiteRows::Append(const Site& site, std::int64_t line, Wafer& wafer) const {
+  if (most_ && std::ssize(wafer.x) >= *most_) {
+    throw DataError({file_, line}, TooManySites(*most_));
+  }
+  wafer.x.push_back(site.x);
+  wafer.y.push_back(site.y);
+  wafer.value.push_back(site.z);
+}
+
 bool SiteRows::Add(const std::vector<std::string_view>& fields, std::int64_t line,
                    const RowShape& shape, const Condition& condition, std::span<Wafer> wafers) {
   if (condition.IsGiven() && !Meets(condition, fields, line, wafers)) return false;
@@ -170,20 +192,15 @@ bool SiteRows::Add(const std::vector<std::string_view>& fields, std::int64_t lin
     Fail(numbers[i].fault, fields[places[i]], line, places[i], wafers);
     return false;
   }
-  std::array<float, 2> position = {numbers[0].narrowed, numbers[1].narrowed};
-  if (shape.scale.x != 1 || shape.scale.y != 1 || shape.scale.polar) {
-    const Position placed = InMillimetres(numbers[0].value, numbers[1].value, shape.scale);
-    const bool fits = Attempt([&] { position = {ToFloat(placed.x), ToFloat(placed.y)}; });
-    if (!fits) {
-      Fail(NumberFault::OutOfRange, fields[places[0]], line, places[0], wafers);
-      return false;
-    }
+  Site site;
+  if (!PlaceAt(numbers[0].value, numbers[1].value, shape.scale, site)) {
+    Fail(NumberFault::OutOfRange, fields[places[0]], line, places[0], wafers);
+    return false;
   }
   for (std::size_t i = 0; i < places.size(); ++i) {
     Note(numbers[i], fields[places[i]], line, places[i]);
   }
   bool added = false;
-  if (narrowings_.size() < wafers.size()) narrowings_.resize(wafers.size());
   for (std::size_t i = 0; i < wafers.size(); ++i) {
     const std::size_t column = columns.values[i];
     const ParsedNumber value = ParseNumber(fields[column]);
@@ -192,17 +209,22 @@ bool SiteRows::Add(const std::vector<std::string_view>& fields, std::int64_t lin
       continue;
     }
     Note(value, fields[column], line, column);
-    narrowings_[i].Take(value.value, value.narrowed);
-    Wafer& wafer = wafers[i];
-    if (most_ && std::ssize(wafer.x) >= *most_) {
-      throw DataError({file_, line}, TooManySites(*most_));
-    }
-    wafer.x.push_back(position[0]);
-    wafer.y.push_back(position[1]);
-    wafer.value.push_back(value.narrowed);
+    site.z = Narrowed(i, value.value);
+    Append(site, line, wafers[i]);
     added = true;
   }
   return added;
+}
+
+bool SiteRows::AddPlain(std::span<const double> numbers, std::int64_t line, const RowShape& shape,
+                        std::span<Wafer> wafers) {
+  Site site;
+  if (!PlaceAt(numbers[0], numbers[1], shape.scale, site)) return false;
+  for (std::size_t i = 0; i < wafers.size(); ++i) {
+    site.z = Narrowed(i, numbers[2 + i]);
+    Append(site, line, wafers[i]);
+  }
+  return true;
 }
 
 std::optional<double> SiteRows::Number(std::string_view text, std::int64_t line,

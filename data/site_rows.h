@@ -14,6 +14,7 @@
 #include "data/condition.h"
 #include "data/number_text.h"
 #include "data/positions.h"
+#include "discoplan/core/interpolation/measured_sites.h"
 
 namespace discoplan::data {
 
@@ -77,6 +78,12 @@ class SiteRows {
   /// Throws `DataError` for a row that isn't valid, unless it is skipped.
   bool Add(const std::vector<std::string_view>& fields, std::int64_t line, const RowShape& shape,
            const Condition& condition, std::span<Wafer> wafers);
+  /// The same of a row whose X, Y and values are `numbers`, written with `DecimalMark` or none.
+  /// False for one with a position that doesn't fit, which is left to `Add`.
+  bool AddPlain(std::span<const double> numbers, std::int64_t line, const RowShape& shape,
+                std::span<Wafer> wafers);
+  /// The mark of all decimals of the file, once it is beyond doubt; 0 before.
+  char DecimalMark() const { return marks_.Proven(); }
   /// A number that isn't a site's, in column `column` from 0; nothing if the field is empty.
   std::optional<double> Number(std::string_view text, std::int64_t line, std::size_t column);
   /// To be called after the last row; throws `DataError` if no wafer has sites.
@@ -97,6 +104,9 @@ class SiteRows {
   /// Says what is wrong with a field, or counts it.
   void Fail(NumberFault fault, std::string_view text, std::int64_t line, std::size_t column,
             std::span<Wafer> wafers);
+  /// A value as it is kept.
+  float Narrowed(std::size_t parameter, double value);
+  void Append(const Site& site, std::int64_t line, Wafer& wafer) const;
   void Note(const ParsedNumber& number, std::string_view text, std::int64_t line,
             std::size_t column) {
     if (marks_.Knows(number)) return;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "data/plain_rows.h"
 #include "data/repeats.h"
 #include "data/table_dialect.h"
 #include "data/utf16.h"
@@ -32,6 +33,12 @@ class Tellers {
       if (std::find(values.begin(), values.end(), column) != values.end()) continue;
       columns_.push_back({column, {}, false});
     }
+  }
+
+  std::vector<std::size_t> places() const {
+    std::vector<std::size_t> places;
+    for (const Column& column : columns_) places.push_back(column.place);
+    return places;
   }
 
   void Take(const std::vector<std::string_view>& fields) {
@@ -73,13 +80,16 @@ class TableReader {
         choice_(request.wafers, lines.file()),
         groups_(by_, request.path.stem().string(), start_.shape.columns.values.size(), choice_),
         rows_(lines.file(), request, lot_.skipped),
-        tellers_(start_.Head(), start_.shape.columns.values) {}
+        tellers_(start_.Head(), start_.shape.columns.values),
+        plain_(start_.shape, start_.dialect, by_.empty() ? tellers_.places() : by_) {}
 
   Lot Read();
   const PositionScale& scale() const { return start_.shape.scale; }
 
  private:
   void ReadRows(const Condition& condition);
+  bool AddPlainRow(const TextLine& line);
+  bool AddRow(const TextLine& line, const Condition& condition);
   void RefuseOneWafer() const;
   void JudgeRepeats();
   void JudgeTellers();
@@ -96,6 +106,9 @@ class TableReader {
   SiteRows rows_;
   KeptRows kept_;
   Tellers tellers_;
+  PlainRows plain_;
+  std::span<Wafer> followed_;  // of the row that plain ones are like
+  std::vector<std::string_view> fields_;
 };
 
 void TableReader::RefuseOneWafer() const {
@@ -107,20 +120,12 @@ void TableReader::RefuseOneWafer() const {
 
 void TableReader::ReadRows(const Condition& condition) {
   TextLine line;
-  std::vector<std::string_view> fields;
-  const std::span<Wafer> only = by_.empty() ? groups_.Of(fields) : std::span<Wafer>();
   const bool keeps = by_.empty() && lot_.parameters.size() == 1;
   try {
     while (lines_.Next(line)) {
       if (line.number <= start_.last_line) continue;
-      SplitOrThrow(line, lines_.file(), start_.dialect, fields);
-      if (FilledWidth(fields) == 0 || !rows_.HasWidth(fields, line.number, start_.shape)) continue;
-      if (!by_.empty() && !rows_.HasKeys(fields, line.number, by_, condition)) continue;
-      const std::span<Wafer> wafers = by_.empty() ? only : groups_.Of(fields);
-      if (wafers.empty()) continue;
-      if (!rows_.Add(fields, line.number, start_.shape, condition, wafers)) continue;
-      if (keeps) kept_.Add(line.text);
-      if (by_.empty()) tellers_.Take(fields);
+      const bool added = AddPlainRow(line) || AddRow(line, condition);
+      if (added && keeps) kept_.Add(line.text);
     }
   } catch (const DataError&) {
     // Too many sites may be those of several wafers.
@@ -128,6 +133,28 @@ void TableReader::ReadRows(const Condition& condition) {
     if (!lot_.wafers.empty() && std::ssize(lot_.wafers[0].x) >= request_.most_sites) JudgeRepeats();
     throw;
   }
+}
+
+bool TableReader::AddPlainRow(const TextLine& line) {
+  return plain_.Read(line.text, rows_.DecimalMark()) &&
+         rows_.AddPlain(plain_.numbers(), line.number, start_.shape, followed_);
+}
+
+bool TableReader::AddRow(const TextLine& line, const Condition& condition) {
+  SplitOrThrow(line, lines_.file(), start_.dialect, fields_);
+  if (FilledWidth(fields_) == 0 || !rows_.HasWidth(fields_, line.number, start_.shape)) {
+    return false;
+  }
+  if (!by_.empty() && !rows_.HasKeys(fields_, line.number, by_, condition)) return false;
+  const std::span<Wafer> wafers = groups_.Of(fields_);
+  if (wafers.empty()) return false;
+  if (!rows_.Add(fields_, line.number, start_.shape, condition, wafers)) return false;
+  if (by_.empty()) tellers_.Take(fields_);
+  if (!condition.IsGiven()) {
+    plain_.Follow(fields_);
+    followed_ = wafers;
+  }
+  return true;
 }
 
 /// "Slot", "Lot,Slot or 5 ('Wafer ID')".
