@@ -232,10 +232,22 @@ std::vector<std::size_t> WaferTellers(const FieldNames& names) {
   return Matches(names, [](std::string_view name) { return IsAmong(name, kWaferNames); });
 }
 
+std::string GivenName(std::size_t column, const TableHead& head) {
+  return head.value == column ? "Value" : "Column " + std::to_string(column + 1);
+}
+
+std::optional<std::size_t> FindGiven(std::string_view name, const TableHead& head) {
+  for (std::size_t i = 0; i < head.names.size(); ++i) {
+    if (!head.header && SameName(name, GivenName(i, head))) return i;
+  }
+  return {};
+}
+
 std::size_t FindColumn(std::string_view entry, const TableHead& head) {
   entry = Trimmed(entry);
   if (IsColumnNumber(entry)) return ByNumber(entry, head);
   if (head.header) return ByName(entry, head);
+  if (const auto given = FindGiven(entry, head)) return *given;
   throw DataError(head.place, "there is no header line with a column " + Shown(entry) +
                                   "; choose columns by number, as in --columns 1,2,3");
 }
@@ -275,12 +287,12 @@ std::vector<Parameter> ParametersOf(const TableHead& head, const Columns& column
                                     const FieldNames& units) {
   std::vector<Parameter> parameters;
   for (const std::size_t column : columns.values) {
-    Parameter parameter{"Value", {}};
+    Parameter parameter;
     if (head.header && column < head.names.size()) {
       const Heading heading = SplitHeading(head.names[column]);
       parameter = {Utf8(heading.name), Utf8(heading.unit)};
-    } else if (columns.values.size() > 1) {
-      parameter.name = "Column " + std::to_string(column + 1);
+    } else {
+      parameter.name = GivenName(column, head);
     }
     if (parameter.unit.empty() && column < units.size()) {
       parameter.unit = Utf8(WithoutBrackets(units[column]));

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,7 +41,13 @@ struct TableHead {
   FieldNames names;
   bool header = true;
   Place place;
+  std::optional<std::size_t> value = 2;  ///< the only one that is read, if it is known
 };
+
+/// What a column without a name is called: "Value" if it is the only value, or else "Column 4".
+std::string GivenName(std::size_t column, const TableHead& head);
+/// The column that is called so in a table without a header.
+std::optional<std::size_t> FindGiven(std::string_view name, const TableHead& head);
 
 /// True if `names` holds names of positions, usual ones or those that are wished for.
 bool NamesPositions(const FieldNames& names, const ColumnWish& wish);

@@ -183,7 +183,7 @@ class Parser {
 
   Operand Column(std::string_view name, std::size_t start) const {
     const bool is_bare = text_[start] != '`';
-    if (!head_.header && is_bare) {
+    if (!head_.header && is_bare && !FindGiven(name, head_)) {
       RefuseAt(start, "there is no header line with a column " + Shown(name) +
                           "; choose columns by number in backquotes, as in `1`");
     }

@@ -23,6 +23,7 @@ constexpr ReasonText kReasonTexts[] = {
     {"beyond", "beyond"},
     {"outlier", "outliers"},
     {"thinned out", "thinned out"},
+    {"row that begins with '#'", "rows that begin with '#'"},
 };
 
 template <typename Count>

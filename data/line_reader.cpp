@@ -15,6 +15,7 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kBlockSize = 1U << 16;
 constexpr std::size_t kLongestLine = 1U << 20;
+constexpr std::size_t kMostOfComments = 1U << 20;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 /// What spreadsheets write for a number that they haven't.
@@ -121,9 +122,11 @@ LineReader::LineReader(FileBytes& bytes) : bytes_(bytes), rest_(bytes.block()) {
 
 const std::deque<TextLine>& LineReader::Ahead() {
   TextLine line;
-  while (ahead_.size() < kLinesAhead && ReadLine(line, true)) {
+  TellComments([this](const Comment& comment) { KeepComment(comment); });
+  while (ahead_.size() < kLinesAhead && ReadLine(line)) {
     ahead_.push_back({line.number, ahead_texts_.emplace_back(line.text)});
   }
+  TellComments({});
   return ahead_;
 }
 
@@ -134,10 +137,12 @@ bool LineReader::Next(TextLine& line) {
   return true;
 }
 
-void LineReader::KeepComment(std::string_view content) {
-  if (comments_.size() == kLinesAhead) comments_.pop_front();
-  content.remove_prefix(std::min(content.find_first_not_of('#'), content.size()));
-  comments_.push_back({number_, std::string(Trimmed(content))});
+void LineReader::KeepComment(const Comment& comment) {
+  comment_bytes_ += comment.text.size();
+  for (; comment_bytes_ > kMostOfComments && !comments_.empty(); comments_.pop_front()) {
+    comment_bytes_ -= comments_.front().text.size();
+  }
+  comments_.push_back(comment);
 }
 
 /// Characters up to the line's end, or all of them. Lines end alike: the next one of the other kind
@@ -170,7 +175,7 @@ inline bool LineReader::ReadRaw(std::string_view& text) {
   return CutLine(text) || JoinLine(text);
 }
 
-bool LineReader::ReadLine(TextLine& line, bool keeps_comments) {
+bool LineReader::ReadLine(TextLine& line) {
   while (ReadRaw(line.text)) {
     line.number = number_;
     // Nearly all lines begin with a sign or a digit, which stand above '#'.
@@ -178,9 +183,10 @@ bool LineReader::ReadLine(TextLine& line, bool keeps_comments) {
       after_blank_ = false;
       return true;
     }
-    const std::string_view content = Trimmed(line.text);
+    std::string_view content = Trimmed(line.text);
     if (IsComment(content)) {
-      if (keeps_comments) KeepComment(content);
+      content.remove_prefix(std::min(content.find_first_not_of('#'), content.size()));
+      if (tell_) tell_({number_, std::string(Trimmed(content))});
       continue;
     }
     const bool blank = content.empty();

@@ -8,6 +8,7 @@
 #include <deque>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <istream>
 #include <optional>
 #include <string>
@@ -66,8 +67,10 @@ class LineReader {
     std::int64_t number = 0;
     std::string text;  ///< behind the signs
   };
-  /// The last comments, 100 at most, among the lines that `Ahead` has read.
+  /// The comments among the lines that `Ahead` has read; of more than 1 MiB, the last ones.
   const std::deque<Comment>& Comments() const { return comments_; }
+  /// Has `tell` told of those behind them, as `Next` passes over them.
+  void TellComments(std::function<void(const Comment&)> tell) { tell_ = std::move(tell); }
   /// Reads the next line; false at the end.
   bool Next(TextLine& line);
 
@@ -79,8 +82,8 @@ class LineReader {
   static constexpr std::size_t kUnknown = static_cast<std::size_t>(-1);
   static constexpr std::array<NextEnd, 2> kUnknownEnds = {{{'\n', kUnknown}, {'\r', kUnknown}}};
 
-  bool ReadLine(TextLine& line, bool keeps_comments = false);
-  void KeepComment(std::string_view content);
+  bool ReadLine(TextLine& line);
+  void KeepComment(const Comment& comment);
   std::size_t LineLength();
   bool CutLine(std::string_view& text);
   bool JoinLine(std::string_view& text);
@@ -96,6 +99,8 @@ class LineReader {
   std::deque<TextLine> ahead_;
   std::deque<std::string> ahead_texts_;
   std::deque<Comment> comments_;
+  std::size_t comment_bytes_ = 0;
+  std::function<void(const Comment&)> tell_;
 };
 
 }  // namespace discoplan::data

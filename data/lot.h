@@ -41,6 +41,7 @@ enum class Reason {
   Beyond,         ///< the area that is looked at
   Outlier,        ///< its value is far from the others
   Thinned,        ///< to a regular subset
+  Commented,      ///< a row with '#' in front, as comments have; never of a wafer
 };
 
 /// Sites of one wafer that were left out for one reason.

@@ -18,14 +18,6 @@ double SineOf(double degrees) {
   return std::fmod(turn, 180) == 0 ? 0 : std::sin(turn * std::numbers::pi / 180);
 }
 
-std::string_view UnitAt(std::size_t column, const TableHead& head, const FieldNames& units) {
-  if (head.header && column < head.names.size()) {
-    const std::string_view unit = SplitHeading(head.names[column]).unit;
-    if (!unit.empty()) return unit;
-  }
-  return column < units.size() ? WithoutBrackets(units[column]) : std::string_view();
-}
-
 std::string_view NameOf(LengthUnit unit) {
   static constexpr std::string_view kNames[] = {"mm", "cm", "um", "in"};
   return kNames[static_cast<std::size_t>(unit)];
@@ -75,6 +67,14 @@ PositionScale PitchScale(const TableHead& head, const Columns& columns, const Fi
 }
 
 }  // namespace
+
+std::string_view UnitAt(std::size_t column, const TableHead& head, const FieldNames& units) {
+  if (head.header && column < head.names.size()) {
+    const std::string_view unit = SplitHeading(head.names[column]).unit;
+    if (!unit.empty()) return unit;
+  }
+  return column < units.size() ? WithoutBrackets(units[column]) : std::string_view();
+}
 
 PositionScale ScaleOf(const TableHead& head, const Columns& columns, const FieldNames& units,
                       const ReadRequest& request) {

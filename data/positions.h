@@ -22,6 +22,9 @@ struct PositionScale {
 PositionScale ScaleOf(const TableHead& head, const Columns& columns, const FieldNames& units,
                       const ReadRequest& request);
 
+/// The unit in the heading of a column, or else below it; empty if there is none.
+std::string_view UnitAt(std::size_t column, const TableHead& head, const FieldNames& units);
+
 /// Whether a row holds units in place of numbers.
 bool IsUnitRow(const FieldNames& fields, const Columns& columns);
 

@@ -53,7 +53,10 @@ Lot ReadText(const ReadRequest& request, FileBytes& bytes, PositionScale& scale)
                                     [](const TextLine& line) { return !line.text.empty(); });
   if (!any_line) {
     throw DataError({bytes.file()},
-                    "the file holds nothing but comments and blank lines; choose another one");
+                    lines.Comments().empty()
+                        ? "the file holds nothing but blank lines; choose another one"
+                        : "all lines begin with '#', as comments do; take it away from rows, "
+                          "or choose another file");
   }
   if (IsKlarf(lines)) return ReadKlarf(request, lines, scale);
   if (const auto separator = LotSeparator(lines)) {

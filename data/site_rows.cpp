@@ -117,8 +117,8 @@ bool SiteRows::HasKeys(const std::vector<std::string_view>& fields, std::int64_t
   if (!condition.Holds(fields, fault) && fault.fault == NumberFault::None) return false;
   if (!skip_invalid_) {
     throw DataError(At(file_, line, *key),
-                    "the field is empty where the name of a wafer is due; fill it in or use "
-                    "--skip-invalid");
+                    "the field is empty where the name of a wafer is due; if one cell names the "
+                    "rows below it, unmerge it and fill it down, or else use --skip-invalid");
   }
   CountSkipped(Reason::Empty, line, skipped_);
   return false;
@@ -256,6 +256,13 @@ void SiteRows::TellNarrowing(Lot& lot) const {
 void SiteRows::RequireSites(std::span<const Wafer> wafers, std::int64_t head_line) const {
   for (const Wafer& wafer : wafers) {
     if (!wafer.x.empty()) return;
+  }
+  for (const SkippedRows& rows : skipped_) {
+    if (rows.reason != Reason::Commented) continue;
+    throw DataError({file_, rows.first},
+                    Counted(static_cast<std::size_t>(rows.count), "row") +
+                        (rows.count == 1 ? " begins" : " begin") +
+                        " with '#', as comments do, and no other site is left; take it away");
   }
   throw DataError({file_, head_line},
                   "no valid site is left; check the rows and the columns chosen");

@@ -8,6 +8,8 @@
 #include <optional>
 #include <utility>
 
+#include "data/stated_unit.h"
+
 namespace discoplan::data {
 namespace {
 
@@ -50,6 +52,8 @@ class StartFinder {
   TableStart HeadOf(Dialect dialect) const;
   void TakeNamesOfComment(std::int64_t above, TableStart& start) const;
   TableStart StartOf(Dialect dialect) const;
+  std::vector<StatedUnit> UnitsAbove(std::int64_t line) const;
+  std::string UnitAbove(const FieldNames& units, TableStart& start) const;
   bool HoldsNumbers(Line first, Dialect dialect, std::size_t column) const;
   Fit FitOf(Dialect dialect) const;
   Dialect FindDialect() const;
@@ -144,6 +148,31 @@ void StartFinder::TakeNamesOfComment(std::int64_t above, TableStart& start) cons
   start.place.line = last->number;
 }
 
+std::vector<StatedUnit> StartFinder::UnitsAbove(std::int64_t line) const {
+  std::vector<StatedUnit> stated;
+  const auto look_at = [&](const auto& above) {
+    if (above.number >= line) return;
+    if (auto unit = StatedUnitIn(above.text, above.number)) stated.push_back(std::move(*unit));
+  };
+  std::for_each(sample_.begin(), sample_.end(), look_at);
+  std::for_each(comments_.begin(), comments_.end(), look_at);
+  return stated;
+}
+
+/// The unit of positions in columns that have none.
+std::string StartFinder::UnitAbove(const FieldNames& units, TableStart& start) const {
+  const Columns& columns = start.shape.columns;
+  const TableHead head = start.Head();
+  const auto has_unit = [&](std::size_t column) { return !UnitAt(column, head, units).empty(); };
+  if (request_.unit || request_.pitch || has_unit(columns.x)) return {};
+  if (!columns.polar && has_unit(columns.y)) return {};
+  const auto& values = columns.values;
+  const bool values_have_units = std::all_of(values.begin(), values.end(), has_unit);
+  PositionUnit above = PositionUnitOf(UnitsAbove(start.place.line), values_have_units, file_);
+  if (!above.warning.empty()) start.warnings.push_back(above.warning);
+  return above.unit;
+}
+
 TableStart StartFinder::StartOf(Dialect dialect) const {
   TableStart start = HeadOf(dialect);
   const TableHead head = start.Head();
@@ -164,7 +193,15 @@ TableStart StartFinder::StartOf(Dialect dialect) const {
     }
   }
   start.shape = ShapeOf(head.names, std::move(columns), start.place.line);
+  const std::string above = UnitAbove(units, start);
+  if (!above.empty()) {
+    units.resize(head.names.size());
+    units[start.shape.columns.x] = above;
+    if (!start.shape.columns.polar) units[start.shape.columns.y] = above;
+  }
   start.shape.scale = ScaleOf(head, start.shape.columns, units, request_);
+  // What stands far from its columns isn't so sure that sizes go unchecked.
+  start.shape.scale.stated = start.shape.scale.stated && above.empty();
   return start;
 }
 
@@ -211,7 +248,12 @@ Dialect StartFinder::FindDialect() const {
 }  // namespace
 
 TableHead TableStart::Head() const {
-  return {FieldNames(names.begin(), names.end()), header, place};
+  TableHead head = {FieldNames(names.begin(), names.end()), header, place};
+  if (shape.columns.values.size() > 1)
+    head.value.reset();
+  else
+    head.value = shape.columns.values.front();
+  return head;
 }
 
 TableStart FindHead(const ReadRequest& request, const ColumnWish& wish, LineReader& lines) {

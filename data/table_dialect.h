@@ -22,6 +22,7 @@ struct TableStart {
   Place place;                 ///< of the header or the first row
   std::int64_t last_line = 0;  ///< the rows begin below it
   RowShape shape;
+  std::vector<std::string> warnings;
 
   TableHead Head() const;
 };

@@ -69,6 +69,11 @@ class Tellers {
   bool any_ = false;
 };
 
+void SortByFirst(std::vector<SkippedRows>& skipped) {
+  std::sort(skipped.begin(), skipped.end(),
+            [](const SkippedRows& a, const SkippedRows& b) { return a.first < b.first; });
+}
+
 class TableReader {
  public:
   TableReader(const ReadRequest& request, LineReader& lines)
@@ -90,6 +95,7 @@ class TableReader {
   void ReadRows(const Condition& condition);
   bool AddPlainRow(const TextLine& line);
   bool AddRow(const TextLine& line, const Condition& condition);
+  void JudgeComment(const LineReader::Comment& comment);
   void RefuseOneWafer() const;
   void JudgeRepeats();
   void JudgeTellers();
@@ -155,6 +161,14 @@ bool TableReader::AddRow(const TextLine& line, const Condition& condition) {
     followed_ = wafers;
   }
   return true;
+}
+
+/// A row that is taken for a comment since it begins with "#", as the number "#1" of its site does.
+void TableReader::JudgeComment(const LineReader::Comment& comment) {
+  if (start_.header && comment.number <= start_.place.line) return;
+  if (SplitFields(comment.text, start_.dialect, fields_) != 0) return;
+  if (!IsSite(fields_, start_.shape)) return;
+  CountSkipped(Reason::Commented, comment.number, lot_.skipped);
 }
 
 /// "Slot", "Lot,Slot or 5 ('Wafer ID')".
@@ -224,6 +238,7 @@ void TableReader::JudgeTellers() {
 Lot TableReader::Read() {
   RefuseOneWafer();
   const TableHead head = start_.Head();
+  lot_.warnings = start_.warnings;
   const FieldNames units(start_.units.begin(), start_.units.end());
   lot_.parameters = ParametersOf(head, start_.shape.columns, units);
   for (const std::size_t column : by_) {
@@ -232,7 +247,11 @@ Lot TableReader::Read() {
   }
   const Condition condition =
       request_.where.empty() ? Condition() : Condition(request_.where, head);
+  for (const LineReader::Comment& comment : lines_.Comments()) JudgeComment(comment);
+  lines_.TellComments([this](const LineReader::Comment& comment) { JudgeComment(comment); });
   ReadRows(condition);
+  lines_.TellComments({});
+  SortByFirst(lot_.skipped);
   rows_.Finish();
   choice_.RequireAll();
   lot_.wafers = groups_.Take();

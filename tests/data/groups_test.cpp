@@ -82,8 +82,8 @@ TEST(Groups, AreWafersOfATable) {
        {.by = {""}}},
       {"an empty name",
        "X,Y,W,V\n0,0,a,1\n1,0,,2\n",
-       "a.csv:3:3: the field is empty where the name of a wafer is due; fill it in or use "
-       "--skip-invalid",
+       "a.csv:3:3: the field is empty where the name of a wafer is due; if one cell names the rows "
+       "below it, unmerge it and fill it down, or else use --skip-invalid",
        {.by = {"W"}}},
       {"an empty name left out",
        "X,Y,W,V\n0,0,a,1\n1,0,,2\n",
@@ -219,6 +219,10 @@ TEST(Condition, TakesTheRowsAskedFor) {
       {"names in Latin-1", "X,Y,G\xFC,V\n1,2,3,4\n1,3,5,6\n", "1,2,4", {.where = "G\xC3\xBC < 5"}});
   const ReadRequest by_number = {.columns = "1,2,3", .where = "`3` > 3"};
   Check({"without a header", "1,2,3\n4,5,6\n", "4,5,6", by_number});
+  const ReadRequest by_given = {.columns = "1,2,4", .where = "value < 9"};
+  Check({"the value without a header", "1,2,3,9\n4,5,6,8\n", "4,5,8", by_given});
+  const ReadRequest by_place = {.columns = "1,2,3", .where = "`Column 4` < 9"};
+  Check({"a column without a header", "1,2,3,9\n4,5,6,8\n", "4,5,6", by_place});
   const ReadRequest by_name = {.columns = "1,2,3", .where = "V > 3"};
   Check({"a name without a header", "1,2,3\n4,5,6\n",
          "--where: character 1 of V > 3: there is no header line with a column 'V'; choose columns "

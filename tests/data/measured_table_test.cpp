@@ -81,6 +81,61 @@ TEST(InstrumentTable, HasPositionsInUnits) {
   for (const InstrumentCase& test : cases) Check(test);
 }
 
+TEST(InstrumentTable, TakesTheUnitThatStandsAboveIt) {
+  const std::string table = "\nX,Y,V\n1,2,3\n";
+  const InstrumentCase cases[] = {
+      {"in fields", "Units,cm,," + table, "10,20,3"},
+      {"behind a colon", "Lot 5\nUnit: cm" + table, "10,20,3"},
+      {"in quotes", "\"Units\",\"cm\"" + table, "10,20,3"},
+      {"behind a tab", "Units\tmm" + table, "1,2,3"},
+      {"behind a blank", "Units in" + table, "25.3999996,50.7999992,3"},
+      {"in brackets", "UNITS=[cm]" + table, "10,20,3"},
+      {"in a comment", "# units: cm" + table, "10,20,3"},
+      {"of positions", "Position unit = um" + table, "0.00100000005,0.00200000009,3"},
+      {"of each position alike", "X units: cm\nY units: cm" + table, "10,20,3"},
+      {"of coordinates", "Units of XY coordinates: um" + table, "0.00100000005,0.00200000009,3"},
+      {"micrometres beside values with a unit", "Units: \xB5m\nX,Y,V (nm)\n1,2,3\n",
+       "0.00100000005,0.00200000009,3"},
+      {"of the radius alone", "Units: cm\nR,Theta,V\n10,180,5\n", "-100,0,5"},
+      {"without names of columns", "Units: cm\n1,2,3\n", "10,20,3"},
+      {"of values", "Value units: cm" + table, "1,2,3"},
+      {"other than the columns'", "Units: cm\nX (mm),Y (mm),V\n1,2,3\n", "1,2,3"},
+      {"other than the one asked for",
+       "Units: cm" + table,
+       "1,2,3",
+       {.unit = LengthUnit::Millimetre}},
+      {"of dies", "Units: cm" + table, "10,24,3", {.pitch = DiePitch{10, 12}}},
+      {"no length", "Position unit: px" + table,
+       "a.csv:1: 'px' is no unit of length that is known; say what the positions are in with "
+       "--unit mm, cm, um or in"},
+      {"two lengths", "X unit: cm\nY unit: mm" + table,
+       "a.csv:2: 'Y unit: mm', and line 1 says 'X unit: cm'; say what the positions are in with "
+       "--unit"},
+  };
+  for (const InstrumentCase& test : cases) Check(test);
+}
+
+TEST(InstrumentTable, TellsOfAUnitAboveItThatMayBeAnyones) {
+  const auto warnings = [](const std::string& above) {
+    std::istringstream stream(above + "\nX,Y,V\n-90,0,9\n90,0,2\n0,90,3\n");
+    return Read({.path = "a.csv"}, stream).warnings;
+  };
+  using Warnings = std::vector<std::string>;
+  const std::string taken = "; positions are taken for mm, give another unit with --unit";
+  EXPECT_EQ(warnings("Lot 5\nUnits = um"),
+            Warnings{"line 2 says 'Units = um', of positions or of values" + taken});
+  EXPECT_EQ(warnings("Units: metric"),
+            Warnings{"line 1 says 'Units: metric', which isn't known" + taken});
+  EXPECT_EQ(warnings("Units: nm"), Warnings{});  // of values
+  EXPECT_EQ(warnings("Units: Ohm"), Warnings{});
+  EXPECT_EQ(warnings("Unit 5, Chamber B"), Warnings{});
+  // As far as they lie, the sites are no longer taken at their word.
+  std::istringstream stream("Units: cm\nX,Y,V\n-90,0,9\n90,0,2\n0,90,3\n0,-90,1\n0,0,1\n");
+  EXPECT_EQ(Read({.path = "a.csv"}, stream).warnings,
+            Warnings{"the sites lie within 1800 mm, ten times a standard wafer; if a position is a "
+                     "tenth of a millimetre, scale them"});
+}
+
 TEST(InstrumentTable, IsRefusedInUnitsThatArentKnown) {
   const InstrumentCase cases[] = {
       {"no length", "X (px),Y (px),V\n1,2,3\n",

@@ -82,6 +82,8 @@ TEST(DataTable, FindsTheColumns) {
       {"chosen of equal names by number", "X,Y,V,V\n1,2,3,4\n", "1,2,4", "1,2,4"},
       {"chosen without a header", "OK,1,2,3\nOK,4,5,6\n", "1,2,3 4,5,6", "2,3,4"},
       {"equal names that aren't chosen", "X,Y,Z,note,note\n1,2,3,a,b\n", "1,2,3"},
+      {"the value without a header", "1,2,3,4\n", "1,2,3", "1,2,Value"},
+      {"a column without a header", "1,2,3,4\n", "1,2,4", "1,2,column 4"},
       {"the first three without a header", "1,2,3,4,ok\n", "1,2,3"},
   };
   for (const TableCase& test : cases) Check(test);
@@ -264,6 +266,41 @@ TEST(DataTable, CountsWhatItLeavesOutByReason) {
                                                       {Reason::TooFewColumns, 1, 4},
                                                       {Reason::Text, 1, 5},
                                                       {Reason::NotFinite, 2, 7}}));
+}
+
+TEST(DataTable, TellsOfRowsThatAreTakenForComments) {
+  const TableCase cases[] = {
+      {"all of them", "#,X,Y,V\n#1,0,0,5\n#2,9,0,6\n",
+       "a.csv:2: 2 rows begin with '#', as comments do, and no other site is left; take it away"},
+      {"the only one", "Site,X,Y,V\n# note\n#1,0,0,5\n",
+       "a.csv:3: 1 row begins with '#', as comments do, and no other site is left; take it away"},
+      {"all of them without a header", "#1,0,0,5\n#2,9,0,6\n",
+       "a.csv: all lines begin with '#', as comments do; take it away from rows, or choose another "
+       "file"},
+  };
+  for (const TableCase& test : cases) Check(test);
+}
+
+TEST(DataTable, CountsRowsThatAreTakenForComments) {
+  const auto skipped = [](const std::string& table, bool skips = false) {
+    std::istringstream stream(table);
+    return Read({.path = "a.csv", .skip_invalid = skips}, stream).skipped;
+  };
+  using Rows = std::vector<SkippedRows>;
+  EXPECT_EQ(skipped("Site,X,Y,V\n#1,0,0,5\n2,9,0,6\n#3,0,9,7\n"),
+            (Rows{{Reason::Commented, 2, 2}}));
+  EXPECT_EQ(skipped("# X,Y,V\n0,0,5\n#9,0,6\n  ## -9,0,7\n"), (Rows{{Reason::Commented, 2, 3}}));
+  EXPECT_EQ(skipped("X;Y;V\n0;0;5\n# 9;0;6,5\n0;9;x\n", true),
+            (Rows{{Reason::Commented, 1, 3}, {Reason::Text, 1, 4}}));
+  EXPECT_EQ(skipped("X,Y,V\n0,0,x\n#9,0,6\n0,9,4\n", true),
+            (Rows{{Reason::Text, 1, 2}, {Reason::Commented, 1, 3}}));
+  // Other comments are none of it: above the header, of another width, and with texts.
+  EXPECT_EQ(skipped("# 1,2,3\nX,Y,V\n# 1,2\n# 1,2,3,4\n# 1,2,x\n# \"1,2,3\n1,2,3\n"), Rows{});
+  // Far behind what is looked through for the header.
+  std::string rows;
+  for (int i = 0; i < 300; ++i)
+    rows += std::to_string(i) + ",2,3\n#" + std::to_string(i) + ",2,3\n";
+  EXPECT_EQ(skipped("X,Y,V\n" + rows), (Rows{{Reason::Commented, 300, 3}}));
 }
 
 TEST(DataTable, NamesTheWaferAfterTheFile) {
