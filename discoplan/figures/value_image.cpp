@@ -85,13 +85,12 @@ class ValueImage final : public ImageSource {
     const auto low = static_cast<float>(low_);
     const Rgba* shade = shades_.data();
     // Numbers first, many at once: what looks them up is taken one at a time.
-    std::array<std::uint16_t, 256> numbers;
+    std::array<std::int32_t, 256> numbers;
     while (!values.empty()) {
       const std::size_t count = std::min(numbers.size(), values.size());
       for (std::size_t i = 0; i < count; ++i) {
         const float place = (values[i] - low) * f;
-        const float number = std::min(std::max(place, 0.0F), kShades - 1.0F);
-        numbers[i] = static_cast<std::uint16_t>(static_cast<int>(number));
+        numbers[i] = static_cast<std::int32_t>(std::min(std::max(place, 0.0F), kShades - 1.0F));
       }
       for (std::size_t i = 0; i < count; ++i) pixels[i] = shade[numbers[i]];
       values = values.subspan(count);
