@@ -8,6 +8,7 @@
 #include "data/left_out.h"
 #include "data/number_text.h"
 #include "data/plain_text.h"
+#include "discoplan/analysis/sample.h"
 
 namespace discoplan::data {
 namespace {
@@ -184,8 +185,7 @@ bool LeaveOutOutliers(const OutlierRule& rule, Wafer& wafer) {
     const double median = distances.size() % 2 == 1
                               ? distances[middle]
                               : (distances[middle - 1] + distances[middle]) / 2;
-    constexpr double kNormal = 1.4826;
-    reach = rule.factor * kNormal * median;
+    reach = rule.factor * analysis::kSigmaOfMedianDeviation * median;
   }
   if (!(reach > 0)) return sorted.front() == sorted.back();
   Keep(wafer, Reason::Outlier, [&](std::size_t i) {

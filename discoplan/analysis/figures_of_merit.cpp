@@ -13,8 +13,6 @@ namespace {
 using Figure = std::optional<double>;
 
 constexpr double kMostPercent = 1000;
-/// Of the median deviation, which estimates sigma of normal values then: 1 / 0.6745.
-constexpr double kToSigma = 1.482602218505602;
 
 Figure Percent(const Sample& sample, double part, double whole) {
   if (whole == 0) return {};
@@ -95,9 +93,9 @@ constexpr std::array kFigures = {
                   [](const Sample& s) -> Figure { return s.Quantile(0.75) - s.Quantile(0.25); }},
     FigureOfMerit{"mad", "MAD", "median |z - median|", "Hampel (1974)", UnitKind::Value,
                   [](const Sample& s) -> Figure { return s.MedianDeviation(); }},
-    FigureOfMerit{"robust_sigma", "Robust Sigma", "1.4826 MAD", "Rousseeuw and Croux (1993)",
-                  UnitKind::Value,
-                  [](const Sample& s) -> Figure { return kToSigma * s.MedianDeviation(); }},
+    FigureOfMerit{
+        "robust_sigma", "Robust Sigma", "1.4826 MAD", "Rousseeuw and Croux (1993)", UnitKind::Value,
+        [](const Sample& s) -> Figure { return kSigmaOfMedianDeviation * s.MedianDeviation(); }},
     FigureOfMerit{"tilt", "Tilt", "sqrt(b^2 + c^2) of the best plane a + b x + c y",
                   "least squares, Golub and Van Loan, 5.3", UnitKind::Slope, Tilt},
     FigureOfMerit{"tilt_direction", "Tilt Direction", "atan2(c, b) of the best plane a + b x + c y",

@@ -23,9 +23,11 @@ void Reflect(std::span<const double> normal, double half_square, std::span<doubl
   for (std::size_t i = 0; i < normal.size(); ++i) target[i] -= along * normal[i];
 }
 
-/// Columns are made of positions, which are 32-bit floats: what is no more than their rounding
-/// tells no terms apart.
-constexpr double kNegligible = 5e-7;
+/// What tells no terms apart, for each step of their order. Files give positions to a micrometre,
+/// 2e-5 of the smallest wafer's radius, and a term rises by up to twice its order and size over a
+/// radius: rounding alone leaves up to a third of this, while patterns of sites that do tell the
+/// terms of order 10 apart leave a hundredth of them.
+constexpr double kNegligible = 1e-4;
 
 }  // namespace
 
@@ -33,33 +35,39 @@ FactoredDesign::FactoredDesign(DesignMatrix design)
     : matrix_(std::move(design)),
       order_(matrix_.Columns()),
       scales_(matrix_.Columns()),
+      lengths_(matrix_.Columns()),
       diagonal_(matrix_.Columns()) {
   std::iota(order_.begin(), order_.end(), std::size_t{0});
   ScaleColumns();
   const std::size_t steps = std::min(matrix_.Rows(), matrix_.Columns());
   half_squares_.reserve(steps);
+  const double negligible = kNegligible * std::max(matrix_.Terms().order, 1);
   for (std::size_t step = 0; step < steps; ++step) {
     const double length = TakeLargest(step);
-    if (!(length > kNegligible)) break;
+    if (!(length > negligible)) break;
     Eliminate(step, length);
   }
 }
 
-// To the length 1, so that the rank doesn't depend on the units of the columns.
+// To the length 1 at most, so that the rank doesn't depend on the units of the columns.
 void FactoredDesign::ScaleColumns() {
-  for (std::size_t c = 0; c < matrix_.Columns(); ++c) scales_[c] = Norm(matrix_.Column(c));
-  if (scales_.empty()) return;
-  const double least = kNegligible * *std::max_element(scales_.begin(), scales_.end());
+  const std::size_t first = matrix_.Terms().first;
+  double longest = 0;
   for (std::size_t c = 0; c < matrix_.Columns(); ++c) {
-    if (!(scales_[c] > least)) scales_[c] = 0;
-    for (double& cell : matrix_.Column(c)) cell = scales_[c] != 0 ? cell / scales_[c] : 0;
+    lengths_[c] = scales_[c] = Norm(matrix_.Column(c));
+    if (c >= first) longest = std::max(longest, lengths_[c]);
+  }
+  for (std::size_t c = 0; c < matrix_.Columns(); ++c) {
+    if (c >= first) scales_[c] = longest;
+    if (scales_[c] == 0) continue;
+    lengths_[c] /= scales_[c];
+    for (double& cell : matrix_.Column(c)) cell /= scales_[c];
   }
 }
 
 /// What is left of a column from row `step` on.
 double FactoredDesign::Rest(std::size_t c, std::size_t step) {
-  if (step == 0) return scales_[c] != 0 ? 1 : 0;
-  return Norm(matrix_.Column(c).subspan(step));
+  return step == 0 ? lengths_[c] : Norm(matrix_.Column(c).subspan(step));
 }
 
 /// Brings the column with the longest rest to place `step`; its length.

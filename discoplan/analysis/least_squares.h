@@ -22,13 +22,21 @@
 
 namespace discoplan::analysis {
 
+/// Columns from `first` on are polynomials of positions, of one unit and up to that order.
+struct PositionTerms {
+  std::size_t first = 0;
+  int order = 1;
+};
+
 class DesignMatrix {
  public:
-  DesignMatrix(std::size_t rows, std::size_t columns)
-      : rows_(rows), columns_(columns), cells_(rows * columns) {}
+  DesignMatrix(std::size_t rows, std::size_t columns) : DesignMatrix(rows, columns, {columns}) {}
+  DesignMatrix(std::size_t rows, std::size_t columns, PositionTerms terms)
+      : rows_(rows), columns_(columns), terms_(terms), cells_(rows * columns) {}
 
   std::size_t Rows() const { return rows_; }
   std::size_t Columns() const { return columns_; }
+  const PositionTerms& Terms() const { return terms_; }
   double& At(std::size_t row, std::size_t column) { return cells_[column * rows_ + row]; }
   double At(std::size_t row, std::size_t column) const { return cells_[column * rows_ + row]; }
   std::span<double> Column(std::size_t column) {
@@ -41,6 +49,7 @@ class DesignMatrix {
  private:
   std::size_t rows_;
   std::size_t columns_;
+  PositionTerms terms_;
   std::vector<double> cells_;  // column after column
 };
 
@@ -70,7 +79,8 @@ class DISCOPLAN_EXPORT FactoredDesign {
 
   DesignMatrix matrix_;
   std::vector<std::size_t> order_;  // the column that stands at each place
-  std::vector<double> scales_;      // of the columns as they were
+  std::vector<double> scales_;      // what the columns were divided by
+  std::vector<double> lengths_;     // of the columns then
   std::vector<double> diagonal_;
   std::vector<double> half_squares_;  // of each mirror's normal
 };

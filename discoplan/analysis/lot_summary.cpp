@@ -12,10 +12,9 @@ namespace {
 
 /// Of the distances from the median, as sigma of normal values.
 double SpreadOf(const Sample& sample) {
-  constexpr double kOfMedian = 1.482602218505602;
   constexpr double kOfMean = 1.2533141373155003;
   const double deviation = sample.MedianDeviation();
-  if (deviation > 0) return kOfMedian * deviation;
+  if (deviation > 0) return kSigmaOfMedianDeviation * deviation;
   const double median = sample.Quantile(0.5);
   return kOfMean * SumOver(sample.sorted, [&](double value) { return std::abs(value - median); }) /
          static_cast<double>(sample.Count());

@@ -30,6 +30,11 @@
 
 namespace discoplan::analysis {
 
+/// Sigma of normally distributed values in parts of the median of their distances from the median:
+/// 1 / 0.67449, the normal distribution's upper quartile (P. Rousseeuw and C. Croux, "Alternatives
+/// to the Median Absolute Deviation", J. Am. Stat. Assoc. 88, 1993).
+inline constexpr double kSigmaOfMedianDeviation = 1.482602218505602;
+
 /// Those of the values, in the order of the sites.
 DISCOPLAN_EXPORT std::vector<double> DecimalsOf(std::span<const Site> sites);
 
@@ -54,7 +59,7 @@ struct DISCOPLAN_EXPORT Sample {
   double Quantile(double p) const;
   // Found when they are first asked for: a sample is one thread's.
 
-  /// Median of the distances from the median, not scaled.
+  /// Median of the distances from the median, not scaled (`kSigmaOfMedianDeviation`).
   double MedianDeviation() const;
   /// Of the sites.
   const PlaneFit& Plane() const;

@@ -44,7 +44,7 @@ bool PlaneFitter::KnowsPlaces(std::span<const Site> places) const {
 
 PlaneFit PlaneFitter::Fit(std::span<const Site> places, std::span<const double> values) {
   if (!KnowsPlaces(places)) {
-    DesignMatrix design(places.size(), PlaneFit::kTerms);
+    DesignMatrix design(places.size(), PlaneFit::kTerms, {.first = 1});
     for (std::size_t i = 0; i < places.size(); ++i) {
       design.At(i, 0) = 1;
       design.At(i, 1) = places[i].x;
@@ -63,7 +63,7 @@ ZernikeFit FitZernike(std::span<const Site> sites, int order, double radius) {
   ZernikeFit result{order, radius > 0 ? radius : FarthestRadius(sites), {}, 0};
   if (!(result.radius > 0)) result.radius = 1;  // a lone site at the centre
   const auto terms = static_cast<std::size_t>(ZernikeTerms(order));
-  DesignMatrix design(sites.size(), terms);
+  DesignMatrix design(sites.size(), terms, {.order = order});
   for (std::size_t term = 0; term < terms; ++term) {
     const ZernikeIndex index = ZernikeOf(static_cast<int>(term));
     for (std::size_t i = 0; i < sites.size(); ++i) {
