@@ -330,6 +330,12 @@ std::vector<std::uint8_t> HeldPicture::Encode(FigureFormat format) {
   }
   const FigureText& text = TextFor(drawing_);
   if (format == FigureFormat::Pdf) return ToPdf(pages_, kImagePixels, text.Letters());
+  if (format == FigureFormat::Png) {
+    const double pixels_per_point = drawing_.size.pixels_per_point;
+    auto& encoder = OfThread<FigureEncoder>();
+    return pages_.size() == 1 ? encoder.Encode(pages_.front(), pixels_per_point, text.Letters())
+                              : encoder.Encode(Stacked(), pixels_per_point, text.Letters());
+  }
   return EncodeFigure(Stacked(), format, drawing_.size.pixels_per_point, text);
 }
 

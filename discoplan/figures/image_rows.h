@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "discoplan/figures/shapes.h"
@@ -15,7 +16,12 @@ namespace discoplan::figures {
 
 class ImageRows {
  public:
-  ImageRows(const ImageSource& source, const PixelGrid& grid) : source_(source), grid_(grid) {}
+  /// In memory that was used before, if there is some.
+  ImageRows(const ImageSource& source, const PixelGrid& grid, std::vector<Rgba> memory = {})
+      : source_(source), grid_(grid), pixels_(std::move(memory)) {}
+
+  /// The memory, for other rows.
+  std::vector<Rgba> Take() { return std::move(pixels_); }
 
   const PixelGrid& Grid() const { return grid_; }
 

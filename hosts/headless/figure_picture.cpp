@@ -157,17 +157,25 @@ void Divide(std::span<Pixel> pixels) {
   }
 }
 
+/// What of a picture is large.
+struct Room {
+  std::vector<Pixel> pixels;
+  std::vector<Rgba> image;
+};
+
 /// Paints what of a figure lies in a band of its picture, with the pixels that the whole would
 /// have: shapes are left out where they are elsewhere, but never cut, which would round their edges
 /// anew.
 class RasterDevice final : public figures::Device {
  public:
-  RasterDevice(const Figure& figure, double pixels_per_point, const FreeTypeText& text)
+  RasterDevice(const Figure& figure, double pixels_per_point, const FreeTypeText& text, Room& room)
       : scale_(pixels_per_point),
         text_(text),
         figure_(figure),
         width_(std::max(1, static_cast<int>(std::lround(figure.width * scale_)))),
-        height_(std::max(1, static_cast<int>(std::lround(figure.height * scale_)))) {}
+        height_(std::max(1, static_cast<int>(std::lround(figure.height * scale_)))),
+        pixels_(room.pixels),
+        image_room_(room.image) {}
 
   int Width() const { return width_; }
   int Height() const { return height_; }
@@ -219,7 +227,8 @@ class RasterDevice final : public figures::Device {
     const auto image = images_
                            .try_emplace(&shape, *shape.source,
                                         figures::PixelGrid{left / scale_, top / scale_, 1 / scale_,
-                                                           right - left, bottom - top})
+                                                           right - left, bottom - top},
+                                        std::move(image_room_))
                            .first;
     figures::ImageRows& rows = image->second;
     AddToCells(path_);
@@ -232,7 +241,9 @@ class RasterDevice final : public figures::Device {
           static_cast<std::size_t>(begin - left), static_cast<std::size_t>(end - begin));
       PutColours(colours, cover, RowAt(y) + begin);
     });
-    if (bottom <= band_.bottom) images_.erase(image);
+    if (bottom > band_.bottom) return;
+    image_room_ = rows.Take();
+    images_.erase(image);
   }
 
  private:
@@ -317,7 +328,8 @@ class RasterDevice final : public figures::Device {
   int width_;
   int height_;
   Band band_;
-  std::vector<Pixel> pixels_;
+  std::vector<Pixel>& pixels_;
+  std::vector<Rgba>& image_room_;
   PixelPath path_;
   // That go on in the next band, whose first rows are made together with the last ones of this.
   std::map<const ImageShape*, figures::ImageRows> images_;
@@ -327,27 +339,41 @@ class RasterDevice final : public figures::Device {
 }  // namespace
 
 FigurePicture PaintFigure(const Figure& figure, double pixels_per_point, const FreeTypeText& text) {
-  RasterDevice device(figure, pixels_per_point, text);
-  const std::span<const Pixel> pixels = device.Paint({0, device.Height()});
-  return {{pixels.begin(), pixels.end()}, device.Width(), device.Height(), device.HasAlpha()};
+  Room room;
+  RasterDevice device(figure, pixels_per_point, text, room);
+  device.Paint({0, device.Height()});
+  return {std::move(room.pixels), device.Width(), device.Height(), device.HasAlpha()};
 }
 
-std::vector<std::uint8_t> EncodeFigurePicture(const Figure& figure, double pixels_per_point,
-                                              const FreeTypeText& text) {
-  constexpr int kPixels = 1 << 18;  // of a band, about
-  RasterDevice device(figure, pixels_per_point, text);
+struct FigureEncoder::Memory : Room {
+  std::vector<std::uint8_t> file;
+};
+
+FigureEncoder::FigureEncoder() : memory_(std::make_unique<Memory>()) {}
+
+FigureEncoder::~FigureEncoder() = default;
+
+std::vector<std::uint8_t> FigureEncoder::Encode(const Figure& figure, double pixels_per_point,
+                                                const FreeTypeText& text) {
+  constexpr int kPixels = 1 << 19;            // of a band, about
+  constexpr std::size_t kMostKept = 1 << 20;  // bytes of a file
+  RasterDevice device(figure, pixels_per_point, text, *memory_);
   const int bands =
       std::max(1, static_cast<int>(std::lround(1.0 * device.Width() * device.Height() / kPixels)));
   const int rows = (device.Height() + bands - 1) / bands;
-  return EncodePng(
-      PngStrips{.width = device.Width(),
-                .height = device.Height(),
-                .rows_from =
-                    [&](int top) {
-                      return device.Paint({top, std::min(top + rows, device.Height())});
-                    },
-                .pixels_per_metre = static_cast<int>(std::lround(pixels_per_point * 72 / 0.0254)),
-                .has_alpha = device.HasAlpha()});
+  const PngStrips picture = {
+      .width = device.Width(),
+      .height = device.Height(),
+      .rows_from =
+          [&](int top) {
+            return device.Paint({top, std::min(top + rows, device.Height())});
+          },
+      .pixels_per_metre = static_cast<int>(std::lround(pixels_per_point * 72 / 0.0254)),
+      .has_alpha = device.HasAlpha()};
+  std::vector<std::uint8_t> file = EncodePng(picture, std::move(memory_->file));
+  if (file.capacity() > kMostKept) return file;
+  memory_->file = std::move(file);
+  return {memory_->file.begin(), memory_->file.end()};
 }
 
 double FigureText::Width(std::string_view text, double size, bool bold) const {

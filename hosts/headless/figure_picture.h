@@ -7,6 +7,7 @@
 ///     FreeTypeText text;
 ///     const FigurePicture picture = PaintFigure(figure, 2, text);
 
+#include <memory>
 #include <vector>
 
 #include "discoplan/figures/shapes.h"
@@ -28,10 +29,29 @@ DISCOPLAN_HEADLESS_EXPORT FigurePicture PaintFigure(const figures::Figure& figur
                                                     double pixels_per_point,
                                                     const FreeTypeText& text);
 
-/// The same picture as a PNG file, painted and compressed in bands, so that it is never in memory
-/// as a whole.
-DISCOPLAN_HEADLESS_EXPORT std::vector<std::uint8_t> EncodeFigurePicture(
-    const figures::Figure& figure, double pixels_per_point, const FreeTypeText& text);
+/// Figures as PNG files, one after the other, with the pixels that `PaintFigure` gives. A large
+/// picture is painted and compressed in bands, so that it is never in memory as a whole.
+///
+/// The memory of a picture, some megabytes at most, is kept for the next one: to have it from the
+/// system anew can take a third of a picture's time. An object belongs to one thread at a time.
+class DISCOPLAN_HEADLESS_EXPORT FigureEncoder {
+ public:
+  FigureEncoder();
+  ~FigureEncoder();
+
+  std::vector<std::uint8_t> Encode(const figures::Figure& figure, double pixels_per_point,
+                                   const FreeTypeText& text);
+
+ private:
+  struct Memory;
+  std::unique_ptr<Memory> memory_;
+};
+
+inline std::vector<std::uint8_t> EncodeFigurePicture(const figures::Figure& figure,
+                                                     double pixels_per_point,
+                                                     const FreeTypeText& text) {
+  return FigureEncoder().Encode(figure, pixels_per_point, text);
+}
 
 /// Text as the figures' devices set it.
 class DISCOPLAN_HEADLESS_EXPORT FigureText final : public figures::TextMeasure {

@@ -224,9 +224,13 @@ void Flush(png_structp) {}
 
 class PngWriter {
  public:
-  PngWriter()
-      : png_(png_create_write_struct(PNG_LIBPNG_VER_STRING, &reason_, GiveUp, Ignore)),
-        info_(png_ != nullptr ? png_create_info_struct(png_) : nullptr) {}
+  /// In memory whose content isn't wanted any more.
+  explicit PngWriter(std::vector<std::uint8_t> memory)
+      : bytes_(std::move(memory)),
+        png_(png_create_write_struct(PNG_LIBPNG_VER_STRING, &reason_, GiveUp, Ignore)),
+        info_(png_ != nullptr ? png_create_info_struct(png_) : nullptr) {
+    bytes_.clear();
+  }
   ~PngWriter() { png_destroy_write_struct(&png_, &info_); }
   PngWriter(const PngWriter&) = delete;
   PngWriter& operator=(const PngWriter&) = delete;
@@ -327,7 +331,7 @@ std::vector<std::uint8_t> EncodePng(const PngPicture& picture) {
   return EncodePng(AsStrips(picture));
 }
 
-std::vector<std::uint8_t> EncodePng(const PngStrips& picture) {
+std::vector<std::uint8_t> EncodePng(const PngStrips& picture, std::vector<std::uint8_t> memory) {
   if (picture.width <= 0 || picture.height <= 0) {
     throw PngError("a picture of " + SizeOf(picture) + " is empty");
   }
@@ -335,7 +339,7 @@ std::vector<std::uint8_t> EncodePng(const PngStrips& picture) {
   std::optional<ColourDeflater> colours;
   std::size_t start = 0;
   const auto begin_colours = [&] {
-    std::vector<std::uint8_t> bytes = PngWriter().Encode(picture, nullptr);
+    std::vector<std::uint8_t> bytes = PngWriter(std::move(memory)).Encode(picture, nullptr);
     // About as much as a map takes, so that there are seldom two of it for a while.
     bytes.reserve(static_cast<std::size_t>(picture.width) *
                   static_cast<std::size_t>(picture.height) / 8 * 5);
@@ -349,7 +353,7 @@ std::vector<std::uint8_t> EncodePng(const PngStrips& picture) {
     if (!colours) begin_colours();
     colours->Add(row);
   });
-  if (!colours) return PngWriter().Encode(picture, &indexer.Rows());
+  if (!colours) return PngWriter(std::move(memory)).Encode(picture, &indexer.Rows());
   std::vector<std::uint8_t> bytes = colours->Take();
   EndChunk(start, bytes);
   EndChunk(BeginChunk("IEND", bytes), bytes);

@@ -42,8 +42,10 @@ struct PngStrips {
 /// The bytes of the file. Raises `std::runtime_error` for a picture without pixels, or with other
 /// than `width` * `height` of them.
 DISCOPLAN_HEADLESS_EXPORT std::vector<std::uint8_t> EncodePng(const PngPicture& picture);
-/// The same bytes for the same picture in strips. What `rows_from` raises goes through.
-DISCOPLAN_HEADLESS_EXPORT std::vector<std::uint8_t> EncodePng(const PngStrips& picture);
+/// The same bytes for the same picture in strips, in memory that was used before, if there is some.
+/// What `rows_from` raises goes through.
+DISCOPLAN_HEADLESS_EXPORT std::vector<std::uint8_t> EncodePng(
+    const PngStrips& picture, std::vector<std::uint8_t> memory = {});
 
 /// The file appears whole or not at all, and one that was there before stays if this fails. What
 /// is neither a file nor a folder, such as a pipe, is written to as it is. Raises `FileError`, also

@@ -154,6 +154,19 @@ TEST_F(FigureFiles, HaveThePixelsOfThePictureAsAWhole) {
   }
 }
 
+TEST_F(FigureFiles, AreTheSameInMemoryOfOthersBefore) {
+  const FigureText text("Arial");
+  FigureEncoder encoder;
+  for (const double pixels_per_point : {2.3, 0.7, 3.1, 1.0}) {
+    for (const PlotKind kind : {PlotKind::Map, PlotKind::Histogram, PlotKind::Contours}) {
+      const figures::Figure figure = MakeFigure(kind, plot_, {.width = 390, .height = 320}, text);
+      EXPECT_EQ(encoder.Encode(figure, pixels_per_point, text.Letters()),
+                EncodeFigurePicture(figure, pixels_per_point, text.Letters()))
+          << pixels_per_point;
+    }
+  }
+}
+
 TEST_F(FigureFiles, AreTransparentWhereNothingIs) {
   SaveFigure(PathOf("a.png"), PlotKind::Map, plot_, {.transparent = true});
   EXPECT_EQ(Shell("convert a.png -format '%[fx:p{2,2}.a]' info:").output, "0");
