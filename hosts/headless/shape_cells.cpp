@@ -9,6 +9,14 @@ namespace {
 
 constexpr int kPart = 256;  // of a pixel
 
+// Lines go to all sides in turn, which no branch foretells: choices are made by masks.
+
+/// All bits set, or none.
+template <class Number>
+Number MaskOf(bool all) {
+  return -static_cast<Number>(all);
+}
+
 /// Rounded down, with what is left over.
 template <class Number>
 struct Quotient {
@@ -16,9 +24,9 @@ struct Quotient {
   Number rest;
 
   Quotient(Number a, Number b) : whole(a / b), rest(a % b) {
-    if (rest >= 0) return;
-    --whole;
-    rest += b;
+    const auto below = MaskOf<Number>(rest < 0);
+    whole += below;
+    rest += below & b;
   }
 };
 
@@ -31,9 +39,9 @@ class EvenShares {
 
   int Next() {
     rest_ += each_.rest;
-    const bool is_whole = rest_ >= 0;
-    if (is_whole) rest_ -= of_;
-    return static_cast<int>(each_.whole) + (is_whole ? 1 : 0);
+    const auto is_whole = MaskOf<Number>(rest_ >= 0);
+    rest_ -= is_whole & of_;
+    return static_cast<int>(each_.whole - is_whole);
   }
 
  private:
@@ -50,7 +58,8 @@ struct Walk {
 };
 Walk WalkOf(int from, int to) {
   const int inside = from & (kPart - 1);
-  return to > from ? Walk{1, kPart, kPart - inside} : Walk{-1, 0, inside};
+  const int up = MaskOf<int>(to > from);
+  return {(up & 2) - 1, up & kPart, inside + (up & (kPart - 2 * inside))};
 }
 
 }  // namespace
