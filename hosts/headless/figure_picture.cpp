@@ -349,17 +349,17 @@ struct FigureEncoder::Memory : Room {
   std::vector<std::uint8_t> file;
 };
 
-FigureEncoder::FigureEncoder() : memory_(std::make_unique<Memory>()) {}
+FigureEncoder::FigureEncoder(int band_pixels)
+    : memory_(std::make_unique<Memory>()), band_pixels_(band_pixels) {}
 
 FigureEncoder::~FigureEncoder() = default;
 
 std::vector<std::uint8_t> FigureEncoder::Encode(const Figure& figure, double pixels_per_point,
                                                 const FreeTypeText& text) {
-  constexpr int kPixels = 1 << 19;            // of a band, about
   constexpr std::size_t kMostKept = 1 << 20;  // bytes of a file
   RasterDevice device(figure, pixels_per_point, text, *memory_);
-  const int bands =
-      std::max(1, static_cast<int>(std::lround(1.0 * device.Width() * device.Height() / kPixels)));
+  const int bands = std::max(
+      1, static_cast<int>(std::lround(1.0 * device.Width() * device.Height() / band_pixels_)));
   const int rows = (device.Height() + bands - 1) / bands;
   const PngStrips picture = {
       .width = device.Width(),

@@ -29,14 +29,15 @@ DISCOPLAN_HEADLESS_EXPORT FigurePicture PaintFigure(const figures::Figure& figur
                                                     double pixels_per_point,
                                                     const FreeTypeText& text);
 
-/// Figures as PNG files, one after the other, with the pixels that `PaintFigure` gives. A large
-/// picture is painted and compressed in bands, so that it is never in memory as a whole.
+/// Figures as PNG files, one after the other, with the pixels that `PaintFigure` gives. They are
+/// painted and compressed in bands of so many pixels, about, so that a large one is never in memory
+/// as a whole.
 ///
 /// The memory of a picture, some megabytes at most, is kept for the next one: to have it from the
 /// system anew can take a third of a picture's time. An object belongs to one thread at a time.
 class DISCOPLAN_HEADLESS_EXPORT FigureEncoder {
  public:
-  FigureEncoder();
+  explicit FigureEncoder(int band_pixels = 1 << 19);
   ~FigureEncoder();
 
   std::vector<std::uint8_t> Encode(const figures::Figure& figure, double pixels_per_point,
@@ -45,12 +46,14 @@ class DISCOPLAN_HEADLESS_EXPORT FigureEncoder {
  private:
   struct Memory;
   std::unique_ptr<Memory> memory_;
+  int band_pixels_;
 };
 
+/// The same for one picture, in less memory.
 inline std::vector<std::uint8_t> EncodeFigurePicture(const figures::Figure& figure,
                                                      double pixels_per_point,
                                                      const FreeTypeText& text) {
-  return FigureEncoder().Encode(figure, pixels_per_point, text);
+  return FigureEncoder(1 << 18).Encode(figure, pixels_per_point, text);
 }
 
 /// Text as the figures' devices set it.
