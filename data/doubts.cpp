@@ -29,6 +29,11 @@ std::optional<float> FilledBy(double across, double millimetres) {
   return {};
 }
 
+bool AreWhole(const std::vector<float>& positions) {
+  return std::all_of(positions.begin(), positions.end(),
+                     [](float position) { return position == std::floor(position); });
+}
+
 std::string DoubtOfQuadrant(const ReadRequest& request, const Wafer& wafer) {
   const auto is_past = [](float position) { return position >= 0; };
   if (!std::all_of(wafer.x.begin(), wafer.x.end(), is_past) ||
@@ -42,13 +47,10 @@ std::string DoubtOfQuadrant(const ReadRequest& request, const Wafer& wafer) {
   const auto [left, right] = std::minmax_element(wafer.x.begin(), wafer.x.end());
   const auto [bottom, top] = std::minmax_element(wafer.y.begin(), wafer.y.end());
   if (*left == *right || *bottom == *top) return {};
-  const auto is_whole = [](float position) { return position == std::floor(position); };
-  const bool whole = std::all_of(wafer.x.begin(), wafer.x.end(), is_whole) &&
-                     std::all_of(wafer.y.begin(), wafer.y.end(), is_whole);
   std::string doubt =
       "all sites lie in the quadrant right above the centre; if they are counted from a corner, "
       "use --origin corner";
-  if (whole && !request.pitch) {
+  if (!request.pitch && AreWhole(wafer.x) && AreWhole(wafer.y)) {
     doubt += ", and if they are numbers of dies, --pitch WIDTH HEIGHT with it";
   }
   return doubt;
@@ -80,6 +82,9 @@ std::string DoubtOfUnit(const Wafer& wafer) {
   }
   const std::string found =
       "the sites lie within " + LengthText(across) + " mm, as on no standard wafer; ";
+  constexpr std::string_view kPitch = "--pitch WIDTH HEIGHT (if they are numbers of dies)";
+  const bool may_count = !is_large && AreWhole(wafer.x) && AreWhole(wafer.y);
+  if (may_count) fits += (fits.empty() ? "" : " or ") + std::string(kPitch);
   if (!fits.empty()) return found + "try " + fits + ", or --unit mm if that is right";
   return is_large ? found + "scale them, or give their --diameter if that is right" : std::string();
 }

@@ -49,7 +49,9 @@ double LengthFactor(std::size_t column, const TableHead& head, std::string_view 
 bool NamesDies(std::string_view heading) {
   const std::string_view name = SplitHeading(heading).name;
   for (const std::string_view usual :
-       {"die x", "die_x", "diex", "x index", "die y", "die_y", "diey", "y index"}) {
+       {"die x",   "die_x",   "diex",   "x die",   "x_die",   "xdie",    "die y",
+        "die_y",   "diey",    "y die",  "y_die",   "ydie",    "x index", "y index",
+        "die col", "die_col", "diecol", "die row", "die_row", "dierow"}) {
     if (SameName(name, usual)) return true;
   }
   return false;

@@ -97,6 +97,7 @@ class TableReader {
   bool AddRow(const TextLine& line, const Condition& condition);
   void JudgeComment(const LineReader::Comment& comment);
   void RefuseOneWafer() const;
+  void RefuseNumbersOfRows() const;
   void JudgeRepeats();
   void JudgeTellers();
   std::string TellersText() const;
@@ -122,6 +123,21 @@ void TableReader::RefuseOneWafer() const {
   throw DataError({lines_.file()},
                   "the table is taken for one wafer; name the columns that tell its wafers apart "
                   "with --by, or leave out --wafer");
+}
+
+/// Rows without a header may begin with the number of their site, which then stands for X.
+void TableReader::RefuseNumbersOfRows() const {
+  // By chance, whole numbers count so few sites on 1 of 5! wafers at most.
+  constexpr std::size_t kFewest = 5;
+  if (start_.header || !request_.columns.empty() || start_.names.size() < 4) return;
+  if (lot_.wafers.empty() || lot_.wafers[0].x.size() < kFewest) return;
+  const std::vector<float>& x = lot_.wafers[0].x;
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    if (x[i] != x[0] + static_cast<float>(i) || x[0] > 1 || x[0] < 0) return;
+  }
+  throw DataError(start_.place,
+                  "there is no header line, and the first column only counts the rows; choose X, Y "
+                  "and value by number, as in --columns 2,3,4");
 }
 
 void TableReader::ReadRows(const Condition& condition) {
@@ -258,6 +274,7 @@ Lot TableReader::Read() {
   if (!lot_.wafers.empty() || !condition.IsGiven()) {
     rows_.RequireSites(lot_.wafers, start_.header ? start_.place.line : 0);
   }
+  RefuseNumbersOfRows();
   JudgeRepeats();
   JudgeTellers();
   rows_.TellNarrowing(lot_);

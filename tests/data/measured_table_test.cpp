@@ -162,6 +162,10 @@ TEST(InstrumentTable, IsRefusedInUnitsThatArentKnown) {
        "a.csv:1: 'Theta (grad)' is in 'grad'; write deg or rad"},
       {"numbers of dies", "DieX,DieY,V\n1,2,3\n",
        "a.csv:1: 'DieX' counts dies; give their size in mm with --pitch WIDTH HEIGHT"},
+      {"numbers of dies that were chosen",
+       "X_Die,Y_Die,V\n1,2,3\n",
+       "a.csv:1: 'X_Die' counts dies; give their size in mm with --pitch WIDTH HEIGHT",
+       {.columns = "X_Die,Y_Die,V"}},
       {"a pitch of lengths",
        "X (mm),Y (mm),V\n1,2,3\n",
        "a.csv:1: the positions are lengths with a unit and don't count dies; leave out --pitch",
@@ -254,6 +258,14 @@ TEST(InstrumentTable, TellsWhatLooksWrong) {
       {"X,Y,Q\n-14.7,0,9\n14.7,0,2\n0,14.7,3\n0,-14.7,4\n5,5,7\n",
        {"the sites lie within 29.4 mm, as on no standard wafer; try --unit cm (300 mm, in "
         "centimetres), or --unit mm if that is right"}},
+      {"X,Y,Q\n-2,-2,9\n2,0,2\n0,2,3\n0,-1,4\n1,0,7\n",
+       {"the sites lie within 5.65685 mm, as on no standard wafer; try --unit in (150 mm, in "
+        "inches) or --pitch WIDTH HEIGHT (if they are numbers of dies), or --unit mm if that is "
+        "right"}},
+      {"X,Y,Q\n-4,0,9\n4,0,2\n0,3,3\n0,-4,4\n1,0,7\n",
+       {"the sites lie within 8 mm, as on no standard wafer; try --pitch WIDTH HEIGHT (if they are "
+        "numbers of dies), or --unit mm if that is right"}},
+      {"X,Y,Q\n-4,0,9\n4,0,2\n0,3.5,3\n0,-4,4\n1,0,7\n", {}},
       {"X (mm),Y (mm),Q\n-14.7,0,9\n14.7,0,2\n0,14.7,3\n0,-14.7,4\n5,5,7\n", {}},
       // Fewer than the smallest pattern that is measured.
       {"X,Y,Q\n-14.7,0,9\n14.7,0,2\n0,14.7,3\n0,-14.7,4\n", {}},

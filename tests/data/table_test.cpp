@@ -268,6 +268,27 @@ TEST(DataTable, CountsWhatItLeavesOutByReason) {
                                                       {Reason::NotFinite, 2, 7}}));
 }
 
+TEST(DataTable, RefusesNumbersOfRowsForX) {
+  const std::string rows = "1,0,0,9\n2,9,0,8\n3,0,9,7\n4,-9,0,6\n5,0,-9,5\n";
+  const TableCase cases[] = {
+      {"numbers in front", rows,
+       "a.csv:1: there is no header line, and the first column only counts the rows; choose X, Y "
+       "and value by number, as in --columns 2,3,4"},
+      {"from 0", "0 0 0 9\n1 9 0 8\n2 0 9 7\n3 -9 0 6\n4 0 -9 5\n",
+       "a.csv:1: there is no header line, and the first column only counts the rows; choose X, Y "
+       "and value by number, as in --columns 2,3,4"},
+      {"if they are chosen", rows, "1,0,0 2,9,0 3,0,9 4,-9,0 5,0,-9", "1,2,3"},
+      {"if they aren't", rows, "0,0,9 9,0,8 0,9,7 -9,0,6 0,-9,5", "2,3,4"},
+      {"below a header", "X,Y,V,W\n" + rows, "1,0,0 2,9,0 3,0,9 4,-9,0 5,0,-9", "X,Y,V"},
+      {"without another column", "1,0,9\n2,0,8\n3,0,7\n4,0,6\n5,0,5\n",
+       "1,0,9 2,0,8 3,0,7 4,0,6 5,0,5"},
+      {"of few rows", "1,0,0,9\n2,9,0,8\n3,0,9,7\n4,-9,0,6\n", "1,0,0 2,9,0 3,0,9 4,-9,0"},
+      {"from 2", "2,0,0,9\n3,9,0,8\n4,0,9,7\n5,-9,0,6\n6,0,-9,5\n",
+       "2,0,0 3,9,0 4,0,9 5,-9,0 6,0,-9"},
+  };
+  for (const TableCase& test : cases) Check(test);
+}
+
 TEST(DataTable, TellsOfRowsThatAreTakenForComments) {
   const TableCase cases[] = {
       {"all of them", "#,X,Y,V\n#1,0,0,5\n#2,9,0,6\n",
