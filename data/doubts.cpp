@@ -134,12 +134,13 @@ std::string DoubtOfIndex(const Lot& lot, const Wafer& wafer) {
 /// What instruments write for a value that they haven't.
 constexpr float kHuge = 1e30F;
 bool IsFill(float value) {
-  constexpr float kNines[] = {999, 9999, 99999, 999999, 9999999};
+  constexpr float kFills[] = {0, 999, 9999, 99999, 999999, 9999999};
   const float size = std::abs(value);
-  return size >= kHuge || std::find(std::begin(kNines), std::end(kNines), size) != std::end(kNines);
+  return size >= kHuge || std::find(std::begin(kFills), std::end(kFills), size) != std::end(kFills);
 }
 
-/// A value of that kind that lies farther from the others than they do from each other.
+/// A value of that kind that lies farther from the others than they do from each other. Zeros must
+/// be few among values that differ, as counts and flags aren't.
 std::optional<float> StrayFill(const Wafer& wafer) {
   const auto [low, high] = std::minmax_element(wafer.value.begin(), wafer.value.end());
   const float fill = IsFill(*high) ? *high : *low;
@@ -150,6 +151,10 @@ std::optional<float> StrayFill(const Wafer& wafer) {
     if (IsFill(value)) continue;
     least = std::min<double>(least, value);
     most = std::max<double>(most, value);
+  }
+  if (fill == 0) {
+    const auto zeros = std::count(wafer.value.begin(), wafer.value.end(), 0.0F);
+    if (4 * zeros > std::ssize(wafer.value) || least == most) return {};
   }
   const double gap = std::max(double{fill} - most, least - double{fill});
   return least <= most && gap > most - least ? std::optional(fill) : std::nullopt;
@@ -168,13 +173,14 @@ std::string DoubtOfFill(const Lot& lot, std::size_t parameter) {
     const auto fill = StrayFill(wafer);
     if (!fill) continue;
     const bool huge = std::abs(*fill) >= kHuge;
+    const bool highest = *std::max_element(wafer.value.begin(), wafer.value.end()) == *fill;
     const std::string number =
         huge ? (*fill > 0 ? "1e30" : "-1e30") : std::to_string(static_cast<int>(*fill));
     const std::string& name = lot.parameters[parameter].name;
     const bool has_columns = lot.kind == FileKind::Table || lot.kind == FileKind::Defects;
     return "values of " + Shown(name) + " are " + (huge ? "beyond " : "") + number +
            ", far from the others; if that stands for missing ones, use " +
-           (has_columns ? WhereOf(name, (*fill > 0 ? "< " : "> ") + number)
+           (has_columns ? WhereOf(name, (highest ? "< " : "> ") + number)
                         : "--drop-outliers 3.5mad");
   }
   return {};

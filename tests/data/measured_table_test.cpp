@@ -295,6 +295,16 @@ TEST(InstrumentTable, TellsWhatLooksWrong) {
       {"X,Y,Q # 1\n-90,0,9\n90,0,9999\n0,90,3\n0,-90,4\n5,5,7\n",
        {"values of 'Q # 1' are 9999, far from the others; if that stands for missing ones, use "
         "--where '`Q # 1` < 9999'"}},
+      {"X,Y,Q\n-90,0,501\n90,0,503.5\n0,90,0\n0,-90,502\n5,5,507\n",
+       {"values of 'Q' are 0, far from the others; if that stands for missing ones, use --where "
+        "\"Q > 0\""}},
+      {"X,Y,Q\n-90,0,-51\n90,0,-53.5\n0,90,0\n0,-90,-52\n5,5,-57\n",
+       {"values of 'Q' are 0, far from the others; if that stands for missing ones, use --where "
+        "\"Q < 0\""}},
+      // Flags, counts, and values that reach down to zero.
+      {"X,Y,Q\n-90,0,1\n90,0,1\n0,90,0\n0,-90,1\n5,5,1\n", {}},
+      {"X,Y,Q\n-90,0,0\n90,0,7\n0,90,0\n0,-90,8\n5,5,7\n", {}},
+      {"X,Y,Q\n-90,0,3\n90,0,7\n0,90,0\n0,-90,8\n5,5,7\n", {}},
       {"X,Y,Q\n-90,0,990\n90,0,999\n0,90,980\n0,-90,1005\n5,5,7\n", {}},
       {"X,Y,Q\n-90,0,990\n90,0,999\n0,90,980\n0,-90,985\n5,5,981\n", {}},
       {"X,Y,Q\n3,150,9\n297,150,2\n150.5,3,3\n150,297,4\n150,150,7\n",
