@@ -11,8 +11,6 @@
 namespace discoplan::figures {
 namespace {
 
-constexpr int kAcross = 96;  // points of the lattice
-
 /// Sites that don't make a surface.
 double FarDistance(const SiteView& sites, double radius, bool triangle) {
   if (triangle) return 0.1 * radius;
@@ -87,24 +85,16 @@ Coverage::Coverage(const WaferPlot& plot) {
   }
 }
 
-Coverage::Spot Coverage::SpotOf(Point place) const {
-  const double across = (place.x - lattice_.x0) / lattice_.step;
-  const double down = (lattice_.y0 - place.y) / lattice_.step;
-  const int i = std::clamp(static_cast<int>(across), 0, kAcross - 2);
-  const int j = std::clamp(static_cast<int>(down), 0, kAcross - 2);
-  const float* upper = distances_.data() + static_cast<std::size_t>(j * kAcross + i);
-  return {upper, upper + kAcross, across - i, down - j};
-}
-
-double Coverage::DistanceAt(Point place) const {
-  const auto [upper, lower, right, below] = SpotOf(place);
-  return (1 - below) * ((1 - right) * upper[0] + right * upper[1]) +
-         below * ((1 - right) * lower[0] + right * lower[1]);
+Coverage::Row Coverage::RowAt(double y) const {
+  const double down = (lattice_.y0 - y) / lattice_.step;
+  const int row = std::clamp(static_cast<int>(down), 0, kAcross - 2);
+  return {distances_.data() + static_cast<std::size_t>(row * kAcross), down - row};
 }
 
 double Coverage::FindFar(double y, double distance, std::vector<Stretch>& stretches) const {
   constexpr double kNoEnd = std::numeric_limits<double>::infinity();
-  const auto [upper, lower, right, below] = SpotOf({lattice_.x0, y});
+  const auto [upper, below] = RowAt(y);
+  const float* lower = upper + kAcross;
   // Beyond the lattice nothing is known.
   if (!(below >= 0 && below <= 1)) {
     stretches.assign(1, {-kNoEnd, kNoEnd});

@@ -4,6 +4,7 @@
 /// Which places of a wafer are too far from every site to be told. Three sites tell of the triangle
 /// between them, fewer and those in line of their surroundings alone.
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -20,8 +21,23 @@ class DISCOPLAN_EXPORT Coverage {
   double Far() const { return far_; }
   /// Whether a part of the test area is farther than that from every site.
   bool HasFar() const { return has_far_; }
+  /// What is known of a height, for many places there.
+  struct Row {
+    const float* upper;  ///< Distances of the lattice's row above it.
+    double below;        ///< How far below that row it lies, in steps.
+  };
+  Row RowAt(double y) const;
   /// About, in mm; the place is in mm too.
-  double DistanceAt(Point place) const;
+  double DistanceAt(const Row& row, double x) const {
+    const double across = (x - lattice_.x0) / lattice_.step;
+    const int column = std::clamp(static_cast<int>(across), 0, kAcross - 2);
+    const double right = across - column;
+    const float* upper = row.upper + column;
+    const float* lower = upper + kAcross;
+    return (1 - row.below) * ((1 - right) * upper[0] + right * upper[1]) +
+           row.below * ((1 - right) * lower[0] + right * lower[1]);
+  }
+  double DistanceAt(Point place) const { return DistanceAt(RowAt(place.y), place.x); }
   struct Stretch {
     double left;
     double right;
@@ -34,14 +50,7 @@ class DISCOPLAN_EXPORT Coverage {
   std::string Note(const char* look) const;
 
  private:
-  /// Where a place lies in the lattice: in the square of four points, and how far in.
-  struct Spot {
-    const float* upper;
-    const float* lower;
-    double right;
-    double below;
-  };
-  Spot SpotOf(Point place) const;
+  static constexpr int kAcross = 96;  // points of the lattice
 
   double far_;
   bool triangle_;

@@ -134,6 +134,7 @@ class ValueImage final : public ImageSource {
   void HatchRow(const Row& row, std::span<const Coverage::Stretch> far,
                 std::span<Rgba> pixels) const {
     const Lattice& lattice = row.lattice;
+    const Coverage::Row known = coverage_->RowAt(lattice.Y(row.number));
     int next = row.first;
     for (const Coverage::Stretch& stretch : far) {
       const auto column_at = [&](double x) {
@@ -143,18 +144,16 @@ class ValueImage final : public ImageSource {
       next = std::max(next, static_cast<int>(std::floor(column_at(stretch.left))));
       for (; next <= end; ++next) {
         Rgba& pixel = pixels[static_cast<std::size_t>(next)];
-        pixel = Hatched(pixel, row, next);
+        const double distance = coverage_->DistanceAt(known, lattice.X(next));
+        const double part =
+            std::clamp((distance - coverage_->Far()) / lattice.step + 0.5, 0.0, 1.0);
+        if (part > 0) pixel = Hatched(pixel, part, row, next);
       }
     }
   }
 
-  Rgba Hatched(Rgba pixel, const Row& row, int column) const {
+  Rgba Hatched(Rgba pixel, double part, const Row& row, int column) const {
     const PixelGrid& grid = row.grid;
-    const double pixel_mm = row.lattice.step;
-    const double distance =
-        coverage_->DistanceAt({row.lattice.X(column), row.lattice.Y(row.number)});
-    const double part = std::clamp((distance - coverage_->Far()) / pixel_mm + 0.5, 0.0, 1.0);
-    if (part <= 0) return pixel;
     // Distance to the next of the slanted lines.
     const double x = grid.left + (column + 0.5) * grid.pitch;
     const double y = grid.top + (row.number + 0.5) * grid.pitch;
