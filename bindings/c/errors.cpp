@@ -49,6 +49,7 @@ discoplan_status StatusOf(Fault fault) {
 }  // namespace
 
 std::string WithFieldNames(const std::string& sentence) {
+  constexpr std::string_view kCorner = "--origin corner";  // a field is one or the other
   std::string text;
   bool in_option = false;
   for (std::size_t i = 0; i < sentence.size(); ++i) {
@@ -56,7 +57,10 @@ std::string WithFieldNames(const std::string& sentence) {
     const char next = i + 1 < sentence.size() ? sentence[i + 1] : ' ';
     const bool starts = sentence.compare(i, 2, "--") == 0 && i + 2 < sentence.size() &&
                         std::islower(static_cast<unsigned char>(sentence[i + 2])) != 0;
-    if (starts) {
+    if (sentence.compare(i, kCorner.size(), kCorner) == 0) {
+      text += "corner";
+      i += kCorner.size() - 1;
+    } else if (starts) {
       in_option = true;
       ++i;
     } else if (in_option && letter == '-' && std::islower(static_cast<unsigned char>(next)) != 0) {

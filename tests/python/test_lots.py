@@ -201,7 +201,7 @@ def test_files_are_read_by_numbers_too() -> None:
 def test_notes_name_the_options_of_python(tmp_path: pathlib.Path) -> None:
     path = tmp_path / "corner.csv"
     path.write_text("X,Y,V\n3,150,9\n297,150,2\n150.5,3,3\n150,297,4\n150,150,7\n")
-    assert "--" not in dp.read(path).notes and "origin corner" in dp.read(path).notes
+    assert "--" not in dp.read(path).notes and dp.read(path).notes.endswith("from a corner, use corner")
     inches = tmp_path / "inches.csv"
     inches.write_text("X,Y,V\n1,0,9\n-1,0,8\n")
     assert dp.read(inches, unit="in")[0].x.tolist() == dp.read(inches, unit="inch")[0].x.tolist() == [np.float32(25.4), np.float32(-25.4)]
