@@ -53,7 +53,7 @@ class DISCOPLAN_HEADLESS_EXPORT FigureEncoder {
 inline std::vector<std::uint8_t> EncodeFigurePicture(const figures::Figure& figure,
                                                      double pixels_per_point,
                                                      const FreeTypeText& text) {
-  return FigureEncoder(1 << 18).Encode(figure, pixels_per_point, text);
+  return FigureEncoder(3 << 16).Encode(figure, pixels_per_point, text);
 }
 
 /// Text as the figures' devices set it.
