@@ -9,7 +9,6 @@
 #include <limits>
 #include <numeric>
 
-#include "discoplan/controls/control_factory.h"
 #include "discoplan/controls/plot2d.h"
 #include "hosts/recording/recording_host.h"
 
@@ -443,19 +442,6 @@ TEST_F(Plot2DState, SurvivesSitesAndLimitsOfEveryNumber) {
       EXPECT_NO_THROW(plot_.SetSize(6000, 4500));
     }
     Attempt([&] { plot_.ReleasePlotLimit(); });
-  }
-}
-
-TEST(ControlFactory, KnowsItsClasses) {
-  RecordingHost host;
-  for (const ControlClass* own_class : ControlClasses()) {
-    const std::string_view name = own_class->name;
-    const auto control = NewControl(name, host, nullptr);
-    ASSERT_NE(control, nullptr) << name;
-    EXPECT_EQ(control->root().name, name);
-  }
-  for (const char* name : {"", "plot2d", "Plot2D ", "Plot9D"}) {
-    EXPECT_EQ(NewControl(name, host, nullptr), nullptr) << name;
   }
 }
 

@@ -1,128 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/headless/freetype_text.h"
 
-#include <fontconfig/fontconfig.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <initializer_list>
 #include <limits>
-#include <optional>
-#include <random>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "discoplan/raster/canvas.h"
-#include "tests/temporary_folder.h"
+#include "tests/headless/painted_text.h"
 
 namespace discoplan {
 namespace {
 
-namespace fs = std::filesystem;
-
-constexpr Pixel kPaper = 0xFFFFFFFF;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kPixelsPerPoint = 96.0 / 72;
-
-std::vector<Pixel> Copy(const Canvas& canvas) {
-  return {canvas.Pixels().begin(), canvas.Pixels().end()};
-}
-
-Pixel At(const Canvas& canvas, int x, int y) {
-  return canvas.Pixels()[static_cast<std::size_t>(y * canvas.Width() + x)];
-}
-
-/// Both corners belong to it.
-std::optional<PixelBox> Ink(const Canvas& canvas) {
-  std::optional<PixelBox> ink;
-  for (int y = 0; y < canvas.Height(); ++y) {
-    for (int x = 0; x < canvas.Width(); ++x) {
-      if (At(canvas, x, y) == kPaper) continue;
-      if (!ink) ink = PixelBox{x, y, x, y};
-      ink = PixelBox{std::min(ink->left, x), ink->top, std::max(ink->right, x), y};
-    }
-  }
-  return ink;
-}
-
-/// Sum of 255 - green: that of black ink.
-double Weight(const Canvas& canvas) {
-  double weight = 0;
-  for (const Pixel pixel : canvas.Pixels()) weight += 255 - (pixel >> 8 & 0xFF);
-  return weight;
-}
-
-Canvas Painted(const Font& font, std::string_view text, const TextPlacement& placement = {5, 5}) {
-  Canvas canvas(200, 60, kPaper);
-  FreeTypeText().Paint(canvas, font, placement, text);
-  return canvas;
-}
-
-/// Makes other fonts the machine's for texts that begin in its lifetime.
-class MachineFonts {
- public:
-  explicit MachineFonts(const std::vector<std::string>& files) {
-    fs::create_directory(folder_ / "fonts");
-    // fontconfig takes the first of two that serve equally well.
-    for (std::size_t i = 0; i < files.size(); ++i) {
-      fs::copy_file(files[i], folder_ / "fonts" / (std::to_string(i) + ".ttf"));
-    }
-    std::ofstream(folder_ / "fonts.conf")
-        << "<fontconfig><dir>" << folder_.string() << "/fonts</dir><cachedir>" << folder_.string()
-        << "/cache</cachedir></fontconfig>";
-    if (const char* before = std::getenv(kVariable)) before_ = before;
-    setenv(kVariable, (folder_ / "fonts.conf").c_str(), 1);
-  }
-  ~MachineFonts() { before_ ? setenv(kVariable, before_->c_str(), 1) : unsetenv(kVariable); }
-  MachineFonts(const MachineFonts&) = delete;
-  MachineFonts& operator=(const MachineFonts&) = delete;
-
- private:
-  static constexpr const char* kVariable = "FONTCONFIG_FILE";
-
-  const TemporaryFolder temporary_;
-  const fs::path folder_ = temporary_.path();
-  std::optional<std::string> before_;
-};
-
-/// The file of a family's plain style, or nothing where the machine lacks the family.
-std::string FileOf(const char* family) {
-  FcConfig* config = FcInitLoadConfigAndFonts();
-  FcPattern* wanted = FcPatternBuild(
-      nullptr, FC_FAMILY, FcTypeString, family, FC_WEIGHT, FcTypeInteger, FC_WEIGHT_REGULAR,
-      FC_SLANT, FcTypeInteger, FC_SLANT_ROMAN, FC_WIDTH, FcTypeInteger, FC_WIDTH_NORMAL, nullptr);
-  FcObjectSet* objects = FcObjectSetBuild(FC_FILE, nullptr);
-  FcFontSet* found = FcFontList(config, wanted, objects);
-  FcChar8* path = nullptr;
-  std::string file;
-  if (found->nfont > 0 && FcPatternGetString(found->fonts[0], FC_FILE, 0, &path) == FcResultMatch) {
-    file = reinterpret_cast<const char*>(path);
-  }
-  FcFontSetDestroy(found);
-  FcObjectSetDestroy(objects);
-  FcPatternDestroy(wanted);
-  FcConfigDestroy(config);
-  return file;
-}
-
-TEST(FreeTypeText, UsualPlacesHoldTheFontThatFontconfigFinds) {
-  if (std::getenv("FONTCONFIG_FILE") != nullptr) GTEST_SKIP() << "other fonts are asked for";
-  for (const bool bold : {false, true}) {
-    const Canvas usual = Painted({.bold = bold}, "Wafer 7");
-    setenv("FONTCONFIG_FILE", "/etc/fonts/fonts.conf", 1);
-    const Canvas found = Painted({.bold = bold}, "Wafer 7");
-    unsetenv("FONTCONFIG_FILE");
-    EXPECT_TRUE(std::ranges::equal(usual.Pixels(), found.Pixels())) << "bold: " << bold;
-  }
-}
 
 TEST(FreeTypeText, InkLiesWithinTheMeasuredBox) {
   const FreeTypeText text;
@@ -259,20 +157,6 @@ TEST(FreeTypeText, BoldIsWiderOrHeavier) {
   EXPECT_GT(text.Width({.bold = true}, 4, "Mean"), text.Width({}, 4, "Mean"));
 }
 
-TEST(FreeTypeText, BoldIsMadeWhereTheFamilyHasNone) {
-  const std::string file = FileOf("Liberation Sans");
-  if (file.empty()) GTEST_SKIP() << "needs Liberation Sans";
-  const MachineFonts fonts({file});
-  const Canvas plain = Painted({}, "HHH"), bold = Painted({.bold = true}, "HHH");
-  EXPECT_GT(Weight(bold), 1.2 * Weight(plain));
-  // To the sides only.
-  EXPECT_EQ(Ink(bold)->top, Ink(plain)->top);
-  EXPECT_EQ(Ink(bold)->bottom, Ink(plain)->bottom);
-  // Each of three letters grows by 1/24 of 24 pixels.
-  const FreeTypeText text;
-  EXPECT_NEAR(text.Width({.bold = true}, 3, "HHH"), text.Width({}, 3, "HHH") + 3, 1e-9);
-}
-
 TEST(FreeTypeText, UnderlineRunsBelowTheBaseLineFromEndToEnd) {
   const FreeTypeText text;
   for (const double pixels_per_point : {kPixelsPerPoint, 2.0, 4.0}) {
@@ -316,46 +200,6 @@ TEST(FreeTypeText, SymbolHasGreekForLatinLetters) {
     EXPECT_EQ(symbol, Copy(Painted({.name = "Liberation Sans", .size = 12}, row.greek)));
   }
   EXPECT_NE(Copy(Painted({.name = "Symbol"}, "s")), Copy(Painted({.name = "Arial"}, "s")));
-}
-
-TEST(FreeTypeText, FamiliesStandInForEachOther) {
-  const std::string liberation = FileOf("Liberation Sans"), dejavu = FileOf("DejaVu Sans");
-  const std::string others[] = {FileOf("Liberation Mono"), FileOf("Liberation Serif"),
-                                FileOf("DejaVu Serif"), FileOf("DejaVu Sans Mono")};
-  if (liberation.empty() || dejavu.empty() || std::ranges::count(others, "") > 0)
-    GTEST_SKIP() << "needs Liberation and DejaVu";
-  const auto width = [](const char* name) {
-    return FreeTypeText().Width({.name = name}, 4, "Wafer");
-  };
-  const double of_liberation = width("Liberation Sans"), of_dejavu = width("DejaVu Sans");
-  ASSERT_NE(of_liberation, of_dejavu);
-  for (const char* name : {"Arial", "MS Sans Serif"}) {
-    EXPECT_EQ(width(name), of_liberation) << name;
-    for (const std::string& other : others) {
-      const MachineFonts fonts({other, dejavu});
-      EXPECT_EQ(width(name), of_dejavu) << name << " before " << other;
-    }
-  }
-  const MachineFonts fonts({liberation});
-  EXPECT_EQ(width("No Such Font"), of_liberation);
-  EXPECT_EQ(width(""), of_liberation);
-}
-
-TEST(FreeTypeText, OtherFontsLendTheGlyphsThatAreMissing) {
-  const std::string liberation = FileOf("Liberation Sans"), dejavu = FileOf("DejaVu Sans");
-  if (liberation.empty() || dejavu.empty()) GTEST_SKIP() << "needs Liberation and DejaVu";
-  // A frowning face is in DejaVu Sans only, a private character in none.
-  const std::string face = "\u2639", nowhere = "\U0010FFFD";
-  const auto box = Copy(Painted({}, nowhere));
-  EXPECT_NE(box, Copy(Painted({}, "")));
-  {
-    const MachineFonts fonts({liberation, dejavu});
-    EXPECT_NE(Copy(Painted({}, face)), box);
-    EXPECT_EQ(FreeTypeText().Width({}, 4, face),
-              FreeTypeText().Width({.name = "DejaVu Sans"}, 4, face));
-  }
-  const MachineFonts fonts({liberation});
-  EXPECT_EQ(Copy(Painted({}, face)), box);
 }
 
 TEST(FreeTypeText, EmptyTextHasNoWidthAndPaintsNothing) {
@@ -448,61 +292,6 @@ TEST(FreeTypeText, PlacementsFarAwayPaintNothing) {
              std::string(600'000, '8'));
   EXPECT_FALSE(Ink(canvas));
   EXPECT_TRUE(Ink(Painted({}, std::string(3000, '8'), {.x = -2000, .y = 5})));
-}
-
-TEST(FreeTypeText, MachineWithoutFontsIsAnErrorThatSaysWhatToInstall) {
-  const MachineFonts none({});
-  const FreeTypeText text;
-  Canvas canvas(50, 50, kPaper);
-  EXPECT_THROW(text.Height({}, 1), FontError);
-  EXPECT_THROW(text.Paint(canvas, {}, {}, "50"), FontError);
-  try {
-    text.Width({}, 1, "50");
-    FAIL() << "no error";
-  } catch (const FontError& error) {
-    EXPECT_STREQ(error.what(),
-                 "no scalable font was found; install one, such as the package fonts-liberation");
-  }
-}
-
-std::string ContentOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-/// A font that is cut off, or has noise in its outlines, says that there is none, or shows less.
-TEST(FreeTypeText, BrokenFontsShowLessOrCountAsNone) {
-  const std::string whole_file = FileOf("Liberation Sans");
-  if (whole_file.empty()) GTEST_SKIP();
-  const std::string whole = ContentOf(whole_file);
-  const TemporaryFolder folder;
-  const fs::path broken = folder.path() / "broken.ttf";
-  std::mt19937 random(3);
-  int none = 0;
-  int shown = 0;
-  for (std::size_t part = 0; part <= 10; ++part) {
-    for (const bool noisy : {false, true}) {
-      std::string content = whole.substr(0, noisy ? whole.size() : whole.size() * part / 10);
-      for (std::size_t i = whole.size() * part / 11; noisy && i < content.size(); i += 7) {
-        content[i] = static_cast<char>(random());
-      }
-      std::ofstream(broken, std::ios::binary) << content;
-      const MachineFonts only({broken.string()});
-      const FreeTypeText text;
-      // Not one of the usual places: those hold whole fonts.
-      const Font font{.name = "Serif of a machine", .size = 12};
-      Canvas canvas(200, 60, kPaper);
-      try {
-        EXPECT_GE(text.Width(font, 1.5, "Wafer 50 \u03BC"), 0);
-        text.Paint(canvas, font, {5, 5}, "Wafer 50 \u03BC");
-        shown += Ink(canvas).has_value();
-      } catch (const FontError&) {
-        ++none;
-      }
-    }
-  }
-  EXPECT_GE(none, 2);  // nothing of it, and a tenth
-  EXPECT_GT(shown, 0);
 }
 
 /// All that it is told, as numbers.

@@ -115,8 +115,6 @@ TEST_P(CanvasPolygonTest, GivesThePixels) {
             test.expected);
 }
 
-const Rows kBlank = Filled(7, 5, '.');
-
 INSTANTIATE_TEST_SUITE_P(
     Cases, CanvasPolygonTest,
     testing::Values(
@@ -251,132 +249,6 @@ TEST(CanvasTest, CellsTileWithNeitherGapNorOverlap) {
   }
 }
 
-struct LineCase {
-  const char* name;
-  PixelPoint from;
-  PixelPoint to;
-  Pen pen;
-  Rows expected;
-};
-
-class CanvasLineTest : public testing::TestWithParam<LineCase> {};
-
-TEST_P(CanvasLineTest, GivesThePixels) {
-  const LineCase& test = GetParam();
-  EXPECT_EQ(Drawn(7, 5, [&](Canvas& c) { c.Line(test.from, test.to, test.pen); }), test.expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, CanvasLineTest,
-    testing::Values(
-        LineCase{"WithoutItsEnd",
-                 {1, 2},
-                 {5, 2},
-                 kPen,
-                 {".......", ".......", ".####..", ".......", "......."}},
-        LineCase{"BackwardWithoutItsEnd",
-                 {5, 2},
-                 {1, 2},
-                 kPen,
-                 {".......", ".......", "..####.", ".......", "......."}},
-        // y = 1/2, 3/2 at x = 1, 3 are ties.
-        LineCase{"TieGoesUp",
-                 {0, 0},
-                 {6, 3},
-                 kPen,
-                 {"##.....", "..##...", "....##.", ".......", "......."}},
-        LineCase{"TieGoesUpBackward",
-                 {6, 3},
-                 {0, 0},
-                 kPen,
-                 {".#.....", "..##...", "....##.", "......#", "......."}},
-        LineCase{"TieGoesLeft",
-                 {2, 0},
-                 {0, 4},
-                 kPen,
-                 {"..#....", ".#.....", ".#.....", "#......", "......."}},
-        LineCase{"PointIsNothing", {3, 2}, {3, 2}, kPen, kBlank},
-        LineCase{"NoPen", {0, 0}, {6, 4}, kNoPen, kBlank},
-        LineCase{"NoWidthIsWidthOne",
-                 {1, 2},
-                 {5, 2},
-                 {.width = 0},
-                 {".......", ".......", ".####..", ".......", "......."}},
-        LineCase{"FarDiagonal",
-                 {kMin, kMin},
-                 {kMax, kMax},
-                 kPen,
-                 {"#......", ".#.....", "..#....", "...#...", "....#.."}},
-        LineCase{"FarLevel",
-                 {kMax, 3},
-                 {kMin, 3},
-                 kPen,
-                 {".......", ".......", ".......", "#######", "......."}},
-        LineCase{"FarUpright",
-                 {2, kMin},
-                 {2, kMax},
-                 kPen,
-                 {"..#....", "..#....", "..#....", "..#....", "..#...."}},
-        LineCase{"FarAway", {kMax, kMin}, {kMax, kMax}, kPen, kBlank},
-        LineCase{"PassesBy", {kMin, 0}, {kMax, kMax}, kPen, kBlank},
-        LineCase{"WideLevel",
-                 {2, 3},
-                 {5, 3},
-                 kWidePen,
-                 {".......", ".......", ".#####.", ".#####.", "......."}},
-        LineCase{"WideUpright",
-                 {3, 1},
-                 {3, 3},
-                 kWidePen,
-                 {"..##...", "..##...", "..##...", "..##...", "......."}},
-        LineCase{"WidePointIsNothing", {3, 2}, {3, 2}, kWidePen, kBlank},
-        LineCase{"WideFarLevel",
-                 {kMin, 3},
-                 {kMax, 3},
-                 kWidePen,
-                 {".......", ".......", "#######", "#######", "......."}},
-        // A band from (-1, 1) to (1, -1) off the diagonal: columns y - 2 to y + 1 of row y.
-        LineCase{"WideFarDiagonal",
-                 {kMin, kMin},
-                 {kMax, kMax},
-                 kWidePen,
-                 {"##.....", "###....", "####...", ".####..", "..####."}}),
-    [](const auto& test) { return test.param.name; });
-
-/// Whether the line's rule paints the pixel: on a line that is rather horizontal, y - 1/2 < the
-/// exact y <= y + 1/2.
-bool RuleDraws(PixelPoint from, PixelPoint to, std::int64_t x, std::int64_t y) {
-  Int128 dx = std::int64_t{to.x} - from.x, dy = std::int64_t{to.y} - from.y;
-  Int128 i = x - from.x, j = y - from.y;
-  if (std::abs(std::int64_t{to.y} - from.y) > std::abs(std::int64_t{to.x} - from.x)) {
-    std::swap(dx, dy);
-    std::swap(i, j);
-  }
-  const Int128 length = dx < 0 ? -dx : dx;
-  const Int128 along = dx < 0 ? -i : i;
-  const Int128 off = 2 * (dy * along - j * length);
-  return along >= 0 && along < length && -length < off && off <= length;
-}
-
-TEST(CanvasTest, LineFollowsTheRuleAtEveryMagnitude) {
-  std::mt19937 engine(3);
-  for (int round = 0; round < 4000; ++round) {
-    const std::int32_t reach = kMax >> Random(engine, 0, 27);
-    const auto coordinate = [&] { return Random(engine, -reach - 1, reach); };
-    const PixelPoint a = {coordinate(), coordinate()};
-    // Half of the lines end on the canvas.
-    const PixelPoint b = round % 2 == 0 ? PixelPoint{coordinate(), coordinate()}
-                                        : PixelPoint{Random(engine, 0, 22), Random(engine, 0, 16)};
-    Rows expected = Filled(23, 17, '.');
-    for (int y = 0; y < 17; ++y) {
-      for (int x = 0; x < 23; ++x) {
-        if (RuleDraws(a, b, x, y)) Set(expected, x, y, '#');
-      }
-    }
-    ASSERT_EQ(Drawn(23, 17, [&](Canvas& c) { c.Line(a, b, kPen); }), expected) << "round " << round;
-  }
-}
-
 /// What cells of maps and faces of surfaces look like, near every edge of the canvas.
 TEST(CanvasTest, SmallQuadranglesFollowTheRulesAcrossEveryEdge) {
   std::mt19937 engine(5);
@@ -403,21 +275,6 @@ TEST(CanvasTest, SmallQuadranglesFollowTheRulesAcrossEveryEdge) {
     const Pen& pen = outlined ? kPen : kNoPen;
     ASSERT_EQ(Drawn(23, 17, [&](Canvas& c) { c.Polygon(points, pen, kBrush); }), expected)
         << "round " << round;
-  }
-}
-
-TEST(CanvasTest, LineIsTheSameInBothDirectionsButForTheEnd) {
-  std::mt19937 engine(4);
-  for (int round = 0; round < 500; ++round) {
-    const PixelPoint a = {Random(engine, -9, 40), Random(engine, -9, 40)};
-    const PixelPoint b = {Random(engine, -9, 40), Random(engine, -9, 40)};
-    Rows there = Drawn(32, 32, [&](Canvas& c) { c.Line(a, b, kPen); });
-    Rows back = Drawn(32, 32, [&](Canvas& c) { c.Line(b, a, kPen); });
-    Set(there, b.x, b.y, '#');
-    Set(back, a.x, a.y, '#');
-    EXPECT_EQ(there, back);
-    EXPECT_EQ(Drawn(32, 32, [&](Canvas& c) { c.Line(a, b, kWidePen); }),
-              Drawn(32, 32, [&](Canvas& c) { c.Line(b, a, kWidePen); }));
   }
 }
 
@@ -474,58 +331,6 @@ TEST(CanvasTest, RectangleHasBothCorners) {
                     c.Rectangle({4, 3, 1, 0}, kPen, kNoBrush);
                   }),
             (Rows{".####", ".#..#", ".#..#", ".####"}));
-}
-
-TEST(CanvasTest, FloodFillStopsAtTheBoundary) {
-  Canvas canvas(6, 5, kWhitePixel);
-  canvas.Rectangle({1, 0, 5, 4}, kPen, kNoBrush);
-  canvas.FloodFill({3, 2}, kBlackPixel, kBrush);
-  const Rows inside = {".#####", ".#rrr#", ".#rrr#", ".#rrr#", ".#####"};
-  EXPECT_EQ(Show(canvas), inside);
-  canvas.FloodFill({1, 1}, kBlackPixel, kBrush);
-  EXPECT_EQ(Show(canvas), inside);
-  for (const PixelPoint outside : {PixelPoint{-1, 0}, {6, 0}, {0, -1}, {0, 5}, {kMax, kMin}}) {
-    canvas.FloodFill(outside, kBlackPixel, kBrush);
-  }
-  canvas.FloodFill({0, 0}, kBlackPixel, kNoBrush);
-  EXPECT_EQ(Show(canvas), inside);
-  canvas.FloodFill({0, 0}, kBlackPixel, kBrush);
-  EXPECT_EQ(Show(canvas), (Rows{"r#####", "r#rrr#", "r#rrr#", "r#rrr#", "r#####"}));
-}
-
-TEST(CanvasTest, FloodFillPassesNoDiagonal) {
-  Canvas canvas(5, 5, kWhitePixel);
-  canvas.Line({0, 0}, {5, 5}, kPen);
-  canvas.FloodFill({0, 4}, kBlackPixel, kBrush);
-  EXPECT_EQ(Show(canvas), (Rows{"#....", "r#...", "rr#..", "rrr#.", "rrrr#"}));
-}
-
-TEST(CanvasTest, FloodFillPassesPixelsOfItsOwnColour) {
-  Canvas canvas(5, 3, kWhitePixel);
-  canvas.FillBox({2, 0, 2, 2}, kRedPixel);
-  canvas.FloodFill({0, 1}, kBlackPixel, kBrush);
-  EXPECT_EQ(Show(canvas), Filled(5, 3, 'r'));
-}
-
-TEST(CanvasTest, FloodFillWithTheBoundaryColour) {
-  Canvas canvas(5, 3, kWhitePixel);
-  canvas.FillBox({2, 0, 2, 2}, kRedPixel);
-  canvas.FloodFill({0, 1}, kRedPixel, kBrush);
-  EXPECT_EQ(Show(canvas), (Rows{"rrr..", "rrr..", "rrr.."}));
-}
-
-TEST(CanvasTest, FloodFillGoesRoundALongMaze) {
-  // Walls in every second row with a gap at alternating ends: one path through all of it.
-  constexpr int kSize = 1001;
-  Canvas canvas(kSize, kSize, kWhitePixel);
-  Canvas expected(kSize, kSize, kRedPixel);
-  for (int y = 1; y < kSize; y += 2) {
-    const int gap = y % 4 == 1 ? 1 : 0;
-    for (Canvas* c : {&canvas, &expected})
-      c->FillBox({1 - gap, y, kSize - 1 - gap, y}, kBlackPixel);
-  }
-  canvas.FloodFill({500, 0}, kBlackPixel, kBrush);
-  EXPECT_TRUE(std::ranges::equal(canvas.Pixels(), expected.Pixels()));
 }
 
 }  // namespace
