@@ -157,10 +157,11 @@ void Divide(std::span<Pixel> pixels) {
   }
 }
 
-/// What of a picture is large.
+/// What of a picture is large, and may be used for the next one.
 struct Room {
   std::vector<Pixel> pixels;
   std::vector<Rgba> image;
+  std::vector<std::uint8_t> file;
 };
 
 /// Paints what of a figure lies in a band of its picture, with the pixels that the whole would
@@ -336,30 +337,12 @@ class RasterDevice final : public figures::Device {
   ShapeCells cells_;
 };
 
-}  // namespace
-
-FigurePicture PaintFigure(const Figure& figure, double pixels_per_point, const FreeTypeText& text) {
-  Room room;
+/// A PNG file, painted and compressed in bands of so many pixels, about.
+std::vector<std::uint8_t> EncodeInBands(const Figure& figure, double pixels_per_point,
+                                        const FreeTypeText& text, int band_pixels, Room& room) {
   RasterDevice device(figure, pixels_per_point, text, room);
-  device.Paint({0, device.Height()});
-  return {std::move(room.pixels), device.Width(), device.Height(), device.HasAlpha()};
-}
-
-struct FigureEncoder::Memory : Room {
-  std::vector<std::uint8_t> file;
-};
-
-FigureEncoder::FigureEncoder(int band_pixels)
-    : memory_(std::make_unique<Memory>()), band_pixels_(band_pixels) {}
-
-FigureEncoder::~FigureEncoder() = default;
-
-std::vector<std::uint8_t> FigureEncoder::Encode(const Figure& figure, double pixels_per_point,
-                                                const FreeTypeText& text) {
-  constexpr std::size_t kMostKept = 1 << 20;  // bytes of a file
-  RasterDevice device(figure, pixels_per_point, text, *memory_);
-  const int bands = std::max(
-      1, static_cast<int>(std::lround(1.0 * device.Width() * device.Height() / band_pixels_)));
+  const double pixels = 1.0 * device.Width() * device.Height();
+  const int bands = std::max(1, static_cast<int>(std::lround(pixels / band_pixels)));
   const int rows = (device.Height() + bands - 1) / bands;
   const PngStrips picture = {
       .width = device.Width(),
@@ -370,7 +353,34 @@ std::vector<std::uint8_t> FigureEncoder::Encode(const Figure& figure, double pix
           },
       .pixels_per_metre = static_cast<int>(std::lround(pixels_per_point * 72 / 0.0254)),
       .has_alpha = device.HasAlpha()};
-  std::vector<std::uint8_t> file = EncodePng(picture, std::move(memory_->file));
+  return EncodePng(picture, std::move(room.file));
+}
+
+}  // namespace
+
+FigurePicture PaintFigure(const Figure& figure, double pixels_per_point, const FreeTypeText& text) {
+  Room room;
+  RasterDevice device(figure, pixels_per_point, text, room);
+  device.Paint({0, device.Height()});
+  return {std::move(room.pixels), device.Width(), device.Height(), device.HasAlpha()};
+}
+
+std::vector<std::uint8_t> EncodeFigurePicture(const Figure& figure, double pixels_per_point,
+                                              const FreeTypeText& text) {
+  Room room;
+  return EncodeInBands(figure, pixels_per_point, text, 3 << 16, room);
+}
+
+struct FigureEncoder::Memory : Room {};
+
+FigureEncoder::FigureEncoder() : memory_(std::make_unique<Memory>()) {}
+
+FigureEncoder::~FigureEncoder() = default;
+
+std::vector<std::uint8_t> FigureEncoder::Encode(const Figure& figure, double pixels_per_point,
+                                                const FreeTypeText& text) {
+  constexpr std::size_t kMostKept = 1 << 20;  // bytes of a file
+  std::vector<std::uint8_t> file = EncodeInBands(figure, pixels_per_point, text, 1 << 19, *memory_);
   if (file.capacity() > kMostKept) return file;
   memory_->file = std::move(file);
   return {memory_->file.begin(), memory_->file.end()};

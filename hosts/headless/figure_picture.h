@@ -29,15 +29,17 @@ DISCOPLAN_HEADLESS_EXPORT FigurePicture PaintFigure(const figures::Figure& figur
                                                     double pixels_per_point,
                                                     const FreeTypeText& text);
 
-/// Figures as PNG files, one after the other, with the pixels that `PaintFigure` gives. They are
-/// painted and compressed in bands of so many pixels, about, so that a large one is never in memory
+/// The same picture as a PNG file, painted and compressed in bands, so that it is never in memory
 /// as a whole.
-///
-/// The memory of a picture, some megabytes at most, is kept for the next one: to have it from the
-/// system anew can take a third of a picture's time. An object belongs to one thread at a time.
+DISCOPLAN_HEADLESS_EXPORT std::vector<std::uint8_t> EncodeFigurePicture(
+    const figures::Figure& figure, double pixels_per_point, const FreeTypeText& text);
+
+/// The same files, one after the other, in broader bands. Their memory, some megabytes at most, is
+/// kept for the next picture: to have it from the system anew can take a third of a picture's time.
+/// An object belongs to one thread at a time.
 class DISCOPLAN_HEADLESS_EXPORT FigureEncoder {
  public:
-  explicit FigureEncoder(int band_pixels = 1 << 19);
+  FigureEncoder();
   ~FigureEncoder();
 
   std::vector<std::uint8_t> Encode(const figures::Figure& figure, double pixels_per_point,
@@ -46,15 +48,7 @@ class DISCOPLAN_HEADLESS_EXPORT FigureEncoder {
  private:
   struct Memory;
   std::unique_ptr<Memory> memory_;
-  int band_pixels_;
 };
-
-/// The same for one picture, in less memory.
-inline std::vector<std::uint8_t> EncodeFigurePicture(const figures::Figure& figure,
-                                                     double pixels_per_point,
-                                                     const FreeTypeText& text) {
-  return FigureEncoder(3 << 16).Encode(figure, pixels_per_point, text);
-}
 
 /// Text as the figures' devices set it.
 class DISCOPLAN_HEADLESS_EXPORT FigureText final : public figures::TextMeasure {
