@@ -136,8 +136,9 @@ DISCOPLAN_API discoplan_status discoplan_wafer_new(const discoplan_sites* sites,
                                                    discoplan_wafer** wafer);
 
 typedef struct discoplan_wafer_info {
-  uint32_t size; /* set by the caller */
-  uint32_t reserved;
+  uint32_t size;          /* set by the caller */
+  int32_t may_be_several; /* 1: half of the sites or more repeat a position, as those of several
+                             wafers do; sites_text, pictures and messages of batches tell */
   int64_t sites;
   int64_t left_out; /* of those measured */
   double diameter;
@@ -146,8 +147,7 @@ typedef struct discoplan_wafer_info {
   const char* quantity;
   const char* unit;
   const char* sites_text; /* "49 of 52 sites; 3 infinite numbers" */
-  int64_t repeated; /* sites where another one came before; of half or more, as of several wafers
-                       taken for one, sites_text, pictures and the messages of batches tell */
+  int64_t repeated;       /* sites where another one came before */
 } discoplan_wafer_info;
 
 DISCOPLAN_API discoplan_status discoplan_wafer_describe(discoplan_wafer* wafer,

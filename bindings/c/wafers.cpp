@@ -142,7 +142,7 @@ discoplan_status discoplan_wafer_describe(discoplan_wafer* wafer, discoplan_wafe
     const data::Parameter& parameter = held->Looks().parameter;
     Give(info, "discoplan_wafer_info",
          {.size = 0,
-          .reserved = 0,
+          .may_be_several = held->MayBeSeveral() ? 1 : 0,
           .sites = static_cast<std::int64_t>(measured.x.size()),
           .left_out = held->LeftOut(),
           .diameter = measured.diameter,

@@ -313,9 +313,11 @@ TEST(CWafer, ComesOfNoOtherBytes) {
 TEST(CWafer, TellsOfSitesThatMayBeThoseOfSeveral) {
   const Wafer few(SitesOf({0, 10, 20, 0}, {0, 0, 0, 0}, {1, 2, 3, 4}));
   EXPECT_EQ(few.Info().repeated, 1);
+  EXPECT_EQ(few.Info().may_be_several, 0);
   EXPECT_STREQ(few.Info().sites_text, "4 sites");
   const Wafer half(SitesOf({0, 10, 20, 0, 10, -0.0F}, {0, 0, 0, 0, 0, 0}, {1, 2, 3, 4, 5, 6}));
   EXPECT_EQ(half.Info().repeated, 3);
+  EXPECT_EQ(half.Info().may_be_several, 1);
   EXPECT_STREQ(half.Info().sites_text, "6 sites; 3 repeat a position");
   EXPECT_EQ(Wafer(SitesOf({5}, {5}, {1})).Info().repeated, 0);
 }

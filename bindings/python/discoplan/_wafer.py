@@ -21,13 +21,13 @@ _METHODS = {"idw4": 0, "smooth": 1}
 
 
 def repeats(wafer: "Wafer") -> Tuple[str, bool]:
-    """What repeats a position, "" for nothing, and whether half of the sites do or more."""
-    repeated = _core.repeated(wafer._handle)
+    """What repeats a position, "" for nothing, and whether the wafer may be several."""
+    repeated, may_be_several = _core.repeated(wafer._handle)
     if repeated == 0:
         return "", False
     of = f" of wafer {wafer.name!r}" if wafer.name else ""
     found = f"{repeated} of {len(wafer)} sites{of} repeat{'s' * (repeated == 1)} a position"
-    return found, 2 * repeated >= len(wafer)
+    return found, may_be_several == 1
 
 
 class Wafer:

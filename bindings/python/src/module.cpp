@@ -96,7 +96,10 @@ Object UnpackWafer(Arguments args) {
   return NewHandle(wafer);
 }
 
-Object Repeated(Arguments args) { return Whole(InfoOf(args[0]).repeated); }
+Object Repeated(Arguments args) {
+  const discoplan_wafer_info info = InfoOf(args[0]);
+  return Tuple(Whole(info.repeated), Whole(info.may_be_several));
+}
 
 std::int64_t FigureCount() {
   std::int64_t count = 0;
