@@ -7,6 +7,7 @@
 #include <map>
 
 #include "discoplan/figures/image_rows.h"
+#include "hosts/headless/glyph.h"
 #include "hosts/headless/path_strokes.h"
 #include "hosts/headless/png_file.h"
 #include "hosts/headless/shape_cells.h"
@@ -26,6 +27,8 @@ using figures::TextShape;
 constexpr double kRadians = 3.14159265358979 / 180;
 
 constexpr Pixel kOpaque = 0xFF000000;
+/// Pixels of a letter's size: the pictures of larger ones would fill the memory for a row or two.
+constexpr double kMostStamped = 96;
 
 /// The four parts of a pixel, 16 bits for each, so that one step is taken with all of them.
 class Parts {
@@ -86,16 +89,39 @@ void PutColours(std::span<const Rgba> colours, unsigned cover, Pixel* to) {
   for (const Rgba colour : colours) Blend(*to++, Parts(ColourOf(colour)) * cover);
 }
 
-/// Outlines of letters at their place, in pixels.
+/// A disc of which each pixel's cover follows from its distance alone: for dots of few pixels, what
+/// an outline would give is hardly told from it. The edge fades over one pixel.
+class SoftDisc {
+ public:
+  SoftDisc(double radius, Rgba colour)
+      : ink_(ColourOf(colour)), reach_(static_cast<float>(EvenRadius(radius) + 0.5)) {}
+
+  /// From the centre to where nothing is covered.
+  float Reach() const { return reach_; }
+
+  void Blend(Pixel& pixel, float distance) const {
+    const float cover = std::min(reach_ - distance, 1.0F);
+    if (cover > 0) discoplan::Blend(pixel, ink_ * static_cast<unsigned>(cover * 255 + 0.5F));
+  }
+
+ private:
+  /// To the middle of the edge, for as much ink as a sharp one has: of pi r^2 for that radius, the
+  /// disc has pi (r^2 + 1/12), or as a mere cone pi (r + 1/2)^3 / 3.
+  static double EvenRadius(double radius) {
+    const double square = radius * radius;
+    return square >= 1.0 / 3 ? std::sqrt(square - 1.0 / 12) : std::cbrt(3 * square) - 0.5;
+  }
+
+  Parts ink_;
+  float reach_;
+};
+
+/// Outlines of letters at their place, in pixels. The pieces of a curve leave it by a sixteenth of
+/// a pixel at most, along either side, as those of FreeType's own pictures do.
 class LetterPath final : public OutlineSink {
  public:
   LetterPath(PixelPath& path, Point start, double size, double angle)
-      : path_(path),
-        start_(start),
-        c_(std::cos(angle) * size),
-        s_(std::sin(angle) * size),
-        // A piece of a curve is about two pixels long.
-        steps_(std::clamp(static_cast<int>(size / 12) + 2, 3, 16)) {}
+      : path_(path), start_(start), c_(std::cos(angle) * size), s_(std::sin(angle) * size) {}
 
   void MoveTo(double x, double y) override {
     path_.Close();
@@ -109,25 +135,24 @@ class LetterPath final : public OutlineSink {
   void CurveTo(double control_x, double control_y, double x, double y) override {
     const Point control = At(control_x, control_y);
     const Point to = At(x, y);
-    for (int i = 1; i <= steps_; ++i) {
-      const double t = static_cast<double>(i) / steps_;
-      const Point p = last_ * ((1 - t) * (1 - t)) + control * (2 * t * (1 - t)) + to * (t * t);
-      path_.LineTo(p);
-    }
-    last_ = to;
+    const Point from = last_;
+    LinesTo(to, from - control * 2 + to, [&](double t) {
+      return from * ((1 - t) * (1 - t)) + control * (2 * t * (1 - t)) + to * (t * t);
+    });
   }
   void CubicTo(double x1, double y1, double x2, double y2, double x, double y) override {
     const Point a = At(x1, y1);
     const Point b = At(x2, y2);
     const Point to = At(x, y);
-    for (int i = 1; i <= steps_; ++i) {
-      const double t = static_cast<double>(i) / steps_;
+    const Point from = last_;
+    const Point first = from - a * 2 + b;
+    const Point second = a - b * 2 + to;
+    const Point bend = {std::max(std::abs(first.x), std::abs(second.x)),
+                        std::max(std::abs(first.y), std::abs(second.y))};
+    LinesTo(to, bend * 3, [&](double t) {
       const double u = 1 - t;
-      const Point p =
-          last_ * (u * u * u) + a * (3 * u * u * t) + b * (3 * u * t * t) + to * (t * t * t);
-      path_.LineTo(p);
-    }
-    last_ = to;
+      return from * (u * u * u) + a * (3 * u * u * t) + b * (3 * u * t * t) + to * (t * t * t);
+    });
   }
 
  private:
@@ -135,11 +160,24 @@ class LetterPath final : public OutlineSink {
     return {start_.x + c_ * x - s_ * y, start_.y - s_ * x - c_ * y};
   }
 
+  /// A curve's second differences, over one step, are four times what its chord leaves it by, and
+  /// a quarter with every halving.
+  template <class Curve>
+  void LinesTo(Point to, Point bend, const Curve& curve) {
+    constexpr double kMost = 4 / 16.0;
+    constexpr int kMostSteps = 64;
+    const double most = std::max(std::abs(bend.x), std::abs(bend.y));
+    int steps = 1;
+    while (steps * steps * kMost < most && steps < kMostSteps) ++steps;
+    for (int i = 1; i < steps; ++i) path_.LineTo(curve(static_cast<double>(i) / steps));
+    path_.LineTo(to);
+    last_ = to;
+  }
+
   PixelPath& path_;
   Point start_;
   double c_;
   double s_;
-  int steps_;
   Point last_;
 };
 
@@ -210,6 +248,9 @@ class RasterDevice final : public figures::Device {
 
   void Draw(const TextShape& shape) override {
     if (!Meets(shape.box.top - shape.size, shape.box.bottom + shape.size)) return;
+    if (shape.angle == 0 && shape.halo <= 0 && shape.size * scale_ <= kMostStamped) {
+      return StampLetters(shape);
+    }
     path_.Clear();
     LetterPath letters(path_, shape.start * scale_, shape.size * scale_, shape.angle * kRadians);
     text_.Outline({.name = figure_.font, .size = 1, .bold = shape.bold}, shape.text, letters);
@@ -270,20 +311,50 @@ class RasterDevice final : public figures::Device {
   }
 
   void DrawDiscs(std::span<const Point> centres, double radius, Rgba colour) {
-    const int corners = std::clamp(static_cast<int>(4 + 5 * std::sqrt(radius)), 8, 64);
-    std::vector<Point> rim;
-    for (int i = 0; i < corners; ++i) {
-      const double angle = 360.0 * i / corners * kRadians;
-      rim.push_back({radius * std::cos(angle), radius * std::sin(angle)});
-    }
-    std::vector<Point> disc(rim.size());
+    const SoftDisc disc(radius, colour);
     for (const Point centre : centres) {
       const Point c = centre * scale_;
-      if (c.y + radius < band_.top - 1 || c.y - radius > band_.bottom + 1) continue;
-      for (std::size_t i = 0; i < rim.size(); ++i) disc[i] = c + rim[i];
-      cells_.Add(disc);
+      const auto [left, right] = Touched(c.x - disc.Reach(), c.x + disc.Reach(), {0, width_});
+      const auto [top, bottom] = Touched(c.y - disc.Reach(), c.y + disc.Reach(), band_);
+      for (int y = top; y < bottom; ++y) {
+        Pixel* row = RowAt(y);
+        const auto down = static_cast<float>(y + 0.5 - c.y);
+        for (int x = left; x < right; ++x) {
+          const auto across = static_cast<float>(x + 0.5 - c.x);
+          disc.Blend(row[x], std::sqrt(across * across + down * down));
+        }
+      }
     }
-    FillCells(colour);
+  }
+
+  /// Level letters, which stand on whole pixels and so are sharp, from those that are kept.
+  void StampLetters(const TextShape& shape) {
+    const Parts ink(ColourOf(shape.colour));
+    const Point start = shape.start * scale_;
+    const auto stamp = [&](const Glyph& glyph, PixelPoint corner) {
+      const int top = std::max(corner.y, band_.top);
+      const int bottom = std::min(corner.y + glyph.rows, band_.bottom);
+      const int left = std::max(corner.x, 0);
+      const int right = std::min(corner.x + glyph.width, width_);
+      for (int y = top; y < bottom; ++y) {
+        const std::uint8_t* covers = glyph.coverage.data() + (y - corner.y) * glyph.width;
+        Pixel* row = RowAt(y);
+        for (int x = left; x < right; ++x) {
+          if (const unsigned cover = covers[x - corner.x]; cover > 0) Blend(row[x], ink * cover);
+        }
+      }
+    };
+    const auto size = static_cast<float>(shape.size * scale_);
+    text_.ForEachGlyph({.name = figure_.font, .size = size, .bold = shape.bold}, 1, start.x,
+                       static_cast<int>(std::lround(start.y)), shape.text, stamp);
+  }
+
+  /// The pixels that a stretch touches, within a range: the first, and the one behind the last.
+  static std::pair<int, int> Touched(double from, double to, Band within) {
+    const auto pixel = [&](double place) {
+      return static_cast<int>(std::clamp<double>(place, within.top, within.bottom));
+    };
+    return {pixel(std::floor(from)), pixel(std::ceil(to))};
   }
 
   Pixel* RowAt(int y) {

@@ -154,6 +154,21 @@ class FreeTypeText::Typesetter {
     return x;
   }
 
+  /// Calls `take(glyph, corner)` for each character, from `left` on, and returns where the text
+  /// ends.
+  template <class Take>
+  double PlaceGlyphs(const Font& font, double size, double left, int base, std::string_view text,
+                     const Take& take) {
+    return left + SetType(font, size, text, [&](const Letter& letter, double x) {
+             const double pen = std::floor((left + x) * kPhases + 0.5);
+             if (std::abs(pen) > kFarthest * kPhases) return;
+             const int steps = ToInt32(pen);
+             const int phase = (steps % kPhases + kPhases) % kPhases;
+             const Glyph& glyph = GlyphOf(letter, size, phase);
+             take(glyph, PixelPoint{(steps - phase) / kPhases + glyph.left, base - glyph.above});
+           });
+  }
+
   /// Raises `FontError` where there is no font.
   std::pair<std::string, int> FileOf(const Font& font) {
     const FT_Face face = TypefaceOf(font).face;
@@ -289,6 +304,12 @@ double FreeTypeText::Height(const Font& font, double pixels_per_point) const {
   return Ascent(face, size) + Descent(face, size);
 }
 
+void FreeTypeText::ForEachGlyph(const Font& font, double pixels_per_point, double x, int base,
+                                std::string_view text,
+                                const std::function<void(const Glyph&, PixelPoint)>& take) const {
+  typesetter_->PlaceGlyphs(font, Size(font, pixels_per_point), x, base, text, take);
+}
+
 void FreeTypeText::Outline(const Font& font, std::string_view text, OutlineSink& sink) const {
   typesetter_->SetType(
       font, 1, text, [&](const Letter& letter, double x) { typesetter_->Trace(letter, x, sink); });
@@ -309,16 +330,9 @@ void FreeTypeText::Paint(Canvas& canvas, const Font& font, const TextPlacement& 
   // No letter reaches farther than that, whatever font it comes from.
   const int reach = 4 * (Ascent(face, size) + Descent(face, size));
   if (base < -reach || base > canvas.Height() + reach) return;
-  const auto paint = [&](const Letter& letter, double x) {
-    const double pen = std::floor((placement.x + x) * kPhases + 0.5);
-    if (std::abs(pen) > kFarthest * kPhases) return;
-    const int steps = ToInt32(pen);
-    const int phase = (steps % kPhases + kPhases) % kPhases;
-    const Glyph& glyph = typesetter_->GlyphOf(letter, size, phase);
-    const int left = (steps - phase) / kPhases + glyph.left;
-    Stamp(canvas, glyph, {left, base - glyph.above}, colour);
-  };
-  const double end = placement.x + typesetter_->SetType(font, size, text, paint);
+  const double end = typesetter_->PlaceGlyphs(
+      font, size, placement.x, base, text,
+      [&](const Glyph& glyph, PixelPoint corner) { Stamp(canvas, glyph, corner, colour); });
   if (!font.underline) return;
   const double scale = Scale(face, size);
   const double thickness = std::max(1.0, RoundHalfEven(face->underline_thickness * scale));

@@ -18,6 +18,7 @@
 /// Sans in its usual places takes milliseconds once.
 /// An object belongs to one thread at a time.
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -46,6 +47,8 @@ class DISCOPLAN_HEADLESS_EXPORT OutlineSink {
   virtual void CubicTo(double x1, double y1, double x2, double y2, double x, double y) = 0;
 };
 
+struct Glyph;
+
 /// Each operation raises `FontError` on a machine without fonts.
 class DISCOPLAN_HEADLESS_EXPORT FreeTypeText final : public TextPainter {
  public:
@@ -62,6 +65,12 @@ class DISCOPLAN_HEADLESS_EXPORT FreeTypeText final : public TextPainter {
   void Paint(Canvas& canvas, const Font& font, const TextPlacement& placement,
              std::string_view text) const override;
 
+  /// The letters that `Paint` would paint from `x` on with their base line at row `base`:
+  /// `take(glyph, corner)` for each, with the place of its upper left pixel. A glyph is good until
+  /// the next one.
+  void ForEachGlyph(const Font& font, double pixels_per_point, double x, int base,
+                    std::string_view text,
+                    const std::function<void(const Glyph&, PixelPoint)>& take) const;
   /// The text's outlines in parts of the letters' size, Y upward from the start of the base line,
   /// without the fitting to pixels that `Paint` does.
   void Outline(const Font& font, std::string_view text, OutlineSink& sink) const;
