@@ -326,7 +326,7 @@ std::vector<std::uint8_t> HeldPicture::Encode(FigureFormat format) {
   }
   if (pages_.empty()) {
     if (wafers_.empty()) Refuse("a control's picture has pixels alone; print the control instead");
-    pages_ = {PrintClassic(*wafers_.front(), drawing_)};
+    pages_.push_back(PrintClassic(*wafers_.front(), drawing_));
   }
   const FigureText& text = TextFor(drawing_);
   if (format == FigureFormat::Pdf) return ToPdf(pages_, kImagePixels, text.Letters());
@@ -357,8 +357,9 @@ std::shared_ptr<HeldPicture> Draw(const std::shared_ptr<MeasuredWafer>& wafer,
   if (drawing.classic) {
     return std::make_shared<HeldPicture>(PaintClassic(*wafer, drawing), drawing, wafer);
   }
-  return std::make_shared<HeldPicture>(std::vector{MakeFigure(*wafer, drawing)}, drawing,
-                                       std::vector{wafer});
+  std::vector<figures::Figure> pages;
+  pages.push_back(MakeFigure(*wafer, drawing));
+  return std::make_shared<HeldPicture>(std::move(pages), drawing, std::vector{wafer});
 }
 
 std::vector<std::uint8_t> DrawnFile(const std::shared_ptr<MeasuredWafer>& wafer,

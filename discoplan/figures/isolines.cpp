@@ -7,10 +7,17 @@
 #include <cstring>
 #include <limits>
 
+#include "discoplan/base/wide_loops.h"
+
 namespace discoplan::figures {
 namespace {
 
 constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
+
+DISCOPLAN_WIDE_LOOPS void MarkAbove(std::span<const float> values, float least,
+                                    unsigned char* marks) {
+  for (std::size_t i = 0; i < values.size(); ++i) marks[i] = values[i] >= least ? 1 : 0;
+}
 
 /// Passes cells that lie on one side, eight points of both rows at once: few cells are crossed.
 std::size_t NextCrossed(std::span<const unsigned char> upper, std::span<const unsigned char> lower,
@@ -44,8 +51,7 @@ std::vector<std::vector<Point>> IsolineFinder::Lines(double level) {
   auto least = static_cast<float>(level);
   if (least < level) least = std::nextafter(least, std::numeric_limits<float>::infinity());
   const auto take = [&](std::size_t row, std::vector<unsigned char>& above) {
-    const float* from = values_.data() + row * width;
-    for (std::size_t i = 0; i < width; ++i) above[i] = from[i] >= least ? 1 : 0;
+    MarkAbove(values_.subspan(row * width, width), least, above.data());
   };
   if (lattice_.rows > 0) take(0, lower);
   for (std::size_t row = 0; row + 1 < static_cast<std::size_t>(lattice_.rows); ++row) {

@@ -23,10 +23,10 @@ double NotchDepth(double drawn_radius) { return std::clamp(4.5 / drawn_radius, 0
 
 double FlatDistance() { return std::sqrt(1 - kHalfFlat * kHalfFlat); }
 
-Point Turned(Point p, double angle) {
+void Turn(std::vector<Point>& points, double angle) {
   const double c = std::cos(angle);
   const double s = std::sin(angle);
-  return {c * p.x - s * p.y, s * p.x + c * p.y};
+  for (Point& p : points) p = {c * p.x - s * p.y, s * p.x + c * p.y};
 }
 
 }  // namespace
@@ -56,7 +56,7 @@ std::vector<Point> RimPoints(const WaferPlot& plot, double drawn_radius) {
     const double angle = from + (kTurn - 2 * from) * i / corners;
     points.push_back({radius * std::cos(angle), radius * std::sin(angle)});
   }
-  for (Point& point : points) point = Turned(point, AngleOf(plot.notch));
+  Turn(points, AngleOf(plot.notch));
   return points;
 }
 
@@ -72,9 +72,9 @@ std::vector<Point> TestAreaPoints(const WaferPlot& plot, double drawn_radius) {
   std::vector<Point> points;
   for (int i = 0; i <= corners; ++i) {
     const double angle = from + (kTurn - 2 * from) * i / corners;
-    points.push_back(
-        Turned({inside * std::cos(angle), inside * std::sin(angle)}, AngleOf(plot.notch)));
+    points.push_back({inside * std::cos(angle), inside * std::sin(angle)});
   }
+  Turn(points, AngleOf(plot.notch));
   return points;
 }
 

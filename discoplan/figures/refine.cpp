@@ -5,6 +5,8 @@
 #include <cmath>
 #include <vector>
 
+#include "discoplan/base/wide_loops.h"
+
 namespace discoplan::figures {
 namespace {
 
@@ -18,6 +20,23 @@ std::array<float, 4> WeightsAt(double t, Points points) {
   return {static_cast<float>((1 - 3 * t + 3 * u - v) / 6),
           static_cast<float>((4 - 6 * u + 3 * v) / 6),
           static_cast<float>((1 + 3 * t + 3 * u - 3 * v) / 6), static_cast<float>(v / 6)};
+}
+
+/// A row of the coarse lattice at the places of the fine one.
+DISCOPLAN_WIDE_LOOPS void RefineAcross(const float* from, std::span<const Tap> taps, float* to) {
+  for (std::size_t i = 0; i < taps.size(); ++i) {
+    const float* four = from + taps[i].first;
+    const auto& w = taps[i].weights;
+    to[i] = four[0] * w[0] + four[1] * w[1] + four[2] * w[2] + four[3] * w[3];
+  }
+}
+
+/// A row between four of them.
+DISCOPLAN_WIDE_LOOPS void RefineDown(const std::array<const float*, 4>& rows,
+                                     const std::array<float, 4>& w, std::span<float> to) {
+  for (std::size_t i = 0; i < to.size(); ++i) {
+    to[i] = rows[0][i] * w[0] + rows[1][i] * w[1] + rows[2][i] * w[2] + rows[3][i] * w[3];
+  }
 }
 
 }  // namespace
@@ -51,17 +70,9 @@ void Refine(const Lattice& coarse, std::span<const float> values, const Lattice&
       held[slot] = number;
       const float* from = values.data() + static_cast<std::size_t>(number) *
                                               static_cast<std::size_t>(coarse.columns);
-      for (std::size_t i = 0; i < width; ++i) {
-        const float* four = from + taps[i].first;
-        const auto& w = taps[i].weights;
-        rows[slot][i] = four[0] * w[0] + four[1] * w[1] + four[2] * w[2] + four[3] * w[3];
-      }
+      RefineAcross(from, taps, rows[slot].data());
     }
-    float* to = refined.data() + static_cast<std::size_t>(j) * width;
-    const auto& w = down.weights;
-    for (std::size_t i = 0; i < width; ++i) {
-      to[i] = used[0][i] * w[0] + used[1][i] * w[1] + used[2][i] * w[2] + used[3][i] * w[3];
-    }
+    RefineDown(used, down.weights, refined.subspan(static_cast<std::size_t>(j) * width, width));
   }
 }
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "discoplan/base/wide_loops.h"
 #include "discoplan/figures/field_kinds.h"
 #include "discoplan/figures/place_plan.h"
 #include "discoplan/figures/refine.h"
@@ -13,6 +14,14 @@ namespace {
 
 constexpr double kOvershoot = 0.05;
 constexpr double kNever = std::numeric_limits<double>::infinity();
+
+DISCOPLAN_WIDE_LOOPS void Bound(std::span<float> values, float low, float high) {
+  for (float& value : values) value = std::min(std::max(value, low), high);
+}
+
+DISCOPLAN_WIDE_LOOPS void AddSlope(float start, std::span<const float> across, float* values) {
+  for (std::size_t i = 0; i < across.size(); ++i) values[i] += start + across[i];
+}
 
 /// What no value leaves.
 struct Bounds {
@@ -27,9 +36,7 @@ struct Bounds {
     low = static_cast<float>(least->value - margin);
     high = static_cast<float>(most->value + margin);
   }
-  void Keep(std::span<float> values) const {
-    for (float& value : values) value = std::min(std::max(value, low), high);
-  }
+  void Keep(std::span<float> values) const { Bound(values, low, high); }
 };
 
 class PlateField final : public ValueField {
@@ -186,7 +193,7 @@ class LatticeField final : public ValueField {
     for (int i = 0; i < lattice.columns; ++i) across.push_back(step * static_cast<float>(i));
     for (int row = 0; row < lattice.rows; ++row, values = values.subspan(across.size())) {
       const auto start = static_cast<float>(plane_.At(lattice.x0, lattice.Y(row)));
-      for (std::size_t i = 0; i < across.size(); ++i) values[i] += start + across[i];
+      AddSlope(start, across, values.data());
       bounds_.Keep(values.first(across.size()));
     }
   }

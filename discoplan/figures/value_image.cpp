@@ -4,12 +4,22 @@
 #include <limits>
 #include <memory>
 
+#include "discoplan/base/numbers.h"
+#include "discoplan/base/wide_loops.h"
 #include "discoplan/figures/map_frame.h"
 
 namespace discoplan::figures {
 namespace {
 
 constexpr int kShades = 256;  // of a continuous scale
+
+DISCOPLAN_WIDE_LOOPS void NumberShades(std::span<const float> values, float low, float factor,
+                                       std::int32_t* numbers) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const float place = (values[i] - low) * factor;
+    numbers[i] = static_cast<std::int32_t>(std::min(std::max(place, 0.0F), kShades - 1.0F));
+  }
+}
 
 /// Values at the pixels of a device, in colours.
 class ValueImage final : public ImageSource {
@@ -88,10 +98,7 @@ class ValueImage final : public ImageSource {
     std::array<std::int32_t, 256> numbers;
     while (!values.empty()) {
       const std::size_t count = std::min(numbers.size(), values.size());
-      for (std::size_t i = 0; i < count; ++i) {
-        const float place = (values[i] - low) * f;
-        numbers[i] = static_cast<std::int32_t>(std::min(std::max(place, 0.0F), kShades - 1.0F));
-      }
+      NumberShades(values.first(count), low, f, numbers.data());
       for (std::size_t i = 0; i < count; ++i) pixels[i] = shade[numbers[i]];
       values = values.subspan(count);
       pixels = pixels.subspan(count);
@@ -135,6 +142,7 @@ class ValueImage final : public ImageSource {
                 std::span<Rgba> pixels) const {
     const Lattice& lattice = row.lattice;
     const Coverage::Row known = coverage_->RowAt(lattice.Y(row.number));
+    const double begins = coverage_->Far() - lattice.step / 2;
     int next = row.first;
     for (const Coverage::Stretch& stretch : far) {
       const auto column_at = [&](double x) {
@@ -143,11 +151,10 @@ class ValueImage final : public ImageSource {
       const int end = std::min(row.last, static_cast<int>(std::ceil(column_at(stretch.right))));
       next = std::max(next, static_cast<int>(std::floor(column_at(stretch.left))));
       for (; next <= end; ++next) {
+        const double beyond = coverage_->DistanceAt(known, lattice.X(next)) - begins;
+        if (beyond <= 0) continue;
         Rgba& pixel = pixels[static_cast<std::size_t>(next)];
-        const double distance = coverage_->DistanceAt(known, lattice.X(next));
-        const double part =
-            std::clamp((distance - coverage_->Far()) / lattice.step + 0.5, 0.0, 1.0);
-        if (part > 0) pixel = Hatched(pixel, part, row, next);
+        pixel = Hatched(pixel, std::min(beyond / lattice.step, 1.0), row, next);
       }
     }
   }
@@ -159,7 +166,7 @@ class ValueImage final : public ImageSource {
     const double y = grid.top + (row.number + 0.5) * grid.pitch;
     const double along = (x + y) * 0.7071;
     const double off =
-        std::abs(along - std::round(along / hatch_pitch_) * hatch_pitch_) - hatch_width_ / 2;
+        std::abs(along - RoundHalfEven(along / hatch_pitch_) * hatch_pitch_) - hatch_width_ / 2;
     const double between = std::clamp(off / grid.pitch + 0.5, 0.0, 1.0);
     const Rgba mark = between >= 1 ? nothing_ : Mix(hatch_, nothing_, between);
     return part >= 1 ? mark : Mix(pixel, mark, part);

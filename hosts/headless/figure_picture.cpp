@@ -6,6 +6,7 @@
 #include <cstring>
 #include <map>
 
+#include "discoplan/base/wide_loops.h"
 #include "discoplan/figures/image_rows.h"
 #include "hosts/headless/glyph.h"
 #include "hosts/headless/path_strokes.h"
@@ -75,17 +76,21 @@ std::uint32_t BitsOf(const Rgba& colour) {
   return bits;
 }
 
-void PutColours(std::span<const Rgba> colours, unsigned cover, Pixel* to) {
-  std::uint32_t all = cover << 24;
+DISCOPLAN_WIDE_LOOPS bool AreOpaque(std::span<const Rgba> colours) {
+  std::uint32_t all = kOpaque;
   for (const Rgba& colour : colours) all &= BitsOf(colour);
-  if (all >= kOpaque) {
-    // A loop without a branch, of which the compiler takes several at once.
-    for (const Rgba& colour : colours) {
-      const std::uint32_t bits = BitsOf(colour);
-      *to++ = (bits & 0xFF00FF00) | (bits >> 16 & 0xFF) | (bits & 0xFF) << 16;
-    }
-    return;
+  return all == kOpaque;
+}
+
+DISCOPLAN_WIDE_LOOPS void CopyColours(std::span<const Rgba> colours, Pixel* to) {
+  for (std::size_t i = 0; i < colours.size(); ++i) {
+    const std::uint32_t bits = BitsOf(colours[i]);
+    to[i] = (bits & 0xFF00FF00) | (bits >> 16 & 0xFF) | (bits & 0xFF) << 16;
   }
+}
+
+void PutColours(std::span<const Rgba> colours, unsigned cover, Pixel* to) {
+  if (cover == 255 && AreOpaque(colours)) return CopyColours(colours, to);
   for (const Rgba colour : colours) Blend(*to++, Parts(ColourOf(colour)) * cover);
 }
 

@@ -6,6 +6,7 @@
 #include <bit>
 #include <utility>
 
+#include "discoplan/base/wide_loops.h"
 #include "hosts/headless/huffman_codes.h"
 #include "hosts/headless/little_endian.h"
 
@@ -64,6 +65,8 @@ struct SomeBits {
 
 /// Bits on their way into bytes.
 struct Pen {
+  static constexpr unsigned kMostBits = 63 - 7;  // at a time, behind those that wait
+
   std::uint8_t* next;
   SomeBits waiting;
 
@@ -85,7 +88,7 @@ class Speller {
   void CountByte(std::uint32_t byte) { ++lone_[byte]; }
   void CountPixel(std::uint32_t pixel, std::size_t times) {
     for (unsigned k = 0; k < kBytes; ++k) ++bytes_[k][ByteOf(pixel, k)];
-    CountRuns(times, pixels_);
+    if (times > 1) CountRuns(times, pixels_);
   }
   void CountZeros(std::size_t times) { CountRuns(times, zeros_); }
 
@@ -139,12 +142,20 @@ class Speller {
   }
 
   void WriteByte(std::uint32_t byte, Pen& pen) const { pen.Put(symbols_[byte]); }
-  void WritePixel(std::uint32_t pixel, std::size_t times, Pen& pen) const {
+  /// A pixel, so often, and zeros.
+  void WritePixel(std::uint32_t pixel, std::size_t times, std::size_t zeros, Pen& pen) const {
     SomeBits all;
     for (unsigned k = 0; k < kBytes; ++k) all.Append(symbols_[ByteOf(pixel, k)]);
     all.Append(pixel_bits_.first[std::min(times, kMostTimes)]);
+    const SomeBits& behind = zero_bits_.first[std::min(zeros, kMostTimes)];
+    if (times > kMostTimes || all.count + behind.count > Pen::kMostBits) {
+      pen.Put(all);
+      WriteMore(times, pixel_bits_, pen);
+      all = {};
+    }
+    all.Append(behind);
     pen.Put(all);
-    WriteMore(times, pixel_bits_, pen);
+    WriteMore(zeros, zero_bits_, pen);
   }
   void WriteZeros(std::size_t times, Pen& pen) const {
     pen.Put(zero_bits_.first[std::min(times, kMostTimes)]);
@@ -186,20 +197,29 @@ class Speller {
 
 constexpr std::size_t kGroup = 64;  // pixels that are compared at a time
 
-/// A bit for each pixel of a group that differs from the one above. Bytes first, which the compiler
+/// A bit for each pixel of a row that differs from the one above. Bytes first, which the compiler
 /// takes many at once.
-std::uint64_t ChangedIn(const std::uint32_t* pixels, const std::uint32_t* above,
-                        std::uint32_t used) {
-  std::array<std::uint8_t, kGroup> changed;
-  for (std::size_t i = 0; i < kGroup; ++i) {
-    changed[i] = ((pixels[i] ^ above[i]) & used) != 0 ? 1 : 0;
+DISCOPLAN_WIDE_LOOPS void MarkChanged(std::span<const std::uint32_t> pixels,
+                                      const std::uint32_t* above, std::uint32_t used,
+                                      std::uint64_t* marks) {
+  std::array<std::uint8_t, kGroup> changed = {};
+  for (std::size_t start = 0; start < pixels.size(); start += kGroup) {
+    const auto differs = [&](std::size_t i) {
+      return ((pixels[start + i] ^ above[start + i]) & used) != 0;
+    };
+    const std::size_t rest = pixels.size() - start;
+    if (rest >= kGroup) {
+      for (std::size_t i = 0; i < kGroup; ++i) changed[i] = differs(i);
+    } else {
+      for (std::size_t i = 0; i < kGroup; ++i) changed[i] = i < rest && differs(i);
+    }
+    std::uint64_t bits = 0;
+    for (unsigned i = 0; i < kGroup; i += 8) {
+      // The product's highest byte has the lowest bits of all eight.
+      bits |= (LoadLittleEndian<std::uint64_t>(&changed[i]) * 0x0102040810204080 >> 56) << i;
+    }
+    *marks++ = bits;
   }
-  std::uint64_t bits = 0;
-  for (unsigned i = 0; i < kGroup; i += 8) {
-    // The product's highest byte has the lowest bits of all eight.
-    bits |= (LoadLittleEndian<std::uint64_t>(&changed[i]) * 0x0102040810204080 >> 56) << i;
-  }
-  return bits;
 }
 
 /// Each byte less the one above it.
@@ -287,18 +307,11 @@ void PixelDeflater::AddPixels(std::span<const std::uint32_t> pixels,
     sum_ += bytes;
     sum_of_sums_ += kBytes * (width - place) * bytes - before;
   };
-  for (std::size_t start = 0; start < width; start += kGroup) {
-    std::uint64_t changed = 0;
-    if (width - start >= kGroup) {
-      changed = ChangedIn(&pixels[start], &above[start], kUsed);
-    } else {
-      std::array<std::array<std::uint32_t, kGroup>, 2> rest = {};
-      std::copy(pixels.begin() + static_cast<std::ptrdiff_t>(start), pixels.end(), rest[0].begin());
-      std::copy(above.begin() + static_cast<std::ptrdiff_t>(start), above.end(), rest[1].begin());
-      changed = ChangedIn(rest[0].data(), rest[1].data(), kUsed);
-    }
-    for (; changed != 0; changed &= changed - 1) {
-      take(start + static_cast<std::size_t>(std::countr_zero(changed)));
+  changed_.resize((width + kGroup - 1) / kGroup);
+  MarkChanged(pixels, above.data(), kUsed, changed_.data());
+  for (std::size_t i = 0; i < changed_.size(); ++i) {
+    for (std::uint64_t bits = changed_[i]; bits != 0; bits &= bits - 1) {
+      take(i * kGroup + static_cast<std::size_t>(std::countr_zero(bits)));
     }
   }
   piece->zeros = static_cast<std::uint32_t>(width - next);
@@ -313,7 +326,7 @@ template <unsigned kBytes>
 void PixelDeflater::WriteBlock(bool last) {
   const std::span<const Piece> pieces = std::span(pieces_).first(count_);
   Speller<kBytes> speller;
-  for (const auto [pixel, times, zeros] : pieces) {
+  for (const auto& [pixel, times, zeros] : pieces) {
     times == 0 ? speller.CountByte(pixel) : speller.CountPixel(pixel, times);
     speller.CountZeros(zeros);
   }
@@ -323,9 +336,13 @@ void PixelDeflater::WriteBlock(bool last) {
   const std::size_t start = out_.size();
   out_.resize(start + kHeadBytes + MostBytes(counts, lengths) + sizeof(std::uint64_t));
   Pen pen = PutHead(lengths, kBytes, last, {out_.data() + start, {bits_, bit_count_}});
-  for (const auto [pixel, times, zeros] : pieces) {
-    times == 0 ? speller.WriteByte(pixel, pen) : speller.WritePixel(pixel, times, pen);
-    speller.WriteZeros(zeros, pen);
+  for (const auto& [pixel, times, zeros] : pieces) {
+    if (times > 0) {
+      speller.WritePixel(pixel, times, zeros, pen);
+    } else {
+      speller.WriteByte(pixel, pen);
+      speller.WriteZeros(zeros, pen);
+    }
   }
   speller.WriteEnd(pen);
   // What waits at the end is a byte of its own.

@@ -45,6 +45,7 @@ class DISCOPLAN_HEADLESS_EXPORT PixelDeflater {
 
   unsigned bytes_per_pixel_;
   std::vector<std::uint8_t> out_;
+  std::vector<std::uint64_t> changed_;
   std::vector<Piece> pieces_;
   std::size_t count_ = 0;   // of them
   std::uint64_t bits_ = 0;  // that wait to be a byte

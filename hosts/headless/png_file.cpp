@@ -29,15 +29,19 @@ png_color ToPng(Pixel pixel) {
           static_cast<png_byte>(pixel & 0xFF)};
 }
 
-/// Calls `visit` for each row from top to bottom.
+/// Calls `visit(row, above)` for each row from top to bottom; above the first are zeros.
 template <class Visit>
 void VisitRows(const PngStrips& picture, Visit visit) {
   const auto width = static_cast<std::size_t>(picture.width);
+  std::vector<Pixel> last(width);  // of the strip before, whose memory is used anew
   for (int top = 0; top < picture.height;) {
+    std::span<const Pixel> above = last;
     for (std::span<const Pixel> strip = picture.rows_from(top);
          strip.size() >= width && top < picture.height; strip = strip.subspan(width), ++top) {
-      visit(strip.first(width));
+      visit(strip.first(width), above);
+      above = strip.first(width);
     }
+    if (above.data() != last.data()) last.assign(above.begin(), above.end());
   }
 }
 
@@ -88,9 +92,9 @@ class RowIndexer {
   const IndexedRows& Rows() const { return rows_; }
 
   /// False, and nothing is taken, for a row that has colours too many.
-  bool Add(std::span<const Pixel> row) {
+  bool Add(std::span<const Pixel> row, std::span<const Pixel> above) {
     // By pointers, which are compared as memory.
-    if (above_.size() == width_ && std::equal(row.data(), row.data() + width_, above_.data())) {
+    if (!rows_.times.empty() && std::equal(row.data(), row.data() + width_, above.data())) {
       ++rows_.times.back();
       return true;
     }
@@ -108,30 +112,30 @@ class RowIndexer {
       }
       *next++ = static_cast<png_byte>(index);
     }
-    above_.assign(row.begin(), row.end());
     rows_.times.push_back(1);
     return true;
   }
 
-  /// The rows that were taken, as they were.
+  /// The rows that were taken, as they were: `visit(row, above)`.
   template <class Visit>
   void VisitRows(Visit visit) const {
     std::vector<Pixel> row(width_);
+    std::vector<Pixel> above(width_);
     const png_byte* next = rows_.indices.data();
     for (const int times : rows_.times) {
+      row.swap(above);
       for (Pixel& pixel : row) {
         const png_color& colour = rows_.palette[*next++];
         pixel = Pixel{0xFF000000} | static_cast<Pixel>(colour.red << 16 | colour.green << 8) |
                 colour.blue;
       }
-      for (int time = 0; time < times; ++time) visit(row);
+      for (int time = 0; time < times; ++time) visit(row, std::span(time == 0 ? above : row));
     }
   }
 
  private:
   std::size_t width_;
   IndexedRows rows_;
-  std::vector<Pixel> above_;
   ColourTable table_;
 };
 
@@ -156,18 +160,15 @@ class ColourDeflater {
  public:
   /// The stream stands behind what is in `before`.
   ColourDeflater(const PngStrips& picture, std::vector<std::uint8_t> before)
-      : above_(static_cast<std::size_t>(picture.width)),
-        deflater_(picture.has_alpha ? 4 : 3, std::move(before)) {}
+      : deflater_(picture.has_alpha ? 4 : 3, std::move(before)) {}
 
-  void Add(std::span<const Pixel> pixels) {
+  void Add(std::span<const Pixel> pixels, std::span<const Pixel> above) {
     constexpr png_byte kUp = 2;  // the filter's number
-    deflater_.Add(kUp, pixels, above_);
-    above_.assign(pixels.begin(), pixels.end());
+    deflater_.Add(kUp, pixels, above);
   }
   std::vector<std::uint8_t> Take() { return deflater_.Take(); }
 
  private:
-  std::vector<Pixel> above_;
   PixelDeflater deflater_;
 };
 
@@ -345,13 +346,15 @@ std::vector<std::uint8_t> EncodePng(const PngStrips& picture, std::vector<std::u
                   static_cast<std::size_t>(picture.height) / 8 * 5);
     start = BeginChunk("IDAT", bytes);
     colours.emplace(picture, std::move(bytes));
-    indexer.VisitRows([&](std::span<const Pixel> row) { colours->Add(row); });
+    indexer.VisitRows([&](std::span<const Pixel> row, std::span<const Pixel> above) {
+      colours->Add(row, above);
+    });
   };
   if (picture.has_alpha) begin_colours();
-  VisitRows(picture, [&](std::span<const Pixel> row) {
-    if (!colours && indexer.Add(row)) return;
+  VisitRows(picture, [&](std::span<const Pixel> row, std::span<const Pixel> above) {
+    if (!colours && indexer.Add(row, above)) return;
     if (!colours) begin_colours();
-    colours->Add(row);
+    colours->Add(row, above);
   });
   if (!colours) return PngWriter(std::move(memory)).Encode(picture, &indexer.Rows());
   std::vector<std::uint8_t> bytes = colours->Take();
