@@ -100,10 +100,9 @@ std::vector<Gap> LabelLine(Page& page, const Measured& line, const std::string& 
   return {};
 }
 
-/// A pixel or so apart, which is finer than the lines are wide.
-Lattice LatticeFor(const Page& page, const MapFrame& frame) {
-  const double step =
-      std::max(0.16 * page.Em(), frame.Length(frame.test_radius) / 150) / frame.scale;
+Lattice LatticeFor(const Page& page, const MapFrame& frame, const ContourStyle& style) {
+  const double part = frame.Length(frame.test_radius) / 24;
+  const double step = style.square * std::max(page.Em(), part) / frame.scale;
   const double reach = frame.test_radius + 2 * step;
   const int across = static_cast<int>(std::ceil(2 * reach / step)) + 1;
   return {-reach, reach, step, across, across};
@@ -113,15 +112,16 @@ Lattice LatticeFor(const Page& page, const MapFrame& frame) {
 
 void AddContours(Page& page, const MapFrame& frame, const WaferPlot& plot, const ValueField& field,
                  const Coverage& coverage, const Ticks& levels, const ContourStyle& style) {
-  const Lattice lattice = LatticeFor(page, frame);
+  const Lattice lattice = LatticeFor(page, frame, style);
   std::vector<float> values(lattice.Size());
   field.Evaluate(lattice, frame.test_radius * 1.5 + 3 * lattice.step, values);
   const std::vector<Point> area = TestAreaPoints(plot, frame.Length(frame.radius));
   // The area is the circle, cut by a flat between its first and last corners.
   const Point middle = (area.front() + area.back()) * 0.5;
   const double flat = std::hypot(middle.x, middle.y);
+  const double reach = frame.test_radius * frame.test_radius;
   const auto is_inside = [&](Point p) {
-    if (std::hypot(p.x, p.y) > frame.test_radius) return false;
+    if (p.x * p.x + p.y * p.y > reach) return false;
     if (flat < frame.test_radius && p.x * middle.x + p.y * middle.y > flat * flat) return false;
     return !coverage.IsFar(p);
   };

@@ -89,6 +89,7 @@ void DrawMap(Sketch sketch) {
                 {.colour = on,
                  .label = letters,
                  .width = 0.8 * page.Hair(),
+                 .square = 0.22,  // for lines that the colours already tell of
                  .labels = !style.small,
                  .dots = &dots});
   }
