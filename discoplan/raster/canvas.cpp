@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <utility>
 
 #include "discoplan/raster/canvas_rows.h"
@@ -10,20 +11,60 @@
 namespace discoplan {
 namespace {
 
-/// Not yet filled.
-std::shared_ptr<Pixel[]> NewPixels(std::size_t count) {
-  return std::shared_ptr<Pixel[]>(new Pixel[count]);
-}
+/// Pixels of canvases that are gone, for the next ones of the same thread: to have them from the
+/// system anew can take as long as to draw on them.
+class SparePixels {
+ public:
+  ~SparePixels() { is_gone = true; }
+
+  /// Not yet filled.
+  static std::shared_ptr<Pixel[]> Take(std::size_t count) {
+    std::unique_ptr<Pixel[]> pixels = is_gone ? nullptr : of_thread.Find(count);
+    if (!pixels) pixels.reset(new Pixel[count]);
+    return {pixels.release(), [count](Pixel* own) {
+              std::unique_ptr<Pixel[]> spare(own);
+              if (!is_gone && count <= kMostPixels) of_thread.Keep(std::move(spare), count);
+            }};
+  }
+
+ private:
+  static constexpr std::size_t kMostPixels = 1 << 20;  // of a block
+  struct Block {
+    std::unique_ptr<Pixel[]> pixels;
+    std::size_t count = 0;
+  };
+
+  std::unique_ptr<Pixel[]> Find(std::size_t count) {
+    for (Block& block : blocks_) {
+      if (block.pixels && block.count == count) return std::move(block.pixels);
+    }
+    return nullptr;
+  }
+  /// As many as a plot takes; then in place of the one that has lain there longest.
+  void Keep(std::unique_ptr<Pixel[]> pixels, std::size_t count) {
+    auto place = std::find_if(blocks_.begin(), blocks_.end(),
+                              [](const Block& block) { return !block.pixels; });
+    if (place == blocks_.end()) place = blocks_.begin();
+    *place = {std::move(pixels), count};
+    std::rotate(place, place + 1, blocks_.end());
+  }
+
+  std::array<Block, 3> blocks_;
+  static thread_local SparePixels of_thread;
+  static thread_local bool is_gone;  // at the end of a thread, before the last of its canvases
+};
+thread_local SparePixels SparePixels::of_thread;
+thread_local bool SparePixels::is_gone = false;
 
 }  // namespace
 
 Canvas::Canvas(int width, int height, Pixel fill)
-    : width_(std::max(width, 0)), height_(std::max(height, 0)), pixels_(NewPixels(Size())) {
+    : width_(std::max(width, 0)), height_(std::max(height, 0)), pixels_(SparePixels::Take(Size())) {
   Clear(fill);
 }
 
 void Canvas::Unshare() {
-  auto own = NewPixels(Size());
+  auto own = SparePixels::Take(Size());
   std::copy_n(pixels_.get(), Size(), own.get());
   pixels_ = std::move(own);
 }

@@ -7,7 +7,9 @@
 #include <array>
 #include <cstdint>
 #include <cstdlib>
+#include <memory>
 #include <random>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -78,6 +80,36 @@ TEST(CanvasTest, WhatIsDrawnOnACopyOrItsOriginalStaysThere) {
     original.FillBox({0, 0, 2, 2}, kBlackPixel);
     EXPECT_EQ(Show(copy), drawn) << number;
   }
+}
+
+TEST(CanvasTest, TakesTheMemoryOfOneThatIsGone) {
+  constexpr int kWidth = 101;  // as no other canvas here
+  const Pixel* gone = nullptr;
+  {
+    Canvas canvas(kWidth, 7, 0xFF123456);
+    gone = canvas.Pixels().data();
+  }
+  Canvas next(kWidth, 7, 0xFFABCDEF);
+  EXPECT_EQ(std::as_const(next).Pixels().data(), gone);
+  for (const Pixel pixel : next.Pixels()) EXPECT_EQ(pixel, 0xFFABCDEF);
+  const Canvas copy = next;
+  Canvas other(kWidth, 7, 0xFF000000);
+  EXPECT_NE(std::as_const(other).Pixels().data(), gone) << "which isn't free";
+  next.Clear(0xFF000001);
+  EXPECT_EQ(copy.Pixels().front(), 0xFFABCDEF);
+}
+
+// Its thread may be gone too, or not have had a canvas yet.
+TEST(CanvasTest, MayGoAwayInAnotherThread) {
+  auto canvas = std::make_unique<Canvas>(103, 5, 0xFF00FF00);
+  std::thread([&] { canvas.reset(); }).join();
+  std::thread([&] { canvas = std::make_unique<Canvas>(103, 5, 0xFF0000FF); }).join();
+  EXPECT_EQ(canvas->Pixels().front(), 0xFF0000FF);
+  // Kept by the thread, and gone after what it keeps for others.
+  std::thread([] {
+    thread_local std::unique_ptr<Canvas> last;
+    last = std::make_unique<Canvas>(103, 5, 0xFF0000FF);
+  }).join();
 }
 
 TEST(CanvasTest, ZeroSizeTakesEveryCall) {
