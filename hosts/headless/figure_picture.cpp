@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/headless/figure_picture.h"
 
-#include <array>
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <map>
 
 #include "discoplan/base/wide_loops.h"
 #include "discoplan/figures/image_rows.h"
+#include "hosts/headless/blending.h"
 #include "hosts/headless/glyph.h"
+#include "hosts/headless/letter_path.h"
 #include "hosts/headless/path_strokes.h"
 #include "hosts/headless/png_file.h"
 #include "hosts/headless/shape_cells.h"
@@ -27,47 +29,8 @@ using figures::TextShape;
 
 constexpr double kRadians = 3.14159265358979 / 180;
 
-constexpr Pixel kOpaque = 0xFF000000;
 /// Pixels of a letter's size: the pictures of larger ones would fill the memory for a row or two.
 constexpr double kMostStamped = 96;
-
-/// The four parts of a pixel, 16 bits for each, so that one step is taken with all of them.
-class Parts {
- public:
-  explicit Parts(Pixel pixel) : all_((pixel | std::uint64_t{pixel} << 24) & kParts) {}
-
-  Pixel Joined() const { return static_cast<Pixel>(all_ | all_ >> 24); }
-  unsigned Alpha() const { return static_cast<unsigned>(all_ >> 48); }
-
-  /// Each times a part of 255, rounded.
-  Parts operator*(unsigned part) const {
-    const std::uint64_t product = all_ * part + 0x0080008000800080;
-    return Parts(((product >> 8 & kParts) + product) >> 8 & kParts, {});
-  }
-  Parts operator+(Parts other) const { return Parts(all_ + other.all_, {}); }
-  Parts operator-(Parts other) const { return Parts(all_ - other.all_, {}); }
-
- private:
-  static constexpr std::uint64_t kParts = 0x00FF00FF00FF00FF;
-  struct AsTheyAre {};
-  Parts(std::uint64_t all, AsTheyAre) : all_(all) {}
-
-  std::uint64_t all_;
-};
-
-Pixel Times(Pixel pixel, unsigned part) { return (Parts(pixel) * part).Joined(); }
-
-/// Multiplied by its alpha, as all pixels are until they are given away.
-Pixel ColourOf(Rgba colour) {
-  const Pixel plain = kOpaque | static_cast<Pixel>(colour.red) << 16 |
-                      static_cast<Pixel>(colour.green) << 8 | colour.blue;
-  return Times(plain, colour.alpha);
-}
-
-void Blend(Pixel& below, Parts colour) {
-  const Parts under(below);
-  below = (under - under * colour.Alpha() + colour).Joined();
-}
 
 /// Of a colour as it lies in memory, as are the library's own pixels: lowest byte first.
 std::uint32_t BitsOf(const Rgba& colour) {
@@ -119,71 +82,6 @@ class SoftDisc {
 
   Parts ink_;
   float reach_;
-};
-
-/// Outlines of letters at their place, in pixels. The pieces of a curve leave it by a sixteenth of
-/// a pixel at most, along either side, as those of FreeType's own pictures do.
-class LetterPath final : public OutlineSink {
- public:
-  LetterPath(PixelPath& path, Point start, double size, double angle)
-      : path_(path), start_(start), c_(std::cos(angle) * size), s_(std::sin(angle) * size) {}
-
-  void MoveTo(double x, double y) override {
-    path_.Close();
-    last_ = At(x, y);
-    path_.MoveTo(last_);
-  }
-  void LineTo(double x, double y) override {
-    last_ = At(x, y);
-    path_.LineTo(last_);
-  }
-  void CurveTo(double control_x, double control_y, double x, double y) override {
-    const Point control = At(control_x, control_y);
-    const Point to = At(x, y);
-    const Point from = last_;
-    LinesTo(to, from - control * 2 + to, [&](double t) {
-      return from * ((1 - t) * (1 - t)) + control * (2 * t * (1 - t)) + to * (t * t);
-    });
-  }
-  void CubicTo(double x1, double y1, double x2, double y2, double x, double y) override {
-    const Point a = At(x1, y1);
-    const Point b = At(x2, y2);
-    const Point to = At(x, y);
-    const Point from = last_;
-    const Point first = from - a * 2 + b;
-    const Point second = a - b * 2 + to;
-    const Point bend = {std::max(std::abs(first.x), std::abs(second.x)),
-                        std::max(std::abs(first.y), std::abs(second.y))};
-    LinesTo(to, bend * 3, [&](double t) {
-      const double u = 1 - t;
-      return from * (u * u * u) + a * (3 * u * u * t) + b * (3 * u * t * t) + to * (t * t * t);
-    });
-  }
-
- private:
-  Point At(double x, double y) const {
-    return {start_.x + c_ * x - s_ * y, start_.y - s_ * x - c_ * y};
-  }
-
-  /// A curve's second differences, over one step, are four times what its chord leaves it by, and
-  /// a quarter with every halving.
-  template <class Curve>
-  void LinesTo(Point to, Point bend, const Curve& curve) {
-    constexpr double kMost = 4 / 16.0;
-    constexpr int kMostSteps = 64;
-    const double most = std::max(std::abs(bend.x), std::abs(bend.y));
-    int steps = 1;
-    while (steps * steps * kMost < most && steps < kMostSteps) ++steps;
-    for (int i = 1; i < steps; ++i) path_.LineTo(curve(static_cast<double>(i) / steps));
-    path_.LineTo(to);
-    last_ = to;
-  }
-
-  PixelPath& path_;
-  Point start_;
-  double c_;
-  double s_;
-  Point last_;
 };
 
 /// From colours multiplied by their alpha.
