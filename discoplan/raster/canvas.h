@@ -10,7 +10,9 @@
 /// the same pixels on every host. Coordinates are whole pixels of any magnitude within 32 bits, X
 /// to the right and Y downward; what lies outside is clipped, and costs no more than the canvas's
 /// size. The arithmetic is exact. A copy costs nothing until it or its original is drawn on; else
-/// nothing here allocates but `Resize` and what a polygon of many corners or a flood fill needs.
+/// nothing here allocates but `Resize` and what a polygon of many corners or a flood fill needs. Of
+/// the canvases that are gone a thread keeps the memory of the last three, if they had a million
+/// pixels at most, for others of their sizes.
 ///
 /// One thread at a time uses a canvas together with its copies, which share its pixels. A copy that
 /// has been written to, if only by asking for `Pixels()`, has pixels of its own and may go

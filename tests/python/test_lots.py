@@ -82,6 +82,7 @@ def test_slices_are_lots() -> None:
     part = lot[2:10:3]
     assert isinstance(part, dp.Lot) and part.names == ["Slot03", "Slot06", "Slot09"]
     assert part["Slot06"] is lot[5] and lot[-1:].names == ["Slot25"] and len(lot[:0]) == 0
+    assert repr(part) == "<Lot of 3 wafers: Slot03, Slot06, Slot09>" and repr(lot[-1:]) == "<Lot of 1 wafer: Slot25>"
     assert lot[np.int64(3)].name == "Slot04" and part.mean().name == "mean"
 
 

@@ -245,7 +245,8 @@ class Lot:
         return self.sheet().png() if len(self.quantities) == 1 else None
 
     def __repr__(self) -> str:
-        return f"<Lot of {len(self)} wafers: {', '.join(self.names[:5])}{', ...' if len(self) > 5 else ''}>"
+        count = "1 wafer" if len(self) == 1 else f"{len(self)} wafers"
+        return f"<Lot of {count}: {', '.join(self.names[:5])}{', ...' if len(self) > 5 else ''}>"
 
 
 def _grouped(table: Any, numbers: List[str], keys: List[str]) -> Any:
