@@ -70,7 +70,7 @@ install(FILES ${CMAKE_BINARY_DIR}/installed/discoplan/built_with.h
   DESTINATION ${include_dir}/discoplan COMPONENT develop)
 
 if(DISCOPLAN_HEADLESS)
-  set(private_headers agg_headers.h glyph.h huffman_codes.h little_endian.h path_strokes.h
+  set(private_headers agg_headers.h blending.h glyph.h huffman_codes.h letter_path.h little_endian.h path_strokes.h
     pixel_deflater.h pixel_path.h shape_cells.h)
   discoplan_install(discoplan-headless headless develop hosts/headless)
   set(private_headers)

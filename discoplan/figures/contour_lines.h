@@ -15,7 +15,7 @@ struct ContourStyle {
   std::function<Rgba(double)> label;   ///< Of its text.
   double width = 0.5;
   /// Side of the squares in which lines are looked for, in em, or 24ths of the map's radius where
-  /// those are longer: a pixel or two. Rings of a few squares get corners.
+  /// those are longer. Rings of a few squares get corners.
   double square = 0.16;
   double emphasised = 0;  ///< A level drawn thicker.
   bool has_emphasis = false;

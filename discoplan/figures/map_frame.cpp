@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "discoplan/figures/map_frame.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -107,6 +108,10 @@ void DrawDots(Page& page, const MapFrame& frame, const WaferPlot& plot, double p
   for (std::size_t i = 0; i < plot.sites.Size(); ++i) {
     dots.centres.push_back(frame.At(plot.sites.x[i], plot.sites.y[i]));
   }
+  // One for sites at one place, whose rims would cover each other.
+  const auto before = [](Point a, Point b) { return a.x < b.x || (a.x == b.x && a.y < b.y); };
+  std::sort(dots.centres.begin(), dots.centres.end(), before);
+  dots.centres.erase(std::unique(dots.centres.begin(), dots.centres.end()), dots.centres.end());
   dots.fill = Rgb(0x14171C);
   dots.stroke = {0.45 * dots.radius, Rgba{255, 255, 255, 190}, 0};
   page.Add(std::move(dots));

@@ -13,11 +13,12 @@ namespace {
 
 constexpr int kShades = 256;  // of a continuous scale
 
+/// What is no number, as in a range too small to be divided by, is the first shade.
 DISCOPLAN_WIDE_LOOPS void NumberShades(std::span<const float> values, float low, float factor,
                                        std::int32_t* numbers) {
   for (std::size_t i = 0; i < values.size(); ++i) {
     const float place = (values[i] - low) * factor;
-    numbers[i] = static_cast<std::int32_t>(std::min(std::max(place, 0.0F), kShades - 1.0F));
+    numbers[i] = static_cast<std::int32_t>(std::min(std::max(0.0F, place), kShades - 1.0F));
   }
 }
 

@@ -11,6 +11,15 @@
 namespace discoplan {
 namespace {
 
+#ifdef __MINGW32__
+
+/// Not yet filled. None are kept: MinGW frees what a thread has before it destroys it.
+std::shared_ptr<Pixel[]> NewPixels(std::size_t count) {
+  return std::shared_ptr<Pixel[]>(new Pixel[count]);
+}
+
+#else
+
 /// Pixels of canvases that are gone, for the next ones of the same thread: to have them from the
 /// system anew can take as long as to draw on them.
 class SparePixels {
@@ -56,15 +65,19 @@ class SparePixels {
 thread_local SparePixels SparePixels::of_thread;
 thread_local bool SparePixels::is_gone = false;
 
+std::shared_ptr<Pixel[]> NewPixels(std::size_t count) { return SparePixels::Take(count); }
+
+#endif
+
 }  // namespace
 
 Canvas::Canvas(int width, int height, Pixel fill)
-    : width_(std::max(width, 0)), height_(std::max(height, 0)), pixels_(SparePixels::Take(Size())) {
+    : width_(std::max(width, 0)), height_(std::max(height, 0)), pixels_(NewPixels(Size())) {
   Clear(fill);
 }
 
 void Canvas::Unshare() {
-  auto own = SparePixels::Take(Size());
+  auto own = NewPixels(Size());
   std::copy_n(pixels_.get(), Size(), own.get());
   pixels_ = std::move(own);
 }

@@ -29,8 +29,10 @@ using figures::TextShape;
 
 constexpr double kRadians = 3.14159265358979 / 180;
 
-/// Pixels of a letter's size: the pictures of larger ones would fill the memory for a row or two.
+/// Pixels of the size of letters that are stamped. Of larger ones few could be kept, smaller ones
+/// have no pictures of their own size.
 constexpr double kMostStamped = 96;
+constexpr double kLeastStamped = 1;
 
 /// Of a colour as it lies in memory, as are the library's own pixels: lowest byte first.
 std::uint32_t BitsOf(const Rgba& colour) {
@@ -151,11 +153,11 @@ class RasterDevice final : public figures::Device {
 
   void Draw(const TextShape& shape) override {
     if (!Meets(shape.box.top - shape.size, shape.box.bottom + shape.size)) return;
-    if (shape.angle == 0 && shape.halo <= 0 && shape.size * scale_ <= kMostStamped) {
-      return StampLetters(shape);
-    }
+    const double size = shape.size * scale_;
+    const bool is_plain = shape.angle == 0 && shape.halo <= 0;
+    if (is_plain && size >= kLeastStamped && size <= kMostStamped) return StampLetters(shape);
     path_.Clear();
-    LetterPath letters(path_, shape.start * scale_, shape.size * scale_, shape.angle * kRadians);
+    LetterPath letters(path_, shape.start * scale_, size, shape.angle * kRadians);
     text_.Outline({.name = figure_.font, .size = 1, .bold = shape.bold}, shape.text, letters);
     path_.Close();
     if (shape.halo > 0) DrawStroke({2 * shape.halo, shape.halo_colour});
@@ -214,6 +216,7 @@ class RasterDevice final : public figures::Device {
   }
 
   void DrawDiscs(std::span<const Point> centres, double radius, Rgba colour) {
+    if (radius <= 0) return;
     const SoftDisc disc(radius, colour);
     for (const Point centre : centres) {
       const Point c = centre * scale_;
@@ -255,7 +258,7 @@ class RasterDevice final : public figures::Device {
   /// The pixels that a stretch touches, within a range: the first, and the one behind the last.
   static std::pair<int, int> Touched(double from, double to, Band within) {
     const auto pixel = [&](double place) {
-      return static_cast<int>(std::clamp<double>(place, within.top, within.bottom));
+      return static_cast<int>(std::fmax(std::fmin(place, within.bottom), within.top));
     };
     return {pixel(std::floor(from)), pixel(std::ceil(to))};
   }

@@ -161,7 +161,7 @@ class FreeTypeText::Typesetter {
                      const Take& take) {
     return left + SetType(font, size, text, [&](const Letter& letter, double x) {
              const double pen = std::floor((left + x) * kPhases + 0.5);
-             if (std::abs(pen) > kFarthest * kPhases) return;
+             if (!(std::abs(pen) <= kFarthest * kPhases)) return;
              const int steps = ToInt32(pen);
              const int phase = (steps % kPhases + kPhases) % kPhases;
              const Glyph& glyph = GlyphOf(letter, size, phase);

@@ -92,6 +92,15 @@ Figure Make(PlotKind kind, const WaferPlot& plot, double width, double height, i
   return MakeFigure(kind, plot, style, EvenMeasure());
 }
 
+TEST(Legibility, DrawsOneDotForSitesAtOnePlace) {
+  Wafer wafer = Rings(3);
+  const std::size_t places = wafer.x.size();
+  for (std::size_t i = 0; i < places; i += 2) wafer.Add(wafer.x[i], wafer.y[i], 1005);
+  const auto dots = Of<DotsShape>(Make(PlotKind::Map, wafer.Plot(), 400, 300));
+  ASSERT_EQ(dots.size(), 1u);
+  EXPECT_EQ(dots[0].centres.size(), places);
+}
+
 TEST(Legibility, CountsEachValueThatIsNotWritten) {
   for (const int rings : {3, 4, 5, 6}) {
     const Wafer wafer = Rings(rings);
