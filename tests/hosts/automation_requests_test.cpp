@@ -1,56 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 
-#include "hosts/automation/session.h"
-#include "tests/temporary_folder.h"
+#include "tests/hosts/automation_requests_fixture.h"
 
 namespace discoplan {
 namespace {
 
-using nlohmann::json;
-
-class Requests : public testing::Test {
- protected:
-  json Ask(const std::string& line) { return json::parse(session_.Answer(line)); }
-  json AskFor(const json& request) { return Ask(request.dump()); }
-  json Get(const json& id, const char* name) {
-    return AskFor({{"op", "get"}, {"id", id}, {"name", name}});
-  }
-  json Set(const json& id, const char* name, const json& value) {
-    return AskFor({{"op", "set"}, {"id", id}, {"name", name}, {"value", value}});
-  }
-  json Call(const char* name, const std::string& args) {
-    return AskFor({{"op", "call"}, {"id", "p"}, {"name", name}, {"args", json::parse(args)}});
-  }
-  json Draw(const std::string& calls) {
-    return AskFor({{"op", "draw"}, {"id", "s"}, {"calls", json::parse(calls)}});
-  }
-  void NewPlot() { ASSERT_TRUE(AskFor({{"op", "new"}, {"class", "Plot2D"}, {"id", "p"}})["ok"]); }
-  void NewPicture(float twips = 300) {
-    ASSERT_TRUE(AskFor({{"op", "new"},
-                        {"class", "Picture"},
-                        {"id", "s"},
-                        {"width", twips},
-                        {"height", twips}})["ok"]);
-  }
-
-  AutomationSession session_;
-};
-
-const json kDone = {{"ok", true}};
-
-/// A failure is one sentence, and there is nothing else in the reply.
-void ExpectRefused(const json& reply, const std::string& request) {
-  EXPECT_EQ(reply["ok"], false) << request;
-  ASSERT_EQ(reply.size(), 2U) << request << reply;
-  const std::string error = reply["error"];
-  EXPECT_GT(error.size(), 10U) << request;
-  EXPECT_EQ(error.back(), '.') << request << " -> " << error;
-}
+using Requests = AutomationRequests;
 
 TEST_F(Requests, SayHowManyCallsOfATraceWereLeftOut) {
   NewPicture();
@@ -429,110 +385,6 @@ TEST_F(Requests, AnswerAtOnceHoweverLargeTheNumbers) {
       ["Polygon", [[-2147483648, -2147483648], [2147483647, 2147483647], [0, 2147483647]]],
       ["Width", 1e30], ["Height", 1e30], ["Cls"], ["Picture"], ["Cls"]])"),
             kDone);
-}
-
-TEST_F(Requests, DrawOnPaperWhatPaperOffers) {
-  AskFor({{"op", "new"}, {"class", "Printer"}, {"id", "s"}});
-  EXPECT_EQ(Draw(R"([["ScaleMode", 3], ["Line", 1, 2, 3, 4], ["Print", "x"],
-                     ["Polygon", [[1, 2]]], ["FloodFill", 1, 2, 3], ["Circle", 1, 2, 3]])"),
-            kDone);
-  for (const char* call : {R"([["Cls"]])", R"([["Refresh"]])", R"([["Picture"]])"}) {
-    ExpectRefused(Draw(call), call);
-  }
-}
-
-TEST_F(Requests, SaveASurfaceOfAControlOrAPicture) {
-  const TemporaryFolder folder;
-  const auto file = folder.path() / "map.png";
-  const auto bytes = [&] {
-    std::ifstream stream(file, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
-  };
-  NewPlot();
-  NewPicture();
-  json save = {{"op", "save"}, {"id", "p"}, {"surface", "PLOTA"}, {"file", file.string()}};
-  EXPECT_EQ(AskFor(save), kDone);
-  EXPECT_EQ(bytes().substr(0, 8), "\x89PNG\r\n\x1A\n");
-  const std::string empty_plot = bytes();
-  Call("SetWaferData", "[[0,10,0,-10,0],[0,0,10,0,-10],[1,2,3,4,5]]");
-  Call("Plot", "[]");
-  EXPECT_EQ(AskFor(save), kDone);
-  EXPECT_NE(bytes(), empty_plot);
-  save = {{"op", "save"}, {"id", "s"}, {"file", file.string()}};
-  EXPECT_EQ(AskFor(save), kDone);
-  // 20 pixels across and down, big-endian behind the header of the first chunk.
-  EXPECT_EQ(bytes().substr(16, 8), std::string("\0\0\0\x14\0\0\0\x14", 8));
-  std::filesystem::remove(file);
-
-  Draw(R"([["Width", 0]])");
-  ExpectRefused(AskFor(save), "an empty picture");
-  save["file"] = folder.path().string();
-  Draw(R"([["Width", 300]])");
-  ExpectRefused(AskFor(save), "a folder");
-  EXPECT_FALSE(std::filesystem::exists(file));
-}
-
-TEST_F(Requests, PassTheMouseOnByteForByte) {
-  NewPlot();
-  for (const char* event : {"MouseDown", "MouseMove", "MouseUp"}) {
-    EXPECT_EQ(AskFor({{"op", "mouse"},
-                      {"id", "p"},
-                      {"surface", "frmove"},
-                      {"event", event},
-                      {"button", -1},
-                      {"shift", 7},
-                      {"x", 0.1},
-                      {"y", "NaN"}}),
-              json({{"ok", true}, {"raised", {{event, -1, 7, 0.1, "NaN"}}}}));
-  }
-  EXPECT_EQ(AskFor({{"op", "mouse"}, {"id", "p"}, {"event", "DblClick"}}),
-            json({{"ok", true}, {"raised", json::array({json::array({"DblClick"})})}}));
-}
-
-TEST_F(Requests, SurviveSizesThatAreNone) {
-  for (const json& size :
-       {json("NaN"), json("Infinity"), json("-Infinity"), json(-1e30), json(1e38)}) {
-    AutomationSession session;
-    const auto ask = [&](json request) {
-      request["id"] = "p";
-      return json::parse(session.Answer(request.dump()));
-    };
-    EXPECT_TRUE(ask({{"op", "new"}, {"class", "Plot2D"}, {"width", size}, {"height", size}})["ok"]);
-    ask({{"op", "call"},
-         {"name", "SetWaferData"},
-         {"args", {{1, 2, 3, 4}, {1, 2, 3, 4}, {1, 2, 3, 4}}}});
-    EXPECT_TRUE(ask({{"op", "size"}, {"width", size}, {"height", 4000}})["ok"]);
-    EXPECT_TRUE(ask({{"op", "size"}, {"width", 5000}, {"height", size}})["ok"]);
-    EXPECT_TRUE(ask({{"op", "set"}, {"name", "HideLegend"}, {"value", -1}})["ok"]);
-    EXPECT_TRUE(ask({{"op", "size"}, {"width", size}, {"height", size}})["ok"]);
-    EXPECT_TRUE(ask({{"op", "call"}, {"name", "Plot"}, {"args", json::array()}})["ok"]);
-    EXPECT_TRUE(ask({{"op", "tree"}})["ok"]);
-    EXPECT_TRUE(ask({{"op", "size"}, {"width", 6000}, {"height", 4500}})["ok"]);
-  }
-}
-
-TEST_F(Requests, MakeSurfacesOfAnyResolution) {
-  for (const json& twips : {json(0), json(-15), json("NaN"), json("Infinity"), json(1e-30)}) {
-    for (const char* kind : {"Printer", "Picture"}) {
-      AutomationSession session;
-      const auto ask = [&](json request) {
-        request["id"] = 1;
-        return json::parse(session.Answer(request.dump()));
-      };
-      EXPECT_EQ(ask({{"op", "new"},
-                     {"class", kind},
-                     {"twips_per_pixel_x", twips},
-                     {"twips_per_pixel_y", twips},
-                     {"width", 300},
-                     {"height", 300}}),
-                kDone);
-      EXPECT_EQ(ask({{"op", "draw"}, {"calls", json::parse(R"([["ScaleMode", 3], ["ForeColor", 255],
-                         ["Line", 1, 2, 30, 40], ["Circle", 3, 3, 3], ["Print", "x"],
-                         ["Polygon", [[1, 2], [3, 4], [9, 9]]], ["FloodFill", 1, 1, 0]])")}}),
-                kDone)
-          << kind << twips;
-    }
-  }
 }
 
 }  // namespace
